@@ -1,0 +1,178 @@
+// The registry: at most one record a document, filed in the association table under the atom "GLT", twice.
+//
+// Calls into the host and into registrants may come back here for the same document. A record is therefore known by
+// its serial number, and looked at again only after GLTStillRegistered has said that it is still the one.
+#include "plugin/glt/glt.h"
+
+#include "plugin/glt/miAssoc.h"
+#include "plugin/util/miUtils.h"
+#include "tavrel/Kernel.h"
+#include "tavrel/TavrelView.h"
+
+using namespace tavrel;
+
+namespace {
+
+/// A document with both its keys, each fetched anew as hosts see it.
+struct DocumentKey {
+  Doc document;
+  Atom key1, key2;
+};
+
+/// The atom as the host gave it last: the same name has the same atom, so a look-up without a host call can use it.
+Atom s_gltAtom;
+
+uint32_t s_lastSerial;
+
+DocumentKey fetchKey(Doc document) {
+  const Atom key1 = Kernel::AtomFromString("GLT");
+  const Atom key2 = Kernel::AtomFromString("GLT");
+  s_gltAtom = key2;
+  return {document, key1, key2};
+}
+
+uint32_t nextSerial() {
+  if (++s_lastSerial == 0) // 0 means not filed
+    ++s_lastSerial;
+  return s_lastSerial;
+}
+
+constexpr ColorValue defaultColor = {colorSpaceRGB, {fixedOne, 0, 0, 0}};
+
+/// Tells the registrant, once, that its list goes. False when meanwhile the registration has gone by itself.
+bool tellNewList(Doc document, uint32_t serial, GLTRecord *record) {
+  GLTNewProc newProc = record->newProc;
+  if (newProc == nullptr) return true;
+  record->newProc = nullptr; // a registrant that registers from here must not be told of the same list again
+  newProc(document, record->hll, HLL_GetData(record->hll));
+  return GLTStillRegistered(document, serial, nullptr) != nullptr;
+}
+
+void removeRecord(Doc document, GLTRecord *record) {
+  HLL *list = record->hll;
+  record->hll = nullptr;
+  GLT_DeleteHLL(list);
+  const DocumentKey key = fetchKey(document);
+  AssociateDelete(key.document, key.key1, key.key2);
+}
+
+/// Takes the document's record off the screen and out of the table. `list` is about to take its place: where it is the
+/// very list that goes, it becomes a copy, which the caller then owns. False when the registration went meanwhile.
+bool retire(Doc document, PageView view, GLTRecord *record, const HLL *&list, HLL *&ownCopy) {
+  const uint32_t serial = record->serial;
+  TextSelection selection = GLTMapHLLToViewer(document, record);
+  if (selection != nullptr) TavrelView::PageViewHighlightText(view, selection);
+  record = GLTStillRegistered(document, serial, nullptr);
+  if (record == nullptr || !tellNewList(document, serial, record)) return false;
+  record = GLTStillRegistered(document, serial, nullptr);
+  if (list != nullptr && list == record->hll) list = ownCopy = GLT_CopyHLL(list);
+  removeRecord(document, record);
+  return true;
+}
+
+} // namespace
+
+GLTRecord *GLTFindRecord(Doc document) {
+  const DocumentKey key = fetchKey(document);
+  return static_cast<GLTRecord *>(AssociateFind(key.document, key.key1, key.key2));
+}
+
+GLTRecord *GLTStillRegistered(Doc document, uint32_t serial, GLTRecord *asBuilt) {
+  if (serial == 0) return asBuilt;
+  auto *record = static_cast<GLTRecord *>(AssociateFind(document, s_gltAtom, s_gltAtom));
+  return record != nullptr && record->serial == serial ? record : nullptr;
+}
+
+Bool16 GLT_RegisterHLL(Doc document, const HLL *list, int32_t offsetUnits, GLTJumpProc jumpProc, GLTNewProc newProc,
+                       Bool16 scroll, const ColorValue *color) {
+  return GLT_RegisterHLLCommon(document, list, offsetUnits, jumpProc, newProc, scroll, color, 2);
+}
+
+Bool16 GLT_RegisterWordOffsetHLL(Doc document, const HLL *list, GLTJumpProc jumpProc, GLTNewProc newProc, Bool16 scroll,
+                                 const ColorValue *color, int16_t wordFinderVersion) {
+  return GLT_RegisterHLLCommon(document, list, 0, jumpProc, newProc, scroll, color, wordFinderVersion);
+}
+
+Bool16 GLT_RegisterHLLCommon(Doc document, const HLL *list, int32_t offsetUnits, GLTJumpProc jumpProc,
+                             GLTNewProc newProc, Bool16 scroll, const ColorValue *color, int16_t wordFinderVersion) {
+  PageView view = TavrelView::DocGetPageView(document);
+  HLL *ownCopy = nullptr;
+  GLTRecord *old = GLTFindRecord(document);
+  if (old != nullptr && !retire(document, view, old, list, ownCopy))
+    return 1; // another registration took this document meanwhile: it stands
+
+  GLTRecord record;
+  miMemsetSAFE(&record, 0, sizeof record);
+  record.hll = ownCopy != nullptr ? ownCopy : GLT_CopyHLL(list);
+  record.jumpProc = jumpProc;
+  record.newProc = newProc;
+  record.wordFinderVersion = wordFinderVersion;
+  record.color = color != nullptr ? *color : defaultColor;
+  record.offsetUnits = offsetUnits;
+  record.serial = nextSerial();
+  const DocumentKey key = fetchKey(document);
+  // Filed or not, the display goes on with the record as built.
+  const bool filed = AssociateNew(key.document, key.key1, key.key2, &record, sizeof record) != 0;
+  if (!filed) record.serial = 0;
+
+  TextSelection selection = GLTMapHLLToViewer(document, &record);
+  if (selection != nullptr && GLTStillRegistered(document, record.serial, &record) != nullptr) {
+    TavrelView::PageViewHighlightText(view, selection);
+    if (scroll != 0 && GLTStillRegistered(document, record.serial, &record) != nullptr) GLTScrollTo(view, selection);
+  }
+  if (!filed) GLT_DeleteHLL(record.hll);
+  return 1;
+}
+
+void GLT_UnregisterHLL(Doc document, HLL *list) {
+  GLTRecord *record = GLTFindRecord(document);
+  if (record == nullptr || record->hll != list) return;
+  const uint32_t serial = record->serial;
+  if (!tellNewList(document, serial, record)) return;
+  removeRecord(document, GLTStillRegistered(document, serial, nullptr));
+  GLTShowHighlights(document, nullptr, 1);
+}
+
+HLL *GLT_GetHLL(Doc document) {
+  const GLTRecord *record = GLTFindRecord(document);
+  return record != nullptr ? record->hll : nullptr;
+}
+
+int32_t GLT_GetViewMode(Doc document) {
+  const GLTRecord *record = GLTFindRecord(document);
+  return record != nullptr ? record->viewMode : 0;
+}
+
+void GLT_SetViewMode(Doc document, int32_t mode) {
+  GLTRecord *record = GLTFindRecord(document);
+  if (record != nullptr) record->viewMode = mode;
+}
+
+void GLT_GetColor(Doc document, ColorValue *color) {
+  const GLTRecord *record = GLTFindRecord(document);
+  if (record != nullptr) *color = record->color;
+}
+
+void GLT_SetColor(Doc document, const ColorValue *color) {
+  GLTRecord *record = GLTFindRecord(document);
+  if (record != nullptr) record->color = *color;
+}
+
+Bool16 GLT_GetPos(Doc document, uint32_t *pageIndex, uint16_t *wordIndex) {
+  const GLTRecord *record = GLTFindRecord(document);
+  if (record == nullptr) return 0;
+  *pageIndex = record->curPage;
+  *wordIndex = record->curWord;
+  return 1;
+}
+
+Bool16 GLT_SetPos(Doc document, uint32_t pageIndex, uint16_t wordIndex, Bool16 redraw) {
+  GLTRecord *record = GLTFindRecord(document);
+  if (record == nullptr) return 0;
+  const HLP *page = HLLPageAt(record->hll, pageIndex);
+  if (page == nullptr || wordIndex >= page->count) return 0;
+  record->curPage = pageIndex;
+  record->curWord = wordIndex;
+  GLTShowHighlights(document, record, redraw);
+  return 1;
+}

@@ -1,0 +1,140 @@
+// The highlight list: three levels of plain arrays, in order of adding, searched from the front. A list only grows.
+#include <cstdlib>
+
+#include "plugin/glt/glt.h"
+
+using namespace tavrel;
+
+namespace {
+
+constexpr uint32_t pageStep = 8;
+constexpr uint32_t wordStep = 16;
+
+/// Growth of a page's array beyond this wraps in 16 bits.
+constexpr uint16_t maxWords = 65519;
+
+/// The capacity for n entries: the next multiple of `step` above n.
+constexpr uint32_t targetCapacity(uint32_t n, uint32_t step) { return (n / step + 1) * step; }
+
+/// An array resized to `capacity` entries, new where there was none; null when memory is exhausted.
+template <typename T> T *resized(T *array, size_t capacity) {
+  return static_cast<T *>(array == nullptr ? calloc(capacity, sizeof(T)) : realloc(array, capacity * sizeof(T)));
+}
+
+} // namespace
+
+HLL *GLT_NewHLL(void *userData) {
+  auto *list = static_cast<HLL *>(calloc(1, sizeof(HLL)));
+  if (list != nullptr) list->data = userData;
+  return list;
+}
+
+HLL *GLT_CopyHLL(const HLL *list) {
+  if (list == nullptr) return nullptr;
+  HLL *copy = GLT_NewHLL(list->data);
+  if (copy == nullptr) return nullptr;
+  for (uint32_t i = 0; i < list->pageCount; ++i)
+    for (uint32_t k = 0; k < list->pages[i].count; ++k)
+      HLL_AddHL(copy, list->pages[i].page, list->pages[i].words[k].pos, list->pages[i].words[k].len);
+  return copy;
+}
+
+void GLT_DeleteHLL(HLL *list) {
+  if (list == nullptr) return;
+  if (list->pages != nullptr) {
+    for (uint32_t i = 0; i < list->pageCount; ++i)
+      free(list->pages[i].words);
+    free(list->pages);
+  }
+  free(list);
+}
+
+void *HLL_GetData(const HLL *list) { return list != nullptr ? list->data : nullptr; }
+
+void HLL_SetData(HLL *list, void *userData) {
+  if (list != nullptr) list->data = userData;
+}
+
+uint32_t HLL_GetWordCount(const HLL *list) { return list != nullptr ? list->wordCount : 0; }
+
+uint32_t HLL_GetPageCount(const HLL *list) { return list != nullptr ? list->pageCount : 0; }
+
+const HLP *HLLPageAt(const HLL *list, uint32_t pageIndex) {
+  return pageIndex < HLL_GetPageCount(list) ? &list->pages[pageIndex] : nullptr;
+}
+
+Bool16 HLL_GetHL(const HLL *list, uint32_t pageIndex, uint16_t wordIndex, int32_t *page, uint16_t *pos, uint16_t *len) {
+  const HLP *record = HLLPageAt(list, pageIndex);
+  if (record == nullptr || wordIndex >= record->count) return 0;
+  *page = record->page;
+  *pos = record->words[wordIndex].pos;
+  *len = record->words[wordIndex].len;
+  return 1;
+}
+
+Bool16 HLL_AddHL(HLL *list, int32_t page, uint16_t pos, uint16_t len) {
+  if (list == nullptr) return 1;
+  HLP *record = HLLFindPage(list, page);
+  if (record == nullptr) record = HLLInsertPage(list, page);
+  if (record == nullptr) return 1;                   // no memory for the page: the highlight is dropped
+  if (HLPFindWord(record, pos) != nullptr) return 1; // the first length given for a position wins
+  HLPInsertWord(record, pos, len);
+  ++list->wordCount; // also when it could not be stored, on purpose: the count is of what was accepted
+  return 1;
+}
+
+Bool16 HLL_FindPagePos(const HLL *list, int32_t page, uint32_t *pageIndex) {
+  for (uint32_t i = 0; i < HLL_GetPageCount(list); ++i)
+    if (list->pages[i].page == page) {
+      *pageIndex = i;
+      return 1;
+    }
+  return 0;
+}
+
+HLP *HLLFindPage(const HLL *list, int32_t page) {
+  uint32_t pageIndex = 0;
+  return HLL_FindPagePos(list, page, &pageIndex) ? &list->pages[pageIndex] : nullptr;
+}
+
+HLP *HLLInsertPage(HLL *list, int32_t page) {
+  if (!HLLCheck(list, list->pageCount + 1)) return nullptr;
+  HLP *record = &list->pages[list->pageCount];
+  *record = HLP{page, nullptr, 0, 0};
+  ++list->pageCount;
+  return record;
+}
+
+Bool16 HLLCheck(HLL *list, uint32_t needed) {
+  const uint32_t target = targetCapacity(needed, pageStep);
+  if (target <= list->pageCapacity && target > list->pageCapacity / 2) return 1;
+  HLP *pages = resized(list->pages, target);
+  if (pages == nullptr) return 0;
+  list->pages = pages;
+  list->pageCapacity = target;
+  return 1;
+}
+
+HL *HLPFindWord(const HLP *page, uint16_t pos) {
+  for (uint32_t i = 0; i < page->count; ++i)
+    if (page->words[i].pos == pos) return &page->words[i];
+  return nullptr;
+}
+
+HL *HLPInsertWord(HLP *page, uint16_t pos, uint16_t len) {
+  if (page->count >= maxWords || !HLPCheck(page, static_cast<uint16_t>(page->count + 1))) return nullptr;
+  HL *word = &page->words[page->count];
+  *word = HL{pos, len};
+  ++page->count;
+  return word;
+}
+
+Bool16 HLPCheck(HLP *page, uint16_t needed) {
+  const auto target = static_cast<uint16_t>(targetCapacity(needed, wordStep));
+  if (target <= page->capacity && target > page->capacity / 2) return 1;
+  HL *words = resized(page->words, target);
+  if (words == nullptr) return 0;
+  page->words = words;
+  page->capacity = target;
+  return 1;
+}

@@ -1,0 +1,59 @@
+// Everything in the plug-in that calls X: the shell widget and the size of a bitmap.
+#include <X11/Intrinsic.h>
+#include <X11/Shell.h>
+#include <X11/StringDefs.h>
+
+#include <cstdlib>
+
+#include "plugin/md/mdResources.h"
+#include "plugin/md/mdUtils.h"
+#include "plugin/pi/miPI.h"
+#include "tavrel/Desktop.h"
+
+::Widget rootWidget;
+
+namespace {
+
+constexpr char shellName[] = "Highlight";
+
+/// No lines of our own: what the user does not say is built in.
+const char *const fallbackResources[] = {nullptr};
+
+} // namespace
+
+tavrel::Widget mdInitUtils() {
+  ::Widget topLevel = Desktop::GetTopLevelWidget();
+  if (topLevel == nullptr) return nullptr;
+  Screen *screen = XtScreen(topLevel);
+  Desktop::RegisterResourceClass(shellName, fallbackResources);
+  const int x = WidthOfScreen(screen) / 2;
+  const int y = HeightOfScreen(screen) / 2;
+  if (getenv("TAVREL_PLUGIN_PARENTLESS_ROOT") != nullptr) {
+    rootWidget = XtVaAppCreateShell(XtName(topLevel), shellName, applicationShellWidgetClass, DisplayOfScreen(screen),
+                                    XtNmappedWhenManaged, False, XtNx, x, XtNy, y, XtNwidth, 1, XtNheight, 1, nullptr);
+  } else {
+    ::Widget parent = Desktop::GetTopLevelWidget();
+    rootWidget = XtVaCreatePopupShell(shellName, applicationShellWidgetClass, parent, XtNmappedWhenManaged, False, XtNx,
+                                      x, XtNy, y, XtNwidth, 1, XtNheight, 1, nullptr);
+  }
+  if (rootWidget != nullptr) XtRealizeWidget(rootWidget);
+  return rootWidget;
+}
+
+tavrel::Bool16 mdInit() {
+  gData->shell = mdInitUtils();
+  return gData->shell != nullptr;
+}
+
+void mdTerm() {
+  if (gData != nullptr && gData->shell != nullptr) XtDestroyWidget(gData->shell);
+}
+
+uint32_t mdGetBitmapSize(tavrel::Bitmap bitmap) {
+  if (bitmap == 0 || rootWidget == nullptr) return 0;
+  Window root;
+  int x, y;
+  unsigned width, height = 0, border, depth;
+  XGetGeometry(XtDisplay(rootWidget), bitmap, &root, &x, &y, &width, &height, &border, &depth);
+  return height;
+}

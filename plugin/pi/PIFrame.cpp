@@ -1,0 +1,23 @@
+// The only source of the plug-in that knows setjmp.
+#include "plugin/pi/PIFrame.h"
+
+#include "tavrel/Kernel.h"
+
+using namespace tavrel;
+
+void RestorePlugInFrame(ExceptionFrame *frame) { longjmp(frame->context, 1); }
+
+bool PIProtectCall(void (*body)(void *), void *argument) {
+  ExceptionFrame frame;
+  Kernel::PushExceptionFrame(&frame, RestorePlugInFrame);
+  if (setjmp(frame.context) != 0) {
+    Kernel::PopExceptionFrame();
+    return false;
+  }
+  // Volatile on purpose: where the compiler sees a body that never returns, it drops the body's stores to the caller's
+  // variables, and the handler then reads old values.
+  void (*volatile call)(void *) = body;
+  call(argument);
+  Kernel::PopExceptionFrame();
+  return true;
+}

@@ -1,0 +1,13 @@
+// The one symbol that the plug-in exports: `main`, found by the host in the shared library.
+//
+// It has three arguments, so it is written under another name and given the symbol as an assembler label. It is
+// protected, because the program that loads the plug-in has a `main` of its own, which would otherwise take its place
+// wherever the plug-in takes the address.
+#include "plugin/pi/mdPI.h"
+
+extern "C" [[gnu::visibility("protected")]] uint32_t PIMain(uint32_t hostVersion, uint32_t *outVersion,
+                                                            void **outSetupProc) __asm__("main");
+
+extern "C" uint32_t PIMain(uint32_t hostVersion, uint32_t *outVersion, void **outSetupProc) {
+  return PINegotiate(hostVersion, outVersion, outSetupProc);
+}

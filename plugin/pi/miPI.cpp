@@ -1,0 +1,65 @@
+// Export, initialisation and termination, in the order in which the host drives them, and the document notifications.
+// No frames here: a host call that fails ends the callback and goes to the host's own frame.
+#include "plugin/pi/miPI.h"
+
+#include <cstdlib>
+
+#include "plugin/glt/glt.h"
+#include "plugin/glt/gltHFT.h"
+#include "plugin/input/gltAux.h"
+#include "plugin/md/mdUtils.h"
+#include "plugin/pi/mdPI.h"
+#include "tavrel/Kernel.h"
+#include "tavrel/TavrelView.h"
+
+using namespace tavrel;
+
+GlobalData *gData;
+
+uint32_t ExtensionExportHFTs() {
+  gData = static_cast<GlobalData *>(calloc(1, sizeof(GlobalData)));
+  if (gData == nullptr) return 0;
+  GLTExportHFTServer(); // without it no client gets the table; everything else works
+  return 1;
+}
+
+uint32_t ExtensionInit() {
+  if (!mdInit()) return 0;
+  miPIRegisterForNotifications();
+  return gltRegisterAuxdata();
+}
+
+uint32_t ExtensionTerm() {
+  mdTerm();
+  if (gData != nullptr) {
+    if (gData->prevBitmap != 0) mdReleaseBitmap(gData->prevBitmap);
+    if (gData->nextBitmap != 0) mdReleaseBitmap(gData->nextBitmap);
+  }
+  free(gData); // the pointer is left as it is on purpose: the plug-in is not used again
+  return gltUnregisterAuxdata();
+}
+
+void miPIRegisterForNotifications() {
+  TavrelView::RegisterNotification(notifyDocDidOpen, gExtensionID,
+                                   Kernel::CreateCallback(gExtensionID, entryOf(miPIDocDidOpen)), nullptr);
+  TavrelView::RegisterNotification(notifyDocDidClose, gExtensionID,
+                                   Kernel::CreateCallback(gExtensionID, entryOf(miPIDocDidClose)), nullptr);
+  TavrelView::RegisterPageDrawProc(Kernel::CreateCallback(gExtensionID, entryOf(miPIPageViewDraw)), nullptr);
+}
+
+void miPIDocDidOpen(Doc /*document*/, void * /*clientData*/) {}
+
+void miPIDocDidClose(Doc document, void * /*clientData*/) {
+  HLL *list = GLT_GetHLL(document);
+  if (list != nullptr) GLT_UnregisterHLL(document, list);
+}
+
+void miPIPageViewDraw(PageView view, void * /*clientData*/) {
+  Doc document = TavrelView::PageViewGetDoc(view);
+  if (document == nullptr) return;
+  const HLL *list = GLT_GetHLL(document);
+  if (list == nullptr) return;
+  const int32_t page = TavrelView::PageViewGetPageNum(view);
+  uint32_t pageIndex = 0;
+  if (HLL_FindPagePos(list, page, &pageIndex)) GLT_SetPos(document, pageIndex, 0, 0);
+}

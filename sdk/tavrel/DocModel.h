@@ -1,0 +1,56 @@
+// The "DocModel" table, version 0x00050000: pages, words and text selections of a document, without any window.
+//
+// Pages count from 0. A page's words are numbered in reading order (word-extraction version 2) or in the order of the
+// content stream (version 1). A character offset counts code points, from 0, of the page's text: its words in reading
+// order, joined by one space. Page space is in points, origin at the lower left of the page as shown, y upwards.
+// Tags: see Kernel.h.
+#pragma once
+
+#include "tavrel/hft.h"
+
+extern tavrel::HFT gDocModelHFT;
+
+// clang-format off
+#define DOC_MODEL_OPERATIONS(OPERATION)                                                                                \
+  /* The page object of a page number; each is to be given back with PageClose. [raises] [owned] */                    \
+  OPERATION(0, DocOpenPage, Page(ModelDoc document, int32_t page))                                                     \
+  /* Gives a page object back. [raises] */                                                                             \
+  OPERATION(1, PageClose, void(Page page))                                                                             \
+  /* The words of a document by one version of word extraction, or null if there is no such version. The three         \
+     options are null, flags 8 (words as they stand, punctuation included), clientData 0. [raises] [owned] */          \
+  OPERATION(2, WordFinderCreate, WordFinder(ModelDoc document, void *encoding, void *names, void *map,                 \
+                                            int16_t version, uint32_t flags, void *clientData))                        \
+  /* Destroys a word finder, and with it every word. [raises] */                                                       \
+  OPERATION(3, WordFinderDestroy, void(WordFinder finder))                                                             \
+  /* Extracts a page's words. Outputs, each may be null: the words in the finder's order, the same again sorted by     \
+     place on the page, the words in reading order (arrays borrowed until the page is released), their number.         \
+     A page acquired twice is to be released twice. [raises] */                                                        \
+  OPERATION(4, WordFinderAcquirePage, void(WordFinder finder, int32_t page, Word **words, Word **sorted,               \
+                                           Word **reading, int32_t *count))                                            \
+  /* The n-th word of the page acquired last, from 0, or null. [raises] [borrowed until the page is released] */       \
+  OPERATION(5, WordFinderGetNthWord, Word(WordFinder finder, int32_t index))                                           \
+  /* Releases the words of an acquired page. [raises] */                                                               \
+  OPERATION(6, WordFinderReleasePage, void(WordFinder finder, int32_t page))                                           \
+  /* The number of a word's characters, in code points. [raises] */                                                    \
+  OPERATION(7, WordGetLength, uint32_t(Word word))                                                                     \
+  /* The character offset at which a word starts. [raises] */                                                          \
+  OPERATION(8, WordGetCharOffset, uint32_t(Word word))                                                                 \
+  /* The characters in the given ranges of offsets, or null where there are none. Equal ranges get the same            \
+     selection, which belongs to its document. [raises] [borrowed until the document closes] */                        \
+  OPERATION(9, SelectionFromCharRanges, TextSelection(Page page, const TextRange *ranges, int32_t count))              \
+  /* The same for ranges of words, numbered by that version of word extraction. [raises] [borrowed likewise] */        \
+  OPERATION(10, SelectionFromWordRanges, TextSelection(Page page, const TextRange *ranges, int32_t count,              \
+                                                       int16_t version))                                               \
+  /* The number of the page that a selection lies on. [raises] */                                                      \
+  OPERATION(11, SelectionPageNumber, int32_t(TextSelection selection))                                                 \
+  /* The bounding box of a selection in page space. [raises] */                                                        \
+  OPERATION(12, SelectionBounds, void(TextSelection selection, FixedRect *bounds))
+// clang-format on
+
+namespace DocModel {
+using namespace tavrel;
+#define DOC_MODEL_DECLARE(...) TAVREL_OPERATION(gDocModelHFT, __VA_ARGS__)
+DOC_MODEL_OPERATIONS(DOC_MODEL_DECLARE)
+#undef DOC_MODEL_DECLARE
+inline constexpr ListedOperation operations[] = {DOC_MODEL_OPERATIONS(TAVREL_LISTED)};
+} // namespace DocModel

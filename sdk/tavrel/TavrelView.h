@@ -1,0 +1,130 @@
+// The "TavrelView" table, version 0x00050001: viewer documents, page views, the tool bar, alerts, notifications and
+// auxiliary data.
+//
+// Where a page view, a tool bar or an anchor button may be missing, null is let pass: the operation does nothing.
+// Any other unknown handle raises. Tags: see Kernel.h.
+#pragma once
+
+#include "tavrel/hft.h"
+
+extern tavrel::HFT gTavrelViewHFT;
+
+namespace tavrel {
+
+/// Notifications, called as void(Doc document, void *clientData).
+enum Notification : int32_t { notifyDocDidOpen = 4, notifyDocDidClose = 8 };
+using DocNotifyProc = void (*)(Doc document, void *clientData);
+
+/// Called for every page drawn, while it is drawn; the page view is the one that draws.
+using PageDrawProc = void (*)(PageView view, void *clientData);
+
+/// Tool button callbacks. The enabled test answers 1 or 0.
+using ButtonActionProc = void (*)(ToolButton button, void *clientData);
+using ButtonTestProc = Bool16 (*)(ToolButton button, void *clientData);
+
+/// Receives auxiliary data for a document. The bytes are borrowed until it returns; 1 says that they were its business.
+using AuxDataProc = Bool16 (*)(Atom type, const void *data, uint32_t length, Doc document);
+
+/// How a plug-in handles auxiliary data. Stays the plug-in's; the host keeps its address.
+struct AuxDataHandler {
+  uint32_t size;    ///< 8, on every machine: the version of the record
+  Callback perform; ///< an AuxDataProc
+};
+
+/// Flags of GetModifierKeyState.
+enum ModifierKey : uint32_t { modifierShift = 1, modifierControl = 2, modifierAlt = 4 };
+
+/// Attributes of a tool button.
+enum ButtonAttribute : int32_t { buttonInternal = 1, buttonAlsoInBrowser = 2 };
+
+/// Icons of an alert.
+enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, alertNote = 3 };
+
+} // namespace tavrel
+
+// clang-format off
+#define TAVREL_VIEW_OPERATIONS(OPERATION)                                                                              \
+  /* Shows a modal alert with up to three buttons (null: none) and returns the number of the one pressed, from 1;      \
+     beep 1 sounds the bell. [raises] */                                                                               \
+  OPERATION(0, Alert, int32_t(int32_t icon, const char *message, const char *first, const char *second,                \
+                              const char *third, int32_t beep))                                                        \
+  /* The viewer document in front, or null. [no-raise] */                                                              \
+  OPERATION(1, GetFrontDoc, Doc())                                                                                     \
+  /* The tool bar, or null. [no-raise] */                                                                              \
+  OPERATION(2, GetToolBar, ToolBar())                                                                                  \
+  /* Has a callback (DocNotifyProc) called at every such event from now on. [raises] */                                \
+  OPERATION(3, RegisterNotification, void(int32_t selector, ExtensionID extension, Callback callback,                  \
+                                          void *clientData))                                                           \
+  /* The document model behind a viewer document. [raises] [borrowed until it closes] */                               \
+  OPERATION(4, DocGetModelDoc, ModelDoc(Doc document))                                                                 \
+  /* The page view of a viewer document, or null. [raises] [borrowed until it closes] */                               \
+  OPERATION(5, DocGetPageView, PageView(Doc document))                                                                 \
+  /* The document shown in a page view, or null. [raises] */                                                           \
+  OPERATION(6, PageViewGetDoc, Doc(PageView view))                                                                     \
+  /* The visible area of the page, in device units. [raises] */                                                        \
+  OPERATION(7, PageViewGetVisibleRect, void(PageView view, DeviceRect *visible))                                       \
+  /* The number of the page shown; while a page is drawn, of that page. 0 for no view. [raises] */                     \
+  OPERATION(8, PageViewGetPageNum, int32_t(PageView view))                                                             \
+  /* Copies the drawing colour out. [raises] */                                                                        \
+  OPERATION(9, PageViewFetchDrawColor, void(PageView view, ColorValue *color))                                         \
+  /* Sets the drawing colour. [raises] */                                                                              \
+  OPERATION(10, PageViewApplyDrawColor, void(PageView view, const ColorValue *color))                                  \
+  /* Opens a bracket of changes: nothing is drawn before the outermost is closed. [raises] */                          \
+  OPERATION(11, PageViewBeginBatch, void(PageView view))                                                               \
+  /* Closes it. [raises] when none is open */                                                                          \
+  OPERATION(12, PageViewEndBatch, void(PageView view))                                                                 \
+  /* Shows a page, from its upper left; the page already shown stays as it is. [raises] when there is no such page */  \
+  OPERATION(13, PageViewShowPage, void(PageView view, int32_t page))                                                   \
+  /* Scrolls so that the device point (x, y) becomes the upper left of the visible area, as far as the page            \
+     reaches. [raises] */                                                                                              \
+  OPERATION(14, PageViewScrollToPoint, void(PageView view, int16_t x, int16_t y))                                      \
+  /* Has an area drawn anew; null is the whole view. [raises] */                                                       \
+  OPERATION(15, PageViewRefreshArea, void(PageView view, const DeviceRect *area))                                      \
+  /* Has a callback (PageDrawProc) called for every page drawn from now on. [raises] */                                \
+  OPERATION(16, RegisterPageDrawProc, void(Callback callback, void *clientData))                                       \
+  /* The matrix from page space to device space. [raises] */                                                           \
+  OPERATION(17, PageViewGetPageTransform, void(PageView view, FixedMatrix *matrix))                                    \
+  /* The modifier keys held down, as flags (ModifierKey). [no-raise] */                                                \
+  OPERATION(18, GetModifierKeyState, uint32_t())                                                                       \
+  /* The button of that name on a tool bar, or null. [raises] */                                                       \
+  OPERATION(19, ToolBarFindButton, ToolButton(ToolBar bar, Atom name))                                                 \
+  /* Puts a button next to another: before it (1), after it (0); without a reference, at the end. A button already     \
+     on the tool bar moves there. [raises] */                                                                          \
+  OPERATION(20, ToolBarInsertButton, void(ToolBar bar, ToolButton button, Bool16 before, ToolButton reference))        \
+  /* Whether there is room for that many more buttons and separators. [raises] */                                      \
+  OPERATION(21, ToolBarHasSpace, Bool16(ToolBar bar, int32_t buttons, int32_t separators))                             \
+  /* Asks every button's enabled test anew. [raises] */                                                                \
+  OPERATION(22, ToolBarUpdateButtonStates, void(ToolBar bar))                                                          \
+  /* A button, on no tool bar yet; the two further arguments are 0. The icon stays the caller's. A name that is        \
+     taken gives the button that has it. [raises] [borrowed until the tool bar goes] */                                \
+  OPERATION(23, ToolButtonCreate, ToolButton(Atom name, Bitmap icon, int32_t reserved1, int32_t reserved2))            \
+  /* Sets what a press calls (ButtonActionProc). [raises] */                                                           \
+  OPERATION(24, ToolButtonAttachAction, void(ToolButton button, Callback callback, void *clientData))                  \
+  /* Sets what tells whether the button is enabled (ButtonTestProc). [raises] */                                       \
+  OPERATION(25, ToolButtonAttachEnabledTest, void(ToolButton button, Callback callback, void *clientData))             \
+  /* Sets the help text; it is copied. [raises] */                                                                     \
+  OPERATION(26, ToolButtonAttachTip, void(ToolButton button, const char *text))                                        \
+  /* Marks a selection on the page being drawn, in the drawing colour; the marks are multiplied onto the page.         \
+     [raises] when nothing is being drawn or another page is */                                                        \
+  OPERATION(27, PageViewPaintSelection, void(PageView view, TextSelection selection))                                  \
+  /* Tells that the marks of a selection come or go: its area is drawn anew. [raises] */                               \
+  OPERATION(28, PageViewHighlightText, void(PageView view, TextSelection selection))                                   \
+  /* Whether any handler is registered for a type of auxiliary data. [no-raise] */                                     \
+  OPERATION(29, HasAuxDataHandler, Bool16(Atom type))                                                                  \
+  /* Registers a handler; 0 when this very record is registered for the type already. [raises] */                      \
+  OPERATION(30, RegisterAuxDataHandler, Bool16(ExtensionID extension, Atom type, const AuxDataHandler *handler))       \
+  /* Removes a handler; 0 when it was not registered. [no-raise] */                                                    \
+  OPERATION(31, UnregisterAuxDataHandler, Bool16(ExtensionID extension, Atom type, const AuxDataHandler *handler))     \
+  /* Sets an attribute of a button (ButtonAttribute). [raises] */                                                      \
+  OPERATION(32, ToolButtonSetAttribute, void(ToolButton button, int32_t attribute))                                    \
+  /* Takes a button off its tool bar; the button lives on. [raises] */                                                 \
+  OPERATION(33, ToolButtonDetach, void(ToolButton button))
+// clang-format on
+
+namespace TavrelView {
+using namespace tavrel;
+#define TAVREL_VIEW_DECLARE(...) TAVREL_OPERATION(gTavrelViewHFT, __VA_ARGS__)
+TAVREL_VIEW_OPERATIONS(TAVREL_VIEW_DECLARE)
+#undef TAVREL_VIEW_DECLARE
+inline constexpr ListedOperation operations[] = {TAVREL_VIEW_OPERATIONS(TAVREL_LISTED)};
+} // namespace TavrelView

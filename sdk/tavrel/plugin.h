@@ -1,0 +1,54 @@
+// How the host enters a plug-in: the exported entry point and the two records that are exchanged.
+//
+// A plug-in is a shared library that exports one symbol, `main`, of type `PluginMain`. The host then calls, in this
+// order: main; the set-up procedure that main handed back; the handshake callback; the export callback of every
+// plug-in; the initialisation callback of every plug-in; and at the end the unload callback.
+#pragma once
+
+#include "tavrel/types.h"
+
+namespace tavrel {
+
+/// The handshake version that plug-ins speak: major number in the upper half, minor in the lower.
+inline constexpr uint32_t handshakeVersion = 0x00020000;
+
+/// Given to the set-up procedure.
+struct SetupRecord {
+  uint32_t handshakeVersion; ///< must equal the negotiated one
+  ExtensionID extension;     ///< who the plug-in is from now on
+  HFT kernel;                ///< the "Kernel" table
+  Callback handshake;        ///< written by the plug-in
+};
+
+/// Given to the handshake callback. The plug-in writes its name and the callbacks that it has.
+struct HandshakeRecord {
+  uint32_t hostWord;     ///< the host's own
+  uint16_t hostFlags;    ///< the host's own
+  Atom name;             ///< under which the plug-in is known
+  Callback exportTables; ///< uint32_t(): offer tables of its own
+  Callback importTables; ///< uint32_t(): acquire tables of other plug-ins
+  Callback initialise;   ///< uint32_t(): everything else
+  Callback unload;       ///< uint32_t(): undo it
+};
+
+/// Negotiates: writes the version to speak and the set-up procedure (a SetupProc). Non-zero is success.
+using PluginMain = uint32_t (*)(uint32_t hostVersion, uint32_t *outVersion, void **outSetupProc);
+using SetupProc = uint32_t (*)(uint32_t handshakeVersion, SetupRecord *record);
+using HandshakeProc = uint32_t (*)(uint32_t handshakeVersion, HandshakeRecord *record);
+using LifecycleProc = uint32_t (*)();
+
+#define TAVREL_OFFSET(record, field, narrow, wide)                                                                     \
+  static_assert(offsetof(record, field) == (sizeof(void *) == 4 ? (narrow) : (wide)))
+TAVREL_OFFSET(SetupRecord, handshakeVersion, 0, 0);
+TAVREL_OFFSET(SetupRecord, extension, 4, 4);
+TAVREL_OFFSET(SetupRecord, kernel, 8, 8);
+TAVREL_OFFSET(SetupRecord, handshake, 12, 16);
+TAVREL_OFFSET(HandshakeRecord, hostWord, 0, 0);
+TAVREL_OFFSET(HandshakeRecord, hostFlags, 4, 4);
+TAVREL_OFFSET(HandshakeRecord, name, 6, 6);
+TAVREL_OFFSET(HandshakeRecord, exportTables, 8, 8);
+TAVREL_OFFSET(HandshakeRecord, importTables, 12, 16);
+TAVREL_OFFSET(HandshakeRecord, initialise, 16, 24);
+TAVREL_OFFSET(HandshakeRecord, unload, 20, 32);
+
+} // namespace tavrel

@@ -37,18 +37,15 @@ using SetupProc = uint32_t (*)(uint32_t handshakeVersion, SetupRecord *record);
 using HandshakeProc = uint32_t (*)(uint32_t handshakeVersion, HandshakeRecord *record);
 using LifecycleProc = uint32_t (*)();
 
-#define TAVREL_OFFSET(record, field, narrow, wide)                                                                     \
-  static_assert(offsetof(record, field) == (sizeof(void *) == 4 ? (narrow) : (wide)))
-TAVREL_OFFSET(SetupRecord, handshakeVersion, 0, 0);
-TAVREL_OFFSET(SetupRecord, extension, 4, 4);
-TAVREL_OFFSET(SetupRecord, kernel, 8, 8);
-TAVREL_OFFSET(SetupRecord, handshake, 12, 16);
-TAVREL_OFFSET(HandshakeRecord, hostWord, 0, 0);
-TAVREL_OFFSET(HandshakeRecord, hostFlags, 4, 4);
-TAVREL_OFFSET(HandshakeRecord, name, 6, 6);
-TAVREL_OFFSET(HandshakeRecord, exportTables, 8, 8);
-TAVREL_OFFSET(HandshakeRecord, importTables, 12, 16);
-TAVREL_OFFSET(HandshakeRecord, initialise, 16, 24);
-TAVREL_OFFSET(HandshakeRecord, unload, 20, 32);
+/// What an offset must be where pointers are of 32 bits, and where they are of 64.
+constexpr size_t byPointerSize(size_t narrow, size_t wide) { return sizeof(void *) == 4 ? narrow : wide; }
+
+static_assert(offsetof(SetupRecord, handshakeVersion) == 0 && offsetof(SetupRecord, extension) == 4);
+static_assert(offsetof(SetupRecord, kernel) == 8 && offsetof(SetupRecord, handshake) == byPointerSize(12, 16));
+static_assert(offsetof(HandshakeRecord, hostWord) == 0 && offsetof(HandshakeRecord, hostFlags) == 4);
+static_assert(offsetof(HandshakeRecord, name) == 6 && offsetof(HandshakeRecord, exportTables) == 8);
+static_assert(offsetof(HandshakeRecord, importTables) == byPointerSize(12, 16));
+static_assert(offsetof(HandshakeRecord, initialise) == byPointerSize(16, 24));
+static_assert(offsetof(HandshakeRecord, unload) == byPointerSize(20, 32));
 
 } // namespace tavrel

@@ -1,0 +1,108 @@
+// A PDF document: its pages, their words and characters in reading order, the selections made on them, and the
+// images of its pages. The only room that knows the PDF library.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "host/document/image.h"
+#include "host/kernel/handles.h"
+#include "tavrel/types.h"
+
+namespace host {
+
+/// A rectangle in page space: points, origin at the lower left of the page as shown, y upwards; left <= right and
+/// bottom <= top.
+struct Box {
+  double left = 0, top = 0, right = 0, bottom = 0;
+};
+
+/// Points, of the page as shown (rotated and cropped).
+struct PageSize {
+  double width = 0, height = 0;
+};
+
+/// A word of a page.
+struct WordText {
+  std::u32string text = {};
+  uint32_t offset = 0;              ///< of its first character in the page's text
+  Box bounds = {};                  ///< of the whole word
+  std::vector<Box> characters = {}; ///< as many as the text has code points; some have no area
+  int quarterTurns = 0;             ///< clockwise, of the line that it stands on: 1 runs down the page
+};
+
+/// The words of a page, computed once and kept.
+struct PageText {
+  std::vector<WordText> words = {}; ///< in reading order (word-extraction version 2)
+  /// The words joined by one space.
+  std::u32string text() const;
+};
+
+/// Versions of word extraction; there are no others.
+inline constexpr int16_t contentOrderVersion = 1, readingOrderVersion = 2;
+
+/// Words or characters of one page. Lives as long as its document; equal ranges of a page are the same selection.
+struct Selection {
+  int32_t page = 0;
+  size_t ranges = 0;      ///< how many of the ranges that it was made from cover something
+  std::vector<Box> boxes; ///< what is marked: a box a word (or part of a word)
+  Box bounds;             ///< of all boxes
+};
+
+/// Why a document cannot be opened.
+struct DocumentError : HostError {
+  enum Reason { unreadable, wrongPassword };
+  DocumentError(Reason why, const std::string &text) : HostError(tavrel::errDocument, text), reason(why) {}
+  Reason reason;
+};
+
+class Document {
+public:
+  /// Opens a PDF. Throws DocumentError with one clear line that names the file.
+  static std::unique_ptr<Document> open(const std::filesystem::path &file, const std::string &password);
+  virtual ~Document();
+  Document(const Document &) = delete;
+  Document &operator=(const Document &) = delete;
+
+  virtual int32_t pageCount() const = 0;
+  // All of these throw HostError errBadPage for a page that is not there.
+  virtual PageSize pageSize(int32_t page) = 0;
+  virtual const PageText &pageText(int32_t page) = 0;
+  /// Indices into the page's words, in the order of the content stream (word-extraction version 1); every word once.
+  virtual const std::vector<uint32_t> &contentOrder(int32_t page) = 0;
+  /// Gives the memory of a page's text back; it is worked out anew when next asked for. What pageText() and
+  /// contentOrder() returned for the page is gone; selections stay.
+  virtual void forgetText(int32_t page) = 0;
+  /// The page on white, without marks, width and height rounded up to whole pixels. Throws errBadArgument for
+  /// an image of no pixels or of more than 20,000 a side.
+  virtual Image render(int32_t page, double dpi) = 0;
+
+  /// The selection of ranges of characters, or null where they cover nothing. Ranges beyond the end are cut.
+  virtual const Selection *selectCharacters(int32_t page, std::span<const tavrel::TextRange> ranges) = 0;
+  /// The selection of ranges of words; throws errBadArgument for a version that does not exist.
+  virtual const Selection *selectWords(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version) = 0;
+  /// How many different selections the document holds.
+  virtual size_t selectionCount() const = 0;
+
+protected:
+  Document();
+};
+
+// The live documents and selections, by the handles that plug-ins hold. A Document enters and leaves by itself.
+Handles<tavrel::ModelDoc, Document> &modelDocs();
+Handles<tavrel::TextSelection, const Selection> &selections();
+
+/// The "DocModel" table, complete (docmodel.cpp).
+tavrel::HFT docModelTable();
+
+/// What plug-ins have open just now, for tests and for the host's report at the end.
+struct OpenObjects {
+  size_t pages = 0, wordFinders = 0, acquiredPages = 0;
+};
+OpenObjects openObjects();
+
+} // namespace host

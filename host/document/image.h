@@ -1,0 +1,18 @@
+// An image of a page: rows of 32-bit pixels 0xFFRRGGBB in the machine's byte order, without padding.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace host {
+
+struct Image {
+  int width = 0, height = 0;
+  std::vector<uint32_t> pixels;
+
+  uint32_t *row(int y) { return pixels.data() + static_cast<size_t>(y) * static_cast<size_t>(width); }
+  const uint32_t *row(int y) const { return pixels.data() + static_cast<size_t>(y) * static_cast<size_t>(width); }
+};
+
+} // namespace host

@@ -1,0 +1,143 @@
+// Selections: turns ranges of characters or words into boxes, and keeps one selection for equal ranges.
+//
+// Ranges may overlap, but marks are multiplied onto the page: what two ranges share must not get two boxes, or it
+// would come out darker. So ranges are joined to disjoint spans first.
+#include "host/document/select.h"
+
+#include <algorithm>
+
+namespace host {
+namespace {
+
+bool hasArea(const Box &box) { return box.right > box.left && box.top > box.bottom; }
+
+bool same(const Box &a, const Box &b) {
+  return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
+}
+
+Box unionOf(const Box &a, const Box &b) {
+  return {std::min(a.left, b.left), std::max(a.top, b.top), std::max(a.right, b.right), std::min(a.bottom, b.bottom)};
+}
+
+std::vector<Span> disjoint(std::span<const tavrel::TextRange> ranges) {
+  std::vector<Span> spans;
+  for (const tavrel::TextRange &range : ranges)
+    if (range.len > 0) spans.push_back({range.pos, static_cast<uint32_t>(range.pos) + range.len});
+  std::sort(spans.begin(), spans.end(), [](const Span &a, const Span &b) { return a.first < b.first; });
+  std::vector<Span> result;
+  for (const Span &span : spans)
+    if (!result.empty() && span.first <= result.back().end)
+      result.back().end = std::max(result.back().end, span.end);
+    else
+      result.push_back(span);
+  return result;
+}
+
+// The part of a word that characters first to end take when they have no boxes of their own: as much of the line as
+// they are of the word.
+Box share(const WordText &word, size_t first, size_t end) {
+  const double count = static_cast<double>(word.text.size());
+  double from = static_cast<double>(first) / count;
+  double to = static_cast<double>(end) / count;
+  Box box = word.bounds;
+  if (word.quarterTurns >= 2) { // runs to the left or upwards: its start is the far end
+    from = 1 - from;
+    to = 1 - to;
+    std::swap(from, to);
+  }
+  if (word.quarterTurns % 2 == 0) {
+    const double width = box.right - box.left;
+    box.right = box.left + to * width;
+    box.left += from * width;
+  } else {
+    const double height = box.top - box.bottom;
+    box.bottom = box.top - to * height;
+    box.top -= from * height;
+  }
+  return box;
+}
+
+Box partOf(const WordText &word, size_t first, size_t end) {
+  Box box;
+  bool any = false;
+  for (size_t i = first; i < std::min(end, word.characters.size()); ++i)
+    if (hasArea(word.characters[i])) {
+      box = any ? unionOf(box, word.characters[i]) : word.characters[i];
+      any = true;
+    }
+  return any ? box : share(word, first, end);
+}
+
+} // namespace
+
+std::vector<Box> characterBoxes(const PageText &text, std::span<const Span> spans) {
+  std::vector<Box> boxes;
+  for (const Span &span : spans) {
+    auto word = std::partition_point(text.words.begin(), text.words.end(), [&](const WordText &candidate) {
+      return candidate.offset + candidate.text.size() <= span.first;
+    });
+    for (; word != text.words.end() && word->offset < span.end; ++word) {
+      const size_t first = std::max(span.first, word->offset) - word->offset;
+      const size_t end = std::min<size_t>(span.end - word->offset, word->text.size());
+      const Box box = partOf(*word, first, end);
+      // The letters of a ligature share one box: two spans that each hold one of them are one mark.
+      if (boxes.empty() || !same(boxes.back(), box)) boxes.push_back(box);
+    }
+  }
+  return boxes;
+}
+
+std::vector<Box> wordBoxes(const PageText &text, std::span<const Span> spans, std::span<const uint32_t> order) {
+  std::vector<Box> boxes;
+  for (const Span &span : spans)
+    for (size_t i = span.first; i < std::min<size_t>(span.end, text.words.size()); ++i)
+      boxes.push_back(text.words[order.empty() ? i : order[i]].bounds);
+  return boxes;
+}
+
+template <typename BoxesOf> const Selection *
+SelectionStore::get(int32_t page, int16_t version, std::span<const tavrel::TextRange> ranges, const BoxesOf &boxesOf) {
+  Key key{page, version, {}};
+  auto &places = std::get<2>(key);
+  places.reserve(ranges.size());
+  for (const tavrel::TextRange &range : ranges)
+    places.emplace_back(range.pos, range.len);
+  if (const auto known = made_.find(key); known != made_.end()) return known->second.get();
+
+  auto selection = std::make_unique<Selection>();
+  selection->page = page;
+  selection->boxes = boxesOf(disjoint(ranges));
+  if (selection->boxes.empty()) return nullptr;
+  for (const tavrel::TextRange &range : ranges)
+    selection->ranges += boxesOf(disjoint({&range, 1})).empty() ? 0 : 1;
+  selection->bounds = selection->boxes.front();
+  for (const Box &box : selection->boxes)
+    selection->bounds = unionOf(selection->bounds, box);
+
+  const Selection *result = made_.emplace(std::move(key), std::move(selection)).first->second.get();
+  selections().add(result);
+  return result;
+}
+
+const Selection *SelectionStore::characters(int32_t page, std::span<const tavrel::TextRange> ranges,
+                                            Document &document) {
+  const PageText &text = document.pageText(page);
+  return get(page, 0, ranges, [&](const std::vector<Span> &spans) { return characterBoxes(text, spans); });
+}
+
+const Selection *SelectionStore::words(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version,
+                                       Document &document) {
+  if (version != contentOrderVersion && version != readingOrderVersion)
+    throw HostError(tavrel::errBadArgument, "no word extraction of version " + std::to_string(version));
+  const PageText &text = document.pageText(page);
+  std::span<const uint32_t> order;
+  if (version == contentOrderVersion) order = document.contentOrder(page);
+  return get(page, version, ranges, [&](const std::vector<Span> &spans) { return wordBoxes(text, spans, order); });
+}
+
+SelectionStore::~SelectionStore() {
+  for (const auto &[key, selection] : made_)
+    selections().remove(selection.get());
+}
+
+} // namespace host

@@ -1,0 +1,48 @@
+// Selections: which boxes of a page a list of ranges marks, and one selection for equal lists.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <span>
+#include <tuple>
+#include <vector>
+
+#include "host/document/document.h"
+
+namespace host {
+
+/// A range without the bounds of its 16-bit form: from `first` up to, not including, `end`.
+struct Span {
+  uint32_t first = 0, end = 0;
+};
+
+/// The boxes of the characters in disjoint spans of offsets: of each span a box for every word it touches, around the
+/// characters it covers there.
+std::vector<Box> characterBoxes(const PageText &text, std::span<const Span> spans);
+
+/// The bounds of the words in disjoint spans of word numbers. `order` maps a number to a word; empty is reading order.
+std::vector<Box> wordBoxes(const PageText &text, std::span<const Span> spans, std::span<const uint32_t> order);
+
+/// The selections of one document. While it lives, they are among the live selections that plug-ins may name.
+class SelectionStore {
+public:
+  SelectionStore() = default;
+  SelectionStore(const SelectionStore &) = delete;
+  SelectionStore &operator=(const SelectionStore &) = delete;
+  ~SelectionStore();
+
+  /// The selection of ranges on a page, or null where they cover nothing. `version` is that of word extraction.
+  const Selection *characters(int32_t page, std::span<const tavrel::TextRange> ranges, Document &document);
+  const Selection *words(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version, Document &document);
+  size_t size() const { return made_.size(); }
+
+private:
+  // Page, version of word extraction (0 for characters), each range's start and length.
+  using Key = std::tuple<int32_t, int16_t, std::vector<std::pair<uint16_t, uint16_t>>>;
+  template <typename BoxesOf> const Selection *get(int32_t page, int16_t version,
+                                                   std::span<const tavrel::TextRange> ranges, const BoxesOf &boxesOf);
+
+  std::map<Key, std::unique_ptr<Selection>> made_;
+};
+
+} // namespace host

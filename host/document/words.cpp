@@ -1,0 +1,159 @@
+// Words of a page: UTF-16 into code points, and the order of the content stream.
+//
+// The PDF library places words only in reading order. In the order of the content stream it gives nothing but a text,
+// so that order is worked out here by finding the text's words among the boxes. Where a text occurs more than once
+// this is a guess, a good one: the box after the one found last wins, then the place from which most of the words that
+// follow fit too. A box whose text is never found stays behind its predecessor in reading order.
+#include "host/document/words.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+namespace host {
+namespace {
+
+// How far a guess looks ahead, and how many places it weighs: bounds for pages of ten thousand equal words.
+constexpr size_t lookAhead = 16, mostPlaces = 64;
+
+constexpr uint32_t none = UINT32_MAX;
+
+bool isBlank(char32_t c) { return c <= U' ' || c == U'\u00A0'; }
+
+std::u32string withoutBlanks(std::u32string_view text) {
+  std::u32string result;
+  std::copy_if(text.begin(), text.end(), std::back_inserter(result), [](char32_t c) { return !isBlank(c); });
+  return result;
+}
+
+class ContentOrder {
+public:
+  ContentOrder(std::span<const std::u32string_view> boxes, std::u32string_view raw) : used_(boxes.size()) {
+    readStream(raw);
+    keys_.reserve(boxes.size());
+    for (const std::u32string_view box : boxes) {
+      keys_.push_back(withoutBlanks(box));
+      longest_ = std::max(longest_, keys_.back().size());
+    }
+    for (uint32_t i = 0; i < keys_.size(); ++i)
+      places_[keys_[i]].push_back(i);
+  }
+
+  std::vector<uint32_t> order() {
+    std::vector<uint32_t> found;
+    uint32_t next = none; // the box after the one found last
+    for (size_t at = 0; at < stream_.size();) {
+      const uint32_t box = boxAt(at, next);
+      if (box == none) {
+        at = wordEnd_[at];
+        continue;
+      }
+      used_[box] = true;
+      found.push_back(box);
+      at += keys_[box].size();
+      next = box + 1;
+    }
+    return withTheRest(found);
+  }
+
+private:
+  // The stream without its blanks, and for each character where its word ends.
+  void readStream(std::u32string_view raw) {
+    for (size_t i = 0; i < raw.size();) {
+      const size_t start = stream_.size();
+      for (; i < raw.size() && !isBlank(raw[i]); ++i)
+        stream_ += raw[i];
+      for (; i < raw.size() && isBlank(raw[i]); ++i) {
+      }
+      wordEnd_.insert(wordEnd_.end(), stream_.size() - start, stream_.size());
+    }
+  }
+
+  bool fits(uint32_t box, size_t at) const {
+    return box < keys_.size() && !used_[box] && !keys_[box].empty() &&
+           stream_.compare(at, keys_[box].size(), keys_[box]) == 0;
+  }
+
+  // How many boxes from this one on fit the words from here on.
+  size_t run(uint32_t box, size_t at) const {
+    size_t length = 0;
+    for (; length < lookAhead && at < stream_.size() && fits(box, at); ++box, ++length)
+      at += keys_[box].size();
+    return length;
+  }
+
+  // Of the boxes with exactly this text that are still to be had, the one with the longest run; the first of equals.
+  uint32_t bestPlace(const std::u32string &text, size_t at) {
+    const auto found = places_.find(text);
+    if (found == places_.end()) return none;
+    std::vector<uint32_t> &places = found->second;
+    std::erase_if(places, [this](uint32_t box) { return used_[box]; });
+    uint32_t best = none;
+    size_t bestRun = 0;
+    for (size_t i = 0; i < std::min(places.size(), mostPlaces); ++i)
+      if (const size_t length = run(places[i], at); length > bestRun) {
+        best = places[i];
+        bestRun = length;
+      }
+    return best;
+  }
+
+  uint32_t boxAt(size_t at, uint32_t next) {
+    const size_t length = wordEnd_[at] - at;
+    if (fits(next, at) && keys_[next].size() == length) return next;
+    if (const uint32_t box = length <= longest_ ? bestPlace(stream_.substr(at, length), at) : none; box != none)
+      return box;
+    // The two texts need not agree where a word ends: one may run words together that the other keeps apart.
+    if (fits(next, at)) return next;
+    for (size_t part = std::min(length - 1, longest_); part > 0; --part)
+      if (const uint32_t box = bestPlace(stream_.substr(at, part), at); box != none) return box;
+    return none;
+  }
+
+  std::vector<uint32_t> withTheRest(const std::vector<uint32_t> &found) const {
+    std::vector<uint32_t> result;
+    result.reserve(keys_.size());
+    const auto takeUnused = [&](uint32_t box) {
+      for (; box < keys_.size() && !used_[box]; ++box)
+        result.push_back(box);
+    };
+    takeUnused(0);
+    for (const uint32_t box : found) {
+      result.push_back(box);
+      takeUnused(box + 1);
+    }
+    return result;
+  }
+
+  std::u32string stream_;
+  std::vector<size_t> wordEnd_;
+  std::vector<std::u32string> keys_; // the boxes' texts without blanks
+  size_t longest_ = 0;
+  std::vector<bool> used_;
+  std::unordered_map<std::u32string, std::vector<uint32_t>> places_; // the boxes of a text, those used dropped late
+};
+
+} // namespace
+
+std::u32string codePoints(std::span<const unsigned short> utf16) {
+  std::u32string result;
+  result.reserve(utf16.size());
+  for (size_t i = 0; i < utf16.size(); ++i) {
+    const char32_t unit = utf16[i];
+    const char32_t low = i + 1 < utf16.size() ? utf16[i + 1] : 0;
+    if (unit < 0xD800 || unit > 0xDFFF) {
+      result += unit;
+    } else if (unit < 0xDC00 && low >= 0xDC00 && low <= 0xDFFF) {
+      result += 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+      ++i;
+    } else {
+      result += U'\uFFFD';
+    }
+  }
+  return result;
+}
+
+std::vector<uint32_t> orderByContent(std::span<const std::u32string_view> boxes, std::u32string_view raw) {
+  return ContentOrder(boxes, raw).order();
+}
+
+} // namespace host

@@ -1,0 +1,20 @@
+// Callback handles. The runtime owns the one set; every room that keeps a callback asks here whose it is.
+#include "host/kernel/callbacks.h"
+
+namespace host {
+
+tavrel::Callback Callbacks::create(tavrel::ExtensionID extension, tavrel::Entry function) {
+  if (function == nullptr) throw HostError(tavrel::errBadArgument, "a callback without a function");
+  const auto [place, isNew] = owners_.emplace(function, extension);
+  if (!isNew && place->second != extension)
+    throw HostError(tavrel::errBadArgument, "a callback that is another plug-in's");
+  return function;
+}
+
+tavrel::ExtensionID Callbacks::owner(tavrel::Callback callback) const {
+  const auto found = owners_.find(callback);
+  if (found == owners_.end()) throw HostError(tavrel::errBadHandle, "no such callback");
+  return found->second;
+}
+
+} // namespace host

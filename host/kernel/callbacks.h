@@ -1,0 +1,24 @@
+// The functions that the host may call in plug-ins. A handle is the function itself; here stands whose it is.
+#pragma once
+
+#include <unordered_map>
+
+#include "host/kernel/error.h"
+#include "tavrel/types.h"
+
+namespace host {
+
+class Callbacks {
+public:
+  /// The handle of a plug-in's function. Asking again gives the same one and keeps nothing new. Throws errBadArgument
+  /// for null and for a function that belongs to another plug-in.
+  tavrel::Callback create(tavrel::ExtensionID extension, tavrel::Entry function);
+  /// Whose it is; throws errBadHandle for a handle that create did not give out (null included).
+  tavrel::ExtensionID owner(tavrel::Callback callback) const;
+  size_t size() const { return owners_.size(); }
+
+private:
+  std::unordered_map<tavrel::Callback, tavrel::ExtensionID> owners_;
+};
+
+} // namespace host

@@ -1,0 +1,26 @@
+// The plug-ins by number. The runtime owns the one list; the loader fills it.
+#include "host/kernel/extensions.h"
+
+namespace host {
+
+Extensions::Extensions() : members_{{"host", true}} {}
+
+tavrel::ExtensionID Extensions::add(const std::string &name) {
+  members_.push_back({name, true});
+  return static_cast<tavrel::ExtensionID>(members_.size() - 1);
+}
+
+void Extensions::rename(tavrel::ExtensionID extension, const std::string &name) {
+  if (known(extension)) members_[extension].name = name;
+}
+
+void Extensions::retire(tavrel::ExtensionID extension) {
+  if (known(extension)) members_[extension].active = false;
+}
+
+const std::string &Extensions::name(tavrel::ExtensionID extension) const {
+  if (!known(extension)) throw HostError(tavrel::errBadHandle, "no such plug-in");
+  return members_[extension].name;
+}
+
+} // namespace host

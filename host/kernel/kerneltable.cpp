@@ -1,0 +1,60 @@
+// The "Kernel" table: each operation is a line to the runtime's part that does it.
+#include "tavrel/Kernel.h"
+
+#include "host/kernel/runtime.h"
+#include "host/kernel/table.h"
+
+namespace host {
+namespace {
+
+using namespace tavrel;
+
+// Bare: between the plug-in and the jump there must be nothing, and there is nothing to catch.
+void raiseError(int32_t code) {
+  noteReason("raised by the plug-in");
+  raise(code);
+}
+
+int32_t getExceptionCode() {
+  const Runtime *runtime = Runtime::find();
+  return runtime == nullptr ? errNone : runtime->frames.code();
+}
+
+void pushExceptionFrame(ExceptionFrame *frame, RestoreProc restore) { Runtime::current().frames.push(frame, restore); }
+
+void popExceptionFrame() { Runtime::current().frames.pop(); }
+
+Atom atomFromString(const char *name) {
+  if (name == nullptr) throw HostError(errBadArgument, "an atom without a name");
+  return Runtime::current().atoms.atom(name);
+}
+
+Callback createCallback(ExtensionID extension, Entry function) {
+  Runtime &runtime = Runtime::current();
+  runtime.extensions.name(extension); // throws for a stranger
+  return runtime.callbacks.create(extension, function);
+}
+
+HFT requestTable(Atom name, uint32_t version) { return Runtime::current().tables.request(name, version); }
+
+Table build() {
+  Table table("Kernel", ::Kernel::operations);
+  table.provideBare<raiseError>(::Kernel::RaiseError);
+  table.provide<pushExceptionFrame>(::Kernel::PushExceptionFrame);
+  table.provide<popExceptionFrame>(::Kernel::PopExceptionFrame);
+  table.provideBare<getExceptionCode>(::Kernel::GetExceptionCode);
+  table.provide<atomFromString>(::Kernel::AtomFromString);
+  table.provide<createCallback>(::Kernel::CreateCallback);
+  table.provide<requestTable>(::Kernel::RequestTable);
+  table.finish();
+  return table;
+}
+
+} // namespace
+
+HFT kernelTable() {
+  static Table table = build();
+  return table.entries();
+}
+
+} // namespace host

@@ -1,0 +1,155 @@
+// The plug-in loader. Owns the list of plug-ins and their state; a program makes one after its tables are registered.
+#include "host/kernel/loader.h"
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <sstream>
+
+#include "host/kernel/plugincall.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<fs::path> librariesIn(const fs::path &directory) {
+  std::vector<fs::path> files;
+  std::error_code ignored; // a directory that is not there has no plug-ins
+  for (fs::directory_iterator entry(directory, ignored), end; !ignored && entry != end; entry.increment(ignored))
+    if (entry->path().extension() == ".so") files.push_back(entry->path());
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::string hexadecimal(uint32_t value) {
+  std::ostringstream text;
+  text << "0x" << std::hex << value;
+  return text.str();
+}
+
+// Whether a callback, if there is one, was made by this very plug-in.
+bool isOwn(const Runtime &runtime, tavrel::ExtensionID extension, tavrel::Callback callback) {
+  try {
+    return callback == nullptr || runtime.callbacks.owner(callback) == extension;
+  } catch (const HostError &) {
+    return false;
+  }
+}
+
+// dlerror names the file in front of its reason; the line that we write has it already.
+std::string openError(const fs::path &file) {
+  const char *text = dlerror();
+  std::string reason = text == nullptr ? "cannot be opened" : text;
+  if (const std::string prefix = file.string() + ": "; reason.starts_with(prefix)) reason.erase(0, prefix.size());
+  return reason;
+}
+
+} // namespace
+
+void PluginLoader::load(const std::vector<fs::path> &directories) {
+  for (const fs::path &directory : directories)
+    for (const fs::path &file : librariesIn(directory))
+      open(file);
+  using Record = tavrel::HandshakeRecord;
+  runPhase(&Record::exportTables, "the export callback", PluginState::handshaken, PluginState::exported);
+  runPhase(&Record::importTables, "the import callback", PluginState::exported, PluginState::exported);
+  runPhase(&Record::initialise, "the initialisation callback", PluginState::exported, PluginState::initialised);
+}
+
+void PluginLoader::open(const fs::path &file) {
+  Plugin &plugin = plugins_.emplace_back();
+  plugin.file = file;
+  plugin.name = file.filename().string();
+  plugin.extension = runtime_.extensions.add(plugin.name);
+  // Absolute: dlopen searches the system's directories for a bare name.
+  plugin.library = dlopen(fs::absolute(file).c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (plugin.library == nullptr) return refuse(plugin, openError(fs::absolute(file)));
+  const auto same = std::find_if(plugins_.begin(), plugins_.end(),
+                                 [&](const Plugin &other) { return other.library == plugin.library; });
+  if (&*same != &plugin) return refuse(plugin, "is the same library as " + same->file.string());
+  void *symbol = dlsym(plugin.library, "main");
+  if (symbol == nullptr) return refuse(plugin, "has no entry point `main`");
+  shakeHands(plugin, reinterpret_cast<tavrel::PluginMain>(symbol));
+}
+
+void PluginLoader::shakeHands(Plugin &plugin, tavrel::PluginMain entry) {
+  uint32_t version = 0;
+  void *setup = nullptr;
+  if (callPlugin({plugin.extension, "the entry point"}, entry, offeredHandshake, &version, &setup) == 0)
+    return refuse(plugin, "its entry point failed");
+  if (version != offeredHandshake) return refuse(plugin, "speaks handshake version " + hexadecimal(version));
+  if (setup == nullptr) return refuse(plugin, "has no set-up procedure");
+
+  tavrel::SetupRecord record{version, plugin.extension, kernelTable(), nullptr};
+  if (callPlugin({plugin.extension, "the set-up procedure"}, reinterpret_cast<tavrel::SetupProc>(setup), version,
+                 &record) == 0)
+    return refuse(plugin, "its set-up failed; perhaps it needs a table that this host does not have");
+  if (record.handshake == nullptr || !isOwn(runtime_, plugin.extension, record.handshake))
+    return refuse(plugin, "has no handshake callback");
+
+  const auto handshake = tavrel::functionOf<tavrel::HandshakeProc>(record.handshake);
+  if (callPlugin({plugin.extension, "the handshake callback"}, handshake, version, &plugin.record) == 0)
+    return refuse(plugin, "its handshake failed");
+  for (const tavrel::Callback callback : {plugin.record.exportTables, plugin.record.importTables,
+                                          plugin.record.initialise, plugin.record.unload})
+    if (!isOwn(runtime_, plugin.extension, callback)) return refuse(plugin, "gave a callback that it did not create");
+  if (!runtime_.atoms.known(plugin.record.name)) return refuse(plugin, "gave no name");
+  plugin.name = runtime_.atoms.name(plugin.record.name);
+  runtime_.extensions.rename(plugin.extension, plugin.name);
+  plugin.state = PluginState::handshaken;
+}
+
+void PluginLoader::runPhase(tavrel::Callback tavrel::HandshakeRecord::*callback, const char *what, PluginState from,
+                            PluginState to) {
+  for (Plugin &plugin : plugins_) {
+    if (plugin.state != from) continue;
+    const tavrel::Callback step = plugin.record.*callback;
+    const bool done = step == nullptr || callPlugin({plugin.extension, what},
+                                                    tavrel::functionOf<tavrel::LifecycleProc>(step)) != 0;
+    if (done)
+      plugin.state = to;
+    else
+      refuse(plugin, std::string(what) + " failed");
+  }
+}
+
+void PluginLoader::refuse(Plugin &plugin, const std::string &reason) {
+  plugin.state = PluginState::refused;
+  plugin.reason = reason;
+  runtime_.extensions.retire(plugin.extension);
+  runtime_.report("plug-in " + plugin.file.string() + ": " + reason);
+}
+
+void PluginLoader::unload() {
+  for (auto plugin = plugins_.rbegin(); plugin != plugins_.rend(); ++plugin) {
+    if (plugin->state != PluginState::initialised) continue;
+    plugin->state = PluginState::unloaded;
+    const tavrel::Callback step = plugin->record.unload;
+    if (step != nullptr && callPlugin({plugin->extension, "the unload callback"},
+                                      tavrel::functionOf<tavrel::LifecycleProc>(step)) == 0)
+      runtime_.report("plug-in " + plugin->file.string() + ": the unload callback failed");
+  }
+  runtime_.tables.destroyServers();
+  for (const Plugin &plugin : plugins_)
+    runtime_.extensions.retire(plugin.extension);
+}
+
+std::vector<fs::path> pluginDirectories(const fs::path &given) {
+  if (!given.empty()) return {given};
+  if (const char *path = std::getenv("TAVREL_PLUGIN_PATH"); path != nullptr && *path != '\0') {
+    std::vector<fs::path> directories;
+    std::istringstream parts(path);
+    for (std::string part; std::getline(parts, part, ':');)
+      if (!part.empty()) directories.emplace_back(part);
+    return directories;
+  }
+  std::error_code unknown;
+  const fs::path here = fs::read_symlink("/proc/self/exe", unknown).parent_path();
+  const fs::path beside = here / "plugins";
+  if (fs::is_directory(beside, unknown)) return {beside};
+  return {(here / "../lib/tavrel/plugins").lexically_normal()};
+}
+
+} // namespace host

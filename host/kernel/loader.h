@@ -1,0 +1,59 @@
+// Finds plug-ins, brings them up in the order of sdk/tavrel/plugin.h, and takes them down again.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "host/kernel/runtime.h"
+#include "tavrel/plugin.h"
+
+namespace host {
+
+/// The handshake version that this host offers.
+inline constexpr uint32_t offeredHandshake = 0x00020000;
+
+enum class PluginState { refused, handshaken, exported, initialised, unloaded };
+
+struct Plugin {
+  std::filesystem::path file;
+  std::string name; ///< the file's until the handshake, then the plug-in's own
+  tavrel::ExtensionID extension = hostExtension;
+  PluginState state = PluginState::refused;
+  std::string reason; ///< why it was refused, else empty
+  tavrel::HandshakeRecord record{};
+  void *library = nullptr;
+};
+
+class PluginLoader {
+public:
+  explicit PluginLoader(Runtime &runtime) : runtime_(runtime) {}
+  ~PluginLoader() { unload(); }
+  PluginLoader(const PluginLoader &) = delete;
+  PluginLoader &operator=(const PluginLoader &) = delete;
+
+  /// Loads every *.so of the directories, each in order of name; a directory that is not there has none. Reports each
+  /// plug-in that fails, with its reason, and goes on with the others.
+  void load(const std::vector<std::filesystem::path> &directories);
+  /// Calls the unload callbacks, the newest plug-in first, and then no plug-in any more. Libraries stay mapped: a
+  /// callback may still be on its way.
+  void unload();
+
+  const std::vector<Plugin> &plugins() const { return plugins_; }
+
+private:
+  void open(const std::filesystem::path &file);
+  void shakeHands(Plugin &plugin, tavrel::PluginMain entry);
+  void runPhase(tavrel::Callback tavrel::HandshakeRecord::*callback, const char *what, PluginState from,
+                PluginState to);
+  void refuse(Plugin &plugin, const std::string &reason);
+
+  Runtime &runtime_;
+  std::vector<Plugin> plugins_;
+};
+
+/// Where plug-ins are looked for: the directory given, if any; else those of TAVREL_PLUGIN_PATH, separated by colons;
+/// else `plugins` beside the program; else `../lib/tavrel/plugins` from there.
+std::vector<std::filesystem::path> pluginDirectories(const std::filesystem::path &given);
+
+} // namespace host

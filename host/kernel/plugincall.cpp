@@ -1,0 +1,69 @@
+// The only setjmp of the kernel. Objects with destructors stand outside protectedCall; what a raise jumps over is the
+// plug-in, the body and nothing else.
+#include "host/kernel/plugincall.h"
+
+#include <csetjmp>
+
+#include "host/kernel/runtime.h"
+
+namespace host {
+namespace {
+
+void jumpToHost(tavrel::ExceptionFrame *frame) { std::longjmp(frame->context, 1); }
+
+enum class Outcome { cameBack, raised, threw };
+
+// A plug-in may be written in C++; its exceptions end here as a raise does.
+Outcome runBody(void (*body)(void *), void *argument) {
+  try {
+    body(argument);
+    return Outcome::cameBack;
+  } catch (...) {
+    return Outcome::threw;
+  }
+}
+
+Outcome protectedCall(FrameStack &frames, void (*body)(void *), void *argument) {
+  tavrel::ExceptionFrame frame;
+  frames.pushHost(&frame, jumpToHost);
+  // Volatile: where the compiler sees that the body never returns, it drops stores that the path after the jump reads.
+  Outcome (*volatile run)(void (*)(void *), void *) = runBody;
+  if (setjmp(frame.context) != 0) return Outcome::raised;
+  return run(body, argument);
+}
+
+// Who is called, and what its watchers keep, for as long as the call lasts.
+class CallScope {
+public:
+  CallScope(Runtime &runtime, tavrel::ExtensionID extension) : runtime_(runtime), caller_(runtime.enter(extension)) {}
+  ~CallScope() { runtime_.leave(caller_); }
+  CallScope(const CallScope &) = delete;
+  CallScope &operator=(const CallScope &) = delete;
+
+private:
+  Runtime &runtime_;
+  tavrel::ExtensionID caller_;
+};
+
+void complain(Runtime &runtime, const PluginCall &call, const std::string &text) {
+  runtime.report(runtime.extensions.name(call.extension) + ": " + call.what + " " + text);
+}
+
+} // namespace
+
+bool runInPlugin(const PluginCall &call, void (*body)(void *), void *argument) {
+  Runtime &runtime = Runtime::current();
+  if (!runtime.extensions.active(call.extension)) return false;
+  const CallScope scope(runtime, call.extension);
+  const Outcome outcome = protectedCall(runtime.frames, body, argument);
+  const size_t forgotten = runtime.frames.closeHost();
+  if (outcome == Outcome::raised)
+    complain(runtime, call,
+             "failed with error " + std::to_string(runtime.frames.code()) + ": " + runtime.frames.reason());
+  else if (outcome == Outcome::threw)
+    complain(runtime, call, "threw an exception");
+  if (forgotten > 0) complain(runtime, call, "left " + std::to_string(forgotten) + " exception frames open");
+  return outcome == Outcome::cameBack;
+}
+
+} // namespace host

@@ -1,0 +1,65 @@
+// What plug-ins run on: atoms, callbacks, frames, memory, tables. Knows no document and no window; rooms above register
+// their tables here.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "host/kernel/atoms.h"
+#include "host/kernel/callbacks.h"
+#include "host/kernel/current.h"
+#include "host/kernel/extensions.h"
+#include "host/kernel/frames.h"
+#include "host/kernel/memory.h"
+#include "host/kernel/servers.h"
+
+namespace host {
+
+/// Told around every call into a plug-in, so that a room can put back what a plug-in leaves open.
+class CallWatcher {
+public:
+  virtual ~CallWatcher() = default;
+  virtual void beforeCall() = 0;
+  virtual void afterCall() noexcept = 0;
+};
+
+class Runtime : public Current<Runtime> {
+public:
+  /// Knows the tables "Kernel", "TavrelSupport", "Cobble" and "TSExtra" from the start.
+  Runtime();
+
+  /// Makes one more table known.
+  void addTable(const char *name, uint32_t version, tavrel::HFT entries);
+
+  /// One line about a plug-in's mistake; to standard error unless a test listens.
+  void report(const std::string &line) const { reporter(line); }
+  std::function<void(const std::string &line)> reporter;
+
+  void watch(CallWatcher *watcher);
+  void unwatch(CallWatcher *watcher);
+
+  /// The plug-in being called just now, or `hostExtension`.
+  tavrel::ExtensionID running() const { return running_; }
+  // For plugincall.cpp only. enter gives what leave takes.
+  tavrel::ExtensionID enter(tavrel::ExtensionID extension);
+  void leave(tavrel::ExtensionID caller) noexcept;
+
+  Extensions extensions;
+  Atoms atoms;
+  Callbacks callbacks;
+  FrameStack frames;
+  Memory memory;
+  TableRegistry tables;
+
+private:
+  std::vector<CallWatcher *> watchers_;
+  tavrel::ExtensionID running_ = hostExtension;
+};
+
+/// The "Kernel" table, which the set-up record hands out.
+tavrel::HFT kernelTable();
+/// The "TavrelSupport" table.
+tavrel::HFT supportTable();
+
+} // namespace host

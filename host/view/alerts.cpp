@@ -1,0 +1,28 @@
+// The answers of a program without a window.
+#include "host/view/alerts.h"
+
+#include <cstdio>
+
+namespace host {
+namespace {
+
+// From 1; 0 without any button.
+int32_t chosen(const Alert &alert, bool yes) {
+  constexpr int32_t preferred[2][3] = {{2, 3, 1}, {1, 2, 3}};
+  for (const int32_t number : preferred[yes ? 1 : 0])
+    if (alert.buttons[static_cast<size_t>(number) - 1]) return number;
+  return 0;
+}
+
+} // namespace
+
+AlertHandler answerAlerts(bool yes) {
+  return [yes](const Alert &alert) {
+    const int32_t number = chosen(alert, yes);
+    const std::string answer = number == 0 ? "nothing" : *alert.buttons[static_cast<size_t>(number) - 1];
+    std::fprintf(stderr, "tavrel: asked \"%s\", answered \"%s\"\n", alert.message.c_str(), answer.c_str());
+    return number;
+  };
+}
+
+} // namespace host

@@ -1,0 +1,95 @@
+// The application. Programs make one after the runtime; it owns the open documents and the tool bar.
+#include "host/view/application.h"
+
+namespace host {
+
+Application::Application(Runtime &runtime)
+    : alert(answerAlerts(false)), runtime_(runtime), toolBar_(std::make_unique<ToolBar>(runtime.atoms)) {
+  toolBarHandles_.add(toolBar_.get());
+  runtime_.watch(this);
+}
+
+Application::~Application() {
+  while (ViewerDocument *document = front())
+    close(*document);
+  runtime_.unwatch(this);
+}
+
+ViewerDocument &Application::open(std::unique_ptr<Document> model, const std::filesystem::path &file, double dpi) {
+  auto opened = std::make_unique<ViewerDocument>();
+  ViewerDocument &document = *opened;
+  document.file = file;
+  document.model = std::move(model);
+  if (dpi > 0)
+    document.view = std::make_unique<PageView>(*document.model, dpi, [this, &document] {
+      if (listener) listener(document);
+    });
+  documents_.push_back(std::move(opened));
+  documentHandles_.add(&document);
+  if (document.view) viewHandles_.add(document.view.get());
+  notify(tavrel::notifyDocDidOpen, document);
+  return document;
+}
+
+void Application::close(ViewerDocument &document) {
+  notify(tavrel::notifyDocDidClose, document);
+  documentHandles_.remove(&document);
+  if (document.view) viewHandles_.remove(document.view.get());
+  std::erase_if(documents_, [&](const auto &one) { return one.get() == &document; });
+}
+
+void Application::bringToFront(ViewerDocument &document) {
+  const auto place =
+      std::find_if(documents_.begin(), documents_.end(), [&](const auto &one) { return one.get() == &document; });
+  if (place != documents_.end()) std::rotate(place, place + 1, documents_.end());
+}
+
+std::optional<Drawing> Application::draw(ViewerDocument &document) {
+  if (!document.view) return std::nullopt;
+  PageView &view = *document.view;
+  return view.draw([&] { callEach<tavrel::PageDrawProc>(pageDraw_, "the page-draw procedure", viewHandles_.handle(&view)); });
+}
+
+std::optional<Drawing> Application::drawIfNeeded(ViewerDocument &document) {
+  if (!document.view || !document.view->invalid()) return std::nullopt;
+  return draw(document);
+}
+
+void Application::registerNotification(int32_t selector, const Registration &registration) {
+  if (selector != tavrel::notifyDocDidOpen && selector != tavrel::notifyDocDidClose)
+    throw HostError(tavrel::errBadArgument, "no notification " + std::to_string(selector));
+  addOnce(notifications_[selector], registration);
+}
+
+void Application::notify(tavrel::Notification selector, ViewerDocument &document) {
+  callEach<tavrel::DocNotifyProc>(notifications_[selector], "a notification", documentHandles_.handle(&document));
+}
+
+ViewerDocument *Application::documentOf(const PageView &view) const {
+  const auto place =
+      std::find_if(documents_.begin(), documents_.end(), [&](const auto &one) { return one->view.get() == &view; });
+  return place == documents_.end() ? nullptr : place->get();
+}
+
+void Application::removeToolBar() {
+  toolBarHandles_.remove(toolBar_.get());
+  toolBar_.reset();
+}
+
+void Application::beforeCall() {
+  for (const auto &document : documents_)
+    if (document->view) document->view->saveBatchDepth();
+}
+
+void Application::afterCall() noexcept {
+  for (const auto &document : documents_)
+    if (document->view) document->view->restoreBatchDepth();
+}
+
+void addHostTables(Runtime &runtime) {
+  runtime.addTable("DocModel", 0x00050000, docModelTable());
+  runtime.addTable("TavrelView", 0x00050001, viewTable());
+  runtime.addTable("Desktop", 0x00040000, desktopTable());
+}
+
+} // namespace host

@@ -1,0 +1,86 @@
+// The viewer as plug-ins see it: its open documents, its tool bar, and everything that they have registered.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "host/kernel/current.h"
+#include "host/kernel/runtime.h"
+#include "host/view/alerts.h"
+#include "host/view/auxdata.h"
+#include "host/view/pageview.h"
+#include "host/view/toolbar.h"
+
+namespace host {
+
+/// An open document and the view on it.
+struct ViewerDocument {
+  std::filesystem::path file;
+  std::unique_ptr<Document> model;
+  std::unique_ptr<PageView> view; ///< null for a document that nobody looks at
+};
+
+class Application : public Current<Application>, private CallWatcher {
+public:
+  explicit Application(Runtime &runtime);
+  ~Application() override; ///< closes the documents, with notice
+
+  /// Opens a document in front of all others and tells the plug-ins. dpi 0: without a view.
+  ViewerDocument &open(std::unique_ptr<Document> model, const std::filesystem::path &file, double dpi);
+  /// Tells the plug-ins, for whom the document is still there, and closes it.
+  void close(ViewerDocument &document);
+  /// Null without any document.
+  ViewerDocument *front() const { return documents_.empty() ? nullptr : documents_.back().get(); }
+  void bringToFront(ViewerDocument &document);
+
+  /// Draws the page shown and has every page-draw procedure paint on it. Nothing within a batch or another drawing, or
+  /// without a view.
+  std::optional<Drawing> draw(ViewerDocument &document);
+  /// The same, and nothing where nothing has changed since.
+  std::optional<Drawing> drawIfNeeded(ViewerDocument &document);
+
+  void registerNotification(int32_t selector, const Registration &registration);
+  void registerPageDraw(const Registration &registration) { addOnce(pageDraw_, registration); }
+
+  Handles<tavrel::Doc, ViewerDocument> &documents() { return documentHandles_; }
+  Handles<tavrel::PageView, PageView> &views() { return viewHandles_; }
+  /// The document that a view shows, or null.
+  ViewerDocument *documentOf(const PageView &view) const;
+  /// Throws errBadHandle for another tool bar's handle.
+  ToolBar &findToolBar(tavrel::ToolBar handle) const { return toolBarHandles_.find(handle); }
+  /// Null where the application has none.
+  ToolBar *toolBar() const { return toolBar_.get(); }
+  void removeToolBar();
+
+  AuxData auxData;
+  AlertHandler alert;          ///< at first one that answers no
+  uint32_t modifierKeys = 0;   ///< flags (ModifierKey)
+  /// Told when a document's view has something to draw.
+  std::function<void(ViewerDocument &document)> listener;
+
+private:
+  void notify(tavrel::Notification selector, ViewerDocument &document);
+  void beforeCall() override;
+  void afterCall() noexcept override;
+
+  Runtime &runtime_;
+  std::vector<std::unique_ptr<ViewerDocument>> documents_; ///< the front one stands last
+  Handles<tavrel::Doc, ViewerDocument> documentHandles_{"document"};
+  Handles<tavrel::PageView, PageView> viewHandles_{"page view"};
+  Handles<tavrel::ToolBar, ToolBar> toolBarHandles_{"tool bar"};
+  std::unique_ptr<ToolBar> toolBar_;
+  std::map<int32_t, std::vector<Registration>> notifications_;
+  std::vector<Registration> pageDraw_;
+};
+
+/// Makes the tables "DocModel", "TavrelView" and "Desktop" known to a runtime.
+void addHostTables(Runtime &runtime);
+/// The "TavrelView" table; its operations work on the current application.
+tavrel::HFT viewTable();
+/// The "Desktop" table; its operations work on the current window system (desktop.h).
+tavrel::HFT desktopTable();
+
+} // namespace host

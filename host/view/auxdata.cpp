@@ -1,0 +1,47 @@
+// The handlers of auxiliary data. The application owns the one list.
+#include "host/view/auxdata.h"
+
+#include <limits>
+
+namespace host {
+namespace {
+
+constexpr uint32_t recordVersion = 8; // what AuxDataHandler::size says on every machine
+
+} // namespace
+
+bool AuxData::add(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel::AuxDataHandler *handler) {
+  if (handler == nullptr || handler->size != recordVersion)
+    throw HostError(tavrel::errBadArgument, "a handler of auxiliary data of a size that the host does not know");
+  const Runtime &runtime = Runtime::current();
+  runtime.extensions.name(extension); // throws for a stranger
+  runtime.atoms.name(type);
+  runtime.callbacks.owner(handler->perform);
+  std::vector<Handler> &list = handlers_[type];
+  if (std::find(list.begin(), list.end(), Handler{extension, handler}) != list.end()) return false;
+  list.push_back({extension, handler});
+  return true;
+}
+
+bool AuxData::remove(tavrel::ExtensionID extension, tavrel::Atom type,
+                     const tavrel::AuxDataHandler *handler) noexcept {
+  const auto found = handlers_.find(type);
+  if (found == handlers_.end() || std::erase(found->second, Handler{extension, handler}) == 0) return false;
+  if (found->second.empty()) handlers_.erase(found);
+  return true;
+}
+
+bool AuxData::deliver(tavrel::Atom type, std::span<const char> bytes, tavrel::Doc document) const {
+  if (bytes.size() > std::numeric_limits<uint32_t>::max())
+    throw HostError(tavrel::errBadArgument, "auxiliary data of more than four gigabytes");
+  const auto found = handlers_.find(type);
+  if (found == handlers_.end()) return false;
+  const std::vector<Handler> asked = found->second; // a handler may register or go meanwhile
+  return std::any_of(asked.begin(), asked.end(), [&](const Handler &handler) {
+    return callPlugin({handler.extension, "the handler of auxiliary data"},
+                      tavrel::functionOf<tavrel::AuxDataProc>(handler.record->perform), type,
+                      static_cast<const void *>(bytes.data()), static_cast<uint32_t>(bytes.size()), document) != 0;
+  });
+}
+
+} // namespace host

@@ -1,0 +1,34 @@
+// Auxiliary data: bytes that belong to a document and that some plug-in understands.
+#pragma once
+
+#include <map>
+#include <span>
+#include <vector>
+
+#include "host/view/registration.h"
+#include "tavrel/TavrelView.h"
+
+namespace host {
+
+class AuxData {
+public:
+  /// False when this very record is registered for the type already. The record stays the plug-in's. Throws
+  /// errBadArgument for a record of another size, errBadHandle for one without a callback.
+  bool add(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel::AuxDataHandler *handler);
+  /// False when it was not registered.
+  bool remove(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel::AuxDataHandler *handler) noexcept;
+  bool has(tavrel::Atom type) const noexcept { return handlers_.contains(type); }
+
+  /// Asks the handlers of the type one after the other until one says that the bytes were its business.
+  bool deliver(tavrel::Atom type, std::span<const char> bytes, tavrel::Doc document) const;
+
+private:
+  struct Handler {
+    tavrel::ExtensionID extension;
+    const tavrel::AuxDataHandler *record;
+    bool operator==(const Handler &) const = default;
+  };
+  std::map<tavrel::Atom, std::vector<Handler>> handlers_; ///< no list is empty
+};
+
+} // namespace host

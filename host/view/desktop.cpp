@@ -1,0 +1,166 @@
+// Texts and images from the X resource database, and the top-level widget of a program without a window. The only place
+// of the host that knows X.
+#include "host/view/desktop.h"
+
+#include <X11/Intrinsic.h>
+#include <X11/Shell.h>
+#include <X11/StringDefs.h>
+#include <X11/Xlib.h>
+#include <X11/Xresource.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace host {
+namespace {
+
+struct ResourceClass {
+  std::string name;
+  XrmDatabase fallbacks = nullptr;
+};
+
+// Asked with quarks: a key may contain blanks and dots, which a name in writing cannot.
+std::optional<std::string> lookUp(XrmDatabase database, const std::string &className, const char *name,
+                                  const char *classOfName) {
+  if (database == nullptr) return std::nullopt;
+  XrmQuark names[] = {XrmStringToQuark(className.c_str()), XrmStringToQuark(name), NULLQUARK};
+  XrmQuark classes[] = {names[0], XrmStringToQuark(classOfName), NULLQUARK};
+  XrmRepresentation type = NULLQUARK;
+  XrmValue value{};
+  if (XrmQGetResource(database, names, classes, &type, &value) == 0 || value.addr == nullptr) return std::nullopt;
+  return std::string(static_cast<const char *>(value.addr));
+}
+
+int reportError(::Display *display, XErrorEvent *event) {
+  char text[128] = "";
+  XGetErrorText(display, event->error_code, text, sizeof text);
+  std::fprintf(stderr, "tavrel: the display refused request %d: %s\n", event->request_code, text);
+  return 0;
+}
+
+int reportLoss(::Display *display) {
+  std::fprintf(stderr, "tavrel: lost the connection to display %s\n", DisplayString(display));
+  std::exit(EXIT_FAILURE); // through atexit: a private display's temporary files go, too
+}
+
+} // namespace
+
+struct WindowSystem::State {
+  ::Widget topLevel = nullptr;
+  std::vector<ResourceClass> classes;
+  std::set<std::string> texts; // a node each: what was handed out never moves
+  std::map<std::pair<std::string, std::string>, Pixmap> bitmaps;
+
+  std::vector<const ResourceClass *> classesFor(::Widget widget) const {
+    std::vector<const ResourceClass *> all;
+    for (const ResourceClass &one : classes) {
+      if (widget != nullptr && one.name == XtName(widget)) return {&one};
+      all.push_back(&one);
+    }
+    return all;
+  }
+
+  std::optional<std::string> find(::Widget widget, const char *name, const char *classOfName) const {
+    const std::vector<const ResourceClass *> asked = classesFor(widget);
+    XrmDatabase users = topLevel == nullptr ? nullptr : XtScreenDatabase(XtScreen(topLevel));
+    for (const ResourceClass *one : asked)
+      if (auto value = lookUp(users, one->name, name, classOfName)) return value;
+    for (const ResourceClass *one : asked)
+      if (auto value = lookUp(one->fallbacks, one->name, name, classOfName)) return value;
+    return std::nullopt;
+  }
+
+  Pixmap load(const std::string &file) const {
+    unsigned width = 0, height = 0;
+    int hotX = 0, hotY = 0;
+    Pixmap bitmap = 0;
+    ::Display *display = XtDisplay(topLevel);
+    if (XReadBitmapFile(display, XDefaultRootWindow(display), file.c_str(), &width, &height, &bitmap, &hotX, &hotY) ==
+        BitmapSuccess)
+      return bitmap;
+    std::fprintf(stderr, "tavrel: %s: is no bitmap file that can be read\n", file.c_str());
+    return 0;
+  }
+};
+
+WindowSystem::WindowSystem(tavrel::Widget topLevel) : state_(std::make_unique<State>()) {
+  XrmInitialize();
+  state_->topLevel = topLevel;
+}
+
+WindowSystem::~WindowSystem() {
+  for (const auto &[name, bitmap] : state_->bitmaps)
+    XFreePixmap(XtDisplay(state_->topLevel), bitmap);
+  for (const ResourceClass &one : state_->classes)
+    XrmDestroyDatabase(one.fallbacks);
+}
+
+tavrel::Widget WindowSystem::topLevel() const { return state_->topLevel; }
+
+void WindowSystem::registerClass(const char *className, const char *const *lines) {
+  if (className == nullptr || *className == '\0')
+    throw HostError(tavrel::errBadArgument, "a resource class without a name");
+  ResourceClass *known = nullptr;
+  for (ResourceClass &one : state_->classes)
+    if (one.name == className) known = &one;
+  if (known == nullptr) known = &state_->classes.emplace_back(ResourceClass{className});
+  for (; lines != nullptr && *lines != nullptr; ++lines)
+    XrmPutLineResource(&known->fallbacks, *lines);
+}
+
+const char *WindowSystem::text(tavrel::Widget widget, const char *key, const char *builtIn) {
+  if (key == nullptr || *key == '\0') return builtIn;
+  const auto found = state_->find(widget, key, key);
+  return found ? state_->texts.insert(*found).first->c_str() : builtIn;
+}
+
+tavrel::Bitmap WindowSystem::bitmap(tavrel::Widget widget, const char *name, const char *className,
+                                    const unsigned char *bits, uint32_t width, uint32_t height) {
+  constexpr uint32_t largest = 0x7FFF; // what the X protocol can say
+  if (name == nullptr || className == nullptr) throw HostError(tavrel::errBadArgument, "a bitmap without a name");
+  if (width > largest || height > largest) throw HostError(tavrel::errBadArgument, "a bitmap that is too large");
+  if (state_->topLevel == nullptr) return 0;
+  const std::pair<std::string, std::string> key{name, className};
+  if (const auto kept = state_->bitmaps.find(key); kept != state_->bitmaps.end()) return kept->second;
+
+  Pixmap bitmap = 0;
+  if (*name != '\0')
+    if (const auto file = state_->find(widget, name, className)) bitmap = state_->load(*file);
+  if (bitmap == 0 && bits != nullptr && width > 0 && height > 0) {
+    ::Display *display = XtDisplay(state_->topLevel);
+    bitmap = XCreateBitmapFromData(display, XDefaultRootWindow(display), reinterpret_cast<const char *>(bits), width,
+                                   height);
+  }
+  if (bitmap != 0) state_->bitmaps.emplace(key, bitmap);
+  return bitmap;
+}
+
+void reportWindowErrors() {
+  XSetErrorHandler(reportError);
+  XSetIOErrorHandler(reportLoss);
+}
+
+TopLevel::TopLevel() {
+  reportWindowErrors();
+  XtToolkitInitialize();
+  XtAppContext context = XtCreateApplicationContext();
+  int argc = 0;
+  ::Display *display = XtOpenDisplay(context, nullptr, "tavrel", "Tavrel", nullptr, 0, &argc, nullptr);
+  if (display == nullptr) {
+    XtDestroyApplicationContext(context);
+    const char *name = XDisplayName(nullptr);
+    throw HostError(tavrel::errGeneric, std::string("display ") + name + ": cannot be opened");
+  }
+  // The shell's size is its own business as long as it is not realised.
+  Arg values[] = {{const_cast<char *>(XtNmappedWhenManaged), False}};
+  widget_ = XtAppCreateShell("tavrel", "Tavrel", applicationShellWidgetClass, display, values, XtNumber(values));
+}
+
+TopLevel::~TopLevel() { XtDestroyApplicationContext(XtWidgetToApplicationContext(widget_)); }
+
+} // namespace host

@@ -1,0 +1,51 @@
+// The window system as plug-ins see it: the application's top-level widget, and texts and images that a user can
+// override in the X resource database.
+#pragma once
+
+#include <memory>
+
+#include "host/kernel/current.h"
+#include "tavrel/types.h"
+
+namespace host {
+
+class WindowSystem : public Current<WindowSystem> {
+public:
+  /// The widget outlives it; null where there is no window system, and then there are only built-in values.
+  explicit WindowSystem(tavrel::Widget topLevel);
+  ~WindowSystem();
+
+  tavrel::Widget topLevel() const;
+  /// Makes a class known; its lines count where the user says nothing. `lines` is null or ends with a null.
+  void registerClass(const char *className, const char *const *lines);
+  /// The text of a key in the widget's class, if its name is one, else in any class; or `builtIn` itself. A text lives
+  /// as long as the window system.
+  const char *text(tavrel::Widget widget, const char *key, const char *builtIn);
+  /// The bitmap from the file that the resource names, or from the bits, or 0. One for each name and class, which lives
+  /// as long as the window system.
+  tavrel::Bitmap bitmap(tavrel::Widget widget, const char *name, const char *className, const unsigned char *bits,
+                        uint32_t width, uint32_t height);
+
+private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+/// A top-level widget of its own application context, neither realised nor mapped. Throws HostError when the display
+/// cannot be opened. From then on errors of the X server are lines on standard error.
+class TopLevel {
+public:
+  TopLevel();
+  ~TopLevel();
+  TopLevel(const TopLevel &) = delete;
+  TopLevel &operator=(const TopLevel &) = delete;
+  tavrel::Widget widget() const { return widget_; }
+
+private:
+  tavrel::Widget widget_;
+};
+
+/// Has errors of the X server reported as lines on standard error; a lost connection ends the program.
+void reportWindowErrors();
+
+} // namespace host

@@ -1,0 +1,106 @@
+// The part of a viewer document that shows a page: which page, how large, which piece of it, and what is painted on it.
+//
+// Nothing is drawn when something changes. A change marks the view invalid and tells the listener; the program draws
+// when it wants, which is never within a batch and never within another drawing.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <unordered_set>
+#include <vector>
+
+#include "host/document/document.h"
+
+namespace host {
+
+/// A drawn page.
+struct Drawing {
+  Image image;
+  int32_t page = 0;
+  size_t marks = 0; ///< how many ranges were painted
+};
+
+class PageView {
+public:
+  /// Shows page 0. The document outlives the view. The listener is told when there is something to draw.
+  PageView(Document &document, double dpi, std::function<void()> listener = {});
+  PageView(const PageView &) = delete;
+  PageView &operator=(const PageView &) = delete;
+
+  /// The page shown; while a page is drawn, that page.
+  int32_t page() const { return drawing_ ? drawing_->page : page_; }
+  /// Shows a page from its upper left; the page shown already stays as it is. Throws errBadPage.
+  void showPage(int32_t page);
+
+  double dpi() const { return dpi_; }
+  void setDpi(double dpi);
+
+  /// The window's size in pixels; 0, 0 is as large as the page.
+  void setWindow(int width, int height);
+  /// Makes a pixel of the page the upper left one of the window, as far as the page reaches.
+  void scrollTo(int x, int y);
+  /// In pixels of the page.
+  tavrel::DeviceRect visible();
+  int scrollX() const { return scrollX_; }
+  int scrollY() const { return scrollY_; }
+  /// From page space to pixels of the page.
+  tavrel::FixedMatrix transform();
+
+  void beginBatch() { ++batchDepth_; }
+  /// Throws errBadArgument when none is open.
+  void endBatch();
+  size_t batchDepth() const { return batchDepth_; }
+  // Around a call into a plug-in: brackets that it leaves open are closed, those that it closes too many are opened.
+  void saveBatchDepth() { savedDepths_.push_back(batchDepth_); }
+  void restoreBatchDepth() noexcept;
+
+  const tavrel::ColorValue &drawColor() const { return drawColor_; }
+  /// Throws errBadArgument for a colour that cannot be painted.
+  void setDrawColor(const tavrel::ColorValue &color);
+
+  void invalidate();
+  bool invalid() const { return invalid_; }
+
+  /// The selection counts as highlighted, or not any more if it did.
+  void toggleHighlight(const Selection &selection);
+  bool highlighted(const Selection &selection) const { return highlighted_.contains(&selection); }
+
+  /// Multiplies the selection onto the page being drawn. Throws errBadArgument when none is, or another.
+  void paint(const Selection &selection);
+  bool drawing() const { return drawing_ != nullptr; }
+  /// Draws the page shown; `painters` is called when the page is there and may paint onto it. Nothing within a batch
+  /// or another drawing. Throws what Document::render throws.
+  std::optional<Drawing> draw(const std::function<void()> &painters);
+
+private:
+  struct Pixels {
+    int width, height;
+  };
+  Pixels pagePixels(); ///< of the page as page() has it
+  Pixels window();
+  double scale() const { return dpi_ / 72; }
+  const Image &background(int32_t page);
+  void tellIfInvalid();
+
+  Document &document_;
+  std::function<void()> listener_;
+  double dpi_;
+  int32_t page_ = 0;
+  Pixels window_{0, 0};
+  int scrollX_ = 0, scrollY_ = 0;
+  size_t batchDepth_ = 0;
+  std::vector<size_t> savedDepths_; ///< a value for each call into a plug-in that is under way
+  tavrel::ColorValue drawColor_;
+  bool invalid_ = true;
+  std::unordered_set<const Selection *> highlighted_;
+  Drawing *drawing_ = nullptr; ///< the one under way
+  // The page without marks as it was rendered last: marks come and go more often than pages.
+  struct Rendered {
+    Image image;
+    int32_t page;
+    double dpi;
+  };
+  std::optional<Rendered> rendered_;
+};
+
+} // namespace host

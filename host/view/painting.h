@@ -1,0 +1,28 @@
+// Marks on the image of a page.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "host/document/document.h"
+
+namespace host {
+
+/// A colour as it is painted.
+struct Rgb {
+  uint8_t red, green, blue;
+};
+
+/// A component above 1.0 is on the scale 0 to 255, and then all of them are. Throws errBadArgument for a colour space
+/// other than RGB.
+Rgb rgbOf(const tavrel::ColorValue &color);
+
+/// From page space to the pixels of an image: pixels a point, and the height of the page in points.
+struct Scale {
+  double pixelsPerPoint, pageHeight;
+};
+
+/// Multiplies a colour onto the boxes, each rounded outwards to whole pixels. Where boxes overlap, once.
+void multiply(Image &image, std::span<const Box> boxes, const Scale &scale, const Rgb &color);
+
+} // namespace host

@@ -1,0 +1,38 @@
+// A plug-in's function that is called again and again, with what it wants to be told each time.
+#pragma once
+
+#include <algorithm>
+#include <vector>
+
+#include "host/kernel/plugincall.h"
+#include "host/kernel/runtime.h"
+
+namespace host {
+
+struct Registration {
+  tavrel::Callback callback = nullptr;
+  void *clientData = nullptr;
+  tavrel::ExtensionID owner = hostExtension;
+
+  bool operator==(const Registration &) const = default;
+};
+
+/// Throws errBadHandle for what is no callback.
+inline Registration registrationOf(tavrel::Callback callback, void *clientData) {
+  return {callback, clientData, Runtime::current().callbacks.owner(callback)};
+}
+
+/// Once each, in the order in which they came.
+inline void addOnce(std::vector<Registration> &list, const Registration &registration) {
+  if (std::find(list.begin(), list.end(), registration) == list.end()) list.push_back(registration);
+}
+
+/// Calls Procedure(argument, clientData) for each, on a copy of the list: what is registered meanwhile comes next time.
+template <typename Procedure, typename Argument>
+void callEach(std::vector<Registration> list, const char *what, Argument argument) {
+  for (const Registration &registration : list)
+    callPlugin({registration.owner, what}, tavrel::functionOf<Procedure>(registration.callback), argument,
+               registration.clientData);
+}
+
+} // namespace host

@@ -1,0 +1,69 @@
+// The model of a tool bar: which buttons there are, in which order they stand, what they say and do. Nothing here draws.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "host/kernel/handles.h"
+#include "host/view/registration.h"
+#include "tavrel/TavrelView.h"
+
+namespace host {
+
+struct ToolButton {
+  tavrel::Atom name = 0;
+  tavrel::Bitmap icon = 0;
+  std::string tip;
+  std::set<int32_t> attributes;
+  bool enabled = true; ///< what its test said last
+  // A plug-in's button has these two, a button of the application itself the two after them.
+  Registration action, test;
+  std::function<void()> ownAction;
+  std::function<bool()> ownTest;
+};
+
+class ToolBar {
+public:
+  /// How many buttons and separators fit.
+  static constexpr size_t room = 32;
+
+  /// A tool bar with the application's own buttons: those of `ownButtons`, without actions yet.
+  explicit ToolBar(Atoms &atoms);
+  ToolBar(const ToolBar &) = delete;
+  ToolBar &operator=(const ToolBar &) = delete;
+
+  /// The button of that name, on the tool bar, or null.
+  ToolButton *find(tavrel::Atom name) const;
+  /// A button that stands nowhere yet; a name that is taken gives the button that has it.
+  ToolButton &create(tavrel::Atom name, tavrel::Bitmap icon);
+  /// Puts a button before or after another, at the end without one. Throws errBadArgument when the other is not on the
+  /// tool bar, or when that is full.
+  void insert(ToolButton &button, bool before, ToolButton *reference);
+  void detach(ToolButton &button);
+  bool hasSpace(int32_t buttons, int32_t separators) const;
+
+  /// Asks the button's test; without one, or with one that fails, it is enabled or disabled respectively.
+  bool test(ToolButton &button) const;
+  void press(ToolButton &button) const;
+  /// Asks the test of every button on the tool bar, then tells the listener.
+  void updateStates();
+
+  /// On the tool bar, from left to right.
+  const std::vector<ToolButton *> &order() const { return order_; }
+  Handles<tavrel::ToolButton, ToolButton> &handles() { return handles_; }
+  /// Told when buttons come, go, move or change their state.
+  std::function<void()> listener;
+
+private:
+  void tell() const;
+
+  Handles<tavrel::ToolButton, ToolButton> handles_{"tool button"};
+  std::vector<std::unique_ptr<ToolButton>> buttons_;
+  std::vector<ToolButton *> order_;
+  bool updating_ = false;
+};
+
+} // namespace host

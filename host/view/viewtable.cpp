@@ -1,0 +1,250 @@
+// The "TavrelView" table: each operation checks its handles and is then a line to the application's part that does it.
+#include "tavrel/TavrelView.h"
+
+#include "host/kernel/table.h"
+#include "host/view/application.h"
+
+namespace host {
+namespace {
+
+using tavrel::Atom, tavrel::Bool16, tavrel::Callback, tavrel::errBadArgument, tavrel::ExtensionID;
+// What plug-ins hold, as against the host's own objects of the same names.
+using DocHandle = tavrel::Doc;
+using ViewHandle = tavrel::PageView;
+using BarHandle = tavrel::ToolBar;
+using ButtonHandle = tavrel::ToolButton;
+
+Application &app() { return Application::current(); }
+
+ViewerDocument &documentOf(DocHandle handle) { return app().documents().find(handle); }
+
+// Null is let pass, and then nothing is done.
+PageView *viewOf(ViewHandle handle) { return handle == nullptr ? nullptr : &app().views().find(handle); }
+ToolBar *barOf(BarHandle handle) { return handle == nullptr ? nullptr : &app().findToolBar(handle); }
+
+// Buttons live as long as the tool bar, also off it.
+ToolBar &theBar() {
+  ToolBar *bar = app().toolBar();
+  if (bar == nullptr) throw HostError(tavrel::errBadHandle, "there is no tool bar");
+  return *bar;
+}
+ToolButton &buttonOf(ButtonHandle handle) { return theBar().handles().find(handle); }
+
+template <typename T> T &reference(T *pointer) {
+  if (pointer == nullptr) throw HostError(errBadArgument, "a null pointer where the host writes or reads");
+  return *pointer;
+}
+
+// ---- alerts, keys
+
+int32_t showAlert(int32_t icon, const char *message, const char *first, const char *second, const char *third,
+                  int32_t beep) {
+  Alert alert;
+  alert.icon = icon;
+  alert.message = message == nullptr ? "" : message;
+  const char *labels[] = {first, second, third};
+  std::transform(std::begin(labels), std::end(labels), alert.buttons.begin(),
+                 [](const char *label) { return label == nullptr ? std::nullopt : std::optional<std::string>(label); });
+  alert.beep = beep != 0;
+  return app().alert(alert);
+}
+
+uint32_t modifierKeys() {
+  const Application *application = Application::find();
+  return application == nullptr ? 0 : application->modifierKeys;
+}
+
+// ---- documents
+
+DocHandle frontDoc() {
+  const Application *application = Application::find();
+  return application == nullptr ? nullptr : Handles<DocHandle, ViewerDocument>::handle(application->front());
+}
+
+tavrel::ModelDoc modelDoc(DocHandle document) {
+  return Handles<tavrel::ModelDoc, Document>::handle(documentOf(document).model.get());
+}
+
+ViewHandle pageView(DocHandle document) {
+  return Handles<ViewHandle, PageView>::handle(documentOf(document).view.get());
+}
+
+void registerNotification(int32_t selector, ExtensionID extension, Callback callback, void *clientData) {
+  Runtime::current().extensions.name(extension); // throws for a stranger
+  app().registerNotification(selector, registrationOf(callback, clientData));
+}
+
+Bool16 hasAuxDataHandler(Atom type) {
+  const Application *application = Application::find();
+  return application != nullptr && application->auxData.has(type) ? 1 : 0;
+}
+
+Bool16 registerAuxDataHandler(ExtensionID extension, Atom type, const tavrel::AuxDataHandler *handler) {
+  return app().auxData.add(extension, type, handler) ? 1 : 0;
+}
+
+Bool16 unregisterAuxDataHandler(ExtensionID extension, Atom type, const tavrel::AuxDataHandler *handler) {
+  Application *application = Application::find();
+  return application != nullptr && application->auxData.remove(extension, type, handler) ? 1 : 0;
+}
+
+// ---- page views
+
+DocHandle docOfView(ViewHandle handle) {
+  const PageView *view = viewOf(handle);
+  return view == nullptr ? nullptr : Handles<DocHandle, ViewerDocument>::handle(app().documentOf(*view));
+}
+
+void visibleRect(ViewHandle handle, tavrel::DeviceRect *visible) {
+  if (PageView *view = viewOf(handle)) reference(visible) = view->visible();
+}
+
+int32_t pageNum(ViewHandle handle) {
+  const PageView *view = viewOf(handle);
+  return view == nullptr ? 0 : view->page();
+}
+
+void fetchDrawColor(ViewHandle handle, tavrel::ColorValue *color) {
+  if (const PageView *view = viewOf(handle)) reference(color) = view->drawColor();
+}
+
+void applyDrawColor(ViewHandle handle, const tavrel::ColorValue *color) {
+  if (PageView *view = viewOf(handle)) view->setDrawColor(reference(color));
+}
+
+void beginBatch(ViewHandle handle) {
+  if (PageView *view = viewOf(handle)) view->beginBatch();
+}
+
+void endBatch(ViewHandle handle) {
+  if (PageView *view = viewOf(handle)) view->endBatch();
+}
+
+void showPage(ViewHandle handle, int32_t page) {
+  if (PageView *view = viewOf(handle)) view->showPage(page);
+}
+
+void scrollToPoint(ViewHandle handle, int16_t x, int16_t y) {
+  if (PageView *view = viewOf(handle)) view->scrollTo(x, y);
+}
+
+// A view is drawn as a whole, so an area of it is no more than a reason.
+void refreshArea(ViewHandle handle, const tavrel::DeviceRect * /*area*/) {
+  if (PageView *view = viewOf(handle)) view->invalidate();
+}
+
+void registerPageDrawProc(Callback callback, void *clientData) {
+  app().registerPageDraw(registrationOf(callback, clientData));
+}
+
+void pageTransform(ViewHandle handle, tavrel::FixedMatrix *matrix) {
+  if (PageView *view = viewOf(handle)) reference(matrix) = view->transform();
+}
+
+void paintSelection(ViewHandle handle, tavrel::TextSelection selection) {
+  if (PageView *view = viewOf(handle)) view->paint(selections().find(selection));
+}
+
+void highlightText(ViewHandle handle, tavrel::TextSelection selection) {
+  if (PageView *view = viewOf(handle)) view->toggleHighlight(selections().find(selection));
+}
+
+// ---- the tool bar
+
+BarHandle toolBar() {
+  const Application *application = Application::find();
+  return application == nullptr ? nullptr : Handles<BarHandle, ToolBar>::handle(application->toolBar());
+}
+
+ButtonHandle findButton(BarHandle handle, Atom name) {
+  const ToolBar *bar = barOf(handle);
+  return bar == nullptr ? nullptr : Handles<ButtonHandle, ToolButton>::handle(bar->find(name));
+}
+
+void insertButton(BarHandle handle, ButtonHandle button, Bool16 before, ButtonHandle beside) {
+  if (ToolBar *bar = barOf(handle))
+    bar->insert(buttonOf(button), before != 0, beside == nullptr ? nullptr : &buttonOf(beside));
+}
+
+Bool16 hasSpace(BarHandle handle, int32_t buttons, int32_t separators) {
+  const ToolBar *bar = barOf(handle);
+  return bar != nullptr && bar->hasSpace(buttons, separators) ? 1 : 0;
+}
+
+void updateButtonStates(BarHandle handle) {
+  if (ToolBar *bar = barOf(handle)) bar->updateStates();
+}
+
+ButtonHandle createButton(Atom name, tavrel::Bitmap icon, int32_t reserved1, int32_t reserved2) {
+  if (reserved1 != 0 || reserved2 != 0) throw HostError(errBadArgument, "reserved arguments of a button are not 0");
+  Runtime::current().atoms.name(name); // throws for what is no atom
+  return Handles<ButtonHandle, ToolButton>::handle(&theBar().create(name, icon));
+}
+
+void attachAction(ButtonHandle button, Callback callback, void *clientData) {
+  buttonOf(button).action = registrationOf(callback, clientData);
+}
+
+void attachEnabledTest(ButtonHandle button, Callback callback, void *clientData) {
+  buttonOf(button).test = registrationOf(callback, clientData);
+}
+
+void attachTip(ButtonHandle button, const char *text) { buttonOf(button).tip = text == nullptr ? "" : text; }
+
+void setAttribute(ButtonHandle button, int32_t attribute) {
+  if (attribute != tavrel::buttonInternal && attribute != tavrel::buttonAlsoInBrowser)
+    throw HostError(errBadArgument, "no button attribute " + std::to_string(attribute));
+  buttonOf(button).attributes.insert(attribute);
+}
+
+void detachButton(ButtonHandle button) { theBar().detach(buttonOf(button)); }
+
+Table build() {
+  namespace View = ::TavrelView;
+  Table table("TavrelView", View::operations);
+  table.provide<showAlert>(View::Alert);
+  table.provideBare<frontDoc>(View::GetFrontDoc);
+  table.provideBare<toolBar>(View::GetToolBar);
+  table.provide<registerNotification>(View::RegisterNotification);
+  table.provide<modelDoc>(View::DocGetModelDoc);
+  table.provide<pageView>(View::DocGetPageView);
+  table.provide<docOfView>(View::PageViewGetDoc);
+  table.provide<visibleRect>(View::PageViewGetVisibleRect);
+  table.provide<pageNum>(View::PageViewGetPageNum);
+  table.provide<fetchDrawColor>(View::PageViewFetchDrawColor);
+  table.provide<applyDrawColor>(View::PageViewApplyDrawColor);
+  table.provide<beginBatch>(View::PageViewBeginBatch);
+  table.provide<endBatch>(View::PageViewEndBatch);
+  table.provide<showPage>(View::PageViewShowPage);
+  table.provide<scrollToPoint>(View::PageViewScrollToPoint);
+  table.provide<refreshArea>(View::PageViewRefreshArea);
+  table.provide<registerPageDrawProc>(View::RegisterPageDrawProc);
+  table.provide<pageTransform>(View::PageViewGetPageTransform);
+  table.provideBare<modifierKeys>(View::GetModifierKeyState);
+  table.provide<findButton>(View::ToolBarFindButton);
+  table.provide<insertButton>(View::ToolBarInsertButton);
+  table.provide<hasSpace>(View::ToolBarHasSpace);
+  table.provide<updateButtonStates>(View::ToolBarUpdateButtonStates);
+  table.provide<createButton>(View::ToolButtonCreate);
+  table.provide<attachAction>(View::ToolButtonAttachAction);
+  table.provide<attachEnabledTest>(View::ToolButtonAttachEnabledTest);
+  table.provide<attachTip>(View::ToolButtonAttachTip);
+  table.provide<paintSelection>(View::PageViewPaintSelection);
+  table.provide<highlightText>(View::PageViewHighlightText);
+  table.provideBare<hasAuxDataHandler>(View::HasAuxDataHandler);
+  table.provide<registerAuxDataHandler>(View::RegisterAuxDataHandler);
+  table.provideBare<unregisterAuxDataHandler>(View::UnregisterAuxDataHandler);
+  table.provide<setAttribute>(View::ToolButtonSetAttribute);
+  table.provide<detachButton>(View::ToolButtonDetach);
+  table.finish();
+  return table;
+}
+
+} // namespace
+
+tavrel::HFT viewTable() {
+  static Table table = build();
+  return table.entries();
+}
+
+} // namespace host

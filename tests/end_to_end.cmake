@@ -1,0 +1,11 @@
+# From the command line to the pixels of a page, on documents made by other programs.
+set(test_documents ${CMAKE_BINARY_DIR}/test-documents)
+add_test(NAME documents COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/documents/make.sh ${test_documents})
+set_tests_properties(documents PROPERTIES FIXTURES_SETUP documents)
+
+tavrel_test(NAME end_to_end_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/end_to_end/*.cpp
+            LIBRARIES tools PNG::PNG PROPERTIES FIXTURES_REQUIRED documents)
+target_compile_definitions(end_to_end_test PRIVATE TEST_DOCUMENTS="${test_documents}"
+                                                   TAVREL="$<TARGET_FILE:tavrel>"
+                                                   TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>")
+add_dependencies(end_to_end_test tavrel TavrelGLT)

@@ -1,0 +1,162 @@
+// The command as its user meets it: what it prints, what it refuses, and how it ends.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "tests/end_to_end/oracle.h"
+#include "tools/exit.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string tavrel = TAVREL;
+const std::string documents = TEST_DOCUMENTS;
+
+class Command : public testing::Test {
+protected:
+  void SetUp() override {
+    folder = fs::path(testing::TempDir()) /
+             ("tavrel-command-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()));
+    fs::remove_all(folder);
+    fs::create_directories(folder);
+  }
+  void TearDown() override { fs::remove_all(folder); }
+
+  std::string file(const std::string &name, const std::string &content) {
+    std::ofstream(folder / name) << content;
+    return folder / name;
+  }
+  CommandResult render(const std::string &document, const std::string &hits, const std::string &options = "") {
+    return run(tavrel + " render " + document + " " + hits + " --out " + std::string(folder / "out") + " " + options);
+  }
+  static std::string locations(const std::string &attributes, const std::string &tags) {
+    return "<XML>\n<Body " + attributes + ">\n<highlights>\n" + tags + "\n</highlights>\n</Body>\n</XML>\n";
+  }
+  size_t written() {
+    return fs::exists(folder / "out")
+               ? static_cast<size_t>(std::distance(fs::directory_iterator(folder / "out"), fs::directory_iterator()))
+               : 0;
+  }
+
+  fs::path folder;
+};
+
+TEST_F(Command, RenderSaysALineForEveryPageWithHits) {
+  const std::string hits =
+      file("hits.xml", locations("Units=\"words\"", "<loc pg=\"0\" pos=\"0\" len=\"1\"/>\n<loc pg=\"2\" pos=\"1\" "
+                                                    "len=\"2\"/>\n<loc pg=\"2\" pos=\"5\" len=\"1\"/>"));
+  const CommandResult result = render(documents + "/three-hundred.pdf", hits);
+  EXPECT_EQ(result.status, tools::exitDone);
+  EXPECT_NE(result.output.find("page 1 of 300: 1 hit -> " + std::string(folder / "out/page-0001.png")),
+            std::string::npos)
+      << result.output;
+  EXPECT_NE(result.output.find("page 3 of 300: 2 hits -> " + std::string(folder / "out/page-0003.png")),
+            std::string::npos);
+  EXPECT_EQ(written(), 2U);
+}
+
+TEST_F(Command, RenderReadsTheHitsFromStandardInput) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
+  EXPECT_EQ(render(documents + "/three-hundred.pdf", "-", "< " + hits).status, tools::exitDone);
+  EXPECT_EQ(written(), 1U);
+}
+
+TEST_F(Command, RenderOfAllPagesWritesThoseWithoutHitsToo) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
+  EXPECT_EQ(render(documents + "/two-columns.pdf", hits, "--pages all --dpi 20").status, tools::exitDone);
+  EXPECT_EQ(written(), 4U);
+}
+
+TEST_F(Command, HitsOnPagesThatTheDocumentLacksAreSteppedOver) {
+  const std::string hits =
+      file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>\n<loc pg=999 pos=0 len=1>\n<loc pg=2 pos=0 len=1>\n<loc "
+                                     "pg=1000 pos=0 len=1>"));
+  EXPECT_EQ(render(documents + "/three-hundred.pdf", hits, "--dpi 20").status, tools::exitDone);
+  EXPECT_EQ(written(), 2U);
+}
+
+TEST_F(Command, FilesWithoutHitsMarkNothingAndSaySo) {
+  for (const char *content : {"", "<html>nothing here</html>", "<XML>\n<Body>\n</Body>\n</XML>",
+                              "<XML>\n<Body>\n<highlights>\n<loc pg=999 pos=1 len=1>\n</highlights>\n</Body>"}) {
+    const CommandResult result = render(documents + "/two-columns.pdf", file("hits.xml", content));
+    EXPECT_EQ(result.status, tools::exitNothingMarked) << content << "\n" << result.output;
+    EXPECT_NE(result.output.find("hits.xml"), std::string::npos) << result.output;
+    EXPECT_EQ(written(), 0U);
+  }
+}
+
+TEST_F(Command, UnknownVersionOfWordExtractionIsAskedAbout) {
+  const std::string hits = file("hits.xml", locations("Units=\"words\" version=\"9\"", "<loc pg=0 pos=0 len=1>"));
+  const CommandResult no = render(documents + "/two-columns.pdf", hits, "--dpi 20");
+  EXPECT_EQ(no.status, tools::exitNothingMarked);
+  EXPECT_NE(no.output.find("Display highlights anyway?"), std::string::npos) << no.output;
+  const CommandResult yes = render(documents + "/two-columns.pdf", hits, "--dpi 20 --answer yes");
+  EXPECT_EQ(yes.status, tools::exitDone);
+  EXPECT_EQ(written(), 1U);
+}
+
+struct BadInput {
+  const char *arguments; ///< %D is the folder of documents, %F the test's own
+  int status;
+  const char *said;
+};
+
+TEST_F(Command, BadInputIsMetWithOneClearLineAndItsOwnStatus) {
+  file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
+  file("notes.pdf", "these are only notes\n");
+  const BadInput table[] = {
+      {"render %F/missing.pdf %F/hits.xml", tools::exitDocument, "missing.pdf"},
+      {"render %F/notes.pdf %F/hits.xml", tools::exitDocument, "notes.pdf"},
+      {"render %D/encrypted.pdf %F/hits.xml --password wrong", tools::exitPassword, "encrypted.pdf"},
+      {"render %D/encrypted.pdf %F/hits.xml", tools::exitPassword, "encrypted.pdf"},
+      {"render %D/two-columns.pdf %F/missing.xml", tools::exitHighlightFile, "missing.xml"},
+      {"render %D/two-columns.pdf %F/hits.xml --out /dev/null/out", tools::exitOutput, "/dev/null/out"},
+      {"render %D/two-columns.pdf %F/hits.xml --plugins-dir %F", tools::exitHostFailure, "%F"},
+      {"render %D/two-columns.pdf", tools::exitUsage, ""},
+      {"render %D/two-columns.pdf %F/hits.xml --dpi 0", tools::exitUsage, "dpi"},
+      {"frobnicate", tools::exitUsage, "frobnicate"},
+      {"hits %F/missing.pdf word", tools::exitDocument, "missing.pdf"},
+      {"hits %D/encrypted.pdf word --password wrong", tools::exitPassword, "encrypted.pdf"},
+      {"hits %D/two-columns.pdf rhinoceros -o %F/none.xml", tools::exitNothingMarked, "rhinoceros"},
+      {"hits %D/two-columns.pdf words --color 123456", tools::exitUsage, "113355"},
+      {"hits %D/two-columns.pdf words -o /dev/null/hits.xml", tools::exitOutput, "/dev/null/hits.xml"},
+  };
+  const auto filled = [&](std::string text) {
+    for (const auto &[mark, value] : {std::pair{std::string("%D"), documents}, {"%F", folder.string()}})
+      for (size_t at = text.find(mark); at != std::string::npos; at = text.find(mark))
+        text.replace(at, mark.size(), value);
+    return text;
+  };
+  for (const BadInput &bad : table) {
+    const CommandResult result = run(tavrel + " " + filled(bad.arguments) + " </dev/null");
+    EXPECT_EQ(result.status, bad.status) << bad.arguments << "\n" << result.output;
+    EXPECT_NE(result.output.find(filled(bad.said)), std::string::npos) << bad.arguments << "\n" << result.output;
+  }
+  EXPECT_FALSE(fs::exists(folder / "none.xml"));
+  EXPECT_EQ(written(), 0U);
+}
+
+/// How many processes have that text in their environment.
+int processesWith(const std::string &text) {
+  int found = 0;
+  for (const auto &entry : fs::directory_iterator("/proc")) {
+    std::ifstream environment(entry.path() / "environ", std::ios::binary);
+    const std::string all((std::istreambuf_iterator<char>(environment)), std::istreambuf_iterator<char>());
+    found += all.find(text) != std::string::npos;
+  }
+  return found;
+}
+
+TEST_F(Command, WithoutADisplayAPrivateOneIsStartedAndEnded) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
+  const std::string mark = "TAVREL_TEST_MARK=" + folder.string();
+  const CommandResult result = run("env -u DISPLAY '" + mark + "' " + tavrel + " render " + documents +
+                                   "/two-columns.pdf " + hits + " --dpi 20 --out " + std::string(folder / "out"));
+  EXPECT_EQ(result.status, tools::exitDone) << result.output;
+  EXPECT_EQ(written(), 1U);
+  EXPECT_EQ(processesWith(mark), 0) << "a display server was left behind";
+}
+
+} // namespace

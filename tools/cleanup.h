@@ -1,0 +1,14 @@
+// What must be undone when the program is killed: one unfinished file, one program of its own.
+#pragma once
+
+#include <sys/types.h>
+
+namespace tools {
+
+/// The file to remove if the program is killed or ends by exit; null for none. A path of more than 4,000 bytes is not
+/// remembered.
+void removeWhenKilled(const char *file);
+/// The program to end likewise; 0 for none.
+void endWhenKilled(pid_t program);
+
+} // namespace tools

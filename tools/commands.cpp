@@ -1,0 +1,59 @@
+// The command line of `tavrel`. Each subcommand is a source of its own that adds itself here.
+#include "tools/commands.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+
+#include "tools/exit.h"
+#include "tools/hits.h"
+#include "tools/render.h"
+
+namespace tools {
+namespace {
+
+struct StatusLine {
+  ExitStatus status;
+  const char *meaning;
+};
+
+constexpr StatusLine statusLines[] = {
+    {exitDone, "done"},
+    {exitHostFailure, "no display, a plug-in is missing, or memory is exhausted"},
+    {exitUsage, "wrong words on the command line"},
+    {exitDocument, "the document cannot be read"},
+    {exitPassword, "the document wants another password"},
+    {exitNothingMarked, "no hits: nothing found, or nothing marked"},
+    {exitHighlightFile, "the highlight file cannot be read"},
+    {exitOutput, "an output cannot be written"},
+};
+
+std::string footer() {
+  std::string text = "Exit status:\n";
+  for (const StatusLine &line : statusLines)
+    text += "  " + std::to_string(line.status) + "  " + line.meaning + "\n";
+  return text;
+}
+
+} // namespace
+
+int runCommands(int argc, char **argv) {
+  int status = exitDone;
+  CLI::App app("Shows search hits in PDF documents.", "tavrel");
+  app.set_version_flag("--version", "tavrel " TAVREL_VERSION);
+  app.require_subcommand(1);
+  app.footer(footer());
+  app.failure_message([](const CLI::App *, const CLI::Error &error) {
+    return std::string("tavrel: ") + error.what() + " (tavrel --help says more)\n";
+  });
+  addRenderCommand(app, status);
+  addHitsCommand(app, status);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError &error) {
+    return app.exit(error, std::cout, std::cerr) == 0 ? exitDone : exitUsage;
+  }
+  return status;
+}
+
+} // namespace tools

@@ -1,0 +1,16 @@
+// Why a command ends before its end: the line that it says, and its exit status.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "tools/exit.h"
+
+namespace tools {
+
+struct CommandFailure : std::runtime_error {
+  CommandFailure(ExitStatus exitStatus, const std::string &line) : std::runtime_error(line), status(exitStatus) {}
+  ExitStatus status;
+};
+
+} // namespace tools

@@ -1,0 +1,235 @@
+// `tavrel hits DOC WORDS...`: searches a document for a phrase and writes a highlight file: from PDF to marked page
+// without any other program. Exit statuses: exit.h.
+#include "tools/hits.h"
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <new>
+#include <stdexcept>
+
+#include "host/document/document.h"
+#include "tools/exit.h"
+
+namespace tools {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Places in a highlight file are 16 bits wide, and the last of them stands for none.
+constexpr uint32_t lastPlace = 65534;
+
+// Why the command ends before its end.
+struct Failure : std::runtime_error {
+  Failure(ExitStatus exitStatus, const std::string &reason) : std::runtime_error(reason), status(exitStatus) {}
+  ExitStatus status;
+};
+
+constexpr char hexDigits[] = "0123456789ABCDEF";
+
+// The colour as "#RRGGBB". Readers of highlight files take the two digits of a component in reversed order, so only
+// a component whose digits are equal means the same to everybody; any other colour is refused.
+std::string checkedColor(const std::string &asked) {
+  const std::string digits = asked.substr(asked.starts_with('#') ? 1 : 0);
+  if (digits.size() != 6 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
+    throw Failure(exitUsage, "--color " + asked + ": a colour is six hexadecimal digits, RRGGBB");
+  std::string nearest = "#";
+  bool carried = true;
+  for (size_t i = 0; i < digits.size(); i += 2) {
+    const unsigned long component = std::stoul(digits.substr(i, 2), nullptr, 16);
+    const unsigned long digit = (component + 8) / 17;
+    carried = carried && component == digit * 17;
+    nearest.append(2, hexDigits[digit]);
+  }
+  if (!carried)
+    throw Failure(exitUsage, "--color " + asked +
+                                 ": a highlight file carries only components of two equal digits; the nearest is " +
+                                 nearest.substr(1));
+  return nearest;
+}
+
+Phrase phraseOf(const std::vector<std::string> &words) {
+  try {
+    return Phrase(words);
+  } catch (const std::invalid_argument &error) {
+    throw Failure(exitUsage, error.what());
+  }
+}
+
+std::string counted(size_t count, const char *noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+std::string joined(const std::vector<std::string> &words) {
+  std::string result;
+  for (const std::string &word : words)
+    result += (result.empty() ? "" : " ") + word;
+  return result;
+}
+
+class Progress {
+public:
+  Progress(bool wanted, std::ostream &err) : wanted_(wanted), err_(err) {}
+  Progress(const Progress &) = delete;
+  Progress &operator=(const Progress &) = delete;
+  ~Progress() {
+    if (wanted_) err_ << "\r\033[K" << std::flush;
+  }
+  void page(int32_t page, int32_t pages) {
+    if (wanted_) err_ << "\rsearching page " << page + 1 << " of " << pages << std::flush;
+  }
+
+private:
+  bool wanted_;
+  std::ostream &err_;
+};
+
+[[noreturn]] void failOutput(const std::string &name) {
+  throw Failure(exitOutput, name + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
+}
+
+// Writes to a file; a failure is told of `name`.
+void writeTo(const fs::path &file, const std::string &text, const std::string &name) {
+  errno = 0;
+  std::ofstream stream(file, std::ios::binary | std::ios::trunc);
+  stream << text;
+  stream.close();
+  if (!stream) failOutput(name);
+}
+
+// Writes beside the file's place and renames, so that whoever waits for the file never reads half of it. What is no
+// file of its own (a terminal, a pipe) is written to as it stands; a link stays a link.
+void writeWhole(const std::string &name, const std::string &text) {
+  std::error_code error;
+  fs::path place(name);
+  const fs::file_status status = fs::status(place, error);
+  if (fs::is_directory(status)) throw Failure(exitOutput, name + ": is a directory");
+  if (fs::exists(status) && !fs::is_regular_file(status)) {
+    writeTo(place, text, name);
+    return;
+  }
+  if (fs::is_symlink(fs::symlink_status(place, error)) && fs::exists(status)) place = fs::canonical(place, error);
+  const fs::path beside = place.string() + ".part" + std::to_string(getpid());
+  try {
+    writeTo(beside, text, name);
+    if (fs::exists(status)) fs::permissions(beside, status.permissions(), error);
+    fs::rename(beside, place, error);
+    if (error) throw Failure(exitOutput, name + ": " + error.message());
+  } catch (const Failure &) {
+    fs::remove(beside, error);
+    throw;
+  }
+}
+
+struct Found {
+  std::vector<PageHits> pages;
+  size_t hits = 0, leftOut = 0;
+  int32_t pageCount = 0;
+};
+
+Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err) {
+  const std::unique_ptr<host::Document> document = host::Document::open(options.document, options.password);
+  Found found;
+  found.pageCount = document->pageCount();
+  Progress progress(options.progress, err);
+  for (int32_t page = 0; page < found.pageCount; ++page) {
+    progress.page(page, found.pageCount);
+    std::vector<Hit> hits = phrase.find(document->pageText(page));
+    document->forgetText(page);
+    found.leftOut += dropUnplaceable(hits, options.units == "words");
+    found.hits += hits.size();
+    if (!hits.empty()) found.pages.push_back({page, std::move(hits)});
+  }
+  return found;
+}
+
+void searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream &err) {
+  const std::string color = options.color.empty() ? "" : checkedColor(options.color);
+  const Phrase phrase = phraseOf(options.words);
+  const Found found = search(options, phrase, err);
+  const std::string document = options.document.string();
+  if (found.leftOut > 0)
+    err << "tavrel: " << document << ": " << counted(found.leftOut, "hit")
+        << " left out, beyond what a highlight file can place on a page\n";
+  if (found.hits == 0)
+    throw Failure(exitNothingMarked, document + ": " + (found.leftOut > 0 ? "no other hits of" : "no hits of") + " \"" +
+                                         joined(options.words) + "\"");
+
+  const std::string text = highlightFile(found.pages, options.units, color, options.mode);
+  if (options.output == "-") {
+    errno = 0;
+    out << text << std::flush;
+    if (!out) failOutput("standard output");
+    return;
+  }
+  writeWhole(options.output, text);
+  out << counted(found.hits, "hit") << " on " << found.pages.size() << " of "
+      << counted(static_cast<size_t>(found.pageCount), "page") << " -> " << options.output << std::endl;
+}
+
+} // namespace
+
+size_t dropUnplaceable(std::vector<Hit> &hits, bool inWords) {
+  return std::erase_if(hits, [inWords](const Hit &hit) { return (inWords ? hit.word : hit.offset) > lastPlace; });
+}
+
+std::string highlightFile(std::span<const PageHits> pages, const std::string &units, const std::string &color,
+                          const std::string &mode) {
+  const bool inWords = units == "words";
+  std::string file = "<?xml version=\"1.0\"?>\n<XML>\n<Body Units=\"" + units + "\"";
+  if (!color.empty()) file += " color=\"" + color + "\"";
+  if (!mode.empty()) file += " mode=\"" + mode + "\"";
+  file += " version=\"2\">\n<highlights>\n"; // words are numbered in reading order
+  for (const PageHits &page : pages)
+    for (const Hit &hit : page.hits)
+      file += "<loc pg=\"" + std::to_string(page.page) + "\" pos=\"" + std::to_string(inWords ? hit.word : hit.offset) +
+              "\" len=\"" + std::to_string(inWords ? hit.words : hit.length) + "\"/>\n";
+  return file + "</highlights>\n</Body>\n</XML>\n";
+}
+
+int writeHits(const HitsOptions &options, std::ostream &out, std::ostream &err) {
+  try {
+    searchAndWrite(options, out, err);
+    return exitDone;
+  } catch (const Failure &failure) {
+    err << "tavrel: " << failure.what() << "\n";
+    return failure.status;
+  } catch (const host::DocumentError &error) {
+    err << "tavrel: " << error.what() << "\n";
+    return error.reason == host::DocumentError::wrongPassword ? exitPassword : exitDocument;
+  } catch (const std::bad_alloc &) {
+    err << "tavrel: " << options.document.string() << ": out of memory\n";
+  } catch (const std::exception &error) {
+    err << "tavrel: " << error.what() << "\n";
+  }
+  return exitHostFailure;
+}
+
+void addHitsCommand(CLI::App &app, int &status) {
+  const auto options = std::make_shared<HitsOptions>();
+  CLI::App *command = app.add_subcommand("hits", "Find a phrase in a document and write a highlight file of its hits");
+  command->add_option("DOC", options->document, "The PDF to search")->required();
+  command->add_option("WORDS", options->words, "The phrase: whole words; case, accents and punctuation do not count")
+      ->required();
+  command->add_option("--units", options->units, "Mark the letters found, or the words they stand in")
+      ->check(CLI::IsMember({"characters", "words"}))
+      ->capture_default_str();
+  command->add_option("--color", options->color, "Colour of the marks, RRGGBB; the digits of each pair are equal");
+  command->add_option("--mode", options->mode, "How the file is to be taken")->check(CLI::IsMember({"active"}));
+  command->add_option("--password", options->password, "The document's password");
+  command->add_option("-o,--output", options->output, "Where to write the highlight file; - is standard output")
+      ->capture_default_str();
+  command->callback([options, &status] {
+    options->progress = isatty(STDERR_FILENO) != 0;
+    status = writeHits(*options, std::cout, std::cerr);
+  });
+}
+
+} // namespace tools

@@ -1,0 +1,30 @@
+// `tavrel render`: draws the pages of a document with the hits of a highlight file marked.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace tools {
+
+struct RenderOptions {
+  std::filesystem::path document;
+  std::string hits; ///< a highlight file; "-" is standard input
+  std::filesystem::path out = "out";
+  double dpi = 100;
+  std::string pages = "hits"; ///< or "all"
+  std::string password;
+  std::string answer = "no"; ///< what plug-ins are told when they ask; or "yes"
+  std::filesystem::path pluginsDirectory; ///< empty: where plug-ins are looked for otherwise
+};
+
+/// Does it, with a line a page on standard output and complaints on standard error; returns an ExitStatus.
+int render(const RenderOptions &options);
+
+/// Adds the subcommand; when it is called it sets `status` to an ExitStatus. Both live as long as the parser.
+void addRenderCommand(CLI::App &app, int &status);
+
+} // namespace tools

@@ -1,0 +1,186 @@
+// Finds a phrase among the words of a page. Words are compared folded (case, accents, ligatures) and without the
+// punctuation at their ends; a hit is told in characters as they stand on the page.
+#include "tools/search.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+namespace tools {
+namespace {
+
+struct Typed {
+  char32_t printed, typed;
+};
+
+// What typesetting prints for the keys that people have.
+constexpr Typed typedForms[] = {
+    {U'\u2010', U'-'},  {U'\u2011', U'-'},  {U'\u2212', U'-'}, {U'\u2018', U'\''},
+    {U'\u2019', U'\''}, {U'\u02BC', U'\''}, {U'\u201C', U'"'}, {U'\u201D', U'"'},
+};
+
+char32_t typedForm(char32_t c) {
+  const auto *const found =
+      std::find_if(std::begin(typedForms), std::end(typedForms), [c](const Typed &form) { return form.printed == c; });
+  return found == std::end(typedForms) ? c : found->typed;
+}
+
+utf8proc_category_t categoryOf(char32_t c) { return utf8proc_category(static_cast<utf8proc_int32_t>(c)); }
+
+bool isBlank(char32_t c) { return c <= U' ' || categoryOf(c) == UTF8PROC_CATEGORY_ZS; }
+
+bool isPunctuation(char32_t c) {
+  switch (categoryOf(c)) {
+  case UTF8PROC_CATEGORY_PC:
+  case UTF8PROC_CATEGORY_PD:
+  case UTF8PROC_CATEGORY_PS:
+  case UTF8PROC_CATEGORY_PE:
+  case UTF8PROC_CATEGORY_PI:
+  case UTF8PROC_CATEGORY_PF:
+  case UTF8PROC_CATEGORY_PO:
+  case UTF8PROC_CATEGORY_CF: // soft hyphens and marks of direction
+  case UTF8PROC_CATEGORY_CC:
+    return true;
+  default:
+    return false;
+  }
+}
+
+bool isSymbol(char32_t c) {
+  const utf8proc_category_t category = categoryOf(c);
+  return category == UTF8PROC_CATEGORY_SM || category == UTF8PROC_CATEGORY_SC || category == UTF8PROC_CATEGORY_SK ||
+         category == UTF8PROC_CATEGORY_SO;
+}
+
+bool isPunctuationOrSymbol(char32_t c) { return isPunctuation(c) || isSymbol(c); }
+
+// A word without what stands around it: where it is in the page's text, and how it is compared.
+struct Core {
+  uint32_t first = 0, end = 0;
+  std::u32string text;
+};
+
+Core coreOf(std::u32string_view word, uint32_t offset, bool (*isAround)(char32_t)) {
+  size_t first = 0, end = word.size();
+  while (first < end && isAround(word[first]))
+    ++first;
+  while (end > first && isAround(word[end - 1]))
+    --end;
+  return {offset + static_cast<uint32_t>(first), offset + static_cast<uint32_t>(end),
+          folded(word.substr(first, end - first))};
+}
+
+// A word of the page has two forms: a search for HOME finds "$HOME", one for $HOME does too, and one for C++ finds
+// "(C++)" but not "C".
+struct Candidate {
+  uint32_t word = 0;
+  Core withSymbols, bare;
+
+  const Core *matching(std::u32string_view text) const {
+    if (withSymbols.text == text) return &withSymbols;
+    return bare.text == text ? &bare : nullptr;
+  }
+};
+
+// Calls `each(part, start)` for the parts of a text between blanks.
+template <typename Each> void forEachPart(std::u32string_view text, const Each &each) {
+  for (size_t i = 0; i < text.size();) {
+    const size_t start = i;
+    while (i < text.size() && !isBlank(text[i]))
+      ++i;
+    if (i > start)
+      each(text.substr(start, i - start), static_cast<uint32_t>(start));
+    else
+      ++i;
+  }
+}
+
+std::u32string decoded(const std::string &utf8) {
+  std::u32string result;
+  const auto *bytes = reinterpret_cast<const utf8proc_uint8_t *>(utf8.data());
+  auto left = static_cast<utf8proc_ssize_t>(utf8.size());
+  while (left > 0) {
+    utf8proc_int32_t c = 0;
+    const utf8proc_ssize_t used = utf8proc_iterate(bytes, left, &c);
+    if (used <= 0) throw std::invalid_argument("a word to search for is not UTF-8");
+    result += static_cast<char32_t>(c);
+    bytes += used;
+    left -= used;
+  }
+  return result;
+}
+
+// The words of a page; one with blanks in it (a PDF may say so of a formula or a picture) is several to compare.
+std::vector<Candidate> candidates(const host::PageText &page) {
+  std::vector<Candidate> result;
+  result.reserve(page.words.size());
+  for (uint32_t i = 0; i < page.words.size(); ++i)
+    forEachPart(page.words[i].text, [&](std::u32string_view part, uint32_t start) {
+      const uint32_t offset = page.words[i].offset + start;
+      result.push_back({i, coreOf(part, offset, isPunctuation), coreOf(part, offset, isPunctuationOrSymbol)});
+    });
+  return result;
+}
+
+} // namespace
+
+std::u32string folded(std::u32string_view text) {
+  constexpr auto options = static_cast<utf8proc_option_t>(UTF8PROC_DECOMPOSE | UTF8PROC_COMPAT | UTF8PROC_CASEFOLD |
+                                                          UTF8PROC_STRIPMARK | UTF8PROC_IGNORE);
+  std::u32string result;
+  for (const char32_t c : text) {
+    if (c < 0x80) {
+      result += c >= U'A' && c <= U'Z' ? c - U'A' + U'a' : c;
+      continue;
+    }
+    std::array<utf8proc_int32_t, 64> parts; // the longest decomposition has 18
+    int boundary = 0;
+    const utf8proc_ssize_t count =
+        utf8proc_decompose_char(static_cast<utf8proc_int32_t>(c), parts.data(), parts.size(), options, &boundary);
+    if (count < 0 || static_cast<size_t>(count) > parts.size()) {
+      result += c;
+      continue;
+    }
+    for (size_t i = 0; i < static_cast<size_t>(count); ++i)
+      result += typedForm(static_cast<char32_t>(parts.at(i)));
+  }
+  return result;
+}
+
+Phrase::Phrase(std::span<const std::string> arguments) {
+  for (const std::string &argument : arguments)
+    forEachPart(decoded(argument), [this](std::u32string_view part, uint32_t /*start*/) {
+      words_.push_back(coreOf(part, 0, isPunctuation).text);
+    });
+  // A lone dash inside a phrase stands for a lone dash on the page; at its ends it is punctuation like any other.
+  const auto saysSomething = [](const std::u32string &word) { return !word.empty(); };
+  words_.erase(words_.begin(), std::find_if(words_.begin(), words_.end(), saysSomething));
+  words_.erase(std::find_if(words_.rbegin(), words_.rend(), saysSomething).base(), words_.end());
+  if (words_.empty()) throw std::invalid_argument("there is nothing but punctuation to search for");
+}
+
+std::vector<Hit> Phrase::find(const host::PageText &page) const {
+  const std::vector<Candidate> words = candidates(page);
+  std::vector<Hit> hits;
+  for (size_t i = 0; i + words_.size() <= words.size();) {
+    const Core *first = nullptr, *last = nullptr;
+    size_t matched = 0;
+    for (; matched < words_.size(); ++matched) {
+      last = words[i + matched].matching(words_[matched]);
+      if (last == nullptr) break;
+      if (matched == 0) first = last;
+    }
+    if (matched < words_.size()) {
+      ++i;
+      continue;
+    }
+    const uint32_t word = words[i].word;
+    hits.push_back({first->first, last->end - first->first, word, words[i + matched - 1].word - word + 1});
+    i += matched;
+  }
+  return hits;
+}
+
+} // namespace tools

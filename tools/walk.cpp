@@ -1,0 +1,35 @@
+// The loop of the render command. It knows the one button by name and nothing of what it does.
+#include "tools/walk.h"
+
+#include <unordered_set>
+
+namespace tools {
+
+void walkMarkedPages(host::Application &app, host::ViewerDocument &document, size_t patience, const PageSink &sink) {
+  std::unordered_set<int32_t> drawn;
+  const auto drawNewPage = [&] {
+    const auto drawing = app.drawIfNeeded(document);
+    if (!drawing || !drawn.insert(drawing->page).second) return false;
+    if (drawing->marks > 0) sink(*drawing);
+    return true;
+  };
+  drawNewPage();
+  const host::ToolBar *bar = app.toolBar();
+  if (bar == nullptr) return;
+  const tavrel::Atom name = host::Runtime::current().atoms.atom(nextButton);
+  for (size_t idle = 0; idle <= patience;) {
+    host::ToolButton *button = bar->find(name);
+    if (button == nullptr || !bar->test(*button)) return;
+    bar->press(*button);
+    idle = drawNewPage() ? 0 : idle + 1;
+  }
+}
+
+void walkAllPages(host::Application &app, host::ViewerDocument &document, const PageSink &sink) {
+  for (int32_t page = 0; page < document.model->pageCount(); ++page) {
+    document.view->showPage(page);
+    if (const auto drawing = app.draw(document)) sink(*drawing);
+  }
+}
+
+} // namespace tools

@@ -41,7 +41,7 @@ int runCommands(int argc, char **argv) {
   int status = exitDone;
   CLI::App app("Shows search hits in PDF documents.", "tavrel");
   app.set_version_flag("--version", "tavrel " TAVREL_VERSION);
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1); // checked below: a word that is no command is to be named
   app.footer(footer());
   app.failure_message([](const CLI::App *, const CLI::Error &error) {
     return std::string("tavrel: ") + error.what() + " (tavrel --help says more)\n";
@@ -50,6 +50,7 @@ int runCommands(int argc, char **argv) {
   addHitsCommand(app, status);
   try {
     app.parse(argc, argv);
+    if (app.get_subcommands().empty()) throw CLI::RequiredError("A command");
   } catch (const CLI::ParseError &error) {
     return app.exit(error, std::cout, std::cerr) == 0 ? exitDone : exitUsage;
   }

@@ -1,5 +1,5 @@
-// Undoes on a signal, and on exit() from within a library, what destructors undo otherwise. Output files and the private
-// display announce themselves here.
+// Undoes on a signal, and on exit() from within a library, what destructors undo otherwise. Output files and the
+// private display announce themselves here.
 #include "tools/cleanup.h"
 
 #include <csignal>

@@ -73,12 +73,14 @@ Display::Display() {
   }
   close(failure[0]);
   if (reason == 0) return;
-  this->~Display();
+  end();
   if (reason == ENOENT) fail("no DISPLAY is set, and there is no Xvfb to make one (package xvfb)");
   fail(std::string("private display: ") + std::strerror(reason));
 }
 
-Display::~Display() {
+Display::~Display() { end(); }
+
+void Display::end() {
   if (number_ >= 0) close(number_);
   if (server_ > 0) {
     kill(server_, SIGTERM);

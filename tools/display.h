@@ -18,6 +18,8 @@ public:
   void await();
 
 private:
+  void end();
+
   pid_t server_ = 0;
   int number_ = -1; ///< where the server writes which display it is
 };

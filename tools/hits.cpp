@@ -2,6 +2,7 @@
 // without any other program. Exit statuses: exit.h.
 #include "tools/hits.h"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -17,6 +18,8 @@
 
 #include "host/document/document.h"
 #include "tools/exit.h"
+#include "tools/failure.h"
+#include "tools/output.h"
 
 namespace tools {
 namespace {
@@ -26,12 +29,6 @@ namespace fs = std::filesystem;
 // Places in a highlight file are 16 bits wide, and the last of them stands for none.
 constexpr uint32_t lastPlace = 65534;
 
-// Why the command ends before its end.
-struct Failure : std::runtime_error {
-  Failure(ExitStatus exitStatus, const std::string &reason) : std::runtime_error(reason), status(exitStatus) {}
-  ExitStatus status;
-};
-
 constexpr char hexDigits[] = "0123456789ABCDEF";
 
 // The colour as "#RRGGBB". Readers of highlight files take the two digits of a component in reversed order, so only
@@ -39,7 +36,7 @@ constexpr char hexDigits[] = "0123456789ABCDEF";
 std::string checkedColor(const std::string &asked) {
   const std::string digits = asked.substr(asked.starts_with('#') ? 1 : 0);
   if (digits.size() != 6 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
-    throw Failure(exitUsage, "--color " + asked + ": a colour is six hexadecimal digits, RRGGBB");
+    throw CommandFailure(exitUsage, "--color " + asked + ": a colour is six hexadecimal digits, RRGGBB");
   std::string nearest = "#";
   bool carried = true;
   for (size_t i = 0; i < digits.size(); i += 2) {
@@ -49,9 +46,10 @@ std::string checkedColor(const std::string &asked) {
     nearest.append(2, hexDigits[digit]);
   }
   if (!carried)
-    throw Failure(exitUsage, "--color " + asked +
-                                 ": a highlight file carries only components of two equal digits; the nearest is " +
-                                 nearest.substr(1));
+    throw CommandFailure(exitUsage,
+                         "--color " + asked +
+                             ": a highlight file carries only components of two equal digits; the nearest is " +
+                             nearest.substr(1));
   return nearest;
 }
 
@@ -59,7 +57,7 @@ Phrase phraseOf(const std::vector<std::string> &words) {
   try {
     return Phrase(words);
   } catch (const std::invalid_argument &error) {
-    throw Failure(exitUsage, error.what());
+    throw CommandFailure(exitUsage, error.what());
   }
 }
 
@@ -74,15 +72,15 @@ std::string joined(const std::vector<std::string> &words) {
   return result;
 }
 
-class Progress {
+class PageCounter {
 public:
-  Progress(bool wanted, std::ostream &err) : wanted_(wanted), err_(err) {}
-  Progress(const Progress &) = delete;
-  Progress &operator=(const Progress &) = delete;
-  ~Progress() {
+  PageCounter(bool wanted, std::ostream &err) : wanted_(wanted), err_(err) {}
+  PageCounter(const PageCounter &) = delete;
+  PageCounter &operator=(const PageCounter &) = delete;
+  ~PageCounter() {
     if (wanted_) err_ << "\r\033[K" << std::flush;
   }
-  void page(int32_t page, int32_t pages) {
+  void show(int32_t page, int32_t pages) {
     if (wanted_) err_ << "\rsearching page " << page + 1 << " of " << pages << std::flush;
   }
 
@@ -92,40 +90,28 @@ private:
 };
 
 [[noreturn]] void failOutput(const std::string &name) {
-  throw Failure(exitOutput, name + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
+  throw CommandFailure(exitOutput, name + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
 }
 
-// Writes to a file; a failure is told of `name`.
-void writeTo(const fs::path &file, const std::string &text, const std::string &name) {
-  errno = 0;
-  std::ofstream stream(file, std::ios::binary | std::ios::trunc);
-  stream << text;
-  stream.close();
-  if (!stream) failOutput(name);
-}
-
-// Writes beside the file's place and renames, so that whoever waits for the file never reads half of it. What is no
-// file of its own (a terminal, a pipe) is written to as it stands; a link stays a link.
-void writeWhole(const std::string &name, const std::string &text) {
+// Writes a file that is there whole or not at all. What is no file of its own (a terminal, a pipe, a device) is
+// written to as it stands; a link stays a link, and a file that was there leaves its permissions.
+void writeFile(const std::string &name, const std::string &text) {
   std::error_code error;
-  fs::path place(name);
-  const fs::file_status status = fs::status(place, error);
-  if (fs::is_directory(status)) throw Failure(exitOutput, name + ": is a directory");
+  const fs::file_status status = fs::status(name, error);
+  if (fs::is_directory(status)) throw CommandFailure(exitOutput, name + ": is a directory");
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    writeTo(place, text, name);
+    errno = 0;
+    std::ofstream stream(name, std::ios::binary);
+    stream << text;
+    stream.close();
+    if (!stream) failOutput(name);
     return;
   }
-  if (fs::is_symlink(fs::symlink_status(place, error)) && fs::exists(status)) place = fs::canonical(place, error);
-  const fs::path beside = place.string() + ".part" + std::to_string(getpid());
-  try {
-    writeTo(beside, text, name);
-    if (fs::exists(status)) fs::permissions(beside, status.permissions(), error);
-    fs::rename(beside, place, error);
-    if (error) throw Failure(exitOutput, name + ": " + error.message());
-  } catch (const Failure &) {
-    fs::remove(beside, error);
-    throw;
-  }
+  const fs::path place = fs::exists(status) ? fs::canonical(name) : fs::path(name);
+  OutputFile file(place);
+  if (std::fwrite(text.data(), 1, text.size(), file.stream()) != text.size()) failOutput(name);
+  if (fs::exists(status)) fchmod(fileno(file.stream()), static_cast<mode_t>(status.permissions()));
+  file.commit();
 }
 
 struct Found {
@@ -138,9 +124,9 @@ Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err
   const std::unique_ptr<host::Document> document = host::Document::open(options.document, options.password);
   Found found;
   found.pageCount = document->pageCount();
-  Progress progress(options.progress, err);
+  PageCounter counter(options.progress, err);
   for (int32_t page = 0; page < found.pageCount; ++page) {
-    progress.page(page, found.pageCount);
+    counter.show(page, found.pageCount);
     std::vector<Hit> hits = phrase.find(document->pageText(page));
     document->forgetText(page);
     found.leftOut += dropUnplaceable(hits, options.units == "words");
@@ -159,8 +145,8 @@ void searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream 
     err << "tavrel: " << document << ": " << counted(found.leftOut, "hit")
         << " left out, beyond what a highlight file can place on a page\n";
   if (found.hits == 0)
-    throw Failure(exitNothingMarked, document + ": " + (found.leftOut > 0 ? "no other hits of" : "no hits of") + " \"" +
-                                         joined(options.words) + "\"");
+    throw CommandFailure(exitNothingMarked, document + ": " + (found.leftOut > 0 ? "no other hits of" : "no hits of") +
+                                                " \"" + joined(options.words) + "\"");
 
   const std::string text = highlightFile(found.pages, options.units, color, options.mode);
   if (options.output == "-") {
@@ -169,7 +155,7 @@ void searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream 
     if (!out) failOutput("standard output");
     return;
   }
-  writeWhole(options.output, text);
+  writeFile(options.output, text);
   out << counted(found.hits, "hit") << " on " << found.pages.size() << " of "
       << counted(static_cast<size_t>(found.pageCount), "page") << " -> " << options.output << std::endl;
 }
@@ -198,7 +184,7 @@ int writeHits(const HitsOptions &options, std::ostream &out, std::ostream &err) 
   try {
     searchAndWrite(options, out, err);
     return exitDone;
-  } catch (const Failure &failure) {
+  } catch (const CommandFailure &failure) {
     err << "tavrel: " << failure.what() << "\n";
     return failure.status;
   } catch (const host::DocumentError &error) {

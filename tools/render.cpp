@@ -105,9 +105,34 @@ void deliver(Viewer &viewer, const RenderOptions &options, host::ViewerDocument 
   const std::vector<fs::path> directories = host::pluginDirectories(options.pluginsDirectory);
   const tavrel::Atom type = viewer.runtime.atoms.atom(highlightType);
   if (!viewer.app.auxData.has(type))
-    throw CommandFailure(exitHostFailure, "plug-ins directory " + joined(directories) +
-                                              ": has no plug-in that takes highlight files");
+    throw CommandFailure(exitHostFailure,
+                         "plug-ins directory " + joined(directories) + ": has no plug-in that takes highlight files");
   viewer.app.auxData.deliver(type, bytes, viewer.app.documents().handle(&document));
+}
+
+// What the host says about a page does not name the document.
+ExitStatus statusOf(const host::HostError &error) {
+  switch (error.code) {
+  case tavrel::errDocument:
+    return exitDocument;
+  case tavrel::errBadArgument: // so many dots per inch that no image can hold the page
+    return exitUsage;
+  default:
+    return exitHostFailure;
+  }
+}
+
+void walk(Viewer &viewer, const RenderOptions &options, host::ViewerDocument &document, size_t bytes,
+          PageWriter &writer) {
+  const auto sink = [&](const host::Drawing &drawing) { writer.write(drawing); };
+  try {
+    if (options.pages == "all")
+      walkAllPages(viewer.app, document, sink);
+    else // a press can be in vain once for each page that the file names, and it names no more than it has bytes
+      walkMarkedPages(viewer.app, document, bytes, sink);
+  } catch (const host::HostError &error) {
+    throw CommandFailure(statusOf(error), options.document.string() + ": " + error.what());
+  }
 }
 
 ExitStatus renderPages(const RenderOptions &options) {
@@ -124,23 +149,14 @@ ExitStatus renderPages(const RenderOptions &options) {
   PageWriter writer(options, model->pageCount());
   host::ViewerDocument &document = viewer.app.open(std::move(model), options.document, options.dpi);
   deliver(viewer, options, document, bytes);
-  const auto sink = [&](const host::Drawing &drawing) { writer.write(drawing); };
-  if (options.pages == "all")
-    walkAllPages(viewer.app, document, sink);
-  else // a press can be in vain once for each page that the file names, and it names no more than it has bytes
-    walkMarkedPages(viewer.app, document, bytes.size(), sink);
+  walk(viewer, options, document, bytes.size(), writer);
   writer.clear();
   viewer.app.close(document); // while the plug-ins still hear of it
 
   if (writer.hits() == 0)
-    throw CommandFailure(exitNothingMarked,
-                         nameOf(options.hits) + ": marks nothing in " + options.document.string());
+    throw CommandFailure(exitNothingMarked, nameOf(options.hits) + ": marks nothing in " + options.document.string());
   std::printf("%s\n", writer.summary().c_str());
   return exitDone;
-}
-
-ExitStatus statusOf(const host::HostError &error) {
-  return error.code == tavrel::errDocument ? exitDocument : exitHostFailure;
 }
 
 int failed(ExitStatus status, const char *reason) {
@@ -163,7 +179,7 @@ int render(const RenderOptions &options) {
     const bool password = error.reason == host::DocumentError::wrongPassword;
     return failed(password ? exitPassword : exitDocument, error.what());
   } catch (const host::HostError &error) {
-    return failed(statusOf(error), error.what());
+    return failed(exitHostFailure, error.what());
   } catch (const std::bad_alloc &) {
     return failed(exitHostFailure, (options.document.string() + ": memory is exhausted").c_str());
   } catch (const std::exception &error) {
@@ -173,7 +189,8 @@ int render(const RenderOptions &options) {
 
 void addRenderCommand(CLI::App &app, int &status) {
   const auto options = std::make_shared<RenderOptions>();
-  CLI::App *command = app.add_subcommand("render", "Draw the pages of a document with the hits of a highlight file marked");
+  CLI::App *command =
+      app.add_subcommand("render", "Draw the pages of a document with the hits of a highlight file marked");
   command->add_option("DOC", options->document, "The PDF")->required();
   command->add_option("HITS", options->hits, "The highlight file; - is standard input")->required();
   command->add_option("--out", options->out, "Directory for the pages, page-0001.png and so on")->capture_default_str();

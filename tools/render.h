@@ -17,7 +17,7 @@ struct RenderOptions {
   double dpi = 100;
   std::string pages = "hits"; ///< or "all"
   std::string password;
-  std::string answer = "no"; ///< what plug-ins are told when they ask; or "yes"
+  std::string answer = "no";              ///< what plug-ins are told when they ask; or "yes"
   std::filesystem::path pluginsDirectory; ///< empty: where plug-ins are looked for otherwise
 };
 

@@ -165,14 +165,12 @@ std::vector<Hit> Phrase::find(const host::PageText &page) const {
   const std::vector<Candidate> words = candidates(page);
   std::vector<Hit> hits;
   for (size_t i = 0; i + words_.size() <= words.size();) {
-    const Core *first = nullptr, *last = nullptr;
+    const Core *const first = words[i].matching(words_.front());
+    const Core *last = first;
     size_t matched = 0;
-    for (; matched < words_.size(); ++matched) {
+    while (last != nullptr && ++matched < words_.size())
       last = words[i + matched].matching(words_[matched]);
-      if (last == nullptr) break;
-      if (matched == 0) first = last;
-    }
-    if (matched < words_.size()) {
+    if (first == nullptr || last == nullptr) {
       ++i;
       continue;
     }

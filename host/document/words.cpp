@@ -143,7 +143,7 @@ std::u32string codePoints(std::span<const unsigned short> utf16) {
     if (unit < 0xD800 || unit > 0xDFFF) {
       result += unit;
     } else if (unit < 0xDC00 && low >= 0xDC00 && low <= 0xDFFF) {
-      result += 0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00);
+      result += static_cast<char32_t>(0x10000 + ((unit - 0xD800) << 10) + (low - 0xDC00));
       ++i;
     } else {
       result += U'\uFFFD';

@@ -14,21 +14,21 @@ public:
   Current &operator=(const Current &) = delete;
 
   /// Null where there is none.
-  static T *find() { return instance_; }
+  static T *find() { return static_cast<T *>(instance_); }
 
   /// Throws errGeneric where there is none.
   static T &current() {
     if (instance_ == nullptr) throw HostError(tavrel::errGeneric, "the host is not running");
-    return *instance_;
+    return *find();
   }
 
 protected:
-  Current() : previous_(instance_) { instance_ = static_cast<T *>(this); }
+  Current() : previous_(instance_) { instance_ = this; }
   ~Current() { instance_ = previous_; }
 
 private:
-  static inline T *instance_ = nullptr;
-  T *previous_;
+  static inline Current *instance_ = nullptr; // not yet a T while it is being made
+  Current *previous_;
 };
 
 } // namespace host

@@ -8,16 +8,17 @@
 namespace host {
 namespace {
 
-// The part of a transformed coordinate that one product gives, in 32.32. Two such products and an offset stay below 2^63
-// only when they are halved, so the sum is formed after rounding each to 16.16: exact to one unit in the last place.
+// The part of a transformed coordinate that one product gives, in 32.32. Two such products and an offset stay below
+// 2^63 only when they are halved, so the sum is formed after rounding each to 16.16: exact to one unit in the last
+// place.
 int64_t product(tavrel::Fixed factor, tavrel::Fixed coordinate) {
   constexpr int64_t half = int64_t{1} << 15U;
   return (int64_t{factor} * coordinate + half) >> 16U;
 }
 
 tavrel::Fixed saturate(int64_t value) {
-  return static_cast<tavrel::Fixed>(std::clamp<int64_t>(value, std::numeric_limits<tavrel::Fixed>::min(),
-                                                        std::numeric_limits<tavrel::Fixed>::max()));
+  return static_cast<tavrel::Fixed>(
+      std::clamp<int64_t>(value, std::numeric_limits<tavrel::Fixed>::min(), std::numeric_limits<tavrel::Fixed>::max()));
 }
 
 } // namespace
@@ -25,8 +26,8 @@ tavrel::Fixed saturate(int64_t value) {
 tavrel::Fixed fixedOf(double value) {
   if (std::isnan(value)) return 0;
   const double scaled = std::round(value * tavrel::fixedOne);
-  return static_cast<tavrel::Fixed>(std::clamp<double>(scaled, std::numeric_limits<tavrel::Fixed>::min(),
-                                                       std::numeric_limits<tavrel::Fixed>::max()));
+  return static_cast<tavrel::Fixed>(
+      std::clamp<double>(scaled, std::numeric_limits<tavrel::Fixed>::min(), std::numeric_limits<tavrel::Fixed>::max()));
 }
 
 int16_t saturate16(double value) {

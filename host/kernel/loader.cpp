@@ -92,8 +92,8 @@ void PluginLoader::shakeHands(Plugin &plugin, tavrel::PluginMain entry) {
   const auto handshake = tavrel::functionOf<tavrel::HandshakeProc>(record.handshake);
   if (callPlugin({plugin.extension, "the handshake callback"}, handshake, version, &plugin.record) == 0)
     return refuse(plugin, "its handshake failed");
-  for (const tavrel::Callback callback : {plugin.record.exportTables, plugin.record.importTables,
-                                          plugin.record.initialise, plugin.record.unload})
+  for (const tavrel::Callback callback :
+       {plugin.record.exportTables, plugin.record.importTables, plugin.record.initialise, plugin.record.unload})
     if (!isOwn(runtime_, plugin.extension, callback)) return refuse(plugin, "gave a callback that it did not create");
   if (!runtime_.atoms.known(plugin.record.name)) return refuse(plugin, "gave no name");
   plugin.name = runtime_.atoms.name(plugin.record.name);
@@ -106,8 +106,8 @@ void PluginLoader::runPhase(tavrel::Callback tavrel::HandshakeRecord::*callback,
   for (Plugin &plugin : plugins_) {
     if (plugin.state != from) continue;
     const tavrel::Callback step = plugin.record.*callback;
-    const bool done = step == nullptr || callPlugin({plugin.extension, what},
-                                                    tavrel::functionOf<tavrel::LifecycleProc>(step)) != 0;
+    const bool done =
+        step == nullptr || callPlugin({plugin.extension, what}, tavrel::functionOf<tavrel::LifecycleProc>(step)) != 0;
     if (done)
       plugin.state = to;
     else
@@ -127,8 +127,8 @@ void PluginLoader::unload() {
     if (plugin->state != PluginState::initialised) continue;
     plugin->state = PluginState::unloaded;
     const tavrel::Callback step = plugin->record.unload;
-    if (step != nullptr && callPlugin({plugin->extension, "the unload callback"},
-                                      tavrel::functionOf<tavrel::LifecycleProc>(step)) == 0)
+    if (step != nullptr &&
+        callPlugin({plugin->extension, "the unload callback"}, tavrel::functionOf<tavrel::LifecycleProc>(step)) == 0)
       runtime_.report("plug-in " + plugin->file.string() + ": the unload callback failed");
   }
   runtime_.tables.destroyServers();

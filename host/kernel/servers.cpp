@@ -18,13 +18,12 @@ tavrel::HFT TableRegistry::request(tavrel::Atom name, uint32_t version) {
   const auto found = serversByName_.find(name);
   if (found == serversByName_.end()) return nullptr;
   const Server &server = *found->second;
-  return callPlugin({server.extension, "the provide procedure"}, server.provide,
-                    serverHandles_.handle(found->second), version);
+  return callPlugin({server.extension, "the provide procedure"}, server.provide, serverHandles_.handle(found->second),
+                    version);
 }
 
 tavrel::HFTServer TableRegistry::newServer(Atoms &atoms, const Server &server) {
-  if (server.provide == nullptr)
-    throw HostError(tavrel::errBadArgument, "a table server without a provide procedure");
+  if (server.provide == nullptr) throw HostError(tavrel::errBadArgument, "a table server without a provide procedure");
   const tavrel::Atom name = atoms.atom(server.name);
   if (serversByName_.contains(name) || std::find(hostNames_.begin(), hostNames_.end(), name) != hostNames_.end())
     throw HostError(tavrel::errBadArgument, "a second table named " + server.name);

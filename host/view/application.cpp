@@ -47,7 +47,8 @@ void Application::bringToFront(ViewerDocument &document) {
 std::optional<Drawing> Application::draw(ViewerDocument &document) {
   if (!document.view) return std::nullopt;
   PageView &view = *document.view;
-  return view.draw([&] { callEach<tavrel::PageDrawProc>(pageDraw_, "the page-draw procedure", viewHandles_.handle(&view)); });
+  return view.draw(
+      [&] { callEach<tavrel::PageDrawProc>(pageDraw_, "the page-draw procedure", viewHandles_.handle(&view)); });
 }
 
 std::optional<Drawing> Application::drawIfNeeded(ViewerDocument &document) {

@@ -56,8 +56,8 @@ public:
   void removeToolBar();
 
   AuxData auxData;
-  AlertHandler alert;          ///< at first one that answers no
-  uint32_t modifierKeys = 0;   ///< flags (ModifierKey)
+  AlertHandler alert;        ///< at first one that answers no
+  uint32_t modifierKeys = 0; ///< flags (ModifierKey)
   /// Told when a document's view has something to draw.
   std::function<void(ViewerDocument &document)> listener;
 

@@ -23,8 +23,7 @@ bool AuxData::add(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel
   return true;
 }
 
-bool AuxData::remove(tavrel::ExtensionID extension, tavrel::Atom type,
-                     const tavrel::AuxDataHandler *handler) noexcept {
+bool AuxData::remove(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel::AuxDataHandler *handler) noexcept {
   const auto found = handlers_.find(type);
   if (found == handlers_.end() || std::erase(found->second, Handler{extension, handler}) == 0) return false;
   if (found->second.empty()) handlers_.erase(found);

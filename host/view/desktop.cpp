@@ -147,20 +147,21 @@ void reportWindowErrors() {
 
 TopLevel::TopLevel() {
   reportWindowErrors();
+  ::Display *display = XOpenDisplay(nullptr);
+  if (display == nullptr)
+    throw HostError(tavrel::errGeneric, std::string("display ") + XDisplayName(nullptr) + ": cannot be opened");
   XtToolkitInitialize();
-  XtAppContext context = XtCreateApplicationContext();
   int argc = 0;
-  ::Display *display = XtOpenDisplay(context, nullptr, "tavrel", "Tavrel", nullptr, 0, &argc, nullptr);
-  if (display == nullptr) {
-    XtDestroyApplicationContext(context);
-    const char *name = XDisplayName(nullptr);
-    throw HostError(tavrel::errGeneric, std::string("display ") + name + ": cannot be opened");
-  }
+  XtDisplayInitialize(XtCreateApplicationContext(), display, "tavrel", "Tavrel", nullptr, 0, &argc, nullptr);
   // The shell's size is its own business as long as it is not realised.
   Arg values[] = {{const_cast<char *>(XtNmappedWhenManaged), False}};
   widget_ = XtAppCreateShell("tavrel", "Tavrel", applicationShellWidgetClass, display, values, XtNumber(values));
 }
 
-TopLevel::~TopLevel() { XtDestroyApplicationContext(XtWidgetToApplicationContext(widget_)); }
+TopLevel::~TopLevel() {
+  XtAppContext context = XtWidgetToApplicationContext(widget_);
+  XtDestroyWidget(widget_);             // does not go with its context
+  XtDestroyApplicationContext(context); // closes the display
+}
 
 } // namespace host

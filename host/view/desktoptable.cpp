@@ -21,8 +21,8 @@ const char *resourceString(tavrel::Widget widget, const char *key, const char *b
   return WindowSystem::current().text(widget, key, builtIn);
 }
 
-tavrel::Bitmap resourceBitmap(tavrel::Widget widget, const char *name, const char *className,
-                              const unsigned char *bits, uint32_t width, uint32_t height) {
+tavrel::Bitmap resourceBitmap(tavrel::Widget widget, const char *name, const char *className, const unsigned char *bits,
+                              uint32_t width, uint32_t height) {
   return WindowSystem::current().bitmap(widget, name, className, bits, width, height);
 }
 

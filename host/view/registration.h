@@ -27,12 +27,15 @@ inline void addOnce(std::vector<Registration> &list, const Registration &registr
   if (std::find(list.begin(), list.end(), registration) == list.end()) list.push_back(registration);
 }
 
-/// Calls Procedure(argument, clientData) for each, on a copy of the list: what is registered meanwhile comes next time.
+/// Calls Procedure(argument, clientData) for each; what is registered meanwhile comes next time.
 template <typename Procedure, typename Argument>
-void callEach(std::vector<Registration> list, const char *what, Argument argument) {
-  for (const Registration &registration : list)
+void callEach(const std::vector<Registration> &list, const char *what, Argument argument) {
+  const size_t count = list.size(); // a list only grows
+  for (size_t n = 0; n < count; ++n) {
+    const Registration registration = list[n];
     callPlugin({registration.owner, what}, tavrel::functionOf<Procedure>(registration.callback), argument,
                registration.clientData);
+  }
 }
 
 } // namespace host

@@ -1,4 +1,5 @@
-// The model of a tool bar: which buttons there are, in which order they stand, what they say and do. Nothing here draws.
+// The model of a tool bar: which buttons there are, in which order they stand, what they say and do. Nothing here
+// draws.
 #pragma once
 
 #include <functional>

@@ -48,26 +48,60 @@ bool tellNewList(Doc document, uint32_t serial, GLTRecord *record) {
   return GLTStillRegistered(document, serial, nullptr) != nullptr;
 }
 
-void removeRecord(Doc document, GLTRecord *record) {
-  HLL *list = record->hll;
-  record->hll = nullptr;
-  GLT_DeleteHLL(list);
+/// Removes the record with its list. The host is asked for the key first: if it fails, all is as before.
+void removeRecord(Doc document, uint32_t serial) {
   const DocumentKey key = fetchKey(document);
+  GLTRecord *record = GLTStillRegistered(document, serial, nullptr);
+  if (record == nullptr) return;
+  GLT_DeleteHLL(record->hll);
   AssociateDelete(key.document, key.key1, key.key2);
 }
 
-/// Takes the document's record off the screen and out of the table. `list` is about to take its place: where it is the
-/// very list that goes, it becomes a copy, which the caller then owns. False when the registration went meanwhile.
-bool retire(Doc document, PageView view, GLTRecord *record, const HLL *&list, HLL *&ownCopy) {
+/// Whose a list is that is to be registered: the registration's that holds it, where it came from GLT_GetHLL, or the
+/// caller's own (serial 0). A registration may go while the host is called, and its list with it.
+struct Holder {
+  void *document;
+  uint32_t serial;
+};
+
+Holder holderOf(const HLL *list) {
+  for (const AssocEntry *entry = s_AssocList; list != nullptr && entry != nullptr; entry = entry->next) {
+    const auto *record = static_cast<const GLTRecord *>(entry->data);
+    if (entry->size == sizeof(GLTRecord) && record->hll == list) return {entry->object, record->serial};
+  }
+  return {nullptr, 0};
+}
+
+bool stillThere(const Holder &holder) {
+  if (holder.serial == 0) return true;
+  const auto *record = static_cast<const GLTRecord *>(AssociateFind(holder.document, s_gltAtom, s_gltAtom));
+  return record != nullptr && record->serial == holder.serial;
+}
+
+/// A copy of a registered list on its way from the old record to the new one. The host is called in between, so it is
+/// kept here, where the next registration finds it if that call fails.
+HLL *s_carried;
+
+/// Takes the document's record off the screen and out of the table. Where `list`, which is about to take its place, is
+/// the very list that goes, a copy is carried over and stands for it. False when the registration went by itself
+/// meanwhile.
+bool retire(Doc document, PageView view, GLTRecord *record, const HLL *&list) {
   const uint32_t serial = record->serial;
   TextSelection selection = GLTMapHLLToViewer(document, record);
   if (selection != nullptr) TavrelView::PageViewHighlightText(view, selection);
   record = GLTStillRegistered(document, serial, nullptr);
   if (record == nullptr || !tellNewList(document, serial, record)) return false;
-  record = GLTStillRegistered(document, serial, nullptr);
-  if (list != nullptr && list == record->hll) list = ownCopy = GLT_CopyHLL(list);
-  removeRecord(document, record);
+  const HLL *old = GLTStillRegistered(document, serial, nullptr)->hll;
+  if (list != nullptr && list == old) list = s_carried = GLT_CopyHLL(list);
+  removeRecord(document, serial);
   return true;
+}
+
+/// The new record's own copy: the one carried over, or a fresh one.
+HLL *takeCopy(const HLL *list) {
+  HLL *copy = s_carried != nullptr ? s_carried : GLT_CopyHLL(list);
+  s_carried = nullptr;
+  return copy;
 }
 
 } // namespace
@@ -95,22 +129,26 @@ Bool16 GLT_RegisterWordOffsetHLL(Doc document, const HLL *list, GLTJumpProc jump
 
 Bool16 GLT_RegisterHLLCommon(Doc document, const HLL *list, int32_t offsetUnits, GLTJumpProc jumpProc,
                              GLTNewProc newProc, Bool16 scroll, const ColorValue *color, int16_t wordFinderVersion) {
+  const Holder holder = holderOf(list);
   PageView view = TavrelView::DocGetPageView(document);
-  HLL *ownCopy = nullptr;
+  GLT_DeleteHLL(s_carried); // left by a registration that the host made fail
+  s_carried = nullptr;
   GLTRecord *old = GLTFindRecord(document);
-  if (old != nullptr && !retire(document, view, old, list, ownCopy))
+  if (!stillThere(holder)) return 1; // the list went with its own registration: there is nothing to show
+  if (old != nullptr && !retire(document, view, old, list))
     return 1; // another registration took this document meanwhile: it stands
 
+  const DocumentKey key = fetchKey(document);
+  if (list != s_carried && !stillThere(holder)) return 1;
   GLTRecord record;
   miMemsetSAFE(&record, 0, sizeof record);
-  record.hll = ownCopy != nullptr ? ownCopy : GLT_CopyHLL(list);
+  record.hll = takeCopy(list);
   record.jumpProc = jumpProc;
   record.newProc = newProc;
   record.wordFinderVersion = wordFinderVersion;
   record.color = color != nullptr ? *color : defaultColor;
   record.offsetUnits = offsetUnits;
   record.serial = nextSerial();
-  const DocumentKey key = fetchKey(document);
   // Filed or not, the display goes on with the record as built.
   const bool filed = AssociateNew(key.document, key.key1, key.key2, &record, sizeof record) != 0;
   if (!filed) record.serial = 0;
@@ -129,7 +167,7 @@ void GLT_UnregisterHLL(Doc document, HLL *list) {
   if (record == nullptr || record->hll != list) return;
   const uint32_t serial = record->serial;
   if (!tellNewList(document, serial, record)) return;
-  removeRecord(document, GLTStillRegistered(document, serial, nullptr));
+  removeRecord(document, serial);
   GLTShowHighlights(document, nullptr, 1);
 }
 

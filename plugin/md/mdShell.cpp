@@ -26,15 +26,15 @@ tavrel::Widget mdInitUtils() {
   if (topLevel == nullptr) return nullptr;
   Screen *screen = XtScreen(topLevel);
   Desktop::RegisterResourceClass(shellName, fallbackResources);
-  const int x = WidthOfScreen(screen) / 2;
-  const int y = HeightOfScreen(screen) / 2;
+  const XtArgVal x = WidthOfScreen(screen) / 2, y = HeightOfScreen(screen) / 2, mapped = False, size = 1;
   if (getenv("TAVREL_PLUGIN_PARENTLESS_ROOT") != nullptr) {
-    rootWidget = XtVaAppCreateShell(XtName(topLevel), shellName, applicationShellWidgetClass, DisplayOfScreen(screen),
-                                    XtNmappedWhenManaged, False, XtNx, x, XtNy, y, XtNwidth, 1, XtNheight, 1, nullptr);
+    rootWidget =
+        XtVaAppCreateShell(XtName(topLevel), shellName, applicationShellWidgetClass, DisplayOfScreen(screen),
+                           XtNmappedWhenManaged, mapped, XtNx, x, XtNy, y, XtNwidth, size, XtNheight, size, nullptr);
   } else {
     ::Widget parent = Desktop::GetTopLevelWidget();
-    rootWidget = XtVaCreatePopupShell(shellName, applicationShellWidgetClass, parent, XtNmappedWhenManaged, False, XtNx,
-                                      x, XtNy, y, XtNwidth, 1, XtNheight, 1, nullptr);
+    rootWidget = XtVaCreatePopupShell(shellName, applicationShellWidgetClass, parent, XtNmappedWhenManaged, mapped,
+                                      XtNx, x, XtNy, y, XtNwidth, size, XtNheight, size, nullptr);
   }
   if (rootWidget != nullptr) XtRealizeWidget(rootWidget);
   return rootWidget;

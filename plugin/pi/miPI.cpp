@@ -57,9 +57,11 @@ void miPIDocDidClose(Doc document, void * /*clientData*/) {
 void miPIPageViewDraw(PageView view, void * /*clientData*/) {
   Doc document = TavrelView::PageViewGetDoc(view);
   if (document == nullptr) return;
-  const HLL *list = GLT_GetHLL(document);
-  if (list == nullptr) return;
+  const GLTRecord *record = GLTFindRecord(document);
+  if (record == nullptr || record->hll == nullptr) return;
+  const uint32_t serial = record->serial;
   const int32_t page = TavrelView::PageViewGetPageNum(view);
+  record = GLTStillRegistered(document, serial, nullptr);
   uint32_t pageIndex = 0;
-  if (HLL_FindPagePos(list, page, &pageIndex)) GLT_SetPos(document, pageIndex, 0, 0);
+  if (record != nullptr && HLL_FindPagePos(record->hll, page, &pageIndex)) GLT_SetPos(document, pageIndex, 0, 0);
 }

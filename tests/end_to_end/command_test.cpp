@@ -121,7 +121,7 @@ TEST_F(Command, BadInputIsMetWithOneClearLineAndItsOwnStatus) {
       {"hits %D/encrypted.pdf word --password wrong", tools::exitPassword, "encrypted.pdf"},
       {"hits %D/two-columns.pdf rhinoceros -o %F/none.xml", tools::exitNothingMarked, "rhinoceros"},
       {"hits %D/two-columns.pdf words --color 123456", tools::exitUsage, "113355"},
-      {"hits %D/two-columns.pdf words -o /dev/null/hits.xml", tools::exitOutput, "/dev/null/hits.xml"},
+      {"hits %D/two-columns.pdf words -o /dev/null/hits.xml", tools::exitOutput, "/dev/null"},
   };
   const auto filled = [&](std::string text) {
     for (const auto &[mark, value] : {std::pair{std::string("%D"), documents}, {"%F", folder.string()}})

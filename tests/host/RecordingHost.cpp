@@ -58,7 +58,19 @@ struct RecordedCall {
       case RecordingHost::Verdict::fail:
         return R();
       default:
-        return Behaviour<Op>::replaced ? Behaviour<Op>::replaced(arguments...) : R();
+        return behave(s_current->interruptionDue_, arguments...);
+      }
+    }
+
+    static R behave(bool interrupted, A... arguments) {
+      s_current->interruptionDue_ = false;
+      if constexpr (std::is_void_v<R>) {
+        if (Behaviour<Op>::replaced) Behaviour<Op>::replaced(arguments...);
+        if (interrupted) s_current->interruption_();
+      } else {
+        const R result = Behaviour<Op>::replaced ? Behaviour<Op>::replaced(arguments...) : R();
+        if (interrupted) s_current->interruption_();
+        return result;
       }
     }
   };
@@ -152,6 +164,13 @@ std::vector<std::string> RecordingHost::without(const std::set<std::string> &ope
   return rest;
 }
 
+std::string RecordingHost::story() const {
+  std::string text = "\n";
+  for (const std::string &call : trace)
+    text += call + "\n";
+  return text;
+}
+
 void RecordingHost::clear() {
   trace.clear();
   calls = 0;
@@ -172,6 +191,11 @@ void RecordingHost::failAt(size_t call) { failCall_ = call; }
 
 void RecordingHost::raiseIn(const std::string &operation, int32_t code) { raiseIn_[operation] = code; }
 
+void RecordingHost::during(size_t call, std::function<void()> action) {
+  interruptCall_ = call;
+  interruption_ = std::move(action);
+}
+
 void RecordingHost::noFaults() {
   raiseFirst_ = failCall_ = SIZE_MAX;
   raiseLast_ = 0;
@@ -181,7 +205,11 @@ void RecordingHost::noFaults() {
 RecordingHost::Verdict RecordingHost::enter(const char *operation, const std::string &call) {
   trace.push_back(call);
   const size_t number = calls++;
-  if (neverFails(operation)) return Verdict::go;
+  if (neverFails(operation) || reliable.contains(strchr(operation, '.') + 1)) return Verdict::go;
+  if (number == interruptCall_) {
+    interruptCall_ = SIZE_MAX;
+    interruptionDue_ = true;
+  }
   const auto scripted = raiseIn_.find(strchr(operation, '.') + 1);
   if (scripted != raiseIn_.end()) {
     raiseCode_ = scripted->second;

@@ -43,7 +43,13 @@ public:
   size_t count(const std::string &operation) const;
   /// The trace without calls of these operations, for tests that care about the rest.
   std::vector<std::string> without(const std::set<std::string> &operations) const;
+  /// The trace as a text: a line feed, then a call a line, each ended by a line feed. Compares well with R"(...)".
+  std::string story() const;
   void clear(); ///< forgets the trace and the count of calls
+
+  /// Runs `action` in that call, after its behaviour and before it returns: a host that draws or calls another plug-in
+  /// there. Not in an operation on frames. Calls are counted as for faults.
+  void during(size_t call, std::function<void()> action);
 
   // What goes wrong. Calls are counted from 0 since the last `clear`; frame operations and GetExceptionCode count but
   // are never made to fail.
@@ -51,6 +57,7 @@ public:
   void raiseFrom(size_t call, int32_t code = tavrel::errGeneric); ///< it and every later one raise
   void failAt(size_t call);                                       ///< that call returns 0 or null without effect
   void raiseIn(const std::string &operation, int32_t code = tavrel::errGeneric); ///< every call of it raises
+  std::set<std::string> reliable; ///< operations ("AtomFromString") that no fault strikes, until the host goes
   void noFaults();
 
   /// Runs `body` inside a frame of the host's own, as a host calls a plug-in. False when it raised.
@@ -132,6 +139,9 @@ private:
   size_t raiseFirst_ = SIZE_MAX, raiseLast_ = 0, failCall_ = SIZE_MAX;
   int32_t raiseCode_ = 0;
   std::map<std::string, int32_t> raiseIn_;
+  size_t interruptCall_ = SIZE_MAX;
+  std::function<void()> interruption_;
+  bool interruptionDue_ = false;
   std::vector<std::function<void()>> undo_;
   uintptr_t nextHandle_ = 0x9000;
 };

@@ -1,10 +1,15 @@
-// The highlight list.
+// The highlight list: adding, finding, growing, copying, deleting.
 #include <gtest/gtest.h>
 
 #include "plugin/glt/glt.h"
+#include "tests/host/RecordingHost.h"
 #include "tests/plugin/glt/lists.h"
+#include "tests/support/FailingMemory.h"
+#include "tests/support/Rows.h"
 
 namespace {
+
+// Reading
 
 TEST(HighlightList, NewListIsEmptyAndHasNoHighlights) {
   const ListOwner list({});
@@ -13,8 +18,57 @@ TEST(HighlightList, NewListIsEmptyAndHasNoHighlights) {
   EXPECT_EQ(HLL_GetPageCount(list), 0U);
   EXPECT_EQ(HLL_GetWordCount(list), 0U);
   EXPECT_EQ(HLL_GetHL(list, 0, 0, &page, &pos, &len), 0);
+  EXPECT_EQ(HLL_GetHL(list, UINT32_MAX, UINT16_MAX, &page, &pos, &len), 0);
   EXPECT_EQ(page, -7);
 }
+
+TEST(HighlightList, HasTheUserDataOfItsCreatorUntilOtherIsSet) {
+  int creator = 0, other = 0;
+  const ListOwner list({}, &creator);
+  EXPECT_EQ(HLL_GetData(list), &creator);
+  HLL_SetData(list, &other);
+  EXPECT_EQ(HLL_GetData(list), &other);
+}
+
+struct Access : Row {
+  uint32_t pageIndex;
+  uint16_t wordIndex;
+  bool found;
+  Highlight highlight;
+};
+class Accessor : public testing::TestWithParam<Access> {};
+
+TEST_P(Accessor, GivesTheHighlightOrTouchesNothing) {
+  const ListOwner list({{9, 10, 1}, {9, 20, 2}, {4, 30, 3}});
+  Highlight h = {-1, 1, 1};
+  EXPECT_EQ(HLL_GetHL(list, GetParam().pageIndex, GetParam().wordIndex, &h.page, &h.pos, &h.len), GetParam().found);
+  EXPECT_EQ(h, GetParam().highlight);
+}
+
+constexpr Highlight untouched = {-1, 1, 1};
+INSTANTIATE_TEST_SUITE_P(HighlightList, Accessor,
+                         testing::ValuesIn<Access>({
+                             {{"First"}, 0, 0, true, {9, 10, 1}},
+                             {{"LastOfItsPage"}, 0, 1, true, {9, 20, 2}},
+                             {{"SecondPage"}, 1, 0, true, {4, 30, 3}},
+                             {{"WordIndexEqualToCount"}, 0, 2, false, untouched},
+                             {{"WordIndexBeyond"}, 1, 65535, false, untouched},
+                             {{"PageIndexEqualToCount"}, 2, 0, false, untouched},
+                             {{"PageIndexIsUnsigned"}, UINT32_MAX, 0, false, untouched},
+                         }),
+                         rowName<Access>);
+
+TEST(HighlightList, NullReadsAsAnEmptyList) {
+  Highlight h = untouched;
+  uint32_t index = 99;
+  EXPECT_EQ(HLL_GetPageCount(nullptr), 0U);
+  EXPECT_EQ(HLL_GetWordCount(nullptr), 0U);
+  EXPECT_EQ(HLL_GetHL(nullptr, 0, 0, &h.page, &h.pos, &h.len), 0);
+  EXPECT_EQ(HLL_FindPagePos(nullptr, 0, &index), 0);
+  EXPECT_EQ(index, 99U);
+}
+
+// Adding and finding
 
 TEST(HighlightList, FirstLengthOfAPositionWins) {
   const ListOwner list({});
@@ -22,6 +76,12 @@ TEST(HighlightList, FirstLengthOfAPositionWins) {
   EXPECT_EQ(HLL_AddHL(list, 7, 3, 5), 1);
   EXPECT_EQ(highlightsOf(list), (Highlights{{7, 3, 2}}));
   EXPECT_EQ(HLL_GetWordCount(list), 1U);
+}
+
+TEST(HighlightList, SamePositionOnAnotherPageIsAnotherHighlight) {
+  const ListOwner list({{7, 3, 2}, {8, 3, 5}});
+  EXPECT_EQ(highlightsOf(list), (Highlights{{7, 3, 2}, {8, 3, 5}}));
+  EXPECT_EQ(HLL_GetWordCount(list), 2U);
 }
 
 TEST(HighlightList, PagesStandInOrderOfAdding) {
@@ -32,6 +92,318 @@ TEST(HighlightList, PagesStandInOrderOfAdding) {
   EXPECT_EQ(index, 1U);
   EXPECT_EQ(HLL_FindPagePos(list, 4, &index), 0);
   EXPECT_EQ(index, 1U) << "untouched";
+}
+
+TEST(HighlightList, HighlightsOfAPageStandInOrderOfAdding) {
+  const ListOwner list({{1, 30, 1}, {1, 10, 1}, {1, 20, 1}});
+  EXPECT_EQ(highlightsOf(list), (Highlights{{1, 30, 1}, {1, 10, 1}, {1, 20, 1}}));
+}
+
+TEST(HighlightList, KeepsNumbersOfFullWidth) {
+  const Highlights extremes = {{INT32_MIN, 0, 0}, {INT32_MAX, 65535, 65535}, {-1, 65535, 0}};
+  const ListOwner list({extremes[0], extremes[1], extremes[2]});
+  uint32_t index = 0;
+  EXPECT_EQ(highlightsOf(list), extremes);
+  EXPECT_EQ(HLL_FindPagePos(list, -1, &index), 1);
+  EXPECT_EQ(index, 2U);
+}
+
+TEST(HighlightList, FindsPageRecordsAndHighlights) {
+  const ListOwner list({{9, 1, 1}, {2, 5, 6}});
+  EXPECT_EQ(HLLFindPage(list, 2), &list.list()->pages[1]);
+  EXPECT_EQ(HLLFindPage(list, 3), nullptr);
+  EXPECT_EQ(HLPFindWord(HLLFindPage(list, 2), 5)->len, 6);
+  EXPECT_EQ(HLPFindWord(HLLFindPage(list, 2), 1), nullptr);
+}
+
+TEST(HighlightList, NewPageRecordIsEmpty) {
+  const ListOwner list({{9, 1, 1}});
+  const HLP *page = HLLInsertPage(list, 4);
+  EXPECT_EQ(page, &list.list()->pages[1]);
+  EXPECT_EQ(page->page, 4);
+  EXPECT_EQ(page->words, nullptr);
+  EXPECT_EQ(page->count, 0);
+  EXPECT_EQ(page->capacity, 0);
+}
+
+TEST(HighlightList, PageAtAnIndexIsNullBeyondTheEnd) {
+  const ListOwner list({{9, 1, 1}});
+  EXPECT_EQ(HLLPageAt(list, 0)->page, 9);
+  EXPECT_EQ(HLLPageAt(list, 1), nullptr);
+  EXPECT_EQ(HLLPageAt(list, UINT32_MAX), nullptr);
+  EXPECT_EQ(HLLPageAt(nullptr, 0), nullptr);
+}
+
+// Growing
+
+struct Growth : Row {
+  uint32_t start, needed, capacity;
+};
+class PageGrowth : public testing::TestWithParam<Growth> {};
+class WordGrowth : public testing::TestWithParam<Growth> {};
+
+/// Brings a list to a page capacity that is a multiple of 8.
+void givePages(HLL *list, uint32_t capacity) {
+  if (capacity != 0) HLLCheck(list, capacity - 1);
+  ASSERT_EQ(list->pageCapacity, capacity);
+}
+
+TEST_P(PageGrowth, IsByTheNextMultipleOfEightAbove) {
+  const ListOwner list({});
+  givePages(list, GetParam().start);
+  EXPECT_EQ(HLLCheck(list, GetParam().needed), 1);
+  EXPECT_EQ(list.list()->pageCapacity, GetParam().capacity);
+}
+
+INSTANTIATE_TEST_SUITE_P(HighlightList, PageGrowth,
+                         testing::ValuesIn<Growth>({
+                             {{"None"}, 0, 0, 8},
+                             {{"First"}, 0, 1, 8},
+                             {{"Seventh"}, 8, 7, 8},
+                             {{"Eighth"}, 8, 8, 16},
+                             {{"Fifteenth"}, 16, 15, 16},
+                             {{"Sixteenth"}, 16, 16, 24},
+                             {{"AboveHalfStays"}, 24, 8, 24},
+                             {{"HalfShrinks"}, 32, 8, 16},
+                             {{"LessThanHalfShrinks"}, 32, 1, 8},
+                             {{"HalfOfSixteenShrinks"}, 16, 1, 8},
+                         }),
+                         rowName<Growth>);
+
+TEST_P(WordGrowth, IsByTheNextMultipleOfSixteenAbove) {
+  const ListOwner list({});
+  HLP *page = HLLInsertPage(list, 1);
+  if (GetParam().start != 0) HLPCheck(page, static_cast<uint16_t>(GetParam().start - 1));
+  ASSERT_EQ(page->capacity, GetParam().start);
+  EXPECT_EQ(HLPCheck(page, static_cast<uint16_t>(GetParam().needed)), 1);
+  EXPECT_EQ(page->capacity, GetParam().capacity);
+}
+
+INSTANTIATE_TEST_SUITE_P(HighlightList, WordGrowth,
+                         testing::ValuesIn<Growth>({
+                             {{"First"}, 0, 1, 16},
+                             {{"Fifteenth"}, 16, 15, 16},
+                             {{"Sixteenth"}, 16, 16, 32},
+                             {{"ThirtySecond"}, 32, 32, 48},
+                             {{"AboveHalfStays"}, 48, 16, 48},
+                             {{"HalfShrinks"}, 64, 16, 32},
+                             {{"Largest"}, 65504, 65519, 65520},
+                         }),
+                         rowName<Growth>);
+
+TEST(HighlightList, EighthPageGrowsTheArrayFromEightToSixteen) {
+  const ListOwner list({{1, 1, 1}});
+  EXPECT_EQ(list.list()->pageCapacity, 8U);
+  for (int32_t page = 2; page <= 7; ++page)
+    HLL_AddHL(list, page, 1, 1);
+  EXPECT_EQ(list.list()->pageCapacity, 8U);
+  HLL_AddHL(list, 8, 1, 1);
+  EXPECT_EQ(list.list()->pageCapacity, 16U);
+}
+
+TEST(HighlightList, SixteenthHighlightGrowsItsPageFromSixteenToThirtyTwo) {
+  const ListOwner list({});
+  for (uint16_t pos = 1; pos <= 15; ++pos)
+    HLL_AddHL(list, 1, pos, 1);
+  EXPECT_EQ(list.list()->pages->capacity, 16);
+  HLL_AddHL(list, 1, 16, 1);
+  EXPECT_EQ(list.list()->pages->capacity, 32);
+  EXPECT_EQ(highlightsOf(list).size(), 16U);
+}
+
+// The limit of a page
+
+/// A list with one page, number 1, of as many highlights as a page can hold. Added without the search for doubles.
+class FullPage : public testing::Test {
+protected:
+  FullPage() {
+    HLP *page = HLLInsertPage(list_, 1);
+    for (uint16_t pos = 0; pos < 65519; ++pos)
+      HLPInsertWord(page, pos, 1);
+    list_.list()->wordCount = 65519;
+  }
+  const HLP *page() const { return list_.list()->pages; }
+  ListOwner list_ = ListOwner({});
+};
+
+TEST_F(FullPage, Holds65519Highlights) {
+  EXPECT_EQ(page()->count, 65519);
+  EXPECT_EQ(page()->capacity, 65520);
+  EXPECT_EQ(page()->words[65518].pos, 65518);
+}
+
+TEST_F(FullPage, RefusesTheNextWhileTheWordCountRises) {
+  EXPECT_EQ(HLL_AddHL(list_, 1, 65519, 1), 1);
+  EXPECT_EQ(HLL_GetWordCount(list_), 65520U);
+  EXPECT_EQ(page()->count, 65519);
+  EXPECT_EQ(page()->words[65518].pos, 65518) << "what is there stays";
+}
+
+TEST_F(FullPage, RefusesWithoutTouchingItsArray) {
+  const HL *words = page()->words;
+  EXPECT_EQ(HLPInsertWord(list_.list()->pages, 65519, 1), nullptr);
+  EXPECT_EQ(page()->words, words);
+  EXPECT_EQ(page()->capacity, 65520);
+}
+
+TEST_F(FullPage, LeavesOtherPagesRoom) {
+  HLL_AddHL(list_, 2, 1, 1);
+  EXPECT_EQ(list_.list()->pages[1].count, 1);
+}
+
+TEST_F(FullPage, StillKnowsItsDoubles) {
+  EXPECT_EQ(HLL_AddHL(list_, 1, 65518, 9), 1);
+  EXPECT_EQ(HLL_GetWordCount(list_), 65519U);
+}
+
+// Copying and deleting
+
+TEST(HighlightList, CopyHasTheSameDataPagesAndHighlights) {
+  int data = 0;
+  const ListOwner list({{9, 5, 1}, {2, 4, 2}, {9, 3, 3}}, &data);
+  HLL *copy = GLT_CopyHLL(list);
+  EXPECT_NE(copy, list.list());
+  EXPECT_EQ(HLL_GetData(copy), &data);
+  EXPECT_EQ(highlightsOf(copy), highlightsOf(list));
+  EXPECT_EQ(HLL_GetWordCount(copy), 3U);
+  GLT_DeleteHLL(copy);
+}
+
+TEST(HighlightList, CopyIsDeep) {
+  HLL *copy = nullptr;
+  {
+    const ListOwner list({{9, 5, 1}});
+    copy = GLT_CopyHLL(list);
+    HLL_AddHL(list, 9, 6, 1);
+  }
+  EXPECT_EQ(highlightsOf(copy), (Highlights{{9, 5, 1}}));
+  GLT_DeleteHLL(copy);
+}
+
+TEST(HighlightList, CopyCountsWhatIsStoredAndNotWhatWasAccepted) {
+  const ListOwner list({{9, 5, 1}});
+  list.list()->wordCount = 40;
+  HLL *copy = GLT_CopyHLL(list);
+  EXPECT_EQ(HLL_GetWordCount(copy), 1U);
+  GLT_DeleteHLL(copy);
+}
+
+TEST(HighlightList, CopyGrowsByTheRulesAndDropsEmptyPages) {
+  const ListOwner list({{9, 5, 1}});
+  HLLInsertPage(list, 3);
+  HLLCheck(list, 100);
+  HLL *copy = GLT_CopyHLL(list);
+  EXPECT_EQ(copy->pageCapacity, 8U);
+  EXPECT_EQ(HLL_GetPageCount(copy), 1U) << "a page without a highlight gives nothing to add";
+  GLT_DeleteHLL(copy);
+}
+
+TEST(HighlightList, CopyOfAnEmptyListIsEmpty) {
+  const ListOwner list({});
+  HLL *copy = GLT_CopyHLL(list);
+  EXPECT_EQ(HLL_GetPageCount(copy), 0U);
+  EXPECT_EQ(copy->pages, nullptr);
+  GLT_DeleteHLL(copy);
+}
+
+TEST(HighlightList, WithAPageThatHasNoArrayIsDeletedWithoutError) {
+  HLL *list = GLT_NewHLL(nullptr);
+  HLL_AddHL(list, 1, 1, 1);
+  HLLInsertPage(list, 2);
+  HLL_AddHL(list, 3, 1, 1);
+  GLT_DeleteHLL(list);
+}
+
+// Memory
+
+TEST(HighlightListMemory, NewAndCopyAreNullWithoutAHeader) {
+  const ListOwner list({{1, 1, 1}});
+  {
+    const FailingMemory memory(0);
+    EXPECT_EQ(GLT_NewHLL(nullptr), nullptr);
+  }
+  const FailingMemory memory(0);
+  EXPECT_EQ(GLT_CopyHLL(list), nullptr);
+}
+
+TEST(HighlightListMemory, WordCountRisesThoughTheHighlightIsNotStored) {
+  const ListOwner list({});
+  HLLInsertPage(list, 7);
+  {
+    const FailingMemory memory(0);
+    EXPECT_EQ(HLL_AddHL(list, 7, 3, 2), 1);
+  }
+  EXPECT_EQ(HLL_GetWordCount(list), 1U);
+  EXPECT_EQ(highlightsOf(list), Highlights{});
+}
+
+TEST(HighlightListMemory, FullArrayOfAPageStaysAsItIs) {
+  const ListOwner list({});
+  for (uint16_t pos = 1; pos <= 15; ++pos)
+    HLL_AddHL(list, 1, pos, 1);
+  {
+    const FailingMemory memory(0);
+    EXPECT_EQ(HLL_AddHL(list, 1, 16, 1), 1);
+  }
+  EXPECT_EQ(highlightsOf(list).size(), 15U);
+  EXPECT_EQ(list.list()->pages->capacity, 16);
+  EXPECT_EQ(HLL_GetWordCount(list), 16U);
+}
+
+TEST(HighlightListMemory, PageThatCannotBeMadeDropsTheHighlight) {
+  const ListOwner list({});
+  {
+    const FailingMemory memory(0);
+    EXPECT_EQ(HLL_AddHL(list, 7, 3, 2), 1);
+  }
+  EXPECT_EQ(HLL_GetPageCount(list), 0U);
+  EXPECT_EQ(list.list()->pageCapacity, 0U);
+}
+
+TEST(HighlightListMemory, PageArrayThatCannotGrowStaysAsItIs) {
+  const ListOwner list({});
+  for (int32_t page = 1; page <= 7; ++page)
+    HLL_AddHL(list, page, 1, 1);
+  {
+    const FailingMemory memory(0);
+    EXPECT_EQ(HLLCheck(list, 8), 0);
+    EXPECT_EQ(HLL_AddHL(list, 8, 1, 1), 1);
+  }
+  HLL_AddHL(list, 9, 1, 1);
+  EXPECT_EQ(highlightsOf(list).back(), (Highlight{9, 1, 1})) << "and grows when there is memory again";
+}
+
+struct PartOfACopy : Row {
+  size_t failing; ///< which allocation
+  Highlights copied;
+};
+class CopyWithoutMemory : public testing::TestWithParam<PartOfACopy> {};
+
+TEST_P(CopyWithoutMemory, HasWhatCouldBeAdded) {
+  const ListOwner list({{1, 1, 1}, {2, 2, 2}});
+  HLL *copy = nullptr;
+  {
+    const FailingMemory memory(GetParam().failing);
+    copy = GLT_CopyHLL(list);
+  }
+  EXPECT_EQ(highlightsOf(copy), GetParam().copied);
+  GLT_DeleteHLL(copy);
+}
+
+INSTANTIATE_TEST_SUITE_P(HighlightListMemory, CopyWithoutMemory,
+                         testing::ValuesIn<PartOfACopy>({
+                             {{"PagesAreAskedForAgain"}, 1, {{2, 2, 2}}},
+                             {{"WordsOfTheFirstPage"}, 2, {{2, 2, 2}}},
+                             {{"WordsOfTheSecondPage"}, 3, {{1, 1, 1}}},
+                             {{"NoneFails"}, 4, {{1, 1, 1}, {2, 2, 2}}},
+                         }),
+                         rowName<PartOfACopy>);
+
+TEST(HighlightList, MakesNoHostCall) {
+  const RecordingHost host;
+  const ListOwner list({{1, 1, 1}, {2, 2, 2}});
+  GLT_DeleteHLL(GLT_CopyHLL(list));
+  EXPECT_EQ(host.story(), "\n");
 }
 
 } // namespace

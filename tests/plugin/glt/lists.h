@@ -45,6 +45,7 @@ public:
   ListOwner(const ListOwner &) = delete;
   ListOwner &operator=(const ListOwner &) = delete;
   operator HLL *() const { return list_; }
+  HLL *list() const { return list_; }
 
 private:
   HLL *list_;

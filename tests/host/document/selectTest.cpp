@@ -1,0 +1,208 @@
+// Selections: which boxes ranges of characters and words cover, and one selection for equal ranges.
+#include "host/document/select.h"
+
+#include <gmock/gmock.h>
+
+#include "support/pdf.h"
+
+namespace host {
+namespace {
+
+using tavrel::TextRange;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+MATCHER_P4(IsBox, left, bottom, right, top, "") {
+  *result_listener << "(" << arg.left << " " << arg.bottom << " " << arg.right << " " << arg.top << ")";
+  const auto near = [](double a, double b) { return std::abs(a - b) < 0.01; };
+  return near(arg.left, left) && near(arg.bottom, bottom) && near(arg.right, right) && near(arg.top, top);
+}
+
+// A word whose characters are ten wide, from `left` on, on the base line 0 and ten high.
+WordText word(std::u32string text, uint32_t offset, double left) {
+  WordText result{.text = std::move(text), .offset = offset};
+  for (size_t i = 0; i < result.text.size(); ++i) {
+    const double from = left + 10.0 * static_cast<double>(i);
+    result.characters.push_back({from, 10, from + 10, 0});
+  }
+  result.bounds = {left, 10, left + 10.0 * static_cast<double>(result.text.size()), 0};
+  return result;
+}
+
+// "abc de"
+PageText twoWords() { return {.words = {word(U"abc", 0, 0), word(U"de", 4, 100)}}; }
+
+std::vector<Box> characters(const PageText &page, const std::vector<Span> &spans) {
+  return characterBoxes(page, spans);
+}
+
+// ---- characters ----
+
+TEST(CharacterBoxes, PartOfAWord) { EXPECT_THAT(characters(twoWords(), {{1, 2}}), ElementsAre(IsBox(10, 0, 20, 10))); }
+
+TEST(CharacterBoxes, OneBoxAWord) {
+  EXPECT_THAT(characters(twoWords(), {{2, 5}}), ElementsAre(IsBox(20, 0, 30, 10), IsBox(100, 0, 110, 10)));
+}
+
+TEST(CharacterBoxes, SeparatorCoversNothing) { EXPECT_THAT(characters(twoWords(), {{3, 4}}), IsEmpty()); }
+
+TEST(CharacterBoxes, BeyondTheEndIsCut) {
+  EXPECT_THAT(characters(twoWords(), {{5, 5000}}), ElementsAre(IsBox(110, 0, 120, 10)));
+  EXPECT_THAT(characters(twoWords(), {{6, 5000}}), IsEmpty());
+}
+
+TEST(CharacterBoxes, TwoPlacesInAWordAreTwoBoxes) {
+  EXPECT_THAT(characters(twoWords(), {{0, 1}, {2, 3}}), ElementsAre(IsBox(0, 0, 10, 10), IsBox(20, 0, 30, 10)));
+}
+
+TEST(CharacterBoxes, LettersOfALigatureInTwoPlacesAreOneBox) {
+  PageText page = twoWords();
+  page.words[0].characters.assign(3, Box{0, 10, 30, 0});
+  EXPECT_THAT(characters(page, {{0, 1}, {2, 3}}), ElementsAre(IsBox(0, 0, 30, 10)));
+}
+
+TEST(CharacterBoxes, CharacterWithoutAreaAddsNothing) {
+  PageText page = twoWords();
+  page.words[0].characters[2] = Box{};
+  EXPECT_THAT(characters(page, {{1, 3}}), ElementsAre(IsBox(10, 0, 20, 10)));
+}
+
+struct Bare {
+  const char *name;
+  int quarterTurns;
+  Box box;
+};
+
+void PrintTo(const Bare &word, std::ostream *out) { *out << word.name; }
+
+class WithoutCharacterBoxes : public testing::TestWithParam<Bare> {};
+
+TEST_P(WithoutCharacterBoxes, ShareOfTheWordStandsForThem) {
+  PageText page{.words = {WordText{.text = U"abcd", .bounds = {0, 40, 40, 0}, .characters = std::vector<Box>(4)}}};
+  page.words[0].quarterTurns = GetParam().quarterTurns;
+  const Box &box = GetParam().box;
+  EXPECT_THAT(characters(page, {{0, 1}}), ElementsAre(IsBox(box.left, box.bottom, box.right, box.top)));
+}
+
+INSTANTIATE_TEST_SUITE_P(First, WithoutCharacterBoxes,
+                         testing::Values(Bare{"ToTheRight", 0, {0, 40, 10, 0}}, Bare{"Down", 1, {0, 40, 40, 30}},
+                                         Bare{"ToTheLeft", 2, {30, 40, 40, 0}}, Bare{"Up", 3, {0, 10, 40, 0}}),
+                         [](const testing::TestParamInfo<Bare> &instance) { return instance.param.name; });
+
+// ---- words ----
+
+TEST(WordBoxes, OneBoxAWordInReadingOrder) {
+  const std::vector<Span> spans = {{0, 2}};
+  EXPECT_THAT(wordBoxes(twoWords(), spans, {}), ElementsAre(IsBox(0, 0, 30, 10), IsBox(100, 0, 120, 10)));
+}
+
+TEST(WordBoxes, NumberedInAnotherOrder) {
+  const std::vector<Span> spans = {{0, 1}};
+  const std::vector<uint32_t> order = {1, 0};
+  EXPECT_THAT(wordBoxes(twoWords(), spans, order), ElementsAre(IsBox(100, 0, 120, 10)));
+}
+
+TEST(WordBoxes, BeyondTheEndIsCut) {
+  const std::vector<Span> spans = {{1, 70'000}};
+  EXPECT_THAT(wordBoxes(twoWords(), spans, {}), ElementsAre(IsBox(100, 0, 120, 10)));
+}
+
+// ---- selections of a document ----
+
+class SelectionTest : public testing::Test {
+protected:
+  // Page 0: "alpha beta" in reading order, "beta" drawn first. Page 1: "alpha".
+  SelectionTest()
+      : document(Document::open(
+            folder.pdf({{.texts = {{.x = 50, .y = 100, .text = "beta"}, {.x = 50, .y = 500, .text = "alpha"}}},
+                        {.texts = {{.x = 50, .y = 500, .text = "alpha"}}}}),
+            "")) {}
+
+  const Selection *characters(const std::vector<TextRange> &ranges, int32_t page = 0) {
+    return document->selectCharacters(page, ranges);
+  }
+  const Selection *words(const std::vector<TextRange> &ranges, int16_t version = readingOrderVersion) {
+    return document->selectWords(0, ranges, version);
+  }
+
+  test::ScratchFolder folder;
+  std::unique_ptr<Document> document;
+};
+
+TEST_F(SelectionTest, EqualRangesAreTheSameSelection) {
+  EXPECT_EQ(characters({{0, 3}}), characters({{0, 3}}));
+  EXPECT_EQ(words({{0, 1}, {1, 1}}), words({{0, 1}, {1, 1}}));
+  EXPECT_EQ(document->selectionCount(), 2U);
+}
+
+TEST_F(SelectionTest, OtherRangesPagesKindsAndVersionsAreOthers) {
+  const std::set<const Selection *> different = {characters({{0, 1}}), characters({{0, 2}}), characters({{0, 1}}, 1),
+                                                 words({{0, 1}}), words({{0, 1}}, contentOrderVersion)};
+  EXPECT_EQ(different.size(), 5U);
+  EXPECT_EQ(document->selectionCount(), 5U);
+}
+
+TEST_F(SelectionTest, KnowsItsPage) {
+  EXPECT_EQ(characters({{0, 1}})->page, 0);
+  EXPECT_EQ(characters({{0, 1}}, 1)->page, 1);
+}
+
+TEST_F(SelectionTest, WordsAreNumberedByTheirVersion) {
+  EXPECT_GT(words({{0, 1}}, readingOrderVersion)->bounds.bottom, 400) << "alpha is read first";
+  EXPECT_LT(words({{0, 1}}, contentOrderVersion)->bounds.bottom, 200) << "beta is drawn first";
+}
+
+TEST_F(SelectionTest, BoundsGoAroundAllBoxes) {
+  const Selection *selection = words({{0, 2}});
+  ASSERT_EQ(selection->boxes.size(), 2U);
+  EXPECT_THAT(selection->bounds, IsBox(50, 100 - 1.57, 80, 500 + 6.29));
+}
+
+TEST_F(SelectionTest, NothingCoveredIsNoSelection) {
+  EXPECT_EQ(characters({}), nullptr);
+  EXPECT_EQ(characters({{0, 0}}), nullptr);
+  EXPECT_EQ(characters({{5, 1}}), nullptr) << "the separator";
+  EXPECT_EQ(characters({{10, 1}, {65535, 65535}}), nullptr) << "beyond the end";
+  EXPECT_EQ(words({{2, 1}}), nullptr);
+  EXPECT_EQ(document->selectionCount(), 0U);
+}
+
+TEST_F(SelectionTest, RangesBeyondTheEndAreCut) {
+  EXPECT_EQ(words({{1, 65535}})->boxes.size(), 1U);
+  EXPECT_THAT(characters({{8, 65535}})->boxes, ElementsAre(IsBox(62, 100 - 1.57, 74, 100 + 6.29)));
+}
+
+TEST_F(SelectionTest, CountsTheRangesThatCoverSomething) {
+  EXPECT_EQ(characters({{0, 1}, {5, 1}, {6, 1}, {99, 1}})->ranges, 2U);
+}
+
+TEST_F(SelectionTest, OverlappingRangesAreOneMark) {
+  EXPECT_EQ(characters({{0, 3}, {1, 3}})->boxes.size(), 1U);
+  EXPECT_EQ(words({{0, 2}, {1, 1}, {0, 1}})->boxes.size(), 2U);
+}
+
+TEST_F(SelectionTest, UnknownVersionIsABadArgument) {
+  for (const int16_t version : {int16_t{0}, int16_t{3}, int16_t{-1}})
+    try {
+      words({{0, 1}}, version);
+      ADD_FAILURE() << version;
+    } catch (const HostError &error) {
+      EXPECT_EQ(error.code, tavrel::errBadArgument);
+    }
+}
+
+TEST_F(SelectionTest, LivesUntilTheDocumentCloses) {
+  const tavrel::TextSelection handle = selections().handle(characters({{0, 1}}));
+  EXPECT_EQ(selections().find(handle).page, 0);
+  document.reset();
+  EXPECT_THROW(selections().find(handle), HostError);
+}
+
+TEST_F(SelectionTest, StaysWhenThePagesTextIsForgotten) {
+  const Selection *selection = characters({{0, 3}});
+  document->forgetText(0);
+  EXPECT_EQ(characters({{0, 3}}), selection);
+}
+
+} // namespace
+} // namespace host

@@ -1,0 +1,236 @@
+// Exception frames, and calls into plug-ins that go wrong.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "Guest.h"
+#include "host/kernel/table.h"
+#include "tavrel/Kernel.h"
+
+namespace {
+
+using tavrel::ExceptionFrame;
+using test::Guest;
+using testing::ElementsAre;
+
+void jumpBack(ExceptionFrame *frame) { longjmp(frame->context, 1); }
+
+// A protected region as a plug-in writes it. Returns whether the body raised.
+bool raises(void (*body)()) {
+  ExceptionFrame frame;
+  void (*volatile run)() = body;
+  Kernel::PushExceptionFrame(&frame, jumpBack);
+  if (setjmp(frame.context) == 0) {
+    run();
+    Kernel::PopExceptionFrame();
+    return false;
+  }
+  Kernel::PopExceptionFrame();
+  return true;
+}
+
+void nothing() {}
+void fail() { Kernel::RaiseError(tavrel::errNoMemory); }
+
+int32_t one() { return 1; }
+int32_t raiseThree() {
+  Kernel::RaiseError(3);
+  return 1;
+}
+int32_t throwSomething() { throw std::runtime_error("from a plug-in in C++"); }
+
+ExceptionFrame forgottenFrames[3];
+int32_t forgetFrames() {
+  for (ExceptionFrame &frame : forgottenFrames)
+    Kernel::PushExceptionFrame(&frame, jumpBack);
+  return 1;
+}
+
+struct Frames : testing::Test {
+  host::Runtime runtime;
+  Guest guest{runtime};
+
+  int32_t call(int32_t (*function)()) { return host::callPlugin({guest.id, "the call"}, function); }
+};
+
+TEST_F(Frames, ABodyThatSucceedsGoesOn) {
+  EXPECT_FALSE(raises(nothing));
+  EXPECT_EQ(runtime.frames.depth(), 0U);
+}
+
+TEST_F(Frames, ARaiseGoesToTheFrame) {
+  EXPECT_TRUE(raises(fail));
+  EXPECT_EQ(Kernel::GetExceptionCode(), tavrel::errNoMemory);
+  EXPECT_EQ(runtime.frames.depth(), 0U);
+}
+
+TEST_F(Frames, ARaiseGoesToTheInnermostFrame) {
+  static bool innerRaised;
+  EXPECT_FALSE(raises([] { innerRaised = raises(fail); }));
+  EXPECT_TRUE(innerRaised);
+}
+
+TEST_F(Frames, AHandlerThatRaisesAgainGoesToTheOuterFrame) {
+  EXPECT_TRUE(raises([] {
+    if (raises(fail)) Kernel::RaiseError(tavrel::errBadPage);
+  }));
+  EXPECT_EQ(Kernel::GetExceptionCode(), tavrel::errBadPage);
+}
+
+TEST_F(Frames, ARaiseLeavesTheFrameForTheHandlerToPop) {
+  static size_t depthInHandler;
+  ExceptionFrame frame;
+  Kernel::PushExceptionFrame(&frame, jumpBack);
+  if (setjmp(frame.context) == 0) fail();
+  depthInHandler = host::Runtime::current().frames.depth();
+  Kernel::PopExceptionFrame();
+  EXPECT_EQ(depthInHandler, 1U);
+}
+
+TEST_F(Frames, AsManyAsPromisedNest) {
+  static ExceptionFrame frames[tavrel::maxFrames];
+  EXPECT_EQ(guest.attempt([] {
+    for (ExceptionFrame &frame : frames)
+      Kernel::PushExceptionFrame(&frame, jumpBack);
+    for (size_t n = 0; n < tavrel::maxFrames; ++n)
+      Kernel::PopExceptionFrame();
+  }),
+            0);
+}
+
+TEST_F(Frames, OneTooManyIsAnErrorLikeAnyOther) {
+  static uint32_t depth;
+  static void (*deeper)() = [] {
+    ++depth;
+    raises(deeper);
+  };
+  depth = 0;
+  EXPECT_EQ(guest.attempt([] { raises(deeper); }), 0);
+  EXPECT_EQ(depth, tavrel::maxFrames);
+  EXPECT_EQ(Kernel::GetExceptionCode(), tavrel::errFrames);
+  EXPECT_EQ(runtime.frames.depth(), 0U);
+}
+
+TEST_F(Frames, AFrameWithoutARestoreProcedureRaises) {
+  static ExceptionFrame frame;
+  EXPECT_EQ(guest.attempt([] { Kernel::PushExceptionFrame(&frame, nullptr); }), tavrel::errBadArgument);
+}
+
+TEST_F(Frames, PoppingTooOftenRaisesAndLeavesTheHostsFrame) {
+  EXPECT_EQ(guest.attempt([] { Kernel::PopExceptionFrame(); }), tavrel::errFrames);
+  EXPECT_EQ(runtime.frames.depth(), 0U);
+}
+
+TEST_F(Frames, APluginThatRaisesGivesTheFailureValue) {
+  EXPECT_EQ(call(one), 1);
+  EXPECT_EQ(call(raiseThree), 0);
+  EXPECT_THAT(guest.reports, ElementsAre("guest: the call failed with error 3: raised by the plug-in"));
+}
+
+TEST_F(Frames, TheHostGoesOnAfterARaise) {
+  call(raiseThree);
+  EXPECT_EQ(call(one), 1);
+  EXPECT_EQ(runtime.frames.depth(), 0U);
+}
+
+TEST_F(Frames, ForgottenFramesAreClosedAndNoted) {
+  EXPECT_EQ(call(forgetFrames), 1);
+  EXPECT_EQ(runtime.frames.depth(), 0U);
+  EXPECT_THAT(guest.reports, ElementsAre("guest: the call left 3 exception frames open"));
+}
+
+TEST_F(Frames, AnExceptionOfAPluginEndsTheCall) {
+  EXPECT_EQ(call(throwSomething), 0);
+  EXPECT_EQ(runtime.frames.depth(), 0U);
+  EXPECT_THAT(guest.reports, ElementsAre("guest: the call threw an exception"));
+}
+
+TEST_F(Frames, ARaiseInsideACallWithinACallEndsOnlyTheInnerOne) {
+  static Frames *test;
+  static int32_t inner;
+  test = this;
+  const auto outer = +[]() -> int32_t {
+    inner = test->call(raiseThree);
+    return 7;
+  };
+  EXPECT_EQ(call(outer), 7);
+  EXPECT_EQ(inner, 0);
+}
+
+TEST_F(Frames, ARaiseNeverPassesAFrameOfTheHost) {
+  static Frames *test;
+  static bool outerRaised;
+  test = this;
+  call(+[]() -> int32_t {
+    outerRaised = raises([] { test->call(raiseThree); });
+    return 1;
+  });
+  EXPECT_FALSE(outerRaised);
+}
+
+// What the body stores before it raises has to be there afterwards: a compiler that sees the body never return drops
+// it.
+TEST_F(Frames, WhatABodyStoresBeforeItRaisesIsThere) {
+  int stored = 0;
+  guest.attempt([&] {
+    stored = 42;
+    host::raise(tavrel::errGeneric);
+  });
+  EXPECT_EQ(stored, 42);
+}
+
+TEST_F(Frames, CallsWithoutEndFailInsteadOfOverflowing) {
+  static Frames *test;
+  static uint32_t depth;
+  test = this;
+  depth = 0;
+  static int32_t (*again)() = []() -> int32_t {
+    ++depth;
+    try {
+      return test->call(again);
+    } catch (const host::HostError &error) {
+      return error.code;
+    }
+  };
+  EXPECT_EQ(call(again), tavrel::errFrames);
+  EXPECT_EQ(depth, host::maxHostFrames);
+  EXPECT_EQ(runtime.frames.depth(), 0U);
+}
+
+TEST_F(Frames, AnOperationThatFailsSaysWhy) {
+  guest.attempt([] { Kernel::PopExceptionFrame(); });
+  EXPECT_THAT(guest.reports, ElementsAre("guest: the body failed with error 6: an exception frame popped too often"));
+}
+
+struct Told : host::CallWatcher {
+  void beforeCall() override { ++before; }
+  void afterCall() noexcept override { ++after; }
+  int before = 0, after = 0;
+};
+
+TEST_F(Frames, WatchersAreToldAroundEveryCallAlsoOneThatFails) {
+  Told told;
+  runtime.watch(&told);
+  call(one);
+  call(raiseThree);
+  runtime.unwatch(&told);
+  call(one);
+  EXPECT_EQ(told.before, 2);
+  EXPECT_EQ(told.after, 2);
+}
+
+using FramesDeathTest = Frames;
+
+TEST_F(FramesDeathTest, ARaiseWithoutAnyFrameEndsTheProgramWithALine) {
+  EXPECT_DEATH(Kernel::RaiseError(tavrel::errBadPage), "error 4 outside every exception frame: raised by the plug-in");
+}
+
+TEST_F(FramesDeathTest, ARestoreProcedureThatComesBackEndsTheProgram) {
+  ExceptionFrame frame;
+  Kernel::PushExceptionFrame(&frame, [](ExceptionFrame *) {});
+  EXPECT_DEATH(Kernel::RaiseError(1), "a restore procedure came back");
+  Kernel::PopExceptionFrame();
+}
+
+} // namespace

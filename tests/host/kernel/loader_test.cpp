@@ -1,0 +1,163 @@
+// The loader, with small plug-ins that do one thing right or wrong (tests/host/plugins).
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "host/kernel/loader.h"
+#include "host/plugins/journal.h"
+#include "support/pdf.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+std::vector<std::string> journal;
+void note(const char *line) { journal.emplace_back(line); }
+tavrel::Entry journalTable[] = {tavrel::entryOf(note)};
+
+struct Loader : testing::Test {
+  Loader() {
+    journal.clear();
+    runtime.addTable(test::journalName, test::journalVersion, journalTable);
+    runtime.reporter = [this](const std::string &line) { reports.push_back(line); };
+  }
+
+  // Puts a test plug-in into the folder, under a name.
+  void install(const char *plugin, const std::string &name) const {
+    fs::create_symlink(fs::path(TEST_PLUGINS) / (std::string(plugin) + ".so"), folder.path() / name);
+  }
+  void load() { loader.load({folder.path()}); }
+  std::string reasonOf(size_t index) const { return loader.plugins().at(index).reason; }
+
+  test::ScratchFolder folder;
+  std::vector<std::string> reports;
+  host::Runtime runtime;
+  host::PluginLoader loader{runtime};
+};
+
+TEST_F(Loader, TakesEveryPluginThroughAPhaseBeforeTheNextOne) {
+  install("second", "b.so");
+  install("good", "a.so");
+  load();
+  loader.unload();
+  EXPECT_THAT(journal,
+              ElementsAre("good set up", "good handshake", "second set up", "second handshake", "good export",
+                          "second export", "good initialise", "second initialise", "second unload", "good unload"));
+  EXPECT_THAT(reports, ElementsAre());
+}
+
+TEST_F(Loader, KnowsAPluginByItsOwnName) {
+  install("good", "a.so");
+  load();
+  EXPECT_EQ(loader.plugins().at(0).name, "good");
+  EXPECT_EQ(loader.plugins().at(0).state, host::PluginState::initialised);
+}
+
+TEST_F(Loader, UnloadsOnce) {
+  install("good", "a.so");
+  load();
+  loader.unload();
+  journal.clear();
+  loader.unload();
+  EXPECT_THAT(journal, ElementsAre());
+  EXPECT_EQ(loader.plugins().at(0).state, host::PluginState::unloaded);
+}
+
+TEST_F(Loader, CallsNoPluginAfterItIsUnloaded) {
+  install("good", "a.so");
+  load();
+  loader.unload();
+  EXPECT_FALSE(runtime.extensions.active(loader.plugins().at(0).extension));
+}
+
+TEST_F(Loader, IgnoresWhatIsNoLibrary) {
+  folder.write("readme.txt", "nothing to load");
+  load();
+  EXPECT_TRUE(loader.plugins().empty());
+}
+
+TEST_F(Loader, HasNoPluginsWhereThereIsNoDirectory) {
+  loader.load({folder.path() / "nowhere"});
+  EXPECT_TRUE(loader.plugins().empty());
+  EXPECT_THAT(reports, ElementsAre());
+}
+
+struct BadPlugin {
+  const char *plugin, *reason;
+};
+
+constexpr BadPlugin badPlugins[] = {
+    {"refuses", "its entry point failed"},
+    {"nomain", "has no entry point `main`"},
+    {"otherversion", "speaks handshake version 0x30000"},
+    {"nosetup", "its set-up failed"},
+    {"raises", "the initialisation callback failed"},
+    {"strangecallback", "gave a callback that it did not create"},
+};
+
+TEST_F(Loader, NamesEachPluginThatFailsWithItsReasonAndGoesOn) {
+  for (const BadPlugin &bad : badPlugins)
+    install(bad.plugin, std::string("a-") + bad.plugin + ".so");
+  install("good", "b.so");
+  load();
+  EXPECT_EQ(loader.plugins().back().state, host::PluginState::initialised);
+  for (const BadPlugin &bad : badPlugins) {
+    const fs::path file = folder.path() / (std::string("a-") + bad.plugin + ".so");
+    EXPECT_THAT(reports, testing::Contains(HasSubstr("plug-in " + file.string() + ": " + bad.reason)));
+  }
+}
+
+TEST_F(Loader, SaysWhyALibraryCannotBeOpened) {
+  folder.write("broken.so", "no library at all");
+  load();
+  EXPECT_EQ(reports.size(), 1U);
+  EXPECT_THAT(reasonOf(0), testing::AnyOf(HasSubstr("file too short"), HasSubstr("invalid ELF header")));
+}
+
+TEST_F(Loader, RefusesTheSameLibraryASecondTime) {
+  install("good", "a.so");
+  install("good", "b.so");
+  load();
+  EXPECT_THAT(reasonOf(1), HasSubstr("is the same library as"));
+  EXPECT_EQ(loader.plugins().at(0).state, host::PluginState::initialised);
+}
+
+TEST_F(Loader, APluginThatRaisesIsNotCalledAgain) {
+  install("raises", "a.so");
+  load();
+  EXPECT_FALSE(runtime.extensions.active(loader.plugins().at(0).extension));
+  loader.unload();
+  EXPECT_THAT(journal, testing::Not(testing::Contains("raises unload")));
+}
+
+TEST_F(Loader, APluginThatForgetsAFrameLivesOn) {
+  install("forgets", "a.so");
+  load();
+  EXPECT_EQ(loader.plugins().at(0).state, host::PluginState::initialised);
+  EXPECT_EQ(runtime.frames.depth(), 0U);
+  EXPECT_THAT(reports, ElementsAre("forgets: the initialisation callback left 1 exception frames open"));
+}
+
+TEST_F(Loader, LooksInTheDirectoryGivenFirst) {
+  setenv("TAVREL_PLUGIN_PATH", "/one:/two", 1);
+  EXPECT_THAT(host::pluginDirectories("/given"), ElementsAre(fs::path("/given")));
+  unsetenv("TAVREL_PLUGIN_PATH");
+}
+
+TEST_F(Loader, LooksInTheDirectoriesOfTheEnvironmentNext) {
+  setenv("TAVREL_PLUGIN_PATH", "/one::/two", 1);
+  EXPECT_THAT(host::pluginDirectories(""), ElementsAre(fs::path("/one"), fs::path("/two")));
+  unsetenv("TAVREL_PLUGIN_PATH");
+}
+
+TEST_F(Loader, LooksBesideTheProgramOrWhereItIsInstalledAtLast) {
+  const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
+  const fs::path expected =
+      fs::is_directory(here / "plugins") ? here / "plugins" : here.parent_path() / "lib/tavrel/plugins";
+  EXPECT_THAT(host::pluginDirectories(""), ElementsAre(expected));
+}
+
+} // namespace

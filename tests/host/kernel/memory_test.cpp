@@ -1,0 +1,101 @@
+// The host's allocator for plug-ins.
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <cstring>
+
+#include "Guest.h"
+#include "tavrel/TavrelSupport.h"
+
+namespace {
+
+using test::Guest;
+
+struct Memory : testing::Test {
+  host::Runtime runtime;
+  Guest guest{runtime};
+};
+
+TEST_F(Memory, ABlockCanBeWrittenToItsLastByte) {
+  void *block = TavrelSupport::Malloc(1000);
+  std::memset(block, 0xAB, 1000);
+  TavrelSupport::Free(block);
+  EXPECT_EQ(runtime.memory.blocks(), 0U);
+}
+
+TEST_F(Memory, ABlockOfNothingIsABlock) {
+  void *block = TavrelSupport::Malloc(0);
+  EXPECT_NE(block, nullptr);
+  TavrelSupport::Free(block);
+}
+
+TEST_F(Memory, ExhaustedMemoryIsNullNotARaise) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the sanitizer's allocator ends the program instead of giving null";
+#endif
+  rlimit before{};
+  getrlimit(RLIMIT_AS, &before);
+  rlimit narrow = before;
+  narrow.rlim_cur = 1U << 30U;
+  setrlimit(RLIMIT_AS, &narrow);
+  void *fresh = nullptr, *resized = nullptr, *small = TavrelSupport::Malloc(10);
+  EXPECT_EQ(guest.attempt([&] {
+    fresh = TavrelSupport::Malloc(UINT32_MAX);
+    resized = TavrelSupport::Realloc(small, UINT32_MAX);
+  }),
+            0);
+  setrlimit(RLIMIT_AS, &before);
+  EXPECT_EQ(fresh, nullptr);
+  EXPECT_EQ(resized, nullptr);
+  EXPECT_EQ(runtime.memory.bytes(), 10U) << "the old block stays as it is";
+  TavrelSupport::Free(small);
+}
+
+TEST_F(Memory, ResizingKeepsTheBytes) {
+  auto *block = static_cast<char *>(TavrelSupport::Malloc(3));
+  std::memcpy(block, "ab", 3);
+  block = static_cast<char *>(TavrelSupport::Realloc(block, 100000));
+  EXPECT_STREQ(block, "ab");
+  EXPECT_EQ(runtime.memory.bytes(), 100000U);
+  TavrelSupport::Free(block);
+}
+
+TEST_F(Memory, MemoryIsAccountedToThePluginBeingCalled) {
+  void *ofGuest = nullptr;
+  guest.attempt([&] { ofGuest = TavrelSupport::Malloc(10); });
+  void *ofHost = TavrelSupport::Malloc(7);
+  EXPECT_EQ(runtime.memory.bytes(guest.id), 10U);
+  EXPECT_EQ(runtime.memory.bytes(host::hostExtension), 7U);
+  EXPECT_EQ(runtime.memory.bytes(), 17U);
+  TavrelSupport::Free(ofGuest);
+  TavrelSupport::Free(ofHost);
+}
+
+TEST_F(Memory, FreeingNullDoesNothing) {
+  EXPECT_EQ(guest.attempt([] { TavrelSupport::Free(nullptr); }), 0);
+}
+
+TEST_F(Memory, FreeingTwiceRaises) {
+  EXPECT_EQ(guest.attempt([] {
+    void *block = TavrelSupport::Malloc(1);
+    TavrelSupport::Free(block);
+    TavrelSupport::Free(block);
+  }),
+            tavrel::errBadHandle);
+}
+
+TEST_F(Memory, FreeingAnUnknownBlockRaises) {
+  static int mine;
+  EXPECT_EQ(guest.attempt([] { TavrelSupport::Free(&mine); }), tavrel::errBadHandle);
+}
+
+TEST_F(Memory, ResizingAnUnknownBlockRaises) {
+  EXPECT_EQ(guest.attempt([] { TavrelSupport::Realloc(nullptr, 1); }), tavrel::errBadHandle);
+}
+
+TEST_F(Memory, WhatAPluginLeavesGoesWithTheHost) {
+  TavrelSupport::Malloc(100); // the leak checker has the last word
+  EXPECT_EQ(runtime.memory.blocks(), 1U);
+}
+
+} // namespace

@@ -1,0 +1,8 @@
+// The tables as a plug-in has them: tests call the host through these.
+#include "tavrel/Kernel.h"
+#include "tavrel/TavrelSupport.h"
+
+#include "host/kernel/runtime.h"
+
+tavrel::HFT gKernelHFT = host::kernelTable();
+tavrel::HFT gTavrelSupportHFT = host::supportTable();

@@ -1,0 +1,68 @@
+// The frame of every plug-in of the loader's tests: it notes each call in the journal and does what its TestPlugin
+// says.
+#include "TestPlugin.h"
+
+#include <cstdio>
+
+#include "journal.h"
+#include "tavrel/Kernel.h"
+
+tavrel::HFT gKernelHFT, gJournalHFT;
+
+namespace {
+
+tavrel::ExtensionID self;
+
+void say(const char *what) {
+  char line[64];
+  std::snprintf(line, sizeof line, "%s %s", testPlugin.name, what);
+  if (gJournalHFT != nullptr) test::note(line);
+}
+
+tavrel::Callback callback(tavrel::LifecycleProc function) {
+  return Kernel::CreateCallback(self, tavrel::entryOf(function));
+}
+
+uint32_t exportTables() {
+  say("export");
+  return 1;
+}
+
+uint32_t initialise() {
+  say("initialise");
+  if (testPlugin.initialise != nullptr) testPlugin.initialise();
+  return 1;
+}
+
+uint32_t unload() {
+  say("unload");
+  return 1;
+}
+
+uint32_t handshake(uint32_t, tavrel::HandshakeRecord *record) {
+  say("handshake");
+  record->name = Kernel::AtomFromString(testPlugin.name);
+  record->exportTables = testPlugin.strangeCallback ? tavrel::entryOf(exportTables) : callback(exportTables);
+  record->initialise = callback(initialise);
+  record->unload = callback(unload);
+  return 1;
+}
+
+uint32_t setUp(uint32_t, tavrel::SetupRecord *record) {
+  self = record->extension;
+  gKernelHFT = record->kernel;
+  gJournalHFT = Kernel::RequestTable(Kernel::AtomFromString(test::journalName), test::journalVersion);
+  say("set up");
+  record->handshake = Kernel::CreateCallback(self, tavrel::entryOf(handshake));
+  return testPlugin.setupResult;
+}
+
+} // namespace
+
+extern "C" __attribute__((visibility("protected"))) uint32_t testPluginMain(uint32_t, uint32_t *version,
+                                                                            void **setup) __asm__("main");
+uint32_t testPluginMain(uint32_t, uint32_t *version, void **setup) {
+  *version = testPlugin.version;
+  *setup = reinterpret_cast<void *>(setUp);
+  return testPlugin.mainResult;
+}

@@ -1,0 +1,3 @@
+// A library that is no plug-in: nothing in it is called main.
+extern "C" __attribute__((visibility("default"))) int somethingElse();
+int somethingElse() { return 1; }

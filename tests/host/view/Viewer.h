@@ -1,0 +1,38 @@
+// A viewer with one open document, and a plug-in that works on it.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "FakeDocument.h"
+#include "host/kernel/Guest.h"
+#include "host/view/application.h"
+#include "tavrel/Kernel.h"
+#include "tavrel/TavrelView.h"
+
+namespace test {
+
+struct Viewer : testing::Test {
+  /// 72 dots per inch: a pixel of the page is a point.
+  static constexpr double dpi = 72;
+  static constexpr int32_t pageCount = 5;
+
+  Viewer() {
+    auto fake = std::make_unique<FakeDocument>(pageCount);
+    model = fake.get();
+    document = &app.open(std::move(fake), "test.pdf", dpi);
+    doc = app.documents().handle(document);
+    view = app.views().handle(document->view.get());
+    bar = TavrelView::GetToolBar();
+  }
+
+  host::Runtime runtime;
+  Guest guest{runtime};
+  host::Application app{runtime};
+  FakeDocument *model = nullptr;
+  host::ViewerDocument *document = nullptr;
+  tavrel::Doc doc = nullptr;
+  tavrel::PageView view = nullptr;
+  tavrel::ToolBar bar = nullptr;
+};
+
+} // namespace test

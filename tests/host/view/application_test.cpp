@@ -1,0 +1,253 @@
+// Documents, notifications, auxiliary data, alerts and keys, by way of the TavrelView table.
+#include <gmock/gmock.h>
+
+#include "Viewer.h"
+
+namespace {
+
+using tavrel::Atom;
+using tavrel::Doc;
+using testing::ElementsAre;
+
+// What callbacks saw; they are functions without data.
+std::vector<Doc> opened, closed;
+std::vector<std::string> delivered;
+tavrel::Bool16 answer;
+
+void didOpen(Doc document, void *) { opened.push_back(document); }
+// The document is still there for whoever is told that it closes.
+void didClose(Doc document, void *) {
+  TavrelView::PageViewRefreshArea(TavrelView::DocGetPageView(document), nullptr);
+  closed.push_back(document);
+}
+tavrel::Bool16 receive(Atom, const void *data, uint32_t length, Doc) {
+  delivered.emplace_back(static_cast<const char *>(data), length);
+  return answer;
+}
+
+struct Application : test::Viewer {
+  Application() {
+    opened.clear();
+    closed.clear();
+    delivered.clear();
+    answer = 1;
+  }
+  void listen(int32_t selector, tavrel::DocNotifyProc procedure) {
+    TavrelView::RegisterNotification(selector, guest.id, guest.callback(procedure), nullptr);
+  }
+  host::ViewerDocument &openAnother() { return app.open(std::make_unique<test::FakeDocument>(1), "b.pdf", dpi); }
+  bool deliver(Atom type, const std::string &bytes) { return app.auxData.deliver(type, bytes, doc); }
+};
+
+TEST_F(Application, TheDocumentOpenedLastIsInFront) {
+  EXPECT_EQ(TavrelView::GetFrontDoc(), doc);
+  host::ViewerDocument &second = openAnother();
+  EXPECT_EQ(TavrelView::GetFrontDoc(), app.documents().handle(&second));
+  app.bringToFront(*document);
+  EXPECT_EQ(TavrelView::GetFrontDoc(), doc);
+}
+
+TEST_F(Application, WithoutADocumentThereIsNoFrontOne) {
+  app.close(*document);
+  EXPECT_EQ(TavrelView::GetFrontDoc(), nullptr);
+}
+
+TEST_F(Application, OpeningAndClosingAreTold) {
+  listen(tavrel::notifyDocDidOpen, didOpen);
+  listen(tavrel::notifyDocDidClose, didClose);
+  host::ViewerDocument &second = openAnother();
+  const Doc handle = app.documents().handle(&second);
+  EXPECT_THAT(opened, ElementsAre(handle));
+  app.close(second);
+  EXPECT_THAT(closed, ElementsAre(handle));
+  EXPECT_TRUE(guest.reports.empty()) << guest.reports.front();
+}
+
+TEST_F(Application, WhoRegistersTwiceIsToldOnce) {
+  listen(tavrel::notifyDocDidOpen, didOpen);
+  listen(tavrel::notifyDocDidOpen, didOpen);
+  openAnother();
+  EXPECT_EQ(opened.size(), 1U);
+}
+
+TEST_F(Application, AnUnknownNotificationRaises) {
+  const tavrel::Callback callback = guest.callback(didOpen);
+  EXPECT_EQ(guest.attempt([=, this] { TavrelView::RegisterNotification(5, guest.id, callback, nullptr); }),
+            tavrel::errBadArgument);
+}
+
+TEST_F(Application, AFunctionThatIsNoCallbackRaises) {
+  const tavrel::Entry function = tavrel::entryOf(didOpen);
+  EXPECT_EQ(guest.attempt([=, this] { TavrelView::RegisterNotification(4, guest.id, function, nullptr); }),
+            tavrel::errBadHandle);
+  EXPECT_EQ(guest.attempt([=] { TavrelView::RegisterPageDrawProc(function, nullptr); }), tavrel::errBadHandle);
+}
+
+TEST_F(Application, ADocumentThatIsClosedIsNoHandleAnyMore) {
+  const Doc stale = doc;
+  const tavrel::PageView staleView = view;
+  app.close(*document);
+  EXPECT_EQ(guest.attempt([=] { TavrelView::DocGetPageView(stale); }), tavrel::errBadHandle);
+  EXPECT_EQ(guest.attempt([=] { TavrelView::DocGetModelDoc(stale); }), tavrel::errBadHandle);
+  EXPECT_EQ(guest.attempt([=] { TavrelView::PageViewBeginBatch(staleView); }), tavrel::errBadHandle);
+  EXPECT_EQ(guest.attempt([] { TavrelView::DocGetPageView(nullptr); }), tavrel::errBadHandle);
+}
+
+TEST_F(Application, ANullPageViewIsLetPass) {
+  const tavrel::TextSelection selection = model->select(0, {{0, 1, 1, 0}});
+  EXPECT_EQ(guest.attempt([=] {
+    tavrel::DeviceRect rect{};
+    tavrel::ColorValue color{};
+    tavrel::FixedMatrix matrix{};
+    constexpr tavrel::PageView none = nullptr;
+    TavrelView::PageViewGetVisibleRect(none, &rect);
+    TavrelView::PageViewFetchDrawColor(none, &color);
+    TavrelView::PageViewApplyDrawColor(none, &color);
+    TavrelView::PageViewBeginBatch(none);
+    TavrelView::PageViewEndBatch(none);
+    TavrelView::PageViewShowPage(none, 0);
+    TavrelView::PageViewScrollToPoint(none, 0, 0);
+    TavrelView::PageViewRefreshArea(none, nullptr);
+    TavrelView::PageViewGetPageTransform(none, &matrix);
+    TavrelView::PageViewPaintSelection(none, selection);
+    TavrelView::PageViewHighlightText(none, selection);
+  }),
+            0);
+  EXPECT_EQ(TavrelView::PageViewGetPageNum(nullptr), 0);
+  EXPECT_EQ(TavrelView::PageViewGetDoc(nullptr), nullptr);
+}
+
+TEST_F(Application, ANullPlaceForAResultRaises) {
+  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewGetVisibleRect(view, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewGetPageTransform(view, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewApplyDrawColor(view, nullptr); }), tavrel::errBadArgument);
+}
+
+TEST_F(Application, AnUnknownSelectionRaises) {
+  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewHighlightText(view, nullptr); }), tavrel::errBadHandle);
+  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewPaintSelection(view, nullptr); }), tavrel::errBadHandle);
+}
+
+TEST_F(Application, AuxiliaryDataGoesToTheHandlerOfItsType) {
+  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
+  const Atom type = runtime.atoms.atom("tavrelglt"), other = runtime.atoms.atom("other");
+  EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 0);
+  EXPECT_EQ(TavrelView::RegisterAuxDataHandler(guest.id, type, &handler), 1);
+  EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 1);
+  EXPECT_FALSE(deliver(other, "not for it"));
+  EXPECT_TRUE(deliver(type, std::string("with a \0 in it", 14)));
+  EXPECT_THAT(delivered, ElementsAre(std::string("with a \0 in it", 14)));
+}
+
+TEST_F(Application, TheNextHandlerIsAskedOnlyIfItWasNotTheFirstOnesBusiness) {
+  const tavrel::AuxDataHandler first{8, guest.callback(receive)}, second{8, guest.callback(receive)};
+  const Atom type = runtime.atoms.atom("xml");
+  TavrelView::RegisterAuxDataHandler(guest.id, type, &first);
+  TavrelView::RegisterAuxDataHandler(guest.id, type, &second);
+  EXPECT_TRUE(deliver(type, "a"));
+  EXPECT_EQ(delivered.size(), 1U);
+  answer = 0;
+  EXPECT_FALSE(deliver(type, "b"));
+  EXPECT_EQ(delivered.size(), 3U);
+}
+
+TEST_F(Application, TheSameHandlerIsRegisteredOnceForAType) {
+  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
+  const Atom type = runtime.atoms.atom("xml");
+  EXPECT_EQ(TavrelView::RegisterAuxDataHandler(guest.id, type, &handler), 1);
+  EXPECT_EQ(TavrelView::RegisterAuxDataHandler(guest.id, type, &handler), 0);
+}
+
+TEST_F(Application, AHandlerIsRemovedOnce) {
+  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
+  const Atom type = runtime.atoms.atom("xml");
+  TavrelView::RegisterAuxDataHandler(guest.id, type, &handler);
+  EXPECT_EQ(TavrelView::UnregisterAuxDataHandler(guest.id, type, &handler), 1);
+  EXPECT_EQ(TavrelView::UnregisterAuxDataHandler(guest.id, type, &handler), 0);
+  EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 0);
+}
+
+TEST_F(Application, AHandlerThatTheHostCannotReadRaises) {
+  static tavrel::AuxDataHandler handler;
+  const Atom type = runtime.atoms.atom("xml");
+  const auto attempt = [&](uint32_t size, tavrel::Callback perform) {
+    handler = {size, perform};
+    return guest.attempt([=, this] { TavrelView::RegisterAuxDataHandler(guest.id, type, &handler); });
+  };
+  EXPECT_EQ(attempt(16, guest.callback(receive)), tavrel::errBadArgument);
+  EXPECT_EQ(attempt(8, nullptr), tavrel::errBadHandle);
+  EXPECT_EQ(guest.attempt([=, this] { TavrelView::RegisterAuxDataHandler(guest.id, type, nullptr); }),
+            tavrel::errBadArgument);
+  handler = {8, guest.callback(receive)};
+  EXPECT_EQ(guest.attempt([this] { TavrelView::RegisterAuxDataHandler(guest.id, 0, &handler); }), tavrel::errBadHandle);
+}
+
+TEST_F(Application, AnAlertIsAnsweredNoUnlessToldOtherwise) {
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(TavrelView::Alert(tavrel::alertQuestion, "Go on?", "Yes", "No", nullptr, 1), 2);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "tavrel: asked \"Go on?\", answered \"No\"\n");
+}
+
+struct AlertRow {
+  const char *first, *second, *third;
+  int32_t yes, no;
+};
+
+constexpr AlertRow alertRows[] = {
+    {"Yes", "No", "Cancel", 1, 2},     {"Yes", "No", nullptr, 1, 2},       {"OK", nullptr, nullptr, 1, 1},
+    {nullptr, nullptr, nullptr, 0, 0}, {nullptr, "Second", nullptr, 2, 2}, {"First", nullptr, "Third", 1, 3},
+};
+
+TEST_F(Application, YesIsTheFirstButtonAndNoTheSecondOrLast) {
+  testing::internal::CaptureStderr();
+  for (const AlertRow &row : alertRows) {
+    app.alert = host::answerAlerts(true);
+    EXPECT_EQ(TavrelView::Alert(0, "?", row.first, row.second, row.third, 0), row.yes);
+    app.alert = host::answerAlerts(false);
+    EXPECT_EQ(TavrelView::Alert(0, "?", row.first, row.second, row.third, 0), row.no);
+  }
+  testing::internal::GetCapturedStderr();
+}
+
+TEST_F(Application, AWindowGetsTheWholeAlert) {
+  host::Alert shown;
+  app.alert = [&](const host::Alert &alert) {
+    shown = alert;
+    return 3;
+  };
+  EXPECT_EQ(TavrelView::Alert(tavrel::alertNote, nullptr, "a", "b", "c", 1), 3);
+  EXPECT_EQ(shown.icon, tavrel::alertNote);
+  EXPECT_EQ(shown.message, "");
+  EXPECT_EQ(shown.buttons[2], "c");
+  EXPECT_TRUE(shown.beep);
+}
+
+TEST_F(Application, ModifierKeysAreWhatTheWindowSays) {
+  EXPECT_EQ(TavrelView::GetModifierKeyState(), 0U);
+  app.modifierKeys = tavrel::modifierShift | tavrel::modifierAlt;
+  EXPECT_EQ(TavrelView::GetModifierKeyState(), 5U);
+}
+
+TEST(HostTables, AreKnownAtTheirVersions) {
+  host::Runtime runtime;
+  host::addHostTables(runtime);
+  const auto request = [](const char *name, uint32_t version) {
+    return Kernel::RequestTable(Kernel::AtomFromString(name), version);
+  };
+  EXPECT_EQ(request("DocModel", 0x00050000), host::docModelTable());
+  EXPECT_EQ(request("TavrelView", 0x00050001), host::viewTable());
+  EXPECT_EQ(request("Desktop", 0x00040000), host::desktopTable());
+}
+
+TEST(HostTables, WithoutAnApplicationQuestionsAreAnsweredAndTheRestRaises) {
+  host::Runtime runtime;
+  test::Guest guest(runtime);
+  EXPECT_EQ(TavrelView::GetFrontDoc(), nullptr);
+  EXPECT_EQ(TavrelView::GetToolBar(), nullptr);
+  EXPECT_EQ(TavrelView::GetModifierKeyState(), 0U);
+  EXPECT_EQ(TavrelView::HasAuxDataHandler(1), 0);
+  EXPECT_EQ(TavrelView::UnregisterAuxDataHandler(guest.id, 1, nullptr), 0);
+  EXPECT_EQ(guest.attempt([] { TavrelView::Alert(0, "?", nullptr, nullptr, nullptr, 0); }), tavrel::errGeneric);
+}
+
+} // namespace

@@ -1,0 +1,203 @@
+// Texts and images from the X resource database, on a private display.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "host/kernel/Guest.h"
+#include "host/view/application.h"
+#include "host/view/desktop.h"
+#include "support/pdf.h"
+#include "tavrel/Desktop.h"
+#include "tools/display.h"
+
+// Last: X has names and macros that the others use for themselves.
+#include <X11/Intrinsic.h>
+#include <X11/Shell.h>
+
+namespace {
+
+constexpr unsigned char checkers[] = {0x55, 0xAA};
+const char *const builtIn = "built in";
+
+// A display for the whole program, and a user whose home is an empty folder.
+class PrivateDisplay : public testing::Environment {
+public:
+  void SetUp() override {
+    unsetenv("DISPLAY");
+    unsetenv("XENVIRONMENT");
+    setenv("HOME", home_.path().c_str(), 1);
+    display_ = std::make_unique<tools::Display>();
+    display_->await();
+  }
+  void TearDown() override { display_.reset(); }
+  const test::ScratchFolder &home() const { return home_; }
+
+private:
+  test::ScratchFolder home_;
+  std::unique_ptr<tools::Display> display_;
+};
+
+auto *const environment =
+    static_cast<PrivateDisplay *>(testing::AddGlobalTestEnvironment(new PrivateDisplay)); // owned by the framework
+
+struct WindowSystem : testing::Test {
+  // The user's resources are read when the display is opened.
+  explicit WindowSystem(const std::string &resources = "") {
+    environment->home().write(".Xdefaults", resources);
+    top = std::make_unique<host::TopLevel>();
+    windows = std::make_unique<host::WindowSystem>(top->widget());
+  }
+  const char *text(const char *key) { return Desktop::GetResourceString(Desktop::GetTopLevelWidget(), key, builtIn); }
+  tavrel::Bitmap bitmap(const char *name, const unsigned char *bits = checkers) {
+    return Desktop::GetResourceBitmap(Desktop::GetTopLevelWidget(), name, name, bits, 8, 2);
+  }
+  unsigned widthOf(tavrel::Bitmap bitmap, unsigned *depth) {
+    Window root = 0;
+    int x = 0, y = 0;
+    unsigned width = 0, height = 0, border = 0;
+    XGetGeometry(XtDisplay(top->widget()), bitmap, &root, &x, &y, &width, &height, &border, depth);
+    return width;
+  }
+
+  host::Runtime runtime;
+  test::Guest guest{runtime};
+  std::unique_ptr<host::TopLevel> top;
+  std::unique_ptr<host::WindowSystem> windows;
+};
+
+struct WithResources : WindowSystem {
+  WithResources()
+      : WindowSystem("Highlight.helpNext: from the user\n"
+                     "Other.helpPrev: from the user for another\n"
+                     "Highlight.next: " +
+                     environment->home()
+                         .write("next.xbm", "#define n_width 3\n#define n_height 1\nstatic char n_bits[] = {\n0x5};\n")
+                         .string() +
+                     "\nHighlight.prev: /nowhere/prev.xbm\n") {}
+};
+
+TEST_F(WindowSystem, TheTopLevelWidgetIsNeitherRealisedNorMapped) {
+  Widget widget = Desktop::GetTopLevelWidget();
+  ASSERT_NE(widget, nullptr);
+  EXPECT_STREQ(XtName(widget), "tavrel");
+  EXPECT_FALSE(XtIsRealized(widget));
+}
+
+TEST_F(WindowSystem, WithoutResourcesTheDefaultItselfIsGiven) {
+  Desktop::RegisterResourceClass("Highlight", nullptr);
+  EXPECT_EQ(text("helpNext"), builtIn);
+}
+
+TEST_F(WindowSystem, AnEmptyKeyGivesTheDefaultItself) {
+  const char *const lines[] = {"Highlight*: everything", nullptr};
+  Desktop::RegisterResourceClass("Highlight", lines);
+  EXPECT_EQ(text(""), builtIn);
+  EXPECT_EQ(text(nullptr), builtIn);
+}
+
+TEST_F(WindowSystem, FallbackLinesCountWhereTheUserSaysNothing) {
+  const char *const lines[] = {"Highlight.version: from the fallback", nullptr};
+  Desktop::RegisterResourceClass("Highlight", lines);
+  EXPECT_STREQ(text("version"), "from the fallback");
+}
+
+TEST_F(WithResources, TheUserOverridesATextOfARegisteredClass) {
+  EXPECT_EQ(text("helpNext"), builtIn) << "before the class is known";
+  Desktop::RegisterResourceClass("Highlight", nullptr);
+  EXPECT_STREQ(text("helpNext"), "from the user");
+}
+
+TEST_F(WithResources, TheUserOverridesFallbackLines) {
+  const char *const lines[] = {"Highlight.helpNext: from the fallback", nullptr};
+  Desktop::RegisterResourceClass("Highlight", lines);
+  EXPECT_STREQ(text("helpNext"), "from the user");
+}
+
+TEST_F(WithResources, AWidgetNamedAsAClassHasTheTextsOfThatClassAlone) {
+  Desktop::RegisterResourceClass("Highlight", nullptr);
+  Desktop::RegisterResourceClass("Other", nullptr);
+  char name[] = "Highlight";
+  Widget shell = XtVaCreatePopupShell(name, applicationShellWidgetClass, top->widget(), nullptr);
+  EXPECT_STREQ(Desktop::GetResourceString(shell, "helpNext", builtIn), "from the user");
+  EXPECT_EQ(Desktop::GetResourceString(shell, "helpPrev", builtIn), builtIn);
+  EXPECT_STREQ(text("helpPrev"), "from the user for another");
+  XtDestroyWidget(shell);
+}
+
+TEST_F(WithResources, ATextStaysWhereItIs) {
+  Desktop::RegisterResourceClass("Highlight", nullptr);
+  EXPECT_EQ(text("helpNext"), text("helpNext"));
+}
+
+TEST_F(WindowSystem, AKeyMayContainBlanksAndDots) {
+  Desktop::RegisterResourceClass("Highlight", nullptr);
+  EXPECT_EQ(text("a key. with: everything"), builtIn);
+}
+
+TEST_F(WindowSystem, ABitmapIsMadeFromItsBits) {
+  unsigned depth = 0;
+  const tavrel::Bitmap made = bitmap("next");
+  ASSERT_NE(made, 0U);
+  EXPECT_EQ(widthOf(made, &depth), 8U);
+  EXPECT_EQ(depth, 1U);
+}
+
+TEST_F(WindowSystem, ABitmapIsMadeOnce) { EXPECT_EQ(bitmap("next"), bitmap("next")); }
+
+TEST_F(WindowSystem, ABitmapWithoutBitsIsNone) { EXPECT_EQ(bitmap("next", nullptr), 0U); }
+
+TEST_F(WithResources, TheUserOverridesABitmapWithAFile) {
+  Desktop::RegisterResourceClass("Highlight", nullptr);
+  unsigned depth = 0;
+  EXPECT_EQ(widthOf(bitmap("next"), &depth), 3U);
+}
+
+TEST_F(WithResources, ABitmapFileThatCannotBeReadIsNamedAndTheBitsCount) {
+  Desktop::RegisterResourceClass("Highlight", nullptr);
+  testing::internal::CaptureStderr();
+  unsigned depth = 0;
+  EXPECT_EQ(widthOf(bitmap("prev"), &depth), 8U);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "tavrel: /nowhere/prev.xbm: is no bitmap file that can be read\n");
+}
+
+TEST_F(WindowSystem, WhatMakesNoSenseRaises) {
+  EXPECT_EQ(guest.attempt([] { Desktop::RegisterResourceClass(nullptr, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(guest.attempt([] { Desktop::GetResourceBitmap(nullptr, nullptr, "c", checkers, 8, 2); }),
+            tavrel::errBadArgument);
+  EXPECT_EQ(guest.attempt([] { Desktop::GetResourceBitmap(nullptr, "n", "c", checkers, 100000, 2); }),
+            tavrel::errBadArgument);
+}
+
+TEST_F(WindowSystem, AnErrorOfTheServerIsALineAndNotTheEnd) {
+  Display *display = XtDisplay(top->widget());
+  testing::internal::CaptureStderr();
+  XFreePixmap(display, 0x7FFFFFFF);
+  XSync(display, False);
+  EXPECT_NE(testing::internal::GetCapturedStderr().find("tavrel: the display refused request"), std::string::npos);
+}
+
+TEST(WithoutADisplay, ThereAreOnlyBuiltInValues) {
+  const host::Runtime runtime;
+  host::WindowSystem windows(nullptr);
+  const char *const lines[] = {"Highlight.version: from the fallback", nullptr};
+  Desktop::RegisterResourceClass("Highlight", lines);
+  EXPECT_EQ(Desktop::GetTopLevelWidget(), nullptr);
+  EXPECT_STREQ(Desktop::GetResourceString(nullptr, "version", builtIn), "from the fallback");
+  EXPECT_EQ(Desktop::GetResourceString(nullptr, "helpNext", builtIn), builtIn);
+  EXPECT_EQ(Desktop::GetResourceBitmap(nullptr, "next", "next", checkers, 8, 2), 0U);
+}
+
+TEST(WithoutADisplay, ATopLevelWidgetCannotBeMade) {
+  const char *before = std::getenv("DISPLAY");
+  const std::string display = before == nullptr ? "" : before;
+  setenv("DISPLAY", ":4711", 1);
+  try {
+    host::TopLevel top;
+    ADD_FAILURE() << "a display that is not there";
+  } catch (const host::HostError &error) {
+    EXPECT_STREQ(error.what(), "display :4711: cannot be opened");
+  }
+  setenv("DISPLAY", display.c_str(), 1);
+}
+
+} // namespace

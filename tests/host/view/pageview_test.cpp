@@ -1,0 +1,211 @@
+// Page views by way of the TavrelView table: pages, scrolling, batches, the transform, the drawing colour.
+#include "Viewer.h"
+
+namespace {
+
+using tavrel::DeviceRect;
+using tavrel::PageView;
+
+struct PageViews : test::Viewer {
+  PageViews() { app.draw(*document); } // valid from here on
+
+  bool invalid() const { return document->view->invalid(); }
+  DeviceRect visible() const {
+    DeviceRect rect{};
+    TavrelView::PageViewGetVisibleRect(view, &rect);
+    return rect;
+  }
+  void expectVisible(int left, int top, int right, int bottom) const {
+    const DeviceRect rect = visible();
+    EXPECT_EQ(rect.left, left);
+    EXPECT_EQ(rect.top, top);
+    EXPECT_EQ(rect.right, right);
+    EXPECT_EQ(rect.bottom, bottom);
+  }
+};
+
+TEST_F(PageViews, ShowAPage) {
+  TavrelView::PageViewShowPage(view, 3);
+  EXPECT_EQ(TavrelView::PageViewGetPageNum(view), 3);
+  EXPECT_TRUE(invalid());
+}
+
+TEST_F(PageViews, ShowingThePageShownChangesNothing) {
+  document->view->setWindow(50, 50);
+  TavrelView::PageViewScrollToPoint(view, 10, 10);
+  app.draw(*document);
+  TavrelView::PageViewShowPage(view, 0);
+  EXPECT_FALSE(invalid());
+  expectVisible(10, 10, 60, 60);
+}
+
+TEST_F(PageViews, AnotherPageIsShownFromItsUpperLeft) {
+  document->view->setWindow(50, 50);
+  TavrelView::PageViewScrollToPoint(view, 10, 10);
+  TavrelView::PageViewShowPage(view, 1);
+  expectVisible(0, 0, 50, 50);
+}
+
+TEST_F(PageViews, APageThatIsNotThereRaises) {
+  const PageView v = view;
+  EXPECT_EQ(guest.attempt([=] { TavrelView::PageViewShowPage(v, pageCount); }), tavrel::errBadPage);
+  EXPECT_EQ(guest.attempt([=] { TavrelView::PageViewShowPage(v, -1); }), tavrel::errBadPage);
+  EXPECT_EQ(TavrelView::PageViewGetPageNum(view), 0);
+  EXPECT_FALSE(invalid());
+}
+
+TEST_F(PageViews, WithoutAWindowTheWholePageIsVisible) { expectVisible(0, 0, 100, 200); }
+
+TEST_F(PageViews, ScrollAsFarAsThePageReaches) {
+  document->view->setWindow(50, 50);
+  TavrelView::PageViewScrollToPoint(view, 1000, 1000);
+  expectVisible(50, 150, 100, 200);
+  TavrelView::PageViewScrollToPoint(view, -5, -5);
+  expectVisible(0, 0, 50, 50);
+}
+
+TEST_F(PageViews, AScrollThatChangesNothingDrawsNothing) {
+  TavrelView::PageViewScrollToPoint(view, 1000, 1000); // the page is visible as a whole
+  EXPECT_FALSE(invalid());
+}
+
+TEST_F(PageViews, AScrollInvalidates) {
+  document->view->setWindow(50, 50);
+  app.draw(*document);
+  TavrelView::PageViewScrollToPoint(view, 1, 0);
+  EXPECT_TRUE(invalid());
+}
+
+TEST_F(PageViews, AWindowLargerThanThePageStaysAtItsUpperLeft) {
+  document->view->setWindow(500, 500);
+  TavrelView::PageViewScrollToPoint(view, 10, 10);
+  expectVisible(0, 0, 500, 500);
+}
+
+TEST_F(PageViews, APageLargerThanSixteenBitsSaturates) {
+  document->view->setDpi(72 * 1000.0);
+  expectVisible(0, 0, INT16_MAX, INT16_MAX);
+}
+
+TEST_F(PageViews, ALargerScaleKeepsThePlaceOnThePage) {
+  document->view->setWindow(50, 50);
+  TavrelView::PageViewScrollToPoint(view, 20, 40);
+  document->view->setDpi(2 * dpi);
+  expectVisible(40, 80, 90, 130);
+}
+
+TEST_F(PageViews, TheTransformTurnsPageSpaceOver) {
+  tavrel::FixedMatrix matrix{};
+  document->view->setDpi(2 * dpi);
+  TavrelView::PageViewGetPageTransform(view, &matrix);
+  EXPECT_EQ(matrix.a, 2 * tavrel::fixedOne);
+  EXPECT_EQ(matrix.b, 0);
+  EXPECT_EQ(matrix.c, 0);
+  EXPECT_EQ(matrix.d, -2 * tavrel::fixedOne);
+  EXPECT_EQ(matrix.h, 0);
+  EXPECT_EQ(matrix.v, 400 * tavrel::fixedOne);
+}
+
+TEST_F(PageViews, KnowTheirDocument) {
+  EXPECT_EQ(TavrelView::PageViewGetDoc(view), doc);
+  EXPECT_EQ(TavrelView::DocGetPageView(doc), view);
+  EXPECT_EQ(TavrelView::DocGetModelDoc(doc), host::modelDocs().handle(model));
+}
+
+TEST_F(PageViews, RefreshingInvalidates) {
+  TavrelView::PageViewRefreshArea(view, nullptr);
+  EXPECT_TRUE(invalid());
+  app.draw(*document);
+  constexpr DeviceRect area{1, 1, 2, 2};
+  TavrelView::PageViewRefreshArea(view, &area);
+  EXPECT_TRUE(invalid());
+}
+
+TEST_F(PageViews, DrawInBlackUntilTold) {
+  tavrel::ColorValue color{9, {9, 9, 9, 9}};
+  TavrelView::PageViewFetchDrawColor(view, &color);
+  EXPECT_EQ(color.space, tavrel::colorSpaceRGB);
+  EXPECT_EQ(color.component[0], 0);
+}
+
+TEST_F(PageViews, GiveBackTheColourApplied) {
+  constexpr tavrel::ColorValue red{tavrel::colorSpaceRGB, {tavrel::fixedOne, 1, 2, 3}};
+  tavrel::ColorValue color{};
+  TavrelView::PageViewApplyDrawColor(view, &red);
+  TavrelView::PageViewFetchDrawColor(view, &color);
+  EXPECT_EQ(color.component[0], tavrel::fixedOne);
+  EXPECT_EQ(color.component[3], 3);
+}
+
+TEST_F(PageViews, AColourThatCannotBePaintedRaises) {
+  static constexpr tavrel::ColorValue strange{7, {0, 0, 0, 0}};
+  const PageView v = view;
+  EXPECT_EQ(guest.attempt([=] { TavrelView::PageViewApplyDrawColor(v, &strange); }), tavrel::errBadArgument);
+}
+
+TEST_F(PageViews, NothingIsDrawnWithinABatch) {
+  TavrelView::PageViewBeginBatch(view);
+  TavrelView::PageViewBeginBatch(view);
+  TavrelView::PageViewShowPage(view, 1);
+  TavrelView::PageViewEndBatch(view);
+  EXPECT_FALSE(app.drawIfNeeded(*document));
+  TavrelView::PageViewEndBatch(view);
+  EXPECT_TRUE(app.drawIfNeeded(*document));
+}
+
+TEST_F(PageViews, ClosingABatchThatIsNotOpenRaises) {
+  const PageView v = view;
+  EXPECT_EQ(guest.attempt([=] { TavrelView::PageViewEndBatch(v); }), tavrel::errBadArgument);
+}
+
+TEST_F(PageViews, ABatchThatAPluginLeavesOpenIsClosed) {
+  guest.attempt([this] { TavrelView::PageViewBeginBatch(view); });
+  EXPECT_EQ(document->view->batchDepth(), 0U);
+  guest.attempt([this] {
+    TavrelView::PageViewBeginBatch(view);
+    Kernel::RaiseError(1);
+  });
+  EXPECT_EQ(document->view->batchDepth(), 0U);
+}
+
+TEST_F(PageViews, ABatchOfTheCallerStaysOpenWhateverAPluginCalledWithinItDoes) {
+  static size_t depthInside;
+  TavrelView::PageViewBeginBatch(view);
+  guest.attempt([this] {
+    TavrelView::PageViewEndBatch(view);
+    depthInside = document->view->batchDepth();
+  });
+  EXPECT_EQ(depthInside, 0U);
+  EXPECT_EQ(document->view->batchDepth(), 1U);
+  TavrelView::PageViewEndBatch(view);
+}
+
+TEST_F(PageViews, TheListenerIsToldOnceNothingHoldsTheDrawingBack) {
+  int told = 0;
+  app.listener = [&](host::ViewerDocument &) { ++told; };
+  TavrelView::PageViewBeginBatch(view);
+  TavrelView::PageViewShowPage(view, 1);
+  EXPECT_EQ(told, 0);
+  TavrelView::PageViewEndBatch(view);
+  EXPECT_EQ(told, 1);
+}
+
+TEST_F(PageViews, HighlightingASelectionOfThePageShownInvalidates) {
+  const tavrel::TextSelection here = model->select(0, {{0, 10, 10, 0}});
+  const tavrel::TextSelection elsewhere = model->select(2, {{0, 10, 10, 0}});
+  TavrelView::PageViewHighlightText(view, elsewhere);
+  EXPECT_FALSE(invalid());
+  TavrelView::PageViewHighlightText(view, here);
+  EXPECT_TRUE(invalid());
+}
+
+TEST_F(PageViews, HighlightingASecondTimeTakesTheMarkOff) {
+  const tavrel::TextSelection selection = model->select(0, {{0, 10, 10, 0}});
+  const host::Selection &object = host::selections().find(selection);
+  TavrelView::PageViewHighlightText(view, selection);
+  EXPECT_TRUE(document->view->highlighted(object));
+  TavrelView::PageViewHighlightText(view, selection);
+  EXPECT_FALSE(document->view->highlighted(object));
+}
+
+} // namespace

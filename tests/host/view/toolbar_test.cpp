@@ -1,0 +1,234 @@
+// The tool bar, by way of the TavrelView table.
+#include <gmock/gmock.h>
+
+#include "Viewer.h"
+
+namespace {
+
+using tavrel::Atom;
+using tavrel::Bool16;
+using tavrel::ToolButton;
+using testing::ElementsAre;
+
+int presses;
+Bool16 enabled;
+void press(ToolButton, void *clientData) { presses += static_cast<int>(reinterpret_cast<intptr_t>(clientData)); }
+Bool16 test1(ToolButton, void *) { return enabled; }
+Bool16 raising(ToolButton, void *) {
+  Kernel::RaiseError(1);
+  return 1;
+}
+Bool16 askingAgain(ToolButton, void *) {
+  ++presses;
+  TavrelView::ToolBarUpdateButtonStates(TavrelView::GetToolBar());
+  return 1;
+}
+
+struct ToolBar : ::test::Viewer {
+  ToolBar() {
+    presses = 0;
+    enabled = 1;
+  }
+  ToolButton create(const char *name) { return TavrelView::ToolButtonCreate(runtime.atoms.atom(name), 0, 0, 0); }
+  ToolButton find(const char *name) { return TavrelView::ToolBarFindButton(bar, runtime.atoms.atom(name)); }
+  void insert(ToolButton button, bool before, ToolButton beside) {
+    TavrelView::ToolBarInsertButton(bar, button, before ? 1 : 0, beside);
+  }
+  // The names of the last buttons on the bar.
+  std::vector<std::string> last(size_t count) {
+    const auto &order = app.toolBar()->order();
+    std::vector<std::string> names;
+    for (size_t n = order.size() - count; n < order.size(); ++n)
+      names.push_back(runtime.atoms.name(order[n]->name));
+    return names;
+  }
+  host::ToolButton &object(ToolButton button) { return app.toolBar()->handles().find(button); }
+};
+
+TEST_F(ToolBar, HasTheApplicationsOwnButtons) {
+  EXPECT_NE(find("FindAgainDialog"), nullptr);
+  EXPECT_EQ(find("Nonesuch"), nullptr);
+}
+
+TEST_F(ToolBar, AButtonAfterItsAnchorAndTheNextAfterThat) {
+  const ToolButton prev = create("TavrelGLT:Prev"), next = create("TavrelGLT:Next");
+  insert(prev, false, find("FindAgainDialog"));
+  insert(next, false, prev);
+  EXPECT_THAT(last(3), ElementsAre("FindAgainDialog", "TavrelGLT:Prev", "TavrelGLT:Next"));
+}
+
+TEST_F(ToolBar, AButtonBeforeItsAnchor) {
+  insert(create("a"), true, find("FindAgainDialog"));
+  EXPECT_THAT(last(2), ElementsAre("a", "FindAgainDialog"));
+}
+
+TEST_F(ToolBar, WithoutAnAnchorAtTheEnd) {
+  insert(create("a"), true, nullptr);
+  EXPECT_THAT(last(2), ElementsAre("FindAgainDialog", "a"));
+}
+
+TEST_F(ToolBar, InsertingTwiceMovesTheButton) {
+  const ToolButton a = create("a"), b = create("b");
+  insert(a, false, nullptr);
+  insert(b, false, nullptr);
+  insert(a, false, b);
+  EXPECT_THAT(last(3), ElementsAre("FindAgainDialog", "b", "a"));
+  insert(a, false, a);
+  EXPECT_THAT(last(3), ElementsAre("FindAgainDialog", "b", "a"));
+}
+
+TEST_F(ToolBar, AnAnchorThatIsNotOnTheBarRaises) {
+  const ToolButton a = create("a"), b = create("b");
+  EXPECT_EQ(guest.attempt([=, this] { insert(a, false, b); }), tavrel::errBadArgument);
+}
+
+TEST_F(ToolBar, AButtonOffTheBarIsNotFound) {
+  const ToolButton a = create("a");
+  EXPECT_EQ(find("a"), nullptr);
+  insert(a, false, nullptr);
+  EXPECT_EQ(find("a"), a);
+  TavrelView::ToolButtonDetach(a);
+  EXPECT_EQ(find("a"), nullptr);
+}
+
+TEST_F(ToolBar, ADetachedButtonLivesOn) {
+  const ToolButton a = create("a");
+  insert(a, false, nullptr);
+  TavrelView::ToolButtonDetach(a);
+  TavrelView::ToolButtonDetach(a);
+  insert(a, false, nullptr);
+  EXPECT_EQ(find("a"), a);
+}
+
+TEST_F(ToolBar, ANameThatIsTakenGivesTheButtonThatHasIt) {
+  EXPECT_EQ(create("a"), create("a"));
+  EXPECT_EQ(create("FindAgainDialog"), find("FindAgainDialog"));
+}
+
+TEST_F(ToolBar, AButtonWithoutANameOrWithReservedArgumentsRaises) {
+  const Atom name = runtime.atoms.atom("a");
+  EXPECT_EQ(guest.attempt([] { TavrelView::ToolButtonCreate(0, 0, 0, 0); }), tavrel::errBadHandle);
+  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonCreate(name, 0, 1, 0); }), tavrel::errBadArgument);
+}
+
+TEST_F(ToolBar, HasSpaceUntilItIsFull) {
+  EXPECT_EQ(TavrelView::ToolBarHasSpace(bar, 2, 0), 1);
+  EXPECT_EQ(TavrelView::ToolBarHasSpace(bar, INT32_MAX, INT32_MAX), 0);
+  int count = 0;
+  while (TavrelView::ToolBarHasSpace(bar, 1, 0) != 0)
+    insert(create(std::to_string(++count).c_str()), false, nullptr);
+  EXPECT_EQ(app.toolBar()->order().size(), host::ToolBar::room);
+  const ToolButton oneMore = create("one more");
+  EXPECT_EQ(guest.attempt([=, this] { insert(oneMore, false, nullptr); }), tavrel::errBadArgument);
+}
+
+TEST_F(ToolBar, AFullBarLetsButtonsMove) {
+  int count = 0;
+  while (TavrelView::ToolBarHasSpace(bar, 1, 0) != 0)
+    insert(create(std::to_string(++count).c_str()), false, nullptr);
+  insert(find("1"), false, nullptr);
+  EXPECT_THAT(last(1), ElementsAre("1"));
+}
+
+TEST_F(ToolBar, APressCallsTheActionWithItsData) {
+  const ToolButton a = create("a");
+  TavrelView::ToolButtonAttachAction(a, guest.callback(press), reinterpret_cast<void *>(intptr_t{7}));
+  app.toolBar()->press(object(a));
+  EXPECT_EQ(presses, 7);
+}
+
+TEST_F(ToolBar, AButtonWithoutActionDoesNothing) {
+  app.toolBar()->press(object(create("a")));
+  EXPECT_EQ(presses, 0);
+}
+
+TEST_F(ToolBar, TheTestTellsWhetherAButtonIsEnabled) {
+  const ToolButton a = create("a");
+  EXPECT_TRUE(app.toolBar()->test(object(a))) << "without a test";
+  TavrelView::ToolButtonAttachEnabledTest(a, guest.callback(test1), nullptr);
+  EXPECT_TRUE(app.toolBar()->test(object(a)));
+  enabled = 0;
+  EXPECT_FALSE(app.toolBar()->test(object(a)));
+}
+
+TEST_F(ToolBar, ATestThatRaisesDisables) {
+  const ToolButton a = create("a");
+  TavrelView::ToolButtonAttachEnabledTest(a, guest.callback(raising), nullptr);
+  EXPECT_FALSE(app.toolBar()->test(object(a)));
+}
+
+TEST_F(ToolBar, UpdatingAsksEveryButtonOnTheBar) {
+  const ToolButton a = create("a");
+  insert(a, false, nullptr);
+  TavrelView::ToolButtonAttachEnabledTest(a, guest.callback(test1), nullptr);
+  enabled = 0;
+  int told = 0;
+  app.toolBar()->listener = [&] { ++told; };
+  TavrelView::ToolBarUpdateButtonStates(bar);
+  EXPECT_FALSE(object(a).enabled);
+  EXPECT_EQ(told, 1);
+}
+
+TEST_F(ToolBar, ATestThatAsksForAllTestsComesToAnEnd) {
+  const ToolButton a = create("a");
+  insert(a, false, nullptr);
+  TavrelView::ToolButtonAttachEnabledTest(a, guest.callback(askingAgain), nullptr);
+  TavrelView::ToolBarUpdateButtonStates(bar);
+  EXPECT_EQ(presses, 1);
+}
+
+TEST_F(ToolBar, TheTipIsCopied) {
+  char tip[] = "Next";
+  const ToolButton a = create("a");
+  TavrelView::ToolButtonAttachTip(a, tip);
+  tip[0] = 'x';
+  EXPECT_EQ(object(a).tip, "Next");
+}
+
+TEST_F(ToolBar, AttributesAreKept) {
+  const ToolButton a = create("a");
+  TavrelView::ToolButtonSetAttribute(a, tavrel::buttonAlsoInBrowser);
+  EXPECT_THAT(object(a).attributes, ElementsAre(tavrel::buttonAlsoInBrowser));
+  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonSetAttribute(a, 77); }), tavrel::errBadArgument);
+}
+
+TEST_F(ToolBar, TheApplicationsOwnButtonsDoWhatItSays) {
+  host::ToolButton &own = object(find("NextPage"));
+  own.ownAction = [] { presses = 100; };
+  own.ownTest = [] { return false; };
+  app.toolBar()->press(own);
+  EXPECT_EQ(presses, 100);
+  EXPECT_FALSE(app.toolBar()->test(own));
+}
+
+TEST_F(ToolBar, ANullToolBarIsLetPass) {
+  const ToolButton a = create("a");
+  EXPECT_EQ(guest.attempt([=] {
+    TavrelView::ToolBarInsertButton(nullptr, a, 0, nullptr);
+    TavrelView::ToolBarUpdateButtonStates(nullptr);
+  }),
+            0);
+  EXPECT_EQ(TavrelView::ToolBarFindButton(nullptr, 1), nullptr);
+  EXPECT_EQ(TavrelView::ToolBarHasSpace(nullptr, 1, 0), 0);
+}
+
+TEST_F(ToolBar, UnknownHandlesRaise) {
+  static int something;
+  const auto stranger = reinterpret_cast<ToolButton>(&something);
+  const auto strangeBar = reinterpret_cast<tavrel::ToolBar>(&something);
+  const tavrel::Callback callback = guest.callback(press);
+  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonDetach(stranger); }), tavrel::errBadHandle);
+  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonAttachTip(nullptr, "tip"); }), tavrel::errBadHandle);
+  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonAttachAction(stranger, callback, nullptr); }),
+            tavrel::errBadHandle);
+  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolBarUpdateButtonStates(strangeBar); }), tavrel::errBadHandle);
+}
+
+TEST_F(ToolBar, WithoutAToolBarThereIsNone) {
+  app.removeToolBar();
+  EXPECT_EQ(TavrelView::GetToolBar(), nullptr);
+  const Atom name = runtime.atoms.atom("a");
+  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonCreate(name, 0, 0, 0); }), tavrel::errBadHandle);
+}
+
+} // namespace

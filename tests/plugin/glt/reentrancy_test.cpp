@@ -1,0 +1,295 @@
+// Re-entrancy: the registrants' procedures, and host calls that end in another plug-in or in a draw, may register,
+// unregister and jump for the document that is being worked on. Nothing may be freed twice or used after it is freed
+// (which the sanitizers see), no list may be told twice that it goes, and what was done last must hold.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <map>
+#include <span>
+#include <utility>
+
+#include "plugin/glt/glt.h"
+#include "plugin/glt/miAssoc.h"
+#include "plugin/pi/miPI.h"
+#include "tests/host/Faults.h"
+#include "tests/host/RecordingHost.h"
+#include "tests/plugin/glt/lists.h"
+#include "tests/plugin/glt/positions.h"
+
+using namespace tavrel;
+
+namespace {
+
+/// What the procedures do, once, and what they were told.
+std::function<void()> s_inNewProc, s_inJumpProc;
+std::map<const void *, int> s_retired; ///< by user data, which is a registration's identity
+int s_jumpsTold;
+int s_identities[64];
+size_t s_nextIdentity;
+
+void newProc(Doc document, HLL *list, void *userData) {
+  ++s_retired[userData];
+  EXPECT_EQ(GLT_GetHLL(document), list) << "it is still the registered one";
+  if (const auto deed = std::exchange(s_inNewProc, nullptr)) deed();
+}
+
+void jumpProc(Doc /*document*/, HLL * /*list*/, uint32_t /*code*/, void * /*userData*/) {
+  ++s_jumpsTold;
+  if (const auto deed = std::exchange(s_inJumpProc, nullptr)) deed();
+}
+
+void forget() {
+  s_inNewProc = s_inJumpProc = nullptr;
+  s_retired.clear();
+  s_jumpsTold = 0;
+  s_nextIdentity = 0;
+}
+
+/// Registers a new list, with an identity of its own.
+void registerNew(RecordingHost &host, std::initializer_list<Highlight> highlights, Bool16 scroll) {
+  const ListOwner list(highlights, &s_identities[s_nextIdentity++ % std::size(s_identities)]);
+  GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, jumpProc, newProc, scroll, nullptr);
+}
+
+void prepare(RecordingHost &host) {
+  forget();
+  registerNew(host, {{2, 1, 1}, {5, 1, 1}, {5, 2, 1}, {9, 1, 1}}, 0);
+  GLT_SetPos(host.doc, 1, 0, 1);
+  host.reliable = {"AtomFromString"}; // looks a name up, and nothing else
+  host.clear();
+}
+
+/// Something done to the document; alone, or in the middle of another.
+struct Deed {
+  const char *name;
+  void (*run)(RecordingHost &host);
+};
+
+/// These call newProc.
+constexpr Deed retiring[] = {
+    {"Register",
+     [](RecordingHost &host) {
+       registerNew(host, {{7, 1, 1}, {8, 1, 1}}, 1);
+     }},
+    {"RegisterWithoutScrolling",
+     [](RecordingHost &host) {
+       registerNew(host, {{3, 1, 1}}, 0);
+     }},
+    {"RegisterTheRegisteredList",
+     [](RecordingHost &host) {
+       if (HLL *list = GLT_GetHLL(host.doc))
+         GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, jumpProc, nullptr, 1, nullptr);
+     }},
+    {"RegisterAnEmptyList", [](RecordingHost &host) { registerNew(host, {}, 1); }},
+    {"Unregister", [](RecordingHost &host) { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); }},
+    {"CloseTheDocument", [](RecordingHost &host) { miPIDocDidClose(host.doc, nullptr); }},
+};
+
+/// These call jumpProc.
+constexpr Deed jumping[] = {
+    {"JumpNext", [](RecordingHost &host) { GLT_Jump(host.doc, GLT_JUMP_NEXT); }},
+    {"JumpPrev", [](RecordingHost &host) { GLT_Jump(host.doc, GLT_JUMP_PREV); }},
+    {"JumpLast", [](RecordingHost &host) { GLT_Jump(host.doc, GLT_JUMP_LAST); }},
+    {"JumpPrevFromTheStart",
+     [](RecordingHost &host) {
+       GLT_SetPos(host.doc, 0, 0, 1);
+       host.shownPage = 6;
+       GLT_Jump(host.doc, GLT_JUMP_PREV);
+     }},
+    {"JumpNextFromTheEnd",
+     [](RecordingHost &host) {
+       GLT_Jump(host.doc, GLT_JUMP_LAST);
+       host.shownPage = 1;
+       GLT_Jump(host.doc, GLT_JUMP_NEXT);
+     }},
+    {"PressNext", [](RecordingHost &) { GLTNextExecProc(nullptr, nullptr); }},
+};
+
+constexpr Deed others[] = {
+    {"MoveAndScroll", [](RecordingHost &host) { GLT_SetPos(host.doc, 2, 0, 1); }},
+    {"MoveAndPaint", [](RecordingHost &host) { GLT_SetPos(host.doc, 0, 0, 0); }},
+    {"DrawAPage", [](RecordingHost &host) { miPIPageViewDraw(host.view, nullptr); }},
+    {"AskWhetherEnabled",
+     [](RecordingHost &) {
+       GLTPrevEnabledProc(nullptr, nullptr);
+       GLTNextEnabledProc(nullptr, nullptr);
+     }},
+};
+
+std::vector<Deed> allDeeds() {
+  std::vector<Deed> deeds;
+  for (const auto group :
+       {std::span<const Deed>(retiring), std::span<const Deed>(jumping), std::span<const Deed>(others)})
+    deeds.insert(deeds.end(), group.begin(), group.end());
+  return deeds;
+}
+
+/// At most one record, which can be walked and taken off; each list told at most once that it goes.
+void expectSound(RecordingHost &host, const std::string & /*call*/) {
+  EXPECT_TRUE(s_AssocList == nullptr || s_AssocList->next == nullptr) << "two records for one document";
+  if (HLL *list = GLT_GetHLL(host.doc)) {
+    highlightsOf(list);
+    GLT_UnregisterHLL(host.doc, list);
+  }
+  EXPECT_EQ(s_AssocList, nullptr);
+  for (const auto &[userData, times] : s_retired)
+    EXPECT_EQ(times, 1) << "list " << static_cast<const int *>(userData) - s_identities;
+}
+
+void PrintTo(const Deed &deed, std::ostream *out) { *out << deed.name; }
+
+std::string deedName(const testing::TestParamInfo<Deed> &info) { return info.param.name; }
+
+/// A deed in the middle of which every other is done.
+class During : public testing::TestWithParam<Deed> {};
+
+TEST_P(During, AnyHostCallAnythingMayBeDone) {
+  for (const Deed &inner : allDeeds()) {
+    SCOPED_TRACE(inner.name);
+    EXPECT_GT(interruptEveryCall({prepare, GetParam().run, expectSound}, inner.run), 0U);
+  }
+}
+
+/// Does the outer deed with the inner one in a registrant's procedure.
+void nest(const Deed &outer, const Deed &inner, std::function<void()> &procedure) {
+  SCOPED_TRACE(inner.name);
+  RecordingHost host;
+  prepare(host);
+  procedure = [&] { inner.run(host); };
+  outer.run(host);
+  EXPECT_FALSE(procedure) << "it was called";
+  procedure = nullptr;
+  EXPECT_EQ(host.frames(), 0U);
+  EXPECT_EQ(host.brackets, 0);
+  EXPECT_EQ(host.openPages.size(), 0U);
+  expectSound(host, "");
+}
+
+class DuringNewProc : public testing::TestWithParam<Deed> {};
+class DuringJumpProc : public testing::TestWithParam<Deed> {};
+
+TEST_P(DuringNewProc, AnythingMayBeDone) {
+  for (const Deed &inner : allDeeds())
+    nest(GetParam(), inner, s_inNewProc);
+}
+
+TEST_P(DuringJumpProc, AnythingMayBeDone) {
+  for (const Deed &inner : allDeeds())
+    nest(GetParam(), inner, s_inJumpProc);
+}
+
+INSTANTIATE_TEST_SUITE_P(Reentrancy, During, testing::ValuesIn(allDeeds()), deedName);
+INSTANTIATE_TEST_SUITE_P(Reentrancy, DuringNewProc, testing::ValuesIn(retiring), deedName);
+INSTANTIATE_TEST_SUITE_P(Reentrancy, DuringJumpProc, testing::ValuesIn(jumping), deedName);
+
+// What holds afterwards
+
+class Afterwards : public testing::Test {
+protected:
+  Afterwards() { prepare(host); }
+  Highlights registered() { return highlightsOf(GLT_GetHLL(host.doc)); }
+  RecordingHost host;
+};
+
+TEST_F(Afterwards, ListRegisteredAgainIsTheSameButForItsIdentity) {
+  const Highlights before = registered();
+  HLL *list = GLT_GetHLL(host.doc);
+  GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
+  EXPECT_EQ(registered(), before);
+  EXPECT_EQ(s_retired, (std::map<const void *, int>{{&s_identities[0], 1}}));
+}
+
+TEST_F(Afterwards, JumpWhoseRegistrantUnregistersShowsNothing) {
+  s_inJumpProc = [this] { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); };
+  GLT_Jump(host.doc, GLT_JUMP_NEXT);
+  EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
+  EXPECT_EQ(host.count("PageViewBeginBatch"), 1U) << "for the unregistering alone";
+  EXPECT_EQ(host.count("DocOpenPage"), 0U);
+}
+
+TEST_F(Afterwards, JumpWhoseRegistrantRegistersLeavesTheNewPosition) {
+  s_inJumpProc = [this] { registerNew(host, {{7, 1, 1}, {8, 1, 1}}, 0); };
+  GLT_Jump(host.doc, GLT_JUMP_NEXT);
+  EXPECT_EQ(registered(), (Highlights{{7, 1, 1}, {8, 1, 1}}));
+  EXPECT_EQ(positionOf(host.doc), (Position{0, 0}));
+  EXPECT_EQ(host.count("PageViewBeginBatch"), 0U) << "nothing is shown for the list that is gone";
+}
+
+TEST_F(Afterwards, JumpWhoseRegistrantJumpsShowsWhereThatLed) {
+  s_inJumpProc = [this] { GLT_Jump(host.doc, GLT_JUMP_FIRST); };
+  GLT_Jump(host.doc, GLT_JUMP_NEXT);
+  EXPECT_EQ(positionOf(host.doc), (Position{0, 0}));
+  EXPECT_EQ(host.shownPage, 2);
+  EXPECT_EQ(s_jumpsTold, 2);
+}
+
+TEST_F(Afterwards, ScanStopsAtTheMatchWhoseRegistrantUnregisters) {
+  GLT_SetPos(host.doc, 0, 0, 1);
+  host.shownPage = 9;
+  s_inJumpProc = [this] { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); };
+  GLT_Jump(host.doc, GLT_JUMP_PREV);
+  EXPECT_EQ(s_jumpsTold, 1) << "pages 2 and 5 match";
+}
+
+TEST_F(Afterwards, UnregisteringWhoseRegistrantRegistersLeavesTheNewList) {
+  s_inNewProc = [this] { registerNew(host, {{7, 1, 1}}, 0); };
+  GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc));
+  EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
+}
+
+// A registration whose predecessor goes away under its hands stops: what was done meanwhile came later.
+
+TEST_F(Afterwards, RegistrationWhosePredecessorRegistersLeavesThatList) {
+  s_inNewProc = [this] { registerNew(host, {{7, 1, 1}}, 0); };
+  registerNew(host, {{3, 1, 1}}, 0);
+  EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
+  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "told once";
+}
+
+TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersLeavesNone) {
+  s_inNewProc = [this] { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); };
+  registerNew(host, {{3, 1, 1}}, 0);
+  EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
+  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "told once";
+}
+
+TEST_F(Afterwards, RegistrationWhosePredecessorJumpsGoesOn) {
+  s_inNewProc = [this] { GLT_Jump(host.doc, GLT_JUMP_LAST); };
+  registerNew(host, {{3, 1, 1}}, 0);
+  EXPECT_EQ(registered(), (Highlights{{3, 1, 1}}));
+  EXPECT_EQ(positionOf(host.doc), (Position{0, 0}));
+}
+
+TEST_F(Afterwards, RegistrationThatTheHostUnregistersIsNotScrolledTo) {
+  miPIDocDidClose(host.doc, nullptr);
+  host.answer(TavrelView::PageViewHighlightText, std::function([this](PageView, TextSelection) {
+                if (HLL *list = GLT_GetHLL(host.doc)) GLT_UnregisterHLL(host.doc, list);
+              }));
+  registerNew(host, {{3, 1, 1}}, 1);
+  EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
+  EXPECT_EQ(host.count("PageViewScrollToPoint"), 0U);
+}
+
+/// A host that draws at once what it is asked to show.
+void drawAtOnce(RecordingHost &host) {
+  host.answer(TavrelView::PageViewShowPage, std::function([&host](PageView view, int32_t page) {
+                if (std::exchange(host.shownPage, page) != page) miPIPageViewDraw(view, nullptr);
+              }));
+}
+
+TEST_F(Afterwards, PageDrawnWhileItIsTurnedToIsPaintedAndScrolledTo) {
+  drawAtOnce(host);
+  GLT_Jump(host.doc, GLT_JUMP_NEXT);
+  EXPECT_EQ(positionOf(host.doc), (Position{2, 0}));
+  EXPECT_EQ(host.count("PageViewPaintSelection"), 1U);
+  EXPECT_EQ(host.count("PageViewScrollToPoint"), 1U);
+}
+
+TEST_F(Afterwards, PageDrawnWhileItIsTurnedBackToSetsItsFirstWord) {
+  drawAtOnce(host);
+  GLT_SetPos(host.doc, 2, 0, 0);
+  GLT_Jump(host.doc, GLT_JUMP_PREV);
+  EXPECT_EQ(positionOf(host.doc), (Position{1, 0})) << "and not the last word, which the jump had set";
+}
+
+} // namespace

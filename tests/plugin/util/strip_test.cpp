@@ -1,0 +1,92 @@
+// White space in both kinds of strings.
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "plugin/util/miText.h"
+#include "tests/plugin/util/strings.h"
+#include "tests/support/Rows.h"
+
+namespace {
+
+TEST(Space, IsOneOfSixBytes) {
+  for (int byte = 0; byte < 0x100; ++byte)
+    EXPECT_EQ(miIsspace(static_cast<uint8_t>(byte)), byte == ' ' || (byte >= 9 && byte <= 13) ? 1 : 0) << byte;
+}
+
+// Only the low four bits of a one-byte unit are looked at: a blank is none, 0x0019 is one.
+TEST(Space, UnitIsJudgedByItsLowFourBits) {
+  for (int unit = 0; unit < 0x100; ++unit)
+    EXPECT_EQ(miUCSIsSpace(static_cast<uint16_t>(unit)), unit % 16 >= 9 && unit % 16 <= 13 ? 1 : 0) << unit;
+  EXPECT_EQ(miUCSIsSpace(0x0020), 0);
+  for (const uint16_t unit : {0x0109, 0x2009, 0x3000, 0xFF0D})
+    EXPECT_EQ(miUCSIsSpace(unit), 0) << unit;
+}
+
+struct StripRow : Row {
+  std::string text, ends, all;
+};
+
+class Strip : public testing::TestWithParam<StripRow> {
+protected:
+  /// The string and its two terminators after it has been stripped.
+  static std::string stripped(tavrel::Bool16 (*strip)(char *), const std::string &expected) {
+    std::string buffer = ended(GetParam().text);
+    const bool empty = expected.empty() || expected == ucs("");
+    EXPECT_EQ(strip(buffer.data()), empty ? 0 : 1);
+    return buffer.substr(0, expected.size() + (expected.starts_with("\xFE\xFF") ? 2 : 1));
+  }
+  static std::string terminated(const std::string &text) {
+    return text + (text.starts_with("\xFE\xFF") ? nulUnit : nul);
+  }
+};
+
+TEST_P(Strip, TakesTheEndsOff) { EXPECT_EQ(stripped(miStrip, GetParam().ends), terminated(GetParam().ends)); }
+
+TEST_P(Strip, TakesAllOut) { EXPECT_EQ(stripped(miStripAll, GetParam().all), terminated(GetParam().all)); }
+
+const StripRow bytes[] = {
+    {{"BothEnds"}, "  a b  ", "a b", "ab"},
+    {{"OnlySpace"}, " \t\n\v\f\r", "", ""},
+    {{"Empty"}, "", "", ""},
+    {{"Nothing"}, "abc", "abc", "abc"},
+    {{"InTheMiddle"}, " a b\tc ", "a b\tc", "abc"},
+    {{"OneCharacter"}, "\na", "a", "a"},
+    {{"HighBytesStay"}, "\x85 \xA0", "\x85 \xA0", "\x85\xA0"},
+};
+INSTANTIATE_TEST_SUITE_P(Bytes, Strip, testing::ValuesIn(bytes), rowName<StripRow>);
+
+const StripRow units[] = {
+    {{"BothEnds"}, ucs("  a b  "), ucs("a b"), ucs("ab")},
+    {{"OnlySpace"}, ucs(" \t\n\v\f\r"), ucs(""), ucs("")},
+    {{"MarkAlone"}, ucs(""), ucs(""), ucs("")},
+    {{"Nothing"}, ucs("abc"), ucs("abc"), ucs("abc")},
+    {{"HighByteMakesItAnotherUnit"},
+     ucs({0x0120, 'a', 0x0109}),
+     ucs({0x0120, 'a', 0x0109}),
+     ucs({0x0120, 'a', 0x0109})},
+    {{"LowNibbleIsNotEnough"}, ucs({0x19, 'a', 0x1D}), ucs({0x19, 'a', 0x1D}), ucs({0x19, 'a', 0x1D})},
+    // Two zero bytes end the text wherever they stand when its ends are taken off.
+    {{"CutBehindALowZeroByteBeforeAHighOne"},
+     ucs({0x4142, 0x4300, 'd'}),
+     ucs({0x4142, 0x4300}),
+     ucs({0x4142, 0x4300, 'd'})},
+    {{"ZeroBytesApart"},
+     ucs({' ', 0x4100, 0x4200, 0x4300}),
+     ucs({0x4100, 0x4200, 0x4300}),
+     ucs({0x4100, 0x4200, 0x4300})},
+};
+INSTANTIATE_TEST_SUITE_P(Ucs, Strip, testing::ValuesIn(units), rowName<StripRow>);
+
+TEST(StripOfNull, IsEmpty) {
+  EXPECT_EQ(miStripAll(nullptr), 0);
+  EXPECT_EQ(miUCSStripAll(nullptr), 0);
+}
+
+TEST(StripAll, ExaminesNoMoreThan65535Places) {
+  std::string text = std::string(70000, 'a') + " b";
+  EXPECT_EQ(miStripAll(text.data()), 1);
+  EXPECT_EQ(text, std::string(70000, 'a') + " b");
+}
+
+} // namespace

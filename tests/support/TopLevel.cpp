@@ -1,0 +1,29 @@
+// The X toolkit's part of a host viewer, as small as it can be.
+#include "tests/support/TopLevel.h"
+
+#include <X11/Intrinsic.h>
+#include <X11/Shell.h>
+#include <X11/StringDefs.h>
+
+TopLevel::TopLevel(const std::string &display, const std::string &name) {
+  XtToolkitInitialize();
+  application_ = XtCreateApplicationContext();
+  int argc = 0;
+  Display *opened = XtOpenDisplay(application_, display.c_str(), name.c_str(), "Tavrel", nullptr, 0, &argc, nullptr);
+  if (opened == nullptr) return;
+  widget_ = XtVaAppCreateShell(name.c_str(), "Tavrel", applicationShellWidgetClass, opened, XtNmappedWhenManaged, False,
+                               XtNwidth, 10, XtNheight, 10, nullptr);
+  XtRealizeWidget(widget_);
+}
+
+TopLevel::~TopLevel() {
+  if (widget_ != nullptr) XtDestroyWidget(widget_);
+  XtDestroyApplicationContext(application_);
+}
+
+void onDestruction(Widget widget, const std::function<void()> &told) {
+  const auto tell = [](Widget, XtPointer function, XtPointer) {
+    (*static_cast<const std::function<void()> *>(function))();
+  };
+  XtAddCallback(widget, XtNdestroyCallback, tell, const_cast<std::function<void()> *>(&told));
+}

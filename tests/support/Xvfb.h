@@ -1,0 +1,23 @@
+// A private X server for tests that need a display: no window of anybody else, no number agreed upon beforehand.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+
+/// An X server that runs from the constructor to the destructor.
+class PrivateXvfb {
+public:
+  /// Returns when the server takes connections. `screen` is WIDTHxHEIGHTxDEPTH.
+  explicit PrivateXvfb(const std::string &screen = "1280x1024x24");
+  ~PrivateXvfb();
+  PrivateXvfb(const PrivateXvfb &) = delete;
+  PrivateXvfb &operator=(const PrivateXvfb &) = delete;
+
+  /// The display's name (":7"); empty when no server could be started.
+  const std::string &display() const { return display_; }
+
+private:
+  std::string display_;
+  pid_t server_ = -1;
+};

@@ -1,0 +1,178 @@
+// Writes PDFs for tests: one font, a content stream a page, a cross-reference table.
+#include "support/pdf.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace test {
+namespace {
+
+std::string number(double value) {
+  std::ostringstream text;
+  text << value;
+  return text.str();
+}
+
+std::string hex(uint32_t value, int digits) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%0*X", digits, value);
+  return text;
+}
+
+std::string utf16Hex(const std::u32string &text) {
+  std::string result;
+  for (const char32_t c : text)
+    if (c < 0x10000)
+      result += hex(c, 4);
+    else
+      result += hex(0xD800 + ((c - 0x10000) >> 10), 4) + hex(0xDC00 + ((c - 0x10000) & 0x3FF), 4);
+  return result;
+}
+
+std::u32string decoded(const std::string &utf8) {
+  std::u32string result;
+  for (const char byte : utf8) {
+    const auto bits = static_cast<unsigned char>(byte);
+    if (bits < 0x80)
+      result += bits;
+    else if (bits < 0xC0)
+      result.back() = (result.back() << 6) | (bits & 0x3F);
+    else
+      result += bits < 0xE0 ? bits & 0x1F : bits < 0xF0 ? bits & 0x0F : bits & 0x07;
+  }
+  return result;
+}
+
+// The codes of one font: ASCII is itself, everything else gets the next code from 0x80.
+class Font {
+public:
+  explicit Font(const ReadAs &readAs) : readAs_(readAs) {}
+
+  uint32_t code(char32_t c) {
+    if (c < 0x80) return c;
+    const auto [place, isNew] = codes_.emplace(c, 0x80 + static_cast<uint32_t>(codes_.size()));
+    if (place->second > 0xFE) throw std::logic_error("too many different characters for one font");
+    return place->second;
+  }
+
+  std::string hexCodes(const std::string &utf8) {
+    std::string result;
+    for (const char32_t c : decoded(utf8))
+      result += hex(code(c), 2);
+    return result;
+  }
+
+  // Says what each code means, for whoever extracts text.
+  std::string meanings() {
+    std::map<uint32_t, std::u32string> all;
+    for (const auto &[c, code] : codes_)
+      all[code] = std::u32string(1, c);
+    for (const auto &[c, text] : readAs_)
+      all[code(c)] = text;
+    std::string map = "/CIDInit /ProcSet findresource begin 12 dict begin begincmap /CMapType 2 def\n"
+                      "1 begincodespacerange <00> <FF> endcodespacerange\n";
+    for (const auto &[code, text] : all)
+      map += "1 beginbfchar <" + hex(code, 2) + "> <" + utf16Hex(text) + "> endbfchar\n";
+    return map + "endcmap CMapName currentdict /CMap defineresource pop end end\n";
+  }
+
+private:
+  const ReadAs &readAs_;
+  std::map<char32_t, uint32_t> codes_;
+};
+
+class Writer {
+public:
+  // Objects are numbered from 1 in the order in which they are added.
+  size_t add(const std::string &body) {
+    places_.push_back(file_.size());
+    file_ += std::to_string(places_.size()) + " 0 obj\n" + body + "\nendobj\n";
+    return places_.size();
+  }
+  size_t addStream(const std::string &bytes) {
+    return add("<< /Length " + std::to_string(bytes.size()) + " >>\nstream\n" + bytes + "\nendstream");
+  }
+  std::string finish() {
+    const size_t start = file_.size();
+    file_ += "xref\n0 " + std::to_string(places_.size() + 1) + "\n0000000000 65535 f \n";
+    for (const size_t place : places_) {
+      char line[24];
+      std::snprintf(line, sizeof line, "%010zu 00000 n \n", place);
+      file_ += line;
+    }
+    return file_ + "trailer << /Size " + std::to_string(places_.size() + 1) + " /Root 1 0 R >>\nstartxref\n" +
+           std::to_string(start) + "\n%%EOF\n";
+  }
+
+private:
+  std::string file_ = "%PDF-1.5\n";
+  std::vector<size_t> places_;
+};
+
+std::string reference(size_t object) { return std::to_string(object) + " 0 R"; }
+
+} // namespace
+
+std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs) {
+  constexpr size_t tree = 2, font = 3, meanings = 4, firstPage = 5; // a page and its content alternate
+  Font codes(readAs);
+  std::vector<std::string> contents;
+  std::string kids;
+  for (const PdfPage &page : pages) {
+    kids += reference(firstPage + 2 * contents.size()) + " ";
+    std::string content = page.drawing + "\n";
+    for (const PdfText &text : page.texts)
+      content += "BT /F " + number(text.size) + " Tf " + (text.upwards ? "0 1 -1 0 " : "1 0 0 1 ") + number(text.x) +
+                 " " + number(text.y) + " Tm <" + codes.hexCodes(text.text) + "> Tj ET\n";
+    contents.push_back(content);
+  }
+
+  std::string widths;
+  for (int code = 0; code < 256; ++code)
+    widths += "600 ";
+
+  Writer writer;
+  writer.add("<< /Type /Catalog /Pages " + reference(tree) + " >>");
+  writer.add("<< /Type /Pages /Kids [" + kids + "] /Count " + std::to_string(pages.size()) + " >>");
+  writer.add("<< /Type /Font /Subtype /Type1 /BaseFont /Courier /FirstChar 0 /LastChar 255 /Widths [" + widths +
+             "] /ToUnicode " + reference(meanings) + " >>");
+  writer.addStream(codes.meanings());
+  for (size_t i = 0; i < pages.size(); ++i) {
+    const PdfPage &page = pages[i];
+    writer.add("<< /Type /Page /Parent " + reference(tree) + " /MediaBox [0 0 " + number(page.width) + " " +
+               number(page.height) + "]" + (page.cropBox.empty() ? "" : " /CropBox [" + page.cropBox + "]") +
+               " /Rotate " + std::to_string(page.rotate) + " /Resources << /Font << /F " + reference(font) +
+               " >> >> /Contents " + reference(firstPage + 2 * i + 1) + " >>");
+    writer.addStream(contents[i]);
+  }
+  return writer.finish();
+}
+
+ScratchFolder::ScratchFolder() {
+  std::string name = (std::filesystem::temp_directory_path() / "tavrel-test-XXXXXX").string();
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+  path_ = name;
+}
+
+ScratchFolder::~ScratchFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+std::filesystem::path ScratchFolder::write(const std::string &name, const std::string &bytes) const {
+  std::filesystem::path file = path_ / name;
+  std::ofstream(file, std::ios::binary) << bytes;
+  return file;
+}
+
+std::string bytesOf(const std::filesystem::path &file) {
+  std::ifstream stream(file, std::ios::binary);
+  std::ostringstream bytes;
+  bytes << stream.rdbuf();
+  return bytes.str();
+}
+
+} // namespace test

@@ -1,0 +1,59 @@
+// Small PDFs for tests, written when the test runs: pages with text at given places. And a folder to put them in.
+//
+// The text is set in a typewriter font: every character is 0.6 times as wide as the font is high, so a test can say
+// where each of them lies.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// A run of text (UTF-8) on a page.
+struct PdfText {
+  double x = 0, y = 0; ///< where its base line starts: points from the lower left of the unrotated page
+  std::string text;
+  double size = 10;     ///< of the font, in points
+  bool upwards = false; ///< the line runs up the page
+};
+
+struct PdfPage {
+  std::vector<PdfText> texts = {};  ///< in the order of the content stream
+  double width = 400, height = 600; ///< before rotation
+  int rotate = 0;                   ///< degrees, clockwise
+  std::string cropBox = {};         ///< "left bottom right top", or empty
+  std::string drawing = {};         ///< further operators, drawn before the text
+};
+
+/// What a character is extracted as, if not as itself: U+FB01 as "fi", for instance.
+using ReadAs = std::map<char32_t, std::u32string>;
+
+/// The bytes of a PDF. At most 127 different characters beyond ASCII.
+std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {});
+
+/// A folder of its own that goes away with everything in it.
+class ScratchFolder {
+public:
+  ScratchFolder();
+  ~ScratchFolder();
+  ScratchFolder(const ScratchFolder &) = delete;
+  ScratchFolder &operator=(const ScratchFolder &) = delete;
+
+  const std::filesystem::path &path() const { return path_; }
+  /// A file in the folder with these bytes.
+  std::filesystem::path write(const std::string &name, const std::string &bytes) const;
+  /// A PDF in the folder.
+  std::filesystem::path pdf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {}) const {
+    return write("test.pdf", pdfOf(pages, readAs));
+  }
+
+private:
+  std::filesystem::path path_;
+};
+
+/// The bytes of a file; empty if it is not there.
+std::string bytesOf(const std::filesystem::path &file);
+
+} // namespace test

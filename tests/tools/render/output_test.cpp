@@ -1,0 +1,148 @@
+// Files that are there whole or not at all; images as PNG; the lines and the bar.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <png.h>
+#include <unistd.h>
+
+#include "support/pdf.h"
+#include "tools/failure.h"
+#include "tools/output.h"
+#include "tools/png.h"
+#include "tools/progress.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Output : testing::Test {
+  // How many files lie in the folder, finished or not.
+  size_t files() const {
+    return static_cast<size_t>(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()));
+  }
+  std::string failure(const fs::path &place) const {
+    try {
+      tools::OutputFile file(place);
+      file.commit();
+    } catch (const tools::CommandFailure &error) {
+      EXPECT_EQ(error.status, tools::exitOutput);
+      return error.what();
+    }
+    return "";
+  }
+  test::ScratchFolder folder;
+};
+
+TEST_F(Output, IsThereWhenItIsCommitted) {
+  const fs::path place = folder.path() / "a";
+  tools::OutputFile file(place);
+  std::fputs("all of it", file.stream());
+  EXPECT_FALSE(fs::exists(place));
+  file.commit();
+  EXPECT_EQ(test::bytesOf(place), "all of it");
+  EXPECT_EQ(files(), 1U);
+}
+
+TEST_F(Output, LeavesNothingBehindWhenItIsNot) {
+  { const tools::OutputFile file(folder.path() / "a"); }
+  EXPECT_EQ(files(), 0U);
+}
+
+TEST_F(Output, LeavesTheOldFileUntilTheNewOneIsWhole) {
+  const fs::path place = folder.write("a", "old");
+  { const tools::OutputFile file(place); }
+  EXPECT_EQ(test::bytesOf(place), "old");
+}
+
+TEST_F(Output, MakesTheDirectoriesThatLeadThere) {
+  const fs::path place = folder.path() / "b/c/a";
+  tools::OutputFile(place).commit();
+  EXPECT_TRUE(fs::exists(place));
+}
+
+TEST_F(Output, NamesThePlaceThatCannotBeWritten) {
+  const fs::path file = folder.write("file", "");
+  EXPECT_EQ(failure(file / "a"), file.string() + ": Not a directory");
+  fs::create_directory(folder.path() / "directory");
+  EXPECT_EQ(failure(folder.path() / "directory"), (folder.path() / "directory").string() + ": Is a directory");
+  EXPECT_EQ(files(), 2U);
+}
+
+TEST_F(Output, AFullDiskIsAnErrorAndLeavesNothing) {
+  const fs::path place = folder.path() / "a";
+  tools::OutputFile file(place);
+  ASSERT_NE(std::freopen("/dev/full", "wb", file.stream()), nullptr);
+  std::fputs("more than fits", file.stream());
+  EXPECT_THROW(file.commit(), tools::CommandFailure);
+  EXPECT_FALSE(fs::exists(place));
+}
+
+host::Image threeColours() { return {3, 1, {0xFFFF0000, 0xFF00FF00, 0xFF0000FF}}; }
+
+TEST_F(Output, APngHasThePixelsOfTheImage) {
+  const fs::path place = folder.path() / "a.png";
+  tools::OutputFile file(place);
+  ASSERT_TRUE(tools::writePng(file.stream(), threeColours(), 100));
+  file.commit();
+  png_image png{};
+  png.version = PNG_IMAGE_VERSION;
+  ASSERT_NE(png_image_begin_read_from_file(&png, place.c_str()), 0);
+  png.format = PNG_FORMAT_RGB;
+  std::vector<uint8_t> bytes(PNG_IMAGE_SIZE(png));
+  ASSERT_NE(png_image_finish_read(&png, nullptr, bytes.data(), 0, nullptr), 0);
+  EXPECT_EQ(png.width, 3U);
+  EXPECT_EQ(png.height, 1U);
+  EXPECT_THAT(bytes, testing::ElementsAre(255, 0, 0, 0, 255, 0, 0, 0, 255));
+}
+
+TEST_F(Output, APngSaysItsDotsPerInch) {
+  const fs::path place = folder.path() / "a.png";
+  tools::OutputFile file(place);
+  ASSERT_TRUE(tools::writePng(file.stream(), threeColours(), 100));
+  file.commit();
+  // 3937 pixels a metre, twice, and the unit metre.
+  EXPECT_THAT(test::bytesOf(place), testing::HasSubstr(std::string("pHYs\0\0\x0F\x61\0\0\x0F\x61\x01", 13)));
+}
+
+TEST_F(Output, AnImageThatNoPngCanHoldIsRefused) {
+  const tools::OutputFile file(folder.path() / "a.png");
+  testing::internal::CaptureStderr(); // the library has its own words for it
+  EXPECT_FALSE(tools::writePng(file.stream(), host::Image{}, 100));
+  testing::internal::GetCapturedStderr();
+}
+
+TEST_F(Output, AFileGetsTheLinesWithoutTheBar) {
+  const fs::path place = folder.path() / "lines";
+  FILE *stream = std::fopen(place.c_str(), "w");
+  {
+    tools::Progress progress(stream);
+    progress.say("one");
+    progress.show(1, 2);
+    progress.say("two");
+  }
+  std::fclose(stream);
+  EXPECT_EQ(test::bytesOf(place), "one\ntwo\n");
+}
+
+TEST_F(Output, ATerminalGetsTheBarBelowTheLines) {
+  const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+  ASSERT_GE(terminal, 0);
+  ASSERT_EQ(grantpt(terminal), 0);
+  ASSERT_EQ(unlockpt(terminal), 0);
+  FILE *stream = std::fopen(ptsname(terminal), "w");
+  ASSERT_NE(stream, nullptr);
+  {
+    tools::Progress progress(stream);
+    progress.say("one");
+    progress.show(1, 2);
+    progress.say("two");
+  }
+  std::fclose(stream);
+  std::string text; // a terminal gives it in pieces, and an error at the end
+  for (char byte = 0; read(terminal, &byte, 1) == 1;)
+    text += byte;
+  close(terminal);
+  EXPECT_EQ(text, "one\r\n\r[" + std::string(20, '#') + std::string(20, '-') + "] 1/2\r\033[Ktwo\r\n");
+}
+
+} // namespace

@@ -1,0 +1,132 @@
+// The loop that steps from hit to hit, with a plug-in that lives in the test.
+#include <gmock/gmock.h>
+
+#include <functional>
+#include <map>
+
+#include "host/view/Viewer.h"
+#include "tools/walk.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+// What the plug-in does; its callbacks are functions without data.
+struct Plan {
+  std::map<int32_t, tavrel::TextSelection> marks; ///< what is painted on a page
+  std::vector<int32_t> stops;                     ///< where each press goes; -1 is nowhere
+  size_t next = 0;
+  bool endless = false; ///< the button stays enabled
+  tavrel::PageView view = nullptr;
+};
+Plan plan;
+
+void paint(tavrel::PageView view, void *) {
+  const auto mark = plan.marks.find(TavrelView::PageViewGetPageNum(view));
+  if (mark != plan.marks.end()) TavrelView::PageViewPaintSelection(view, mark->second);
+}
+
+void press(tavrel::ToolButton, void *) {
+  const int32_t stop = plan.next < plan.stops.size() ? plan.stops[plan.next] : -1;
+  ++plan.next;
+  if (stop >= 0) TavrelView::PageViewShowPage(plan.view, stop);
+}
+
+tavrel::Bool16 isEnabled(tavrel::ToolButton, void *) { return plan.endless || plan.next < plan.stops.size() ? 1 : 0; }
+
+struct Walk : test::Viewer {
+  Walk() {
+    plan = {};
+    plan.view = view;
+    TavrelView::RegisterPageDrawProc(guest.callback(paint), nullptr);
+    const tavrel::ToolButton button = TavrelView::ToolButtonCreate(runtime.atoms.atom(tools::nextButton), 0, 0, 0);
+    TavrelView::ToolButtonAttachAction(button, guest.callback(press), nullptr);
+    TavrelView::ToolButtonAttachEnabledTest(button, guest.callback(isEnabled), nullptr);
+    TavrelView::ToolBarInsertButton(bar, button, 0, nullptr);
+  }
+  void markPages(const std::vector<int32_t> &pages) {
+    for (const int32_t page : pages)
+      plan.marks[page] = model->select(page, {{0, 10, 10, 0}});
+  }
+  tools::PageSink sink() {
+    return [this](const host::Drawing &drawing) { written.push_back(drawing.page); };
+  }
+  void walk(size_t patience = 10) { tools::walkMarkedPages(app, *document, patience, sink()); }
+
+  std::vector<int32_t> written;
+};
+
+TEST_F(Walk, WritesTheMarkedPagesThatItComesBy) {
+  markPages({0, 2, 4});
+  plan.stops = {2, 4};
+  walk();
+  EXPECT_THAT(written, ElementsAre(0, 2, 4));
+}
+
+TEST_F(Walk, WritesNoPageWithoutMarks) {
+  markPages({3});
+  plan.stops = {1, 3, 4};
+  walk();
+  EXPECT_THAT(written, ElementsAre(3));
+}
+
+TEST_F(Walk, WritesAPageOnceHoweverOftenItComesBy) {
+  markPages({1, 2});
+  plan.stops = {1, 2, 1, 2, 1};
+  walk();
+  EXPECT_THAT(written, ElementsAre(1, 2));
+}
+
+TEST_F(Walk, StepsOverPagesThatTheDocumentLacks) {
+  markPages({1, 4});
+  plan.stops = {99, 1, 99, 99, 4}; // a page that is not there ends the action with an error
+  walk();
+  EXPECT_THAT(written, ElementsAre(1, 4));
+}
+
+TEST_F(Walk, EndsWhenMorePressesInARowThanItsPatienceBroughtNothing) {
+  plan.endless = true;
+  walk(10);
+  EXPECT_EQ(plan.next, 11U);
+}
+
+TEST_F(Walk, PatienceIsForPressesInARow) {
+  markPages({1, 2, 3});
+  plan.stops = {-1, -1, 1, -1, -1, 2, -1, -1, 3};
+  walk(2);
+  EXPECT_THAT(written, ElementsAre(1, 2, 3));
+}
+
+TEST_F(Walk, EndsWhereTheSamePagesComeBackForEver) {
+  markPages({1, 2});
+  for (int n = 0; n < 1000; ++n)
+    plan.stops.push_back(1 + n % 2);
+  plan.endless = true;
+  walk(10);
+  EXPECT_THAT(written, ElementsAre(1, 2));
+  EXPECT_EQ(plan.next, 13U);
+}
+
+TEST_F(Walk, WithoutTheButtonThereIsThePageShown) {
+  markPages({0, 1});
+  TavrelView::ToolButtonDetach(TavrelView::ToolBarFindButton(bar, runtime.atoms.atom(tools::nextButton)));
+  walk();
+  EXPECT_THAT(written, ElementsAre(0));
+}
+
+TEST_F(Walk, WithoutAToolBarThereIsThePageShown) {
+  markPages({0});
+  app.removeToolBar();
+  walk();
+  EXPECT_THAT(written, ElementsAre(0));
+}
+
+TEST_F(Walk, OfAllPagesTakesThemInOrderMarkedOrNot) {
+  markPages({3});
+  TavrelView::PageViewShowPage(view, 3);
+  tools::walkAllPages(app, *document, sink());
+  EXPECT_THAT(written, ElementsAre(0, 1, 2, 3, 4));
+  EXPECT_EQ(plan.next, 0U) << "and presses nothing";
+}
+
+} // namespace

@@ -30,6 +30,7 @@ extern tavrel::HFT gKernelHFT;
 
 namespace Kernel {
 using namespace tavrel;
+using tavrel::Atom; // X has an Atom, too
 #define KERNEL_DECLARE(...) TAVREL_OPERATION(gKernelHFT, __VA_ARGS__)
 KERNEL_OPERATIONS(KERNEL_DECLARE)
 #undef KERNEL_DECLARE

@@ -123,6 +123,7 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
 
 namespace TavrelView {
 using namespace tavrel;
+using tavrel::Atom; // X has an Atom, too
 #define TAVREL_VIEW_DECLARE(...) TAVREL_OPERATION(gTavrelViewHFT, __VA_ARGS__)
 TAVREL_VIEW_OPERATIONS(TAVREL_VIEW_DECLARE)
 #undef TAVREL_VIEW_DECLARE

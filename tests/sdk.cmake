@@ -1,0 +1,2 @@
+# The interface by itself.
+tavrel_test(NAME sdk_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/sdk/*.cpp LIBRARIES sdk X11::Xt)

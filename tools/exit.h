@@ -5,13 +5,13 @@ namespace tools {
 
 enum ExitStatus : int {
   exitDone = 0,
-  exitHostFailure = 1,        ///< no display, a plug-in that cannot be loaded, memory exhausted
-  exitUsage = 2,              ///< wrong words on the command line
-  exitDocument = 3,           ///< the document cannot be read
-  exitPassword = 4,           ///< the document wants another password
-  exitNothingMarked = 5,      ///< no hits: nothing found, or nothing in the highlight file that the document has
-  exitHighlightFile = 6,      ///< the highlight file cannot be read
-  exitOutput = 7,             ///< an output cannot be written
+  exitHostFailure = 1,   ///< no display, a plug-in that cannot be loaded, memory exhausted
+  exitUsage = 2,         ///< wrong words on the command line
+  exitDocument = 3,      ///< the document cannot be read
+  exitPassword = 4,      ///< the document wants another password
+  exitNothingMarked = 5, ///< no hits: nothing found, or nothing in the highlight file that the document has
+  exitHighlightFile = 6, ///< the highlight file cannot be read
+  exitOutput = 7,        ///< an output cannot be written
 };
 
 } // namespace tools

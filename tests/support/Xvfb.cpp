@@ -25,7 +25,9 @@ std::string lineFrom(int descriptor) {
   const int quiet = open("/dev/null", O_WRONLY | O_CLOEXEC);
   dup2(quiet, STDOUT_FILENO);
   dup2(quiet, STDERR_FILENO);
-  execlp("Xvfb", "Xvfb", "-displayfd", displayDescriptor, "-screen", "0", screen, "-nolisten", "tcp", nullptr);
+  // Without -noreset the server starts afresh when its last client goes, and turns away whoever comes meanwhile.
+  execlp("Xvfb", "Xvfb", "-displayfd", displayDescriptor, "-screen", "0", screen, "-nolisten", "tcp", "-noreset",
+         nullptr);
   _exit(127);
 }
 

@@ -50,6 +50,7 @@ struct Pair {
 };
 
 // Each case tells whether the values that its body stored are there after the jump.
+// NOLINTBEGIN(bugprone-suspicious-include,readability-duplicate-include): a copy of the source for each, on purpose
 
 namespace oneValue {
 #include "plugin/pi/PIFrame.cpp"
@@ -220,6 +221,8 @@ bool holds() {
   return whole && value == 2;
 }
 } // namespace bodyThatEnds
+
+// NOLINTEND(bugprone-suspicious-include,readability-duplicate-include)
 
 struct Case {
   const char *name;

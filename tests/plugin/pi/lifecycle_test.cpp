@@ -28,8 +28,11 @@ TEST(Export, MakesZeroedGlobalDataAndOffersTheTable) {
   const RecordingHost host;
   EXPECT_EQ(ExtensionExportHFTs(), 1U);
   ASSERT_NE(gData, nullptr);
-  const GlobalData zero = {};
-  EXPECT_EQ(memcmp(gData, &zero, sizeof zero), 0);
+  EXPECT_EQ(gData->shell, nullptr);
+  EXPECT_EQ(gData->prevBitmap + gData->nextBitmap, 0U);
+  EXPECT_EQ(gData->prevButton, nullptr);
+  EXPECT_EQ(gData->nextButton, nullptr);
+  EXPECT_EQ(gData->buttonsShown, 0);
   EXPECT_EQ(host.story(), R"(
 TavrelSupport.NewHFTServer("TavrelGLT", GLTProvideHFT, GLTDestroyHFT, null)
 )");
@@ -64,6 +67,7 @@ protected:
 
   void SetUp() override {
     application_ = std::make_unique<TopLevel>(server_->display());
+    ASSERT_NE(application_->widget(), nullptr) << "no display";
     host.topLevel = host.named(application_->widget(), "topLevel");
     gExtensionID = 77;
     ExtensionExportHFTs();

@@ -122,7 +122,7 @@ HL *HLPFindWord(const HLP *page, uint16_t pos) {
 }
 
 HL *HLPInsertWord(HLP *page, uint16_t pos, uint16_t len) {
-  if (page->count >= maxWords || !HLPCheck(page, static_cast<uint16_t>(page->count + 1))) return nullptr;
+  if (!HLPCheck(page, static_cast<uint16_t>(page->count + 1))) return nullptr;
   HL *word = &page->words[page->count];
   *word = HL{pos, len};
   ++page->count;
@@ -130,6 +130,7 @@ HL *HLPInsertWord(HLP *page, uint16_t pos, uint16_t len) {
 }
 
 Bool16 HLPCheck(HLP *page, uint16_t needed) {
+  if (needed > maxWords) return 0;
   const auto target = static_cast<uint16_t>(targetCapacity(needed, wordStep));
   if (target <= page->capacity && target > page->capacity / 2) return 1;
   HL *words = resized(page->words, target);

@@ -406,4 +406,14 @@ TEST(HighlightList, MakesNoHostCall) {
   EXPECT_EQ(host.story(), "\n");
 }
 
+TEST(PageArray, IsLeftAloneWhenAskedForMoreThanAPageCanHold) {
+  const ListOwner list({{7, 1, 1}});
+  HLP *page = HLLFindPage(list, 7);
+  const HL *words = page->words;
+  for (const uint16_t needed : {uint16_t{65520}, uint16_t{65535}})
+    EXPECT_EQ(HLPCheck(page, needed), 0) << needed;
+  EXPECT_EQ(page->words, words);
+  EXPECT_EQ(page->capacity, 16);
+}
+
 } // namespace

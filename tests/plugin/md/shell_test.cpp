@@ -42,7 +42,7 @@ Place placeOf(Widget widget) {
 std::string classOf(Widget widget) {
   XClassHint hint = {nullptr, nullptr};
   if (XGetClassHint(XtDisplay(widget), XtWindow(widget), &hint) == 0) return "";
-  const std::string name = std::string(hint.res_name) + " " + hint.res_class;
+  std::string name = std::string(hint.res_name) + " " + hint.res_class;
   XFree(hint.res_name);
   XFree(hint.res_class);
   return name;

@@ -2,6 +2,7 @@
 # Makes the documents that the end-to-end tests read, into the folder given. Each shows one thing that real documents
 # have; texts are our own.
 set -euo pipefail
+export LC_ALL=C.UTF-8 # the texts below are UTF-8, whatever the caller speaks
 mkdir -p "$1"
 cd "$1"
 

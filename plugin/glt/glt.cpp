@@ -60,22 +60,21 @@ void removeRecord(Doc document, uint32_t serial) {
 /// Whose a list is that is to be registered: the registration's that holds it, where it came from GLT_GetHLL, or the
 /// caller's own (serial 0). A registration may go while the host is called, and its list with it.
 struct Holder {
-  void *document;
+  Doc document;
   uint32_t serial;
 };
 
 Holder holderOf(const HLL *list) {
   for (const AssocEntry *entry = s_AssocList; list != nullptr && entry != nullptr; entry = entry->next) {
     const auto *record = static_cast<const GLTRecord *>(entry->data);
-    if (entry->size == sizeof(GLTRecord) && record->hll == list) return {entry->object, record->serial};
+    if (entry->size == sizeof(GLTRecord) && record->hll == list)
+      return {static_cast<Doc>(entry->object), record->serial};
   }
   return {nullptr, 0};
 }
 
 bool stillThere(const Holder &holder) {
-  if (holder.serial == 0) return true;
-  const auto *record = static_cast<const GLTRecord *>(AssociateFind(holder.document, s_gltAtom, s_gltAtom));
-  return record != nullptr && record->serial == holder.serial;
+  return holder.serial == 0 || GLTStillRegistered(holder.document, holder.serial, nullptr) != nullptr;
 }
 
 /// A copy of a registered list on its way from the old record to the new one. The host is called in between, so it is

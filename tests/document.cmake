@@ -1,8 +1,5 @@
 # Documents, selections, searching. qpdf makes the encrypted ones.
 find_program(QPDF qpdf REQUIRED)
-add_library(test_support STATIC ${CMAKE_CURRENT_SOURCE_DIR}/support/pdf.cpp)
-target_include_directories(test_support PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
-
 tavrel_test(NAME document_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/document/*.cpp
             LIBRARIES host_document test_support)
 target_compile_definitions(document_test PRIVATE QPDF="${QPDF}")

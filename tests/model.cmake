@@ -11,8 +11,12 @@ if(Python3_FOUND)
   target_link_options(model_driver PRIVATE -Wl,--allow-multiple-definition)
   set(compare ${Python3_EXECUTABLE} -B ${CMAKE_CURRENT_SOURCE_DIR}/model/compare.py)
   set(files 20000)
-  if(TAVREL_SANITIZE) # many times slower
+  if(TAVREL_SANITIZE OR CMAKE_CROSSCOMPILING) # many times slower
     set(files 2000)
+  endif()
+  if(CMAKE_CROSSCOMPILING)
+    list(JOIN CMAKE_CROSSCOMPILING_EMULATOR " " emulator)
+    list(APPEND compare "--under=${emulator}")
   endif()
   add_test(NAME model COMMAND ${compare} $<TARGET_FILE:model_driver> --files ${files} --jobs 2)
   set_tests_properties(model PROPERTIES PROCESSORS 2)

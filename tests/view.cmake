@@ -1,26 +1,4 @@
-# The kernel, the view and the command that draws marked pages. Test plug-ins are libraries of their own; those of the
-# loader share one frame.
-set(test_plugins ${CMAKE_BINARY_DIR}/test-plugins)
-function(test_plugin name)
-  add_library(test_plugin_${name} MODULE ${ARGN})
-  target_compile_options(test_plugin_${name} PRIVATE -fvisibility=hidden)
-  target_link_libraries(test_plugin_${name} PRIVATE sdk)
-  set_target_properties(test_plugin_${name} PROPERTIES PREFIX "" OUTPUT_NAME ${name}
-                                                       LIBRARY_OUTPUT_DIRECTORY ${test_plugins})
-endfunction()
-
-set(plugin_sources ${CMAKE_CURRENT_SOURCE_DIR}/host/plugins)
-set(loader_plugins good second refuses otherversion nosetup raises forgets strangecallback)
-foreach(name ${loader_plugins})
-  test_plugin(${name} ${plugin_sources}/TestPlugin.cpp ${plugin_sources}/${name}.cpp)
-endforeach()
-test_plugin(nomain ${plugin_sources}/nomain.cpp)
-list(TRANSFORM loader_plugins PREPEND test_plugin_)
-
-tavrel_test(NAME kernel_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/kernel/*.cpp LIBRARIES host_kernel test_support)
-target_compile_definitions(kernel_test PRIVATE TEST_PLUGINS="${test_plugins}")
-add_dependencies(kernel_test ${loader_plugins} test_plugin_nomain)
-
+# The view and the command that draws marked pages.
 tavrel_test(NAME view_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/view/*.cpp LIBRARIES host_view test_support)
 tavrel_test(NAME desktop_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/view/desktop/*.cpp
             LIBRARIES tools test_support X11::Xt X11::X11)

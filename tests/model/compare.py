@@ -20,8 +20,11 @@ EDGES = -1
 
 
 def driver_lines(driver, files):
-    """The driver's lines for the files; after a crash the last one says so and the rest is missing."""
-    run = subprocess.run([driver], input=generate.framed(files), stdout=subprocess.PIPE, check=False)
+    """The driver's lines for the files; after a crash the last one says so and the rest is missing.
+
+    `driver` is its command line.
+    """
+    run = subprocess.run(driver, input=generate.framed(files), stdout=subprocess.PIPE, check=False)
     lines = run.stdout.decode("ascii").split("\n")[:-1]
     if run.returncode != 0:
         if len(lines) == len(files):  # a leak, reported at exit: no one file's fault
@@ -103,19 +106,21 @@ def show(driver, seed, difference):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
     parser.add_argument("driver")
+    parser.add_argument("--under", default="", help="what runs the driver, where this machine cannot")
     parser.add_argument("--files", type=int, default=20000)
     parser.add_argument("--seed", default="1")
     parser.add_argument("--jobs", type=int, default=2)
     arguments = parser.parse_args()
+    driver = [*arguments.under.split(), arguments.driver]
 
     started = time.monotonic()
     tally = Tally()
     size = generate.FILES_IN_BLOCK
     with concurrent.futures.ProcessPoolExecutor(arguments.jobs) as pool:
-        pending = [pool.submit(compare_block, arguments.driver, arguments.seed, EDGES, None)]
+        pending = [pool.submit(compare_block, driver, arguments.seed, EDGES, None)]
         for first in range(0, arguments.files, size):
             left = arguments.files - first
-            pending.append(pool.submit(compare_block, arguments.driver, arguments.seed, first // size, left))
+            pending.append(pool.submit(compare_block, driver, arguments.seed, first // size, left))
         for future in pending:
             tally.add(future.result())
     seconds = time.monotonic() - started
@@ -126,7 +131,7 @@ def main():
     print("%d highlights, %d version questions" % (tally.highlights, tally.asked))
     print("%.0f bytes a file" % (tally.bytes / tally.compared))
     for difference in tally.differences[:SHOWN]:
-        show(arguments.driver, arguments.seed, difference)
+        show(driver, arguments.seed, difference)
     return 1 if tally.differences else 0
 
 

@@ -1,6 +1,7 @@
 // The built-in bitmaps and the icon bundle. What needs a display is in shell_test.cpp.
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cstddef>
 #include <cstring>
 
@@ -122,6 +123,16 @@ TEST(IconBundles, HoldSignatureVersionAndBitmaps) {
   memcpy(bundled, bundle, sizeof bundled);
   EXPECT_EQ(std::vector<uint32_t>(bundled, bundled + 5),
             (std::vector<uint32_t>{0x54564943, 0x4F4E4255, 0x00050000, 0x72, 0x71}));
+  mdReleaseIconBundle(bundle);
+}
+
+// The one place where the machine's byte order shows.
+TEST(IconBundles, ReadTheirNameWhereTheMostSignificantByteIsFirst) {
+  RecordingHost host;
+  IconBundle *bundle = mdGetIconBundle(0, 1);
+  ASSERT_NE(bundle, nullptr);
+  const std::string name(reinterpret_cast<const char *>(bundle), 8);
+  EXPECT_EQ(name, std::endian::native == std::endian::big ? "TVICONBU" : "CIVTUBNO");
   mdReleaseIconBundle(bundle);
 }
 

@@ -1,0 +1,7 @@
+# 32-bit big-endian Linux, the kind of machine the plug-in's records were laid out for; programs run under qemu.
+set(CMAKE_SYSTEM_NAME Linux)
+set(CMAKE_SYSTEM_PROCESSOR ppc)
+set(CMAKE_CXX_COMPILER powerpc-linux-gnu-g++)
+set(CMAKE_C_COMPILER powerpc-linux-gnu-gcc)
+set(CMAKE_CROSSCOMPILING_EMULATOR qemu-ppc -L /usr/powerpc-linux-gnu)
+include(${CMAKE_CURRENT_LIST_DIR}/libraries.cmake)

@@ -1,0 +1,49 @@
+// Stands in for the toolkit on machines that have no X: a top-level widget that is an address and nothing more, and the
+// plug-in's shell with the same host calls. Whatever only passes widgets on is tested as everywhere else.
+#include "plugin/md/mdResources.h"
+#include "plugin/md/mdUtils.h"
+#include "plugin/pi/miPI.h"
+#include "tavrel/Desktop.h"
+#include "tests/support/TopLevel.h"
+#include "tests/support/Xvfb.h"
+
+tavrel::Widget rootWidget;
+
+namespace {
+
+char s_topLevel, s_shell;
+const std::function<void()> *s_told;
+
+tavrel::Widget widgetAt(char &place) { return reinterpret_cast<tavrel::Widget>(&place); }
+
+} // namespace
+
+PrivateXvfb::PrivateXvfb(const std::string & /*screen*/) : display_("none needed") {}
+PrivateXvfb::~PrivateXvfb() = default;
+
+TopLevel::TopLevel(const std::string & /*display*/, const std::string & /*name*/)
+    : application_(nullptr), widget_(widgetAt(s_topLevel)) {}
+TopLevel::~TopLevel() = default;
+
+void onDestruction(tavrel::Widget /*widget*/, const std::function<void()> &told) { s_told = &told; }
+
+tavrel::Widget mdInitUtils() {
+  if (Desktop::GetTopLevelWidget() == nullptr) return nullptr;
+  static const char *const noLines[] = {nullptr};
+  Desktop::RegisterResourceClass("Highlight", noLines);
+  if (Desktop::GetTopLevelWidget() != nullptr) rootWidget = widgetAt(s_shell);
+  return rootWidget;
+}
+
+tavrel::Bool16 mdInit() {
+  gData->shell = mdInitUtils();
+  return gData->shell != nullptr;
+}
+
+void mdTerm() {
+  if (gData == nullptr || gData->shell == nullptr || s_told == nullptr) return;
+  (*s_told)();
+  s_told = nullptr;
+}
+
+uint32_t mdGetBitmapSize(tavrel::Bitmap /*bitmap*/) { return 0; }

@@ -66,7 +66,8 @@ public:
   PageWriter(const RenderOptions &options, int32_t pageCount)
       : options_(options), pageCount_(pageCount), progress_(stdout) {}
 
-  void write(const host::Drawing &drawing) {
+  /// `status` is what plug-ins say of the page.
+  void write(const host::Drawing &drawing, const std::string &status) {
     char name[32];
     std::snprintf(name, sizeof name, "page-%04d.png", drawing.page + 1);
     const fs::path place = options_.out / name;
@@ -77,7 +78,8 @@ public:
     pages_ += drawing.marks > 0 ? 1 : 0;
     hits_ += drawing.marks;
     progress_.say("page " + std::to_string(drawing.page + 1) + " of " + std::to_string(pageCount_) + ": " +
-                  counted(drawing.marks, "hit") + " -> " + place.string());
+                  counted(drawing.marks, "hit") + " -> " + place.string() +
+                  (status.empty() ? "" : " (" + status + ")"));
     progress_.show(drawing.page + 1, pageCount_);
   }
 
@@ -124,7 +126,7 @@ ExitStatus statusOf(const host::HostError &error) {
 
 void walk(Viewer &viewer, const RenderOptions &options, host::ViewerDocument &document, size_t bytes,
           PageWriter &writer) {
-  const auto sink = [&](const host::Drawing &drawing) { writer.write(drawing); };
+  const auto sink = [&](const host::Drawing &drawing) { writer.write(drawing, viewer.app.statusText()); };
   try {
     if (options.pages == "all")
       walkAllPages(viewer.app, document, sink);

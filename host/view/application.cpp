@@ -72,6 +72,20 @@ ViewerDocument *Application::documentOf(const PageView &view) const {
   return place == documents_.end() ? nullptr : place->get();
 }
 
+void Application::setStatusText(tavrel::ExtensionID extension, const std::string &text) {
+  if (text.empty())
+    statusTexts_.erase(extension);
+  else
+    statusTexts_[extension] = text;
+}
+
+std::string Application::statusText() const {
+  std::string all;
+  for (const auto &[extension, text] : statusTexts_)
+    all += (all.empty() ? "" : "; ") + text;
+  return all;
+}
+
 void Application::removeToolBar() {
   toolBarHandles_.remove(toolBar_.get());
   toolBar_.reset();
@@ -89,7 +103,9 @@ void Application::afterCall() noexcept {
 
 void addHostTables(Runtime &runtime) {
   runtime.addTable("DocModel", 0x00050000, docModelTable());
+  // The older version is the same table: who asks for it does not look beyond its end.
   runtime.addTable("TavrelView", 0x00050001, viewTable());
+  runtime.addTable("TavrelView", tavrel::tavrelViewVersion, viewTable());
   runtime.addTable("Desktop", 0x00040000, desktopTable());
 }
 

@@ -55,6 +55,11 @@ public:
   ToolBar *toolBar() const { return toolBar_.get(); }
   void removeToolBar();
 
+  /// What a plug-in says on the status line; empty takes it away.
+  void setStatusText(tavrel::ExtensionID extension, const std::string &text);
+  /// What all plug-ins say there, in the order in which they were loaded.
+  std::string statusText() const;
+
   AuxData auxData;
   AlertHandler alert;        ///< at first one that answers no
   uint32_t modifierKeys = 0; ///< flags (ModifierKey)
@@ -74,6 +79,7 @@ private:
   std::unique_ptr<ToolBar> toolBar_;
   std::map<int32_t, std::vector<Registration>> notifications_;
   std::vector<Registration> pageDraw_;
+  std::map<tavrel::ExtensionID, std::string> statusTexts_; ///< none is empty
 };
 
 /// Makes the tables "DocModel", "TavrelView" and "Desktop" known to a runtime.

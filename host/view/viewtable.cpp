@@ -199,6 +199,13 @@ void setAttribute(ButtonHandle button, int32_t attribute) {
 
 void detachButton(ButtonHandle button) { theBar().detach(buttonOf(button)); }
 
+// ---- status line
+
+void setStatusText(ExtensionID extension, const char *text) {
+  Runtime::current().extensions.name(extension); // throws for a stranger
+  app().setStatusText(extension, text == nullptr ? "" : text);
+}
+
 Table build() {
   namespace View = ::TavrelView;
   Table table("TavrelView", View::operations);
@@ -236,6 +243,7 @@ Table build() {
   table.provideBare<unregisterAuxDataHandler>(View::UnregisterAuxDataHandler);
   table.provide<setAttribute>(View::ToolButtonSetAttribute);
   table.provide<detachButton>(View::ToolButtonDetach);
+  table.provide<setStatusText>(View::SetStatusText);
   table.finish();
   return table;
 }

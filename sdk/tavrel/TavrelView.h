@@ -1,5 +1,5 @@
-// The "TavrelView" table, version 0x00050001: viewer documents, page views, the tool bar, alerts, notifications and
-// auxiliary data.
+// The "TavrelView" table: viewer documents, page views, the tool bar, alerts, notifications, auxiliary data and the
+// status line. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with SetStatusText; a host grants both.
 //
 // Where a page view, a tool bar or an anchor button may be missing, null is let pass: the operation does nothing.
 // Any other unknown handle raises. Tags: see Kernel.h.
@@ -36,6 +36,9 @@ enum ModifierKey : uint32_t { modifierShift = 1, modifierControl = 2, modifierAl
 
 /// Attributes of a tool button.
 enum ButtonAttribute : int32_t { buttonInternal = 1, buttonAlsoInBrowser = 2 };
+
+/// The newest version: all operations below.
+inline constexpr uint32_t tavrelViewVersion = 0x00050002;
 
 /// Icons of an alert.
 enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, alertNote = 3 };
@@ -118,7 +121,10 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   /* Sets an attribute of a button (ButtonAttribute). [raises] */                                                      \
   OPERATION(32, ToolButtonSetAttribute, void(ToolButton button, int32_t attribute))                                    \
   /* Takes a button off its tool bar; the button lives on. [raises] */                                                 \
-  OPERATION(33, ToolButtonDetach, void(ToolButton button))
+  OPERATION(33, ToolButtonDetach, void(ToolButton button))                                                             \
+  /* Sets what a plug-in says on the status line, in UTF-8; it is copied. Null or empty: nothing. Each plug-in has a   \
+     text of its own. [raises] */                                                                                      \
+  OPERATION(34, SetStatusText, void(ExtensionID extension, const char *text))
 // clang-format on
 
 namespace TavrelView {

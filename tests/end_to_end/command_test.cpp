@@ -49,10 +49,12 @@ TEST_F(Command, RenderSaysALineForEveryPageWithHits) {
                                                     "len=\"2\"/>\n<loc pg=\"2\" pos=\"5\" len=\"1\"/>"));
   const CommandResult result = render(documents + "/three-hundred.pdf", hits);
   EXPECT_EQ(result.status, tools::exitDone);
-  EXPECT_NE(result.output.find("page 1 of 300: 1 hit -> " + std::string(folder / "out/page-0001.png")),
+  EXPECT_NE(result.output.find("page 1 of 300: 1 hit -> " + std::string(folder / "out/page-0001.png") +
+                               " (hit 1 of 3, page 1 of 2)\n"),
             std::string::npos)
       << result.output;
-  EXPECT_NE(result.output.find("page 3 of 300: 2 hits -> " + std::string(folder / "out/page-0003.png")),
+  EXPECT_NE(result.output.find("page 3 of 300: 2 hits -> " + std::string(folder / "out/page-0003.png") +
+                               " (hit 2 of 3, page 2 of 2)\n"),
             std::string::npos);
   EXPECT_EQ(written(), 2U);
 }

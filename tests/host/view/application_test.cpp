@@ -228,6 +228,28 @@ TEST_F(Application, ModifierKeysAreWhatTheWindowSays) {
   EXPECT_EQ(TavrelView::GetModifierKeyState(), 5U);
 }
 
+TEST_F(Application, EachPlugInHasAStatusTextOfItsOwn) {
+  const test::Guest another(runtime, "another");
+  TavrelView::SetStatusText(another.id, "page 2");
+  TavrelView::SetStatusText(guest.id, "hit 7");
+  EXPECT_EQ(app.statusText(), "hit 7; page 2");
+  TavrelView::SetStatusText(guest.id, "hit 8");
+  EXPECT_EQ(app.statusText(), "hit 8; page 2");
+}
+
+TEST_F(Application, AnEmptyStatusTextIsNone) {
+  for (const char *none : {static_cast<const char *>(nullptr), ""}) {
+    TavrelView::SetStatusText(guest.id, "hit 7");
+    TavrelView::SetStatusText(guest.id, none);
+    EXPECT_EQ(app.statusText(), "");
+  }
+}
+
+TEST_F(Application, AStrangerHasNoStatusText) {
+  EXPECT_EQ(guest.attempt([] { TavrelView::SetStatusText(4711, "hello"); }), tavrel::errBadHandle);
+  EXPECT_EQ(app.statusText(), "");
+}
+
 TEST(HostTables, AreKnownAtTheirVersions) {
   host::Runtime runtime;
   host::addHostTables(runtime);
@@ -236,6 +258,8 @@ TEST(HostTables, AreKnownAtTheirVersions) {
   };
   EXPECT_EQ(request("DocModel", 0x00050000), host::docModelTable());
   EXPECT_EQ(request("TavrelView", 0x00050001), host::viewTable());
+  EXPECT_EQ(request("TavrelView", 0x00050002), host::viewTable());
+  EXPECT_EQ(request("TavrelView", 0x00050003), nullptr);
   EXPECT_EQ(request("Desktop", 0x00040000), host::desktopTable());
 }
 

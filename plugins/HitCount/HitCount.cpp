@@ -1,0 +1,111 @@
+// A plug-in that says where a reader stands among a document's hits: "hit 7 of 42, page 2 of 6", on the status line,
+// after every page drawn. It knows the interface in sdk/ alone, and the hits through the table "TavrelGLT", whoever
+// found them; without that table it does nothing.
+//
+// Owns nothing but the table pointers. Host calls may raise through any of these functions: no object here has a
+// destructor.
+#include <algorithm>
+#include <cstdio>
+
+#include "tavrel/Kernel.h"
+#include "tavrel/TavrelGLT.h"
+#include "tavrel/TavrelView.h"
+#include "tavrel/plugin.h"
+
+using namespace tavrel;
+
+HFT gKernelHFT, gTavrelViewHFT, gTavrelGLTHFT;
+
+namespace {
+
+ExtensionID s_self;
+
+template <typename Function> Callback callbackOf(Function function) {
+  return Kernel::CreateCallback(s_self, entryOf(function));
+}
+
+bool hasHit(const HLL *list, uint32_t pageIndex, uint32_t wordIndex) {
+  int32_t page = 0;
+  uint16_t pos = 0, len = 0;
+  return TavrelGLT::HLL_GetHL(list, pageIndex, static_cast<uint16_t>(wordIndex), &page, &pos, &len) != 0;
+}
+
+/// A page's number of hits. The table has no question for it, so it is closed in upon: a list may have thousands of
+/// pages, and this is asked after every draw.
+uint32_t hitsOn(const HLL *list, uint32_t pageIndex) {
+  uint32_t count = 0;
+  for (uint32_t step = 0x8000; step != 0; step /= 2)
+    if (hasHit(list, pageIndex, count + step - 1)) count += step;
+  return count;
+}
+
+/// Nothing where there is no current hit.
+void describePosition(Doc document, char *text, size_t size) {
+  text[0] = 0;
+  const HLL *list = TavrelGLT::GLT_GetHLL(document);
+  uint32_t pageIndex = 0;
+  uint16_t wordIndex = 0;
+  if (list == nullptr || !TavrelGLT::GLT_GetPos(document, &pageIndex, &wordIndex)) return;
+  if (!hasHit(list, pageIndex, 0)) return;
+  // Stepping by words goes one beyond a page's last hit before it turns the page.
+  uint32_t number = std::min(uint32_t{wordIndex} + 1, hitsOn(list, pageIndex));
+  for (uint32_t i = 0; i < pageIndex; ++i)
+    number += hitsOn(list, i);
+  snprintf(text, size, "hit %u of %u, page %u of %u", number, TavrelGLT::HLL_GetWordCount(list), pageIndex + 1,
+           TavrelGLT::HLL_GetPageCount(list));
+}
+
+void pageDrawn(PageView view, void * /*clientData*/) {
+  Doc document = TavrelView::PageViewGetDoc(view);
+  char text[100] = "";
+  if (document != nullptr) describePosition(document, text, sizeof text);
+  TavrelView::SetStatusText(s_self, text);
+}
+
+/// Draw procedures are called in the order in which they came, and the hits' owner moves the current one in its own.
+/// When the first document opens, all plug-ins have registered theirs; a second registration is none.
+void documentOpened(Doc /*document*/, void * /*clientData*/) {
+  TavrelView::RegisterPageDrawProc(callbackOf(pageDrawn), nullptr);
+}
+
+void documentClosed(Doc /*document*/, void * /*clientData*/) { TavrelView::SetStatusText(s_self, nullptr); }
+
+uint32_t importTables() {
+  gTavrelGLTHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelGLT"), tavrelGLTVersion);
+  return 1;
+}
+
+uint32_t initialise() {
+  if (gTavrelGLTHFT == nullptr) return 1;
+  TavrelView::RegisterNotification(notifyDocDidOpen, s_self, callbackOf(documentOpened), nullptr);
+  TavrelView::RegisterNotification(notifyDocDidClose, s_self, callbackOf(documentClosed), nullptr);
+  return 1;
+}
+
+uint32_t shakeHands(uint32_t /*version*/, HandshakeRecord *record) {
+  record->name = Kernel::AtomFromString("HitCount");
+  record->importTables = callbackOf(importTables);
+  record->initialise = callbackOf(initialise);
+  return 1;
+}
+
+uint32_t setUp(uint32_t version, SetupRecord *record) {
+  if (version != handshakeVersion) return 0;
+  s_self = record->extension;
+  gKernelHFT = record->kernel;
+  gTavrelViewHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelView"), tavrelViewVersion);
+  if (gTavrelViewHFT == nullptr) return 0;
+  record->handshake = callbackOf(shakeHands);
+  return 1;
+}
+
+} // namespace
+
+extern "C" [[gnu::visibility("protected")]] uint32_t hitCountMain(uint32_t hostVersion, uint32_t *outVersion,
+                                                                  void **outSetupProc) __asm__("main");
+
+extern "C" uint32_t hitCountMain(uint32_t hostVersion, uint32_t *outVersion, void **outSetupProc) {
+  *outVersion = std::min(hostVersion, handshakeVersion);
+  *outSetupProc = functionOf<void *>(entryOf(setUp));
+  return 1;
+}

@@ -1,0 +1,247 @@
+// Two plug-ins at work together: one knows hits, the other asks it about them through its exported table, and a third,
+// which is this test, has it show lists of its own.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "host/kernel/loader.h"
+#include "host/view/application.h"
+#include "host/view/desktop.h"
+#include "tavrel/Kernel.h"
+#include "tavrel/TavrelGLT.h"
+#include "tavrel/TavrelView.h"
+#include "tests/support/pdf.h"
+#include "tools/display.h"
+
+tavrel::HFT gKernelHFT = host::kernelTable();
+tavrel::HFT gTavrelViewHFT = host::viewTable();
+tavrel::HFT gTavrelGLTHFT;
+
+namespace {
+
+using namespace tavrel;
+
+constexpr ColorValue green = {colorSpaceRGB, {0, fixedOne, 0, 0}};
+constexpr uint32_t greenPixel = 0xFF00FF00, redPixel = 0xFFFF0000;
+
+std::vector<test::PdfPage> fourPages() {
+  return {4, {.texts = {{20, 100, "alpha beta gamma delta"}}, .width = 200, .height = 200}};
+}
+
+size_t pixelsOf(const host::Drawing &drawing, uint32_t color) {
+  return static_cast<size_t>(std::count(drawing.image.pixels.begin(), drawing.image.pixels.end(), color));
+}
+
+// What a jump procedure was told.
+std::vector<uint32_t> told;
+void noteJump(Doc, HLL *, uint32_t code, void *) { told.push_back(code); }
+
+/// A host with the plug-ins of a folder.
+struct Host {
+  explicit Host(const std::filesystem::path &folder) {
+    runtime.reporter = [this](const std::string &line) { reports.push_back(line); };
+    host::addHostTables(runtime);
+    plugins.load({folder});
+    gTavrelGLTHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelGLT"), tavrelGLTVersion);
+  }
+
+  host::Runtime runtime;
+  const host::TopLevel topLevel;
+  host::WindowSystem windows{topLevel.widget()};
+  host::Application app{runtime};
+  host::PluginLoader plugins{runtime};
+  std::vector<std::string> reports;
+};
+
+/// The host, and an open document of four pages, each "alpha beta gamma delta".
+class Plugins : public testing::Test {
+protected:
+  // One host for all tests: a table whose server went is not offered again.
+  static void SetUpTestSuite() {
+    static tools::Display display;
+    display.await();
+    host_ = std::make_unique<Host>(TAVREL_PLUGINS);
+  }
+  static void TearDownTestSuite() { host_.reset(); }
+
+  Plugins() {
+    told.clear();
+    document = &app.open(host::Document::open(scratch.pdf(fourPages()), ""), "test.pdf", 72);
+    doc = app.documents().handle(document);
+  }
+  ~Plugins() override {
+    if (app.front() != nullptr) app.close(*document);
+  }
+
+  /// Six hits: two on page 0, three on page 2, one on page 3. They are found at these places of a page's text or words.
+  static HLL *sixHits(uint16_t first, uint16_t second, uint16_t third, uint16_t length) {
+    HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
+    for (const uint16_t pos : {first, second})
+      TavrelGLT::HLL_AddHL(list, 0, pos, length);
+    for (const uint16_t pos : {first, second, third})
+      TavrelGLT::HLL_AddHL(list, 2, pos, length);
+    TavrelGLT::HLL_AddHL(list, 3, second, length);
+    return list;
+  }
+  void registerInCharacters() {
+    HLL *list = sixHits(0, 6, 11, 4);
+    TavrelGLT::GLT_RegisterHLL(doc, list, GLT_CHARACTER_OFFSETS, noteJump, nullptr, 1, nullptr);
+    TavrelGLT::GLT_DeleteHLL(list);
+  }
+  void registerInWords() {
+    HLL *list = sixHits(0, 1, 2, 1);
+    TavrelGLT::GLT_RegisterWordOffsetHLL(doc, list, noteJump, nullptr, 1, &green, 2);
+    TavrelGLT::GLT_DeleteHLL(list);
+  }
+  host::Drawing draw() { return *app.draw(*document); }
+  std::string statusAfterADraw() {
+    draw();
+    return app.statusText();
+  }
+  std::string statusAfterJump(uint32_t code) {
+    TavrelGLT::GLT_Jump(doc, code);
+    return statusAfterADraw();
+  }
+
+  static inline std::unique_ptr<Host> host_;
+  host::Application &app = host_->app;
+  const std::vector<host::Plugin> &plugins = host_->plugins.plugins();
+  const std::vector<std::string> &reports = host_->reports;
+  const test::ScratchFolder scratch;
+  host::ViewerDocument *document = nullptr;
+  Doc doc = nullptr;
+};
+
+TEST_F(Plugins, AreLoadedWithTheOneThatAsksFirst) {
+  ASSERT_EQ(plugins.size(), 2U);
+  EXPECT_EQ(plugins[0].name, "HitCount");
+  EXPECT_EQ(plugins[1].name, "TavrelGLT");
+  for (const host::Plugin &plugin : plugins)
+    EXPECT_EQ(plugin.state, host::PluginState::initialised) << plugin.reason;
+  EXPECT_EQ(reports, std::vector<std::string>{});
+}
+
+TEST_F(Plugins, OfferTheTableUpToFive) {
+  const Atom name = Kernel::AtomFromString("TavrelGLT");
+  ASSERT_NE(gTavrelGLTHFT, nullptr);
+  EXPECT_EQ(Kernel::RequestTable(name, 0x00050000), gTavrelGLTHFT);
+  EXPECT_EQ(Kernel::RequestTable(name, 0x00050001), nullptr);
+}
+
+TEST_F(Plugins, SayNothingOfADocumentWithoutHits) { EXPECT_EQ(statusAfterADraw(), ""); }
+
+TEST_F(Plugins, SayWhichHitOfHowManyAfterADraw) {
+  registerInCharacters();
+  EXPECT_EQ(app.statusText(), "") << "nothing is drawn yet";
+  EXPECT_EQ(statusAfterADraw(), "hit 1 of 6, page 1 of 3");
+}
+
+TEST_F(Plugins, SayThePageThatTheReaderTurnsTo) {
+  registerInCharacters();
+  document->view->showPage(2);
+  EXPECT_EQ(statusAfterADraw(), "hit 3 of 6, page 2 of 3");
+  document->view->showPage(1);
+  EXPECT_EQ(statusAfterADraw(), "hit 3 of 6, page 2 of 3") << "a page without hits leaves the current one";
+}
+
+TEST_F(Plugins, FollowJumpsFromPageToPage) {
+  registerInCharacters();
+  EXPECT_EQ(statusAfterJump(GLT_JUMP_NEXT), "hit 3 of 6, page 2 of 3");
+  EXPECT_EQ(statusAfterJump(GLT_JUMP_LAST), "hit 6 of 6, page 3 of 3");
+  EXPECT_EQ(statusAfterJump(GLT_JUMP_FIRST), "hit 1 of 6, page 1 of 3");
+  EXPECT_EQ(told, (std::vector<uint32_t>{GLT_JUMP_NEXT, GLT_JUMP_LAST, GLT_JUMP_FIRST}));
+}
+
+TEST_F(Plugins, MarkAllHitsOfAPageInBothUnits) {
+  registerInCharacters();
+  document->view->showPage(2);
+  const host::Drawing inCharacters = draw();
+  registerInWords();
+  document->view->showPage(2);
+  const host::Drawing inWords = draw();
+  EXPECT_EQ(inCharacters.marks, 3U);
+  EXPECT_EQ(inWords.marks, 3U);
+  EXPECT_GT(pixelsOf(inCharacters, redPixel), 200U);
+  EXPECT_GT(pixelsOf(inWords, greenPixel), pixelsOf(inCharacters, redPixel))
+      << "whole words, not their first four letters";
+  EXPECT_EQ(pixelsOf(inWords, redPixel), 0U);
+}
+
+TEST_F(Plugins, TakeAnotherColorWithTheNextDraw) {
+  registerInCharacters();
+  TavrelGLT::GLT_SetColor(doc, &green);
+  ColorValue color = {};
+  TavrelGLT::GLT_GetColor(doc, &color);
+  EXPECT_EQ(color.component[1], fixedOne);
+  const host::Drawing drawing = draw();
+  EXPECT_GT(pixelsOf(drawing, greenPixel), 150U);
+  EXPECT_EQ(pixelsOf(drawing, redPixel), 0U);
+}
+
+TEST_F(Plugins, StepFromHitToHitInTheModeOfOne) {
+  registerInCharacters();
+  TavrelGLT::GLT_SetViewMode(doc, GLT_VIEW_ONE);
+  EXPECT_EQ(TavrelGLT::GLT_GetViewMode(doc), GLT_VIEW_ONE);
+  EXPECT_EQ(draw().marks, 1U);
+  TavrelGLT::GLT_Jump(doc, GLT_JUMP_NEXT); // a draw goes back to the page's first hit
+  uint32_t pageIndex = 9;
+  uint16_t wordIndex = 9;
+  EXPECT_EQ(TavrelGLT::GLT_GetPos(doc, &pageIndex, &wordIndex), 1);
+  EXPECT_EQ(pageIndex, 0U);
+  EXPECT_EQ(wordIndex, 1U);
+  TavrelGLT::GLT_SetViewMode(doc, GLT_VIEW_NONE);
+  EXPECT_EQ(draw().marks, 0U);
+}
+
+TEST_F(Plugins, KeepTheHitThatIsCurrentOnAPageDrawnWithout) {
+  registerInCharacters();
+  TavrelGLT::GLT_SetPos(doc, 1, 2, 1);
+  document->view->showPage(1);
+  EXPECT_EQ(statusAfterADraw(), "hit 5 of 6, page 2 of 3");
+}
+
+TEST_F(Plugins, CountAPageFullOfHits) {
+  HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
+  for (uint16_t pos = 0; pos < 1000; ++pos)
+    TavrelGLT::HLL_AddHL(list, 0, pos, 1);
+  TavrelGLT::HLL_AddHL(list, 2, 0, 1);
+  TavrelGLT::GLT_RegisterHLL(doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
+  TavrelGLT::GLT_DeleteHLL(list);
+  EXPECT_EQ(statusAfterJump(GLT_JUMP_LAST), "hit 1001 of 1001, page 2 of 2");
+}
+
+TEST_F(Plugins, SayNothingAnyMoreWhenTheListGoes) {
+  registerInCharacters();
+  draw();
+  TavrelGLT::GLT_UnregisterHLL(doc, TavrelGLT::GLT_GetHLL(doc));
+  EXPECT_EQ(TavrelGLT::GLT_GetHLL(doc), nullptr);
+  const host::Drawing drawing = draw();
+  EXPECT_EQ(drawing.marks, 0U);
+  EXPECT_EQ(app.statusText(), "");
+}
+
+TEST_F(Plugins, SayNothingAnyMoreWhenTheDocumentCloses) {
+  registerInCharacters();
+  draw();
+  app.close(*document);
+  EXPECT_EQ(app.statusText(), "");
+  EXPECT_EQ(reports, std::vector<std::string>{});
+}
+
+TEST(HitCountAlone, IsQuiet) {
+  tools::Display display;
+  display.await();
+  const test::ScratchFolder folder;
+  std::filesystem::create_symlink(HIT_COUNT, folder.path() / "HitCount.so");
+  Host host(folder.path());
+  EXPECT_EQ(gTavrelGLTHFT, nullptr);
+  ASSERT_EQ(host.plugins.plugins().size(), 1U);
+  EXPECT_EQ(host.plugins.plugins()[0].state, host::PluginState::initialised);
+  host::ViewerDocument &document = host.app.open(host::Document::open(folder.pdf(fourPages()), ""), "test.pdf", 72);
+  host.app.draw(document);
+  EXPECT_EQ(host.app.statusText(), "");
+  EXPECT_EQ(host.reports, std::vector<std::string>{});
+}
+
+} // namespace

@@ -96,9 +96,10 @@ bool retire(Doc document, PageView view, GLTRecord *record, const HLL *&list) {
   return true;
 }
 
-/// The new record's own copy: the one carried over, or a fresh one.
+/// The new record's own copy: the list itself where it is the one carried over, else a fresh one.
 HLL *takeCopy(const HLL *list) {
-  HLL *copy = s_carried != nullptr ? s_carried : GLT_CopyHLL(list);
+  if (list == nullptr || list != s_carried) return GLT_CopyHLL(list);
+  HLL *copy = s_carried;
   s_carried = nullptr;
   return copy;
 }

@@ -246,6 +246,12 @@ TEST_F(Afterwards, RegistrationWhosePredecessorRegistersLeavesThatList) {
   EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "told once";
 }
 
+TEST_F(Afterwards, RegistrationThatGaveWayToAnotherSaysYes) {
+  const ListOwner list({{3, 1, 1}});
+  s_inNewProc = [this] { registerNew(host, {{7, 1, 1}}, 0); };
+  EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr), 1);
+}
+
 TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersLeavesNone) {
   s_inNewProc = [this] { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); };
   registerNew(host, {{3, 1, 1}}, 0);
@@ -260,12 +266,64 @@ TEST_F(Afterwards, RegistrationWhosePredecessorJumpsGoesOn) {
   EXPECT_EQ(positionOf(host.doc), (Position{0, 0}));
 }
 
+TEST_F(Afterwards, RegistrationHoldsItsOwnListThoughAnotherFailedOnItsWay) {
+  s_inNewProc = [this, list = GLT_GetHLL(host.doc)] {
+    host.reliable.clear();
+    host.clear();
+    host.raiseAt(12); // when the list that is registered again is about to be removed
+    EXPECT_FALSE(
+        host.run([&] { GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr); }));
+    host.noFaults();
+  };
+  registerNew(host, {{3, 1, 1}}, 0);
+  EXPECT_EQ(highlightsOf(GLT_GetHLL(host.doc)), (Highlights{{3, 1, 1}}));
+}
+
+// A registered list that is registered for another document, too, and whose own registration goes meanwhile.
+
+TEST_F(Afterwards, ListThatTheHostTakesAwayIsNotRegisteredElsewhere) {
+  const HLL *list = GLT_GetHLL(host.doc);
+  host.clear();
+  host.during(0, [this] { miPIDocDidClose(host.doc, nullptr); });
+  EXPECT_EQ(GLT_RegisterHLL(host.otherDoc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr), 1);
+  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "it went";
+  EXPECT_EQ(GLT_GetHLL(host.otherDoc), nullptr);
+}
+
+TEST_F(Afterwards, ListThatTheOtherRegistrantTakesAwayIsNotRegisteredThere) {
+  const ListOwner other({{3, 1, 1}}, &s_identities[1]);
+  GLT_RegisterHLL(host.otherDoc, other, GLT_CHARACTER_OFFSETS, nullptr, newProc, 0, nullptr);
+  s_inNewProc = [this] { miPIDocDidClose(host.doc, nullptr); };
+  EXPECT_EQ(GLT_RegisterHLL(host.otherDoc, GLT_GetHLL(host.doc), GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr),
+            1);
+  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "it went";
+  EXPECT_EQ(GLT_GetHLL(host.otherDoc), nullptr);
+}
+
 TEST_F(Afterwards, RegistrationThatTheHostUnregistersIsNotScrolledTo) {
   miPIDocDidClose(host.doc, nullptr);
   host.answer(TavrelView::PageViewHighlightText, std::function([this](PageView, TextSelection) {
                 if (HLL *list = GLT_GetHLL(host.doc)) GLT_UnregisterHLL(host.doc, list);
               }));
   registerNew(host, {{3, 1, 1}}, 1);
+  EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
+  EXPECT_EQ(host.count("PageViewScrollToPoint"), 0U);
+}
+
+TEST_F(Afterwards, MoveThatTheHostUnregistersWhenAskedForItsColourPaintsNothing) {
+  host.answer(TavrelView::PageViewFetchDrawColor,
+              std::function([this](PageView, ColorValue *) { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); }));
+  GLT_SetPos(host.doc, 2, 0, 0);
+  EXPECT_EQ(host.count("PageViewFetchDrawColor"), 1U);
+  EXPECT_EQ(host.count("PageViewPaintSelection"), 0U);
+}
+
+TEST_F(Afterwards, MoveThatTheHostUnregistersWhileItIsMappedShowsNothing) {
+  host.answer(DocModel::PageClose, std::function([this](Page page) {
+                host.openPages.erase(page);
+                GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc));
+              }));
+  GLT_SetPos(host.doc, 2, 0, 1);
   EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
   EXPECT_EQ(host.count("PageViewScrollToPoint"), 0U);
 }

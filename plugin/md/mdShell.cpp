@@ -33,6 +33,7 @@ tavrel::Widget mdInitUtils() {
                            XtNmappedWhenManaged, mapped, XtNx, x, XtNy, y, XtNwidth, size, XtNheight, size, nullptr);
   } else {
     ::Widget parent = Desktop::GetTopLevelWidget();
+    if (parent == nullptr) return nullptr; // gone meanwhile; the toolkit would end the program
     rootWidget = XtVaCreatePopupShell(shellName, applicationShellWidgetClass, parent, XtNmappedWhenManaged, mapped,
                                       XtNx, x, XtNy, y, XtNwidth, size, XtNheight, size, nullptr);
   }

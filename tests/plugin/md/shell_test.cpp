@@ -65,6 +65,7 @@ protected:
   }
   void TearDown() override { unsetenv(parentless); }
 
+  bool destroyed = false; ///< outlives the widgets
   PrivateXvfb server{"1280x1024x24"};
   TopLevel top{server.display(), "viewer"};
   RecordingHost host;
@@ -138,6 +139,12 @@ TEST_F(Shell, NoTopLevelWidgetMakesNoShell) {
   EXPECT_EQ(rootWidget, nullptr);
 }
 
+TEST_F(Shell, TopLevelWidgetThatGoesMeanwhileMakesNoShell) {
+  host.failAt(2);
+  EXPECT_EQ(mdInit(), 0);
+  EXPECT_EQ(rootWidget, nullptr);
+}
+
 TEST_F(Shell, NoTopLevelWidgetMakesNoShellThatStandsAloneEither) {
   setenv(parentless, "", 1);
   host.topLevel = nullptr;
@@ -150,7 +157,6 @@ void note(Widget /*widget*/, XtPointer destroyed, XtPointer /*callData*/) { *sta
 TEST_F(Shell, IsDestroyedAtTheEndAndItsPointerStays) {
   mdInit();
   const Widget shell = rootWidget;
-  bool destroyed = false;
   XtAddCallback(shell, XtNdestroyCallback, note, &destroyed);
   mdTerm();
   EXPECT_TRUE(destroyed);
@@ -159,7 +165,6 @@ TEST_F(Shell, IsDestroyedAtTheEndAndItsPointerStays) {
 
 TEST_F(Shell, NothingIsDestroyedWithoutGlobalDataOrShell) {
   mdInitUtils();
-  bool destroyed = false;
   XtAddCallback(rootWidget, XtNdestroyCallback, note, &destroyed);
   mdTerm();
   EXPECT_FALSE(destroyed) << "the global data holds none";

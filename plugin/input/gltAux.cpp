@@ -44,8 +44,8 @@ Bool16 gltAuxdataPerformProc(Atom type, const void *data, uint32_t length, Doc d
   return 1;
 }
 
-void auxGLTJumpNotification() {}
+void auxGLTJumpNotification(Doc /*document*/, HLL * /*list*/, uint32_t /*code*/, void * /*userData*/) {}
 
-void auxGLTNewNotification() {}
+void auxGLTNewNotification(Doc /*document*/, HLL * /*list*/, void * /*userData*/) {}
 
 int32_t dbgprintf(const char * /*format*/, ...) { return 0; }

@@ -17,6 +17,8 @@
 #include "tavrel/TavrelView.h"
 #include "tavrel/types.h"
 
+struct HLL;
+
 /// The plug-in's handler record; the host keeps its address.
 extern tavrel::AuxDataHandler auxDataRec;
 
@@ -31,8 +33,8 @@ tavrel::Bool16 gltUnregisterAuxdata();
 tavrel::Bool16 gltAuxdataPerformProc(tavrel::Atom type, const void *data, uint32_t length, tavrel::Doc document);
 
 /// What the reader of a file gives the registry as its procedures: a file wants to know nothing.
-void auxGLTJumpNotification();
-void auxGLTNewNotification();
+void auxGLTJumpNotification(tavrel::Doc document, HLL *list, uint32_t code, void *userData);
+void auxGLTNewNotification(tavrel::Doc document, HLL *list, void *userData);
 
 /// The module's debug print: prints nothing.
 int32_t dbgprintf(const char *format, ...);

@@ -189,8 +189,8 @@ TEST(AuxData, EachDocumentHasItsOwn) {
 
 TEST(AuxData, ProceduresOfAFileHaveNoEffect) {
   RecordingHost host;
-  auxGLTJumpNotification();
-  auxGLTNewNotification();
+  auxGLTJumpNotification(host.doc, nullptr, GLT_JUMP_NEXT, nullptr);
+  auxGLTNewNotification(host.doc, nullptr, nullptr);
   testing::internal::CaptureStderr();
   EXPECT_EQ(dbgprintf("%s %d\n", "text", 3), 0);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");

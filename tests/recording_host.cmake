@@ -12,4 +12,4 @@ else()
 endif()
 target_include_directories(recording_host PUBLIC ${CMAKE_SOURCE_DIR})
 target_link_libraries(recording_host PUBLIC sdk GTest::gtest PRIVATE $<TARGET_PROPERTY:glint,INTERFACE_LINK_LIBRARIES>)
-target_link_options(recording_host PUBLIC -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc) # support/FailingMemory.h
+target_link_options(recording_host PUBLIC -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc,--wrap=free) # support/FailingMemory.h

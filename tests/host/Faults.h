@@ -18,6 +18,8 @@ struct Trial {
   bool leavesPagesOpen = false; ///< pages may stay open after a failure
   bool leavesBlocks = false;    ///< blocks of the host's may stay allocated after a failure
   bool leavesBrackets = false;  ///< a bracket of changes may stay open after a failure
+  /// Ends every round, also one in which no fault struck. May be left out.
+  std::function<void(RecordingHost &)> finish = nullptr;
 };
 
 // Each returns in how many rounds the fault struck, for tests to see that there were any. In every round no frame may
@@ -26,11 +28,17 @@ struct Trial {
 /// The n-th host call raises.
 size_t raiseAtEveryCall(const Trial &trial, int32_t code = tavrel::errGeneric);
 
-/// The n-th host call returns 0 or null.
+/// The n-th host call raises, and so does every later one.
+size_t raiseFromEveryCall(const Trial &trial, int32_t code = tavrel::errGeneric);
+
+/// The n-th host call, if its operation can, returns 0 or null.
 size_t failAtEveryCall(const Trial &trial);
 
 /// The n-th allocation yields null; `check` gets no call.
 size_t failAtEveryAllocation(const Trial &trial);
+
+/// The n-th allocation and every later one yield null, until the deed is done; `check` gets no call.
+size_t failFromEveryAllocation(const Trial &trial);
 
 /// `interruption` runs in the middle of the n-th host call.
 size_t interruptEveryCall(const Trial &trial, const std::function<void(RecordingHost &)> &interruption);

@@ -39,6 +39,7 @@ public:
   // What happened.
   std::vector<std::string> trace; ///< "TavrelView.PageViewShowPage(view, 3)"
   size_t calls = 0;               ///< since the last `clear`
+  size_t raises = 0;              ///< likewise
   /// How many calls of that operation ("PageViewShowPage") are in the trace.
   size_t count(const std::string &operation) const;
   /// The trace without calls of these operations, for tests that care about the rest.
@@ -55,7 +56,7 @@ public:
   // are never made to fail.
   void raiseAt(size_t call, int32_t code = tavrel::errGeneric);   ///< that call raises
   void raiseFrom(size_t call, int32_t code = tavrel::errGeneric); ///< it and every later one raise
-  void failAt(size_t call);                                       ///< that call returns 0 or null without effect
+  void failAt(size_t call); ///< that call returns 0 or null without effect, if it can
   void raiseIn(const std::string &operation, int32_t code = tavrel::errGeneric); ///< every call of it raises
   std::set<std::string> reliable; ///< operations ("AtomFromString") that no fault strikes, until the host goes
   void noFaults();
@@ -116,6 +117,9 @@ public:
     nameAddress(reinterpret_cast<const void *>(handle), name);
     return handle;
   }
+  /// Whether an operation ("PageClose") can fail by returning 0 or null. Some have no result, and some raise instead,
+  /// which callers rely on.
+  static bool canFailByValue(const std::string &operation);
   tavrel::HFT kernelTable();
   tavrel::HFT table(const std::string &name);
 

@@ -1,38 +1,101 @@
-// The wrapped allocators: count, and fail where a test wants it.
+// The wrapped allocators: count, fail where a test wants it, and remember every block.
 #include "tests/support/FailingMemory.h"
 
 #include <cstdint>
+#include <unordered_map>
 
 extern "C" {
 void *__real_malloc(size_t size);
 void *__real_calloc(size_t count, size_t size);
 void *__real_realloc(void *block, size_t size);
+void __real_free(void *block);
 void *__wrap_malloc(size_t size);
 void *__wrap_calloc(size_t count, size_t size);
 void *__wrap_realloc(void *block, size_t size);
+void __wrap_free(void *block);
 }
 
 namespace {
 
-size_t s_next, s_failing = SIZE_MAX;
+size_t s_next, s_firstFailing = SIZE_MAX, s_lastFailing;
+size_t s_live, s_freedTwice;
 
-bool refused() { return s_next++ == s_failing; }
+bool refused() {
+  const size_t number = s_next++;
+  return number >= s_firstFailing && number <= s_lastFailing;
+}
+
+enum class State : char { live, freed };
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TAVREL_ADDRESS_SANITIZER 1
+#endif
+#elif defined(__SANITIZE_ADDRESS__)
+#define TAVREL_ADDRESS_SANITIZER 1
+#endif
+#ifdef TAVREL_ADDRESS_SANITIZER
+constexpr bool sanitized = true;
+#else
+constexpr bool sanitized = false;
+#endif
+
+/// Never destroyed: blocks come and go before and after everything else. The addresses are kept inverted, so that who
+/// looks for leaks does not take this account for an owner.
+std::unordered_map<uintptr_t, State> &blocks() {
+  static auto *all = new std::unordered_map<uintptr_t, State>;
+  return *all;
+}
+
+uintptr_t keyOf(const void *block) { return ~reinterpret_cast<uintptr_t>(block); }
+
+void *noted(void *block) {
+  if (block == nullptr) return nullptr;
+  ++s_live;
+  blocks()[keyOf(block)] = State::live;
+  return block;
+}
+
+/// False for a block that has been freed, unless a sanitizer is there to say so; one from elsewhere is let pass.
+bool forget(void *block) {
+  const auto found = blocks().find(keyOf(block));
+  if (found == blocks().end()) return true;
+  if (found->second == State::freed) {
+    ++s_freedTwice;
+    return sanitized;
+  }
+  found->second = State::freed;
+  --s_live;
+  return true;
+}
 
 } // namespace
 
-void *__wrap_malloc(size_t size) { return refused() ? nullptr : __real_malloc(size); }
+void *__wrap_malloc(size_t size) { return refused() ? nullptr : noted(__real_malloc(size)); }
 
-void *__wrap_calloc(size_t count, size_t size) { return refused() ? nullptr : __real_calloc(count, size); }
+void *__wrap_calloc(size_t count, size_t size) { return refused() ? nullptr : noted(__real_calloc(count, size)); }
 
-void *__wrap_realloc(void *block, size_t size) { return refused() ? nullptr : __real_realloc(block, size); }
-
-FailingMemory::FailingMemory(size_t n) {
-  s_next = 0;
-  s_failing = n;
+void *__wrap_realloc(void *block, size_t size) {
+  if (refused() || (block != nullptr && !forget(block))) return nullptr;
+  return noted(__real_realloc(block, size));
 }
 
-FailingMemory::~FailingMemory() { s_failing = SIZE_MAX; }
+void __wrap_free(void *block) {
+  if (block != nullptr && forget(block)) __real_free(block);
+}
+
+FailingMemory::FailingMemory(size_t n, Extent extent) {
+  s_next = 0;
+  s_firstFailing = n;
+  s_lastFailing = extent == once ? n : SIZE_MAX;
+}
+
+FailingMemory::~FailingMemory() { s_firstFailing = SIZE_MAX; }
 
 size_t FailingMemory::allocations() const { return s_next; }
 
-bool FailingMemory::failed() const { return s_next > s_failing; }
+bool FailingMemory::failed() const { return s_next > s_firstFailing; }
+
+size_t liveBlocks() { return s_live; }
+
+size_t blocksFreedTwice() { return s_freedTwice; }

@@ -1,5 +1,6 @@
-// Makes memory run out for the code of a test program: malloc, calloc and realloc, as its own objects call them. The
-// program is linked with --wrap for these three; operator new and libraries are not touched.
+// Makes memory run out for the code of a test program, and keeps account of its blocks: malloc, calloc, realloc and
+// free, as its own objects call them. The program is linked with --wrap for these four; operator new and libraries are
+// not touched.
 #pragma once
 
 #include <cstddef>
@@ -7,7 +8,10 @@
 /// While it lives, the n-th allocation from now on, counted from 0, yields null.
 class FailingMemory {
 public:
-  explicit FailingMemory(size_t n);
+  /// Whether only the n-th fails or every later one, too.
+  enum Extent { once, fromThereOn };
+
+  explicit FailingMemory(size_t n, Extent extent = once);
   ~FailingMemory();
   FailingMemory(const FailingMemory &) = delete;
   FailingMemory &operator=(const FailingMemory &) = delete;
@@ -17,3 +21,9 @@ public:
   /// Whether the n-th has been asked for.
   bool failed() const;
 };
+
+/// Blocks that are not freed yet.
+size_t liveBlocks();
+
+/// Blocks that were to be freed a second time since the program's start; they were not.
+size_t blocksFreedTwice();

@@ -1,0 +1,227 @@
+// The rounds of a scenario and what is looked at after each.
+#include "tests/torture/Torture.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <sstream>
+
+#include "plugin/glt/miAssoc.h"
+#include "plugin/input/gltAux.h"
+#include "plugin/pi/mdPI.h"
+#include "plugin/pi/miPI.h"
+#include "tests/host/Faults.h"
+#include "tests/plugin/glt/lists.h"
+#include "tests/support/FailingMemory.h"
+
+using namespace tavrel;
+
+namespace torture {
+
+namespace {
+
+std::vector<HLL *> s_clientLists;
+bool s_terminated, s_deedIsOn;
+
+/// What holds of every list at every time, and of a page's places unless they were translated: a word that is missing
+/// leaves its place behind.
+void expectSound(const HLL *list, bool placesAreUnique) {
+  if (list == nullptr) return;
+  ASSERT_LE(list->pageCount, list->pageCapacity);
+  std::set<int32_t> pages;
+  uint32_t stored = 0;
+  for (uint32_t i = 0; i < list->pageCount; ++i) {
+    const HLP &page = list->pages[i];
+    EXPECT_TRUE(pages.insert(page.page).second) << "page " << page.page << " twice";
+    ASSERT_LE(page.count, page.capacity);
+    std::set<uint16_t> places;
+    for (uint16_t k = 0; k < page.count; ++k)
+      EXPECT_TRUE(places.insert(page.words[k].pos).second || !placesAreUnique)
+          << "place " << page.words[k].pos << " twice";
+    stored += page.count;
+  }
+  EXPECT_GE(list->wordCount, stored);
+}
+
+std::string text(const Highlights &highlights) {
+  std::ostringstream out;
+  for (const Highlight &highlight : highlights)
+    out << highlight;
+  return out.str();
+}
+
+/// What a user sees of the trace, and the trace goes.
+std::string seen(RecordingHost &host) {
+  static const std::set<std::string> visible = {
+      "PageViewShowPage",      "PageViewScrollToPoint",  "PageViewApplyDrawColor",   "PageViewRefreshArea",
+      "PageViewHighlightText", "PageViewPaintSelection", "ToolBarUpdateButtonStates"};
+  std::string lines;
+  for (const std::string &call : host.trace) {
+    const size_t dot = call.find('.') + 1;
+    if (visible.contains(call.substr(dot, call.find('(') - dot))) lines += call + "\n";
+  }
+  host.clear();
+  return lines;
+}
+
+/// A day's work: the host loads the plug-in (again, where that failed), a file arrives, its page is drawn, the reader
+/// goes through the hits, the document closes.
+std::string dayOfWork(RecordingHost &host) {
+  host.drawColor = {1, {0, 0, 0, 0}};
+  host.shownPage = 0;
+  host.frontDoc = host.doc;
+  host.clear();
+  std::string story;
+  const auto step = [&](const char *what, const std::function<void()> &deed) {
+    const bool done = host.run(deed);
+    story += std::string(what) + (done ? "\n" : ": raised\n") + seen(host);
+  };
+  SetupRecord record = {handshakeVersion, 77, host.kernelTable(), nullptr};
+  step("set-up", [&] { PISetupSDK(handshakeVersion, &record); });
+  host.run([&] { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); });
+  host.clear();
+
+  static const std::string file = "<XML> <Body Units=characters color=00FF00 mode=active version=2> <highlights> "
+                                  "<loc pg=1 pos=10 len=5> <loc pg=1 pos=20 len=5> <loc pg=4 pos=3 len=2> "
+                                  "</highlights> </Body> </XML>";
+  step("file", [&] { registerGLT(host.doc, file.data(), static_cast<uint32_t>(file.size())); });
+  story += text(highlightsOf(GLT_GetHLL(host.doc))) + " mode " + std::to_string(GLT_GetViewMode(host.doc)) + "\n";
+  host.shownPage = 1;
+  step("draw", [&] { miPIPageViewDraw(host.view, nullptr); });
+  for (const uint32_t code : {GLT_JUMP_NEXT, GLT_JUMP_LAST, GLT_JUMP_FIRST, GLT_JUMP_PREV}) {
+    step("jump", [&] { GLT_Jump(host.doc, code); });
+    uint32_t page = 0;
+    uint16_t word = 0;
+    GLT_GetPos(host.doc, &page, &word);
+    story += "at " + std::to_string(page) + ", " + std::to_string(word) + ", prev " +
+             std::to_string(GLTPrevEnabledProc(nullptr, nullptr)) + ", next " +
+             std::to_string(GLTNextEnabledProc(nullptr, nullptr)) + "\n";
+  }
+  step("close", [&] { miPIDocDidClose(host.doc, nullptr); });
+  EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
+  return story;
+}
+
+const std::string &freshDayOfWork() {
+  static const std::string story = [] {
+    RecordingHost host;
+    return dayOfWork(host);
+  }();
+  return story;
+}
+
+/// Gives back everything that can still be reached.
+void release(RecordingHost &host) {
+  s_deedIsOn = false;
+  // A list on its way when a registration failed is found by the next one.
+  host.run([&] { GLT_RegisterHLL(host.otherDoc, nullptr, 0, nullptr, nullptr, 0, nullptr); });
+  for (Doc document : {host.doc, host.otherDoc})
+    host.run([&] { GLT_UnregisterHLL(document, GLT_GetHLL(document)); });
+  for (HLL *list : s_clientLists)
+    GLT_DeleteHLL(list);
+  s_clientLists.clear();
+  if (!s_terminated && gData != nullptr) host.run([] { ExtensionTerm(); });
+  gData = nullptr;
+}
+
+/// One round: what there was before, and whether the deed came to its end.
+struct Round {
+  size_t blocks = 0;
+  PageView view = nullptr;
+  bool finished = false;
+};
+
+void expectAllIsWell(RecordingHost &host, const Scenario &scenario, const Round &round, bool withoutMemory) {
+  s_deedIsOn = false;
+  const bool raised = host.raises != 0;
+  // A raise leaves a page open and brackets, as the display declares; the host closes both.
+  EXPECT_LE(host.openPages.size(), raised ? 1U : 0U);
+  EXPECT_LE(host.finders.size(), raised ? 1U : 0U);
+  EXPECT_LE(host.brackets, raised ? 2 : 0);
+  EXPECT_GE(host.brackets, raised ? -1 : 0);
+  for (const AssocEntry *entry = s_AssocList; entry != nullptr; entry = entry->next)
+    expectSound(static_cast<const GLTRecord *>(entry->data)->hll, true);
+  for (const HLL *list : s_clientLists)
+    expectSound(list, !scenario.translates);
+  host.openPages.clear();
+  host.finders.clear();
+  host.brackets = 0;
+  host.view = round.view;
+
+  EXPECT_EQ(dayOfWork(host), freshDayOfWork());
+  release(host);
+  EXPECT_EQ(s_AssocList, nullptr);
+  EXPECT_EQ(blocksFreedTwice(), 0U);
+  Loss most = scenario.always;
+  if (!round.finished) most = most + scenario.cutShort;
+  if (withoutMemory) most = most + scenario.withoutMemory;
+  EXPECT_LE(host.blocks.size(), most.hostBlocks) << "lost blocks of the host's";
+  EXPECT_LE(liveBlocks(), round.blocks + host.blocks.size() + most.blocks) << "lost blocks";
+  EXPECT_GE(liveBlocks(), round.blocks + host.blocks.size()) << "gave back what it had not taken";
+}
+
+} // namespace
+
+Count torture(const Scenario &scenario) {
+  freshDayOfWork();
+  Round round;
+  Trial trial;
+  trial.prepare = [&](RecordingHost &host) {
+    round = {liveBlocks(), host.view, false};
+    s_terminated = false;
+    if (scenario.prepare) scenario.prepare(host);
+  };
+  trial.act = [&](RecordingHost &host) {
+    s_deedIsOn = true;
+    scenario.act(host);
+    round.finished = true;
+  };
+  trial.check = [&](RecordingHost &host, const std::string &call) {
+    expectAllIsWell(host, scenario, round, call.empty());
+  };
+  trial.finish = release;
+  trial.leavesPagesOpen = trial.leavesBlocks = trial.leavesBrackets = true; // looked at above
+
+  Count count;
+  {
+    RecordingHost host;
+    trial.prepare(host);
+    host.clear();
+    const FailingMemory memory(SIZE_MAX);
+    EXPECT_TRUE(host.run([&] { trial.act(host); })) << "a raise without a fault";
+    count.calls = host.calls;
+    count.allocations = memory.allocations();
+    expectAllIsWell(host, scenario, round, false);
+  }
+  count.faults = failAtEveryCall(trial) + raiseAtEveryCall(trial) + raiseFromEveryCall(trial) +
+                 failAtEveryAllocation(trial) + failFromEveryAllocation(trial);
+  return count;
+}
+
+HLL *clientList() {
+  HLL *list = GLT_NewHLL(nullptr);
+  if (list != nullptr) s_clientLists.push_back(list);
+  return list;
+}
+
+void noteTermination() { s_terminated = true; }
+
+bool deedIsOn() { return s_deedIsOn; }
+
+void jumpProc(Doc /*document*/, HLL * /*list*/, uint32_t /*code*/, void * /*userData*/) {}
+
+void newProc(Doc /*document*/, HLL * /*list*/, void * /*userData*/) {}
+
+HLL *sixHighlights() {
+  HLL *list = clientList();
+  for (const Highlight &h : Highlights{{0, 10, 4}, {0, 20, 4}, {2, 10, 4}, {2, 20, 4}, {2, 30, 4}, {3, 15, 4}})
+    HLL_AddHL(list, h.page, h.pos, h.len);
+  return list;
+}
+
+void registerSix(RecordingHost &host) {
+  GLT_RegisterHLL(host.doc, sixHighlights(), GLT_CHARACTER_OFFSETS, jumpProc, newProc, 0, nullptr);
+  host.clear();
+}
+
+} // namespace torture

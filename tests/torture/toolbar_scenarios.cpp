@@ -1,0 +1,95 @@
+// The buttons, and what the plug-in asks of its platform: alerts, texts, labels, bitmaps.
+#include "plugin/input/gltAux.h"
+#include "plugin/md/mdResources.h"
+#include "plugin/md/mdUtils.h"
+#include "plugin/pi/mdPI.h"
+#include "plugin/pi/miPI.h"
+#include "tests/torture/Torture.h"
+
+using namespace tavrel;
+
+namespace torture {
+
+namespace {
+
+/// After export, with something that stands for the shell: lookups only pass it on.
+void exported(RecordingHost &host) {
+  gExtensionID = 77;
+  ExtensionExportHFTs();
+  rootWidget = reinterpret_cast<Widget>(uintptr_t{0x8000});
+  host.clear();
+}
+
+void withButtons(RecordingHost &host) {
+  exported(host);
+  GLT_ShowButtons(1, nullptr);
+  registerSix(host);
+}
+
+void press(RecordingHost & /*host*/) {
+  GLTNextExecProc(nullptr, nullptr);
+  GLTPrevExecProc(nullptr, nullptr);
+}
+
+void askAll(RecordingHost & /*host*/) {
+  GLTPrevEnabledProc(nullptr, nullptr);
+  GLTNextEnabledProc(nullptr, nullptr);
+}
+
+} // namespace
+
+std::vector<Scenario> toolBarScenarios() {
+  return {
+      {"ShowButtons", exported, [](RecordingHost &) { GLT_ShowButtons(1, nullptr); }},
+      {"ShowButtonsBehindAnother", exported, [](RecordingHost &host) { GLT_ShowButtons(1, host.findAgain); }},
+      {"ShowButtonsAgain", withButtons, [](RecordingHost &) { GLT_ShowButtons(1, nullptr); }},
+      {"HideButtons",
+       [](RecordingHost &host) {
+         withButtons(host);
+         gData->buttonsShown = 1;
+       },
+       [](RecordingHost &) { GLT_ShowButtons(0, nullptr); }},
+      {"PressButtons", withButtons, press},
+      {"PressButtonsWithShift",
+       [](RecordingHost &host) {
+         withButtons(host);
+         host.modifiers = modifierShift;
+       },
+       press},
+      {"AskWhetherEnabled", withButtons, askAll},
+      {"RegisterTheHandler", exported, [](RecordingHost &) { gltRegisterAuxdata(); }},
+      {"UnregisterTheHandler",
+       [](RecordingHost &host) {
+         exported(host);
+         gltRegisterAuxdata();
+       },
+       [](RecordingHost &) { gltUnregisterAuxdata(); }},
+      {"Alerts", exported,
+       [](RecordingHost &) {
+         for (int32_t kind = 0; kind < 5; ++kind)
+           for (int32_t buttons = 0; buttons < 5; ++buttons)
+             mdAlert(kind, buttons, stringWrongVersion);
+       }},
+      {"AlertOfAText", exported, [](RecordingHost &) { mdAlertStr(nullptr, 0, mdYesNoCancel, "%d of %s", 1, "two"); }},
+      {"Texts", exported,
+       [](RecordingHost &) {
+         char text[300];
+         for (uint16_t id = 0; id < stringCount; ++id)
+           mdGetString(id, text, sizeof text);
+         for (uint16_t id = 0; id < buttonStringCount; ++id)
+           mdGetButtonString(id, text, sizeof text);
+       }},
+      {"Bitmaps",
+       exported,
+       [](RecordingHost &) {
+         mdGetBitmap(bitmapNext);
+         mdGetBitmap(bitmapPrev);
+         mdReleaseIconBundle(mdGetIconBundle(bitmapNext, bitmapPrev));
+       },
+       // nothing stands between the bundle's memory and the two lookups: a raise in one of them takes it along
+       {},
+       {1, 0}},
+  };
+}
+
+} // namespace torture

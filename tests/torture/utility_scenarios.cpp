@@ -1,0 +1,74 @@
+// The utility library's functions that allocate.
+#include <cstdlib>
+
+#include "plugin/glt/miAssoc.h"
+#include "plugin/util/miText.h"
+#include "plugin/util/miUtils.h"
+#include "tavrel/TavrelSupport.h"
+#include "tests/torture/Torture.h"
+
+using namespace tavrel;
+
+namespace torture {
+
+namespace {
+
+void *s_block;
+
+void giveBack(RecordingHost & /*host*/) {
+  if (s_block != nullptr) TavrelSupport::Free(s_block);
+}
+
+} // namespace
+
+std::vector<Scenario> utilityScenarios() {
+  // A raise takes along what the deed had from the host so far: that is its own, not the library's.
+  constexpr Loss oneOfTheHost = {0, 1};
+  return {
+      {"TakeMemory",
+       nullptr,
+       [](RecordingHost &host) {
+         for (void *(*take)(uint32_t) : {TSSureMalloc, +[](uint32_t size) { return TSSureCalloc(2, size); },
+                                         +[](uint32_t size) { return TScalloc(2, size); }}) {
+           s_block = take(20);
+           giveBack(host);
+         }
+       },
+       {},
+       oneOfTheHost},
+      {"ResizeMemory",
+       nullptr,
+       [](RecordingHost &host) {
+         s_block = TSSureRealloc(nullptr, 20);
+         s_block = TSSureRealloc(s_block, 4000);
+         giveBack(host);
+       },
+       {},
+       oneOfTheHost},
+      {"CopyMemory", nullptr,
+       [](RecordingHost &) {
+         free(miCopyMem("highlight", 10));
+         free(miCopyStrImpl("highlight"));
+       }},
+      // The last resizing may raise, and nobody has the field yet: it is lost.
+      {"TakeAField",
+       nullptr,
+       [](RecordingHost &host) {
+         uint32_t position = 0;
+         s_block = miSnarfEntry(" \"a, b\" ,c", &position, 0);
+         giveBack(host);
+       },
+       {},
+       oneOfTheHost},
+      {"Associate", nullptr,
+       [](RecordingHost &) {
+         static int object;
+         AssociateNew(&object, 1, 2, "bytes", 5);
+         AssociateNew(&object, 1, 3, "bytes", 5);
+         AssociateDelete(&object, 1, 2);
+         AssociateDelete(&object, 1, 3);
+       }},
+  };
+}
+
+} // namespace torture

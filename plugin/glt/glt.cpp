@@ -32,9 +32,7 @@ DocumentKey fetchKey(Doc document) {
 }
 
 uint32_t nextSerial() {
-  if (++s_lastSerial == 0) // 0 means not filed
-    ++s_lastSerial;
-  return s_lastSerial;
+  return s_lastSerial = s_lastSerial % UINT32_MAX + 1; // never 0, which means not filed
 }
 
 constexpr ColorValue defaultColor = {colorSpaceRGB, {fixedOne, 0, 0, 0}};
@@ -81,6 +79,12 @@ bool stillThere(const Holder &holder) {
 /// kept here, where the next registration finds it if that call fails.
 HLL *s_carried;
 
+/// For a registration that begins to carry: whatever an earlier one left when the host made it fail goes.
+void carry(HLL *copy) {
+  GLT_DeleteHLL(s_carried);
+  s_carried = copy;
+}
+
 /// Takes the document's record off the screen and out of the table. Where `list`, which is about to take its place, is
 /// the very list that goes, a copy is carried over and stands for it. False when the registration went by itself
 /// meanwhile.
@@ -91,7 +95,10 @@ bool retire(Doc document, PageView view, GLTRecord *record, const HLL *&list) {
   record = GLTStillRegistered(document, serial, nullptr);
   if (record == nullptr || !tellNewList(document, serial, record)) return false;
   const HLL *old = GLTStillRegistered(document, serial, nullptr)->hll;
-  if (list != nullptr && list == old) list = s_carried = GLT_CopyHLL(list);
+  if (list == old) {
+    carry(GLT_CopyHLL(list));
+    list = s_carried;
+  }
   removeRecord(document, serial);
   return true;
 }
@@ -131,8 +138,7 @@ Bool16 GLT_RegisterHLLCommon(Doc document, const HLL *list, int32_t offsetUnits,
                              GLTNewProc newProc, Bool16 scroll, const ColorValue *color, int16_t wordFinderVersion) {
   const Holder holder = holderOf(list);
   PageView view = TavrelView::DocGetPageView(document);
-  GLT_DeleteHLL(s_carried); // left by a registration that the host made fail
-  s_carried = nullptr;
+  carry(nullptr);
   GLTRecord *old = GLTFindRecord(document);
   if (!stillThere(holder)) return 1; // the list went with its own registration: there is nothing to show
   if (old != nullptr && !retire(document, view, old, list))

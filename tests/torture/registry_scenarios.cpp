@@ -41,6 +41,10 @@ std::function<void(RecordingHost &)> registeredWith(GLTNewProc procedure) {
   };
 }
 
+void registerTheRegistered(RecordingHost &host) {
+  GLT_RegisterHLL(host.doc, GLT_GetHLL(host.doc), GLT_CHARACTER_OFFSETS, jumpProc, newProc, 1, nullptr);
+}
+
 void unregister(RecordingHost &host) { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); }
 
 } // namespace
@@ -60,10 +64,8 @@ std::vector<Scenario> registryScenarios() {
       {"RegisterOverAnotherAndScroll", overAnother, scrolling},
       {"RegisterOverOneThatRegisters", registeredWith(registeringNewProc), characters},
       {"RegisterOverOneThatUnregisters", registeredWith(unregisteringNewProc), characters},
-      {"RegisterTheListThatIsRegistered", registerSix,
-       [](RecordingHost &host) {
-         GLT_RegisterHLL(host.doc, GLT_GetHLL(host.doc), GLT_CHARACTER_OFFSETS, jumpProc, newProc, 1, nullptr);
-       }},
+      {"RegisterTheListThatIsRegistered", registerSix, registerTheRegistered},
+      {"RegisterTheListThatItsRegistrantRegisters", registeredWith(registeringNewProc), registerTheRegistered},
       {"RegisterTheListOfAnotherDocument", registerSix,
        [](RecordingHost &host) {
          GLT_RegisterHLL(host.otherDoc, GLT_GetHLL(host.doc), GLT_CHARACTER_OFFSETS, jumpProc, newProc, 1, nullptr);

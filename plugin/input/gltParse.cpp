@@ -40,8 +40,6 @@ char *tagEnd(char *word) {
   return joint != nullptr ? joint + 1 : word + strlen(word);
 }
 
-bool textRemains(const Words &words) { return words.rest != nullptr || *words.cursor != 0; }
-
 /// Takes the next word, skipping everything else. False when the text runs out.
 bool nextWord(Words &words) {
   while (words.rest == nullptr) {
@@ -58,8 +56,7 @@ bool nextWord(Words &words) {
 }
 
 bool endsWithBracket(const char *word) {
-  const size_t length = strlen(word);
-  return length != 0 && word[length - 1] == '>';
+  return word[strlen(word) - 1] == '>'; // a word has at least one character
 }
 
 /// Everything read so far, in one call of registerGLT.
@@ -146,7 +143,8 @@ template <size_t N> void readAttributes(Reading &reading, const Attribute (&attr
 }
 
 void readHeader(Reading &reading) {
-  if (!endsWithBracket(reading.words.word) && textRemains(reading.words))
+  // Behind a word that does not end with '>' nothing is left of the lexer's word.
+  if (!endsWithBracket(reading.words.word) && *reading.words.cursor != 0)
     readAttributes(reading, headerAttributes, reading.headerPending);
 }
 
@@ -286,16 +284,10 @@ Bool16 registerGLT(Doc document, const void *data, uint32_t length) {
   reading.red = reading.green = reading.blue = 0xFFFF;
   HWLEX_reset(&reading.words.lexer);
 
-  Bool16 result = 0;
-  switch (readWords(reading)) {
-  case Outcome::abandoned:
-    return 0; // not a highlight file, or no memory for a list: the copy stays behind, on purpose
-  case Outcome::complete:
-    result = registerList(reading);
-    break;
-  case Outcome::nothing:
-    break;
-  }
+  const Outcome outcome = readWords(reading);
+  // Not a highlight file, or no memory for a list: the copy stays behind, on purpose.
+  if (outcome == Outcome::abandoned) return 0;
+  const Bool16 result = outcome == Outcome::complete ? registerList(reading) : Bool16{0};
   if (result != 0) TavrelView::ToolBarUpdateButtonStates(TavrelView::GetToolBar());
   if (reading.list != nullptr) GLT_DeleteHLL(reading.list);
   TavrelSupport::Free(copy);

@@ -32,7 +32,7 @@ Bool16 ParseRGB(char *text, uint16_t *red, uint16_t *green, uint16_t *blue) {
   }
   // Looked for on purpose although no text with an X comes this far: a "0x" makes the colour invalid above.
   const char *prefix = strstr(text, "0X");
-  const char *digits = prefix != nullptr ? prefix + 2 : text;
+  const char *digits = prefix != nullptr ? prefix + 2 : text; // GCOVR_EXCL_BR_LINE: see above
   const size_t length = strlen(digits);
   *red = pairAt(digits, length, 0);
   *green = pairAt(digits, length, 2);

@@ -31,7 +31,7 @@ int32_t compareUnits(const char *a, const char *b, bool fold) {
   }
 }
 
-bool bothUCS(const char *a, const char *b) { return miIsUCS(a) && b != nullptr && miIsUCS(b); }
+bool bothUCS(const char *a, const char *b) { return miIsUCS(a) && miIsUCS(b); }
 
 } // namespace
 
@@ -85,9 +85,15 @@ uint32_t miStrlen(const char *string) {
   return length;
 }
 
-int32_t miStrcmp(const char *a, const char *b) { return bothUCS(a, b) ? compareUnits(a, b, false) : strcmp(a, b); }
+int32_t miStrcmp(const char *a, const char *b) {
+  if (b == nullptr) return 1;
+  return bothUCS(a, b) ? compareUnits(a, b, false) : strcmp(a, b);
+}
 
-int32_t miStricmp(const char *a, const char *b) { return bothUCS(a, b) ? compareUnits(a, b, true) : strcasecmp(a, b); }
+int32_t miStricmp(const char *a, const char *b) {
+  if (b == nullptr) return 1;
+  return bothUCS(a, b) ? compareUnits(a, b, true) : strcasecmp(a, b);
+}
 
 int32_t miStrncmp(const char *a, const char *b, uint32_t n) {
   return bothUCS(a, b) ? miUCSStrncmp(a, b, n) : strncmp(a, b, n);

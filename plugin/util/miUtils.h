@@ -47,7 +47,8 @@ bool miIsUCS(const char *string);
 /// Without the terminator; the mark counts.
 uint32_t miStrlen(const char *string);
 
-/// -1, 0, 1 for two UCS strings, whose units compare as numbers; else as strcmp, strcasecmp, strncmp have it.
+/// -1, 0, 1 for two UCS strings, whose units compare as numbers; else as strcmp, strcasecmp, strncmp have it. In the
+/// first two `b` may be null, and then `a` is the greater.
 int32_t miStrcmp(const char *a, const char *b);
 int32_t miStricmp(const char *a, const char *b);
 int32_t miStrncmp(const char *a, const char *b, uint32_t n);
@@ -62,9 +63,11 @@ char *miStrcpySAFE(char *destination, const char *source);
 char *miStrcatSAFE(char *destination, const char *source);
 /// 1 when the whole string fitted into `size` bytes; else 0, and what fitted is there, terminated.
 tavrel::Bool16 miStrncpySAFE(char *destination, const char *source, uint32_t size);
-/// 1 when the string is shorter than n; else 0, and n bytes are there without a terminator.
+/// 1 when the string is shorter than n; else 0, and n bytes are there without a terminator. A shorter string comes with
+/// its whole terminator: that of a UCS string may end one byte beyond an odd n.
 tavrel::Bool16 miStrncpy_StandardSAFE(char *destination, const char *source, uint32_t n);
-/// 1 when all of it fitted into `size` bytes; else 0, and what fitted is there, terminated.
+/// 1 when all of it fitted into `size` bytes; else 0, and what fitted is there, terminated as a byte string. Cut are
+/// bytes, also of a UCS string, which is none any more then.
 tavrel::Bool16 miStrncatSAFE(char *destination, const char *source, uint32_t size);
 
 /// Builds into `destination`, which must not overlap, the source with every `find` replaced (by nothing for null).

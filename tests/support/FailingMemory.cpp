@@ -56,16 +56,18 @@ void *noted(void *block) {
   return block;
 }
 
-/// False for a block that has been freed, unless a sanitizer is there to say so; one from elsewhere is let pass.
+/// False for a block that has been freed; one from elsewhere is let pass. Where a sanitizer sees such things, freed
+/// blocks are its own to remember.
 bool forget(void *block) {
   const auto found = blocks().find(keyOf(block));
   if (found == blocks().end()) return true;
   if (found->second == State::freed) {
     ++s_freedTwice;
-    return sanitized;
+    return false;
   }
-  found->second = State::freed;
   --s_live;
+  found->second = State::freed;
+  if (sanitized) blocks().erase(found);
   return true;
 }
 

@@ -121,6 +121,18 @@ TEST_F(Associations, OutOfMemoryAddsNothing) {
   }
 }
 
+TEST_F(Associations, OneByteWithoutMemoryIsNotStored) {
+  const FailingMemory memory(1);
+  EXPECT_EQ(put(docA, 5, 5, ""), 0) << "its terminator alone";
+  EXPECT_EQ(s_AssocList, nullptr);
+}
+
+TEST_F(Associations, NoBytesNeedNoMemory) {
+  const FailingMemory memory(1); // the entry is there, its bytes are not
+  EXPECT_EQ(AssociateNew(docA, 5, 5, nullptr, 0), 1);
+  EXPECT_EQ(AssociateDelete(docA, 5, 5), 1);
+}
+
 TEST_F(Associations, ReplacementWithoutMemoryLeavesTheReleasedEntryLinked) {
   put(docA, 5, 5, "old");
   const auto entry = reinterpret_cast<uintptr_t>(s_AssocList);

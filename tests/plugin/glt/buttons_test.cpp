@@ -31,6 +31,12 @@ protected:
   RecordingHost host;
 };
 
+TEST(ButtonsBeforeExport, AreNotShown) {
+  RecordingHost host;
+  EXPECT_EQ(GLT_ShowButtons(1, nullptr), 0);
+  EXPECT_EQ(host.story(), "\nTavrelView.GetToolBar()\n");
+}
+
 TEST_F(Buttons, AreCreatedAndInsertedBehindFindAgain) {
   EXPECT_EQ(GLT_ShowButtons(1, nullptr), 1);
   EXPECT_EQ(host.story(), R"(

@@ -110,6 +110,20 @@ INSTANTIATE_TEST_SUITE_P(Display, OffsetUnits,
                          }),
                          rowName<Unit>);
 
+TEST_F(Display, MappingIsNullWhenARaiseWithoutACodeCameBeforeThePage) {
+  host.raiseIn("PageViewShowPage", errNone);
+  EXPECT_EQ(GLTMapHLLToViewer(host.doc, record), nullptr);
+  EXPECT_EQ(host.count("PageClose"), 0U);
+}
+
+TEST_F(Display, ModeOfNoneTurnsNowhereWithoutACurrentPage) {
+  record->viewMode = GLT_VIEW_NONE;
+  record->curPage = 99;
+  GLTShowHighlights(host.doc, record, 1);
+  EXPECT_EQ(host.count("PageViewShowPage"), 0U);
+  EXPECT_EQ(host.brackets, 0);
+}
+
 TEST_F(Display, MappingHandsTheEntriesOverAsTheyAreStored) {
   const void *handed = nullptr;
   host.answer(DocModel::SelectionFromCharRanges, std::function([&](Page, const TextRange *first, int32_t) {

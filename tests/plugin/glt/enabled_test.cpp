@@ -103,7 +103,7 @@ TEST(EnabledAnswer, IsNoWithoutADocumentInFront) {
 
 TEST(EnabledAnswer, CountsAMissingPageViewAsPageZero) {
   RecordingHost host;
-  registerRecords(host, {{3, 1}}, nullptr);
+  registerRecords(host, {{1, 1}}, nullptr);
   host.shownPage = 5;
   host.view = nullptr;
   EXPECT_EQ(GLTPrevEnabledProc(nullptr, nullptr), 0);
@@ -130,6 +130,16 @@ TEST(EnabledAnswer, OpensNoFrame) {
   host.raiseIn("DocGetPageView");
   EXPECT_FALSE(host.run([] { GLTPrevEnabledProc(nullptr, nullptr); }));
   EXPECT_EQ(host.count("PushExceptionFrame"), 0U);
+}
+
+TEST(EnabledWithoutFrontDocument, NoViewIsAskedFor) {
+  RecordingHost host;
+  const ListOwner list({{3, 1, 1}, {8, 1, 1}});
+  GLT_RegisterHLL(nullptr, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
+  host.frontDoc = nullptr;
+  host.clear();
+  EXPECT_EQ(GLTNextEnabledProc(nullptr, nullptr), 1) << "what is registered for no document";
+  EXPECT_EQ(host.count("DocGetPageView") + host.count("PageViewGetPageNum"), 0U);
 }
 
 } // namespace

@@ -126,6 +126,14 @@ TEST(HighlightList, NewPageRecordIsEmpty) {
   EXPECT_EQ(page->capacity, 0);
 }
 
+TEST(HighlightList, NullHasNoDataAndTakesNone) {
+  int data = 0;
+  HLL_SetData(nullptr, &data);
+  EXPECT_EQ(HLL_GetData(nullptr), nullptr);
+}
+
+TEST(HighlightList, AddingToNoListSaysYes) { EXPECT_EQ(HLL_AddHL(nullptr, 1, 2, 3), 1); }
+
 TEST(HighlightList, PageAtAnIndexIsNullBeyondTheEnd) {
   const ListOwner list({{9, 1, 1}});
   EXPECT_EQ(HLLPageAt(list, 0)->page, 9);

@@ -266,6 +266,16 @@ TEST_F(Afterwards, RegistrationWhosePredecessorJumpsGoesOn) {
   EXPECT_EQ(positionOf(host.doc), (Position{0, 0}));
 }
 
+TEST_F(Afterwards, ListThatGoesWhileItsRemovalAsksForTheKeyGoesOnce) {
+  HLL *list = GLT_GetHLL(host.doc);
+  host.clear();
+  host.reliable.clear();
+  host.during(4, [&] { GLT_UnregisterHLL(host.doc, list); });
+  GLT_UnregisterHLL(host.doc, list);
+  EXPECT_EQ(s_retired.at(&s_identities[0]), 1);
+  EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
+}
+
 TEST_F(Afterwards, RegistrationHoldsItsOwnListThoughAnotherFailedOnItsWay) {
   s_inNewProc = [this, list = GLT_GetHLL(host.doc)] {
     host.reliable.clear();

@@ -406,6 +406,45 @@ TEST(RegistryFailures, UnregisteringLeavesNothingBrokenWhateverCallRaises) {
   EXPECT_EQ(raiseAtEveryCall({prepare, act, expectUsable, false, false, true}), 10U);
 }
 
+TEST(RegistryTable, NullOverAListIsNone) {
+  RecordingHost host;
+  registerPages(host, {{4, 1, 1}});
+  EXPECT_EQ(GLT_RegisterHLL(host.doc, nullptr, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 1, nullptr), 1);
+  EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
+}
+
+TEST(RegistryTable, NullOverNullIsNone) {
+  RecordingHost host;
+  for (int i = 0; i < 2; ++i)
+    EXPECT_EQ(GLT_RegisterHLL(host.doc, nullptr, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 1, nullptr), 1);
+  EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
+}
+
+TEST(RegistryTable, ThingsOfOthersInTheTableAreNoRegistrations) {
+  RecordingHost host;
+  const ListOwner list({{4, 1, 1}});
+  AssociateNew(&host, 1, 2, "bytes", 5);
+  EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 1, nullptr), 1);
+  EXPECT_EQ(highlightsOf(GLT_GetHLL(host.doc)), (Highlights{{4, 1, 1}}));
+  AssociateDelete(&host, 1, 2);
+}
+
+/// A list registered afresh holds what it was given, and nothing of one that was on its way before.
+void expectRegistersAfresh(RecordingHost &host, const std::string &call) {
+  const ListOwner list({{7, 1, 1}});
+  GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
+  EXPECT_EQ(highlightsOf(GLT_GetHLL(host.doc)), (Highlights{{7, 1, 1}}));
+  expectUsable(host, call);
+}
+
+TEST(RegistryFailures, RegisteringTheRegisteredListLeavesNothingForTheNextOneWhateverCallRaises) {
+  const auto prepare = [](RecordingHost &host) { registerPages(host, {{4, 1, 1}, {5, 1, 1}}); };
+  const auto act = [](RecordingHost &host) {
+    GLT_RegisterHLL(host.doc, GLT_GetHLL(host.doc), GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
+  };
+  EXPECT_GT(raiseAtEveryCall({prepare, act, expectRegistersAfresh, true, false, true}), 0U);
+}
+
 TEST(RegistryFailures, RegistrationSaysYesWithoutMemory) {
   const auto prepare = [](RecordingHost &) {};
   const auto act = [](RecordingHost &host) {

@@ -57,6 +57,18 @@ INSTANTIATE_TEST_SUITE_P(Visibility, ScrollTarget,
                          }),
                          rowName<Target>);
 
+// Hosts' bounds may be turned round, too. The edge that then lies on the far side may touch the visible area's.
+INSTANTIATE_TEST_SUITE_P(TurnedRound, ScrollTarget,
+                         testing::ValuesIn<Target>({
+                             {{"LeftTouchesRight"}, V, device(600, 100, 500, 120), false, 0, 0},
+                             {{"TopTouchesBottom"}, V, device(100, 400, 200, 380), false, 0, 0},
+                             {{"RightTouchesLeft"}, V, device(100, 100, 0, 120), false, 0, 0},
+                             {{"BottomTouchesTop"}, V, device(100, 20, 200, 0), false, 0, 0},
+                             {{"RightBeyondLeft"}, V, device(100, 100, -5, 120), true, -252, -90},
+                             {{"BottomBeyondTop"}, V, device(100, 20, 200, -5), true, -150, -192},
+                         }),
+                         rowName<Target>);
+
 INSTANTIATE_TEST_SUITE_P(
     Sizes, ScrollTarget,
     testing::ValuesIn<Target>({

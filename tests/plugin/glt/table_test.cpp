@@ -30,6 +30,13 @@ TEST(ExportedTable, IsNotOfferedWithoutAServer) {
   EXPECT_EQ(gGLTHFTServer, nullptr);
 }
 
+TEST(ExportedTable, OfAnEarlierExportIsForgotten) {
+  const RecordingHost host;
+  gGLTHFT = gKernelHFT; // any table
+  GLTExportHFTServer();
+  EXPECT_EQ(gGLTHFT, nullptr);
+}
+
 /// A host to which the table is offered.
 class OfferedTable : public testing::Test {
 protected:

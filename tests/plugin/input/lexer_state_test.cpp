@@ -92,7 +92,7 @@ TEST(LexerCursor, UngetchStepsBack) {
   getch(&cursor);
   getch(&cursor);
   ungetch(&cursor);
-  EXPECT_EQ(getch(&cursor), 'b');
+  EXPECT_EQ(cursor, text + 1);
 }
 
 TEST(LexerState, ResetClearsTheLookAheadAndLeavesTheTexts) {
@@ -133,6 +133,16 @@ TEST(LexerState, BlanksBehindALineBreakWaitAsATokenOfTheirOwn) {
   EXPECT_EQ(lexer.state.pending2, 0);
 }
 
+TEST(LexerState, BlanksThatWaitAreOfTheirOwnLineBreakAlone) {
+  EXPECT_EQ(tokensOf("abcdefghij\n   x\n y"), (Tokens{{HWLEX_WORD, "abcdefghij"},
+                                                      {HWLEX_NEWLINE, "\n"},
+                                                      {HWLEX_SPACE, "   "},
+                                                      {HWLEX_WORD, "x"},
+                                                      {HWLEX_NEWLINE, "\n"},
+                                                      {HWLEX_SPACE, " "},
+                                                      {HWLEX_WORD, "y"}}));
+}
+
 TEST(LexerState, HighByteWaitsUnsigned) {
   Lexer lexer("a\xFFz");
   lexer.next();
@@ -144,6 +154,14 @@ TEST(LexerState, UnknownPendingCodeComesBackWithEmptyText) {
   Lexer lexer("a");
   lexer.state.pending1 = 400;
   EXPECT_EQ(lexer.next(), (Token{400, ""}));
+  EXPECT_EQ(lexer.next(), (Token{HWLEX_WORD, "a"}));
+}
+
+TEST(LexerState, SentenceEndGoesOnWithWhatIsPending) {
+  Lexer lexer("a");
+  lexer.state.pending1 = '!';
+  lexer.state.pending2 = '!';
+  EXPECT_EQ(lexer.next(), (Token{HWLEX_PUNCT, "!!"}));
   EXPECT_EQ(lexer.next(), (Token{HWLEX_WORD, "a"}));
 }
 

@@ -67,6 +67,8 @@ const BodyRow units[] = {
     {{"UnitsOfManyCharacters"}, "Units=" + times(240, "c"), {words, false, 2, 2}},
     {{"SingleQuotes"}, "Units='characters' ", {words, false, 2, 2}},
     {{"LastUnitsWin"}, "Units=characters Units=words", {words, false, 2, 2}},
+    {{"ShorterOnesReplaceLongerOnes"}, "Units=charactersets Units=characters", {characters, false, notAsked, 2}},
+    {{"LongestLeaveTheVersion"}, "version=3 Units=charactersabcd", {words, false, 3, 3}},
 };
 INSTANTIATE_TEST_SUITE_P(Units, Body, testing::ValuesIn(units), rowName<BodyRow>);
 
@@ -109,6 +111,12 @@ const BodyRow pendingNames[] = {
     {{"UnknownAttributesAreSkipped"}, "title=x Units=characters page=3", {characters, false, notAsked, 2}},
 };
 INSTANTIATE_TEST_SUITE_P(PendingNames, Body, testing::ValuesIn(pendingNames), rowName<BodyRow>);
+
+TEST(BodyTag, OpensNoSection) {
+  const RecordingHost host;
+  EXPECT_EQ(readFile("<XML>\n<Body Units=characters>\n<loc pg=1 pos=2 len=3>\n</Body>\n</XML>\n"), 0);
+  EXPECT_EQ(registered(), Highlights{});
+}
 
 struct ColorRow : Row {
   std::string attributes;
@@ -153,6 +161,7 @@ const ColorRow colors[] = {
     {{"SingleQuotes"}, "color='#0000FF' ", fixedOne, 0, 0},
     {{"LaterBadOneClearsAnEarlierGoodOne"}, "color=#0000FF color=blue", fixedOne, 0, 0},
     {{"LaterGoodOneAfterABadOne"}, "color=blue color=#0000FF", 0, 0, of(255)},
+    {{"LongestVersionLeavesIt"}, "color=#FFFFFF version=000000012", of(255), of(255), of(255)},
 };
 INSTANTIATE_TEST_SUITE_P(Colors, BodyColor, testing::ValuesIn(colors), rowName<ColorRow>);
 

@@ -38,6 +38,7 @@ const RGBRow colors[] = {
     {{"UpperCaseAsFarAsItGets"}, "ab-cd", 0, 77, 77, 77, "AB-cd"},
     {{"HexadecimalPrefixIsNoColour"}, "0x00FF00", 0, 77, 77, 77, "0X00FF00"},
     {{"LetterBehindF"}, "00000G", 0, 77, 77, 77, "00000G"},
+    {{"CharacterBehindTheLetters"}, "00~", 0, 77, 77, 77, "00~"},
     {{"HighByte"}, "00\xE4", 0, 77, 77, 77, "00\xE4"},
 };
 INSTANTIATE_TEST_SUITE_P(Colors, RGB, testing::ValuesIn(colors), rowName<RGBRow>);
@@ -111,7 +112,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, CaselessComparison, testing::ValuesIn(comparison
 TEST(AllDigits, OnlyDigitsOrNothing) {
   EXPECT_EQ(isallnum("0123456789"), 1);
   EXPECT_EQ(isallnum(""), 1);
-  for (const char *text : {"12a", "a12", "-1", "1.0", " 1", "1 ", "\xB2"})
+  for (const char *text : {"12a", "a12", "-1", "1:", "1/", "1.0", " 1", "1 ", "\xB2"})
     EXPECT_EQ(isallnum(text), 0) << text;
 }
 

@@ -117,4 +117,11 @@ TEST_F(Translation, ErrorAbandonsTheRestOfThePage) {
   EXPECT_EQ(translated(list), (Highlights{{3, 101, 2}, {3, 4, 7}, {3, 5, 7}, {8, 102, 3}}));
 }
 
+TEST_F(Translation, PageOfWhichTheHostSaysNothingHasNoWords) {
+  host.answer(DocModel::WordFinderAcquirePage,
+              std::function([](WordFinder, int32_t, Word **, Word **, Word **, int32_t *) {}));
+  const ListOwner list({{3, 0, 7}, {3, 1, 7}});
+  EXPECT_EQ(translated(list), (Highlights{{3, 100, 1}})) << "the first is one beyond the last";
+}
+
 } // namespace

@@ -125,6 +125,14 @@ TEST(Mnemonics, TextIsCutFirst) {
   EXPECT_STREQ(mdGetButtonString(15, buffer, sizeof buffer), "File");
 }
 
+TEST(Mnemonics, SizeZeroIsAsLargeAsTheText) {
+  RecordingHost host;
+  pretendShell(host);
+  host.resources = {{"fullName", "&File"}};
+  char buffer[6];
+  EXPECT_STREQ(mdGetButtonString(15, buffer, 0), "File");
+}
+
 TEST(Mnemonics, UnknownIdentifier) {
   RecordingHost host;
   char buffer[32];

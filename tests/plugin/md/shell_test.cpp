@@ -205,6 +205,13 @@ TEST_F(Shell, SizeOfABitmapIsItsHeight) {
   EXPECT_EQ(mdGetBitmapSize(pixmapOf(rootWidget, bits, 12, 20)), 20U);
 }
 
+TEST_F(Shell, SizeOfABitmapThatTheServerDoesNotKnowIsZero) {
+  mdInit();
+  XErrorHandler before = XSetErrorHandler([](Display *, XErrorEvent *) { return 0; });
+  EXPECT_EQ(mdGetBitmapSize(0x7FFFFF), 0U);
+  XSetErrorHandler(before);
+}
+
 TEST(ShellOnAnotherScreen, OddSizesAreHalvedDownwards) {
   PrivateXvfb server("801x603x24");
   TopLevel top(server.display());

@@ -223,4 +223,15 @@ TEST(StringCopies, NothingBehindTheNulIsWritten) {
   EXPECT_EQ(std::string(buffer, 8), std::string("Glint\0x\0", 8));
 }
 
+TEST(StringCopyOfNothing, IsEmptyAndAskedForAgain) {
+  RecordingHost host;
+  pretendShell(host);
+  host.answer(Desktop::GetResourceString,
+              std::function([](tavrel::Widget, const char *, const char *) -> const char * { return nullptr; }));
+  char buffer[8] = "x";
+  for (int i = 0; i < 2; ++i)
+    EXPECT_STREQ(mdGetString(stringYes, buffer, sizeof buffer), "");
+  EXPECT_EQ(host.count("GetResourceString"), 2U);
+}
+
 } // namespace

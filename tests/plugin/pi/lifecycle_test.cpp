@@ -266,4 +266,11 @@ TEST(Termination, FailingHostCallUnwindsToTheHost) {
   EXPECT_EQ(raiseAtEveryCall({prepare, end, check}), 8U);
 }
 
+TEST(Termination, WithoutGlobalDataUnregistersTheHandler) {
+  RecordingHost host;
+  host.auxTypes = {"tavrelglt", "xml"};
+  EXPECT_EQ(ExtensionTerm(), 1U);
+  EXPECT_TRUE(host.auxTypes.empty());
+}
+
 } // namespace

@@ -8,6 +8,7 @@
 #include "tests/host/RecordingHost.h"
 #include "tests/plugin/glt/lists.h"
 #include "tests/plugin/glt/positions.h"
+#include "tests/support/FailingMemory.h"
 
 using namespace tavrel;
 
@@ -164,6 +165,18 @@ TEST(PageDraw, OfAPageRecordWithoutHighlightsLeavesThePosition) {
   miPIPageViewDraw(host.view, nullptr);
   EXPECT_EQ(positionOf(host.doc), (Position{0, 0}));
   EXPECT_EQ(host.count("PageViewBeginBatch"), 0U);
+}
+
+TEST(PageDraw, OfADocumentWhoseListHadNoMemoryDoesNothing) {
+  RecordingHost host;
+  const ListOwner list({{2, 10, 3}});
+  {
+    const FailingMemory memory(0);
+    GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
+  }
+  host.clear();
+  miPIPageViewDraw(host.view, nullptr);
+  EXPECT_EQ(host.without({"AtomFromString"}), std::vector<std::string>{"TavrelView.PageViewGetDoc(view)"});
 }
 
 TEST(PageDraw, OpensNoFrameOfItsOwn) {

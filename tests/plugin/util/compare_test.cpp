@@ -179,4 +179,11 @@ const UnitsRow units[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Units, UnitComparison, testing::ValuesIn(units), rowName<UnitsRow>);
 
+TEST(CompareWithNull, TheStringIsGreater) {
+  for (const std::string &text : {std::string("a"), std::string(), ended(ucs("a"))}) {
+    EXPECT_GT(miStrcmp(text.c_str(), nullptr), 0);
+    EXPECT_GT(miStricmp(text.c_str(), nullptr), 0);
+  }
+}
+
 } // namespace

@@ -149,6 +149,7 @@ const CatRow concatenations[] = {
     {{"Nothing"}, "abc", "", 4, 1, "abc" + nul},
     {{"NothingOntoNothing"}, "", "", 1, 1, nul},
     {{"UcsFits"}, ucs("A"), ucs("B"), 12, 1, ucs("AB") + nulUnit},
+    {{"SizeZero"}, "abc", "de", 0, 0, "abc"},
 };
 INSTANTIATE_TEST_SUITE_P(Sizes, BoundedConcatenation, testing::ValuesIn(concatenations), rowName<CatRow>);
 

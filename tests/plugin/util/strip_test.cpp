@@ -89,4 +89,14 @@ TEST(StripAll, ExaminesNoMoreThan65535Places) {
   EXPECT_EQ(text, std::string(70000, 'a') + " b");
 }
 
+TEST(UcsStripAll, ExaminesNoMoreThan65535Places) {
+  std::string text = "\xFE\xFF";
+  for (int i = 0; i < 70000; ++i)
+    text += std::string("\0a", 2);
+  text += std::string("\0 \0b\0\0", 6);
+  const std::string before = text;
+  EXPECT_EQ(miUCSStripAll(text.data()), 1);
+  EXPECT_EQ(text, before) << "the blank is not reached";
+}
+
 } // namespace

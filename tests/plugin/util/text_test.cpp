@@ -154,6 +154,8 @@ const FieldRow fieldRows[] = {
     {{"EscapedComma"}, "a\\,b,c", false, {"a,b", "c"}},
     {{"KeptEscapes"}, R"(x\n\"y,z)", true, {R"(x\n\"y)", "z"}},
     {{"EscapedCommaIsResolvedWhereOthersAreKept"}, "a\\,b,c", true, {"a,b", "c"}},
+    {{"BackslashAtTheEndIsTakenAway"}, "ab\\", false, {"ab"}},
+    {{"BackslashAtTheEndIsKeptWithTheOthers"}, "ab\\", true, {"ab\\"}},
     {{"QuotesInside"}, "a\"b,c\"d,e", false, {"ab,cd", "e"}},
     {{"OpenQuoteRunsToTheEnd"}, "\"a,b", false, {"a,b"}},
 };
@@ -184,6 +186,14 @@ TEST(Field, ExhaustedMemoryIsError2) {
   EXPECT_EQ(host.trace.back(), "Kernel.RaiseError(2)");
 }
 
+TEST(Field, IsNullWhenTheRaiseComesBack) {
+  RecordingHost host;
+  host.answer(Kernel::RaiseError, std::function([](int32_t) {}));
+  host.failAt(0);
+  uint32_t position = 0;
+  EXPECT_EQ(miSnarfEntry("a", &position, 0), nullptr);
+}
+
 TEST(Time, WithoutAFormatIsCtimeWithoutItsLineFeed) {
   const time_t before = time(nullptr);
   const std::string text = miStrftime(nullptr);
@@ -200,6 +210,8 @@ TEST(Time, ByAFormat) {
   EXPECT_STREQ(miStrftime("%n"), "\n") << "but for a line feed alone";
   EXPECT_EQ(std::string(miStrftime("%Y-%m-%d")).size(), 10U);
 }
+
+TEST(Time, ThatIsTooLongIsEmpty) { EXPECT_STREQ(miStrftime(std::string(200, 'x').c_str()), ""); }
 
 struct RoundRow : Row {
   double value;

@@ -71,7 +71,9 @@ TEST_F(Associations, KeysAndObjectsMayHaveAnyValue) {
 TEST_F(Associations, SecondTimeReplacesTheBytesWhereTheyStand) {
   put(docA, 5, 5, "old");
   put(docB, 5, 5, "B");
+  const size_t blocks = liveBlocks();
   EXPECT_EQ(put(docA, 5, 5, "new and longer"), 1);
+  EXPECT_EQ(liveBlocks(), blocks) << "the old bytes are gone";
   EXPECT_EQ(all(), (Texts{"B", "new and longer"}));
   EXPECT_EQ(s_AssocList->next->size, 15U);
 }

@@ -231,7 +231,7 @@ Kernel.PopExceptionFrame()
 }
 
 TEST_F(Display, PaintingRestoresTheDrawingColour) {
-  host.drawColor = {1, {0, fixedOne, 0, 7}};
+  host.drawColor = {3, {5, fixedOne, 6, 7}};
   record->color = {1, {0, 0, fixedOne, 0}};
   std::vector<Fixed> paintedIn;
   host.answer(TavrelView::PageViewPaintSelection, std::function([&](PageView, TextSelection) {
@@ -239,8 +239,9 @@ TEST_F(Display, PaintingRestoresTheDrawingColour) {
               }));
   show(0);
   EXPECT_EQ(paintedIn, (std::vector<Fixed>{0, 0, fixedOne, 0}));
-  EXPECT_EQ(host.drawColor.component[1], fixedOne);
-  EXPECT_EQ(host.drawColor.component[3], 7);
+  EXPECT_EQ(host.drawColor.space, 3);
+  EXPECT_EQ(std::vector<Fixed>(std::begin(host.drawColor.component), std::end(host.drawColor.component)),
+            (std::vector<Fixed>{5, fixedOne, 6, 7}));
   EXPECT_EQ(host.count("PageViewScrollToPoint"), 0U);
 }
 
@@ -318,9 +319,10 @@ TEST_P(EmptyListInMode, ShowsPageZeroAndMapsNothing) {
   RecordingHost host;
   registerPages(host, {});
   GLT_SetViewMode(host.doc, GetParam());
-  host.clear();
-  GLTShowHighlights(host.doc, recordOf(host.doc), 0);
-  EXPECT_EQ(host.story(), R"(
+  for (const Bool16 scroll : {0, 1}) {
+    host.clear();
+    GLTShowHighlights(host.doc, recordOf(host.doc), scroll);
+    EXPECT_EQ(host.story(), R"(
 Kernel.PushExceptionFrame(*, RestorePlugInFrame)
 TavrelView.DocGetPageView(doc)
 TavrelView.PageViewBeginBatch(view)
@@ -328,6 +330,7 @@ TavrelView.PageViewShowPage(view, 0)
 TavrelView.PageViewEndBatch(view)
 Kernel.PopExceptionFrame()
 )");
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Display, EmptyListInMode, testing::Values(0, 1, 2));

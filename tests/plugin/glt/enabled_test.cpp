@@ -68,7 +68,9 @@ INSTANTIATE_TEST_SUITE_P(None, EnabledTest,
                          testing::ValuesIn<Enabled>({
                              {{"FirstPage"}, 2, two, {0, 0}, 20, false, true},
                              {{"FirstPageOtherWord"}, 2, two, {0, 1}, 20, false, true},
-                             {{"LastPageWhateverIsOnScreen"}, 2, two, {1, 0}, 0, true, false},
+                             {{"LastPageWithAPageBeforeOnScreen"}, 2, two, {1, 0}, 0, true, false},
+                             {{"LastPageOnScreen"}, 2, two, {1, 0}, 8, true, false},
+                             {{"LastPageWithAPageBehindOnScreen"}, 2, two, {1, 0}, 9, true, false},
                              {{"OtherMode"}, 3, one, {0, 0}, 0, false, false},
                          }),
                          rowName<Enabled>);

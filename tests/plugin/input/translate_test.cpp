@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/host/RecordingHost.h"
 #include "tests/plugin/glt/lists.h"
 
@@ -82,7 +84,8 @@ TEST_F(Translation, EntriesBeyondTheWordsAreDropped) {
 
 TEST_F(Translation, EntryAtTheNumberOfWordsIsLookedUp) {
   const ListOwner list({{3, 10, 1}, {3, 12, 1}, {3, 15, 1}});
-  EXPECT_EQ(translated(list).size(), 1U);
+  EXPECT_EQ(translated(list), (Highlights{{3, 0, 0}}));
+  EXPECT_EQ(std::count(host.trace.begin(), host.trace.end(), "DocModel.WordFinderGetNthWord(finder, 10)"), 1);
   EXPECT_EQ(host.count("WordFinderGetNthWord"), 1U);
 }
 

@@ -207,10 +207,12 @@ TEST_F(Lifecycle, TerminationLeavesThePointerToTheGlobalDataAsItIs) {
 
 TEST(Termination, WithoutShellAndBitmapsStillFreesAndUnregisters) {
   RecordingHost host;
+  const size_t blocks = liveBlocks();
   ExtensionExportHFTs();
   host.auxTypes = {"tavrelglt", "xml"};
   EXPECT_EQ(ExtensionTerm(), 1U);
-  gData = nullptr; // freed, or the leak is reported
+  EXPECT_EQ(liveBlocks(), blocks);
+  gData = nullptr;
   EXPECT_EQ(host.auxTypes, (std::set<std::string>{}));
 }
 

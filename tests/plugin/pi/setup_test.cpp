@@ -125,9 +125,13 @@ class OtherHandshakeVersion : public testing::TestWithParam<OtherVersion> {};
 
 TEST_P(OtherHandshakeVersion, LeavesEveryGlobalUntouched) {
   SetupHost host;
-  host.record.handshakeVersion = GetParam().inRecord;
+  host.setUp();
+  gTSExtraVersion = 0x00060000;
+  const std::vector<uintptr_t> before = globals();
+  host.clear();
+  host.record = {GetParam().inRecord, 78, nullptr, nullptr};
   EXPECT_EQ(PISetupSDK(GetParam().argument, &host.record), 0U);
-  EXPECT_EQ(globals(), std::vector<uintptr_t>(15, 0));
+  EXPECT_EQ(globals(), before);
   EXPECT_EQ(host.record.handshake, nullptr);
   EXPECT_EQ(host.story(), "\n");
 }
@@ -212,7 +216,9 @@ TEST(Setup, MissingLastTableLeavesFiveHeld) {
   SetupHost host;
   host.granted.erase("TSExtra");
   EXPECT_EQ(host.setUp(), 0U);
-  EXPECT_EQ(gDesktopHFT, host.table("Desktop"));
+  EXPECT_EQ((std::vector{gTavrelSupportHFT, gCobbleHFT, gDocModelHFT, gTavrelViewHFT, gDesktopHFT}),
+            (std::vector{host.table("TavrelSupport"), host.table("Cobble"), host.table("DocModel"),
+                         host.table("TavrelView"), host.table("Desktop")}));
   EXPECT_EQ(gTSExtraHFT, nullptr);
   EXPECT_EQ(gTSExtraVersion, 0x0004FFFFU);
   EXPECT_EQ(host.record.handshake, nullptr);

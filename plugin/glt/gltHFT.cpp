@@ -43,17 +43,19 @@ HFT GLTProvideHFT(HFTServer /*server*/, uint32_t version) {
 }
 
 void GLTDestroyHFT(HFTServer /*server*/) {
-  TavrelSupport::DestroyHFT(gGLTHFT);
+  HFT table = gGLTHFT;
   gGLTHFT = nullptr; // and not built again, on purpose: who asks after this gets null
+  TavrelSupport::DestroyHFT(table);
 }
 
 void GLTCreateHFT() {
-  gGLTHFT = TavrelSupport::NewHFT(gGLTHFTServer, TavrelGLT::selectorCount);
-  if (gGLTHFT == nullptr) return;
+  HFT table = TavrelSupport::NewHFT(gGLTHFTServer, TavrelGLT::selectorCount);
+  if (table == nullptr) return;
 #define GLT_EXPORTED(selector, operation, ...) exported(TavrelGLT::operation, ::operation),
   const Exported operations[] = {TAVREL_GLT_OPERATIONS(GLT_EXPORTED)};
 #undef GLT_EXPORTED
   for (const Exported &operation : operations)
-    TavrelSupport::ReplaceHFTEntry(gGLTHFT, operation.selector,
-                                   Kernel::CreateCallback(gExtensionID, operation.function), 0);
+    TavrelSupport::ReplaceHFTEntry(table, operation.selector, Kernel::CreateCallback(gExtensionID, operation.function),
+                                   0);
+  gGLTHFT = table; // not before: a table that the host left half filled is a failed build
 }

@@ -158,6 +158,29 @@ TEST_F(OfferedTable, RaisingBuildIsNotRetried) {
   EXPECT_EQ(host.count("PushExceptionFrame"), 0U);
 }
 
+TEST_F(OfferedTable, HalfBuiltTableIsNotServed) {
+  host.raiseAt(10);
+  EXPECT_FALSE(host.run([this] { request(0x00050000); }));
+  host.noFaults();
+  EXPECT_GT(host.exported.size(), 0U);
+  EXPECT_EQ(request(0x00050000), nullptr);
+}
+
+TEST_F(OfferedTable, IsNotServedAnyMoreWhenItsReleaseFails) {
+  request(0x00050000);
+  host.raiseIn("DestroyHFT");
+  EXPECT_FALSE(host.run([this] { host.destroy(gGLTHFTServer); }));
+  host.noFaults();
+  EXPECT_EQ(request(0x00050000), nullptr);
+}
+
+TEST_F(OfferedTable, NeverBuiltIsReleasedAsNull) {
+  host.destroy(gGLTHFTServer);
+  EXPECT_EQ(host.story(), R"(
+TavrelSupport.DestroyHFT(null)
+)");
+}
+
 TEST_F(OfferedTable, IsReleasedWhenTheServerGoes) {
   request(0x00050000);
   host.clear();

@@ -8,6 +8,7 @@
 
 #include "fuzz/require.h"
 #include "plugin/input/gltAux.h"
+#include "plugin/util/miUtils.h"
 
 namespace {
 
@@ -65,7 +66,7 @@ void number(const std::string &text) {
   for (; *digit >= '0' && *digit <= '9'; ++digit)
     value = std::min<int64_t>(value * 10 + (*digit - '0'), int64_t{INT32_MAX} + 1);
   value = negative ? -value : std::min<int64_t>(value, INT32_MAX);
-  require(gltNumber(text.c_str()) == value, "a decimal number, cut to 32 bits");
+  require(miAtol(text.c_str()) == value, "a decimal number, cut to 32 bits");
 }
 
 int sign(int value) { return (value > 0) - (value < 0); }

@@ -100,12 +100,14 @@ void checkBoundedConcatenation(const Arguments &in) {
   if (!isUCS(in.b)) require(fits == (whole.size() < in.n), "whether it fits");
   if (in.n == 0)
     require(!fits && holds(destination, in.a, ending(in.a)), "no size, no change");
-  else if (fits || !isUCS(in.a)) // a UCS string that does not fit, or just fits, is cut as bytes
+  else if (fits || !isUCS(in.a))
     require(holds(destination, fits ? whole : whole.substr(0, in.n - 1U), ending(in.a)), "what fits, terminated");
+  else // a UCS string that does not fit, or just fits, is cut as bytes
+    require(miStrlen(destination.get()) < in.n, "what is left is terminated");
 }
 
 void checkReplacement(const Arguments &in) {
-  if (isUCS(in.a) || isUCS(in.b)) return; // goes by bytes
+  if (isUCS(in.a)) return; // goes by bytes
   const bool nothing = in.m % 2 != 0;
   const std::string expected = replaced(in.a, in.b, nothing ? "" : in.c, 1);
   const Block source = ended(in.a), find = ended(in.b), replacement = ended(in.c), result = room(expected.size() + 1);
@@ -115,7 +117,6 @@ void checkReplacement(const Arguments &in) {
 
 void checkReplacementByUnits(const Arguments &in) {
   const bool ucs = isUCS(in.a), nothing = in.m % 2 != 0;
-  if (!ucs && isUCS(in.b)) return;
   // In a UCS string whole units are looked for, with a mark in front or without.
   const size_t mark = isUCS(in.b) && in.m % 4 < 2 ? 2 : 0, end = ucs ? in.b.size() & ~size_t{1} : in.b.size();
   const std::string looked = in.b.substr(mark, end - mark);

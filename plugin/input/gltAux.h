@@ -54,6 +54,3 @@ int16_t gltstricmp(const char *a, const char *b);
 
 /// 1 when every character is a decimal digit, also for an empty string.
 tavrel::Bool16 isallnum(const char *text);
-
-/// A decimal number as the file has it, cut to 32 bits so that every machine reads the same; 0 for no number.
-int32_t gltNumber(const char *text);

@@ -106,9 +106,9 @@ constexpr Attribute headerAttributes[] = {
 };
 
 constexpr Attribute locationAttributes[] = {
-    {"page", "pg", [](Reading &reading, char *value) { reading.page = gltNumber(value); }},
-    {"position", "pos", [](Reading &reading, char *value) { reading.pos = static_cast<uint16_t>(gltNumber(value)); }},
-    {"length", "len", [](Reading &reading, char *value) { reading.len = static_cast<uint16_t>(gltNumber(value)); }},
+    {"page", "pg", [](Reading &reading, char *value) { reading.page = miAtol(value); }},
+    {"position", "pos", [](Reading &reading, char *value) { reading.pos = static_cast<uint16_t>(miAtol(value)); }},
+    {"length", "len", [](Reading &reading, char *value) { reading.len = static_cast<uint16_t>(miAtol(value)); }},
 };
 
 bool isName(const Attribute &attribute, const char *word) {
@@ -253,7 +253,7 @@ Bool16 registerList(Reading &reading) {
   const ColorValue color = {colorSpaceRGB, {reading.red << 16, reading.green << 16, reading.blue << 16, 0}};
   const bool characters = gltstricmp(reading.units, "characters") == 0;
   if (*reading.version == 0) miStrcpySAFE(reading.version, defaultVersion);
-  auto version = static_cast<int16_t>(gltNumber(reading.version));
+  auto version = static_cast<int16_t>(miAtol(reading.version));
   if (!characters && !hasWordFinder(reading.document, version)) {
     if (!askDisplayAnyway()) return 0;
     version = 2;

@@ -1,6 +1,5 @@
-// The small conversions of the highlight file's words: colours, numbers, comparison. All of it is ASCII, whatever the
-// locale: a file reads the same everywhere.
-#include <cstdlib>
+// The small conversions of the highlight file's words: colours, hexadecimal digits, comparison. All of it is ASCII,
+// whatever the locale: a file reads the same everywhere.
 #include <cstring>
 
 #include "plugin/input/gltAux.h"
@@ -64,11 +63,4 @@ Bool16 isallnum(const char *text) {
   while (isDigit(*text))
     ++text;
   return *text == 0;
-}
-
-int32_t gltNumber(const char *text) {
-  const long value = strtol(text, nullptr, 10);
-  if (value > INT32_MAX) return INT32_MAX;
-  if (value < INT32_MIN) return INT32_MIN;
-  return static_cast<int32_t>(value);
 }

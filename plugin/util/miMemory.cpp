@@ -36,7 +36,7 @@ void TSIfNotNullFree(void *block) {
 }
 
 void *miCopyMem(const void *source, uint32_t size) {
-  void *copy = malloc(size);
+  void *copy = malloc(size); // null for a null, rather than a write through it
   return copy != nullptr ? miMemcpySAFE(copy, source, size) : nullptr;
 }
 

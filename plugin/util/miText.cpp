@@ -10,7 +10,7 @@ using tavrel::Bool16;
 
 namespace {
 
-/// No strip looks further than this many places.
+/// No strip keeps more than this many bytes before a blank that it takes out.
 constexpr uint32_t examined = 65535;
 
 bool isSpace(char c) { return miIsspace(static_cast<uint8_t>(c)) != 0; }
@@ -55,10 +55,11 @@ char *miTranslate(char *string, char from, char to) {
 }
 
 uint32_t miCountStr(const char *string, const char *part) {
+  const char *end = string + miStrlen(string);
   const uint32_t length = miStrlen(part);
   uint32_t count = 0;
-  while (*string != 0 && length != 0) {
-    const bool match = miStrncmp(string, part, length) == 0;
+  while (*string != 0) {
+    const bool match = miStandsAt(string, end, part, length);
     count += match ? 1 : 0;
     string += match ? length : 1;
   }
@@ -66,9 +67,9 @@ uint32_t miCountStr(const char *string, const char *part) {
 }
 
 char *miSubstituteDots(char *path) {
+  if (strncmp(path, "/../", 4) == 0) return path;
   // All steps up before any step in place, on purpose: "/./../" takes the dot for the segment.
-  for (char *up = strstr(path, "/../"); up != nullptr; up = strstr(path, "/../")) {
-    if (up == path) return path;
+  for (char *up = strstr(path, "/../"); up != nullptr && up != path; up = strstr(path, "/../")) {
     char *begin = up - 1;
     while (begin > path && *begin != '/')
       --begin;
@@ -84,9 +85,10 @@ char *miSubstituteDots(char *path) {
 const char *miSnarf(const char *source, const char *start, const char *end, char *out, uint32_t max) {
   *out = 0;
   if (source == nullptr) return nullptr;
+  const char *terminator = source + miStrlen(source);
   if (start != nullptr && *start != 0) {
     const uint32_t length = miStrlen(start);
-    while (*source != 0 && miStrncmp(source, start, length) != 0)
+    while (*source != 0 && !miStandsAt(source, terminator, start, length))
       ++source;
     if (*source == 0) return nullptr;
     source += length;
@@ -97,7 +99,7 @@ const char *miSnarf(const char *source, const char *start, const char *end, char
   }
   const uint32_t length = miStrlen(end);
   uint32_t copied = 0;
-  while (*source != 0 && copied < max && miStrncmp(source, end, length) != 0)
+  while (*source != 0 && copied < max && !miStandsAt(source, terminator, end, length))
     out[copied++] = *source++;
   out[copied] = 0;
   return *source != 0 ? source + length : source; // also where the copy was full, on purpose

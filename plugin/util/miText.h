@@ -28,7 +28,8 @@ uint32_t miCountStr(const char *string, const char *part);
 char *miSubstituteDots(char *path);
 
 /// Copies the text between two marks, each of which may be null, at most `max` bytes of it, into `out` of max + 1
-/// bytes. Returns where to go on; null for a null source and where `start` does not occur.
+/// bytes. Returns where to go on, which may lie beyond the text's end where the copy was cut; null for a null source
+/// and where `start` does not occur.
 const char *miSnarf(const char *source, const char *start, const char *end, char *out, uint32_t max);
 
 /// The next comma-separated field of a line from an index on, which moves behind it. Quotes are taken off and

@@ -32,7 +32,7 @@ Bool16 miUCSStrip(char *string) {
   while (!isZeroUnit(read))
     *write++ = *read++;
   const bool betweenUnits = (write - string) % 2 == 0;
-  memset(write, 0, betweenUnits ? 2 : 3);
+  memset(write, 0, betweenUnits ? 2 : 3); // the unit that is cut in two gets its other half
   if (!betweenUnits) ++write;
   while (write > string + 2 && isSpaceUnit(write - 2)) {
     write -= 2;
@@ -45,7 +45,7 @@ Bool16 miUCSStripAll(char *string) {
   if (string == nullptr) return 0;
   const char *read = string + 2;
   char *write = string + 2;
-  for (; !isZeroUnit(read) && write - (string + 2) < 2 * ptrdiff_t{examined}; read += 2)
+  for (; !isZeroUnit(read) && read - (string + 2) < 2 * ptrdiff_t{examined}; read += 2)
     if (!isSpaceUnit(read)) {
       write[0] = read[0];
       write[1] = read[1];

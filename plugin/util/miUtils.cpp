@@ -71,9 +71,14 @@ char *miStrrchr(const char *string, int c) { return const_cast<char *>(strrchr(s
 
 char *miStrstr(const char *string, const char *part) { return const_cast<char *>(strstr(string, part)); }
 
-int32_t miAtoi(const char *string) { return atoi(string); }
+int32_t miAtoi(const char *string) { return miAtol(string); }
 
-int32_t miAtol(const char *string) { return static_cast<int32_t>(atol(string)); }
+int32_t miAtol(const char *string) {
+  const long value = strtol(string, nullptr, 10);
+  if (value > INT32_MAX) return INT32_MAX;
+  if (value < INT32_MIN) return INT32_MIN;
+  return static_cast<int32_t>(value);
+}
 
 bool miIsUCS(const char *string) { return byteAt(string, 0) == 0xFE && byteAt(string, 1) == 0xFF; }
 
@@ -115,9 +120,9 @@ Bool16 miStrEq(const char *a, const char *b) {
 
 char *miStrcpySAFE(char *destination, const char *source) {
   if (!miIsUCS(source)) return miStrcpy_localSAFE(destination, source);
-  // The place behind the terminator, not the destination, on purpose: callers go on writing there.
+  // The place behind the terminator, not the destination, on purpose.
   const uint32_t length = miStrlen(source) + 2;
-  miMemcpySAFE(destination, source, length);
+  miMemmoveSAFE(destination, source, length);
   return destination + length;
 }
 
@@ -164,17 +169,24 @@ Bool16 miStrncatSAFE(char *destination, const char *source, uint32_t size) {
     miStrcatSAFE(destination, source);
     return 1;
   }
+  const bool ucs = miIsUCS(destination);
   if (used + 1 < size) strncat(destination, source, size - (used + 1));
   destination[size - 1] = 0;
+  if (ucs && size >= 2) miMemsetSAFE(destination + (size & ~uint32_t{1}) - 2, 0, 2); // ends for readers of units, too
   return 0;
 }
 
+bool miStandsAt(const char *at, const char *end, const char *part, uint32_t length) {
+  return length != 0 && length <= end - at && memcmp(at, part, length) == 0;
+}
+
 char *miReplaceStrSAFE(char *destination, const char *source, const char *find, const char *replacement) {
+  const char *end = source + miStrlen(source);
   const uint32_t findLength = miStrlen(find);
   const uint32_t replacementLength = replacement != nullptr ? miStrlen(replacement) : 0;
   char *out = destination;
   while (*source != 0) {
-    if (findLength != 0 && miStrncmp(source, find, findLength) == 0) {
+    if (miStandsAt(source, end, find, findLength)) {
       miMemmoveSAFE(out, replacement, replacementLength);
       out += replacementLength;
       source += findLength;
@@ -188,16 +200,12 @@ char *miReplaceStrSAFE(char *destination, const char *source, const char *find, 
 
 char *miReplaceStrExSAFE(char *destination, const char *source, const char *find, uint32_t findLength,
                          const char *replacement, uint32_t replacementLength) {
-  const bool ucs = miIsUCS(source);
-  const uint32_t step = ucs ? 2 : 1;
-  const auto atEnd = [&](const char *at) { return ucs ? unitAt(at, 0) == 0 : *at == 0; };
-  const auto found = [&](const char *at) {
-    return findLength != 0 && (ucs ? miUCSStrncmp(at, find, findLength) : miStrncmp(at, find, findLength)) == 0;
-  };
+  const char *end = source + miStrlen(source);
+  const uint32_t step = miIsUCS(source) ? 2 : 1;
   if (replacement == nullptr) replacementLength = 0;
   char *out = destination;
-  while (!atEnd(source)) {
-    if (found(source)) {
+  while (end - source >= ptrdiff_t{step}) {
+    if (miStandsAt(source, end, find, findLength)) {
       miMemmoveSAFE(out, replacement, replacementLength);
       out += replacementLength;
       source += findLength;

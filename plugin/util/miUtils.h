@@ -39,6 +39,7 @@ int32_t miVsnprintfSAFE(char *destination, uint32_t size, const char *format, va
 char *miStrchr(const char *string, int c);
 char *miStrrchr(const char *string, int c);
 char *miStrstr(const char *string, const char *part);
+/// A number beyond 32 bits is cut to them, so that every machine reads the same.
 int32_t miAtoi(const char *string);
 int32_t miAtol(const char *string);
 
@@ -66,9 +67,12 @@ tavrel::Bool16 miStrncpySAFE(char *destination, const char *source, uint32_t siz
 /// 1 when the string is shorter than n; else 0, and n bytes are there without a terminator. A shorter string comes with
 /// its whole terminator: that of a UCS string may end one byte beyond an odd n.
 tavrel::Bool16 miStrncpy_StandardSAFE(char *destination, const char *source, uint32_t n);
-/// 1 when all of it fitted into `size` bytes; else 0, and what fitted is there, terminated as a byte string. Cut are
-/// bytes, also of a UCS string, which is none any more then.
+/// 1 when all of it fitted into `size` bytes; else 0, and what fitted is there, terminated. Cut are bytes,
+/// also of a UCS string, of which nothing sensible may be left then.
 tavrel::Bool16 miStrncatSAFE(char *destination, const char *source, uint32_t size);
+
+/// Whether a part of that many bytes stands at a place of a string that ends at `end`. An empty part stands nowhere.
+bool miStandsAt(const char *at, const char *end, const char *part, uint32_t length);
 
 /// Builds into `destination`, which must not overlap, the source with every `find` replaced (by nothing for null).
 char *miReplaceStrSAFE(char *destination, const char *source, const char *find, const char *replacement);

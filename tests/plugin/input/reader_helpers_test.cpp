@@ -1,4 +1,4 @@
-// The reader's small helpers: colours, reversed hexadecimal digits, comparison, decimal numbers.
+// The reader's small helpers: colours, reversed hexadecimal digits, comparison.
 #include <gtest/gtest.h>
 
 #include "plugin/input/gltAux.h"
@@ -115,32 +115,5 @@ TEST(AllDigits, OnlyDigitsOrNothing) {
   for (const char *text : {"12a", "a12", "-1", "1:", "1/", "1.0", " 1", "1 ", "\xB2"})
     EXPECT_EQ(isallnum(text), 0) << text;
 }
-
-struct NumberRow : Row {
-  const char *text;
-  int32_t value;
-};
-
-class FileNumber : public testing::TestWithParam<NumberRow> {};
-
-TEST_P(FileNumber, Reads) { EXPECT_EQ(gltNumber(GetParam().text), GetParam().value); }
-
-const NumberRow numbers[] = {
-    {{"Zero"}, "0", 0},
-    {{"Positive"}, "120", 120},
-    {{"Negative"}, "-7", -7},
-    {{"NoNumber"}, "pos", 0},
-    {{"Empty"}, "", 0},
-    {{"DigitsInFront"}, "12abc", 12},
-    {{"LeadingZeros"}, "0012", 12},
-    {{"BlanksInFront"}, " \t12", 12},
-    {{"Largest"}, "2147483647", INT32_MAX},
-    {{"OneAboveIsClamped"}, "2147483648", INT32_MAX},
-    {{"Smallest"}, "-2147483648", INT32_MIN},
-    {{"OneBelowIsClamped"}, "-2147483649", INT32_MIN},
-    {{"Beyond64BitsIsClamped"}, "99999999999999999999999", INT32_MAX},
-    {{"Below64BitsIsClamped"}, "-99999999999999999999999", INT32_MIN},
-};
-INSTANTIATE_TEST_SUITE_P(Numbers, FileNumber, testing::ValuesIn(numbers), rowName<NumberRow>);
 
 } // namespace

@@ -127,4 +127,12 @@ TEST_F(Translation, PageOfWhichTheHostSaysNothingHasNoWords) {
   EXPECT_EQ(translated(list), (Highlights{{3, 100, 1}})) << "the first is one beyond the last";
 }
 
+TEST_F(Translation, GoesThroughPagesThatComeMeanwhile) {
+  const ListOwner list({{3, 1, 7}});
+  host.answer(DocModel::WordFinderReleasePage, std::function([&](WordFinder, int32_t page) {
+                if (page == 3) HLL_AddHL(list, 8, 2, 7);
+              }));
+  EXPECT_EQ(translated(list), (Highlights{{3, 101, 2}, {8, 102, 3}}));
+}
+
 } // namespace

@@ -222,8 +222,13 @@ const NumberRow numbers[] = {
     {{"DigitsInFront"}, "12ab", 12},
     {{"NoNumber"}, "ab", 0},
     {{"Empty"}, "", 0},
+    {{"LeadingZeros"}, "0012", 12},
     {{"Largest"}, "2147483647", INT32_MAX},
+    {{"OneAboveIsCut"}, "2147483648", INT32_MAX},
     {{"Smallest"}, "-2147483648", INT32_MIN},
+    {{"OneBelowIsCut"}, "-2147483649", INT32_MIN},
+    {{"Beyond64BitsIsCut"}, "99999999999999999999999", INT32_MAX},
+    {{"Below64BitsIsCut"}, "-99999999999999999999999", INT32_MIN},
 };
 INSTANTIATE_TEST_SUITE_P(Texts, WrappedNumber, testing::ValuesIn(numbers), rowName<NumberRow>);
 

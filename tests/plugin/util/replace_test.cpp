@@ -92,6 +92,26 @@ TEST(ReplacementWithLengths, CountsOnlyTheLengthsGiven) {
   EXPECT_EQ(buffer, dotted("a::b" + nulUnit));
 }
 
+// What would reach beyond the end is not found.
+TEST(ReplacementWithLengths, StaysWithinTheSource) {
+  std::string buffer = dots(bufferSize);
+  miReplaceStrExSAFE(buffer.data(), "ab", "b", 2, "x", 1);
+  EXPECT_EQ(buffer, dotted("ab" + nulUnit));
+  buffer = dots(bufferSize);
+  miReplaceStrExSAFE(buffer.data(), ended(ucs("a")).c_str(), ended(units("a")).c_str(), 4, "xx", 2);
+  EXPECT_EQ(buffer, dotted(ucs("a") + nulUnit));
+  buffer = dots(bufferSize);
+  miReplaceStrExSAFE(buffer.data(), ended(ucs("ab")).c_str(), "\0", 1, "", 0);
+  EXPECT_EQ(buffer, dotted("\xFE\xFF" + std::string("a\0", 2) + nulUnit)) << "half units are left out";
+}
+
+TEST(ReplacementInBytes, StaysWithinATextThatEndsLikeAMark) {
+  std::string buffer = dots(bufferSize);
+  const std::string part = ended(ucs("A"));
+  miReplaceStrSAFE(buffer.data(), "x\xFE\xFF", part.c_str(), "y");
+  EXPECT_EQ(buffer, dotted("x\xFE\xFF" + nul));
+}
+
 // Nothing to be found would be found for ever.
 TEST(EmptyFind, LeavesTheSource) {
   std::string buffer = dots(bufferSize);

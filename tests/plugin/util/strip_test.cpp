@@ -1,6 +1,9 @@
 // White space in both kinds of strings.
 #include <gtest/gtest.h>
 
+#include <utility>
+#include <vector>
+
 #include <cstring>
 
 #include "plugin/util/miText.h"
@@ -89,14 +92,21 @@ TEST(StripAll, ExaminesNoMoreThan65535Places) {
   EXPECT_EQ(text, std::string(70000, 'a') + " b");
 }
 
-TEST(UcsStripAll, ExaminesNoMoreThan65535Places) {
+/// So many blanks and an "a", a blank and a "b".
+std::string blanksBefore(size_t count) {
   std::string text = "\xFE\xFF";
-  for (int i = 0; i < 70000; ++i)
-    text += std::string("\0a", 2);
-  text += std::string("\0 \0b\0\0", 6);
-  const std::string before = text;
-  EXPECT_EQ(miUCSStripAll(text.data()), 1);
-  EXPECT_EQ(text, before) << "the blank is not reached";
+  for (size_t i = 0; i < count; ++i)
+    text += std::string("\0 ", 2);
+  return text + std::string("\0a\0 \0b\0\0", 8);
+}
+
+TEST(UcsStripAll, ExaminesNoMoreThan65535Units) {
+  for (const auto &[blanks, left] : std::vector<std::pair<size_t, std::string>>{
+           {65533, ucs("ab")}, {65534, ucs("a b")}, {65535, ucs("a b")}, {65536, ucs(" a b")}}) {
+    std::string text = blanksBefore(blanks);
+    EXPECT_EQ(miUCSStripAll(text.data()), 1);
+    EXPECT_EQ(text.substr(0, left.size() + 2), left + nulUnit) << blanks;
+  }
 }
 
 } // namespace

@@ -49,6 +49,7 @@ const CountRow counts[] = {
     {{"EmptyText"}, "", "a", 0},
     {{"LongerThanTheText"}, "ab", "abc", 0},
     {{"EmptyPartIsGuarded"}, "abc", "", 0},
+    {{"TextThatEndsLikeAMark"}, "x\xFE\xFF", "\xFE\xFF\x41\x42\0", 0},
 };
 INSTANTIATE_TEST_SUITE_P(Texts, CountedParts, testing::ValuesIn(counts), rowName<CountRow>);
 
@@ -79,7 +80,8 @@ const PathRow paths[] = {
     {{"TrailingHereStays"}, "/a/.", "/a/."},
     {{"Plain"}, "/a/b.c/..d", "/a/b.c/..d"},
     {{"Empty"}, "", ""},
-    {{"AboveTheRootStays"}, "/../a", "/../a"},
+    {{"AboveTheRootStays"}, "/../a/./b", "/../a/./b"},
+    {{"AboveTheRootMidway"}, "/a/../../x/./y", "/../x/y"},
 };
 INSTANTIATE_TEST_SUITE_P(Paths, PathSteps, testing::ValuesIn(paths), rowName<PathRow>);
 
@@ -101,6 +103,7 @@ TEST_P(Snarf, CopiesBetweenMarks) {
 }
 
 const SnarfRow snarfs[] = {
+    {{"LongEndBehindACutCopy"}, "abcdef", nullptr, "12345678", 3, "abc", 11},
     {{"BetweenBoth"}, "key=(v);", "=", ";", 10, "(v)", 8},
     {{"NextIsBehindTheEnd"}, "key=(v);more", "=", ";", 10, "(v)", 8},
     {{"LongMarks"}, "a<<b>>c", "<<", ">>", 10, "b", 6},

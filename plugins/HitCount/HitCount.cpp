@@ -55,10 +55,14 @@ void describePosition(Doc document, char *text, size_t size) {
            TavrelGLT::HLL_GetPageCount(list));
 }
 
+/// The status line is the front document's.
+bool isInFront(Doc document) { return document != nullptr && document == TavrelView::GetFrontDoc(); }
+
 void pageDrawn(PageView view, void * /*clientData*/) {
   Doc document = TavrelView::PageViewGetDoc(view);
-  char text[100] = "";
-  if (document != nullptr) describePosition(document, text, sizeof text);
+  if (!isInFront(document)) return;
+  char text[100];
+  describePosition(document, text, sizeof text);
   TavrelView::SetStatusText(s_self, text);
 }
 
@@ -68,7 +72,9 @@ void documentOpened(Doc /*document*/, void * /*clientData*/) {
   TavrelView::RegisterPageDrawProc(callbackOf(pageDrawn), nullptr);
 }
 
-void documentClosed(Doc /*document*/, void * /*clientData*/) { TavrelView::SetStatusText(s_self, nullptr); }
+void documentClosed(Doc document, void * /*clientData*/) {
+  if (isInFront(document)) TavrelView::SetStatusText(s_self, nullptr);
+}
 
 uint32_t importTables() {
   gTavrelGLTHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelGLT"), tavrelGLTVersion);
@@ -101,6 +107,8 @@ uint32_t setUp(uint32_t version, SetupRecord *record) {
 
 } // namespace
 
+// The exported `main`, under another name in the source because it has three arguments; protected, or the `main` of the
+// program that loads it would take its place.
 extern "C" [[gnu::visibility("protected")]] uint32_t hitCountMain(uint32_t hostVersion, uint32_t *outVersion,
                                                                   void **outSetupProc) __asm__("main");
 

@@ -59,7 +59,8 @@ inline constexpr uint32_t tavrelGLTVersion = 0x00050000;
   OPERATION(7, GLT_SetViewMode, void(Doc document, int32_t mode))                                                      \
   /* The registered list, or null. [borrowed until another is registered or it is unregistered] */                     \
   OPERATION(8, GLT_GetHLL, HLL *(Doc document))                                                                        \
-  /* The current hit; 0 without a registered list. */                                                                  \
+  /* The current hit; 0 without a registered list. The word index may be one beyond its page's last hit, and is 65535  \
+     on a page without any. */                                                                                         \
   OPERATION(9, GLT_GetPos, Bool16(Doc document, uint32_t *pageIndex, uint16_t *wordIndex))                             \
   /* Moves it; 0 where there is no such hit. redraw 1 turns and scrolls to it. */                                      \
   OPERATION(10, GLT_SetPos, Bool16(Doc document, uint32_t pageIndex, uint16_t wordIndex, Bool16 redraw))               \
@@ -68,7 +69,7 @@ inline constexpr uint32_t tavrelGLTVersion = 0x00050000;
   /* The list's user data. */                                                                                          \
   OPERATION(12, HLL_GetData, void *(const HLL *list))                                                                  \
   OPERATION(13, HLL_SetData, void(HLL *list, void *userData))                                                          \
-  /* The number of hits added. */                                                                                      \
+  /* The number of hits added; when memory ran out, more than there are. */                                            \
   OPERATION(14, HLL_GetWordCount, uint32_t(const HLL *list))                                                           \
   /* The number of pages with hits. */                                                                                 \
   OPERATION(15, HLL_GetPageCount, uint32_t(const HLL *list))                                                           \

@@ -55,7 +55,8 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(1, GetFrontDoc, Doc())                                                                                     \
   /* The tool bar, or null. [no-raise] */                                                                              \
   OPERATION(2, GetToolBar, ToolBar())                                                                                  \
-  /* Has a callback (DocNotifyProc) called at every such event from now on. [raises] */                                \
+  /* Has a callback (DocNotifyProc) called at every such event from now on, behind those that came before. A second    \
+     registration of the same callback and data is none. [raises] */                                                   \
   OPERATION(3, RegisterNotification, void(int32_t selector, ExtensionID extension, Callback callback,                  \
                                           void *clientData))                                                           \
   /* The document model behind a viewer document. [raises] [borrowed until it closes] */                               \
@@ -83,7 +84,8 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(14, PageViewScrollToPoint, void(PageView view, int16_t x, int16_t y))                                      \
   /* Has an area drawn anew; null is the whole view. [raises] */                                                       \
   OPERATION(15, PageViewRefreshArea, void(PageView view, const DeviceRect *area))                                      \
-  /* Has a callback (PageDrawProc) called for every page drawn from now on. [raises] */                                \
+  /* Has a callback (PageDrawProc) called for every page drawn from now on, behind those that came before. A second    \
+     registration of the same callback and data is none. [raises] */                                                   \
   OPERATION(16, RegisterPageDrawProc, void(Callback callback, void *clientData))                                       \
   /* The matrix from page space to device space. [raises] */                                                           \
   OPERATION(17, PageViewGetPageTransform, void(PageView view, FixedMatrix *matrix))                                    \

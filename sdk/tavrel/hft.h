@@ -9,7 +9,8 @@
 
 namespace tavrel {
 
-/// The function behind an entry. `Function` is a pointer-to-function type.
+/// The function behind an entry. `Function` is a pointer-to-function type, or void * where a function is handed out as
+/// data (the set-up procedure).
 template <typename Function> Function functionOf(Entry entry) { return reinterpret_cast<Function>(entry); }
 
 /// A function as an untyped entry.

@@ -1,8 +1,9 @@
 // How the host enters a plug-in: the exported entry point and the two records that are exchanged.
 //
 // A plug-in is a shared library that exports one symbol, `main`, of type `PluginMain`. The host then calls, in this
-// order: main; the set-up procedure that main handed back; the handshake callback; the export callback of every
-// plug-in; the initialisation callback of every plug-in; and at the end the unload callback.
+// order: main; the set-up procedure that main handed back; the handshake callback; then the export callback of
+// every plug-in, the import callback of every plug-in and the initialisation callback of every plug-in, so that each
+// finds what the others offer; and at the end the unload callback.
 #pragma once
 
 #include "tavrel/types.h"

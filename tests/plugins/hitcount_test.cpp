@@ -221,6 +221,19 @@ TEST_F(Plugins, SayNothingAnyMoreWhenTheListGoes) {
   EXPECT_EQ(app.statusText(), "");
 }
 
+TEST_F(Plugins, SpeakOfTheFrontDocumentOnly) {
+  host::ViewerDocument &behind = *document;
+  registerInCharacters();
+  host::ViewerDocument &front = app.open(host::Document::open(scratch.pdf(fourPages()), ""), "test.pdf", 72);
+  app.draw(front);
+  app.draw(behind);
+  EXPECT_EQ(app.statusText(), "") << "the front one has no hits";
+  app.bringToFront(behind);
+  EXPECT_EQ(statusAfterADraw(), "hit 1 of 6, page 1 of 3");
+  app.close(front);
+  EXPECT_EQ(app.statusText(), "hit 1 of 6, page 1 of 3");
+}
+
 TEST_F(Plugins, SayNothingAnyMoreWhenTheDocumentCloses) {
   registerInCharacters();
   draw();

@@ -33,22 +33,10 @@ std::string operationOf(const std::string &call) {
   return call.substr(dot + 1, parenthesis - dot - 1);
 }
 
-bool canFailByValue(const std::string &call) { return RecordingHost::canFailByValue(operationOf(call)); }
-
-bool any(const std::string & /*call*/) { return true; }
-
-/// Whether a fault can have struck there.
-bool canFail(const RecordingHost &host, const std::string &call) {
-  const std::string operation = operationOf(call);
-  static const std::set<std::string> onFrames = {"PushExceptionFrame", "PopExceptionFrame", "GetExceptionCode",
-                                                 "RaiseError"};
-  return !onFrames.contains(operation) && !host.reliable.contains(operation);
-}
-
-/// Rounds whose faults are counted in host calls. `set` prepares the n-th; `suits` says of which calls it is one.
+/// Rounds whose faults are counted in host calls. `set` prepares the n-th; `struck` says afterwards whether it was one.
 size_t roundsOverCalls(const Trial &trial, const std::function<void(RecordingHost &, size_t)> &set,
-                       bool (*suits)(const std::string &call) = any) {
-  size_t struck = 0;
+                       const std::function<bool(const RecordingHost &, size_t)> &struck) {
+  size_t count = 0;
   for (size_t n = 0; n < mostRounds; ++n) {
     RecordingHost host;
     trial.prepare(host);
@@ -59,38 +47,62 @@ size_t roundsOverCalls(const Trial &trial, const std::function<void(RecordingHos
     host.noFaults();
     const bool reached = host.trace.size() > n;
     const std::string call = callAt(host, n);
-    if (reached && canFail(host, call) && suits(call)) {
-      ++struck;
+    if (reached && host.canFail(operationOf(call)) && struck(host, n)) {
+      ++count;
       SCOPED_TRACE("fault at host call " + std::to_string(n) + ", " + call);
       balance.expect(host, trial);
       if (trial.check) trial.check(host, call);
     }
     if (trial.finish) trial.finish(host);
-    if (!reached) return struck;
+    if (!reached) return count;
   }
   ADD_FAILURE() << "no end after " << mostRounds << " rounds";
-  return struck;
+  return count;
+}
+
+bool always(const RecordingHost & /*host*/, size_t /*n*/) { return true; }
+
+/// Which calls of a deed without faults return 0 or null: to make those do so would be no fault.
+std::set<size_t> callsThatGiveNothing(const Trial &trial) {
+  RecordingHost host;
+  trial.prepare(host);
+  host.clear();
+  host.run([&] { trial.act(host); });
+  const std::set<size_t> calls = host.gaveNothing;
+  if (trial.finish) trial.finish(host);
+  return calls;
 }
 
 } // namespace
 
 size_t raiseAtEveryCall(const Trial &trial, int32_t code) {
-  return roundsOverCalls(trial, [code](RecordingHost &host, size_t n) { host.raiseAt(n, code); });
+  return roundsOverCalls(
+      trial, [code](RecordingHost &host, size_t n) { host.raiseAt(n, code); }, always);
 }
 
 size_t raiseFromEveryCall(const Trial &trial, int32_t code) {
-  return roundsOverCalls(trial, [code](RecordingHost &host, size_t n) { host.raiseFrom(n, code); });
+  // Where nothing is called after the first raise, it is the round of a single one again.
+  return roundsOverCalls(
+      trial, [code](RecordingHost &host, size_t n) { host.raiseFrom(n, code); },
+      [](const RecordingHost &host, size_t) { return host.raises > 1; });
 }
 
 size_t failAtEveryCall(const Trial &trial) {
+  const std::set<size_t> nothing = callsThatGiveNothing(trial);
   return roundsOverCalls(
-      trial, [](RecordingHost &host, size_t n) { host.failAt(n); }, canFailByValue);
+      trial, [](RecordingHost &host, size_t n) { host.failAt(n); },
+      [&nothing](const RecordingHost &host, size_t n) {
+        return RecordingHost::canFailByValue(operationOf(host.trace[n])) && !nothing.contains(n);
+      });
 }
 
 size_t interruptEveryCall(const Trial &trial, const std::function<void(RecordingHost &)> &interruption) {
-  return roundsOverCalls(trial, [&interruption](RecordingHost &host, size_t n) {
-    host.during(n, [&host, &interruption] { interruption(host); });
-  });
+  return roundsOverCalls(
+      trial,
+      [&interruption](RecordingHost &host, size_t n) {
+        host.during(n, [&host, &interruption] { interruption(host); });
+      },
+      always);
 }
 
 namespace {

@@ -31,10 +31,10 @@ template <typename... A> std::string argumentList(A... arguments) {
 }
 
 /// Operations that keep working whatever a test makes fail: without them no failure could be handled.
-bool neverFails(const char *operation) {
-  static const std::set<std::string> names = {"Kernel.PushExceptionFrame", "Kernel.PopExceptionFrame",
-                                              "Kernel.GetExceptionCode", "Kernel.RaiseError"};
-  return names.contains(operation);
+const std::set<std::string> &onFrames() {
+  static const std::set<std::string> names = {"PushExceptionFrame", "PopExceptionFrame", "GetExceptionCode",
+                                              "RaiseError"};
+  return names;
 }
 
 } // namespace
@@ -58,6 +58,7 @@ struct RecordedCall {
     }
 
     static R call(A... arguments) {
+      const size_t number = s_current->calls;
       switch (enter(arguments...)) {
       case RecordingHost::Verdict::raise:
         s_current->raise(s_current->raiseCode_);
@@ -65,17 +66,19 @@ struct RecordedCall {
       case RecordingHost::Verdict::fail:
         return R();
       default:
-        return behave(s_current->interruptionDue_, arguments...);
+        return behave(number, s_current->interruptionDue_, arguments...);
       }
     }
 
-    static R behave(bool interrupted, A... arguments) {
+    static R behave(size_t number, bool interrupted, A... arguments) {
       s_current->interruptionDue_ = false;
       if constexpr (std::is_void_v<R>) {
         if (Behaviour<Op>::replaced) Behaviour<Op>::replaced(arguments...);
         if (interrupted) s_current->interruption_();
+        (void)number;
       } else {
         const R result = Behaviour<Op>::replaced ? Behaviour<Op>::replaced(arguments...) : R();
+        if (result == R()) s_current->gaveNothing.insert(number);
         if (interrupted) s_current->interruption_();
         return result;
       }
@@ -153,6 +156,10 @@ RecordingHost::~RecordingHost() {
 
 RecordingHost &RecordingHost::current() { return *s_current; }
 
+bool RecordingHost::canFail(const std::string &operation) const {
+  return !onFrames().contains(operation) && !reliable.contains(operation);
+}
+
 bool RecordingHost::canFailByValue(const std::string &operation) { return !neverByValue().contains(operation); }
 
 HFT RecordingHost::kernelTable() { return kernelEntries; }
@@ -184,6 +191,7 @@ std::string RecordingHost::story() const {
 void RecordingHost::clear() {
   trace.clear();
   calls = raises = 0;
+  gaveNothing.clear();
 }
 
 void RecordingHost::raiseAt(size_t call, int32_t code) {
@@ -199,7 +207,10 @@ void RecordingHost::raiseFrom(size_t call, int32_t code) {
 
 void RecordingHost::failAt(size_t call) { failCall_ = call; }
 
-void RecordingHost::raiseIn(const std::string &operation, int32_t code) { raiseIn_[operation] = code; }
+void RecordingHost::raiseIn(const std::string &operation, int32_t code) {
+  EXPECT_TRUE(canFail(operation)) << operation << " never fails";
+  raiseIn_[operation] = code;
+}
 
 void RecordingHost::during(size_t call, std::function<void()> action) {
   interruptCall_ = call;
@@ -215,7 +226,7 @@ void RecordingHost::noFaults() {
 RecordingHost::Verdict RecordingHost::enter(const char *operation, const std::string &call) {
   trace.push_back(call);
   const size_t number = calls++;
-  if (neverFails(operation) || reliable.contains(strchr(operation, '.') + 1)) return Verdict::go;
+  if (!canFail(strchr(operation, '.') + 1)) return Verdict::go;
   if (number == interruptCall_) {
     interruptCall_ = SIZE_MAX;
     interruptionDue_ = true;

@@ -40,6 +40,7 @@ public:
   std::vector<std::string> trace; ///< "TavrelView.PageViewShowPage(view, 3)"
   size_t calls = 0;               ///< since the last `clear`
   size_t raises = 0;              ///< likewise
+  std::set<size_t> gaveNothing;   ///< calls, counted likewise, whose result was 0 or null
   /// How many calls of that operation ("PageViewShowPage") are in the trace.
   size_t count(const std::string &operation) const;
   /// The trace without calls of these operations, for tests that care about the rest.
@@ -117,6 +118,8 @@ public:
     nameAddress(reinterpret_cast<const void *>(handle), name);
     return handle;
   }
+  /// Whether a fault can strike an operation ("PageClose").
+  bool canFail(const std::string &operation) const;
   /// Whether an operation ("PageClose") can fail by returning 0 or null. Some have no result, and some raise instead,
   /// which callers rely on.
   static bool canFailByValue(const std::string &operation);

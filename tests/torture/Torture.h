@@ -18,18 +18,18 @@ namespace torture {
 struct Loss {
   size_t blocks = 0;     ///< of the plug-in's own
   size_t hostBlocks = 0; ///< from the host's allocator, which accounts for them
-
-  Loss operator+(const Loss &more) const { return {blocks + more.blocks, hostBlocks + more.hostBlocks}; }
 };
 
 struct Scenario {
   std::string name; ///< letters and digits
   std::function<void(RecordingHost &)> prepare;
   std::function<void(RecordingHost &)> act; ///< inside a frame of the host's
-  Loss always = {};                         ///< lost by the deed itself
-  Loss cutShort = {};                       ///< lost besides when a raise ends the deed
-  Loss withoutMemory = {};                  ///< lost besides when an allocation fails
-  bool translates = false;                  ///< the scenario's list, in place
+  Loss always = {};                         ///< lost by the deed itself, unless a fault comes before
+  Loss cutShort = {};                       ///< lost besides when a raise ends the deed: that, or nothing
+  Loss withoutMemory = {};                  ///< lost besides when an allocation fails: likewise
+  /// What must hold of the scenario's own things after the deed, whatever failed. May be left out.
+  std::function<void(RecordingHost &)> check = nullptr;
+  bool translates = false; ///< the scenario's list, in place
 };
 
 /// For the messages of a test.

@@ -1,5 +1,9 @@
 // Other plug-ins: the table as it is asked for, everything in it as a client calls it, and word numbers turned into
 // character offsets.
+#include <gtest/gtest.h>
+
+#include <set>
+
 #include "plugin/glt/gltHFT.h"
 #include "plugin/input/gltTranslate.h"
 #include "plugin/pi/mdPI.h"
@@ -77,18 +81,47 @@ void withWords(RecordingHost &host) {
   host.answer(DocModel::WordFinderGetNthWord, std::function([](WordFinder, int32_t index) {
                 return index < 10 ? reinterpret_cast<Word>(0x4000 + 8 * static_cast<uintptr_t>(index)) : nullptr;
               }));
+  host.answer(DocModel::WordGetCharOffset, std::function([](Word word) {
+                return static_cast<uint32_t>(100 + (reinterpret_cast<uintptr_t>(word) - 0x4000) / 8);
+              }));
+  host.answer(DocModel::WordGetLength, std::function([](Word) { return 2U; }));
   s_list = clientList();
   for (int32_t page = 0; page < 3; ++page)
     for (const uint16_t pos : {3, 7, 10, 12})
       HLL_AddHL(s_list, page, pos, 1);
 }
 
+/// Every entry is a word number as it was, what that word became, or what stands for a word that is not there.
+void expectWordsOrCharacters(RecordingHost & /*host*/) {
+  static const std::set<uint16_t> possible = {3, 7, 10, 12, 103, 107, 0};
+  for (uint32_t page = 0; page < HLL_GetPageCount(s_list); ++page)
+    for (uint16_t i = 0; i < s_list->pages[page].count; ++i)
+      EXPECT_TRUE(possible.contains(s_list->pages[page].words[i].pos)) << s_list->pages[page].words[i].pos;
+}
+
+/// A table that is given to a client has all its entries.
+void expectWholeOrNone(RecordingHost &host) {
+  HFT table = nullptr;
+  host.run([&] { table = GLTProvideHFT(gGLTHFTServer, tavrelGLTVersion); });
+  EXPECT_TRUE(table == nullptr || host.exported.size() == TavrelGLT::selectorCount - 1) << "a part of a table";
+}
+
+void expectNone(RecordingHost &host) {
+  host.run([&] { EXPECT_EQ(GLTProvideHFT(gGLTHFTServer, tavrelGLTVersion), nullptr); });
+}
+
 } // namespace
 
 std::vector<Scenario> clientScenarios() {
   return {
-      {"ProvideTheTable", offered, [](RecordingHost &) { GLTProvideHFT(gGLTHFTServer, tavrelGLTVersion); }},
-      {"DestroyTheTable", obtained, [](RecordingHost &) { GLTDestroyHFT(gGLTHFTServer); }},
+      {"ProvideTheTable",
+       offered,
+       [](RecordingHost &) { GLTProvideHFT(gGLTHFTServer, tavrelGLTVersion); },
+       {},
+       {},
+       {},
+       expectWholeOrNone},
+      {"DestroyTheTable", obtained, [](RecordingHost &) { GLTDestroyHFT(gGLTHFTServer); }, {}, {}, {}, expectNone},
       {"DestroyATableNeverBuilt", offered, [](RecordingHost &) { GLTDestroyHFT(gGLTHFTServer); }},
       {"UseTheTable",
        [](RecordingHost &host) {
@@ -104,6 +137,7 @@ std::vector<Scenario> clientScenarios() {
        {},
        {},
        {},
+       expectWordsOrCharacters,
        true},
   };
 }

@@ -30,7 +30,8 @@ std::string pagesOf(int pages, int hits) {
   return locations;
 }
 
-/// A list of so many pages: itself, the array of pages, and an array a page.
+/// What a registration that a raise ends costs, by the pages of its list; 0 where none is registered. A list: itself,
+/// the array of pages, and an array a page.
 size_t blocksOfAList(size_t pages) { return 2 + pages; }
 
 std::function<void(RecordingHost &)> reads(const std::string &file) {
@@ -39,7 +40,7 @@ std::function<void(RecordingHost &)> reads(const std::string &file) {
 
 Scenario file(const char *name, const std::string &text, size_t pages,
               std::function<void(RecordingHost &)> prepare = nullptr) {
-  return {name, std::move(prepare), reads(text), {}, {blocksOfAList(pages), 1}, {0, 1}};
+  return {name, std::move(prepare), reads(text), {}, {pages != 0 ? blocksOfAList(pages) : 0, 1}, {0, 1}};
 }
 
 /// Not a highlight file: the copy is left to the host's account.
@@ -68,7 +69,7 @@ std::vector<Scenario> fileScenarios() {
       file("FileOfManyPages", fileOf("Units=characters", pagesOf(20, 1)), 20),
       file("FileOfManyHits", fileOf("Units=characters", pagesOf(2, 40)), 2),
       file("FileWithoutHits", fileOf("Units=characters", ""), 0),
-      file("FileThatEndsEarly", "<XML> <Body> <highlights> <loc pg=1 pos=2", 1),
+      file("FileThatEndsEarly", "<XML> <Body> <highlights> <loc pg=1 pos=2", 0),
       file("FileOnALine", "<XML><Body Units=characters><highlights><loc pg=1 pos=2 len=3></highlights></Body></XML>",
            1),
       file("FileOverAFile", fileOf("Units=characters mode=active", twoPages), 2, registerSix),

@@ -79,14 +79,15 @@ std::vector<Scenario> toolBarScenarios() {
          for (uint16_t id = 0; id < buttonStringCount; ++id)
            mdGetButtonString(id, text, sizeof text);
        }},
-      {"Bitmaps",
-       exported,
+      {"Bitmaps", exported,
        [](RecordingHost &) {
          mdGetBitmap(bitmapNext);
          mdGetBitmap(bitmapPrev);
-         mdReleaseIconBundle(mdGetIconBundle(bitmapNext, bitmapPrev));
-       },
-       // nothing stands between the bundle's memory and the two lookups: a raise in one of them takes it along
+       }},
+      // The bundle's memory is taken before its bitmaps are looked up: a raise in a lookup takes it along.
+      {"IconBundle",
+       exported,
+       [](RecordingHost &) { mdReleaseIconBundle(mdGetIconBundle(bitmapNext, bitmapPrev)); },
        {},
        {1, 0}},
   };

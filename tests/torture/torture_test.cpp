@@ -35,7 +35,7 @@ class Torture : public testing::TestWithParam<Scenario> {};
 
 TEST_P(Torture, Of) {
   const Count count = torture::torture(GetParam());
-  EXPECT_GT(count.calls + count.allocations, 0U) << "nothing was tried";
+  EXPECT_GT(count.faults, 0U) << "nothing was tried";
   s_total.calls += count.calls;
   s_total.allocations += count.allocations;
   s_total.faults += count.faults;

@@ -406,6 +406,28 @@ TEST(RegistryFailures, UnregisteringLeavesNothingBrokenWhateverCallRaises) {
   EXPECT_EQ(raiseAtEveryCall({prepare, act, expectUsable, false, false, true}), 10U);
 }
 
+TEST(RegistryTable, ListRegisteredAgainIsHeldOnce) {
+  RecordingHost host;
+  registerPages(host, {{4, 1, 1}});
+  const size_t blocks = liveBlocks();
+  GLT_RegisterHLL(host.doc, GLT_GetHLL(host.doc), GLT_CHARACTER_OFFSETS, nullptr, nullptr, 1, nullptr);
+  EXPECT_EQ(liveBlocks(), blocks);
+}
+
+TEST(RegistryTable, ListLeftOnItsWayGoesWithTheNextRegistration) {
+  RecordingHost host;
+  registerPages(host, {{4, 1, 1}});
+  const size_t blocks = liveBlocks();
+  HLL *list = GLT_GetHLL(host.doc);
+  host.clear();
+  host.raiseAt(12);
+  EXPECT_FALSE(host.run([&] { GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr); }));
+  host.noFaults();
+  EXPECT_GT(liveBlocks(), blocks) << "the copy";
+  registerPages(host, {{5, 1, 1}});
+  EXPECT_EQ(liveBlocks(), blocks);
+}
+
 TEST(RegistryTable, NullOverAListIsNone) {
   RecordingHost host;
   registerPages(host, {{4, 1, 1}});

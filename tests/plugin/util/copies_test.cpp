@@ -149,6 +149,7 @@ const CatRow concatenations[] = {
     {{"Nothing"}, "abc", "", 4, 1, "abc" + nul},
     {{"NothingOntoNothing"}, "", "", 1, 1, nul},
     {{"UcsFits"}, ucs("A"), ucs("B"), 12, 1, ucs("AB") + nulUnit},
+    {{"DestinationTooLong"}, "abcdef", "g", 3, 0, "ab" + nul},
     {{"UcsCutEndsInAUnit"}, ucs({0x4E2D}), ucs({0x4E2D}), 8, 0, ucs({0x4E2D}) + "\xFE\xFF" + nulUnit},
     {{"UcsCutAtAnOddSize"}, ucs({0x4E2D}), ucs({0x4E2D, 0x4E2D}), 9, 0, ucs({0x4E2D}) + "\xFE\xFF" + nulUnit + nul},
     {{"UcsCutToNothing"}, ucs({0x4E2D}), ucs({0x4E2D}), 2, 0, nulUnit},

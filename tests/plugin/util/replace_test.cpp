@@ -86,6 +86,12 @@ TEST(UcsReplacementOfNull, IsNothing) {
   EXPECT_EQ(buffer, dotted(ucs("ab") + nulUnit));
 }
 
+TEST(ReplacementWithLengths, OfNullHasNoLength) {
+  std::string buffer = dots(bufferSize);
+  miReplaceStrExSAFE(buffer.data(), "a.b", ".", 1, nullptr, 5);
+  EXPECT_EQ(buffer, dotted("ab" + nulUnit));
+}
+
 TEST(ReplacementWithLengths, CountsOnlyTheLengthsGiven) {
   std::string buffer = dots(bufferSize);
   miReplaceStrExSAFE(buffer.data(), "a.b", ".xyz", 1, "::no", 2);

@@ -61,6 +61,8 @@ INSTANTIATE_TEST_SUITE_P(Bytes, Strip, testing::ValuesIn(bytes), rowName<StripRo
 
 const StripRow units[] = {
     {{"BothEnds"}, ucs("  a b  "), ucs("a b"), ucs("ab")},
+    {{"BlankBehindTwoUnits"}, ucs("ab "), ucs("ab"), ucs("ab")},
+    {{"ZeroBytesAcrossTwoUnits"}, ucs({0x4100, 'b'}), ucs({0x4100}), ucs({0x4100, 'b'})},
     {{"OnlySpace"}, ucs(" \t\n\v\f\r"), ucs(""), ucs("")},
     {{"MarkAlone"}, ucs(""), ucs(""), ucs("")},
     {{"Nothing"}, ucs("abc"), ucs("abc"), ucs("abc")},
@@ -87,9 +89,12 @@ TEST(StripOfNull, IsEmpty) {
 }
 
 TEST(StripAll, ExaminesNoMoreThan65535Places) {
-  std::string text = std::string(70000, 'a') + " b";
-  EXPECT_EQ(miStripAll(text.data()), 1);
-  EXPECT_EQ(text, std::string(70000, 'a') + " b");
+  for (const auto &[places, left] :
+       std::vector<std::pair<size_t, std::string>>{{65534, "b"}, {65535, " b"}, {70000, " b"}}) {
+    std::string text = std::string(places, 'a') + " b";
+    EXPECT_EQ(miStripAll(text.data()), 1);
+    EXPECT_EQ(text.c_str(), std::string(places, 'a') + left) << places;
+  }
 }
 
 /// So many blanks and an "a", a blank and a "b".

@@ -136,11 +136,13 @@ class Fields : public testing::TestWithParam<FieldRow> {};
 TEST_P(Fields, AreReadOneByOne) {
   RecordingHost host;
   std::vector<std::string> fields;
-  for (uint32_t position = 0; position < GetParam().line.size();) {
+  uint32_t position = 0;
+  while (position < GetParam().line.size()) {
     char *field = miSnarfEntry(GetParam().line.c_str(), &position, GetParam().keepEscapes ? 1 : 0);
     fields.emplace_back(field);
     TavrelSupport::Free(field);
   }
+  EXPECT_EQ(position, GetParam().line.size()) << "behind the last field stands the end";
   EXPECT_EQ(fields, GetParam().fields);
   EXPECT_TRUE(host.blocks.empty());
 }
@@ -157,6 +159,7 @@ const FieldRow fieldRows[] = {
     {{"EscapedComma"}, "a\\,b,c", false, {"a,b", "c"}},
     {{"KeptEscapes"}, R"(x\n\"y,z)", true, {R"(x\n\"y)", "z"}},
     {{"EscapedCommaIsResolvedWhereOthersAreKept"}, "a\\,b,c", true, {"a,b", "c"}},
+    {{"QuotedBlank"}, "\" \",x", false, {"", "x"}},
     {{"BackslashAtTheEndIsTakenAway"}, "ab\\", false, {"ab"}},
     {{"BackslashAtTheEndIsKeptWithTheOthers"}, "ab\\", true, {"ab\\"}},
     {{"QuotesInside"}, "a\"b,c\"d,e", false, {"ab,cd", "e"}},
@@ -210,11 +213,16 @@ TEST(Time, WithoutAFormatIsCtimeWithoutItsLineFeed) {
 TEST(Time, ByAFormat) {
   EXPECT_STREQ(miStrftime("plain"), "plain");
   EXPECT_STREQ(miStrftime("ab%n"), "ab") << "without a line feed at its end";
+  EXPECT_STREQ(miStrftime("a%n"), "a");
   EXPECT_STREQ(miStrftime("%n"), "\n") << "but for a line feed alone";
   EXPECT_EQ(std::string(miStrftime("%Y-%m-%d")).size(), 10U);
 }
 
-TEST(Time, ThatIsTooLongIsEmpty) { EXPECT_STREQ(miStrftime(std::string(200, 'x').c_str()), ""); }
+TEST(Time, ThatIsTooLongIsEmpty) {
+  const std::string longest(129, 'x');
+  EXPECT_EQ(miStrftime(longest.c_str()), longest);
+  EXPECT_STREQ(miStrftime((longest + "x").c_str()), "");
+}
 
 struct RoundRow : Row {
   double value;
@@ -238,6 +246,7 @@ const RoundRow rounded[] = {
     {{"Half"}, 2.5, 2, 3, 2},
     {{"AboveHalf"}, 2.6, 2, 3, 3},
     {{"SmallHalf"}, 0.5, 0, 1, 0},
+    {{"SmallAboveHalf"}, 0.6, 0, 1, 1},
     {{"NegativeSmallHalf"}, -0.5, -1, 0, 0},
     {{"NegativeBelowHalf"}, -1.4, -2, -1, -1},
     {{"NegativeHalf"}, -2.5, -3, -2, -2},

@@ -76,6 +76,7 @@ const StripRow units[] = {
      ucs({0x4142, 0x4300, 'd'}),
      ucs({0x4142, 0x4300}),
      ucs({0x4142, 0x4300, 'd'})},
+    {{"BlankBeforeTheCut"}, ucs({'a', ' ', 0x4300, 'd'}), ucs({'a', ' ', 0x4300}), ucs({'a', 0x4300, 'd'})},
     {{"ZeroBytesApart"},
      ucs({' ', 0x4100, 0x4200, 0x4300}),
      ucs({0x4100, 0x4200, 0x4300}),

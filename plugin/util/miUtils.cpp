@@ -177,7 +177,7 @@ Bool16 miStrncatSAFE(char *destination, const char *source, uint32_t size) {
 }
 
 bool miStandsAt(const char *at, const char *end, const char *part, uint32_t length) {
-  return length != 0 && length <= end - at && memcmp(at, part, length) == 0;
+  return length != 0 && length <= static_cast<size_t>(end - at) && memcmp(at, part, length) == 0;
 }
 
 char *miReplaceStrSAFE(char *destination, const char *source, const char *find, const char *replacement) {
@@ -201,16 +201,16 @@ char *miReplaceStrSAFE(char *destination, const char *source, const char *find, 
 char *miReplaceStrExSAFE(char *destination, const char *source, const char *find, uint32_t findLength,
                          const char *replacement, uint32_t replacementLength) {
   const char *end = source + miStrlen(source);
-  const uint32_t step = miIsUCS(source) ? 2 : 1;
+  const size_t step = miIsUCS(source) ? 2 : 1;
   if (replacement == nullptr) replacementLength = 0;
   char *out = destination;
-  while (end - source >= ptrdiff_t{step}) {
+  while (static_cast<size_t>(end - source) >= step) {
     if (miStandsAt(source, end, find, findLength)) {
       miMemmoveSAFE(out, replacement, replacementLength);
       out += replacementLength;
       source += findLength;
     } else {
-      miMemcpySAFE(out, source, step);
+      miMemcpySAFE(out, source, static_cast<uint32_t>(step));
       out += step;
       source += step;
     }

@@ -16,6 +16,7 @@ endforeach()
 test_plugin(nomain ${plugin_sources}/nomain.cpp)
 list(TRANSFORM loader_plugins PREPEND test_plugin_)
 
-tavrel_test(NAME kernel_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/kernel/*.cpp LIBRARIES host_kernel test_support)
+tavrel_test(NAME kernel_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/kernel/*.cpp LIBRARIES host_kernel test_support
+            TOGETHER)
 target_compile_definitions(kernel_test PRIVATE TEST_PLUGINS="${test_plugins}")
 add_dependencies(kernel_test ${loader_plugins} test_plugin_nomain)

@@ -9,4 +9,4 @@ if(CMAKE_CROSSCOMPILING)
   list(FILTER plugin_test_sources EXCLUDE REGEX "/md/shell_test\\.cpp$") # asks X what became of the shell
 endif()
 tavrel_test(NAME plugin_test SOURCES ${plugin_test_sources} LIBRARIES recording_host glint
-            PROPERTIES LABELS plugin)
+            PROPERTIES LABELS plugin TOGETHER)

@@ -113,8 +113,8 @@ TEST(ReplacementWithLengths, StaysWithinTheSource) {
 
 TEST(ReplacementInBytes, StaysWithinATextThatEndsLikeAMark) {
   std::string buffer = dots(bufferSize);
-  const std::string part = ended(ucs("A"));
-  miReplaceStrSAFE(buffer.data(), "x\xFE\xFF", part.c_str(), "y");
+  const std::string text("x\xFE\xFF\0A\0\0", 7), part = ended(ucs("A"));
+  miReplaceStrSAFE(buffer.data(), text.c_str(), part.c_str(), "y");
   EXPECT_EQ(buffer, dotted("x\xFE\xFF" + nul));
 }
 

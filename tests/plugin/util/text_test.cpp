@@ -53,6 +53,14 @@ const CountRow counts[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Texts, CountedParts, testing::ValuesIn(counts), rowName<CountRow>);
 
+// The part would go on behind the text's end.
+TEST(PartAcrossTheEnd, IsNotThere) {
+  const std::string text("x\xFE\xFF\0A\0\0", 7), part = ended(ucs("A"));
+  EXPECT_EQ(miCountStr(text.c_str(), part.c_str()), 0U);
+  std::string out = dots(16);
+  EXPECT_EQ(miSnarf(text.c_str(), part.c_str(), nullptr, out.data(), 9), nullptr);
+}
+
 struct PathRow : Row {
   const char *path, *result;
 };

@@ -19,5 +19,5 @@ tavrel::HFT GLTProvideHFT(tavrel::HFTServer server, uint32_t version);
 /// Called by the host when the server goes: releases the table. Later requests get null.
 void GLTDestroyHFT(tavrel::HFTServer server);
 
-/// Builds the table; on failure gGLTHFT is null.
+/// Builds the table; on failure gGLTHFT is null, and what was built is left to the host, whose tables they are.
 void GLTCreateHFT();

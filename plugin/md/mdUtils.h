@@ -51,7 +51,8 @@ struct IconBundle {
 };
 static_assert(sizeof(IconBundle) == 20);
 
-/// A new bundle, to be given back with mdReleaseIconBundle; null when memory is exhausted.
+/// A new bundle, to be given back with mdReleaseIconBundle; null when memory is exhausted. It is lost when the lookup
+/// of a bitmap raises.
 IconBundle *mdGetIconBundle(uint16_t id1, uint16_t id2);
 void mdReleaseIconBundle(IconBundle *bundle);
 

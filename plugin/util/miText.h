@@ -33,7 +33,8 @@ char *miSubstituteDots(char *path);
 const char *miSnarf(const char *source, const char *start, const char *end, char *out, uint32_t max);
 
 /// The next comma-separated field of a line from an index on, which moves behind it. Quotes are taken off and
-/// backslashes resolved; with `keepEscapes`, only before a comma. The caller frees it with TavrelSupport::Free.
+/// backslashes resolved; with `keepEscapes`, only before a comma. The caller frees it with TavrelSupport::Free. It is
+/// lost when the last resizing raises.
 char *miSnarfEntry(const char *line, uint32_t *position, tavrel::Bool16 keepEscapes);
 
 /// The local time by a format of strftime, or as ctime has it for null, without a line feed. Overwritten by the next

@@ -1,5 +1,5 @@
 // A PDF document: its pages, their words and characters in reading order, the selections made on them, and the
-// images of its pages. The only room that knows the PDF library.
+// images of its pages.
 #pragma once
 
 #include <cstdint>
@@ -10,37 +10,12 @@
 #include <vector>
 
 #include "host/document/image.h"
+#include "host/document/page.h"
+#include "host/document/pdf.h"
 #include "host/kernel/handles.h"
 #include "tavrel/types.h"
 
 namespace host {
-
-/// A rectangle in page space: points, origin at the lower left of the page as shown, y upwards; left <= right and
-/// bottom <= top.
-struct Box {
-  double left = 0, top = 0, right = 0, bottom = 0;
-};
-
-/// Points, of the page as shown (rotated and cropped).
-struct PageSize {
-  double width = 0, height = 0;
-};
-
-/// A word of a page.
-struct WordText {
-  std::u32string text = {};
-  uint32_t offset = 0;              ///< of its first character in the page's text
-  Box bounds = {};                  ///< of the whole word
-  std::vector<Box> characters = {}; ///< as many as the text has code points; some have no area
-  int quarterTurns = 0;             ///< clockwise, of the line that it stands on: 1 runs down the page
-};
-
-/// The words of a page, computed once and kept.
-struct PageText {
-  std::vector<WordText> words = {}; ///< in reading order (word-extraction version 2)
-  /// The words joined by one space.
-  std::u32string text() const;
-};
 
 /// Versions of word extraction; there are no others.
 inline constexpr int16_t contentOrderVersion = 1, readingOrderVersion = 2;
@@ -53,17 +28,12 @@ struct Selection {
   Box bounds;             ///< of all boxes
 };
 
-/// Why a document cannot be opened.
-struct DocumentError : HostError {
-  enum Reason { unreadable, wrongPassword };
-  DocumentError(Reason why, const std::string &text) : HostError(tavrel::errDocument, text), reason(why) {}
-  Reason reason;
-};
-
 class Document {
 public:
   /// Opens a PDF. Throws DocumentError with one clear line that names the file.
   static std::unique_ptr<Document> open(const std::filesystem::path &file, const std::string &password);
+  /// The same from a file that was opened before, perhaps on another thread.
+  static std::unique_ptr<Document> of(std::unique_ptr<PdfFile> file);
   virtual ~Document();
   Document(const Document &) = delete;
   Document &operator=(const Document &) = delete;

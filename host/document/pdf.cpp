@@ -1,0 +1,180 @@
+// The PDF library's side of a document: opens files, takes words from pages, draws pages. Everything about a page is
+// fetched when it is first asked for, so that opening a manual of a thousand pages costs no more than opening one.
+#include "host/document/pdf.h"
+
+#include <poppler-document.h>
+#include <poppler-page-renderer.h>
+#include <poppler-page.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <optional>
+#include <system_error>
+#include <unordered_map>
+
+#include "host/document/words.h"
+
+namespace host {
+namespace {
+
+constexpr double pointsPerInch = 72;
+constexpr double longestSide = 20'000; // pixels; a square of that already takes 1.6 GB
+
+[[noreturn]] void fail(const std::filesystem::path &file, const std::string &reason) {
+  throw DocumentError(DocumentError::unreadable, nameInMessage(file) + ": " + reason);
+}
+
+// Finds out what can be said without the PDF library, which only knows that it could not open a file.
+void checkFile(const std::filesystem::path &file) {
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(file, error);
+  if (!std::filesystem::exists(status)) fail(file, error ? error.message() : "no such file");
+  if (std::filesystem::is_directory(status)) fail(file, "is a directory");
+  if (!std::filesystem::is_regular_file(status)) fail(file, "is not a regular file");
+  errno = 0;
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) fail(file, errno != 0 ? std::generic_category().message(errno) : "cannot be read");
+  char head[1024]; // as far into a file as readers look for its mark
+  stream.read(head, sizeof head);
+  if (stream.gcount() == 0) fail(file, "is empty");
+  if (std::string_view(head, static_cast<size_t>(stream.gcount())).find("%PDF-") == std::string_view::npos)
+    fail(file, "is not a PDF");
+}
+
+void dropMessage(const std::string & /*message*/, void * /*closure*/) {}
+
+bool hasArea(const poppler::rectf &rect) { return rect.width() > 0 && rect.height() > 0; }
+
+class PopplerFile final : public PdfFile {
+public:
+  PopplerFile(std::filesystem::path file, std::unique_ptr<poppler::document> pdf)
+      : file_(std::move(file)), pdf_(std::move(pdf)), pages_(pdf_->pages()) {}
+
+  int32_t pageCount() const override { return pages_; }
+  PageSize pageSize(int32_t page) override { return shown(page).size; }
+  PageText text(int32_t page) override;
+
+  std::vector<uint32_t> contentOrder(int32_t page, const PageText &text) override {
+    std::vector<std::u32string_view> boxes;
+    boxes.reserve(text.words.size());
+    for (const WordText &word : text.words)
+      boxes.emplace_back(word.text);
+    // A rectangle beyond any page: characters that stick out of the page are wanted too.
+    const poppler::rectf everything(-1e6, -1e6, 2e6, 2e6);
+    return orderByContent(boxes, codePoints(shown(page).pdf->text(everything, poppler::page::raw_order_layout)));
+  }
+
+  Image render(int32_t page, double dpi) override;
+
+private:
+  struct ShownPage {
+    std::unique_ptr<poppler::page> pdf;
+    PageSize size;
+  };
+  ShownPage &shown(int32_t page);
+
+  std::filesystem::path file_;
+  std::unique_ptr<poppler::document> pdf_; // before the pages, which it outlives
+  int32_t pages_;
+  std::unordered_map<int32_t, ShownPage> shown_;
+};
+
+PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
+  if (page < 0 || page >= pages_)
+    throw HostError(tavrel::errBadPage, nameInMessage(file_) + ": no page " + std::to_string(page));
+  if (const auto known = shown_.find(page); known != shown_.end()) return known->second;
+
+  ShownPage made;
+  made.pdf.reset(pdf_->create_page(page));
+  if (!made.pdf) fail(file_, "page " + std::to_string(page) + " is damaged");
+  const poppler::rectf rect = made.pdf->page_rect(poppler::crop_box);
+  made.size = {rect.width(), rect.height()};
+  const auto orientation = made.pdf->orientation();
+  if (orientation == poppler::page::landscape || orientation == poppler::page::seascape)
+    std::swap(made.size.width, made.size.height);
+  return shown_.emplace(page, std::move(made)).first->second;
+}
+
+PageText PopplerFile::text(int32_t page) {
+  const ShownPage &that = shown(page);
+  const double height = that.size.height;
+  const auto upright = [height](const poppler::rectf &rect) {
+    return Box{rect.left(), height - rect.top(), rect.right(), height - rect.bottom()};
+  };
+  PageText result;
+  uint32_t offset = 0;
+  for (const poppler::text_box &box : that.pdf->text_list()) {
+    WordText word;
+    word.text = codePoints(box.text());
+    if (word.text.empty()) // characters without a meaning in Unicode: nothing to count or to find
+      continue;
+    word.offset = offset;
+    word.bounds = upright(box.bbox());
+    word.quarterTurns = box.rotation();
+    word.characters.reserve(word.text.size());
+    for (size_t i = 0; i < word.text.size(); ++i) {
+      const poppler::rectf rect = box.char_bbox(i);
+      // A box that the library does not have comes as zeros, which would lie at the upper left of the page.
+      word.characters.push_back(hasArea(rect) ? upright(rect) : Box{});
+    }
+    offset += static_cast<uint32_t>(word.text.size()) + 1;
+    result.words.push_back(std::move(word));
+  }
+  return result;
+}
+
+Image PopplerFile::render(int32_t page, double dpi) {
+  const ShownPage &that = shown(page);
+  // A hair less, so that 8.5 inches at 150 dots are 1275 whatever the floating point makes of them.
+  const double width = std::ceil(that.size.width * dpi / pointsPerInch - 1e-6);
+  const double height = std::ceil(that.size.height * dpi / pointsPerInch - 1e-6);
+  if (!(width >= 1 && height >= 1 && width <= longestSide && height <= longestSide))
+    throw HostError(tavrel::errBadArgument, nameInMessage(file_) + ": page " + std::to_string(page) + " at " +
+                                                std::to_string(dpi) + " dpi makes no image of a usable size");
+  Image image;
+  image.width = static_cast<int>(width);
+  image.height = static_cast<int>(height);
+
+  poppler::page_renderer renderer;
+  renderer.set_paper_color(0xFFFFFFFF);
+  renderer.set_render_hints(poppler::page_renderer::antialiasing | poppler::page_renderer::text_antialiasing);
+  const poppler::image drawn = renderer.render_page(that.pdf.get(), dpi, dpi, 0, 0, image.width, image.height);
+  if (!drawn.is_valid() || drawn.width() != image.width || drawn.height() != image.height ||
+      drawn.format() != poppler::image::format_argb32)
+    fail(file_, "page " + std::to_string(page) + " cannot be drawn");
+
+  image.pixels.resize(static_cast<size_t>(image.width) * static_cast<size_t>(image.height));
+  const size_t rowBytes = static_cast<size_t>(image.width) * sizeof(uint32_t);
+  for (int y = 0; y < image.height; ++y)
+    std::memcpy(image.row(y), drawn.const_data() + static_cast<size_t>(y) * static_cast<size_t>(drawn.bytes_per_row()),
+                rowBytes);
+  for (uint32_t &pixel : image.pixels)
+    pixel |= 0xFF000000;
+  return image;
+}
+
+} // namespace
+
+std::string nameInMessage(const std::filesystem::path &file) {
+  std::string name = file.string();
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, '?');
+  return name;
+}
+
+std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const std::string &password) {
+  poppler::set_debug_error_function(dropMessage, nullptr);
+  checkFile(file);
+  std::unique_ptr<poppler::document> pdf(poppler::document::load_from_file(file.string(), password, password));
+  if (!pdf) fail(file, "is damaged");
+  if (pdf->is_locked())
+    throw DocumentError(DocumentError::wrongPassword,
+                        nameInMessage(file) + (password.empty() ? ": wants a password" : ": the password is wrong"));
+  if (pdf->pages() <= 0) fail(file, "is damaged: it has no pages");
+  return std::make_unique<PopplerFile>(file, std::move(pdf));
+}
+
+} // namespace host

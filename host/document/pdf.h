@@ -1,0 +1,46 @@
+// A PDF file as the PDF library has it: its pages, their words, their images. Knows nothing of plug-ins and may be used
+// on any thread, one at a time; two threads take two of these for the same file. pdf.cpp is the only source that
+// includes the library.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/document/image.h"
+#include "host/document/page.h"
+#include "host/kernel/error.h"
+
+namespace host {
+
+/// Why a document cannot be opened.
+struct DocumentError : HostError {
+  enum Reason { unreadable, wrongPassword };
+  DocumentError(Reason why, const std::string &text) : HostError(tavrel::errDocument, text), reason(why) {}
+  Reason reason;
+};
+
+class PdfFile {
+public:
+  /// Throws DocumentError with one clear line that names the file.
+  static std::unique_ptr<PdfFile> open(const std::filesystem::path &file, const std::string &password);
+  virtual ~PdfFile() = default;
+
+  virtual int32_t pageCount() const = 0;
+  // All of these throw HostError errBadPage for a page that is not there, DocumentError for one that is damaged.
+  virtual PageSize pageSize(int32_t page) = 0;
+  /// Worked out anew at each call.
+  virtual PageText text(int32_t page) = 0;
+  /// Indices into the words of a page's text, in the order of the content stream; every word once.
+  virtual std::vector<uint32_t> contentOrder(int32_t page, const PageText &text) = 0;
+  /// The page on white, width and height rounded up to whole pixels. Throws errBadArgument for an image of no pixels or
+  /// of more than 20,000 a side.
+  virtual Image render(int32_t page, double dpi) = 0;
+};
+
+/// A file's name in a message: whatever the name holds, the message stays one line.
+std::string nameInMessage(const std::filesystem::path &file);
+
+} // namespace host

@@ -5,21 +5,25 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <sstream>
 
 #include "host/kernel/plugincall.h"
+#include "host/kernel/versionnote.h"
 
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
 
-std::vector<fs::path> librariesIn(const fs::path &directory) {
-  std::vector<fs::path> files;
-  std::error_code ignored; // a directory that is not there has no plug-ins
-  for (fs::directory_iterator entry(directory, ignored), end; !ignored && entry != end; entry.increment(ignored))
-    if (entry->path().extension() == ".so") files.push_back(entry->path());
-  std::sort(files.begin(), files.end());
+// By name, so that a plug-in can rely on another's being there first, and a user's own takes the system's place.
+std::map<fs::path, fs::path> librariesIn(const std::vector<fs::path> &directories) {
+  std::map<fs::path, fs::path> files;
+  for (const fs::path &directory : directories) {
+    std::error_code ignored; // a directory that is not there has no plug-ins
+    for (fs::directory_iterator entry(directory, ignored), end; !ignored && entry != end; entry.increment(ignored))
+      if (entry->path().extension() == ".so") files.emplace(entry->path().filename(), entry->path());
+  }
   return files;
 }
 
@@ -49,9 +53,8 @@ std::string openError(const fs::path &file) {
 } // namespace
 
 void PluginLoader::load(const std::vector<fs::path> &directories) {
-  for (const fs::path &directory : directories)
-    for (const fs::path &file : librariesIn(directory))
-      open(file);
+  for (const auto &[name, file] : librariesIn(directories))
+    open(file);
   using Record = tavrel::HandshakeRecord;
   runPhase(&Record::exportTables, "the export callback", PluginState::handshaken, PluginState::exported);
   runPhase(&Record::importTables, "the import callback", PluginState::exported, PluginState::exported);
@@ -69,6 +72,7 @@ void PluginLoader::open(const fs::path &file) {
   const auto same = std::find_if(plugins_.begin(), plugins_.end(),
                                  [&](const Plugin &other) { return other.library == plugin.library; });
   if (&*same != &plugin) return refuse(plugin, "is the same library as " + same->file.string());
+  plugin.version = versionOf(plugin.library);
   void *symbol = dlsym(plugin.library, "main");
   if (symbol == nullptr) return refuse(plugin, "has no entry point `main`");
   shakeHands(plugin, reinterpret_cast<tavrel::PluginMain>(symbol));
@@ -136,20 +140,37 @@ void PluginLoader::unload() {
     runtime_.extensions.retire(plugin.extension);
 }
 
+const char *describe(PluginState state) {
+  switch (state) {
+  case PluginState::refused:
+    return "failed";
+  case PluginState::handshaken:
+  case PluginState::exported:
+    return "starting";
+  case PluginState::initialised:
+    return "running";
+  case PluginState::unloaded:
+    return "ended";
+  }
+  return "";
+}
+
 std::vector<fs::path> pluginDirectories(const fs::path &given) {
-  if (!given.empty()) return {given};
-  if (const char *path = std::getenv("TAVREL_PLUGIN_PATH"); path != nullptr && *path != '\0') {
-    std::vector<fs::path> directories;
+  std::vector<fs::path> directories;
+  if (!given.empty()) directories.push_back(given);
+  if (const char *path = std::getenv("TAVREL_PLUGIN_PATH"); path != nullptr) {
     std::istringstream parts(path);
     for (std::string part; std::getline(parts, part, ':');)
       if (!part.empty()) directories.emplace_back(part);
-    return directories;
   }
+  if (const char *home = std::getenv("HOME"); home != nullptr && *home != '\0')
+    directories.push_back(fs::path(home) / ".local/lib/tavrel/plugins");
   std::error_code unknown;
   const fs::path here = fs::read_symlink("/proc/self/exe", unknown).parent_path();
   const fs::path beside = here / "plugins";
-  if (fs::is_directory(beside, unknown)) return {beside};
-  return {(here / "../lib/tavrel/plugins").lexically_normal()};
+  directories.push_back(fs::is_directory(beside, unknown) ? beside
+                                                          : (here / "../lib/tavrel/plugins").lexically_normal());
+  return directories;
 }
 
 } // namespace host

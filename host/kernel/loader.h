@@ -17,7 +17,8 @@ enum class PluginState { refused, handshaken, exported, initialised, unloaded };
 
 struct Plugin {
   std::filesystem::path file;
-  std::string name; ///< the file's until the handshake, then the plug-in's own
+  std::string name;    ///< the file's until the handshake, then the plug-in's own
+  std::string version; ///< empty where the library carries none
   tavrel::ExtensionID extension = hostExtension;
   PluginState state = PluginState::refused;
   std::string reason; ///< why it was refused, else empty
@@ -32,8 +33,9 @@ public:
   PluginLoader(const PluginLoader &) = delete;
   PluginLoader &operator=(const PluginLoader &) = delete;
 
-  /// Loads every *.so of the directories, each in order of name; a directory that is not there has none. Reports each
-  /// plug-in that fails, with its reason, and goes on with the others.
+  /// Loads every *.so of the directories, in order of the files' names; of several of one name only that of the first
+  /// directory. A directory that is not there has none. Reports each plug-in that fails, with its reason, and goes on
+  /// with the others.
   void load(const std::vector<std::filesystem::path> &directories);
   /// Calls the unload callbacks, the newest plug-in first, and then no plug-in any more. Libraries stay mapped: a
   /// callback may still be on its way.
@@ -52,8 +54,12 @@ private:
   std::vector<Plugin> plugins_;
 };
 
-/// Where plug-ins are looked for: the directory given, if any; else those of TAVREL_PLUGIN_PATH, separated by colons;
-/// else `plugins` beside the program; else `../lib/tavrel/plugins` from there.
+/// What is said of a plug-in's state: "running".
+const char *describe(PluginState state);
+
+/// Where plug-ins are looked for, all of these: the directory given, if any; those of TAVREL_PLUGIN_PATH, separated by
+/// colons; the user's, ~/.local/lib/tavrel/plugins; the system's, which is `plugins` beside the program or, without
+/// one, `../lib/tavrel/plugins` from there.
 std::vector<std::filesystem::path> pluginDirectories(const std::filesystem::path &given);
 
 } // namespace host

@@ -4,6 +4,9 @@
 // protected, because the program that loads the plug-in has a `main` of its own, which would otherwise take its place
 // wherever the plug-in takes the address.
 #include "plugin/pi/mdPI.h"
+#include "tavrel/plugin.h"
+
+TAVREL_PLUGIN_VERSION("5.0.5");
 
 extern "C" [[gnu::visibility("protected")]] uint32_t PIMain(uint32_t hostVersion, uint32_t *outVersion,
                                                             void **outSetupProc) __asm__("main");

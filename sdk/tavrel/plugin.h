@@ -32,6 +32,20 @@ struct HandshakeRecord {
   Callback unload;       ///< uint32_t(): undo it
 };
 
+/// The plug-in's version, for the viewer's list of plug-ins: a note in the library, which can be read even of one that
+/// fails to start. `TAVREL_PLUGIN_VERSION("5.0.5");` stands once in a plug-in, in a source with the entry point.
+struct VersionNote {
+  uint32_t ownerSize = 7;   ///< of `owner`, with its terminator
+  uint32_t textSize = 32;   ///< of `text`
+  uint32_t type = 1;        ///< a version
+  char owner[8] = "Tavrel"; ///< padded to four bytes
+  char text[32] = {};
+};
+#define TAVREL_PLUGIN_VERSION(version)                                                                                 \
+  [[gnu::section(".note.tavrel"), gnu::used, gnu::aligned(4)]] static const tavrel::VersionNote tavrelVersionNote {    \
+    .text = version                                                                                                    \
+  }
+
 /// Negotiates: writes the version to speak and the set-up procedure (a SetupProc). Non-zero is success.
 using PluginMain = uint32_t (*)(uint32_t hostVersion, uint32_t *outVersion, void **outSetupProc);
 using SetupProc = uint32_t (*)(uint32_t handshakeVersion, SetupRecord *record);

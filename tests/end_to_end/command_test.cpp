@@ -115,7 +115,6 @@ TEST_F(Command, BadInputIsMetWithOneClearLineAndItsOwnStatus) {
       {"render %D/encrypted.pdf %F/hits.xml", tools::exitPassword, "encrypted.pdf"},
       {"render %D/two-columns.pdf %F/missing.xml", tools::exitHighlightFile, "missing.xml"},
       {"render %D/two-columns.pdf %F/hits.xml --out /dev/null/out", tools::exitOutput, "/dev/null/out"},
-      {"render %D/two-columns.pdf %F/hits.xml --plugins-dir %F", tools::exitHostFailure, "%F"},
       {"render %D/two-columns.pdf", tools::exitUsage, ""},
       {"render %D/two-columns.pdf %F/hits.xml --dpi 0", tools::exitUsage, "dpi"},
       {"frobnicate", tools::exitUsage, "frobnicate"},
@@ -138,6 +137,15 @@ TEST_F(Command, BadInputIsMetWithOneClearLineAndItsOwnStatus) {
   }
   EXPECT_FALSE(fs::exists(folder / "none.xml"));
   EXPECT_EQ(written(), 0U);
+}
+
+TEST_F(Command, WithoutAnyPlugInItNamesTheFoldersInWhichItLooked) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
+  fs::copy_file(tavrel, folder / "tavrel"); // has no plug-ins beside it
+  const CommandResult result = run("HOME= " + std::string(folder / "tavrel") + " render " + documents +
+                                   "/two-columns.pdf " + hits + " --plugins-dir " + std::string(folder / "mine"));
+  EXPECT_EQ(result.status, tools::exitHostFailure);
+  EXPECT_NE(result.output.find(folder / "mine"), std::string::npos) << result.output;
 }
 
 /// How many processes have that text in their environment.

@@ -141,23 +141,45 @@ TEST_F(Loader, APluginThatForgetsAFrameLivesOn) {
   EXPECT_THAT(reports, ElementsAre("forgets: the initialisation callback left 1 exception frames open"));
 }
 
-TEST_F(Loader, LooksInTheDirectoryGivenFirst) {
-  setenv("TAVREL_PLUGIN_PATH", "/one:/two", 1);
-  EXPECT_THAT(host::pluginDirectories("/given"), ElementsAre(fs::path("/given")));
-  unsetenv("TAVREL_PLUGIN_PATH");
-}
-
-TEST_F(Loader, LooksInTheDirectoriesOfTheEnvironmentNext) {
-  setenv("TAVREL_PLUGIN_PATH", "/one::/two", 1);
-  EXPECT_THAT(host::pluginDirectories(""), ElementsAre(fs::path("/one"), fs::path("/two")));
-  unsetenv("TAVREL_PLUGIN_PATH");
-}
-
-TEST_F(Loader, LooksBesideTheProgramOrWhereItIsInstalledAtLast) {
+TEST_F(Loader, LooksInTheDirectoryGivenThenInTheEnvironmentsTheUsersAndTheSystems) {
   const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
-  const fs::path expected =
+  const fs::path systems =
       fs::is_directory(here / "plugins") ? here / "plugins" : here.parent_path() / "lib/tavrel/plugins";
-  EXPECT_THAT(host::pluginDirectories(""), ElementsAre(expected));
+  const std::string home = std::getenv("HOME") == nullptr ? "" : std::getenv("HOME");
+  setenv("HOME", "/home/reader", 1);
+  setenv("TAVREL_PLUGIN_PATH", "/one::/two", 1);
+  const fs::path users = "/home/reader/.local/lib/tavrel/plugins";
+  EXPECT_THAT(host::pluginDirectories("/given"),
+              ElementsAre(fs::path("/given"), fs::path("/one"), fs::path("/two"), users, systems));
+  unsetenv("TAVREL_PLUGIN_PATH");
+  EXPECT_THAT(host::pluginDirectories(""), ElementsAre(users, systems));
+  setenv("HOME", home.c_str(), 1);
+}
+
+TEST_F(Loader, GoesByTheFilesNamesWhateverTheirDirectories) {
+  const test::ScratchFolder other;
+  install("good", "b.so");
+  fs::create_symlink(fs::path(TEST_PLUGINS) / "second.so", other.path() / "a.so");
+  loader.load({folder.path(), other.path()});
+  ASSERT_EQ(loader.plugins().size(), 2U);
+  EXPECT_EQ(loader.plugins()[0].name, "second");
+}
+
+TEST_F(Loader, OfOneNameTheFirstDirectorysCounts) {
+  const test::ScratchFolder other;
+  install("good", "a.so");
+  fs::create_symlink(fs::path(TEST_PLUGINS) / "second.so", other.path() / "a.so");
+  loader.load({folder.path(), other.path()});
+  ASSERT_EQ(loader.plugins().size(), 1U);
+  EXPECT_EQ(loader.plugins()[0].name, "good");
+}
+
+TEST_F(Loader, ReadsTheVersionThatALibraryCarries) {
+  install("second", "a.so");
+  install("good", "b.so");
+  load();
+  EXPECT_EQ(loader.plugins().at(0).version, "1.2.3");
+  EXPECT_EQ(loader.plugins().at(1).version, "");
 }
 
 } // namespace

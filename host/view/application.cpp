@@ -1,6 +1,9 @@
 // The application. Programs make one after the runtime; it owns the open documents and the tool bar.
 #include "host/view/application.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace host {
 
 Application::Application(Runtime &runtime)
@@ -15,10 +18,12 @@ Application::~Application() {
   runtime_.unwatch(this);
 }
 
-ViewerDocument &Application::open(std::unique_ptr<Document> model, const std::filesystem::path &file, double dpi) {
+ViewerDocument &Application::open(std::unique_ptr<Document> model, const std::filesystem::path &file, double dpi,
+                                  const std::string &parameters) {
   auto opened = std::make_unique<ViewerDocument>();
   ViewerDocument &document = *opened;
-  document.file = file;
+  document.file = std::filesystem::absolute(file);
+  document.parameters = parameters;
   document.model = std::move(model);
   if (dpi > 0)
     document.view = std::make_unique<PageView>(*document.model, dpi, [this, &document] {
@@ -27,6 +32,7 @@ ViewerDocument &Application::open(std::unique_ptr<Document> model, const std::fi
   documents_.push_back(std::move(opened));
   documentHandles_.add(&document);
   if (document.view) viewHandles_.add(document.view.get());
+  if (prepare) prepare(document);
   notify(tavrel::notifyDocDidOpen, document);
   return document;
 }
@@ -73,10 +79,32 @@ ViewerDocument *Application::documentOf(const PageView &view) const {
 }
 
 void Application::setStatusText(tavrel::ExtensionID extension, const std::string &text) {
+  const auto said = statusTexts_.find(extension);
+  if ((said == statusTexts_.end() ? std::string() : said->second) == text) return;
   if (text.empty())
     statusTexts_.erase(extension);
   else
     statusTexts_[extension] = text;
+  tellStatus();
+}
+
+void Application::tellStatus() const {
+  if (statusListener) statusListener();
+}
+
+void Application::markPages(tavrel::ExtensionID extension, ViewerDocument &document, std::span<const int32_t> pages) {
+  std::vector<int32_t> marked;
+  std::copy_if(pages.begin(), pages.end(), std::back_inserter(marked),
+               [&](int32_t page) { return page >= 0 && page < document.model->pageCount(); });
+  std::sort(marked.begin(), marked.end());
+  marked.erase(std::unique(marked.begin(), marked.end()), marked.end());
+  const auto before = document.markedPages.find(extension);
+  if (before == document.markedPages.end() ? marked.empty() : before->second == marked) return;
+  if (marked.empty())
+    document.markedPages.erase(extension);
+  else
+    document.markedPages[extension] = std::move(marked);
+  tellStatus();
 }
 
 std::string Application::statusText() const {
@@ -103,8 +131,9 @@ void Application::afterCall() noexcept {
 
 void addHostTables(Runtime &runtime) {
   runtime.addTable("DocModel", 0x00050000, docModelTable());
-  // The older version is the same table: who asks for it does not look beyond its end.
+  // The older versions are the same table: who asks for one does not look beyond its end.
   runtime.addTable("TavrelView", 0x00050001, viewTable());
+  runtime.addTable("TavrelView", tavrel::tavrelViewStatusVersion, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewVersion, viewTable());
   runtime.addTable("Desktop", 0x00040000, desktopTable());
 }

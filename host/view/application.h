@@ -5,6 +5,8 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
+#include <string>
 #include <vector>
 
 #include "host/kernel/current.h"
@@ -21,6 +23,9 @@ struct ViewerDocument {
   std::filesystem::path file;
   std::unique_ptr<Document> model;
   std::unique_ptr<PageView> view; ///< null for a document that nobody looks at
+  std::string parameters;         ///< what stood behind the file's name when it was opened: "page=3"
+  /// What plug-ins have marked (DocMarkPages), in order of page, none empty.
+  std::map<tavrel::ExtensionID, std::vector<int32_t>> markedPages;
 };
 
 class Application : public Current<Application>, private CallWatcher {
@@ -28,8 +33,9 @@ public:
   explicit Application(Runtime &runtime);
   ~Application() override; ///< closes the documents, with notice
 
-  /// Opens a document in front of all others and tells the plug-ins. dpi 0: without a view.
-  ViewerDocument &open(std::unique_ptr<Document> model, const std::filesystem::path &file, double dpi);
+  /// Opens a document in front of all others and tells the plug-ins, after whoever prepares it. dpi 0: without a view.
+  ViewerDocument &open(std::unique_ptr<Document> model, const std::filesystem::path &file, double dpi,
+                       const std::string &parameters = {});
   /// Tells the plug-ins, for whom the document is still there, and closes it.
   void close(ViewerDocument &document);
   /// Null without any document.
@@ -59,14 +65,23 @@ public:
   void setStatusText(tavrel::ExtensionID extension, const std::string &text);
   /// What all plug-ins say there, in the order in which they were loaded.
   std::string statusText() const;
+  /// Marks pages on a document's scroll bar; pages that it has not are left out.
+  void markPages(tavrel::ExtensionID extension, ViewerDocument &document, std::span<const int32_t> pages);
+  /// Whether a call into a plug-in is under way: then nothing is drawn.
+  bool calling() const { return runtime_.running() != hostExtension; }
 
   AuxData auxData;
   AlertHandler alert;        ///< at first one that answers no
   uint32_t modifierKeys = 0; ///< flags (ModifierKey)
+  /// Gets a document before the plug-ins hear of it: how large its window is, where its pages come from.
+  std::function<void(ViewerDocument &document)> prepare;
   /// Told when a document's view has something to draw.
   std::function<void(ViewerDocument &document)> listener;
+  /// Told when the status text or the marked pages of a document have changed.
+  std::function<void()> statusListener;
 
 private:
+  void tellStatus() const;
   void notify(tavrel::Notification selector, ViewerDocument &document);
   void beforeCall() override;
   void afterCall() noexcept override;

@@ -10,6 +10,7 @@
 namespace host {
 namespace {
 
+constexpr double pointsPerInch = 72;
 constexpr tavrel::ColorValue black{tavrel::colorSpaceRGB, {0, 0, 0, 0}};
 
 // Whatever way a drawing ends, the next one may start.
@@ -27,35 +28,75 @@ private:
 } // namespace
 
 PageView::PageView(Document &document, double dpi, std::function<void()> listener)
-    : document_(document), listener_(std::move(listener)), dpi_(dpi), drawColor_(black) {}
+    : document_(document), listener_(std::move(listener)), dpi_(dpi), wantedDpi_(dpi), drawColor_(black) {}
 
 void PageView::showPage(int32_t page) {
   if (page < 0 || page >= document_.pageCount())
     throw HostError(tavrel::errBadPage, "no page " + std::to_string(page) + " in the document");
   if (page == page_) return;
   page_ = page;
+  chooseDpi();
   scrollX_ = scrollY_ = 0;
   invalidate();
 }
 
 void PageView::setDpi(double dpi) {
+  fit_ = Fit::none;
+  wantedDpi_ = dpi;
+  chooseDpi();
+}
+
+void PageView::setFit(Fit fit) {
+  fit_ = fit;
+  if (fit == Fit::none) wantedDpi_ = dpi_;
+  chooseDpi();
+}
+
+double PageView::largestDpi() {
+  const PageSize size = document_.pageSize(page_);
+  // A pixel less on each side, because sizes are rounded up.
+  return (std::sqrt(largestImage / (size.width * size.height)) - 1 / std::min(size.width, size.height)) * pointsPerInch;
+}
+
+// Keeps in place what is in the middle of the window.
+void PageView::chooseDpi() {
+  constexpr double smallest = 8;
+  double dpi = wantedDpi_;
+  if (window_.width > 0) {
+    const PageSize size = document_.pageSize(page_);
+    const double byWidth = window_.width * pointsPerInch / size.width;
+    const double byHeight = window_.height * pointsPerInch / size.height;
+    if (fit_ == Fit::width) dpi = byWidth;
+    if (fit_ == Fit::page) dpi = std::min(byWidth, byHeight);
+    dpi = std::clamp(dpi, std::min(smallest, largestDpi()), largestDpi());
+  }
   if (dpi == dpi_) return;
+  const Pixels part = window();
   const double ratio = dpi / dpi_;
+  const double middleX = (scrollX_ + part.width / 2.0) * ratio, middleY = (scrollY_ + part.height / 2.0) * ratio;
   dpi_ = dpi;
-  scrollTo(static_cast<int>(scrollX_ * ratio), static_cast<int>(scrollY_ * ratio));
+  const Pixels now = window();
+  scrollTo(static_cast<int>(std::lround(middleX - now.width / 2.0)),
+           static_cast<int>(std::lround(middleY - now.height / 2.0)));
   invalidate();
 }
 
 void PageView::setWindow(int width, int height) {
   if (width == window_.width && height == window_.height) return;
+  const Pixels before = window();
+  const bool keepMiddle = !seen_ && window_.width > 0;
   window_ = {width, height};
-  scrollTo(scrollX_, scrollY_);
+  chooseDpi();
+  scrollTo(scrollX_ + (keepMiddle ? (before.width - width) / 2 : 0),
+           scrollY_ + (keepMiddle ? (before.height - height) / 2 : 0));
   invalidate();
 }
 
 PageView::Pixels PageView::pagePixels() {
   const PageSize size = document_.pageSize(page());
-  return {static_cast<int>(std::ceil(size.width * scale())), static_cast<int>(std::ceil(size.height * scale()))};
+  // A hair less, as the images are made.
+  return {static_cast<int>(std::ceil(size.width * scale() - 1e-6)),
+          static_cast<int>(std::ceil(size.height * scale() - 1e-6))};
 }
 
 PageView::Pixels PageView::window() { return window_.width == 0 ? pagePixels() : window_; }
@@ -116,22 +157,45 @@ void PageView::paint(const Selection &selection) {
   if (drawing_ == nullptr) throw HostError(tavrel::errBadArgument, "no page is being drawn");
   if (selection.page != drawing_->page)
     throw HostError(tavrel::errBadArgument, "the selection is not on the page being drawn");
-  multiply(drawing_->image, selection.boxes, {scale(), document_.pageSize(selection.page).height}, rgbOf(drawColor_));
+  multiply(drawing_->image, selection.boxes,
+           {scale(), document_.pageSize(selection.page).height, drawing_->x, drawing_->y}, rgbOf(drawColor_));
   drawing_->marks += selection.ranges;
 }
 
-const Image &PageView::background(int32_t page) {
-  if (!rendered_ || rendered_->page != page || rendered_->dpi != dpi_) {
+const Image *PageView::background() {
+  if (source_) return source_(page_, dpi_);
+  if (!rendered_ || rendered_->page != page_ || rendered_->dpi != dpi_) {
     rendered_.reset();
-    rendered_ = {document_.render(page, dpi_), page, dpi_};
+    rendered_ = {document_.render(page_, dpi_), page_, dpi_};
   }
-  return rendered_->image;
+  return &rendered_->image;
+}
+
+Drawing PageView::cut(const Image &page) const {
+  Drawing drawing{{}, page_, 0, 0, 0, dpi_};
+  if (window_.width == 0) {
+    drawing.image = page;
+    return drawing;
+  }
+  drawing.x = std::clamp(scrollX_ - margin_, 0, page.width);
+  drawing.y = std::clamp(scrollY_ - margin_, 0, page.height);
+  drawing.image.width = std::clamp(scrollX_ + window_.width + margin_, drawing.x, page.width) - drawing.x;
+  drawing.image.height = std::clamp(scrollY_ + window_.height + margin_, drawing.y, page.height) - drawing.y;
+  drawing.image.pixels.reserve(static_cast<size_t>(drawing.image.width) * static_cast<size_t>(drawing.image.height));
+  for (int y = 0; y < drawing.image.height; ++y) {
+    const uint32_t *row = page.row(drawing.y + y) + drawing.x;
+    drawing.image.pixels.insert(drawing.image.pixels.end(), row, row + drawing.image.width);
+  }
+  return drawing;
 }
 
 std::optional<Drawing> PageView::draw(const std::function<void()> &painters) {
   if (drawing() || batchDepth_ > 0) return std::nullopt;
+  const Image *page = background();
+  if (page == nullptr) return std::nullopt;
   invalid_ = false;
-  Drawing drawing{background(page_), page_, 0};
+  seen_ = true;
+  Drawing drawing = cut(*page);
   {
     const UnderWay underWay(drawing_, &drawing);
     painters();

@@ -13,12 +13,21 @@
 
 namespace host {
 
-/// A drawn page.
+/// A drawn page, or as much of it as a window shows.
 struct Drawing {
   Image image;
   int32_t page = 0;
   size_t marks = 0; ///< how many ranges were painted
+  int x = 0, y = 0; ///< where on the page the image begins, in pixels
+  double dpi = 0;
 };
+
+/// What decides how large a page is shown.
+enum class Fit { none, width, page };
+
+/// Gives a page's image, which then stays until it is asked for again; null where it is not there yet. Whoever gives
+/// null invalidates the view when it is.
+using PageSource = std::function<const Image *(int32_t page, double dpi)>;
 
 class PageView {
 public:
@@ -33,10 +42,23 @@ public:
   void showPage(int32_t page);
 
   double dpi() const { return dpi_; }
+  /// Shows all pages at that size, as near as a window comes to it (largestDpi).
   void setDpi(double dpi);
+  Fit fit() const { return fit_; }
+  /// Shows every page as large as the window, as long as there is one; Fit::none leaves the size as it is.
+  void setFit(Fit fit);
+  /// Beyond that the image of the page shown takes more than `largestImage` pixels, and a window does not show it.
+  double largestDpi();
+  static constexpr double largestImage = 16.0 * 1024 * 1024;
 
-  /// The window's size in pixels; 0, 0 is as large as the page.
+  /// The window's size in pixels; 0, 0 is as large as the page. Until the first drawing what is in the middle stays
+  /// there: somebody may have scrolled to it before the window had its size.
   void setWindow(int width, int height);
+  /// Draws so many pixels more on each side, where the page has them; they do not count as visible.
+  void setMargin(int pixels) { margin_ = pixels; }
+  /// The page's size in pixels.
+  int pageWidth() { return pagePixels().width; }
+  int pageHeight() { return pagePixels().height; }
   /// Makes a pixel of the page the upper left one of the window, as far as the page reaches.
   void scrollTo(int x, int y);
   /// In pixels of the page.
@@ -68,8 +90,10 @@ public:
   /// Multiplies the selection onto the page being drawn. Throws errBadArgument when none is, or another.
   void paint(const Selection &selection);
   bool drawing() const { return drawing_ != nullptr; }
+  /// Where pages come from instead of the document itself.
+  void setSource(PageSource source) { source_ = std::move(source); }
   /// Draws the page shown; `painters` is called when the page is there and may paint onto it. Nothing within a batch
-  /// or another drawing. Throws what Document::render throws.
+  /// or another drawing, or where the source has no image yet. Throws what Document::render throws.
   std::optional<Drawing> draw(const std::function<void()> &painters);
 
 private:
@@ -78,15 +102,21 @@ private:
   };
   Pixels pagePixels(); ///< of the page as page() has it
   Pixels window();
-  double scale() const { return dpi_ / 72; }
-  const Image &background(int32_t page);
+  double scale() const { return (drawing_ ? drawing_->dpi : dpi_) / 72; }
+  const Image *background();
+  Drawing cut(const Image &page) const;
+  void chooseDpi();
   void tellIfInvalid();
 
   Document &document_;
   std::function<void()> listener_;
-  double dpi_;
+  double dpi_, wantedDpi_;
+  Fit fit_ = Fit::none;
   int32_t page_ = 0;
   Pixels window_{0, 0};
+  int margin_ = 0;
+  bool seen_ = false; ///< has been drawn
+  PageSource source_;
   int scrollX_ = 0, scrollY_ = 0;
   size_t batchDepth_ = 0;
   std::vector<size_t> savedDepths_; ///< a value for each call into a plug-in that is under way

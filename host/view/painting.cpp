@@ -18,15 +18,17 @@ struct PixelBox {
 PixelBox pixelsOf(const Box &box, const Scale &scale, const Image &image) {
   // Boxes that end on a pixel's edge but for rounding do not reach into the next one.
   constexpr double slack = 1e-4;
-  const auto low = [](double value, int end) {
-    return static_cast<int>(std::clamp(std::floor(value + slack), 0.0, static_cast<double>(end)));
+  const auto low = [](double value, int begin, int size) {
+    return static_cast<int>(std::clamp(std::floor(value + slack) - begin, 0.0, static_cast<double>(size)));
   };
-  const auto high = [](double value, int end) {
-    return static_cast<int>(std::clamp(std::ceil(value - slack), 0.0, static_cast<double>(end)));
+  const auto high = [](double value, int begin, int size) {
+    return static_cast<int>(std::clamp(std::ceil(value - slack) - begin, 0.0, static_cast<double>(size)));
   };
   const double perPoint = scale.pixelsPerPoint;
-  return {low(box.left * perPoint, image.width), low((scale.pageHeight - box.top) * perPoint, image.height),
-          high(box.right * perPoint, image.width), high((scale.pageHeight - box.bottom) * perPoint, image.height)};
+  return {low(box.left * perPoint, scale.x, image.width),
+          low((scale.pageHeight - box.top) * perPoint, scale.y, image.height),
+          high(box.right * perPoint, scale.x, image.width),
+          high((scale.pageHeight - box.bottom) * perPoint, scale.y, image.height)};
 }
 
 // One colour component multiplied by each possible value of a pixel's.

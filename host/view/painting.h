@@ -17,9 +17,11 @@ struct Rgb {
 /// other than RGB.
 Rgb rgbOf(const tavrel::ColorValue &color);
 
-/// From page space to the pixels of an image: pixels a point, and the height of the page in points.
+/// From page space to the pixels of an image: pixels a point, the height of the page in points, and the pixel of the
+/// page at which the image begins.
 struct Scale {
   double pixelsPerPoint, pageHeight;
+  int x = 0, y = 0;
 };
 
 /// Multiplies a colour onto the boxes, each rounded outwards to whole pixels. Where boxes overlap, once.

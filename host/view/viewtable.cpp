@@ -206,6 +206,33 @@ void setStatusText(ExtensionID extension, const char *text) {
   app().setStatusText(extension, text == nullptr ? "" : text);
 }
 
+// ---- what a document came with, and what is known of its pages
+
+const char *openParameters(DocHandle handle) {
+  const ViewerDocument &document = documentOf(handle);
+  return document.parameters.empty() ? nullptr : document.parameters.c_str();
+}
+
+const char *file(DocHandle handle) { return documentOf(handle).file.c_str(); }
+
+Bool16 attachAuxData(DocHandle handle, Atom type, const void *data, uint32_t length) {
+  documentOf(handle); // throws for a stranger
+  // A copy: who gets it may not change what the giver still reads.
+  const auto *bytes = static_cast<const char *>(length == 0 ? nullptr : &reference(static_cast<const char *>(data)));
+  const std::vector<char> copy(bytes, bytes + length);
+  return app().auxData.deliver(type, copy, handle) ? 1 : 0;
+}
+
+int32_t pageCount(ViewHandle handle) {
+  const PageView *view = viewOf(handle);
+  return view == nullptr ? 0 : app().documentOf(*view)->model->pageCount();
+}
+
+void markPages(ExtensionID extension, DocHandle handle, const int32_t *pages, uint32_t count) {
+  Runtime::current().extensions.name(extension); // throws for a stranger
+  app().markPages(extension, documentOf(handle), {count == 0 ? nullptr : &reference(pages), count});
+}
+
 Table build() {
   namespace View = ::TavrelView;
   Table table("TavrelView", View::operations);
@@ -244,6 +271,11 @@ Table build() {
   table.provide<setAttribute>(View::ToolButtonSetAttribute);
   table.provide<detachButton>(View::ToolButtonDetach);
   table.provide<setStatusText>(View::SetStatusText);
+  table.provide<openParameters>(View::DocGetOpenParameters);
+  table.provide<file>(View::DocGetFile);
+  table.provide<attachAuxData>(View::DocAttachAuxData);
+  table.provide<pageCount>(View::PageViewGetPageCount);
+  table.provide<markPages>(View::DocMarkPages);
   table.finish();
   return table;
 }

@@ -99,13 +99,15 @@ uint32_t setUp(uint32_t version, SetupRecord *record) {
   if (version != handshakeVersion) return 0;
   s_self = record->extension;
   gKernelHFT = record->kernel;
-  gTavrelViewHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelView"), tavrelViewVersion);
+  gTavrelViewHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelView"), tavrelViewStatusVersion);
   if (gTavrelViewHFT == nullptr) return 0;
   record->handshake = callbackOf(shakeHands);
   return 1;
 }
 
 } // namespace
+
+TAVREL_PLUGIN_VERSION("1.1");
 
 // The exported `main`, under another name in the source because it has three arguments; protected, or the `main` of the
 // program that loads it would take its place.

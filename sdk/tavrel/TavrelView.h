@@ -1,5 +1,6 @@
-// The "TavrelView" table: viewer documents, page views, the tool bar, alerts, notifications, auxiliary data and the
-// status line. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with SetStatusText; a host grants both.
+// The "TavrelView" table: viewer documents, page views, the tool bar, alerts, notifications, auxiliary data, the status
+// line and the scroll bar. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with SetStatusText, 0x00050003 with
+// DocMarkPages; a host grants each.
 //
 // Where a page view, a tool bar or an anchor button may be missing, null is let pass: the operation does nothing.
 // Any other unknown handle raises. Tags: see Kernel.h.
@@ -37,8 +38,9 @@ enum ModifierKey : uint32_t { modifierShift = 1, modifierControl = 2, modifierAl
 /// Attributes of a tool button.
 enum ButtonAttribute : int32_t { buttonInternal = 1, buttonAlsoInBrowser = 2 };
 
-/// The newest version: all operations below.
-inline constexpr uint32_t tavrelViewVersion = 0x00050002;
+/// The version that ends with SetStatusText, and the newest, which has all operations below.
+inline constexpr uint32_t tavrelViewStatusVersion = 0x00050002;
+inline constexpr uint32_t tavrelViewVersion = 0x00050003;
 
 /// Icons of an alert.
 enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, alertNote = 3 };
@@ -126,7 +128,20 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(33, ToolButtonDetach, void(ToolButton button))                                                             \
   /* Sets what a plug-in says on the status line, in UTF-8; it is copied. Null or empty: nothing. Each plug-in has a   \
      text of its own. [raises] */                                                                                      \
-  OPERATION(34, SetStatusText, void(ExtensionID extension, const char *text))
+  OPERATION(34, SetStatusText, void(ExtensionID extension, const char *text))                                          \
+  /* What stood behind the document's name when it was opened ("page=3&xml=hits.xml"), or null. [raises]               \
+     [borrowed until it closes] */                                                                                     \
+  OPERATION(35, DocGetOpenParameters, const char *(Doc document))                                                      \
+  /* The document's file, as an absolute path. [raises] [borrowed until it closes] */                                  \
+  OPERATION(36, DocGetFile, const char *(Doc document))                                                                \
+  /* Hands auxiliary data of a type to its handlers, one after the other until one says that it was its business;      \
+     0 when none did. The bytes are copied. [raises] */                                                                \
+  OPERATION(37, DocAttachAuxData, Bool16(Doc document, Atom type, const void *data, uint32_t length))                  \
+  /* How many pages there are. [raises] */                                                                             \
+  OPERATION(38, PageViewGetPageCount, int32_t(PageView view))                                                          \
+  /* Sets the pages that a plug-in wants to be seen on the scroll bar of a document; a page that it has not is left    \
+     out. Each plug-in has pages of its own; none takes them away. [raises] */                                         \
+  OPERATION(39, DocMarkPages, void(ExtensionID extension, Doc document, const int32_t *pages, uint32_t count))
 // clang-format on
 
 namespace TavrelView {

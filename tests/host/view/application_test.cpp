@@ -259,7 +259,7 @@ TEST(HostTables, AreKnownAtTheirVersions) {
   EXPECT_EQ(request("DocModel", 0x00050000), host::docModelTable());
   EXPECT_EQ(request("TavrelView", 0x00050001), host::viewTable());
   EXPECT_EQ(request("TavrelView", 0x00050002), host::viewTable());
-  EXPECT_EQ(request("TavrelView", 0x00050003), nullptr);
+  EXPECT_EQ(request("TavrelView", 0x00050004), nullptr);
   EXPECT_EQ(request("Desktop", 0x00040000), host::desktopTable());
 }
 

@@ -87,11 +87,11 @@ TEST_F(PageViews, APageLargerThanSixteenBitsSaturates) {
   expectVisible(0, 0, INT16_MAX, INT16_MAX);
 }
 
-TEST_F(PageViews, ALargerScaleKeepsThePlaceOnThePage) {
+TEST_F(PageViews, ALargerScaleKeepsTheMiddleInPlace) {
   document->view->setWindow(50, 50);
-  TavrelView::PageViewScrollToPoint(view, 20, 40);
+  TavrelView::PageViewScrollToPoint(view, 20, 40); // the middle is 45, 65
   document->view->setDpi(2 * dpi);
-  expectVisible(40, 80, 90, 130);
+  expectVisible(65, 105, 115, 155);
 }
 
 TEST_F(PageViews, TheTransformTurnsPageSpaceOver) {

@@ -1,0 +1,185 @@
+// A page view as a window shows it: how large a page is, which part of it is drawn, and where its pages come from.
+#include <gmock/gmock.h>
+
+#include "Viewer.h"
+
+namespace {
+
+using host::Fit;
+using testing::ElementsAre;
+
+struct Window : test::Viewer {
+  host::PageView &shown() const { return *document->view; }
+  tavrel::TextSelection corner() const { return model->select(0, {{40, 170, 70, 140}}); } // 40,30 to 70,60 in pixels
+};
+
+TEST_F(Window, IsFilledInWidth) {
+  shown().setFit(Fit::width);
+  shown().setWindow(250, 100);
+  EXPECT_EQ(shown().pageWidth(), 250);
+  EXPECT_EQ(shown().pageHeight(), 500);
+}
+
+TEST_F(Window, IsFilledAsFarAsThePageAsAWholeAllows) {
+  shown().setWindow(250, 100);
+  shown().setFit(Fit::page);
+  EXPECT_EQ(shown().pageHeight(), 100);
+  EXPECT_EQ(shown().pageWidth(), 50);
+}
+
+TEST_F(Window, ThatChangesItsSizeIsFilledAgain) {
+  shown().setFit(Fit::width);
+  shown().setWindow(250, 100);
+  shown().setWindow(300, 100);
+  EXPECT_EQ(shown().pageWidth(), 300);
+}
+
+TEST_F(Window, AScaleOfOnesOwnEndsTheFitting) {
+  shown().setFit(Fit::width);
+  shown().setWindow(250, 100);
+  shown().setDpi(72);
+  shown().setWindow(300, 100);
+  EXPECT_EQ(shown().pageWidth(), 100);
+}
+
+TEST_F(Window, NoLongerFittedThePageKeepsItsScale) {
+  shown().setWindow(250, 100);
+  shown().setFit(Fit::width);
+  shown().setFit(Fit::none);
+  shown().setWindow(300, 100);
+  EXPECT_EQ(shown().pageWidth(), 250);
+}
+
+TEST_F(Window, ShowsNoPageLargerThanAnImageMayBe) {
+  shown().setWindow(250, 100);
+  shown().setDpi(1e6);
+  const double pixels = 1.0 * shown().pageWidth() * shown().pageHeight();
+  EXPECT_LE(pixels, host::PageView::largestImage);
+  EXPECT_GT(pixels, 0.95 * host::PageView::largestImage);
+}
+
+TEST_F(Window, UntilTheFirstDrawingTheMiddleStaysWhereItIs) {
+  shown().setWindow(50, 50);
+  shown().scrollTo(20, 60);
+  shown().setWindow(30, 30);
+  EXPECT_EQ(shown().scrollX(), 30);
+  EXPECT_EQ(shown().scrollY(), 70);
+}
+
+TEST_F(Window, AfterTheFirstDrawingTheUpperLeftStaysWhereItIs) {
+  shown().setWindow(50, 50);
+  shown().scrollTo(20, 60);
+  app.draw(*document);
+  shown().setWindow(30, 30);
+  EXPECT_EQ(shown().scrollX(), 20);
+  EXPECT_EQ(shown().scrollY(), 60);
+}
+
+TEST_F(Window, OnlyTheVisiblePartIsDrawn) {
+  shown().setWindow(50, 40);
+  shown().scrollTo(20, 60);
+  const auto drawing = app.draw(*document);
+  ASSERT_TRUE(drawing);
+  EXPECT_EQ(drawing->x, 20);
+  EXPECT_EQ(drawing->y, 60);
+  EXPECT_EQ(drawing->image.width, 50);
+  EXPECT_EQ(drawing->image.height, 40);
+  EXPECT_EQ(drawing->image.pixels.size(), 2000U);
+}
+
+TEST_F(Window, TheMarginIsDrawnAsFarAsThePageReaches) {
+  shown().setMargin(10);
+  shown().setWindow(50, 40);
+  shown().scrollTo(5, 60);
+  const auto drawing = app.draw(*document);
+  ASSERT_TRUE(drawing);
+  EXPECT_EQ(drawing->x, 0);
+  EXPECT_EQ(drawing->y, 50);
+  EXPECT_EQ(drawing->image.width, 65);
+  EXPECT_EQ(drawing->image.height, 60);
+  EXPECT_EQ(shown().visible().left, 5) << "what is drawn for looks is not visible";
+}
+
+tavrel::TextSelection s_painted;
+void paint(tavrel::PageView view, void *) { TavrelView::PageViewPaintSelection(view, s_painted); }
+
+TEST_F(Window, MarksLieWhereThePageHasThem) {
+  s_painted = corner();
+  TavrelView::RegisterPageDrawProc(guest.callback(paint), nullptr);
+  shown().setWindow(50, 50);
+  shown().scrollTo(20, 40); // shows half of the mark's height
+  const auto drawing = app.draw(*document);
+  ASSERT_TRUE(drawing);
+  EXPECT_EQ(drawing->image.row(0)[20], 0xFF000000U);
+  EXPECT_EQ(drawing->image.row(19)[49], 0xFF000000U);
+  EXPECT_EQ(drawing->image.row(20)[20], test::FakeDocument::paper);
+  EXPECT_EQ(drawing->image.row(0)[19], test::FakeDocument::paper);
+}
+
+TEST_F(Window, APageThatIsNotThereYetIsDrawnLater) {
+  const host::Image *there = nullptr;
+  shown().setSource([&](int32_t, double) { return there; });
+  EXPECT_FALSE(app.drawIfNeeded(*document));
+  EXPECT_TRUE(shown().invalid());
+  const host::Image image = model->render(0, dpi);
+  there = &image;
+  EXPECT_TRUE(app.drawIfNeeded(*document));
+  EXPECT_EQ(model->renders, 1) << "the view renders nothing itself";
+}
+
+TEST_F(Window, IsPreparedBeforeThePluginsHearOfADocument) {
+  int width = 0;
+  app.prepare = [&](host::ViewerDocument &opened) {
+    opened.view->setWindow(30, 40);
+    width = opened.view->pageWidth();
+  };
+  const host::ViewerDocument &opened = app.open(std::make_unique<test::FakeDocument>(1), "other.pdf", dpi, "page=1");
+  EXPECT_EQ(width, 100);
+  EXPECT_EQ(opened.parameters, "page=1");
+  app.prepare = {};
+}
+
+TEST_F(Window, ADocumentsParametersAndItsFileCanBeAskedFor) {
+  host::ViewerDocument &opened = app.open(std::make_unique<test::FakeDocument>(1), "other.pdf", dpi, "page=1");
+  const tavrel::Doc handle = app.documents().handle(&opened);
+  EXPECT_STREQ(TavrelView::DocGetOpenParameters(handle), "page=1");
+  EXPECT_EQ(TavrelView::DocGetFile(handle), std::filesystem::current_path() / "other.pdf");
+  EXPECT_EQ(TavrelView::DocGetOpenParameters(doc), nullptr);
+}
+
+TEST_F(Window, AViewKnowsItsNumberOfPages) {
+  EXPECT_EQ(TavrelView::PageViewGetPageCount(view), pageCount);
+  EXPECT_EQ(TavrelView::PageViewGetPageCount(nullptr), 0);
+}
+
+TEST_F(Window, MarkedPagesAreKeptInOrderEachOnceAndOnlyThoseThatThereAre) {
+  int told = 0;
+  app.statusListener = [&] { ++told; };
+  const int32_t pages[] = {3, 1, 3, -1, pageCount};
+  TavrelView::DocMarkPages(guest.id, doc, pages, 5);
+  EXPECT_THAT(document->markedPages.at(guest.id), ElementsAre(1, 3));
+  EXPECT_EQ(told, 1);
+  TavrelView::DocMarkPages(guest.id, doc, pages, 5);
+  EXPECT_EQ(told, 1) << "the same again is no news";
+  TavrelView::DocMarkPages(guest.id, doc, nullptr, 0);
+  EXPECT_TRUE(document->markedPages.empty());
+  EXPECT_EQ(told, 2);
+}
+
+std::string s_received;
+tavrel::Bool16 receive(tavrel::Atom, const void *data, uint32_t length, tavrel::Doc) {
+  s_received.assign(static_cast<const char *>(data), length);
+  return 1;
+}
+
+TEST_F(Window, APluginMayAttachAuxiliaryData) {
+  s_received.clear();
+  const tavrel::Atom type = Kernel::AtomFromString("notes");
+  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
+  TavrelView::RegisterAuxDataHandler(guest.id, type, &handler);
+  EXPECT_EQ(TavrelView::DocAttachAuxData(doc, type, "abc", 3), 1);
+  EXPECT_EQ(s_received, "abc");
+  EXPECT_EQ(TavrelView::DocAttachAuxData(doc, Kernel::AtomFromString("other"), "abc", 3), 0);
+}
+
+} // namespace

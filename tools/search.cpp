@@ -5,31 +5,15 @@
 #include <utf8proc.h>
 
 #include <algorithm>
-#include <array>
-#include <optional>
+#include <stdexcept>
+#include <string_view>
+
+#include "host/document/fold.h"
 
 namespace tools {
 namespace {
 
-struct Typed {
-  char32_t printed, typed;
-};
-
-// What typesetting prints for the keys that people have.
-constexpr Typed typedForms[] = {
-    {U'\u2010', U'-'},  {U'\u2011', U'-'},  {U'\u2212', U'-'}, {U'\u2018', U'\''},
-    {U'\u2019', U'\''}, {U'\u02BC', U'\''}, {U'\u201C', U'"'}, {U'\u201D', U'"'},
-};
-
-char32_t typedForm(char32_t c) {
-  const auto *const found =
-      std::find_if(std::begin(typedForms), std::end(typedForms), [c](const Typed &form) { return form.printed == c; });
-  return found == std::end(typedForms) ? c : found->typed;
-}
-
 utf8proc_category_t categoryOf(char32_t c) { return utf8proc_category(static_cast<utf8proc_int32_t>(c)); }
-
-bool isBlank(char32_t c) { return c <= U' ' || categoryOf(c) == UTF8PROC_CATEGORY_ZS; }
 
 bool isPunctuation(char32_t c) {
   switch (categoryOf(c)) {
@@ -69,7 +53,7 @@ Core coreOf(std::u32string_view word, uint32_t offset, bool (*isAround)(char32_t
   while (end > first && isAround(word[end - 1]))
     --end;
   return {offset + static_cast<uint32_t>(first), offset + static_cast<uint32_t>(end),
-          folded(word.substr(first, end - first))};
+          host::folded(word.substr(first, end - first))};
 }
 
 // A word of the page has two forms: a search for HOME finds "$HOME", one for $HOME does too, and one for C++ finds
@@ -88,28 +72,13 @@ struct Candidate {
 template <typename Each> void forEachPart(std::u32string_view text, const Each &each) {
   for (size_t i = 0; i < text.size();) {
     const size_t start = i;
-    while (i < text.size() && !isBlank(text[i]))
+    while (i < text.size() && !host::isBlank(text[i]))
       ++i;
     if (i > start)
       each(text.substr(start, i - start), static_cast<uint32_t>(start));
     else
       ++i;
   }
-}
-
-std::u32string decoded(const std::string &utf8) {
-  std::u32string result;
-  const auto *bytes = reinterpret_cast<const utf8proc_uint8_t *>(utf8.data());
-  auto left = static_cast<utf8proc_ssize_t>(utf8.size());
-  while (left > 0) {
-    utf8proc_int32_t c = 0;
-    const utf8proc_ssize_t used = utf8proc_iterate(bytes, left, &c);
-    if (used <= 0) throw std::invalid_argument("a word to search for is not UTF-8");
-    result += static_cast<char32_t>(c);
-    bytes += used;
-    left -= used;
-  }
-  return result;
 }
 
 // The words of a page; one with blanks in it (a PDF may say so of a formula or a picture) is several to compare.
@@ -126,32 +95,9 @@ std::vector<Candidate> candidates(const host::PageText &page) {
 
 } // namespace
 
-std::u32string folded(std::u32string_view text) {
-  constexpr auto options = static_cast<utf8proc_option_t>(UTF8PROC_DECOMPOSE | UTF8PROC_COMPAT | UTF8PROC_CASEFOLD |
-                                                          UTF8PROC_STRIPMARK | UTF8PROC_IGNORE);
-  std::u32string result;
-  for (const char32_t c : text) {
-    if (c < 0x80) {
-      result += c >= U'A' && c <= U'Z' ? c - U'A' + U'a' : c;
-      continue;
-    }
-    std::array<utf8proc_int32_t, 64> parts; // the longest decomposition has 18
-    int boundary = 0;
-    const utf8proc_ssize_t count =
-        utf8proc_decompose_char(static_cast<utf8proc_int32_t>(c), parts.data(), parts.size(), options, &boundary);
-    if (count < 0 || static_cast<size_t>(count) > parts.size()) {
-      result += c;
-      continue;
-    }
-    for (size_t i = 0; i < static_cast<size_t>(count); ++i)
-      result += typedForm(static_cast<char32_t>(parts.at(i)));
-  }
-  return result;
-}
-
 Phrase::Phrase(std::span<const std::string> arguments) {
   for (const std::string &argument : arguments)
-    forEachPart(decoded(argument), [this](std::u32string_view part, uint32_t /*start*/) {
+    forEachPart(host::decoded(argument), [this](std::u32string_view part, uint32_t /*start*/) {
       words_.push_back(coreOf(part, 0, isPunctuation).text);
     });
   // A lone dash inside a phrase stands for a lone dash on the page; at its ends it is punctuation like any other.

@@ -4,9 +4,7 @@
 
 #include <cstdint>
 #include <span>
-#include <stdexcept>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "host/document/document.h"
@@ -20,10 +18,6 @@ struct Hit {
   uint32_t word = 0;   ///< number of its first word, in reading order
   uint32_t words = 0;  ///< how many words it touches
 };
-
-/// A text as it is compared: case folded, accents stripped, ligatures and other compatibility forms taken apart,
-/// typographic apostrophes, quotes and hyphens as typed ones.
-std::u32string folded(std::u32string_view text);
 
 class Phrase {
 public:

@@ -33,31 +33,6 @@ std::vector<Hit> find(const std::vector<std::string> &phrase, const std::vector<
   return Phrase(phrase).find(pageOf(words));
 }
 
-// ---- folding ----
-
-struct Folding {
-  const char *name;
-  std::u32string_view text, folded;
-};
-
-void PrintTo(const Folding &folding, std::ostream *out) { *out << folding.name; }
-
-class Folded : public testing::TestWithParam<Folding> {};
-
-TEST_P(Folded, IsComparedAs) { EXPECT_EQ(folded(GetParam().text), GetParam().folded); }
-
-INSTANTIATE_TEST_SUITE_P(
-    Text, Folded,
-    testing::Values(Folding{"Ascii", U"TeX-2e", U"tex-2e"},
-                    Folding{"Accents", U"Éclair naïve Ångström", U"eclair naive angstrom"},
-                    Folding{"CombiningAccent", U"e\u0301", U"e"}, Folding{"SharpS", U"Straße", U"strasse"},
-                    Folding{"Ligatures", U"\uFB01le o\uFB03ce", U"file office"}, Folding{"Greek", U"ΛΌΓΟΣ", U"λογοσ"},
-                    Folding{"FinalSigma", U"λόγος", U"λογοσ"}, Folding{"DottedI", U"İstanbul", U"istanbul"},
-                    Folding{"FullWidth", U"ＡＢ１", U"ab1"}, Folding{"SoftHyphen", U"high\u00ADlight", U"highlight"},
-                    Folding{"Apostrophe", U"don’t", U"don't"}, Folding{"Hyphen", U"read\u2010only", U"read-only"},
-                    Folding{"BeyondTheBasicPlane", U"\U0001D400\U0001F600", U"a\U0001F600"}),
-    [](const testing::TestParamInfo<Folding> &instance) { return instance.param.name; });
-
 // ---- words ----
 
 TEST(Search, FindsAWordWithItsPlace) { EXPECT_THAT(find({"two"}, {U"one", U"two"}), ElementsAre(Hit{4, 3, 1, 1})); }

@@ -1,0 +1,162 @@
+// Finds a text on a page. The page's words, joined by blanks, are folded to one string, in which every unit knows the
+// character that it comes from; the text to find is folded alike and then looked for from every unit on.
+//
+// Where a hyphen parts a word at a line's end, hyphen and blank may each be left out: "para-" and "meter" on the next
+// line are found by "parameter", "para-meter" and "para- meter".
+#include "host/document/find.h"
+
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "host/document/fold.h"
+#include "host/document/select.h"
+
+namespace host {
+namespace {
+
+// Stands for a hyphen that parts a word at a line's end, a blank behind it. No code point, so no page has it.
+constexpr char32_t partingHyphen = 0x110000;
+
+constexpr size_t nowhere = SIZE_MAX;
+
+bool isHyphen(char32_t c) { return c == U'-' || c == U'\u2010' || c == U'\u00AD'; }
+
+bool isLetterOrDigit(char32_t c) {
+  const utf8proc_category_t category = utf8proc_category(static_cast<utf8proc_int32_t>(c));
+  return (category >= UTF8PROC_CATEGORY_LU && category <= UTF8PROC_CATEGORY_LO) ||
+         (category >= UTF8PROC_CATEGORY_ND && category <= UTF8PROC_CATEGORY_NO);
+}
+
+// Vowels and finals of Hangul, which are parts of a syllable that began before them.
+bool goesOnASyllable(char32_t c) { return c >= 0x1160 && c <= 0x11FF; }
+
+// Either may lie higher: a word at the foot of a column goes on at the head of the next one.
+bool onAnotherLine(const WordText &word, const WordText &next) {
+  if (word.quarterTurns != next.quarterTurns) return false;
+  if (word.quarterTurns % 2 == 0) {
+    const double middle = (next.bounds.top + next.bounds.bottom) / 2;
+    return middle > word.bounds.top || middle < word.bounds.bottom;
+  }
+  const double middle = (next.bounds.left + next.bounds.right) / 2;
+  return middle < word.bounds.left || middle > word.bounds.right;
+}
+
+// Whether a hyphen at the word's end parts it from what the next line starts with. A lone dash parts nothing.
+bool isParted(const WordText &word, const WordText &next) {
+  return !word.text.empty() && isHyphen(word.text.back()) &&
+         !std::all_of(word.text.begin(), word.text.end(), isHyphen) && onAnotherLine(word, next);
+}
+
+void append(char32_t c, Case letterCase, std::u32string &to) {
+  if (!isBlank(c))
+    appendFolded(c, letterCase, to);
+  else if (!to.empty() && to.back() != U' ')
+    to += U' ';
+}
+
+class ComparedPage {
+public:
+  ComparedPage(const PageText &page, Case letterCase) : letterCase_(letterCase) {
+    for (size_t i = 0; i < page.words.size(); ++i) {
+      const WordText &word = page.words[i];
+      add(word, i + 1 < page.words.size() && isParted(word, page.words[i + 1]));
+    }
+    offsets_.push_back(page.words.empty() ? 0 : offsetBehind(page.words.back()));
+  }
+
+  size_t size() const { return units_.size(); }
+
+  // Behind the last unit of the text if it stands here.
+  size_t endOf(std::u32string_view text, size_t at) const {
+    if (!isSame(unit(at), text.front())) return nowhere; // a hit starts with a letter of its own
+    for (const char32_t c : text) {
+      if (!isSame(unit(at), c)) at = joined(at);
+      if (!isSame(unit(at), c)) return nowhere;
+      ++at;
+    }
+    return goesOnASyllable(unit(at)) ? nowhere : at;
+  }
+
+  bool isWhole(size_t first, size_t end) const {
+    const char32_t before = isPartingBlank(first - 1) ? unit(first - 3) : unit(first - 1);
+    return !isLetterOrDigit(before) && !isLetterOrDigit(unit(joined(end)));
+  }
+
+  // Where the next character begins: one may be several units, which only together have a place on the page.
+  size_t nextCharacter(size_t at) const {
+    const uint32_t offset = offsets_[at];
+    while (at < size() && offsets_[at] == offset)
+      ++at;
+    return at;
+  }
+
+  uint32_t offset(size_t at) const { return offsets_[at]; }
+
+private:
+  static uint32_t offsetBehind(const WordText &word) { return word.offset + static_cast<uint32_t>(word.text.size()); }
+
+  static bool isSame(char32_t unit, char32_t wanted) {
+    return unit == wanted || (unit == partingHyphen && wanted == U'-');
+  }
+
+  void add(const WordText &word, bool parted) {
+    const size_t count = word.text.size();
+    for (size_t i = 0; i < count; ++i) {
+      if (parted && i + 1 == count)
+        units_ += partingHyphen;
+      else
+        append(word.text[i], letterCase_, units_);
+      offsets_.resize(units_.size(), word.offset + static_cast<uint32_t>(i));
+    }
+    append(U' ', letterCase_, units_);
+    offsets_.resize(units_.size(), offsetBehind(word));
+  }
+
+  // Before the first and behind the last there are blanks.
+  char32_t unit(size_t at) const { return at < size() ? units_[at] : U' '; }
+
+  bool isPartingBlank(size_t at) const { return unit(at) == U' ' && unit(at - 1) == partingHyphen; }
+
+  // Where the text goes on as if what a line's end parts were written together.
+  size_t joined(size_t at) const {
+    if (unit(at) == partingHyphen) return at + 2;
+    return isPartingBlank(at) ? at + 1 : at;
+  }
+
+  Case letterCase_;
+  std::u32string units_;
+  std::vector<uint32_t> offsets_; // of each unit's character in the page's text; one more than units
+};
+
+Case caseOf(FindOptions options) { return options.matchCase ? Case::kept : Case::folded; }
+
+} // namespace
+
+Finder::Finder(const std::string &utf8, FindOptions options) : options_(options) {
+  for (const char32_t c : decoded(utf8))
+    append(c, caseOf(options), text_);
+  if (!text_.empty() && text_.back() == U' ') text_.pop_back();
+}
+
+std::vector<Found> Finder::find(const PageText &page) const {
+  std::vector<Found> result;
+  if (empty()) return result;
+  const ComparedPage compared(page, caseOf(options_));
+  for (size_t at = 0; at < compared.size();) {
+    const size_t end = compared.endOf(text_, at);
+    if (end == nowhere || (options_.wholeWords && !compared.isWhole(at, end))) {
+      ++at;
+      continue;
+    }
+    // What has no place of its own, like an accent, goes with the letter before it.
+    const size_t next = compared.nextCharacter(end - 1);
+    const Span span{compared.offset(at), compared.offset(next)};
+    result.push_back({characterBoxes(page, {&span, 1})});
+    at = next;
+  }
+  return result;
+}
+
+} // namespace host

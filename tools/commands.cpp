@@ -37,7 +37,7 @@ std::string footer() {
 
 } // namespace
 
-int runCommands(int argc, char **argv) {
+int runCommands(int argc, char **argv, std::initializer_list<AddCommand> more) {
   int status = exitDone;
   CLI::App app("Shows search hits in PDF documents.", "tavrel");
   app.set_version_flag("--version", "tavrel " TAVREL_VERSION);
@@ -46,6 +46,8 @@ int runCommands(int argc, char **argv) {
   app.failure_message([](const CLI::App *, const CLI::Error &error) {
     return std::string("tavrel: ") + error.what() + " (tavrel --help says more)\n";
   });
+  for (const AddCommand add : more)
+    add(app, status);
   addRenderCommand(app, status);
   addHitsCommand(app, status);
   try {

@@ -1,9 +1,18 @@
 // The command line: which subcommands there are, and what their exit statuses mean.
 #pragma once
 
+#include <initializer_list>
+
+namespace CLI {
+class App;
+}
+
 namespace tools {
 
-/// Runs the program; returns an ExitStatus.
-int runCommands(int argc, char **argv);
+/// Adds a subcommand to the parser, which sets the status when it is called.
+using AddCommand = void (*)(CLI::App &app, int &status);
+
+/// Runs the program, with these subcommands besides its own; returns an ExitStatus.
+int runCommands(int argc, char **argv, std::initializer_list<AddCommand> more = {});
 
 } // namespace tools

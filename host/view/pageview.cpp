@@ -52,24 +52,26 @@ void PageView::setFit(Fit fit) {
   chooseDpi();
 }
 
-double PageView::largestDpi() {
-  const PageSize size = document_.pageSize(page_);
+double PageView::largestDpi(int32_t page) {
+  const PageSize size = document_.pageSize(page);
   // A pixel less on each side, because sizes are rounded up.
   return (std::sqrt(largestImage / (size.width * size.height)) - 1 / std::min(size.width, size.height)) * pointsPerInch;
 }
 
+double PageView::dpiOf(int32_t page) {
+  if (window_.width <= 0) return wantedDpi_;
+  constexpr double smallest = 8;
+  const PageSize size = document_.pageSize(page);
+  const double byWidth = window_.width * pointsPerInch / size.width;
+  const double byHeight = window_.height * pointsPerInch / size.height;
+  const double dpi = fit_ == Fit::width ? byWidth : fit_ == Fit::page ? std::min(byWidth, byHeight) : wantedDpi_;
+  const double largest = largestDpi(page);
+  return std::clamp(dpi, std::min(smallest, largest), largest);
+}
+
 // Keeps in place what is in the middle of the window.
 void PageView::chooseDpi() {
-  constexpr double smallest = 8;
-  double dpi = wantedDpi_;
-  if (window_.width > 0) {
-    const PageSize size = document_.pageSize(page_);
-    const double byWidth = window_.width * pointsPerInch / size.width;
-    const double byHeight = window_.height * pointsPerInch / size.height;
-    if (fit_ == Fit::width) dpi = byWidth;
-    if (fit_ == Fit::page) dpi = std::min(byWidth, byHeight);
-    dpi = std::clamp(dpi, std::min(smallest, largestDpi()), largestDpi());
-  }
+  const double dpi = dpiOf(page_);
   if (dpi == dpi_) return;
   const Pixels part = window();
   const double ratio = dpi / dpi_;

@@ -47,8 +47,10 @@ public:
   Fit fit() const { return fit_; }
   /// Shows every page as large as the window, as long as there is one; Fit::none leaves the size as it is.
   void setFit(Fit fit);
-  /// Beyond that the image of the page shown takes more than `largestImage` pixels, and a window does not show it.
-  double largestDpi();
+  /// How large a page is when it is shown, whatever page that is.
+  double dpiOf(int32_t page);
+  /// Beyond that a page's image takes more than `largestImage` pixels, and a window does not show it.
+  double largestDpi(int32_t page);
   static constexpr double largestImage = 16.0 * 1024 * 1024;
 
   /// The window's size in pixels; 0, 0 is as large as the page. Until the first drawing what is in the middle stays

@@ -13,10 +13,13 @@ struct OwnButton {
 
 // Plug-ins put their buttons beside these: the names are part of the interface.
 constexpr OwnButton ownButtons[] = {
+    {"Open", "Opens a document"},
     {"PreviousPage", "Shows the page before"},
     {"NextPage", "Shows the next page"},
     {"ZoomOut", "Shows the page smaller"},
     {"ZoomIn", "Shows the page larger"},
+    {"FitWidth", "Shows the page as wide as the window"},
+    {"FitPage", "Shows the page as a whole"},
     {"FindDialog", "Finds a text"},
     {"FindAgainDialog", "Finds the text again"},
 };

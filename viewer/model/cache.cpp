@@ -1,0 +1,38 @@
+// The rendered pages of all open documents. The session owns one.
+#include "viewer/model/cache.h"
+
+#include <utility>
+
+namespace viewer {
+
+const host::Image *PageCache::find(const PageKey &key) {
+  const auto found = places_.find(key);
+  if (found == places_.end()) return nullptr;
+  pages_.splice(pages_.begin(), pages_, found->second);
+  return &found->second->image;
+}
+
+void PageCache::insert(const PageKey &key, host::Image image) {
+  if (const auto found = places_.find(key); found != places_.end()) erase(found->second);
+  bytes_ += bytesOf(image);
+  pages_.push_front({key, std::move(image)});
+  places_[key] = pages_.begin();
+  while (bytes_ > bound_ && pages_.size() > 1)
+    erase(std::prev(pages_.end()));
+}
+
+void PageCache::drop(uint64_t document) {
+  for (auto page = pages_.begin(); page != pages_.end();) {
+    const auto next = std::next(page);
+    if (page->key.document == document) erase(page);
+    page = next;
+  }
+}
+
+void PageCache::erase(Place place) {
+  bytes_ -= bytesOf(place->image);
+  places_.erase(place->key);
+  pages_.erase(place);
+}
+
+} // namespace viewer

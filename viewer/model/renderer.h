@@ -1,0 +1,81 @@
+// The thread that waits for the PDF library, so that the window never does: it opens files and renders pages. What it
+// has done is collected by the thread that owns it.
+#pragma once
+
+#include <condition_variable>
+#include <deque>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "host/document/pdf.h"
+#include "viewer/model/cache.h"
+
+namespace viewer {
+
+/// A file that was asked for: the document, or why there is none.
+struct OpenedFile {
+  uint64_t document = 0;
+  std::unique_ptr<host::PdfFile> pdf; ///< the owner's own; the thread draws from another
+  std::string error;                  ///< one line, when there is no document
+  bool wantsPassword = false;
+};
+
+/// A page that was wanted: its image, or why there is none.
+struct RenderedPage {
+  PageKey key;
+  host::Image image;
+  std::string error;
+};
+
+class Renderer {
+public:
+  /// `wake` is called on the thread whenever there is something to collect.
+  explicit Renderer(std::function<void()> wake);
+  ~Renderer(); ///< waits for the page under way
+  Renderer(const Renderer &) = delete;
+  Renderer &operator=(const Renderer &) = delete;
+
+  /// Opens a file under a number of the owner's choice.
+  void open(uint64_t document, const std::filesystem::path &file, const std::string &password);
+  void close(uint64_t document);
+  /// The pages to render, the most urgent first. Replaces what was wanted before, but for the page under way.
+  void want(std::vector<PageKey> pages);
+
+  struct Results {
+    std::vector<OpenedFile> opened;
+    std::vector<RenderedPage> rendered;
+    std::vector<uint64_t> changed; ///< documents whose files are no longer what they were
+  };
+  Results collect();
+
+private:
+  struct Source;
+  void run();
+  bool step(std::unique_lock<std::mutex> &lock);
+  void openNext(std::unique_lock<std::mutex> &lock);
+  void renderNext(std::unique_lock<std::mutex> &lock);
+
+  std::function<void()> wake_;
+  std::mutex mutex_; ///< of everything below but the sources, which are the thread's
+  std::condition_variable work_;
+  struct Order {
+    uint64_t document;
+    std::filesystem::path file;
+    std::string password;
+  };
+  std::deque<Order> orders_;
+  std::vector<uint64_t> closed_;
+  std::deque<PageKey> wanted_;
+  Results results_;
+  bool ends_ = false;
+  std::map<uint64_t, std::unique_ptr<Source>> sources_;
+  std::thread thread_; ///< last: it uses all of the above
+};
+
+} // namespace viewer

@@ -1,0 +1,113 @@
+// The searching thread; it keeps the file that it searched last.
+#include "viewer/model/searcher.h"
+
+#include <utility>
+
+namespace viewer {
+
+Searcher::Searcher(std::function<void()> wake) : wake_(std::move(wake)), thread_([this] { run(); }) {}
+
+Searcher::~Searcher() {
+  {
+    const std::lock_guard lock(mutex_);
+    ends_ = true;
+  }
+  work_.notify_one();
+  thread_.join();
+}
+
+void Searcher::start(const Search &search) {
+  const std::lock_guard lock(mutex_);
+  next_ = search;
+  result_.reset();
+  stops_ = false;
+  progress_ = 0;
+  work_.notify_one();
+}
+
+void Searcher::stop() {
+  const std::lock_guard lock(mutex_);
+  next_.reset();
+  result_.reset();
+  progress_.reset();
+  stops_ = true;
+}
+
+void Searcher::close(uint64_t document) {
+  closes_ = document;
+  const std::lock_guard lock(mutex_);
+  work_.notify_one();
+}
+
+std::optional<SearchResult> Searcher::collect() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(result_, std::nullopt);
+}
+
+std::optional<int32_t> Searcher::progress() {
+  const std::lock_guard lock(mutex_);
+  return progress_;
+}
+
+void Searcher::run() {
+  std::unique_lock lock(mutex_);
+  while (!ends_) {
+    if (closes_ != 0 && closes_ == document_) pdf_.reset();
+    closes_ = 0;
+    if (!next_) {
+      work_.wait(lock);
+      continue;
+    }
+    const Search search = *std::exchange(next_, std::nullopt);
+    lock.unlock();
+    SearchResult result = look(search);
+    lock.lock();
+    if (next_ || stops_ || ends_) continue; // nobody waits for this one any more
+    result_ = std::move(result);
+    progress_.reset();
+    lock.unlock();
+    wake_();
+    lock.lock();
+  }
+}
+
+bool Searcher::overtaken() {
+  const std::lock_guard lock(mutex_);
+  return next_.has_value() || stops_ || ends_;
+}
+
+SearchResult Searcher::look(const Search &search) {
+  SearchResult result{search, search.page, {}, false, {}};
+  try {
+    const host::Finder finder(search.text, search.options);
+    if (pdf_ == nullptr || document_ != search.document) {
+      pdf_ = host::PdfFile::open(search.file, search.password);
+      document_ = search.document;
+    }
+    int32_t page = search.page;
+    for (int32_t looked = 0; looked < search.pages && !overtaken(); ++looked) {
+      try {
+        result.found = finder.find(pdf_->text(page));
+      } catch (const host::HostError &) {
+        result.found.clear(); // a damaged page has no text; the others may have
+      }
+      result.page = page;
+      if (!result.found.empty()) return result;
+      page += search.backwards ? -1 : 1;
+      if (page < 0 || page >= search.pages) {
+        page = page < 0 ? search.pages - 1 : 0;
+        result.wrapped = true;
+      }
+      {
+        const std::lock_guard lock(mutex_);
+        progress_ = looked + 1;
+      }
+      wake_();
+    }
+  } catch (const std::exception &error) {
+    result.error = error.what();
+  }
+  return result;
+}
+
+} // namespace viewer

@@ -1,0 +1,297 @@
+// The session: documents, their opening and closing, and what is drawn. How a reader moves is in moving.cpp, the find
+// dialog's work in finding.cpp.
+#include "viewer/model/session.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace viewer {
+
+Session::Session(host::Runtime &runtime, host::Application &app, double screenDpi, std::function<void()> wake)
+    : runtime_(runtime), app_(app), screenDpi_(screenDpi), renderer_(wake), searcher_(wake) {
+  app_.prepare = [this](host::ViewerDocument &document) { prepare(document); };
+  app_.listener = [this](host::ViewerDocument & /*document*/) { touch(); };
+  app_.statusListener = [this] { touch(); };
+  if (app_.toolBar() != nullptr) app_.toolBar()->listener = [this] { touch(); };
+}
+
+Session::~Session() {
+  while (!open_.empty())
+    close(*open_.back());
+  app_.prepare = {};
+  app_.listener = {};
+  app_.statusListener = {};
+  if (app_.toolBar() != nullptr) app_.toolBar()->listener = {};
+}
+
+Session::OpenDocument *Session::find(const host::ViewerDocument *document) {
+  const auto found =
+      std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->document == document; });
+  return found == open_.end() ? nullptr : found->get();
+}
+
+Session::OpenDocument *Session::find(uint64_t number) {
+  const auto found = std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->number == number; });
+  return found == open_.end() ? nullptr : found->get();
+}
+
+void Session::open(const Target &target, const std::string &password) {
+  Target absolute = target;
+  std::error_code unknown;
+  if (const auto path = std::filesystem::absolute(target.file, unknown); !unknown) absolute.file = path;
+  const auto same = std::find_if(open_.begin(), open_.end(), [&](const auto &one) {
+    return one->target.file == absolute.file && (absolute.parameters.empty() || one->target == absolute);
+  });
+  if (same != open_.end())
+    return bringToFront(
+        static_cast<size_t>(std::find(order_.begin(), order_.end(), same->get()->document) - order_.begin()));
+  say("Opening " + target.file.filename().string());
+  pending_.push_back({++numbers_, absolute, password, std::nullopt});
+  renderer_.open(numbers_, absolute.file, password);
+}
+
+void Session::reload() {
+  OpenDocument *document = find(front());
+  if (document == nullptr) return;
+  Pending again{++numbers_, document->target, document->password, page()};
+  close(*document);
+  renderer_.open(again.number, again.target.file, again.password);
+  pending_.push_back(std::move(again));
+}
+
+void Session::takeOpened(OpenedFile opened) {
+  const auto waiting =
+      std::find_if(pending_.begin(), pending_.end(), [&](const Pending &one) { return one.number == opened.document; });
+  if (waiting == pending_.end()) return;
+  Pending pending = std::move(*waiting);
+  pending_.erase(waiting);
+  if (opened.pdf == nullptr) {
+    say("");
+    asksPassword_ = opened.wantsPassword && questions != nullptr;
+    if (asksPassword_)
+      questions->askPassword(pending.target, !pending.password.empty());
+    else
+      complain(opened.error);
+    return;
+  }
+  say("");
+  open_.push_back(
+      std::make_unique<OpenDocument>(OpenDocument{pending.number, nullptr, pending.target, pending.password, {}}));
+  found_.reset();
+  withWords_.clear();
+  arriving_ = &pending;
+  try {
+    app_.open(host::Document::of(std::move(opened.pdf)), pending.target.file, screenDpi_, pending.target.parameters);
+  } catch (const host::HostError &error) { // the first page is damaged
+    open_.pop_back();
+    complain(host::nameInMessage(pending.target.file) + ": " + error.what());
+  }
+  arriving_ = nullptr;
+  if (pending.page && view() != nullptr) goToPage(*pending.page);
+  app_.toolBar()->updateStates();
+  touch();
+}
+
+// Between a document's being there and the plug-ins' hearing of it.
+void Session::prepare(host::ViewerDocument &document) {
+  open_.back()->document = &document;
+  order_.push_back(&document);
+  host::PageView &view = *document.view;
+  view.setMargin(margin_);
+  if (windowWidth_ > 0) view.setWindow(windowWidth_, windowHeight_);
+  view.setFit(fit_);
+  view.setSource([this, &document](int32_t page, double dpi) { return pageImage(document, page, dpi); });
+}
+
+void Session::close(OpenDocument &document) {
+  renderer_.close(document.number);
+  searcher_.close(document.number);
+  cache_.drop(document.number);
+  if (found_ && found_->document == document.document) found_.reset();
+  if (searching_) {
+    searcher_.stop();
+    searching_ = false;
+  }
+  std::erase(order_, document.document);
+  withWords_.clear();
+  host::ViewerDocument &closing = *document.document;
+  std::erase_if(open_, [&](const auto &one) { return one.get() == &document; });
+  app_.close(closing);
+  if (view() != nullptr) view()->invalidate();
+  if (app_.toolBar() != nullptr) app_.toolBar()->updateStates();
+  say("");
+}
+
+void Session::closeFront() {
+  if (OpenDocument *document = find(front())) close(*document);
+}
+
+void Session::bringToFront(size_t index) {
+  if (index >= order_.size() || order_[index] == front()) return;
+  app_.bringToFront(*order_[index]);
+  withWords_.clear();
+  host::PageView &now = *view();
+  if (windowWidth_ > 0) now.setWindow(windowWidth_, windowHeight_);
+  now.invalidate();
+  app_.toolBar()->updateStates();
+  say("");
+}
+
+size_t Session::frontIndex() const {
+  return static_cast<size_t>(std::find(order_.begin(), order_.end(), front()) - order_.begin());
+}
+
+void Session::setWindow(int width, int height, int margin) {
+  windowWidth_ = width;
+  windowHeight_ = height;
+  margin_ = margin;
+  if (host::PageView *shown = view()) {
+    shown->setMargin(margin);
+    shown->setWindow(width, height);
+  }
+  touch();
+}
+
+void Session::collect() {
+  Renderer::Results results = renderer_.collect();
+  for (OpenedFile &opened : results.opened)
+    takeOpened(std::move(opened));
+  for (RenderedPage &page : results.rendered)
+    takeRendered(std::move(page));
+  for (const uint64_t number : results.changed)
+    if (const OpenDocument *document = find(number))
+      complain(host::nameInMessage(document->target.file) + ": has changed; Reload shows it as it is now");
+  if (auto result = searcher_.collect()) takeFound(std::move(*result));
+  if (searching_) touch(); // its progress
+}
+
+void Session::takeRendered(RenderedPage page) {
+  OpenDocument *document = find(page.key.document);
+  if (document == nullptr) return;
+  host::PageView &of = *document->document->view;
+  if (!page.error.empty()) {
+    document->errors[page.key.page] = page.error;
+    // White paper in its place: the window shows the reason on it.
+    const host::PageSize size = document->document->model->pageSize(page.key.page);
+    page.image.width = std::max(1, static_cast<int>(size.width * page.key.dpi / 72));
+    page.image.height = std::max(1, static_cast<int>(size.height * page.key.dpi / 72));
+    page.image.pixels.assign(static_cast<size_t>(page.image.width) * static_cast<size_t>(page.image.height),
+                             0xFFFFFFFF);
+    if (page.key.page == of.page()) complain(page.error);
+  }
+  cache_.insert(page.key, std::move(page.image));
+  if (page.key.page == of.page() && page.key.dpi == of.dpi()) of.invalidate();
+}
+
+std::string Session::pageError() const {
+  for (const auto &one : open_)
+    if (one->document == front())
+      if (const auto error = one->errors.find(page()); error != one->errors.end()) return error->second;
+  return {};
+}
+
+const host::Image *Session::pageImage(host::ViewerDocument &document, int32_t page, double dpi) {
+  const OpenDocument *open = find(&document);
+  return open == nullptr ? nullptr : cache_.find({open->number, page, dpi});
+}
+
+// The page in front and, as far as all of them fit, the next one and the one before.
+void Session::requestPages() {
+  const OpenDocument *document = find(front());
+  if (document == nullptr) return renderer_.want({});
+  std::vector<PageKey> wanted;
+  size_t bytes = 0;
+  for (const int32_t page : {this->page(), this->page() + 1, this->page() - 1}) {
+    if (page < 0 || page >= pageCount()) continue;
+    try {
+      const PageKey key{document->number, page, view()->dpiOf(page)};
+      const host::PageSize size = document->document->model->pageSize(page);
+      bytes += static_cast<size_t>(size.width * size.height * key.dpi * key.dpi / (72 * 72)) * sizeof(uint32_t);
+      if (bytes > cache_.bound() && page != this->page()) break;
+      if (!cache_.has(key)) wanted.push_back(key);
+    } catch (const host::HostError &) {
+      continue; // a neighbour that is damaged; whoever turns there is told
+    }
+  }
+  renderer_.want(std::move(wanted));
+}
+
+bool Session::needsDrawing() const { return view() == nullptr ? shown_.document : view()->invalid(); }
+
+bool Session::draw() {
+  if (app_.calling()) return false;
+  host::PageView *drawn = view();
+  if (drawn == nullptr) {
+    waitingSince_.reset();
+    const bool news = shown_.document;
+    shown_ = {};
+    return news;
+  }
+  if (!drawn->invalid() || drawn->drawing()) return false;
+  std::optional<host::Drawing> drawing = app_.draw(*front());
+  requestPages();
+  const bool waits = !drawing;
+  if (waits && waitingSince_ && shown_.page == drawn->page() && shown_.pageWidth == drawn->pageWidth() &&
+      shown_.scrollX == drawn->scrollX() && shown_.scrollY == drawn->scrollY())
+    return false; // the outline is there already
+  if (!waits)
+    waitingSince_.reset();
+  else if (!waitingSince_)
+    waitingSince_ = std::chrono::steady_clock::now();
+  if (drawing) paintFound(*drawing);
+  shown_ = {std::move(drawing), true, drawn->page(), drawn->pageWidth(), drawn->pageHeight(), drawn->scrollX(),
+            drawn->scrollY()};
+  forgetWords();
+  if (!waits) app_.toolBar()->updateStates(); // what a button leads to depends on the page shown
+  touch();
+  return true;
+}
+
+// The words of a page take a hundred times what they say; those of the pages seen last are kept.
+void Session::forgetWords() {
+  constexpr size_t kept = 8;
+  std::erase(withWords_, page());
+  withWords_.push_back(page());
+  if (withWords_.size() <= kept) return;
+  front()->model->forgetText(withWords_.front());
+  withWords_.erase(withWords_.begin());
+}
+
+bool Session::press(host::ToolButton &button, uint32_t modifiers) {
+  host::ToolBar &bar = *app_.toolBar();
+  button.enabled = bar.test(button);
+  if (button.enabled) {
+    app_.modifierKeys = modifiers;
+    bar.press(button);
+    app_.modifierKeys = 0;
+  }
+  bar.updateStates();
+  touch();
+  return button.enabled;
+}
+
+void Session::say(const std::string &line) {
+  message_ = line;
+  touch();
+}
+
+void Session::complain(const std::string &line) {
+  std::fprintf(stderr, "tavrel: %s\n", line.c_str());
+  say(line);
+}
+
+std::string Session::title() const {
+  return front() == nullptr ? "Tavrel" : front()->file.filename().string() + " \u2013 Tavrel";
+}
+
+std::vector<int32_t> Session::markedPages() const {
+  std::vector<int32_t> all;
+  if (front() == nullptr) return all;
+  for (const auto &[extension, pages] : front()->markedPages)
+    all.insert(all.end(), pages.begin(), pages.end());
+  std::sort(all.begin(), all.end());
+  all.erase(std::unique(all.begin(), all.end()), all.end());
+  return all;
+}
+
+} // namespace viewer

@@ -1,0 +1,152 @@
+// The table of actions, and the resources that follow from it.
+#include "viewer/window/actions.h"
+
+#include <algorithm>
+#include <cctype>
+#include <iterator>
+
+#include "viewer/window/mainwindow.h"
+
+namespace viewer {
+namespace {
+
+bool hasDocument(const MainWindow &window) { return window.session().front() != nullptr; }
+bool hasSomethingToFind(const MainWindow &window) {
+  return hasDocument(window) && !window.session().findRequest().text.empty();
+}
+bool hasPageBefore(const MainWindow &window) { return window.session().page() > 0; }
+bool hasPageAfter(const MainWindow &window) { return window.session().page() + 1 < window.session().pageCount(); }
+
+// How far a line and a sideways step go, in pixels at 96 dots per inch.
+constexpr double line = 48, wheel = 90;
+
+Session &of(MainWindow &window) { return window.session(); }
+
+// Where there is nothing to scroll to, the arrows turn pages.
+void sideways(MainWindow &window, int direction) {
+  const host::PageView *view = of(window).view();
+  const int before = view->scrollX();
+  of(window).drag(direction * window.pixels(line), 0);
+  if (view->scrollX() == before) of(window).turn(direction);
+}
+
+constexpr const char *menus[] = {"File", "Edit", "View", "Go", pluginMenu, windowMenu, "Help"};
+
+// clang-format off
+constexpr Action table[] = {
+    {"Open", "File", "Open\u2026", "Ctrl<Key>o", nullptr, "Open", [](MainWindow &w) { w.askForFile(); }, nullptr},
+    {"Reload", "File", "Reload", "Ctrl<Key>r", nullptr, nullptr, [](MainWindow &w) { of(w).reload(); }, hasDocument},
+    {"Close", "File", "Close", "Ctrl<Key>w", nullptr, nullptr, [](MainWindow &w) { of(w).closeFront(); }, hasDocument, true},
+    {"Quit", "File", "Quit", "Ctrl<Key>q", nullptr, nullptr, [](MainWindow &w) { w.quit(); }, nullptr},
+
+    {"FindDialog", "Edit", "Find\u2026", "Ctrl<Key>f", ":<Key>slash: %s\n", "FindDialog", [](MainWindow &w) { w.askForText(); }, hasDocument},
+    {"FindAgainDialog", "Edit", "Find Again", "Ctrl<Key>g", nullptr, "FindAgainDialog", [](MainWindow &w) { w.findAgain(false); }, hasDocument},
+    {"FindPrevious", "Edit", "Find Previous", "Ctrl Shift<Key>g", nullptr, nullptr, [](MainWindow &w) { w.findAgain(true); }, hasSomethingToFind},
+
+    {"ZoomIn", "View", "Larger", "Ctrl<Key>plus", ":<Key>plus: %s\n<Key>KP_Add: %s\nCtrl<Key>equal: %s\n<Key>equal: %s\nCtrl<Btn4Down>: %s\n", "ZoomIn", [](MainWindow &w) { of(w).zoomBy(1); }, hasDocument},
+    {"ZoomOut", "View", "Smaller", "Ctrl<Key>minus", ":<Key>minus: %s\n<Key>KP_Subtract: %s\nCtrl<Btn5Down>: %s\n", "ZoomOut", [](MainWindow &w) { of(w).zoomBy(-1); }, hasDocument},
+    {"ActualSize", "View", "Actual Size", "Ctrl<Key>1", nullptr, nullptr, [](MainWindow &w) { of(w).setZoom(1); }, hasDocument, true},
+    {"FitWidth", "View", "Fit Width", "Ctrl<Key>2", ":<Key>w: %s\n", "FitWidth", [](MainWindow &w) { of(w).setFit(host::Fit::width); }, hasDocument},
+    {"FitPage", "View", "Fit Page", "Ctrl<Key>3", ":<Key>p: %s\n", "FitPage", [](MainWindow &w) { of(w).setFit(host::Fit::page); }, hasDocument},
+
+    {"PreviousPage", "Go", "Previous Page", "Ctrl<Key>Prior", nullptr, "PreviousPage", [](MainWindow &w) { of(w).turn(-1); }, hasPageBefore},
+    {"NextPage", "Go", "Next Page", "Ctrl<Key>Next", nullptr, "NextPage", [](MainWindow &w) { of(w).turn(1); }, hasPageAfter},
+    {"FirstPage", "Go", "First Page", "Ctrl<Key>Home", "<Key>Home: %s\n<Key>osfBeginLine: %s\n", nullptr, [](MainWindow &w) { of(w).goToPage(0); }, hasPageBefore, true},
+    {"LastPage", "Go", "Last Page", "Ctrl<Key>End", "<Key>End: %s\n<Key>osfEndLine: %s\n", nullptr, [](MainWindow &w) { of(w).goToPage(of(w).pageCount() - 1); }, hasPageAfter},
+    {"GoToPage", "Go", "Go to Page\u2026", "Ctrl<Key>l", nullptr, nullptr, [](MainWindow &w) { w.askForPage(); }, hasDocument, true},
+
+    {"Keys", "Help", "Keys", "<Key>F1", nullptr, nullptr, [](MainWindow &w) { w.showKeys(); }, nullptr},
+    {"AboutPlugIns", "Help", "About Plug-Ins", nullptr, nullptr, nullptr, [](MainWindow &w) { w.showPlugins(); }, nullptr, true},
+    {"About", "Help", "About Tavrel", nullptr, nullptr, nullptr, [](MainWindow &w) { w.showAbout(); }, nullptr},
+
+    {"PageDown", nullptr, "A windowful down", nullptr, "~Ctrl<Key>osfPageDown: %s\n~Shift<Key>space: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(1); }, hasDocument},
+    {"PageUp", nullptr, "A windowful up", nullptr, "~Ctrl<Key>osfPageUp: %s\nShift<Key>space: %s\n<Key>osfBackSpace: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(-1); }, hasDocument},
+    {"LineDown", nullptr, "A little down", nullptr, "<Key>osfDown: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, w.pixels(line)); }, hasDocument},
+    {"LineUp", nullptr, "A little up", nullptr, "<Key>osfUp: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, -w.pixels(line)); }, hasDocument},
+    {"Right", nullptr, "To the right, or the next page", nullptr, "<Key>osfRight: %s\n", nullptr, [](MainWindow &w) { sideways(w, 1); }, hasDocument},
+    {"Left", nullptr, "To the left, or the page before", nullptr, "<Key>osfLeft: %s\n", nullptr, [](MainWindow &w) { sideways(w, -1); }, hasDocument},
+    {"WheelDown", nullptr, "Scrolls down", nullptr, "~Ctrl ~Shift<Btn5Down>: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, w.pixels(wheel)); }, hasDocument},
+    {"WheelUp", nullptr, "Scrolls up", nullptr, "~Ctrl ~Shift<Btn4Down>: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, -w.pixels(wheel)); }, hasDocument},
+    {"ScrollRight", nullptr, "Scrolls to the right", nullptr, "Shift<Btn5Down>: %s\n", nullptr, [](MainWindow &w) { of(w).drag(w.pixels(line), 0); }, hasDocument},
+    {"ScrollLeft", nullptr, "Scrolls to the left", nullptr, "Shift<Btn4Down>: %s\n", nullptr, [](MainWindow &w) { of(w).drag(-w.pixels(line), 0); }, hasDocument},
+    {"Escape", nullptr, "Ends a search, takes its marks away", nullptr, "<Key>osfCancel: %s\n", nullptr, [](MainWindow &w) { w.escape(); }, nullptr},
+};
+
+// Keys for buttons of plug-ins, by the names of the buttons. A button that no plug-in makes has no key.
+constexpr struct { const char *button, *key; } pluginKeys[] = {
+    {"TavrelGLT:Next", "<Key>F3"},
+    {"TavrelGLT:Prev", "Shift<Key>F3"},
+};
+// clang-format on
+
+std::string with(std::string text, const std::string &mark, const std::string &value) {
+  for (size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + value.size()))
+    text.replace(at, mark.size(), value);
+  return text;
+}
+
+// A resource's value may not hold a line feed as it is.
+std::string asValue(const std::string &text) { return with(text, "\n", "\\n\\\n"); }
+
+} // namespace
+
+std::span<const Action> actions() { return table; }
+
+std::span<const char *const> menuNames() { return menus; }
+
+const Action *findAction(const std::string &name) {
+  const auto *const found =
+      std::find_if(std::begin(table), std::end(table), [&](const Action &one) { return name == one.name; });
+  return found == std::end(table) ? nullptr : found;
+}
+
+std::string keyResources() {
+  std::string accelerators = "! Keys of the menus' entries. The label follows from the key.\n", keys;
+  for (const Action &action : table) {
+    if (action.accelerator != nullptr)
+      accelerators += std::string("*menubar*") + action.name + ".accelerator: " + action.accelerator + "\n";
+    if (action.keys != nullptr) keys += with(action.keys, "%s", std::string("do(") + action.name + ")");
+  }
+  for (const auto &[button, key] : pluginKeys)
+    accelerators += "*menubar*" + widgetName(button) + ".accelerator: " + key + "\n";
+  keys += "<Btn1Down>: drag(begin)\n<Btn1Motion>: drag(move)\n<Btn1Up>: drag(end)\n";
+  return accelerators + "! Keys and mouse on the page.\n*page.translations: #override \\n\\\n" + asValue(keys) + "\n";
+}
+
+std::string keyName(const std::string &translation) {
+  const size_t open = translation.find('<'), close = translation.find('>');
+  if (open == std::string::npos || close == std::string::npos) return translation;
+  std::string name;
+  std::string modifier;
+  for (const char c : translation.substr(0, open) + ' ') {
+    if (c != ' ' && c != ':') {
+      modifier += c;
+    } else if (!modifier.empty()) {
+      if (modifier[0] != '~') name += modifier + "+";
+      modifier.clear();
+    }
+  }
+  std::string key = translation.substr(close + 1);
+  constexpr struct {
+    const char *key, *shown;
+  } names[] = {{"plus", "+"},         {"minus", "-"},        {"osfPageUp", "Page Up"},     {"osfPageDown", "Page Down"},
+               {"Prior", "Page Up"},  {"Next", "Page Down"}, {"osfCancel", "Esc"},         {"slash", "/"},
+               {"equal", "="},        {"osfUp", "Up"},       {"osfDown", "Down"},          {"osfLeft", "Left"},
+               {"osfRight", "Right"}, {"space", "Space"},    {"osfBackSpace", "Backspace"}};
+  const auto *const known =
+      std::find_if(std::begin(names), std::end(names), [&](const auto &one) { return key == one.key; });
+  if (known != std::end(names))
+    key = known->shown;
+  else if (key.size() == 1)
+    key[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(key[0])));
+  return name + key;
+}
+
+std::string widgetName(const std::string &button) {
+  std::string name = button;
+  std::replace_if(
+      name.begin(), name.end(), [](char c) { return std::isalnum(static_cast<unsigned char>(c)) == 0; }, '_');
+  return name;
+}
+
+} // namespace viewer

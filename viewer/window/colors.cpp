@@ -1,0 +1,43 @@
+// Colours and images of the display. A true-colour visual with a byte a colour is what every display of today has.
+#include "viewer/window/colors.h"
+
+#include <bit>
+#include <cmath>
+
+namespace viewer {
+
+Colors::Colors(Widget widget) : display_(XtDisplay(widget)), screen_(XtScreen(widget)) {}
+
+bool Colors::usable(Display *display) {
+  const Visual *visual = DefaultVisual(display, DefaultScreen(display));
+  const int depth = DefaultDepth(display, DefaultScreen(display));
+  return visual->c_class == TrueColor && depth >= 24 && visual->red_mask == 0xFF0000 && visual->green_mask == 0xFF00 &&
+         visual->blue_mask == 0xFF;
+}
+
+host::Rgb Colors::rgb(Pixel pixel) const {
+  return {static_cast<uint8_t>(pixel >> 16U), static_cast<uint8_t>(pixel >> 8U), static_cast<uint8_t>(pixel)};
+}
+
+void Colors::put(Drawable drawable, GC context, const uint32_t *pixels, int width, int height, int x, int y) const {
+  XImage *image =
+      XCreateImage(display_, DefaultVisualOfScreen(screen_), static_cast<unsigned>(DefaultDepthOfScreen(screen_)),
+                   ZPixmap, 0, reinterpret_cast<char *>(const_cast<uint32_t *>(pixels)), static_cast<unsigned>(width),
+                   static_cast<unsigned>(height), 32, width * 4);
+  if (image == nullptr) return;
+  image->byte_order = std::endian::native == std::endian::little ? LSBFirst : MSBFirst;
+  XPutImage(display_, drawable, context, image, 0, 0, x, y, static_cast<unsigned>(width),
+            static_cast<unsigned>(height));
+  image->data = nullptr; // not the image's
+  XDestroyImage(image);
+}
+
+uint32_t blend(const host::Rgb &ground, const host::Rgb &ink, double share) {
+  const auto mixed = [share](uint8_t from, uint8_t to) {
+    return static_cast<uint32_t>(std::lround(from + (to - from) * share));
+  };
+  return 0xFF000000U | mixed(ground.red, ink.red) << 16U | mixed(ground.green, ink.green) << 8U |
+         mixed(ground.blue, ink.blue);
+}
+
+} // namespace viewer

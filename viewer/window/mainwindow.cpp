@@ -1,0 +1,291 @@
+// The window: builds its parts, keeps them up to date, and turns events into deeds.
+#include "viewer/window/mainwindow.h"
+
+#include <X11/Shell.h>
+#include <X11/Xatom.h>
+#include <Xm/AtomMgr.h>
+#include <Xm/Form.h>
+#include <Xm/Label.h>
+#include <Xm/Protocols.h>
+#include <Xm/TextF.h>
+
+#include <algorithm>
+
+#include "viewer/window/actions.h"
+#include "viewer/window/motif.h"
+
+namespace viewer {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// A page that takes longer says so.
+constexpr auto patience = std::chrono::milliseconds(300);
+
+MainWindow *s_window; // for the toolkit's action procedures, which are told nothing but a widget
+
+void doAction(::Widget /*widget*/, XEvent * /*event*/, String *arguments, Cardinal *count) {
+  if (s_window == nullptr || *count == 0) return;
+  if (const Action *action = findAction(arguments[0]))
+    s_window->run(*action);
+  else
+    s_window->session().complain(std::string("no action ") + arguments[0]);
+}
+
+void dragAction(::Widget /*widget*/, XEvent *event, String *arguments, Cardinal *count) {
+  if (s_window == nullptr || *count == 0) return;
+  const std::string step = arguments[0];
+  if (step == "begin" && event->type == ButtonPress) s_window->pageArea().beginDrag(*event);
+  if (step == "move" && event->type == MotionNotify) s_window->pageArea().drag(*event);
+  if (step == "end") s_window->pageArea().endDrag();
+}
+
+void waitedLong(XtPointer timer, XtIntervalId * /*id*/) { *static_cast<XtIntervalId *>(timer) = 0; }
+
+uint32_t modifiersOf(const XEvent *event) {
+  if (event == nullptr || (event->type != ButtonPress && event->type != ButtonRelease)) return 0;
+  constexpr struct {
+    unsigned state;
+    uint32_t key;
+  } keys[] = {
+      {ShiftMask, tavrel::modifierShift}, {ControlMask, tavrel::modifierControl}, {Mod1Mask, tavrel::modifierAlt}};
+  uint32_t held = 0;
+  for (const auto &[state, key] : keys)
+    if ((event->xbutton.state & state) != 0) held |= key;
+  return held;
+}
+
+} // namespace
+
+MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &app, const host::PluginLoader &plugins)
+    : toolkit_(toolkit), session_(session), app_(app), plugins_(plugins), dialogs_(std::make_unique<Dialogs>(*this)),
+      findDialog_(std::make_unique<FindDialog>(*this)) {
+  s_window = this;
+  char doName[] = "do", dragName[] = "drag";
+  XtActionsRec procedures[] = {{doName, doAction}, {dragName, dragAction}};
+  XtAppAddActions(toolkit_.context(), procedures, XtNumber(procedures));
+  for (const Action &action : actions()) {
+    if (action.button == nullptr) continue;
+    if (host::ToolButton *button = app_.toolBar()->find(host::Runtime::current().atoms.atom(action.button))) {
+      button->ownAction = [this, &action] { run(action); };
+      button->ownTest = [this, &action] { return action.possible == nullptr || action.possible(*this); };
+      button->tip = action.label;
+      if (action.accelerator != nullptr) button->tip += " (" + keyName(action.accelerator) + ")";
+    }
+  }
+  session_.questions = this;
+  app_.alert = [this](const host::Alert &asked) { return alert(asked); };
+  build();
+}
+
+MainWindow::~MainWindow() {
+  s_window = nullptr;
+  session_.questions = nullptr;
+  app_.alert = host::answerAlerts(false);
+  for (host::ToolButton *button : app_.toolBar()->order()) {
+    button->ownAction = {};
+    button->ownTest = {};
+  }
+}
+
+void MainWindow::build() {
+  form_ = XtVaCreateWidget("window", xmFormWidgetClass, toolkit_.shell(), XmNshadowThickness, 0, nullptr);
+  menuBar_ = std::make_unique<MenuBar>(*this, form_);
+  XtVaSetValues(menuBar_->widget(), XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
+                XmNtopAttachment, XmATTACH_FORM, nullptr);
+  toolBar_ = std::make_unique<ToolBarView>(*this, form_);
+  XtVaSetValues(toolBar_->widget(), XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
+                XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, menuBar_->widget(), nullptr);
+  ::Widget bar = XtVaCreateManagedWidget("statusbar", xmFormWidgetClass, form_, XmNleftAttachment, XmATTACH_FORM,
+                                         XmNrightAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM,
+                                         XmNshadowThickness, 0, nullptr);
+  pluginStatus_ =
+      XtVaCreateManagedWidget("pluginStatus", xmLabelWidgetClass, bar, XmNalignment, XmALIGNMENT_END,
+                              XmNrightAttachment, XmATTACH_FORM, XmNrightOffset, pixels(10), XmNtopAttachment,
+                              XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM, XmNmarginHeight, pixels(3), nullptr);
+  status_ =
+      XtVaCreateManagedWidget("status", xmLabelWidgetClass, bar, XmNalignment, XmALIGNMENT_BEGINNING, XmNleftAttachment,
+                              XmATTACH_FORM, XmNleftOffset, pixels(10), XmNtopAttachment, XmATTACH_FORM,
+                              XmNbottomAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
+                              pluginStatus_, XmNrecomputeSize, False, XmNmarginHeight, pixels(3), nullptr);
+  setLabel(status_, " ");
+  setLabel(pluginStatus_, " ");
+  pageArea_ = std::make_unique<PageArea>(*this, form_);
+  XtVaSetValues(pageArea_->widget(), XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
+                XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, toolBar_->widget(), XmNbottomAttachment,
+                XmATTACH_WIDGET, XmNbottomWidget, bar, nullptr);
+  toolBar_->update();
+  menuBar_->update();
+  XtVaSetValues(form_, XmNinitialFocus, pageArea_->page(), nullptr);
+  XtManageChild(form_);
+  ::Atom close = XmInternAtom(toolkit_.display(), const_cast<char *>("WM_DELETE_WINDOW"), False);
+  const auto quitNow = [](::Widget, XtPointer window, XtPointer) { static_cast<MainWindow *>(window)->quit(); };
+  XmAddWMProtocolCallback(toolkit_.shell(), close, quitNow, this);
+}
+
+void MainWindow::realize() {
+  ::Widget shell = toolkit_.shell();
+  char *asked = nullptr;
+  XtVaGetValues(shell, XmNgeometry, &asked, nullptr);
+  if (asked == nullptr) { // as wide as a page of its natural size, as high as the screen lets it
+    const Screen *screen = XtScreen(shell);
+    const int width = std::min(pixels(900), WidthOfScreen(screen) * 9 / 10);
+    const int height = std::min(pixels(1000), HeightOfScreen(screen) * 85 / 100);
+    XtVaSetValues(shell, XmNwidth, width, XmNheight, height, nullptr);
+  }
+  XtVaSetValues(shell, XmNminWidth, pixels(320), XmNminHeight, pixels(240), nullptr);
+  XtRealizeWidget(shell);
+  pageArea_->resized();
+}
+
+void MainWindow::map() {
+  showTitle();
+  XtMapWidget(toolkit_.shell());
+  focusPage();
+}
+
+void MainWindow::focusPage() { XmProcessTraversal(pageArea_->page(), XmTRAVERSE_CURRENT); }
+
+void MainWindow::run(const Action &action) {
+  if (app_.calling()) return; // an alert of a plug-in waits for its answer
+  if (action.possible != nullptr && !action.possible(*this)) return;
+  action.run(*this);
+  session_.touch();
+}
+
+void MainWindow::press(host::ToolButton &button, const XEvent *event) {
+  if (!app_.calling()) session_.press(button, modifiersOf(event));
+}
+
+void MainWindow::askForFile() {
+  dialogs_->askFile([this](const std::string &file) { session_.open({file, {}}); });
+}
+
+void MainWindow::askForText() { findDialog_->open(); }
+
+void MainWindow::askForPage() {
+  ::Widget field = toolBar_->pageField();
+  XmProcessTraversal(field, XmTRAVERSE_CURRENT);
+  XmTextFieldSetSelection(field, 0, XmTextFieldGetLastPosition(field), XtLastTimestampProcessed(XtDisplay(field)));
+}
+
+void MainWindow::findAgain(bool backwards) {
+  if (session_.findRequest().text.empty())
+    askForText();
+  else
+    session_.findAgain(backwards);
+}
+
+void MainWindow::escape() {
+  session_.endFinding();
+  focusPage();
+}
+
+void MainWindow::askPassword(const Target &target, bool again) {
+  const std::string name = target.file.filename().string();
+  dialogs_->askPassword(again ? "That was not the password. " + name + " wants another:" : name + " wants a password:",
+                        [this, target](const std::string &password) { session_.open(target, password); });
+}
+
+int32_t MainWindow::alert(const host::Alert &alert) { return dialogs_->alert(alert); }
+
+void MainWindow::showKeys() {
+  std::string text;
+  for (const Action &action : actions())
+    if (action.accelerator != nullptr) text += std::string(action.label) + ":  " + keyName(action.accelerator) + "\n";
+  text += "\nNext and previous hit:  F3, Shift+F3\nA windowful:  Page Up, Page Down, Space\nA little:  arrows, "
+          "wheel\nSize:  +, -, Ctrl+wheel\nMenus:  F10";
+  dialogs_->tell("Keys", text);
+}
+
+void MainWindow::showPlugins() {
+  std::string text;
+  for (const host::Plugin &plugin : plugins_.plugins())
+    text += (text.empty() ? "" : "\n") + plugin.name + (plugin.version.empty() ? "" : " " + plugin.version) + ":  " +
+            host::describe(plugin.state) + (plugin.reason.empty() ? "" : ": " + plugin.reason);
+  dialogs_->tell("About Plug-Ins", text.empty() ? "There are no plug-ins." : text);
+}
+
+void MainWindow::showAbout() {
+  dialogs_->tell("About Tavrel", "Tavrel " TAVREL_VERSION "\nA PDF viewer that shows where a search's hits are.");
+}
+
+void MainWindow::loop(const std::function<bool()> &until) {
+  turn();
+  while (!quits_ && !until()) {
+    XtAppProcessEvent(toolkit_.context(), XtIMAll); // waits
+    const Clock::time_point woken = Clock::now();
+    // A stream of events must not keep the window from being drawn.
+    constexpr auto frame = std::chrono::milliseconds(16);
+    while (!quits_ && !until() && XtAppPending(toolkit_.context()) != 0 && Clock::now() - woken < frame)
+      XtAppProcessEvent(toolkit_.context(), XtIMAll);
+    turn();
+    const std::chrono::duration<double, std::milli> took = Clock::now() - woken;
+    longestTurn_ = std::max(longestTurn_, took.count());
+  }
+}
+
+void MainWindow::turn() {
+  if (session_.draw()) {
+    pageArea_->show();
+    if (session_.shown().drawing && session_.shown().drawing->marks > 0) ++marks_;
+  }
+  watchWaiting();
+  if (shownChanges_ != session_.changes()) {
+    shownChanges_ = session_.changes();
+    toolBar_->update();
+    menuBar_->update();
+    pageArea_->update();
+    findDialog_->update();
+    showStatus();
+    showTitle();
+  }
+  XFlush(toolkit_.display());
+  if (watcher) watcher();
+}
+
+// "Rendering" stands on the outline of a page that takes long; the timer has the loop turn when it is time.
+void MainWindow::watchWaiting() {
+  const auto since = session_.waitingSince();
+  if (!since) {
+    pageArea_->note(session_.pageError());
+    return;
+  }
+  const auto waited = Clock::now() - *since;
+  if (waited >= patience)
+    pageArea_->note("rendering");
+  else if (waitingTimer_ == 0)
+    waitingTimer_ =
+        XtAppAddTimeOut(toolkit_.context(),
+                        static_cast<unsigned long>(
+                            std::chrono::duration_cast<std::chrono::milliseconds>(patience - waited).count() + 1),
+                        waitedLong, &waitingTimer_);
+}
+
+void MainWindow::showStatus() {
+  const std::string &said = session_.message(), plugins = app_.statusText();
+  if (said != statusText_) {
+    statusText_ = said;
+    setLabel(status_, said.empty() ? " " : said);
+  }
+  if (plugins != pluginText_) {
+    pluginText_ = plugins;
+    setLabel(pluginStatus_, plugins.empty() ? " " : plugins);
+  }
+}
+
+void MainWindow::showTitle() {
+  const std::string title = session_.title();
+  if (title == title_) return;
+  title_ = title;
+  ::Display *display = toolkit_.display();
+  const ::Atom utf8 = XmInternAtom(display, const_cast<char *>("UTF8_STRING"), False);
+  XtVaSetValues(toolkit_.shell(), XmNtitle, title.c_str(), XmNtitleEncoding, utf8, XmNiconName, title.c_str(),
+                XmNiconNameEncoding, utf8, nullptr);
+  if (XtWindow(toolkit_.shell()) != 0)
+    XChangeProperty(display, XtWindow(toolkit_.shell()),
+                    XmInternAtom(display, const_cast<char *>("_NET_WM_NAME"), False), utf8, 8, PropModeReplace,
+                    reinterpret_cast<const unsigned char *>(title.c_str()), static_cast<int>(title.size()));
+}
+
+} // namespace viewer

@@ -1,0 +1,134 @@
+// Menus are made once; plug-ins' entries and documents follow what there is.
+#include "viewer/window/menubar.h"
+
+#include <Xm/CascadeB.h>
+#include <Xm/PushB.h>
+#include <Xm/RowColumn.h>
+#include <Xm/Separator.h>
+#include <Xm/ToggleB.h>
+
+#include <algorithm>
+
+#include "viewer/window/actions.h"
+#include "viewer/window/mainwindow.h"
+#include "viewer/window/motif.h"
+
+namespace viewer {
+namespace {
+
+::Widget addEntry(::Widget menu, const std::string &name, const std::string &label) {
+  ::Widget entry = XtCreateManagedWidget(name.c_str(), xmPushButtonWidgetClass, menu, nullptr, 0);
+  setLabel(entry, label);
+  return entry;
+}
+
+} // namespace
+
+MenuBar::MenuBar(MainWindow &window, ::Widget parent) : window_(window) {
+  char name[] = "menubar";
+  bar_ = XmCreateMenuBar(parent, name, nullptr, 0);
+  for (const char *menu : menuNames())
+    menus_[menu] = addMenu(menu);
+  for (const Action &action : actions()) {
+    if (action.menu == nullptr) continue;
+    ::Widget menu = menus_.at(action.menu);
+    if (action.separated) XtCreateManagedWidget("separator", xmSeparatorWidgetClass, menu, nullptr, 0);
+    ::Widget entry = addEntry(menu, action.name, action.label);
+    showAccelerator(entry);
+    whenever(entry, XmNactivateCallback, [this, &action](const XEvent *) { window_.run(action); });
+    entries_[action.name] = entry;
+  }
+  noPlugins_ = addEntry(menus_.at(pluginMenu), "none", "(no plug-in has a button)");
+  noDocuments_ = addEntry(menus_.at(windowMenu), "none", "(no document)");
+  setSensitive(noPlugins_, false);
+  setSensitive(noDocuments_, false);
+  XtManageChild(bar_);
+}
+
+::Widget MenuBar::addMenu(const std::string &name) {
+  ::Widget menu = XmCreatePulldownMenu(bar_, const_cast<char *>((name + "Menu").c_str()), nullptr, 0);
+  ::Widget cascade = XtVaCreateManagedWidget(name.c_str(), xmCascadeButtonWidgetClass, bar_, XmNsubMenuId, menu,
+                                             XmNmnemonic, static_cast<KeySym>(name[0]), nullptr);
+  if (name == "Help") XtVaSetValues(bar_, XmNmenuHelpWidget, cascade, nullptr);
+  return menu;
+}
+
+// What is written beside an entry follows from its key, so that a user changes one resource.
+void MenuBar::showAccelerator(::Widget entry) const {
+  char *key = nullptr;
+  XtVaGetValues(entry, XmNaccelerator, &key, nullptr);
+  if (key == nullptr || *key == '\0') return;
+  const MotifString text(keyName(key));
+  XtVaSetValues(entry, XmNacceleratorText, static_cast<XmString>(text), nullptr);
+}
+
+void MenuBar::update() {
+  for (const Action &action : actions())
+    if (action.menu != nullptr)
+      setSensitive(entries_.at(action.name), action.possible == nullptr || action.possible(window_));
+  updatePlugins();
+  updateDocuments();
+}
+
+void MenuBar::updatePlugins() {
+  std::vector<host::ToolButton *> there;
+  if (const host::ToolBar *bar = window_.app().toolBar())
+    std::copy_if(bar->order().begin(), bar->order().end(), std::back_inserter(there),
+                 [](const host::ToolButton *button) { return button->action.callback != nullptr; });
+  const bool same = std::equal(there.begin(), there.end(), plugins_.begin(), plugins_.end(),
+                               [](const host::ToolButton *button, const PluginEntry &entry) {
+                                 return button == entry.button && button->tip == entry.label;
+                               });
+  if (!same) {
+    for (const PluginEntry &entry : plugins_)
+      XtDestroyWidget(entry.widget);
+    plugins_.clear();
+    for (host::ToolButton *button : there) {
+      const std::string name = host::Runtime::current().atoms.name(button->name);
+      ::Widget entry = addEntry(menus_.at(pluginMenu), widgetName(name), button->tip.empty() ? name : button->tip);
+      showAccelerator(entry);
+      // The keys that call an entry are not held for the button.
+      whenever(entry, XmNactivateCallback, [this, button](const XEvent *) { window_.press(*button, nullptr); });
+      plugins_.push_back({button, button->tip, entry});
+    }
+  }
+  for (const PluginEntry &entry : plugins_)
+    setSensitive(entry.widget, entry.button->enabled);
+  if (plugins_.empty())
+    XtManageChild(noPlugins_);
+  else
+    XtUnmanageChild(noPlugins_);
+}
+
+void MenuBar::updateDocuments() {
+  const Session &session = window_.session();
+  std::vector<std::string> labels;
+  for (const host::ViewerDocument *document : session.documents())
+    labels.push_back(document->file.filename().string());
+  const bool same =
+      std::equal(labels.begin(), labels.end(), documents_.begin(), documents_.end(),
+                 [](const std::string &label, const DocumentEntry &entry) { return label == entry.label; });
+  if (!same) {
+    for (const DocumentEntry &entry : documents_)
+      XtDestroyWidget(entry.widget);
+    documents_.clear();
+    for (size_t i = 0; i < labels.size(); ++i) {
+      ::Widget entry = XtVaCreateManagedWidget("document", xmToggleButtonWidgetClass, menus_.at(windowMenu),
+                                               XmNindicatorType, XmONE_OF_MANY, nullptr);
+      setLabel(entry, labels[i]);
+      whenever(entry, XmNvalueChangedCallback, [this, i](const XEvent *) {
+        window_.session().bringToFront(i);
+        window_.session().touch();
+      });
+      documents_.push_back({labels[i], entry});
+    }
+  }
+  for (size_t i = 0; i < documents_.size(); ++i)
+    XmToggleButtonSetState(documents_[i].widget, i == session.frontIndex() ? True : False, False);
+  if (documents_.empty())
+    XtManageChild(noDocuments_);
+  else
+    XtUnmanageChild(noDocuments_);
+}
+
+} // namespace viewer

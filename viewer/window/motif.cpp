@@ -1,0 +1,48 @@
+// The helps for Motif.
+#include "viewer/window/motif.h"
+
+#include <Xm/TextF.h>
+
+namespace viewer {
+namespace {
+
+void react(Widget /*widget*/, XtPointer reaction, XtPointer data) {
+  const auto *call = static_cast<const XmAnyCallbackStruct *>(data);
+  (*static_cast<Reaction *>(reaction))(call == nullptr ? nullptr : call->event);
+}
+
+void forget(Widget /*widget*/, XtPointer reaction, XtPointer /*data*/) { delete static_cast<Reaction *>(reaction); }
+
+} // namespace
+
+void whenever(Widget widget, const char *callback, Reaction reaction) {
+  auto *kept = new Reaction(std::move(reaction));
+  XtAddCallback(widget, const_cast<char *>(callback), react, kept);
+  XtAddCallback(widget, const_cast<char *>(XmNdestroyCallback), forget, kept);
+}
+
+void setLabel(Widget label, const std::string &utf8) {
+  const MotifString text(utf8);
+  XtVaSetValues(label, XmNlabelString, static_cast<XmString>(text), nullptr);
+}
+
+void setSensitive(Widget widget, bool sensitive) {
+  if ((XtIsSensitive(widget) != 0) != sensitive) XtSetSensitive(widget, sensitive ? True : False);
+}
+
+std::string textOf(Widget field) {
+  char *text = XmTextFieldGetString(field);
+  std::string copy = text == nullptr ? "" : text;
+  XtFree(text);
+  return copy;
+}
+
+Place placeOf(Widget widget) {
+  Position x = 0, y = 0;
+  Dimension width = 0, height = 0;
+  XtTranslateCoords(widget, 0, 0, &x, &y);
+  XtVaGetValues(widget, XmNwidth, &width, XmNheight, &height, nullptr);
+  return {x, y, width, height};
+}
+
+} // namespace viewer

@@ -1,0 +1,247 @@
+// Paints the page and everything around it. What is on the window comes from the session's last drawing, so that an
+// exposed window never calls a plug-in.
+#include "viewer/window/pagearea.h"
+
+#include <X11/cursorfont.h>
+#include <Xm/DrawingA.h>
+#include <Xm/Form.h>
+#include <Xm/Label.h>
+#include <Xm/ScrollBar.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "viewer/window/colors.h"
+#include "viewer/window/mainwindow.h"
+
+namespace viewer {
+namespace {
+
+constexpr double margin = 12;    // around the page, in pixels at 96 dots per inch
+constexpr int unitsAPage = 1000; // of the vertical scroll bar
+
+} // namespace
+
+PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
+  form_ = XtVaCreateManagedWidget("pageArea", xmFormWidgetClass, parent, XmNshadowThickness, 0, nullptr);
+  const int barWidth = window.pixels(14);
+  ticksArea_ = XtVaCreateManagedWidget("ticks", xmDrawingAreaWidgetClass, form_, XmNwidth, window.pixels(8),
+                                       XmNrightAttachment, XmATTACH_FORM, XmNtopAttachment, XmATTACH_FORM,
+                                       XmNbottomAttachment, XmATTACH_FORM, XmNtraversalOn, False, nullptr);
+  vertical_ = XtVaCreateManagedWidget("verticalBar", xmScrollBarWidgetClass, form_, XmNorientation, XmVERTICAL,
+                                      XmNwidth, barWidth, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
+                                      ticksArea_, XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM,
+                                      XmNtraversalOn, False, XmNshowArrows, XmNONE, nullptr);
+  horizontal_ = XtVaCreateWidget("horizontalBar", xmScrollBarWidgetClass, form_, XmNorientation, XmHORIZONTAL,
+                                 XmNheight, barWidth, XmNleftAttachment, XmATTACH_FORM, XmNbottomAttachment,
+                                 XmATTACH_FORM, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget, vertical_,
+                                 XmNtraversalOn, False, XmNshowArrows, XmNONE, nullptr);
+  area_ = XtVaCreateManagedWidget("page", xmDrawingAreaWidgetClass, form_, XmNleftAttachment, XmATTACH_FORM,
+                                  XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM,
+                                  XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget, vertical_, XmNtraversalOn, True,
+                                  XmNmarginWidth, 0, XmNmarginHeight, 0, nullptr);
+  ground_ = color("ground", "Ground", "#D9DBDE");
+  border_ = color("pageBorder", "PageBorder", "#A9ACB1");
+  tick_ = color("tickColor", "TickColor", "#D8A200");
+  XtVaSetValues(area_, XmNbackground, ground_, nullptr);
+  context_ = XCreateGC(window.toolkit().display(), DefaultRootWindow(window.toolkit().display()), 0, nullptr);
+  XSetGraphicsExposures(window.toolkit().display(), context_, False);
+  whenever(area_, XmNexposeCallback, [this](const XEvent *event) {
+    if (event == nullptr || event->xexpose.count == 0) paint();
+  });
+  whenever(area_, XmNresizeCallback, [this](const XEvent *) { resized(); });
+  whenever(ticksArea_, XmNexposeCallback, [this](const XEvent *) { paintTicks(); });
+  whenever(ticksArea_, XmNinputCallback, [this](const XEvent *event) {
+    if (event != nullptr && event->type == ButtonPress) tickPressed(event->xbutton.y);
+  });
+  for (const char *callback : {XmNvalueChangedCallback, XmNdragCallback}) {
+    whenever(vertical_, callback, [this](const XEvent *) {
+      int value = 0;
+      XtVaGetValues(vertical_, XmNvalue, &value, nullptr);
+      scrolled(true, value);
+    });
+    whenever(horizontal_, callback, [this](const XEvent *) {
+      int value = 0;
+      XtVaGetValues(horizontal_, XmNvalue, &value, nullptr);
+      scrolled(false, value);
+    });
+  }
+}
+
+PageArea::~PageArea() { XFreeGC(window_.toolkit().display(), context_); }
+
+Pixel PageArea::color(const char *name, const char *className, const char *otherwise) const {
+  Pixel pixel = 0;
+  XtResource resource{
+      const_cast<char *>(name),      const_cast<char *>(className), const_cast<char *>(XmRPixel), sizeof(Pixel), 0,
+      const_cast<char *>(XmRString), const_cast<char *>(otherwise)};
+  XtGetApplicationResources(window_.toolkit().shell(), &pixel, &resource, 1, nullptr, 0);
+  return pixel;
+}
+
+void PageArea::resized() {
+  Dimension width = 0, height = 0;
+  XtVaGetValues(area_, XmNwidth, &width, XmNheight, &height, nullptr);
+  if (width == width_ && height == height_) return;
+  width_ = width;
+  height_ = height;
+  const int around = window_.pixels(margin);
+  window_.session().setWindow(std::max(1, width_ - 2 * around), std::max(1, height_ - 2 * around), around);
+}
+
+Place PageArea::pagePlace() const {
+  const Shown &shown = window_.session().shown();
+  const int around = window_.pixels(margin);
+  const int roomX = width_ - 2 * around - shown.pageWidth;
+  return {around + std::max(0, roomX / 2) - shown.scrollX, around - shown.scrollY, shown.pageWidth, shown.pageHeight};
+}
+
+void PageArea::show() { paint(); }
+
+void PageArea::paint() {
+  if (XtWindow(area_) == 0) return;
+  ::Display *display = XtDisplay(area_);
+  const ::Window target = XtWindow(area_);
+  const Shown &shown = window_.session().shown();
+  if (!shown.document) {
+    XClearWindow(display, target);
+    return;
+  }
+  const Place page = pagePlace();
+  // Only what lies outside the page is cleared, so that nothing flickers.
+  const auto fill = [&](Pixel pixel, int left, int top, int right, int bottom) {
+    if (right <= left || bottom <= top) return;
+    XSetForeground(display, context_, pixel);
+    XFillRectangle(display, target, context_, left, top, static_cast<unsigned>(right - left),
+                   static_cast<unsigned>(bottom - top));
+  };
+  const int left = std::max(0, page.x), top = std::max(0, page.y);
+  const int right = std::min(width_, page.x + page.width), bottom = std::min(height_, page.y + page.height);
+  fill(ground_, 0, 0, width_, top);
+  fill(ground_, 0, bottom, width_, height_);
+  fill(ground_, 0, top, left, bottom);
+  fill(ground_, right, top, width_, bottom);
+  XSetForeground(display, context_, border_);
+  XDrawRectangle(display, target, context_, page.x - 1, page.y - 1, static_cast<unsigned>(page.width + 1),
+                 static_cast<unsigned>(page.height + 1));
+  if (shown.drawing) {
+    const host::Drawing &drawing = *shown.drawing;
+    Colors(area_).put(target, context_, drawing.image.pixels.data(), drawing.image.width, drawing.image.height,
+                      page.x + drawing.x, page.y + drawing.y);
+  } else {
+    fill(WhitePixelOfScreen(XtScreen(area_)), left, top, right, bottom);
+  }
+  if (!note_.empty()) paintNote(page);
+}
+
+void PageArea::note(const std::string &text) {
+  if (text == note_) return;
+  note_ = text;
+  paint();
+}
+
+void PageArea::paintNote(const Place &page) {
+  XmRenderTable fonts = nullptr;
+  XtVaGetValues(window_.toolkit().shell(), XmNlabelRenderTable, &fonts, nullptr);
+  const MotifString text(note_);
+  Dimension width = 0, height = 0;
+  XmStringExtent(fonts, text, &width, &height);
+  const int visibleTop = std::max(0, page.y), visibleBottom = std::min(height_, page.y + page.height);
+  XSetForeground(XtDisplay(area_), context_, border_);
+  XmStringDraw(XtDisplay(area_), XtWindow(area_), fonts, text, context_,
+               static_cast<Position>(page.x + (page.width - width) / 2),
+               static_cast<Position>((visibleTop + visibleBottom) / 2), width, XmALIGNMENT_CENTER,
+               XmSTRING_DIRECTION_L_TO_R, nullptr);
+}
+
+void PageArea::update() {
+  const Session &session = window_.session();
+  const int whole = std::max(1, session.pageCount()) * unitsAPage;
+  const int slider = std::clamp(static_cast<int>(session.visibleShare() * unitsAPage), 1, whole);
+  const int value = std::clamp(static_cast<int>(session.place() * unitsAPage), 0, whole - slider);
+  XtVaSetValues(vertical_, XmNmaximum, whole, XmNsliderSize, slider, XmNvalue, value, XmNincrement, unitsAPage / 20,
+                XmNpageIncrement, std::max(1, slider), nullptr);
+  const Shown &shown = session.shown();
+  const int window = std::max(1, width_ - 2 * window_.pixels(margin));
+  const bool wide = shown.document && shown.pageWidth > window;
+  if (wide != wide_) {
+    wide_ = wide;
+    XtVaSetValues(area_, XmNbottomAttachment, wide ? XmATTACH_WIDGET : XmATTACH_FORM, XmNbottomWidget,
+                  wide ? horizontal_ : nullptr, nullptr);
+    if (wide)
+      XtManageChild(horizontal_);
+    else
+      XtUnmanageChild(horizontal_);
+    resized();
+  }
+  if (wide)
+    XtVaSetValues(horizontal_, XmNmaximum, shown.pageWidth, XmNsliderSize, std::min(window, shown.pageWidth), XmNvalue,
+                  std::clamp(shown.scrollX, 0, std::max(0, shown.pageWidth - window)), XmNincrement,
+                  window_.pixels(margin), XmNpageIncrement, window, nullptr);
+  if (std::vector<int32_t> ticks = session.markedPages(); ticks != ticks_) {
+    ticks_ = std::move(ticks);
+    paintTicks();
+  }
+}
+
+void PageArea::paintTicks() {
+  if (XtWindow(ticksArea_) == 0) return;
+  ::Display *display = XtDisplay(ticksArea_);
+  XClearWindow(display, XtWindow(ticksArea_));
+  if (ticks_.empty()) return;
+  Dimension width = 0, height = 0;
+  XtVaGetValues(ticksArea_, XmNwidth, &width, XmNheight, &height, nullptr);
+  XSetForeground(display, context_, tick_);
+  const int pages = std::max(1, window_.session().pageCount());
+  const int thickness = std::max(2, window_.pixels(2));
+  for (const int32_t page : ticks_) {
+    const int y = static_cast<int>((page + 0.5) * height / pages) - thickness / 2;
+    XFillRectangle(display, XtWindow(ticksArea_), context_, 1, y, width - 2U, static_cast<unsigned>(thickness));
+  }
+}
+
+// Near a tick, its page is meant.
+void PageArea::tickPressed(int y) {
+  Dimension height = 1;
+  XtVaGetValues(ticksArea_, XmNheight, &height, nullptr);
+  if (ticks_.empty() || height == 0) return;
+  const double pressed = 1.0 * y * window_.session().pageCount() / height - 0.5;
+  const auto nearest = std::min_element(ticks_.begin(), ticks_.end(), [=](int32_t a, int32_t b) {
+    return std::abs(a - pressed) < std::abs(b - pressed);
+  });
+  window_.session().goToPage(*nearest);
+}
+
+void PageArea::scrolled(bool vertical, int value) {
+  Session &session = window_.session();
+  if (session.view() == nullptr) return;
+  if (vertical)
+    session.setPlace(1.0 * value / unitsAPage);
+  else
+    session.drag(value - session.view()->scrollX(), 0);
+  session.touch();
+}
+
+void PageArea::beginDrag(const XEvent &event) {
+  window_.focusPage();
+  dragX_ = event.xbutton.x_root;
+  dragY_ = event.xbutton.y_root;
+  dragging_ = true;
+  const Cursor hand = XCreateFontCursor(XtDisplay(area_), XC_fleur);
+  XDefineCursor(XtDisplay(area_), XtWindow(area_), hand);
+  XFreeCursor(XtDisplay(area_), hand);
+}
+
+void PageArea::drag(const XEvent &event) {
+  if (!dragging_) return;
+  window_.session().drag(dragX_ - event.xmotion.x_root, dragY_ - event.xmotion.y_root);
+  dragX_ = event.xmotion.x_root;
+  dragY_ = event.xmotion.y_root;
+}
+
+void PageArea::endDrag() {
+  dragging_ = false;
+  XUndefineCursor(XtDisplay(area_), XtWindow(area_));
+}
+
+} // namespace viewer

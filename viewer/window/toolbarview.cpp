@@ -1,0 +1,137 @@
+// The widgets of the tool bar. They are made anew when buttons come, go or move, which happens once or twice in a
+// session.
+#include "viewer/window/toolbarview.h"
+
+#include <Xm/Label.h>
+#include <Xm/PushB.h>
+#include <Xm/RowColumn.h>
+#include <Xm/TextF.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "viewer/window/actions.h"
+#include "viewer/window/mainwindow.h"
+#include "viewer/window/motif.h"
+
+namespace viewer {
+namespace {
+
+// Behind these stands a gap.
+constexpr const char *endsOfGroups[] = {"Open", "NextPage", "FitPage"};
+
+} // namespace
+
+ToolBarView::ToolBarView(MainWindow &window, ::Widget parent) : window_(window) {
+  bar_ = XtVaCreateManagedWidget("toolbar", xmRowColumnWidgetClass, parent, XmNorientation, XmHORIZONTAL, XmNpacking,
+                                 XmPACK_TIGHT, XmNmarginHeight, window.pixels(3), XmNmarginWidth, window.pixels(6),
+                                 XmNspacing, window.pixels(2), XmNadjustLast, False, nullptr);
+}
+
+Icons *ToolBarView::icons() {
+  if (!icons_ && !buttons_.empty())
+    icons_ = std::make_unique<Icons>(buttons_.front().widget, window_.toolkit().dpi() / 96);
+  return icons_.get();
+}
+
+void ToolBarView::update() {
+  const std::vector<host::ToolButton *> &order = window_.app().toolBar()->order();
+  const bool same =
+      std::equal(order.begin(), order.end(), buttons_.begin(), buttons_.end(),
+                 [](const host::ToolButton *model, const Button &button) { return model == button.model; });
+  if (!same) rebuild(order);
+  for (Button &button : buttons_) {
+    if (button.tip != button.model->tip) {
+      button.tip = button.model->tip;
+      const MotifString tip(button.tip);
+      XtVaSetValues(button.widget, XmNtoolTipString, static_cast<XmString>(tip), nullptr);
+    }
+    button.enabled = button.model->enabled;
+    setSensitive(button.widget, button.enabled);
+  }
+  const Session &session = window_.session();
+  const bool there = session.front() != nullptr;
+  const std::string number = there ? std::to_string(session.page() + 1) : "";
+  const std::string count = there ? "of " + std::to_string(session.pageCount()) : "";
+  if (number != fieldText_) {
+    fieldText_ = number;
+    XmTextFieldSetString(pageField_, fieldText_.data());
+  }
+  if (count != countText_) {
+    countText_ = count;
+    setLabel(pageCount_, count);
+  }
+  setSensitive(pageField_, there);
+}
+
+void ToolBarView::rebuild(const std::vector<host::ToolButton *> &order) {
+  for (const Button &button : buttons_)
+    XtDestroyWidget(button.widget);
+  for (::Widget widget : others_)
+    XtDestroyWidget(widget);
+  buttons_.clear();
+  others_.clear();
+  fieldText_.clear();
+  countText_.clear();
+  for (host::ToolButton *model : order) {
+    addButton(model);
+    const std::string &name = buttons_.back().name;
+    if (name == "NextPage") addPageField();
+    if (std::any_of(std::begin(endsOfGroups), std::end(endsOfGroups), [&](const char *end) { return name == end; }))
+      addGap();
+  }
+  if (pageField_ == nullptr) addPageField();
+}
+
+void ToolBarView::addButton(host::ToolButton *model) {
+  const std::string name = host::Runtime::current().atoms.name(model->name);
+  ::Widget widget = XtVaCreateManagedWidget(widgetName(name).c_str(), xmPushButtonWidgetClass, bar_, XmNtraversalOn,
+                                            False, XmNmarginWidth, window_.pixels(4), XmNmarginHeight,
+                                            window_.pixels(4), XmNrecomputeSize, True, nullptr);
+  buttons_.push_back({model, name, widget, {}, true});
+  const Pixmap plain = icons()->get(name, static_cast<Pixmap>(model->icon), false);
+  if (plain == 0)
+    setLabel(widget, name);
+  else
+    XtVaSetValues(widget, XmNlabelType, XmPIXMAP, XmNlabelPixmap, plain, XmNlabelInsensitivePixmap,
+                  icons()->get(name, static_cast<Pixmap>(model->icon), true), nullptr);
+  whenever(widget, XmNactivateCallback, [this, model](const XEvent *event) { window_.press(*model, event); });
+}
+
+void ToolBarView::addGap() {
+  others_.push_back(XtVaCreateManagedWidget("gap", xmLabelWidgetClass, bar_, XmNwidth, window_.pixels(10),
+                                            XmNrecomputeSize, False, nullptr));
+  setLabel(others_.back(), "");
+}
+
+void ToolBarView::addPageField() {
+  constexpr int digits = 5;
+  pageField_ = XtVaCreateManagedWidget("pageField", xmTextFieldWidgetClass, bar_, XmNcolumns, digits, XmNmarginHeight,
+                                       window_.pixels(3), XmNmarginWidth, window_.pixels(4), XmNcursorPositionVisible,
+                                       False, nullptr);
+  whenever(pageField_, XmNfocusCallback,
+           [this](const XEvent *) { XtVaSetValues(pageField_, XmNcursorPositionVisible, True, nullptr); });
+  whenever(pageField_, XmNlosingFocusCallback,
+           [this](const XEvent *) { XtVaSetValues(pageField_, XmNcursorPositionVisible, False, nullptr); });
+  pageCount_ =
+      XtVaCreateManagedWidget("pageCount", xmLabelWidgetClass, bar_, XmNmarginHeight, window_.pixels(5), nullptr);
+  setLabel(pageCount_, "");
+  others_.insert(others_.end(), {pageField_, pageCount_});
+  whenever(pageField_, XmNactivateCallback, [this](const XEvent *) { takePage(); });
+}
+
+void ToolBarView::takePage() {
+  const std::string text = textOf(pageField_);
+  char *end = nullptr;
+  const long page = std::strtol(text.c_str(), &end, 10);
+  fieldText_ = text; // what the field shows now
+  if (end == text.c_str() || *end != '\0')
+    window_.session().say("\u201C" + text + "\u201D is no page number");
+  else
+    window_.session().goToPage(
+        static_cast<int32_t>(std::clamp(page, 1L, static_cast<long>(window_.session().pageCount()))) - 1);
+  window_.session().touch();
+  window_.focusPage();
+}
+
+} // namespace viewer

@@ -1,0 +1,51 @@
+// The tool bar on the screen: what the host's model of it says, in that order, with the page field behind the buttons
+// that turn pages.
+#pragma once
+
+#include <Xm/Xm.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "host/view/toolbar.h"
+#include "viewer/window/icons.h"
+
+namespace viewer {
+
+class MainWindow;
+
+class ToolBarView {
+public:
+  ToolBarView(MainWindow &window, ::Widget parent);
+  ::Widget widget() const { return bar_; }
+  ::Widget pageField() const { return pageField_; }
+  /// Brings everything up to date.
+  void update();
+
+  struct Button {
+    host::ToolButton *model;
+    std::string name;
+    ::Widget widget;
+    std::string tip;
+    bool enabled; ///< as it is shown
+  };
+  const std::vector<Button> &buttons() const { return buttons_; }
+
+private:
+  void rebuild(const std::vector<host::ToolButton *> &order);
+  void addButton(host::ToolButton *model);
+  void addGap();
+  void addPageField();
+  void takePage();
+
+  MainWindow &window_;
+  ::Widget bar_, pageField_ = nullptr, pageCount_ = nullptr;
+  Icons *icons();
+  std::unique_ptr<Icons> icons_;
+  std::vector<Button> buttons_;
+  std::vector<::Widget> others_;
+  std::string fieldText_, countText_;
+};
+
+} // namespace viewer

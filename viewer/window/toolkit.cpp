@@ -1,0 +1,124 @@
+// The toolkit: locale, display, resources, shell.
+#include "viewer/window/toolkit.h"
+
+#include <X11/Shell.h>
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <cstring>
+#include <langinfo.h>
+
+#include "host/kernel/error.h"
+#include "host/view/desktop.h"
+#include "viewer/window/actions.h"
+#include "viewer/window/colors.h"
+
+namespace viewer {
+namespace {
+
+// Texts are UTF-8 whatever the locale says of them: a plain "C" would show a question mark for every umlaut.
+void chooseLocale() {
+  std::setlocale(LC_CTYPE, "");
+  if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
+  XSetLocaleModifiers("");
+}
+
+// Not through exit: the threads are still at work on what would be taken apart.
+int endWithoutDisplay(::Display *display) {
+  std::fprintf(stderr, "tavrel: lost the connection to display %s\n", DisplayString(display));
+  _exit(EXIT_FAILURE);
+}
+
+int ignoreError(::Display * /*display*/, XErrorEvent * /*event*/) { return 0; }
+
+void merge(XrmDatabase &database, const std::string &lines, bool overrides) {
+  XrmDatabase added = XrmGetStringDatabase(lines.c_str());
+  XrmCombineDatabase(added, &database, overrides ? True : False);
+}
+
+} // namespace
+
+Toolkit::Toolkit(const ToolkitOptions &options) {
+  chooseLocale();
+  XtToolkitInitialize();
+  context_ = XtCreateApplicationContext();
+  char name[] = "tavrel", className[] = "Tavrel", geometryOption[] = "-geometry";
+  std::string geometry = options.geometry;
+  char *arguments[] = {name, geometryOption, geometry.data(), nullptr};
+  int count = geometry.empty() ? 1 : 3;
+  display_ = XtOpenDisplay(context_, options.display.empty() ? nullptr : options.display.c_str(), name, className,
+                           nullptr, 0, &count, arguments);
+  const char *asked = XDisplayName(options.display.empty() ? nullptr : options.display.c_str());
+  if (display_ == nullptr || !Colors::usable(display_)) {
+    const std::string reason =
+        *asked == '\0' ? "no DISPLAY is set"
+                       : std::string("display ") + asked +
+                             (display_ == nullptr ? ": cannot be opened" : ": shows fewer than 24 bits of colour");
+    XtDestroyApplicationContext(context_);
+    throw host::HostError(tavrel::errGeneric, reason);
+  }
+  host::reportWindowErrors();
+  XSetIOErrorHandler(endWithoutDisplay);
+
+  XrmDatabase database = XtScreenDatabase(DefaultScreenOfDisplay(display_));
+  merge(database, allResources(), false);
+  for (const std::string &line : options.resources)
+    merge(database, line + "\n", true);
+  if (const char *dpi = XGetDefault(display_, "Xft", "dpi"); dpi != nullptr && std::atof(dpi) > 0)
+    dpi_ = std::atof(dpi);
+
+  Arg values[4];
+  Cardinal number = 0;
+  XtSetArg(values[number], XmNmappedWhenManaged, False), ++number;
+  XtSetArg(values[number], XmNallowShellResize, False), ++number;
+  XtSetArg(values[number], XmNdeleteResponse, XmDO_NOTHING), ++number;
+  shell_ = XtAppCreateShell(name, className, applicationShellWidgetClass, display_, values, number);
+}
+
+Toolkit::~Toolkit() {
+  XtDestroyWidget(shell_); // does not go with its context
+  XtDestroyApplicationContext(context_);
+}
+
+void Toolkit::abandon() { XSetErrorHandler(ignoreError); }
+
+std::string allResources() { return defaultResources() + keyResources(); }
+
+const char *defaultResources() {
+  return R"(! How the window looks. Copy what you want to change into ~/.Xresources.
+*renderTable: rt
+*rt*fontType: FONT_IS_XFT
+*rt*fontName: DejaVu Sans
+*rt*fontSize: 10
+*background: #F2F2F0
+*foreground: #26282B
+*topShadowColor: #FFFFFF
+*bottomShadowColor: #B9BBBE
+*highlightColor: #3B6EC4
+*shadowThickness: 1
+*highlightThickness: 1
+*XmTextField.background: #FFFFFF
+*XmText.background: #FFFFFF
+*XmList.background: #FFFFFF
+*XmScrollBar.background: #C3C6CA
+*XmScrollBar.troughColor: #E8E8E6
+*XmScrollBar.highlightThickness: 0
+*selectColor: #3B6EC4
+*toolTipString*background: #FFFBE0
+*menubar.shadowThickness: 0
+*menubar.marginHeight: 1
+*toolbar*highlightThickness: 0
+*toolbar.XmPushButton.shadowThickness: 1
+*statusbar*highlightThickness: 0
+*page.highlightThickness: 0
+*tearOffModel: TEAR_OFF_DISABLED
+*XmFileSelectionBox.pathMode: PATH_MODE_FULL
+! The page and what is around it.
+*ground: #D9DBDE
+*pageBorder: #A9ACB1
+*tickColor: #D8A200
+)";
+}
+
+} // namespace viewer

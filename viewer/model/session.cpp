@@ -7,8 +7,7 @@
 
 namespace viewer {
 
-Session::Session(host::Runtime &runtime, host::Application &app, double screenDpi, std::function<void()> wake)
-    : runtime_(runtime), app_(app), screenDpi_(screenDpi), renderer_(wake), searcher_(wake) {
+Session::Session(host::Application &app, std::function<void()> wake) : app_(app), renderer_(wake), searcher_(wake) {
   app_.prepare = [this](host::ViewerDocument &document) { prepare(document); };
   app_.listener = [this](host::ViewerDocument & /*document*/) { touch(); };
   app_.statusListener = [this] { touch(); };
@@ -16,8 +15,7 @@ Session::Session(host::Runtime &runtime, host::Application &app, double screenDp
 }
 
 Session::~Session() {
-  while (!open_.empty())
-    close(*open_.back());
+  closeAll();
   app_.prepare = {};
   app_.listener = {};
   app_.statusListener = {};
@@ -124,6 +122,11 @@ void Session::close(OpenDocument &document) {
 
 void Session::closeFront() {
   if (OpenDocument *document = find(front())) close(*document);
+}
+
+void Session::closeAll() {
+  while (!open_.empty())
+    close(*open_.back());
 }
 
 void Session::bringToFront(size_t index) {

@@ -49,8 +49,7 @@ struct Shown {
 
 class Session {
 public:
-  /// `screenDpi` is what 100 % means.
-  Session(host::Runtime &runtime, host::Application &app, double screenDpi, std::function<void()> wake);
+  Session(host::Application &app, std::function<void()> wake);
   ~Session(); ///< closes the documents
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
@@ -67,6 +66,7 @@ public:
   /// Whether a password has been asked for.
   bool asksPassword() const { return asksPassword_; }
   void closeFront();
+  void closeAll();
   /// Opens the front document's file anew, on the same page.
   void reload();
   void bringToFront(size_t index);
@@ -78,6 +78,8 @@ public:
 
   // ---- the page
 
+  /// What 100 % means; before the first collect().
+  void setScreenDpi(double dpi) { screenDpi_ = dpi; }
   void setWindow(int width, int height, int margin);
   int32_t pageCount() const;
   int32_t page() const;
@@ -182,9 +184,8 @@ private:
   OpenDocument *find(uint64_t number);
   void forgetWords();
 
-  host::Runtime &runtime_;
   host::Application &app_;
-  double screenDpi_;
+  double screenDpi_ = 96;
   host::Fit fit_ = host::Fit::width;
   int windowWidth_ = 0, windowHeight_ = 0, margin_ = 0;
   std::vector<std::unique_ptr<OpenDocument>> open_;

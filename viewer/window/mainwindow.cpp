@@ -73,15 +73,11 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
       if (action.accelerator != nullptr) button->tip += " (" + keyName(action.accelerator) + ")";
     }
   }
-  session_.questions = this;
-  app_.alert = [this](const host::Alert &asked) { return alert(asked); };
   build();
 }
 
 MainWindow::~MainWindow() {
   s_window = nullptr;
-  session_.questions = nullptr;
-  app_.alert = host::answerAlerts(false);
   for (host::ToolButton *button : app_.toolBar()->order()) {
     button->ownAction = {};
     button->ownTest = {};
@@ -125,14 +121,8 @@ void MainWindow::build() {
 
 void MainWindow::realize() {
   ::Widget shell = toolkit_.shell();
-  char *asked = nullptr;
-  XtVaGetValues(shell, XmNgeometry, &asked, nullptr);
-  if (asked == nullptr) { // as wide as a page of its natural size, as high as the screen lets it
-    const Screen *screen = XtScreen(shell);
-    const int width = std::min(pixels(900), WidthOfScreen(screen) * 9 / 10);
-    const int height = std::min(pixels(1000), HeightOfScreen(screen) * 85 / 100);
-    XtVaSetValues(shell, XmNwidth, width, XmNheight, height, nullptr);
-  }
+  const Toolkit::Size size = toolkit_.windowSize();
+  XtVaSetValues(shell, XmNwidth, size.width, XmNheight, size.height, nullptr);
   XtVaSetValues(shell, XmNminWidth, pixels(320), XmNminHeight, pixels(240), nullptr);
   XtRealizeWidget(shell);
   pageArea_->resized();

@@ -22,10 +22,10 @@ namespace viewer {
 
 struct Action;
 
-class MainWindow : public Questions {
+class MainWindow {
 public:
   MainWindow(Toolkit &toolkit, Session &session, host::Application &app, const host::PluginLoader &plugins);
-  ~MainWindow() override;
+  ~MainWindow();
   MainWindow(const MainWindow &) = delete;
   MainWindow &operator=(const MainWindow &) = delete;
 
@@ -60,7 +60,7 @@ public:
   void run(const Action &action);
   void press(host::ToolButton &button, const XEvent *event);
 
-  void askPassword(const Target &target, bool again) override;
+  void askPassword(const Target &target, bool again);
   /// For plug-ins: shows an alert and waits for the answer.
   int32_t alert(const host::Alert &alert);
 

@@ -17,23 +17,24 @@
 namespace viewer {
 namespace {
 
-constexpr double margin = 12;    // around the page, in pixels at 96 dots per inch
+// In pixels at 96 dots per inch.
+constexpr double marginWidth = 12, barWidth = 14, ticksWidth = 8;
 constexpr int unitsAPage = 1000; // of the vertical scroll bar
 
 } // namespace
 
 PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
   form_ = XtVaCreateManagedWidget("pageArea", xmFormWidgetClass, parent, XmNshadowThickness, 0, nullptr);
-  const int barWidth = window.pixels(14);
-  ticksArea_ = XtVaCreateManagedWidget("ticks", xmDrawingAreaWidgetClass, form_, XmNwidth, window.pixels(8),
+  const int thickness = window.pixels(barWidth);
+  ticksArea_ = XtVaCreateManagedWidget("ticks", xmDrawingAreaWidgetClass, form_, XmNwidth, window.pixels(ticksWidth),
                                        XmNrightAttachment, XmATTACH_FORM, XmNtopAttachment, XmATTACH_FORM,
                                        XmNbottomAttachment, XmATTACH_FORM, XmNtraversalOn, False, nullptr);
   vertical_ = XtVaCreateManagedWidget("verticalBar", xmScrollBarWidgetClass, form_, XmNorientation, XmVERTICAL,
-                                      XmNwidth, barWidth, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
+                                      XmNwidth, thickness, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
                                       ticksArea_, XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM,
                                       XmNtraversalOn, False, XmNshowArrows, XmNONE, nullptr);
   horizontal_ = XtVaCreateWidget("horizontalBar", xmScrollBarWidgetClass, form_, XmNorientation, XmHORIZONTAL,
-                                 XmNheight, barWidth, XmNleftAttachment, XmATTACH_FORM, XmNbottomAttachment,
+                                 XmNheight, thickness, XmNleftAttachment, XmATTACH_FORM, XmNbottomAttachment,
                                  XmATTACH_FORM, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget, vertical_,
                                  XmNtraversalOn, False, XmNshowArrows, XmNONE, nullptr);
   area_ = XtVaCreateManagedWidget("page", xmDrawingAreaWidgetClass, form_, XmNleftAttachment, XmATTACH_FORM,
@@ -68,6 +69,12 @@ PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
   }
 }
 
+int PageArea::margin(const Toolkit &toolkit) { return toolkit.pixels(marginWidth); }
+
+int PageArea::windowWidth(const Toolkit &toolkit, int shellWidth) {
+  return shellWidth - toolkit.pixels(barWidth) - toolkit.pixels(ticksWidth) - 2 * margin(toolkit);
+}
+
 PageArea::~PageArea() { XFreeGC(window_.toolkit().display(), context_); }
 
 Pixel PageArea::color(const char *name, const char *className, const char *otherwise) const {
@@ -85,13 +92,13 @@ void PageArea::resized() {
   if (width == width_ && height == height_) return;
   width_ = width;
   height_ = height;
-  const int around = window_.pixels(margin);
+  const int around = margin(window_.toolkit());
   window_.session().setWindow(std::max(1, width_ - 2 * around), std::max(1, height_ - 2 * around), around);
 }
 
 Place PageArea::pagePlace() const {
   const Shown &shown = window_.session().shown();
-  const int around = window_.pixels(margin);
+  const int around = margin(window_.toolkit());
   const int roomX = width_ - 2 * around - shown.pageWidth;
   return {around + std::max(0, roomX / 2) - shown.scrollX, around - shown.scrollY, shown.pageWidth, shown.pageHeight};
 }
@@ -162,7 +169,7 @@ void PageArea::update() {
   XtVaSetValues(vertical_, XmNmaximum, whole, XmNsliderSize, slider, XmNvalue, value, XmNincrement, unitsAPage / 20,
                 XmNpageIncrement, std::max(1, slider), nullptr);
   const Shown &shown = session.shown();
-  const int window = std::max(1, width_ - 2 * window_.pixels(margin));
+  const int window = std::max(1, width_ - 2 * margin(window_.toolkit()));
   const bool wide = shown.document && shown.pageWidth > window;
   if (wide != wide_) {
     wide_ = wide;
@@ -177,7 +184,7 @@ void PageArea::update() {
   if (wide)
     XtVaSetValues(horizontal_, XmNmaximum, shown.pageWidth, XmNsliderSize, std::min(window, shown.pageWidth), XmNvalue,
                   std::clamp(shown.scrollX, 0, std::max(0, shown.pageWidth - window)), XmNincrement,
-                  window_.pixels(margin), XmNpageIncrement, window, nullptr);
+                  margin(window_.toolkit()), XmNpageIncrement, window, nullptr);
   if (std::vector<int32_t> ticks = session.markedPages(); ticks != ticks_) {
     ticks_ = std::move(ticks);
     paintTicks();

@@ -12,6 +12,7 @@
 namespace viewer {
 
 class MainWindow;
+class Toolkit;
 
 class PageArea {
 public:
@@ -19,6 +20,10 @@ public:
   ~PageArea();
   PageArea(const PageArea &) = delete;
   PageArea &operator=(const PageArea &) = delete;
+
+  /// How wide the area for the page's window is in a shell of that width, and the margin around it.
+  static int windowWidth(const Toolkit &toolkit, int shellWidth);
+  static int margin(const Toolkit &toolkit);
 
   ::Widget widget() const { return form_; }
   ::Widget page() const { return area_; }

@@ -22,6 +22,12 @@ public:
   double dpi() const { return dpi_; }
   /// A length of so many pixels at 96 dots per inch.
   int pixels(double length) const { return static_cast<int>(length * dpi_ / 96 + 0.5); }
+  /// The size that the window is going to have, unless a window manager thinks otherwise: as wide as a page of its
+  /// natural size, as high as the screen lets it, or what the user has asked for.
+  struct Size {
+    int width, height;
+  };
+  Size windowSize() const;
   /// From now on the windows are gone, and what is left to do with them is no error.
   void abandon();
 

@@ -2,11 +2,14 @@
 #include "viewer/window/view.h"
 
 #include <fcntl.h>
+#include <fontconfig/fontconfig.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <thread>
 
 #include "host/view/desktop.h"
 #include "viewer/window/embedding.h"
@@ -60,48 +63,129 @@ void collectResults(XtPointer data, int * /*source*/, XtInputId * /*id*/) {
   collector.session.collect();
 }
 
+// Fonts are looked up while everything else starts: reading their configuration takes as long as opening a document.
+class FontsAhead {
+public:
+  FontsAhead()
+      : thread_([] {
+          FcPattern *pattern = FcNameParse(reinterpret_cast<const FcChar8 *>("DejaVu Sans-10"));
+          FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
+          FcDefaultSubstitute(pattern);
+          FcResult result = FcResultNoMatch;
+          if (FcPattern *match = FcFontMatch(nullptr, pattern, &result)) FcPatternDestroy(match);
+          FcPatternDestroy(pattern);
+        }) {}
+  ~FontsAhead() { await(); }
+  FontsAhead(const FontsAhead &) = delete;
+  FontsAhead &operator=(const FontsAhead &) = delete;
+  void await() {
+    if (thread_.joinable()) thread_.join();
+  }
+
+private:
+  std::thread thread_;
+};
+
+// Waits a little for the first document, so that its page is rendered while the window is being made. A document that
+// takes longer arrives later.
+void awaitDocument(const Bell &bell, Session &session) {
+  constexpr int patience = 100; // milliseconds
+  pollfd ready{bell.end(), POLLIN, 0};
+  if (!session.opening() || poll(&ready, 1, patience) <= 0) return;
+  bell.silence();
+  session.collect();
+  session.draw(); // asks for the page
+}
+
+// The window, made when it is wanted: a plug-in or a document may ask something before it would be time.
+class Windows : public Questions {
+public:
+  Windows(Toolkit &toolkit, Session &session, host::Application &app, const host::PluginLoader &plugins,
+          const ViewOptions &options)
+      : toolkit_(toolkit), session_(session), app_(app), plugins_(plugins), options_(options) {
+    session_.questions = this;
+    app_.alert = [this](const host::Alert &asked) { return get().alert(asked); };
+  }
+  ~Windows() override {
+    session_.questions = nullptr;
+    app_.alert = host::answerAlerts(false);
+  }
+  Windows(const Windows &) = delete;
+  Windows &operator=(const Windows &) = delete;
+
+  void askPassword(const Target &target, bool again) override { get().askPassword(target, again); }
+
+  /// On the screen.
+  MainWindow &get() {
+    if (window_) return *window_;
+    window_ = std::make_unique<MainWindow>(toolkit_, session_, app_, plugins_);
+    window_->realize();
+    if (!options_.into.empty()) embedding_ = std::make_unique<Embedding>(toolkit_, *window_, options_.into);
+    if (!options_.testSocket.empty()) {
+      socket_ = std::make_unique<TestSocket>(*window_, options_.testSocket);
+      window_->watcher = [this] { socket_->tell(); };
+    }
+    window_->map();
+    return *window_;
+  }
+
+private:
+  Toolkit &toolkit_;
+  Session &session_;
+  host::Application &app_;
+  const host::PluginLoader &plugins_;
+  const ViewOptions &options_;
+  std::unique_ptr<MainWindow> window_;
+  std::unique_ptr<Embedding> embedding_;
+  std::unique_ptr<TestSocket> socket_;
+};
+
+// Ends the session before the plug-ins go, whichever way the viewer ends.
+struct Closing {
+  Session &session;
+  ~Closing() { session.closeAll(); }
+};
+
 ViewEnd run(const ViewOptions &options) {
   Bell bell; // the threads ring it to their end
+  FontsAhead fonts;
   host::Runtime runtime;
-  Toolkit toolkit(options.toolkit);
-  host::WindowSystem windows(toolkit.shell());
   host::Application app(runtime);
   host::addHostTables(runtime);
-  host::PluginLoader plugins(runtime);
-  Session session(runtime, app, toolkit.dpi(), [&bell] { bell.ring(); });
+  Session session(app, [&bell] { bell.ring(); });
   for (size_t i = 0; i < options.documents.size(); ++i) {
     Target target = targetOf(options.documents[i]);
     if (i == 0 && !options.hits.empty()) addParameter(target, "xml", std::filesystem::absolute(options.hits));
     session.open(target, options.password);
   }
+  Toolkit toolkit(options.toolkit);
+  session.setScreenDpi(toolkit.dpi());
+  host::WindowSystem windowSystem(toolkit.shell());
+  host::PluginLoader plugins(runtime);
+  const Closing closing{session};
   if (!options.into.empty()) setenv("TAVREL_PLUGIN_PARENTLESS_ROOT", "1", 0);
   plugins.load(host::pluginDirectories(options.pluginsDirectory));
 
-  MainWindow window(toolkit, session, app, plugins);
-  window.realize();
-  std::unique_ptr<Embedding> embedding;
-  if (!options.into.empty()) embedding = std::make_unique<Embedding>(toolkit, window, options.into);
-  std::unique_ptr<TestSocket> socket;
-  if (!options.testSocket.empty()) {
-    socket = std::make_unique<TestSocket>(window, options.testSocket);
-    window.watcher = [&] { socket->tell(); };
-  }
+  const Toolkit::Size size = toolkit.windowSize();
+  session.setWindow(PageArea::windowWidth(toolkit, size.width), size.height, PageArea::margin(toolkit));
+  Windows windows(toolkit, session, app, plugins, options);
+  awaitDocument(bell, session);
+  fonts.await();
+  MainWindow &window = windows.get();
   Collector collector{bell, session, app};
   const XtInputId input = XtAppAddInput(toolkit.context(), bell.end(), reinterpret_cast<XtPointer>(XtInputReadMask),
                                         collectResults, &collector);
-  window.map();
   // Without a document and without hope of one there is nothing to show, but inside another program's window.
   const bool staysEmpty = options.documents.empty() || !options.into.empty();
   bool had = false;
-  window.loop([&] {
+  const auto hopeless = [&] {
     had |= session.front() != nullptr || session.asksPassword();
     return !staysEmpty && !had && !session.opening();
-  });
+  };
+  window.loop(hopeless);
   XtRemoveInput(input);
   window.watcher = {};
-  const bool nothing = !staysEmpty && !had;
-  embedding.reset();
-  return nothing ? ViewEnd::noDocument : ViewEnd::closed;
+  return hopeless() ? ViewEnd::noDocument : ViewEnd::closed;
 }
 
 } // namespace

@@ -8,4 +8,4 @@ tavrel_test(NAME end_to_end_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/end_to_end/
 target_compile_definitions(end_to_end_test PRIVATE TEST_DOCUMENTS="${test_documents}"
                                                    TAVREL="$<TARGET_FILE:tavrel>"
                                                    TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>")
-add_dependencies(end_to_end_test tavrel TavrelGLT HitCount)
+add_dependencies(end_to_end_test tavrel TavrelGLT BRZ HitCount HitPages)

@@ -41,10 +41,12 @@ struct VersionNote {
   char owner[8] = "Tavrel"; ///< padded to four bytes
   char text[32] = {};
 };
+// NOLINTBEGIN(bugprone-macro-parentheses): a string in parentheses initialises no array
 #define TAVREL_PLUGIN_VERSION(version)                                                                                 \
   [[gnu::section(".note.tavrel"), gnu::used, gnu::aligned(4)]] static const tavrel::VersionNote tavrelVersionNote {    \
     .text = version                                                                                                    \
   }
+// NOLINTEND(bugprone-macro-parentheses)
 
 /// Negotiates: writes the version to speak and the set-up procedure (a SetupProc). Non-zero is success.
 using PluginMain = uint32_t (*)(uint32_t hostVersion, uint32_t *outVersion, void **outSetupProc);

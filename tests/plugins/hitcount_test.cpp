@@ -1,22 +1,6 @@
 // Two plug-ins at work together: one knows hits, the other asks it about them through its exported table, and a third,
 // which is this test, has it show lists of its own.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <memory>
-
-#include "host/kernel/loader.h"
-#include "host/view/application.h"
-#include "host/view/desktop.h"
-#include "tavrel/Kernel.h"
-#include "tavrel/TavrelGLT.h"
-#include "tavrel/TavrelView.h"
-#include "tests/support/pdf.h"
-#include "tools/display.h"
-
-tavrel::HFT gKernelHFT = host::kernelTable();
-tavrel::HFT gTavrelViewHFT = host::viewTable();
-tavrel::HFT gTavrelGLTHFT;
+#include "Plugins.h"
 
 namespace {
 
@@ -24,10 +8,6 @@ using namespace tavrel;
 
 constexpr ColorValue green = {colorSpaceRGB, {0, fixedOne, 0, 0}};
 constexpr uint32_t greenPixel = 0xFF00FF00, redPixel = 0xFFFF0000;
-
-std::vector<test::PdfPage> fourPages() {
-  return {4, {.texts = {{20, 100, "alpha beta gamma delta"}}, .width = 200, .height = 200}};
-}
 
 size_t pixelsOf(const host::Drawing &drawing, uint32_t color) {
   return static_cast<size_t>(std::count(drawing.image.pixels.begin(), drawing.image.pixels.end(), color));
@@ -37,42 +17,9 @@ size_t pixelsOf(const host::Drawing &drawing, uint32_t color) {
 std::vector<uint32_t> told;
 void noteJump(Doc, HLL *, uint32_t code, void *) { told.push_back(code); }
 
-/// A host with the plug-ins of a folder.
-struct Host {
-  explicit Host(const std::filesystem::path &folder) {
-    runtime.reporter = [this](const std::string &line) { reports.push_back(line); };
-    host::addHostTables(runtime);
-    plugins.load({folder});
-    gTavrelGLTHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelGLT"), tavrelGLTVersion);
-  }
-
-  host::Runtime runtime;
-  const host::TopLevel topLevel;
-  host::WindowSystem windows{topLevel.widget()};
-  host::Application app{runtime};
-  host::PluginLoader plugins{runtime};
-  std::vector<std::string> reports;
-};
-
-/// The host, and an open document of four pages, each "alpha beta gamma delta".
-class Plugins : public testing::Test {
+class Plugins : public test::Plugins {
 protected:
-  // One host for all tests: a table whose server went is not offered again.
-  static void SetUpTestSuite() {
-    static tools::Display display;
-    display.await();
-    host_ = std::make_unique<Host>(TAVREL_PLUGINS);
-  }
-  static void TearDownTestSuite() { host_.reset(); }
-
-  Plugins() {
-    told.clear();
-    document = &app.open(host::Document::open(scratch.pdf(fourPages()), ""), "test.pdf", 72);
-    doc = app.documents().handle(document);
-  }
-  ~Plugins() override {
-    if (app.front() != nullptr) app.close(*document);
-  }
+  Plugins() { told.clear(); }
 
   /// Six hits: two on page 0, three on page 2, one on page 3. They are found at these places of a page's text or words.
   static HLL *sixHits(uint16_t first, uint16_t second, uint16_t third, uint16_t length) {
@@ -103,22 +50,15 @@ protected:
     TavrelGLT::GLT_Jump(doc, code);
     return statusAfterADraw();
   }
-
-  static inline std::unique_ptr<Host> host_;
-  host::Application &app = host_->app;
-  const std::vector<host::Plugin> &plugins = host_->plugins.plugins();
-  const std::vector<std::string> &reports = host_->reports;
-  const test::ScratchFolder scratch;
-  host::ViewerDocument *document = nullptr;
-  Doc doc = nullptr;
 };
 
-TEST_F(Plugins, AreLoadedWithTheOneThatAsksFirst) {
-  ASSERT_EQ(plugins.size(), 2U);
-  EXPECT_EQ(plugins[0].name, "HitCount");
-  EXPECT_EQ(plugins[1].name, "TavrelGLT");
-  for (const host::Plugin &plugin : plugins)
+TEST_F(Plugins, AreLoadedInOrderOfTheirNames) {
+  std::vector<std::string> names;
+  for (const host::Plugin &plugin : plugins) {
+    names.push_back(plugin.name);
     EXPECT_EQ(plugin.state, host::PluginState::initialised) << plugin.reason;
+  }
+  EXPECT_EQ(names, (std::vector<std::string>{"BRZ", "HitCount", "HitPages", "TavrelGLT"}));
   EXPECT_EQ(reports, std::vector<std::string>{});
 }
 
@@ -224,7 +164,7 @@ TEST_F(Plugins, SayNothingAnyMoreWhenTheListGoes) {
 TEST_F(Plugins, SpeakOfTheFrontDocumentOnly) {
   host::ViewerDocument &behind = *document;
   registerInCharacters();
-  host::ViewerDocument &front = app.open(host::Document::open(scratch.pdf(fourPages()), ""), "test.pdf", 72);
+  host::ViewerDocument &front = app.open(test::fourPages(scratch), "test.pdf", 72);
   app.draw(front);
   app.draw(behind);
   EXPECT_EQ(app.statusText(), "") << "the front one has no hits";
@@ -240,21 +180,6 @@ TEST_F(Plugins, SayNothingAnyMoreWhenTheDocumentCloses) {
   app.close(*document);
   EXPECT_EQ(app.statusText(), "");
   EXPECT_EQ(reports, std::vector<std::string>{});
-}
-
-TEST(HitCountAlone, IsQuiet) {
-  tools::Display display;
-  display.await();
-  const test::ScratchFolder folder;
-  std::filesystem::create_symlink(HIT_COUNT, folder.path() / "HitCount.so");
-  Host host(folder.path());
-  EXPECT_EQ(gTavrelGLTHFT, nullptr);
-  ASSERT_EQ(host.plugins.plugins().size(), 1U);
-  EXPECT_EQ(host.plugins.plugins()[0].state, host::PluginState::initialised);
-  host::ViewerDocument &document = host.app.open(host::Document::open(folder.pdf(fourPages()), ""), "test.pdf", 72);
-  host.app.draw(document);
-  EXPECT_EQ(host.app.statusText(), "");
-  EXPECT_EQ(host.reports, std::vector<std::string>{});
 }
 
 } // namespace

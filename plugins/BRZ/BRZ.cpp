@@ -1,0 +1,184 @@
+// A plug-in that opens a document as a link in a browser wants it: at the page of "page=3", with the hits of
+// "xml=hits.xml". The parameters come from the host, and the file's bytes go to whoever handles auxiliary data; what
+// they mean is not known here. What cannot be done is said on standard error and on the status line.
+//
+// Owns the table pointers and the file read last (file.h). Host calls may raise through any of these functions: no
+// object here has a destructor.
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+
+#include "file.h"
+#include "parameters.h"
+#include "tavrel/Kernel.h"
+#include "tavrel/TavrelGLT.h"
+#include "tavrel/TavrelView.h"
+#include "tavrel/plugin.h"
+
+using namespace tavrel;
+
+HFT gKernelHFT, gTavrelViewHFT, gTavrelGLTHFT;
+
+namespace {
+
+constexpr char notYet[] = "cannot be fetched yet";
+
+ExtensionID s_self;
+Doc s_spokenOf; ///< the document that the status text is about, or null
+
+template <typename Function> Callback callbackOf(Function function) {
+  return Kernel::CreateCallback(s_self, entryOf(function));
+}
+
+/// Puts three parts on standard error. They may hold whatever a link holds.
+void writeLine(const char *subject, const char *predicate, const char *object) {
+  char line[3 * PATH_MAX];
+  snprintf(line, sizeof line, "%s: %s%s", subject, predicate, object);
+  brz::makePrintable(line);
+  fprintf(stderr, "%s\n", line);
+}
+
+/// The same for the status line, where there is little room: no more of each part than a file's name may have.
+void showLine(Doc document, const char *subject, const char *predicate, const char *object) {
+  char line[4 * NAME_MAX];
+  snprintf(line, sizeof line, "%.*s: %.*s%.*s", NAME_MAX, subject, NAME_MAX, predicate, NAME_MAX, object);
+  brz::makePrintable(line);
+  TavrelView::SetStatusText(s_self, line);
+  s_spokenOf = document;
+}
+
+/// Says something of a file in both places; `other` is another file or nothing.
+void sayOfFile(Doc document, const char *file, const char *predicate, const char *other = "") {
+  writeLine(file, predicate, other);
+  showLine(document, brz::baseName(file), predicate, brz::baseName(other));
+}
+
+/// Says of a parameter's value that there is nothing of its kind. What is too long is cut.
+void writeWrongValue(Doc document, const char *name, std::string_view value, const char *kind) {
+  char text[2 * NAME_MAX];
+  snprintf(text, sizeof text, "%s=%.*s: is no ", name, static_cast<int>(std::min<size_t>(value.size(), NAME_MAX)),
+           value.data());
+  writeLine(TavrelView::DocGetFile(document), text, kind);
+}
+
+void showPage(Doc document, std::string_view value) {
+  const std::optional<int32_t> number = brz::pageNumberOf(value);
+  if (!number) return writeWrongValue(document, "page", value, "page");
+  PageView view = TavrelView::DocGetPageView(document);
+  const int32_t last = TavrelView::PageViewGetPageCount(view);
+  TavrelView::PageViewShowPage(view, std::min(*number, last) - 1);
+}
+
+/// Reads a file that a document's link names: as on a web page it lies beside the document, or else in the current
+/// folder. `file` becomes the one that there is.
+int readNamedBy(Doc document, char (&file)[PATH_MAX], std::string_view *content) {
+  if (file[0] != '/') {
+    const char *source = TavrelView::DocGetFile(document);
+    const auto folder = static_cast<int>(brz::baseName(source) - source);
+    char beside[PATH_MAX];
+    const int length = snprintf(beside, sizeof beside, "%.*s%s", folder, source, file);
+    if (length >= 0 && static_cast<size_t>(length) < sizeof beside) {
+      const int error = brz::readFile(beside, content);
+      if (error != ENOENT && error != ENOTDIR) {
+        memcpy(file, beside, sizeof beside);
+        return error;
+      }
+    }
+  }
+  return brz::readFile(file, content);
+}
+
+void attach(Doc document, const char *file, std::string_view content) {
+  const Atom type = Kernel::AtomFromString(brz::callsItselfXml(content) ? "xml" : "tavrelglt");
+  const Bool16 taken =
+      TavrelView::DocAttachAuxData(document, type, content.data(), static_cast<uint32_t>(content.size()));
+  brz::releaseFile();
+  if (taken == 0) return sayOfFile(document, file, "no plug-in takes highlight files");
+  if (gTavrelGLTHFT != nullptr && TavrelGLT::GLT_GetHLL(document) == nullptr)
+    sayOfFile(document, file, "marks nothing in ", TavrelView::DocGetFile(document));
+}
+
+void showHits(Doc document, std::string_view value) {
+  char file[PATH_MAX];
+  if (brz::isRemote(value)) {
+    snprintf(file, sizeof file, "%.*s", static_cast<int>(value.size()), value.data());
+    writeLine(file, notYet, "");
+    return showLine(document, file, notYet, "");
+  }
+  if (!brz::decodeFile(value, file, sizeof file)) return sayOfFile(document, "xml", strerror(ENAMETOOLONG));
+  if (file[0] == 0) return writeWrongValue(document, "xml", value, "file");
+  std::string_view content;
+  const int error = readNamedBy(document, file, &content);
+  if (error != 0) return sayOfFile(document, file, strerror(error));
+  attach(document, file, content);
+}
+
+void clearStatus() {
+  s_spokenOf = nullptr;
+  TavrelView::SetStatusText(s_self, nullptr);
+}
+
+/// Whoever takes highlight files has said so before any document is open.
+void documentOpened(Doc document, void * /*clientData*/) {
+  clearStatus();
+  const char *parameters = TavrelView::DocGetOpenParameters(document);
+  if (parameters == nullptr) return;
+  const std::optional<std::string_view> page = brz::valueOf(parameters, "page"), xml = brz::valueOf(parameters, "xml");
+  if (page) showPage(document, *page);
+  if (xml) showHits(document, *xml); // the page first: this may turn to the first hit
+}
+
+void documentClosed(Doc document, void * /*clientData*/) {
+  if (document == s_spokenOf) clearStatus();
+}
+
+uint32_t importTables() {
+  gTavrelGLTHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelGLT"), tavrelGLTVersion);
+  return 1;
+}
+
+uint32_t initialise() {
+  TavrelView::RegisterNotification(notifyDocDidOpen, s_self, callbackOf(documentOpened), nullptr);
+  TavrelView::RegisterNotification(notifyDocDidClose, s_self, callbackOf(documentClosed), nullptr);
+  return 1;
+}
+
+uint32_t unload() {
+  brz::releaseFile();
+  return 1;
+}
+
+uint32_t shakeHands(uint32_t /*version*/, HandshakeRecord *record) {
+  record->name = Kernel::AtomFromString("BRZ");
+  record->importTables = callbackOf(importTables);
+  record->initialise = callbackOf(initialise);
+  record->unload = callbackOf(unload);
+  return 1;
+}
+
+uint32_t setUp(uint32_t version, SetupRecord *record) {
+  if (version != handshakeVersion) return 0;
+  s_self = record->extension;
+  gKernelHFT = record->kernel;
+  gTavrelViewHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelView"), tavrelViewVersion);
+  if (gTavrelViewHFT == nullptr) return 0;
+  record->handshake = callbackOf(shakeHands);
+  return 1;
+}
+
+} // namespace
+
+TAVREL_PLUGIN_VERSION("1.0");
+
+// The exported `main`, under another name in the source because it has three arguments; protected, or the `main` of the
+// program that loads it would take its place.
+extern "C" [[gnu::visibility("protected")]] uint32_t brzMain(uint32_t hostVersion, uint32_t *outVersion,
+                                                             void **outSetupProc) __asm__("main");
+
+extern "C" uint32_t brzMain(uint32_t hostVersion, uint32_t *outVersion, void **outSetupProc) {
+  *outVersion = std::min(hostVersion, handshakeVersion);
+  *outSetupProc = functionOf<void *>(entryOf(setUp));
+  return 1;
+}

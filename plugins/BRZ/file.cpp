@@ -1,0 +1,62 @@
+// Reads files. Owns the bytes of the last one.
+#include "file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+
+namespace brz {
+namespace {
+
+constexpr off_t largestFile = off_t{256} << 20;
+
+char *s_bytes;
+
+/// The length read: what a file that shrinks meanwhile still has. -1 where it cannot be read.
+ssize_t readAll(int descriptor, char *bytes, size_t size) {
+  size_t length = 0;
+  while (length < size) {
+    const ssize_t part = read(descriptor, bytes + length, size - length);
+    if (part < 0 && errno == EINTR) continue;
+    if (part < 0) return -1;
+    if (part == 0) break;
+    length += static_cast<size_t>(part);
+  }
+  return static_cast<ssize_t>(length);
+}
+
+int readOpened(int descriptor, std::string_view *content) {
+  struct stat status = {};
+  if (fstat(descriptor, &status) != 0) return errno;
+  if (S_ISDIR(status.st_mode)) return EISDIR;
+  if (!S_ISREG(status.st_mode)) return ENOTSUP;
+  if (status.st_size > largestFile) return EFBIG;
+  const auto size = static_cast<size_t>(status.st_size);
+  s_bytes = static_cast<char *>(malloc(size + 1)); // an empty file has a block, too
+  if (s_bytes == nullptr) return ENOMEM;
+  const ssize_t length = readAll(descriptor, s_bytes, size);
+  if (length < 0) return errno;
+  *content = {s_bytes, static_cast<size_t>(length)};
+  return 0;
+}
+
+} // namespace
+
+int readFile(const char *file, std::string_view *content) {
+  releaseFile();
+  const int descriptor = open(file, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK); // a pipe would make it wait
+  if (descriptor < 0) return errno;
+  const int error = readOpened(descriptor, content);
+  close(descriptor);
+  return error;
+}
+
+void releaseFile() {
+  free(s_bytes);
+  s_bytes = nullptr;
+}
+
+} // namespace brz

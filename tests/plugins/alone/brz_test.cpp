@@ -1,0 +1,284 @@
+// Documents opened at a page and with a file, which this test takes from whoever hands it on.
+#include <sys/stat.h>
+
+#include "tests/host/kernel/Guest.h"
+#include "tests/plugins/Plugins.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace tavrel;
+
+/// What the handler got, and which page was shown then.
+struct Received {
+  std::string type, bytes;
+  int32_t page;
+};
+std::vector<Received> received;
+
+Bool16 receive(Atom type, const void *data, uint32_t length, Doc document) {
+  const bool xml = type == Kernel::AtomFromString("xml");
+  received.push_back({xml ? "xml" : "tavrelglt", std::string(static_cast<const char *>(data), length),
+                      TavrelView::PageViewGetPageNum(TavrelView::DocGetPageView(document))});
+  return 1;
+}
+
+Bool16 fail(Atom, const void *, uint32_t, Doc) {
+  Kernel::RaiseError(errGeneric);
+  return 1;
+}
+
+/// Goes to another current folder for as long as it lives.
+class CurrentFolder {
+public:
+  explicit CurrentFolder(const fs::path &folder) : before_(fs::current_path()) { fs::current_path(folder); }
+  ~CurrentFolder() { fs::current_path(before_); }
+  CurrentFolder(const CurrentFolder &) = delete;
+  CurrentFolder &operator=(const CurrentFolder &) = delete;
+
+private:
+  fs::path before_;
+};
+
+/// The plug-in in a host without another, and a handler for both types.
+class OpenedWith : public testing::Test {
+protected:
+  OpenedWith() {
+    received.clear();
+    handleWith(receive);
+  }
+
+  void handleWith(AuxDataProc procedure) {
+    leaveUnhandled();
+    handler = {8, guest.callback(procedure)};
+    for (const char *type : {"tavrelglt", "xml"})
+      TavrelView::RegisterAuxDataHandler(guest.id, Kernel::AtomFromString(type), &handler);
+  }
+  void leaveUnhandled() {
+    for (const char *type : {"tavrelglt", "xml"})
+      TavrelView::UnregisterAuxDataHandler(guest.id, Kernel::AtomFromString(type), &handler);
+  }
+  /// Opens the document in front of all others and gives what is said of it on standard error.
+  std::string open(const std::string &parameters) {
+    testing::internal::CaptureStderr();
+    document = &app.open(test::fourPages(scratch), file, 72, parameters);
+    return testing::internal::GetCapturedStderr();
+  }
+  int32_t pageShown() const { return document->view->page(); }
+  /// The bytes of the only file that was handed on.
+  static std::string content() { return received.size() == 1 ? received[0].bytes : "(none, or several)"; }
+
+  /// The folder of all plug-ins but for the others.
+  static fs::path folderWithOne(const fs::path &folder) {
+    fs::create_directory(folder);
+    fs::create_symlink(fs::path(TAVREL_PLUGINS) / "BRZ.so", folder / "BRZ.so");
+    return folder;
+  }
+
+  const test::ScratchFolder scratch;
+  test::PluginHost host{folderWithOne(scratch.path() / "plugins")};
+  host::Application &app = host.app;
+  test::Guest guest{host.runtime};
+  AuxDataHandler handler = {};
+  const fs::path file = scratch.path() / "test.pdf";
+  host::ViewerDocument *document = nullptr;
+};
+
+TEST_F(OpenedWith, APageIsShownThatCountsFromOne) {
+  EXPECT_EQ(open("page=3"), "");
+  EXPECT_EQ(pageShown(), 2);
+}
+
+TEST_F(OpenedWith, APageBeyondTheLastIsTheLast) {
+  for (const char *parameters : {"page=4", "page=5", "page=99999999999999999999"}) {
+    EXPECT_EQ(open(parameters), "") << parameters;
+    EXPECT_EQ(pageShown(), 3) << parameters;
+  }
+}
+
+TEST_F(OpenedWith, WhatIsNoPageIsNamed) {
+  EXPECT_EQ(open("page=two"), std::string(file) + ": page=two: is no page\n");
+  EXPECT_EQ(pageShown(), 0);
+  EXPECT_EQ(open("page=0&zoom=3"), std::string(file) + ": page=0: is no page\n");
+  EXPECT_EQ(app.statusText(), "");
+}
+
+TEST_F(OpenedWith, TheLastPageOfSeveralCounts) {
+  EXPECT_EQ(open("page=x&Page=2&PAGE=3&other=1"), "");
+  EXPECT_EQ(pageShown(), 2);
+}
+
+TEST_F(OpenedWith, NoViewNoPageIsShown) {
+  testing::internal::CaptureStderr();
+  app.open(test::fourPages(scratch), file, 0, "page=2");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(guest.reports, std::vector<std::string>{});
+}
+
+TEST_F(OpenedWith, AFileBesideTheDocumentIsHandedOn) {
+  const std::string bytes("<XML>\0</XML>", 12);
+  scratch.write("hits.xml", bytes);
+  EXPECT_EQ(open("xml=hits.xml"), "");
+  ASSERT_EQ(received.size(), 1U);
+  EXPECT_EQ(received[0].type, "tavrelglt");
+  EXPECT_EQ(received[0].bytes, bytes);
+  EXPECT_EQ(app.statusText(), "");
+}
+
+TEST_F(OpenedWith, AFileThatCallsItselfXmlIsHandedOnAsSuch) {
+  scratch.write("hits.xml", "\xEF\xBB\xBF\n<?xml version=\"1.0\"?>");
+  EXPECT_EQ(open("xml=hits.xml"), "");
+  ASSERT_EQ(received.size(), 1U);
+  EXPECT_EQ(received[0].type, "xml");
+  EXPECT_EQ(received[0].bytes, "\xEF\xBB\xBF\n<?xml version=\"1.0\"?>");
+}
+
+TEST_F(OpenedWith, AnAbsoluteNameIsTakenAsItIs) {
+  const std::string hits = scratch.write("hits.xml", "absolute");
+  for (const std::string &parameters : {"xml=" + hits, "xml=file://" + hits, "xml=file://localhost" + hits}) {
+    received.clear();
+    EXPECT_EQ(open(parameters), "") << parameters;
+    EXPECT_EQ(content(), "absolute") << parameters;
+  }
+}
+
+TEST_F(OpenedWith, AnEncodedNameIsDecoded) {
+  fs::create_directory(scratch.path() / "my hits");
+  scratch.write("my hits/a&b%.xml", "encoded");
+  EXPECT_EQ(open("xml=my%20hits%2Fa%26b%25.xml"), "");
+  EXPECT_EQ(content(), "encoded");
+}
+
+TEST_F(OpenedWith, AFileIsLookedForBesideTheDocumentAndThenInTheCurrentFolder) {
+  const test::ScratchFolder elsewhere;
+  const CurrentFolder there(elsewhere.path());
+  elsewhere.write("hits.xml", "current folder");
+  EXPECT_EQ(open("xml=hits.xml"), "");
+  EXPECT_EQ(content(), "current folder");
+  received.clear();
+  scratch.write("hits.xml", "beside");
+  EXPECT_EQ(open("xml=hits.xml"), "");
+  EXPECT_EQ(content(), "beside");
+}
+
+TEST_F(OpenedWith, TheFileComesAfterThePage) {
+  scratch.write("hits.xml", "hits");
+  for (const char *parameters : {"page=3&xml=hits.xml", "xml=hits.xml&page=3"}) {
+    received.clear();
+    EXPECT_EQ(open(parameters), "");
+    ASSERT_EQ(received.size(), 1U);
+    EXPECT_EQ(received[0].page, 2) << parameters;
+  }
+}
+
+TEST_F(OpenedWith, TheFileComesEvenWhereThePageIsNone) {
+  scratch.write("hits.xml", "hits");
+  EXPECT_EQ(open("xml=hits.xml&page="), std::string(file) + ": page=: is no page\n");
+  EXPECT_EQ(content(), "hits");
+}
+
+TEST_F(OpenedWith, AMissingFileIsNamed) {
+  EXPECT_EQ(open("xml=no%20hits.xml"), "no hits.xml: No such file or directory\n");
+  EXPECT_EQ(app.statusText(), "no hits.xml: No such file or directory");
+  EXPECT_EQ(open("xml=/no/hits.xml"), "/no/hits.xml: No such file or directory\n");
+  EXPECT_EQ(app.statusText(), "hits.xml: No such file or directory");
+  EXPECT_EQ(open("xml=test.pdf/hits.xml"), "test.pdf/hits.xml: No such file or directory\n");
+  EXPECT_TRUE(received.empty());
+}
+
+TEST_F(OpenedWith, AFolderIsNoFile) {
+  fs::create_directory(scratch.path() / "folder");
+  EXPECT_EQ(open("xml=folder"), std::string(scratch.path() / "folder") + ": Is a directory\n");
+  EXPECT_EQ(app.statusText(), "folder: Is a directory");
+  EXPECT_EQ(open("xml=/"), "/: Is a directory\n");
+  EXPECT_EQ(app.statusText(), "/: Is a directory");
+}
+
+TEST_F(OpenedWith, APipeIsNotWaitedFor) {
+  ASSERT_EQ(mkfifo((scratch.path() / "pipe").c_str(), 0600), 0);
+  EXPECT_EQ(open("xml=pipe"), std::string(scratch.path() / "pipe") + ": Operation not supported\n");
+}
+
+TEST_F(OpenedWith, AFileThatCannotBeOpenedIsNamed) {
+  fs::create_symlink("circle", scratch.path() / "circle");
+  EXPECT_EQ(open("xml=circle"), std::string(scratch.path() / "circle") + ": Too many levels of symbolic links\n");
+}
+
+TEST_F(OpenedWith, AFileOfMoreThanAQuarterOfAGigabyteIsRefused) {
+  const std::string hits = scratch.write("hits.xml", "");
+  fs::resize_file(hits, (256U << 20) + 1);
+  EXPECT_EQ(open("xml=hits.xml"), hits + ": File too large\n");
+  EXPECT_TRUE(received.empty());
+}
+
+TEST_F(OpenedWith, ANameThatIsTooLongIsRefused) {
+  EXPECT_EQ(open("xml=" + std::string(5000, 'x')), "xml: File name too long\n");
+  EXPECT_EQ(app.statusText(), "xml: File name too long");
+}
+
+TEST_F(OpenedWith, NoNameAtAllIsNoFile) {
+  EXPECT_EQ(open("xml="), std::string(file) + ": xml=: is no file\n");
+  EXPECT_TRUE(received.empty());
+}
+
+TEST_F(OpenedWith, AnAddressOnTheNetIsNotFetched) {
+  EXPECT_EQ(open("xml=http://example.org/my%20hits.xml&page=2"),
+            "http://example.org/my%20hits.xml: cannot be fetched yet\n");
+  EXPECT_EQ(app.statusText(), "http://example.org/my%20hits.xml: cannot be fetched yet");
+  EXPECT_EQ(pageShown(), 1);
+  EXPECT_EQ(open("xml=HTTPS:x"), "HTTPS:x: cannot be fetched yet\n");
+}
+
+TEST_F(OpenedWith, WhatIsSaidOfALongValueIsSaidToItsEnd) {
+  const std::string cut(255, '7'), value = cut + "777x";
+  EXPECT_EQ(open("page=" + value), std::string(file) + ": page=" + cut + ": is no page\n");
+  open("xml=http:" + value);
+  EXPECT_EQ(app.statusText(), "http:" + cut.substr(5) + ": cannot be fetched yet");
+}
+
+TEST_F(OpenedWith, ALinkCannotWriteWhatIsNoText) {
+  EXPECT_EQ(open("xml=%1B[2J%0A%FF.xml"), "?[2J??.xml: No such file or directory\n");
+  EXPECT_EQ(app.statusText(), "?[2J??.xml: No such file or directory");
+}
+
+TEST_F(OpenedWith, NobodyToTakeItAFileIsNamed) {
+  leaveUnhandled();
+  const std::string hits = scratch.write("hits.xml", "hits");
+  EXPECT_EQ(open("xml=hits.xml"), hits + ": no plug-in takes highlight files\n");
+  EXPECT_EQ(app.statusText(), "hits.xml: no plug-in takes highlight files");
+}
+
+TEST_F(OpenedWith, AHandlerThatFailsTakesNothing) {
+  handleWith(fail);
+  const std::string hits = scratch.write("hits.xml", "hits");
+  EXPECT_EQ(open("xml=hits.xml"), hits + ": no plug-in takes highlight files\n");
+}
+
+TEST_F(OpenedWith, NoWordOfTheHighlightsIsSaidWhereTheyCannotBeAskedFor) {
+  scratch.write("hits.xml", "");
+  EXPECT_EQ(open("xml=hits.xml"), "");
+  EXPECT_EQ(content(), "");
+}
+
+TEST_F(OpenedWith, TheStatusTextGoesWithItsDocument) {
+  open("xml=missing.xml");
+  EXPECT_NE(app.statusText(), "");
+  app.close(*document);
+  EXPECT_EQ(app.statusText(), "");
+}
+
+TEST_F(OpenedWith, TheStatusTextGoesWithTheNextDocument) {
+  open("xml=missing.xml");
+  EXPECT_EQ(open(""), "");
+  EXPECT_EQ(app.statusText(), "");
+}
+
+TEST_F(OpenedWith, TheStatusTextStaysWhenAnotherDocumentCloses) {
+  open("");
+  host::ViewerDocument &other = *document;
+  open("xml=missing.xml");
+  app.close(other);
+  EXPECT_EQ(app.statusText(), "missing.xml: No such file or directory");
+}
+
+} // namespace

@@ -25,6 +25,21 @@ void setTitle(::Widget dialog, const std::string &title) {
   XtVaSetValues(dialog, XmNdialogTitle, static_cast<XmString>(text), nullptr);
 }
 
+// A message box is as wide as its longest line.
+std::string wrapped(const std::string &text) {
+  constexpr size_t longest = 60;
+  std::string result = text;
+  size_t lineStart = 0, blank = std::string::npos;
+  for (size_t i = 0; i < result.size(); ++i) {
+    if (result[i] == ' ') blank = i;
+    if (result[i] == '\n') lineStart = i + 1;
+    if (i - lineStart < longest || i < lineStart || blank == std::string::npos || blank < lineStart) continue;
+    result[blank] = '\n';
+    lineStart = blank + 1;
+  }
+  return result;
+}
+
 void destroy(::Widget dialog) { XtDestroyWidget(XtParent(dialog)); }
 
 void hide(::Widget dialog, unsigned char child) {
@@ -94,7 +109,7 @@ void hideTyped(::Widget /*field*/, XtPointer hidden, XtPointer change) {
 int32_t Dialogs::alert(const host::Alert &alert) {
   char name[] = "alert";
   ::Widget box = XmCreateMessageDialog(window_.toolkit().shell(), name, nullptr, 0);
-  const MotifString message(alert.message);
+  const MotifString message(wrapped(alert.message));
   XtVaSetValues(box, XmNdialogType, typeOf(alert.icon), XmNmessageString, static_cast<XmString>(message),
                 XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, nullptr);
   setTitle(box, "Tavrel");
@@ -179,7 +194,7 @@ void Dialogs::askFile(const std::function<void(const std::string &)> &take) {
 void Dialogs::tell(const std::string &title, const std::string &text) {
   char name[] = "information";
   ::Widget box = XmCreateInformationDialog(window_.toolkit().shell(), name, nullptr, 0);
-  const MotifString message(text);
+  const MotifString message(wrapped(text));
   XtVaSetValues(box, XmNmessageString, static_cast<XmString>(message), XmNdialogStyle, XmDIALOG_MODELESS, nullptr);
   setTitle(box, title);
   hide(box, XmDIALOG_CANCEL_BUTTON);

@@ -7,6 +7,8 @@
 #include <Xm/TextF.h>
 #include <Xm/ToggleB.h>
 
+#include <algorithm>
+
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
 
@@ -61,7 +63,16 @@ void FindDialog::build() {
 }
 
 void FindDialog::open() {
-  if (form_ == nullptr) build();
+  if (form_ == nullptr) {
+    build();
+    // Beside the page's middle, where what is found appears.
+    const Place area = placeOf(window_.pageArea().page());
+    XtWidgetGeometry wanted{};
+    XtQueryGeometry(form_, nullptr, &wanted);
+    XtVaSetValues(form_, XmNdefaultPosition, False, XmNx,
+                  std::max(0, area.x + area.width - wanted.width - window_.pixels(20)), XmNy,
+                  area.y + window_.pixels(12), nullptr);
+  }
   XtManageChild(form_);
   XtPopup(XtParent(form_), XtGrabNone);
   XRaiseWindow(XtDisplay(form_), XtWindow(XtParent(form_)));

@@ -114,6 +114,8 @@ void MainWindow::build() {
   menuBar_->update();
   XtVaSetValues(form_, XmNinitialFocus, pageArea_->page(), nullptr);
   XtManageChild(form_);
+  // The help key is the toolkit's own and never reaches the menu's.
+  whenever(form_, XmNhelpCallback, [this](const XEvent *) { showKeys(); });
   ::Atom close = XmInternAtom(toolkit_.display(), const_cast<char *>("WM_DELETE_WINDOW"), False);
   const auto quitNow = [](::Widget, XtPointer window, XtPointer) { static_cast<MainWindow *>(window)->quit(); };
   XmAddWMProtocolCallback(toolkit_.shell(), close, quitNow, this);
@@ -182,9 +184,10 @@ int32_t MainWindow::alert(const host::Alert &alert) { return dialogs_->alert(ale
 void MainWindow::showKeys() {
   std::string text;
   for (const Action &action : actions())
-    if (action.accelerator != nullptr) text += std::string(action.label) + ":  " + keyName(action.accelerator) + "\n";
-  text += "\nNext and previous hit:  F3, Shift+F3\nA windowful:  Page Up, Page Down, Space\nA little:  arrows, "
-          "wheel\nSize:  +, -, Ctrl+wheel\nMenus:  F10";
+    if (action.accelerator != nullptr) text += keyName(action.accelerator) + "   " + action.label + "\n";
+  text +=
+      "\nF3, Shift+F3   Next, previous hit\nPage Up, Page Down, Space   A windowful\nArrows, wheel   A little\n+, -, "
+      "Ctrl+wheel   Larger, smaller\nF10   Menus\nEsc   Ends a search";
   dialogs_->tell("Keys", text);
 }
 
@@ -201,6 +204,7 @@ void MainWindow::showAbout() {
 }
 
 void MainWindow::loop(const std::function<bool()> &until) {
+  if (!app_.calling()) app_.toolBar()->updateStates();
   turn();
   while (!quits_ && !until()) {
     XtAppProcessEvent(toolkit_.context(), XtIMAll); // waits
@@ -238,7 +242,8 @@ void MainWindow::turn() {
 void MainWindow::watchWaiting() {
   const auto since = session_.waitingSince();
   if (!since) {
-    pageArea_->note(session_.pageError());
+    pageArea_->note(session_.front() == nullptr && !session_.opening() && !app_.calling() ? "Ctrl+O opens a document"
+                                                                                          : session_.pageError());
     return;
   }
   const auto waited = Clock::now() - *since;

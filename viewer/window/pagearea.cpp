@@ -44,6 +44,7 @@ PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
   ground_ = color("ground", "Ground", "#D9DBDE");
   border_ = color("pageBorder", "PageBorder", "#A9ACB1");
   tick_ = color("tickColor", "TickColor", "#D8A200");
+  noteColor_ = color("noteColor", "NoteColor", "#70757C");
   XtVaSetValues(area_, XmNbackground, ground_, nullptr);
   context_ = XCreateGC(window.toolkit().display(), DefaultRootWindow(window.toolkit().display()), 0, nullptr);
   XSetGraphicsExposures(window.toolkit().display(), context_, False);
@@ -112,6 +113,7 @@ void PageArea::paint() {
   const Shown &shown = window_.session().shown();
   if (!shown.document) {
     XClearWindow(display, target);
+    if (!note_.empty()) paintNote({0, 0, width_, height_});
     return;
   }
   const Place page = pagePlace();
@@ -154,7 +156,7 @@ void PageArea::paintNote(const Place &page) {
   Dimension width = 0, height = 0;
   XmStringExtent(fonts, text, &width, &height);
   const int visibleTop = std::max(0, page.y), visibleBottom = std::min(height_, page.y + page.height);
-  XSetForeground(XtDisplay(area_), context_, border_);
+  XSetForeground(XtDisplay(area_), context_, noteColor_);
   XmStringDraw(XtDisplay(area_), XtWindow(area_), fonts, text, context_,
                static_cast<Position>(page.x + (page.width - width) / 2),
                static_cast<Position>((visibleTop + visibleBottom) / 2), width, XmALIGNMENT_CENTER,

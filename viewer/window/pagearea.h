@@ -56,7 +56,7 @@ private:
   MainWindow &window_;
   ::Widget form_, area_, vertical_, horizontal_, ticksArea_;
   GC context_;
-  Pixel ground_, border_, tick_;
+  Pixel ground_, border_, tick_, noteColor_;
   int width_ = 0, height_ = 0;
   bool wide_ = false; ///< the horizontal scroll bar is there
   std::vector<int32_t> ticks_;

@@ -138,7 +138,12 @@ const char *defaultResources() {
 *XmScrollBar.troughColor: #E8E8E6
 *XmScrollBar.highlightThickness: 0
 *selectColor: #3B6EC4
-*toolTipString*background: #FFFBE0
+*toolTipEnable: True
+*toolTipPostDelay: 600
+*toolTipPostDuration: 8000
+*XmToggleButton.shadowThickness: 0
+*openFile.width: 560
+*openFile.listVisibleItemCount: 14
 *menubar.shadowThickness: 0
 *menubar.marginHeight: 1
 *toolbar*highlightThickness: 0
@@ -151,6 +156,7 @@ const char *defaultResources() {
 *ground: #D9DBDE
 *pageBorder: #A9ACB1
 *tickColor: #D8A200
+*noteColor: #70757C
 )";
 }
 

@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 
 namespace viewer {
 
-Session::Session(host::Application &app, std::function<void()> wake) : app_(app), renderer_(wake), searcher_(wake) {
+Session::Session(host::Application &app, std::function<void()> wake)
+    : app_(app), wake_(wake), renderer_(wake), searcher_(wake) {
   app_.prepare = [this](host::ViewerDocument &document) { prepare(document); };
   app_.listener = [this](host::ViewerDocument & /*document*/) { touch(); };
   app_.statusListener = [this] { touch(); };
@@ -77,14 +79,7 @@ void Session::takeOpened(OpenedFile opened) {
       std::make_unique<OpenDocument>(OpenDocument{pending.number, nullptr, pending.target, pending.password, {}}));
   found_.reset();
   withWords_.clear();
-  arriving_ = &pending;
-  try {
-    app_.open(host::Document::of(std::move(opened.pdf)), pending.target.file, screenDpi_, pending.target.parameters);
-  } catch (const host::HostError &error) { // the first page is damaged
-    open_.pop_back();
-    complain(host::nameInMessage(pending.target.file) + ": " + error.what());
-  }
-  arriving_ = nullptr;
+  app_.open(host::Document::of(std::move(opened.pdf)), pending.target.file, screenDpi_, pending.target.parameters);
   if (pending.page && view() != nullptr) goToPage(*pending.page);
   app_.toolBar()->updateStates();
   touch();
@@ -157,8 +152,13 @@ void Session::setWindow(int width, int height, int margin) {
 
 void Session::collect() {
   Renderer::Results results = renderer_.collect();
-  for (OpenedFile &opened : results.opened)
+  std::move(results.opened.begin(), results.opened.end(), std::back_inserter(arrived_));
+  if (!arrived_.empty()) { // one at a time: plug-ins may have much to do with each
+    OpenedFile opened = std::move(arrived_.front());
+    arrived_.pop_front();
     takeOpened(std::move(opened));
+    if (!arrived_.empty()) wake_();
+  }
   for (RenderedPage &page : results.rendered)
     takeRendered(std::move(page));
   for (const uint64_t number : results.changed)

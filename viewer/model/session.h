@@ -6,6 +6,7 @@
 #pragma once
 
 #include <chrono>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -185,6 +186,7 @@ private:
   void forgetWords();
 
   host::Application &app_;
+  std::function<void()> wake_;
   double screenDpi_ = 96;
   host::Fit fit_ = host::Fit::width;
   int windowWidth_ = 0, windowHeight_ = 0, margin_ = 0;
@@ -193,7 +195,7 @@ private:
   std::vector<Pending> pending_;
   uint64_t numbers_ = 0;
   bool asksPassword_ = false;
-  Pending *arriving_ = nullptr; ///< the file that is being made a document
+  std::deque<OpenedFile> arrived_; ///< to be taken over
   PageCache cache_{cacheBytes};
   std::vector<int32_t> withWords_; ///< pages of the front document whose words are kept
   Shown shown_;

@@ -129,8 +129,7 @@ Pixmap Icons::get(const std::string &name, Pixmap bitmap, bool greyed) {
 
   Pixel inkPixel = 0, groundPixel = 0;
   Cardinal depth = 0;
-  XtVaGetValues(like_, XmNforeground, &inkPixel, XmNbackground, &groundPixel, nullptr);
-  XtVaGetValues(XtParent(like_), XmNdepth, &depth, nullptr);
+  XtVaGetValues(like_, XmNforeground, &inkPixel, XmNbackground, &groundPixel, XmNdepth, &depth, nullptr);
   const Colors colors(like_);
   const host::Rgb ink = colors.rgb(inkPixel), ground = colors.rgb(groundPixel);
   constexpr double greyShare = 0.32;

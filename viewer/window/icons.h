@@ -11,7 +11,7 @@ namespace viewer {
 
 class Icons {
 public:
-  /// For buttons like this one, of that many pixels; 1 is 16.
+  /// In the colours of a widget, which outlives them; at a scale of 1 they are of 16 by 16 pixels.
   Icons(Widget like, double scale);
   ~Icons();
   Icons(const Icons &) = delete;

@@ -26,12 +26,7 @@ ToolBarView::ToolBarView(MainWindow &window, ::Widget parent) : window_(window) 
   bar_ = XtVaCreateManagedWidget("toolbar", xmRowColumnWidgetClass, parent, XmNorientation, XmHORIZONTAL, XmNpacking,
                                  XmPACK_TIGHT, XmNmarginHeight, window.pixels(3), XmNmarginWidth, window.pixels(6),
                                  XmNspacing, window.pixels(2), XmNadjustLast, False, nullptr);
-}
-
-Icons *ToolBarView::icons() {
-  if (!icons_ && !buttons_.empty())
-    icons_ = std::make_unique<Icons>(buttons_.front().widget, window_.toolkit().dpi() / 96);
-  return icons_.get();
+  icons_ = std::make_unique<Icons>(bar_, window.toolkit().dpi() / 96);
 }
 
 void ToolBarView::update() {
@@ -89,12 +84,12 @@ void ToolBarView::addButton(host::ToolButton *model) {
                                             False, XmNmarginWidth, window_.pixels(4), XmNmarginHeight,
                                             window_.pixels(4), XmNrecomputeSize, True, nullptr);
   buttons_.push_back({model, name, widget, {}, true});
-  const Pixmap plain = icons()->get(name, static_cast<Pixmap>(model->icon), false);
+  const Pixmap plain = icons_->get(name, static_cast<Pixmap>(model->icon), false);
   if (plain == 0)
     setLabel(widget, name);
   else
     XtVaSetValues(widget, XmNlabelType, XmPIXMAP, XmNlabelPixmap, plain, XmNlabelInsensitivePixmap,
-                  icons()->get(name, static_cast<Pixmap>(model->icon), true), nullptr);
+                  icons_->get(name, static_cast<Pixmap>(model->icon), true), nullptr);
   whenever(widget, XmNactivateCallback, [this, model](const XEvent *event) { window_.press(*model, event); });
 }
 

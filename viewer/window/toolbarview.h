@@ -41,7 +41,6 @@ private:
 
   MainWindow &window_;
   ::Widget bar_, pageField_ = nullptr, pageCount_ = nullptr;
-  Icons *icons();
   std::unique_ptr<Icons> icons_;
   std::vector<Button> buttons_;
   std::vector<::Widget> others_;

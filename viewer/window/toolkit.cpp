@@ -141,6 +141,9 @@ const char *defaultResources() {
 *toolTipEnable: True
 *toolTipPostDelay: 600
 *toolTipPostDuration: 8000
+*TipLabel.background: #FFFBE0
+*TipLabel.marginWidth: 4
+*TipLabel.marginHeight: 2
 *XmToggleButton.shadowThickness: 0
 *openFile.width: 560
 *openFile.listVisibleItemCount: 14

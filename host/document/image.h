@@ -7,6 +7,9 @@
 
 namespace host {
 
+/// Of an image, in pixels; a square of that already takes 1.6 GB.
+inline constexpr double longestSide = 20'000;
+
 struct Image {
   int width = 0, height = 0;
   std::vector<uint32_t> pixels;

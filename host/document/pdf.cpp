@@ -21,7 +21,6 @@ namespace host {
 namespace {
 
 constexpr double pointsPerInch = 72;
-constexpr double longestSide = 20'000; // pixels; a square of that already takes 1.6 GB
 
 [[noreturn]] void fail(const std::filesystem::path &file, const std::string &reason) {
   throw DocumentError(DocumentError::unreadable, nameInMessage(file) + ": " + reason);
@@ -54,7 +53,7 @@ public:
       : file_(std::move(file)), pdf_(std::move(pdf)), pages_(pdf_->pages()) {}
 
   int32_t pageCount() const override { return pages_; }
-  PageSize pageSize(int32_t page) override { return shown(page).size; }
+  PageSize pageSize(int32_t page) override;
   PageText text(int32_t page) override;
 
   std::vector<uint32_t> contentOrder(int32_t page, const PageText &text) override {
@@ -96,6 +95,18 @@ PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
   if (orientation == poppler::page::landscape || orientation == poppler::page::seascape)
     std::swap(made.size.width, made.size.height);
   return shown_.emplace(page, std::move(made)).first->second;
+}
+
+PageSize PopplerFile::pageSize(int32_t page) {
+  constexpr PageSize letter{612, 792};
+  constexpr double longest = 200'000; // a thousand times what anybody prints
+  try {
+    const PageSize size = shown(page).size;
+    const bool usable = size.width >= 1 && size.height >= 1 && size.width <= longest && size.height <= longest;
+    return usable ? size : letter;
+  } catch (const DocumentError &) {
+    return letter;
+  }
 }
 
 PageText PopplerFile::text(int32_t page) {

@@ -30,6 +30,7 @@ public:
 
   virtual int32_t pageCount() const = 0;
   // All of these throw HostError errBadPage for a page that is not there, DocumentError for one that is damaged.
+  /// A page that is damaged is as large as a letter, so that a reader can turn to it and further on.
   virtual PageSize pageSize(int32_t page) = 0;
   /// Worked out anew at each call.
   virtual PageText text(int32_t page) = 0;

@@ -55,7 +55,9 @@ void PageView::setFit(Fit fit) {
 double PageView::largestDpi(int32_t page) {
   const PageSize size = document_.pageSize(page);
   // A pixel less on each side, because sizes are rounded up.
-  return (std::sqrt(largestImage / (size.width * size.height)) - 1 / std::min(size.width, size.height)) * pointsPerInch;
+  const double byArea = std::sqrt(largestImage / (size.width * size.height)) - 1 / std::min(size.width, size.height);
+  const double bySide = (longestSide - 1) / std::max(size.width, size.height);
+  return std::min(byArea, bySide) * pointsPerInch;
 }
 
 double PageView::dpiOf(int32_t page) {

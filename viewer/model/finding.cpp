@@ -39,6 +39,7 @@ void Session::find(const FindRequest &request, bool backwards) {
 
 void Session::takeFound(SearchResult result) {
   searching_ = false;
+  findMessage_.clear();
   touch();
   OpenDocument *document = find(result.search.document);
   if (document == nullptr || document->document != front()) return;

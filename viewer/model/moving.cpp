@@ -58,8 +58,9 @@ double Session::place() const {
 void Session::setPlace(double place) {
   if (view() == nullptr) return;
   const double cut = std::clamp(place, 0.0, pageCount() - 1e-3);
+  const int x = view()->scrollX();
   goToPage(static_cast<int32_t>(cut));
-  view()->scrollTo(view()->scrollX(), static_cast<int>(std::lround((cut - std::floor(cut)) * view()->pageHeight())));
+  view()->scrollTo(x, static_cast<int>(std::lround((cut - std::floor(cut)) * view()->pageHeight())));
 }
 
 double Session::visibleShare() const {

@@ -3,7 +3,8 @@
 
 #include <sys/stat.h>
 
-#include <optional>
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace viewer {
@@ -54,13 +55,19 @@ void Renderer::open(uint64_t document, const std::filesystem::path &file, const 
 void Renderer::close(uint64_t document) {
   const std::lock_guard lock(mutex_);
   closed_.push_back(document);
+  std::erase_if(orders_, [=](const Order &order) { return order.document == document; });
   std::erase_if(wanted_, [=](const PageKey &key) { return key.document == document; });
   work_.notify_one();
 }
 
 void Renderer::want(std::vector<PageKey> pages) {
   const std::lock_guard lock(mutex_);
-  wanted_.assign(pages.begin(), pages.end());
+  const auto done = [this](const PageKey &key) {
+    return key == underWay_ || std::any_of(results_.rendered.begin(), results_.rendered.end(),
+                                           [&](const RenderedPage &page) { return page.key == key; });
+  };
+  wanted_.clear();
+  std::remove_copy_if(pages.begin(), pages.end(), std::back_inserter(wanted_), done);
   work_.notify_one();
 }
 
@@ -131,8 +138,12 @@ void Renderer::openNext(std::unique_lock<std::mutex> &lock) {
 void Renderer::renderNext(std::unique_lock<std::mutex> &lock) {
   const PageKey key = wanted_.front();
   wanted_.pop_front();
+  underWay_ = key;
   const auto found = sources_.find(key.document);
-  if (found == sources_.end()) return;
+  if (found == sources_.end()) {
+    underWay_.reset();
+    return;
+  }
   Source &source = *found->second;
   lock.unlock();
   const bool changes = !source.changed && identityOf(source.file) != source.identity;
@@ -151,6 +162,7 @@ void Renderer::renderNext(std::unique_lock<std::mutex> &lock) {
   lock.lock();
   if (changes) results_.changed.push_back(key.document);
   results_.rendered.push_back(std::move(page));
+  underWay_.reset();
   lock.unlock();
   wake_();
   lock.lock();

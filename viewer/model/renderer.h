@@ -9,6 +9,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -72,6 +73,7 @@ private:
   std::deque<Order> orders_;
   std::vector<uint64_t> closed_;
   std::deque<PageKey> wanted_;
+  std::optional<PageKey> underWay_;
   Results results_;
   bool ends_ = false;
   std::map<uint64_t, std::unique_ptr<Source>> sources_;

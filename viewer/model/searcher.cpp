@@ -1,6 +1,7 @@
 // The searching thread; it keeps the file that it searched last.
 #include "viewer/model/searcher.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace viewer {
@@ -34,8 +35,8 @@ void Searcher::stop() {
 }
 
 void Searcher::close(uint64_t document) {
-  closes_ = document;
   const std::lock_guard lock(mutex_);
+  closed_.push_back(document);
   work_.notify_one();
 }
 
@@ -52,8 +53,8 @@ std::optional<int32_t> Searcher::progress() {
 void Searcher::run() {
   std::unique_lock lock(mutex_);
   while (!ends_) {
-    if (closes_ != 0 && closes_ == document_) pdf_.reset();
-    closes_ = 0;
+    if (std::find(closed_.begin(), closed_.end(), document_) != closed_.end()) pdf_.reset();
+    closed_.clear();
     if (!next_) {
       work_.wait(lock);
       continue;
@@ -100,7 +101,7 @@ SearchResult Searcher::look(const Search &search) {
       }
       {
         const std::lock_guard lock(mutex_);
-        progress_ = looked + 1;
+        if (!next_ && !stops_) progress_ = looked + 1;
       }
       wake_();
     }

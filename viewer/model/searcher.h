@@ -1,7 +1,6 @@
 // The thread that looks for a text in a document, a page at a time, from where the reader is.
 #pragma once
 
-#include <atomic>
 #include <condition_variable>
 #include <filesystem>
 #include <functional>
@@ -67,7 +66,7 @@ private:
   std::optional<SearchResult> result_;
   std::optional<int32_t> progress_;
   bool stops_ = false, ends_ = false;
-  std::atomic<uint64_t> closes_{0};
+  std::vector<uint64_t> closed_;
   // The thread's own.
   uint64_t document_ = 0;
   std::unique_ptr<host::PdfFile> pdf_;

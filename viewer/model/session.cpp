@@ -39,34 +39,41 @@ void Session::open(const Target &target, const std::string &password) {
   Target absolute = target;
   std::error_code unknown;
   if (const auto path = std::filesystem::absolute(target.file, unknown); !unknown) absolute.file = path;
-  const auto same = std::find_if(open_.begin(), open_.end(), [&](const auto &one) {
-    return one->target.file == absolute.file && (absolute.parameters.empty() || one->target == absolute);
-  });
-  if (same != open_.end())
-    return bringToFront(
-        static_cast<size_t>(std::find(order_.begin(), order_.end(), same->get()->document) - order_.begin()));
-  say("Opening " + target.file.filename().string());
+  absolute.file = absolute.file.lexically_normal();
+  const auto same = [&](const Target &other) {
+    return other.file == absolute.file && (absolute.parameters.empty() || other == absolute);
+  };
+  for (const auto &one : open_)
+    if (same(one->target))
+      return bringToFront(static_cast<size_t>(std::find(order_.begin(), order_.end(), one->document) - order_.begin()));
+  if (std::any_of(pending_.begin(), pending_.end(), [&](const Pending &one) { return same(one.target); })) return;
+  openingLine_ = "Opening " + target.file.filename().string();
+  say(openingLine_);
   pending_.push_back({++numbers_, absolute, password, std::nullopt});
   renderer_.open(numbers_, absolute.file, password);
 }
 
 void Session::reload() {
-  OpenDocument *document = find(front());
+  const OpenDocument *document = find(front());
   if (document == nullptr) return;
-  Pending again{++numbers_, document->target, document->password, page()};
-  close(*document);
-  renderer_.open(again.number, again.target.file, again.password);
-  pending_.push_back(std::move(again));
+  pending_.push_back({++numbers_, document->target, document->password, document->number});
+  renderer_.open(numbers_, document->target.file, document->password);
+}
+
+// Its line goes, not that of another file that could not be opened.
+void Session::sayOpened() {
+  if (message_ == openingLine_) say("");
 }
 
 void Session::takeOpened(OpenedFile opened) {
   const auto waiting =
       std::find_if(pending_.begin(), pending_.end(), [&](const Pending &one) { return one.number == opened.document; });
   if (waiting == pending_.end()) return;
-  Pending pending = std::move(*waiting);
+  const Pending pending = std::move(*waiting);
   pending_.erase(waiting);
+  sayOpened();
+  touch();
   if (opened.pdf == nullptr) {
-    say("");
     asksPassword_ = opened.wantsPassword && questions != nullptr;
     if (asksPassword_)
       questions->askPassword(pending.target, !pending.password.empty());
@@ -74,15 +81,24 @@ void Session::takeOpened(OpenedFile opened) {
       complain(opened.error);
     return;
   }
-  say("");
   open_.push_back(
-      std::make_unique<OpenDocument>(OpenDocument{pending.number, nullptr, pending.target, pending.password, {}}));
+      std::make_unique<OpenDocument>(OpenDocument{pending.number, nullptr, pending.target, pending.password, {}, {}}));
   found_.reset();
-  withWords_.clear();
   app_.open(host::Document::of(std::move(opened.pdf)), pending.target.file, screenDpi_, pending.target.parameters);
-  if (pending.page && view() != nullptr) goToPage(*pending.page);
+  if (OpenDocument *before = pending.replaces ? find(*pending.replaces) : nullptr) replace(*before);
   app_.toolBar()->updateStates();
-  touch();
+}
+
+// The document that came last takes the place of another: its page, its line in the menu.
+void Session::replace(OpenDocument &before) {
+  const int32_t page = before.document->view->page();
+  host::ViewerDocument *const now = order_.back();
+  *std::find(order_.begin(), order_.end(), before.document) = now;
+  order_.pop_back();
+  close(before);
+  app_.bringToFront(*now);
+  showFront();
+  goToPage(page);
 }
 
 // Between a document's being there and the plug-ins' hearing of it.
@@ -104,15 +120,25 @@ void Session::close(OpenDocument &document) {
   if (searching_) {
     searcher_.stop();
     searching_ = false;
+    findMessage_.clear();
   }
   std::erase(order_, document.document);
-  withWords_.clear();
   host::ViewerDocument &closing = *document.document;
   std::erase_if(open_, [&](const auto &one) { return one.get() == &document; });
   app_.close(closing);
-  if (view() != nullptr) view()->invalidate();
-  if (app_.toolBar() != nullptr) app_.toolBar()->updateStates();
+  showFront();
   say("");
+}
+
+// Whatever has come to front is shown as the window is now.
+void Session::showFront() {
+  if (host::PageView *shown = view()) {
+    shown->setMargin(margin_);
+    if (windowWidth_ > 0) shown->setWindow(windowWidth_, windowHeight_);
+    shown->invalidate();
+  }
+  if (app_.toolBar() != nullptr) app_.toolBar()->updateStates();
+  touch();
 }
 
 void Session::closeFront() {
@@ -127,11 +153,7 @@ void Session::closeAll() {
 void Session::bringToFront(size_t index) {
   if (index >= order_.size() || order_[index] == front()) return;
   app_.bringToFront(*order_[index]);
-  withWords_.clear();
-  host::PageView &now = *view();
-  if (windowWidth_ > 0) now.setWindow(windowWidth_, windowHeight_);
-  now.invalidate();
-  app_.toolBar()->updateStates();
+  showFront();
   say("");
 }
 
@@ -172,7 +194,9 @@ void Session::takeRendered(RenderedPage page) {
   OpenDocument *document = find(page.key.document);
   if (document == nullptr) return;
   host::PageView &of = *document->document->view;
-  if (!page.error.empty()) {
+  if (page.error.empty()) {
+    document->errors.erase(page.key.page);
+  } else {
     document->errors[page.key.page] = page.error;
     // White paper in its place: the window shows the reason on it.
     const host::PageSize size = document->document->model->pageSize(page.key.page);
@@ -239,7 +263,7 @@ bool Session::draw() {
     return false; // the outline is there already
   if (!waits)
     waitingSince_.reset();
-  else if (!waitingSince_)
+  else if (!waitingSince_ || shown_.page != drawn->page())
     waitingSince_ = std::chrono::steady_clock::now();
   if (drawing) paintFound(*drawing);
   shown_ = {std::move(drawing), true, drawn->page(), drawn->pageWidth(), drawn->pageHeight(), drawn->scrollX(),
@@ -253,24 +277,25 @@ bool Session::draw() {
 // The words of a page take a hundred times what they say; those of the pages seen last are kept.
 void Session::forgetWords() {
   constexpr size_t kept = 8;
-  std::erase(withWords_, page());
-  withWords_.push_back(page());
-  if (withWords_.size() <= kept) return;
-  front()->model->forgetText(withWords_.front());
-  withWords_.erase(withWords_.begin());
+  std::vector<int32_t> &withWords = find(front())->withWords;
+  std::erase(withWords, page());
+  withWords.push_back(page());
+  if (withWords.size() <= kept) return;
+  front()->model->forgetText(withWords.front());
+  withWords.erase(withWords.begin());
 }
 
 bool Session::press(host::ToolButton &button, uint32_t modifiers) {
   host::ToolBar &bar = *app_.toolBar();
-  button.enabled = bar.test(button);
-  if (button.enabled) {
+  const bool enabled = bar.test(button);
+  if (enabled) {
     app_.modifierKeys = modifiers;
     bar.press(button);
     app_.modifierKeys = 0;
   }
   bar.updateStates();
   touch();
-  return button.enabled;
+  return enabled;
 }
 
 void Session::say(const std::string &line) {

@@ -59,8 +59,8 @@ public:
 
   // ---- documents
 
-  /// Opens a file; it is in front when it is there. One that is open already comes to front, with its new parameters
-  /// heard, only where it has none.
+  /// Opens a file; it is in front when it is there. One that is open already comes to front instead, unless it is to be
+  /// opened with other parameters.
   void open(const Target &target, const std::string &password = {});
   /// Whether a file is still being opened.
   bool opening() const { return !pending_.empty(); }
@@ -68,7 +68,8 @@ public:
   bool asksPassword() const { return asksPassword_; }
   void closeFront();
   void closeAll();
-  /// Opens the front document's file anew, on the same page.
+  /// Opens the front document's file anew, on the same page; until it is there, and where it cannot be opened any more,
+  /// the document stays as it is.
   void reload();
   void bringToFront(size_t index);
   /// In the order in which they were opened.
@@ -158,12 +159,13 @@ private:
     Target target;
     std::string password;
     std::map<int32_t, std::string> errors; ///< of pages
+    std::vector<int32_t> withWords;        ///< pages whose words are kept, the one seen last at the end
   };
   struct Pending {
     uint64_t number = 0;
     Target target;
     std::string password;
-    std::optional<int32_t> page; ///< to be shown, instead of what the parameters say
+    std::optional<uint64_t> replaces; ///< the open document that it is a newer state of
   };
   struct FoundOnPage {
     host::ViewerDocument *document = nullptr;
@@ -173,6 +175,9 @@ private:
   };
 
   void takeOpened(OpenedFile opened);
+  void replace(OpenDocument &before);
+  void showFront();
+  void sayOpened();
   void takeRendered(RenderedPage page);
   void takeFound(SearchResult result);
   void close(OpenDocument &document);
@@ -197,14 +202,13 @@ private:
   bool asksPassword_ = false;
   std::deque<OpenedFile> arrived_; ///< to be taken over
   PageCache cache_{cacheBytes};
-  std::vector<int32_t> withWords_; ///< pages of the front document whose words are kept
   Shown shown_;
   std::optional<std::chrono::steady_clock::time_point> waitingSince_;
   FindRequest request_;
   std::optional<FoundOnPage> found_;
   bool searching_ = false;
   bool wrapsAtOnce_ = false;
-  std::string findMessage_, message_;
+  std::string findMessage_, message_, openingLine_;
   uint64_t changes_ = 1;
   Renderer renderer_; ///< the threads go first
   Searcher searcher_;

@@ -1,0 +1,5 @@
+# What the viewer does and shows, without a window.
+find_program(QPDF qpdf REQUIRED)
+tavrel_test(NAME viewer_model_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/viewer_model/*.cpp
+            LIBRARIES viewer_window test_support X11::Xt X11::X11 TOGETHER)
+target_compile_definitions(viewer_model_test PRIVATE QPDF="${QPDF}")

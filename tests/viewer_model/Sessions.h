@@ -1,0 +1,73 @@
+// A viewer without a window: a session of 96 dots per inch, a plug-in that tests write, and documents made for it.
+//
+// The window is 400 by 300 pixels and the pages are 400 points wide: as wide as the window, a point is a pixel.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+#include "Bell.h"
+#include "Papers.h"
+#include "host/kernel/Guest.h"
+#include "viewer/model/session.h"
+
+namespace test {
+
+class Sessions : public testing::Test {
+protected:
+  static constexpr int width = 400, height = 300;
+
+  Sessions() {
+    host::addHostTables(runtime);
+    session_.emplace(app, [this] { bell.ring(); });
+    session().setScreenDpi(96);
+    session().setWindow(width, height, 0);
+  }
+
+  viewer::Session &session() { return *session_; }
+  void endSession() { session_.reset(); }
+
+  /// Collects until it is so.
+  bool until(const std::function<bool()> &done) {
+    return bell.until([&] {
+      session().collect();
+      return done();
+    });
+  }
+  void open(const std::filesystem::path &file, const std::string &parameters = {}, const std::string &password = {}) {
+    session().open({file, parameters}, password);
+    ASSERT_TRUE(until([&] { return !session().opening(); }));
+  }
+  std::filesystem::path write(const std::string &name, const std::vector<PdfPage> &pages) {
+    return folder.write(name, pdfOf(pages));
+  }
+  void openPages(const std::vector<PdfPage> &pages, const std::string &name = "paper.pdf") {
+    ASSERT_NO_FATAL_FAILURE(open(write(name, pages)));
+    ASSERT_NE(session().front(), nullptr);
+  }
+  /// Draws until the page in front is there.
+  bool draws() {
+    return until([&] {
+      session().draw();
+      return session().shown().drawing && !session().needsDrawing();
+    });
+  }
+  const host::Drawing &drawing() { return *session().shown().drawing; }
+  /// The colour of a pixel of the window.
+  uint32_t pixel(int x, int y) {
+    const viewer::Shown &shown = session().shown();
+    return drawing().image.row(y + shown.scrollY - drawing().y)[x + shown.scrollX - drawing().x];
+  }
+
+  ScratchFolder folder;
+  Bell bell;
+  host::Runtime runtime;
+  Guest guest{runtime};
+  host::Application app{runtime};
+
+private:
+  std::optional<viewer::Session> session_;
+};
+
+} // namespace test

@@ -1,0 +1,261 @@
+// The table of actions, and what follows from it. Nothing here opens a display.
+#include <gmock/gmock.h> // before X, whose names are macros
+
+#include "viewer/window/actions.h"
+
+#include <X11/Xresource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "host/kernel/runtime.h"
+#include "host/view/toolbar.h"
+
+namespace viewer {
+namespace {
+
+using testing::Contains;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+// A resource of the program as Xt would look it up, each of whose classes is as it happens.
+std::string resource(const std::string &name) {
+  XrmInitialize();
+  XrmDatabase database = XrmGetStringDatabase(keyResources().c_str());
+  const std::string classes = "Tavrel.A.B.C.D";
+  char *type = nullptr;
+  XrmValue value{};
+  std::string result;
+  if (XrmGetResource(database, name.c_str(), classes.c_str(), &type, &value) != 0) result = value.addr;
+  XrmDestroyDatabase(database);
+  return result;
+}
+
+std::vector<std::string> lines(const std::string &text) {
+  std::vector<std::string> result(1);
+  for (const char c : text)
+    if (c == '\n')
+      result.emplace_back();
+    else
+      result.back() += c;
+  result.pop_back();
+  return result;
+}
+
+// Has the toolkit read a table of translations, for which it needs no display, and ends with the number of complaints.
+// In a process of its own: the toolkit keeps what it has read.
+[[noreturn]] void read(const std::string &table) {
+  static int s_complaints;
+  XtToolkitInitialize();
+  XtAppContext context = XtCreateApplicationContext();
+  XtAppSetWarningMsgHandler(context, [](String, String, String, String, String *, Cardinal *) { ++s_complaints; });
+  XtParseTranslationTable(table.c_str());
+  _exit(s_complaints);
+}
+
+std::string translations() { return resource("tavrel.window.pageArea.page.translations"); }
+
+// The actions that have something: a menu, an accelerator, keys, a button.
+std::vector<Action> having(const char *Action::*part) {
+  std::vector<Action> result;
+  std::ranges::copy_if(actions(), std::back_inserter(result),
+                       [part](const Action &one) { return one.*part != nullptr; });
+  return result;
+}
+
+// ---- the table ----
+
+TEST(ActionsTest, NamesAreUnique) {
+  std::set<std::string> names;
+  for (const Action &action : actions())
+    EXPECT_TRUE(names.insert(action.name).second) << action.name;
+}
+
+TEST(ActionsTest, NamesCanStandInResourcesAndTranslations) {
+  for (const Action &action : actions())
+    EXPECT_EQ(widgetName(action.name), action.name);
+}
+
+TEST(ActionsTest, EveryOneIsFoundByItsName) {
+  for (const Action &action : actions())
+    EXPECT_EQ(findAction(action.name), &action);
+}
+
+TEST(ActionsTest, AnUnknownNameIsNone) {
+  EXPECT_EQ(findAction("Nonesuch"), nullptr);
+  EXPECT_EQ(findAction(""), nullptr);
+}
+
+TEST(ActionsTest, EveryMenuExists) {
+  const std::vector<std::string> menus(menuNames().begin(), menuNames().end());
+  for (const Action &action : having(&Action::menu))
+    EXPECT_THAT(menus, Contains(action.menu)) << action.name;
+}
+
+TEST(ActionsTest, TheMenusOfPluginsAndOfDocumentsExist) {
+  EXPECT_THAT(menuNames(), Contains(std::string(pluginMenu)));
+  EXPECT_THAT(menuNames(), Contains(std::string(windowMenu)));
+}
+
+TEST(ActionsTest, AMenusEntriesStandTogether) {
+  std::vector<std::string> order;
+  for (const Action &action : actions()) {
+    const std::string menu = action.menu == nullptr ? "" : action.menu;
+    if (order.empty() || order.back() != menu) order.push_back(menu);
+  }
+  EXPECT_EQ(std::set<std::string>(order.begin(), order.end()).size(), order.size());
+}
+
+TEST(ActionsTest, EveryOneHasADeedAndALabel) {
+  for (const Action &action : actions()) {
+    EXPECT_NE(action.run, nullptr) << action.name;
+    EXPECT_STRNE(action.label, "") << action.name;
+  }
+}
+
+TEST(ActionsTest, WhatStandsInNoMenuHasKeysAndNoAccelerator) {
+  for (const Action &action : actions())
+    if (action.menu == nullptr) {
+      EXPECT_NE(action.keys, nullptr) << action.name;
+      EXPECT_EQ(action.accelerator, nullptr) << action.name;
+    }
+}
+
+TEST(ActionsTest, NoAcceleratorIsGivenTwice) {
+  std::set<std::string> accelerators;
+  for (const Action &action : having(&Action::accelerator))
+    EXPECT_TRUE(accelerators.insert(action.accelerator).second) << action.name;
+}
+
+TEST(ActionsTest, NoTranslationIsGivenTwice) {
+  std::set<std::string> keys;
+  for (const Action &action : having(&Action::keys))
+
+    for (const std::string &line : lines(action.keys))
+      EXPECT_TRUE(keys.insert(line.substr(0, line.rfind(": %s"))).second) << line;
+}
+
+TEST(ActionsTest, TranslationsAreWholeLines) {
+  for (const Action &action : having(&Action::keys)) {
+    EXPECT_EQ(std::string(action.keys).back(), '\n') << action.name;
+    for (const std::string &line : lines(action.keys))
+      EXPECT_THAT(line, testing::EndsWith(": %s")) << action.name;
+  }
+}
+
+TEST(ActionsTest, EveryButtonIsOnTheToolBar) {
+  host::Runtime runtime;
+  const host::ToolBar bar(runtime.atoms);
+  for (const Action &action : having(&Action::button))
+    EXPECT_NE(bar.find(runtime.atoms.atom(action.button)), nullptr) << action.button;
+}
+
+TEST(ActionsTest, EveryButtonOfTheToolBarDoesOneThing) {
+  host::Runtime runtime;
+  const host::ToolBar bar(runtime.atoms);
+  for (const host::ToolButton *button : bar.order()) {
+    const std::string name = runtime.atoms.name(button->name);
+    EXPECT_EQ(std::ranges::count_if(actions(),
+                                    [&](const Action &one) { return one.button != nullptr && name == one.button; }),
+              1)
+        << name;
+  }
+}
+
+// ---- names ----
+
+TEST(ActionsTest, AKeyIsWrittenForPeople) {
+  const std::map<std::string, std::string> written{{"Ctrl<Key>o", "Ctrl+O"},
+                                                   {"Ctrl Shift<Key>g", "Ctrl+Shift+G"},
+                                                   {"<Key>F3", "F3"},
+                                                   {"Shift<Key>F3", "Shift+F3"},
+                                                   {"Ctrl<Key>plus", "Ctrl++"},
+                                                   {"Ctrl<Key>minus", "Ctrl+-"},
+                                                   {"Ctrl<Key>Prior", "Ctrl+Page Up"},
+                                                   {"Ctrl<Key>Next", "Ctrl+Page Down"},
+                                                   {"Ctrl<Key>1", "Ctrl+1"},
+                                                   {"Ctrl<Key>Home", "Ctrl+Home"},
+                                                   {"<Key>osfCancel", "Esc"},
+                                                   {":<Key>slash", "/"},
+                                                   {"~Shift<Key>space", "Space"},
+                                                   {"~Ctrl ~Shift<Key>osfUp", "Up"}};
+  for (const auto &[translation, name] : written)
+    EXPECT_EQ(keyName(translation), name);
+}
+
+TEST(ActionsTest, WhatIsNoTranslationStaysAsItIs) {
+  EXPECT_EQ(keyName("F3"), "F3");
+  EXPECT_EQ(keyName(""), "");
+}
+
+TEST(ActionsTest, NoAcceleratorIsWrittenAsAMachineHasIt) {
+  for (const Action &action : having(&Action::accelerator)) {
+    EXPECT_THAT(keyName(action.accelerator), Not(HasSubstr("osf"))) << action.name;
+    EXPECT_THAT(keyName(action.accelerator), Not(HasSubstr("<"))) << action.name;
+  }
+}
+
+TEST(ActionsTest, AWidgetsNameHasNothingThatResourcesUse) {
+  EXPECT_EQ(widgetName("TavrelGLT:Next"), "TavrelGLT_Next");
+  EXPECT_EQ(widgetName("a.b*c d?e"), "a_b_c_d_e");
+  EXPECT_EQ(widgetName("\u00E4"), "__");
+  EXPECT_EQ(widgetName("Open2"), "Open2");
+}
+
+// ---- resources ----
+
+TEST(ActionsTest, EveryAcceleratorIsAResourceOfItsEntry) {
+  for (const Action &action : having(&Action::accelerator))
+
+    EXPECT_EQ(resource(std::string("tavrel.menubar.") + action.menu + "." + action.name + ".accelerator"),
+              action.accelerator);
+}
+
+TEST(ActionsTest, ButtonsOfPluginsHaveKeys) {
+  EXPECT_EQ(resource("tavrel.menubar.Tools.TavrelGLT_Next.accelerator"), "<Key>F3");
+  EXPECT_EQ(resource("tavrel.menubar.Tools.TavrelGLT_Prev.accelerator"), "Shift<Key>F3");
+}
+
+TEST(ActionsTest, ThePagesTranslationsAreAResourceOfLines) {
+  const std::vector<std::string> all = lines(translations());
+  ASSERT_THAT(all, Not(IsEmpty()));
+  EXPECT_EQ(all[0], "#override ");
+  EXPECT_THAT(all, Contains("<Key>osfDown: do(LineDown)"));
+  EXPECT_THAT(all, Contains("<Btn1Motion>: drag(move)"));
+}
+
+TEST(ActionsTest, EveryTranslationDoesItsDeed) {
+  const std::vector<std::string> all = lines(translations());
+  for (const Action &action : having(&Action::keys))
+
+    for (const std::string &line : lines(action.keys))
+      EXPECT_THAT(all, Contains(line.substr(0, line.find("%s")) + "do(" + action.name + ")"));
+}
+
+TEST(ActionsTest, TheToolkitReadsAllTranslations) {
+  EXPECT_EXIT(read(translations()), testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(
+      read(translations() + "<Key>nonesuch: do(Open)\n"),
+      [](int status) { return !testing::ExitedWithCode(0)(status); }, "");
+}
+
+TEST(ActionsTest, TheToolkitReadsAllAccelerators) {
+  std::string table;
+  for (const Action &action : having(&Action::accelerator))
+    table += action.accelerator + std::string(": do(") + action.name + ")\n";
+  EXPECT_EXIT(read(table), testing::ExitedWithCode(0), "");
+}
+
+TEST(ActionsTest, EveryDeedOfATranslationIsAnAction) {
+  for (const std::string &line : lines(translations())) {
+    const size_t deed = line.find("do(");
+    if (deed == std::string::npos) continue;
+    EXPECT_NE(findAction(line.substr(deed + 3, line.find(')', deed) - deed - 3)), nullptr) << line;
+  }
+}
+
+} // namespace
+} // namespace viewer

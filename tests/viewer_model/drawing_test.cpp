@@ -1,0 +1,349 @@
+// What a session shows: pages that are there, that are awaited, that cannot be drawn; and what plug-ins do meanwhile.
+#include <gmock/gmock.h>
+
+#include "Sessions.h"
+#include "tavrel/DocModel.h"
+#include "tavrel/Kernel.h"
+#include "tavrel/TavrelView.h"
+
+namespace viewer {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr uint32_t white = 0xFFFFFFFF;
+
+struct DrawingTest : test::Sessions {
+  /// What plug-ins look at while they are called; callbacks are functions without data.
+  static inline Session *s_session;
+  static inline host::Application *s_app;
+  static inline std::vector<uint32_t> s_modifiers;
+  static inline bool s_drew;
+  static inline tavrel::Bool16 s_enabled;
+  static inline int s_presses;
+
+  DrawingTest() {
+    s_session = &session();
+    s_app = &app;
+    s_modifiers.clear();
+    s_drew = false;
+    s_enabled = 1;
+    s_presses = 0;
+  }
+
+  host::ToolButton &button(tavrel::ButtonActionProc action) {
+    host::ToolButton &made = app.toolBar()->create(runtime.atoms.atom("guest:Button"), 0);
+    made.action = {guest.callback(action), nullptr, guest.id};
+    made.test = {guest.callback(+[](tavrel::ToolButton, void *) { return s_enabled; }), nullptr, guest.id};
+    app.toolBar()->insert(made, false, nullptr);
+    return made;
+  }
+
+  // The words of a page leave a trace in the document as long as they are kept.
+  void marksWords(int32_t page) {
+    const_cast<host::PageText &>(session().front()->model->pageText(page)).words.clear();
+  }
+  bool keepsWords(int32_t page) { return session().front()->model->pageText(page).words.empty(); }
+  void visit(int32_t first, int32_t last) {
+    for (int32_t page = first; page <= last; ++page) {
+      session().goToPage(page);
+      ASSERT_TRUE(draws());
+      marksWords(page);
+    }
+  }
+};
+
+// ---- waiting for pages ----
+
+TEST_F(DrawingTest, AnOutlineStandsWhereThePageIsAwaited) {
+  openPages({test::slowPage()});
+  EXPECT_TRUE(session().draw());
+  EXPECT_TRUE(session().shown().document);
+  EXPECT_FALSE(session().shown().drawing);
+  EXPECT_EQ(session().shown().pageWidth, 400);
+  EXPECT_EQ(session().shown().pageHeight, 600);
+}
+
+TEST_F(DrawingTest, TheOutlineIsDrawnOnce) {
+  openPages({test::slowPage()});
+  EXPECT_TRUE(session().draw());
+  EXPECT_FALSE(session().draw());
+  EXPECT_TRUE(session().needsDrawing());
+}
+
+TEST_F(DrawingTest, ThePageIsWaitedForUntilItIsThere) {
+  openPages({test::slowPage()});
+  EXPECT_FALSE(session().waitingSince());
+  session().draw();
+  const auto since = session().waitingSince();
+  EXPECT_TRUE(since);
+  session().draw();
+  EXPECT_EQ(session().waitingSince(), since);
+  ASSERT_TRUE(draws());
+  EXPECT_FALSE(session().waitingSince());
+}
+
+TEST_F(DrawingTest, NothingIsWaitedForWhenTheDocumentIsClosed) {
+  openPages({test::slowPage()});
+  session().draw();
+  session().closeFront();
+  session().draw();
+  EXPECT_FALSE(session().waitingSince());
+}
+
+TEST_F(DrawingTest, ThePageThatArrivesIsDrawnOnce) {
+  openPages(test::numberedPages(1));
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(drawing().image.width, width);
+  EXPECT_EQ(drawing().image.height, height);
+  EXPECT_FALSE(session().draw());
+}
+
+TEST_F(DrawingTest, TheNeighboursAreRenderedToo) {
+  openPages(test::numberedPages(5));
+  session().goToPage(2);
+  ASSERT_TRUE(draws());
+  ASSERT_TRUE(until([&] { return session().cache().size() == 3; }));
+  session().turn(1);
+  EXPECT_TRUE(session().draw());
+  EXPECT_TRUE(session().shown().drawing);
+}
+
+TEST_F(DrawingTest, NeighboursThatDoNotFitAreNotRendered) {
+  openPages(std::vector<test::PdfPage>(3, {.width = 3000, .height = 3000}));
+  session().setWindow(3000, 3000, 0); // 34 MiB each
+  session().goToPage(1);
+  ASSERT_TRUE(draws());
+  session().turn(1);
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(session().cache().size(), 1U);
+  EXPECT_LE(session().cache().bytes(), session().cache().bound());
+}
+
+TEST_F(DrawingTest, ANeighbourOfAnotherWidthIsRenderedAsItWillBeShown) {
+  openPages({test::pageWith("first"), {.width = 300, .height = 500}});
+  ASSERT_TRUE(draws());
+  ASSERT_TRUE(until([&] { return session().cache().size() == 2; }));
+  session().turn(1);
+  EXPECT_TRUE(session().draw());
+  EXPECT_TRUE(session().shown().drawing);
+  EXPECT_EQ(session().shown().pageWidth, width);
+}
+
+TEST_F(DrawingTest, ARotatedPageIsAsWideAsTheWindow) {
+  test::PdfPage page = test::pageWith("sideways");
+  page.rotate = 90;
+  openPages({page});
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(session().shown().pageWidth, 400);
+  EXPECT_EQ(session().shown().pageHeight, 267);
+}
+
+// ---- pages that cannot be drawn ----
+
+TEST_F(DrawingTest, ALongPageIsDrawnAsLargeAsItCanBe) {
+  openPages({{.width = 600, .height = 14400}}); // a web page on one sheet
+  session().setWindow(900, 900, 0);
+  ASSERT_TRUE(draws());
+  EXPECT_THAT(session().pageError(), IsEmpty());
+}
+
+TEST_F(DrawingTest, ADamagedPageIsWhitePaperThatSaysSo) {
+  open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(2), 2)));
+  session().goToPage(2);
+  ASSERT_TRUE(draws());
+  EXPECT_THAT(session().message(), HasSubstr("page 2 is damaged"));
+  EXPECT_THAT(session().pageError(), HasSubstr("page 2 is damaged"));
+  EXPECT_EQ(pixel(20, 20), white);
+}
+
+TEST_F(DrawingTest, ADamagedPageComplainsOnce) {
+  open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(2), 1)));
+  testing::internal::CaptureStderr();
+  for (const int32_t page : {2, 1, 2}) {
+    session().goToPage(page);
+    ASSERT_TRUE(draws());
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "tavrel: " + session().front()->file.string() + ": page 2 is damaged\n");
+}
+
+TEST_F(DrawingTest, ThePagesAroundADamagedOneHaveNoError) {
+  open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(2), 1)));
+  session().goToPage(2);
+  ASSERT_TRUE(draws());
+  session().turn(-1);
+  ASSERT_TRUE(draws());
+  EXPECT_THAT(session().pageError(), IsEmpty());
+}
+
+TEST_F(DrawingTest, AReaderScrollsOnToADamagedPageAndBack) {
+  open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(1), 1)));
+  session().scroll(0, 5000);
+  session().scroll(0, 10);
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(session().page(), 1);
+  session().scroll(0, -10);
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(session().page(), 0);
+}
+
+TEST_F(DrawingTest, ADamagedPageIsZoomedAndFittedLikeOthers) {
+  open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(1), 1)));
+  session().setPlace(1.5);
+  session().setWindow(500, 500, 0);
+  EXPECT_EQ(session().view()->pageWidth(), 500);
+  session().setFit(host::Fit::page);
+  session().zoomBy(1);
+  EXPECT_TRUE(draws());
+}
+
+TEST_F(DrawingTest, ReloadingMayLeadToAPageThatIsDamagedNow) {
+  openPages(test::numberedPages(3));
+  session().goToPage(2);
+  folder.write("paper.pdf", test::withDamagedPages(test::numberedPages(1), 2));
+  session().reload();
+  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  ASSERT_TRUE(draws());
+  EXPECT_THAT(session().pageError(), HasSubstr("page 2 is damaged"));
+}
+
+// ---- words ----
+
+TEST_F(DrawingTest, TheWordsOfEightPagesAreKept) {
+  openPages(test::numberedPages(9));
+  visit(0, 7);
+  EXPECT_TRUE(keepsWords(0));
+  visit(8, 8);
+  EXPECT_FALSE(keepsWords(0));
+  EXPECT_TRUE(keepsWords(1));
+}
+
+TEST_F(DrawingTest, APageSeenAgainIsKeptLonger) {
+  openPages(test::numberedPages(9));
+  visit(0, 7);
+  visit(0, 0);
+  visit(8, 8);
+  EXPECT_TRUE(keepsWords(0));
+  EXPECT_FALSE(keepsWords(1));
+}
+
+TEST_F(DrawingTest, WordsAreForgottenThoughAnotherDocumentWasInFront) {
+  openPages(test::numberedPages(16), "a.pdf");
+  visit(0, 5);
+  openPages(test::numberedPages(1), "b.pdf");
+  ASSERT_TRUE(draws());
+  session().bringToFront(0);
+  visit(6, 15);
+  EXPECT_FALSE(keepsWords(0));
+}
+
+TEST_F(DrawingTest, SelectionsOutliveTheWordsTheyWereMadeOf) {
+  openPages(test::numberedPages(10));
+  const tavrel::TextRange range{0, 4};
+  const host::Selection *selection = session().front()->model->selectCharacters(0, {&range, 1});
+  const double left = selection->bounds.left;
+  visit(0, 9);
+  EXPECT_EQ(session().front()->model->selectCharacters(0, {&range, 1}), selection);
+  EXPECT_EQ(selection->bounds.left, left);
+}
+
+TEST_F(DrawingTest, WordsThatAPluginHoldsOutliveTheDocumentsOwn) {
+  openPages(test::numberedPages(10));
+  const tavrel::ModelDoc model = host::modelDocs().handle(session().front()->model.get());
+  static tavrel::Word *s_words;
+  static int32_t s_count;
+  ASSERT_EQ(guest.attempt([=] {
+    const tavrel::WordFinder finder = DocModel::WordFinderCreate(model, nullptr, nullptr, nullptr, 2, 8, nullptr);
+    DocModel::WordFinderAcquirePage(finder, 0, &s_words, nullptr, nullptr, &s_count);
+  }),
+            0);
+  visit(0, 9);
+  ASSERT_EQ(s_count, 2);
+  EXPECT_EQ(guest.attempt([] {
+    if (DocModel::WordGetLength(s_words[0]) != 4 || DocModel::WordGetCharOffset(s_words[1]) != 5) Kernel::RaiseError(1);
+  }),
+            0);
+}
+
+// ---- while plug-ins are called ----
+
+TEST_F(DrawingTest, NothingIsDrawnWhileAPluginIsCalled) {
+  openPages(test::numberedPages(1));
+  session().press(button([](tavrel::ToolButton, void *) {
+                    s_session->view()->invalidate();
+                    s_drew = s_session->draw();
+                    ++s_presses;
+                  }),
+                  0);
+  EXPECT_EQ(s_presses, 1);
+  EXPECT_FALSE(s_drew);
+  EXPECT_TRUE(draws());
+}
+
+TEST_F(DrawingTest, NothingIsDrawnWithinADrawing) {
+  openPages(test::numberedPages(1));
+  const tavrel::PageDrawProc draw = [](tavrel::PageView, void *) {
+    s_drew |= s_session->draw();
+    ++s_presses;
+  };
+  app.registerPageDraw({guest.callback(draw), nullptr, guest.id});
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(s_presses, 1);
+  EXPECT_FALSE(s_drew);
+}
+
+TEST_F(DrawingTest, APluginThatTurnsThePageWhileItDrawsIsFollowed) {
+  openPages(test::numberedPages(2));
+  const tavrel::PageDrawProc turn = [](tavrel::PageView view, void *) { TavrelView::PageViewShowPage(view, 1); };
+  app.registerPageDraw({guest.callback(turn), nullptr, guest.id});
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(drawing().page, 1);
+  EXPECT_EQ(session().shown().page, 1);
+}
+
+// ---- buttons ----
+
+TEST_F(DrawingTest, ModifiersAreHeldDuringThePress) {
+  const tavrel::ButtonActionProc look = [](tavrel::ToolButton, void *) {
+    s_modifiers.push_back(TavrelView::GetModifierKeyState());
+  };
+  EXPECT_TRUE(session().press(button(look), tavrel::modifierShift));
+  EXPECT_THAT(s_modifiers, testing::ElementsAre(tavrel::modifierShift));
+  EXPECT_EQ(app.modifierKeys, 0U);
+}
+
+TEST_F(DrawingTest, AGreyedButtonIsNotPressed) {
+  host::ToolButton &greyed = button([](tavrel::ToolButton, void *) { ++s_presses; });
+  s_enabled = 0;
+  EXPECT_FALSE(session().press(greyed, 0));
+  EXPECT_EQ(s_presses, 0);
+  EXPECT_FALSE(greyed.enabled);
+}
+
+TEST_F(DrawingTest, AButtonIsAskedBeforeItIsPressed) {
+  s_enabled = 0;
+  host::ToolButton &pressed = button([](tavrel::ToolButton, void *) { ++s_presses; });
+  app.toolBar()->updateStates();
+  s_enabled = 1;
+  EXPECT_TRUE(session().press(pressed, 0));
+  EXPECT_EQ(s_presses, 1);
+}
+
+TEST_F(DrawingTest, AfterAPressTheButtonsAreAskedAgain) {
+  host::ToolButton &once = button([](tavrel::ToolButton, void *) { s_enabled = 0; });
+  EXPECT_TRUE(session().press(once, 0));
+  EXPECT_FALSE(once.enabled);
+}
+
+TEST_F(DrawingTest, AButtonThatRaisesLetsTheModifiersGo) {
+  const tavrel::ButtonActionProc raise = [](tavrel::ToolButton, void *) { Kernel::RaiseError(7); };
+  session().press(button(raise), tavrel::modifierControl);
+  EXPECT_EQ(app.modifierKeys, 0U);
+  EXPECT_THAT(guest.reports, SizeIs(1));
+}
+
+} // namespace
+} // namespace viewer

@@ -1,0 +1,329 @@
+// The find dialog's work. The window is 400 by 300 pixels, a page is as wide as that and 600 pixels high.
+#include <gmock/gmock.h>
+
+#include "Sessions.h"
+
+namespace viewer {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+constexpr uint32_t white = 0xFFFFFFFF, everyPlace = 0xFFD8E6FF, currentPlace = 0xFF8FB8FF;
+constexpr const char *fromStart = "Reached the end, went on from the start";
+constexpr const char *fromEnd = "Reached the start, went on from the end";
+
+// "lamp" stands at the head and at the foot of the second page, and at the head of the fourth.
+std::vector<test::PdfPage> lamps() {
+  std::vector<test::PdfPage> pages = test::numberedPages(5);
+  pages[1].texts = {{.x = 50, .y = 550, .text = "lamp"}, {.x = 50, .y = 50, .text = "lamp"}};
+  pages[3] = test::pageWith("lamp");
+  return pages;
+}
+
+struct FindingTest : test::Sessions {
+  void SetUp() override { openPages(lamps()); }
+  int y() { return session().view()->scrollY(); }
+  bool finishes() {
+    return until([&] { return !session().searching(); });
+  }
+  void find(const std::string &text, bool backwards = false) {
+    session().find({text, {}}, backwards);
+    ASSERT_TRUE(finishes());
+  }
+  void next() {
+    session().findAgain(false);
+    ASSERT_TRUE(finishes());
+  }
+  void previous() {
+    session().findAgain(true);
+    ASSERT_TRUE(finishes());
+  }
+  // How many pixels of a colour are in sight.
+  ptrdiff_t count(uint32_t color) {
+    EXPECT_TRUE(draws());
+    return std::ranges::count(drawing().image.pixels, color);
+  }
+};
+
+TEST_F(FindingTest, TurnsToTheFirstPageThatHasIt) {
+  session().find({"lamp", {}}, false);
+  EXPECT_TRUE(session().searching());
+  EXPECT_EQ(session().findMessage(), "Searching");
+  ASSERT_TRUE(finishes());
+  EXPECT_EQ(session().page(), 1);
+  EXPECT_THAT(session().findMessage(), IsEmpty());
+}
+
+TEST_F(FindingTest, StepsOnAPageWithoutSearching) {
+  find("lamp");
+  session().findAgain(false);
+  EXPECT_FALSE(session().searching());
+  EXPECT_EQ(session().page(), 1);
+  EXPECT_GT(y(), 0);
+}
+
+TEST_F(FindingTest, StepsBackOnAPage) {
+  find("lamp");
+  next();
+  session().findAgain(true);
+  EXPECT_FALSE(session().searching());
+  EXPECT_EQ(y(), 0);
+}
+
+TEST_F(FindingTest, BehindTheLastPlaceOfAPageComesTheNextPage) {
+  find("lamp");
+  next();
+  next();
+  EXPECT_EQ(session().page(), 3);
+}
+
+TEST_F(FindingTest, BeforeTheFirstPlaceOfAPageComesTheLastOfThePageBefore) {
+  session().goToPage(3);
+  find("lamp");
+  previous();
+  EXPECT_EQ(session().page(), 1);
+  EXPECT_GT(y(), 0);
+}
+
+TEST_F(FindingTest, GoesOnFromTheStartAndSaysSo) {
+  session().goToPage(3);
+  find("lamp");
+  next();
+  EXPECT_EQ(session().page(), 1);
+  EXPECT_EQ(session().findMessage(), fromStart);
+  EXPECT_EQ(session().message(), fromStart);
+}
+
+TEST_F(FindingTest, GoesOnFromTheEndAndSaysSo) {
+  find("lamp");
+  previous();
+  EXPECT_EQ(session().page(), 3);
+  EXPECT_EQ(session().findMessage(), fromEnd);
+}
+
+TEST_F(FindingTest, TheMessageGoesWithTheNextStep) {
+  session().goToPage(3);
+  find("lamp");
+  next();
+  next();
+  EXPECT_THAT(session().findMessage(), IsEmpty());
+}
+
+TEST_F(FindingTest, FromTheLastPageItGoesOnAtOnce) {
+  openPages({test::pageWith("lamp")}, "one.pdf");
+  find("lamp");
+  next();
+  EXPECT_EQ(session().findMessage(), fromStart);
+  previous();
+  EXPECT_EQ(session().findMessage(), fromEnd);
+}
+
+TEST_F(FindingTest, AnotherTextStartsAnewFromThePageShown) {
+  find("lamp");
+  find("page 3");
+  EXPECT_EQ(session().page(), 2);
+  EXPECT_EQ(session().findRequest().text, "page 3");
+}
+
+TEST_F(FindingTest, OtherOptionsStartAnew) {
+  find("LAMP");
+  session().find({"LAMP", {.matchCase = true}}, false);
+  EXPECT_TRUE(session().searching());
+  ASSERT_TRUE(finishes());
+  EXPECT_THAT(session().findMessage(), HasSubstr("is not in the document"));
+}
+
+TEST_F(FindingTest, AReaderWhoTurnsIsFollowed) {
+  find("lamp");
+  session().goToPage(2);
+  next();
+  EXPECT_EQ(session().page(), 3);
+}
+
+TEST_F(FindingTest, ATextThatIsNotThereIsSaid) {
+  session().goToPage(2);
+  find("cellar");
+  EXPECT_EQ(session().findMessage(), "\u201Ccellar\u201D is not in the document");
+  EXPECT_EQ(session().message(), session().findMessage());
+  EXPECT_EQ(session().page(), 2);
+}
+
+TEST_F(FindingTest, ATextThatIsNotThereTakesTheMarksAway) {
+  find("lamp");
+  EXPECT_GT(count(currentPlace), 0);
+  find("cellar");
+  EXPECT_EQ(count(currentPlace), 0);
+}
+
+TEST_F(FindingTest, NoTextIsNotSearched) {
+  session().find({}, false);
+  EXPECT_FALSE(session().searching());
+}
+
+TEST_F(FindingTest, ATextThatIsNoUtf8IsSaid) {
+  find("\xC3(");
+  EXPECT_THAT(session().findMessage(), HasSubstr("UTF-8"));
+}
+
+TEST_F(FindingTest, AFileThatIsGoneIsSaid) {
+  std::filesystem::remove(session().front()->file);
+  find("lamp");
+  EXPECT_THAT(session().findMessage(), HasSubstr("No such file"));
+}
+
+TEST_F(FindingTest, ALockedDocumentIsSearched) {
+  open(test::locked(write("secret.pdf", {test::pageWith("hidden")})), {}, "user");
+  find("hidden");
+  EXPECT_THAT(session().findMessage(), IsEmpty());
+}
+
+// ---- marks ----
+
+TEST_F(FindingTest, ThePlaceIsMarkedWhereItStands) {
+  find("lamp"); // 24 points wide, its base line 50 points below the upper edge
+  ASSERT_TRUE(draws());
+  const std::span<const uint32_t> row(drawing().image.row(47), width);
+  EXPECT_EQ(std::ranges::count(row, white), width - 24);
+  EXPECT_EQ(std::ranges::count(row.subspan(50, 24), white), 0);
+}
+
+TEST_F(FindingTest, TheOtherPlacesOfThePageAreMarkedLighter) {
+  session().setFit(host::Fit::page);
+  find("lamp");
+  EXPECT_GT(count(currentPlace), 0);
+  EXPECT_GT(count(everyPlace), 0);
+}
+
+TEST_F(FindingTest, AStepMovesTheMark) {
+  session().setFit(host::Fit::page);
+  find("lamp");
+  ASSERT_TRUE(draws());
+  const std::vector<uint32_t> before = drawing().image.pixels;
+  next();
+  ASSERT_TRUE(draws());
+  EXPECT_NE(drawing().image.pixels, before);
+}
+
+TEST_F(FindingTest, ARotatedPageIsMarkedWhereTheTextStands) {
+  test::PdfPage page = test::pageWith("lamp", 300, 500);
+  page.rotate = 90;
+  openPages({page}, "sideways.pdf"); // shown 600 points wide: two thirds of a pixel a point
+  find("lamp");
+  EXPECT_GT(count(currentPlace), 0);
+  // The base line runs down the page, 500 points from its left edge, from 300 points below the upper edge.
+  EXPECT_EQ(pixel(337, 205), currentPlace);
+}
+
+TEST_F(FindingTest, APlaceOutOfSightComesIntoTheMiddle) {
+  session().setZoom(2); // 1067 by 1600 pixels
+  find("lamp");
+  const double dpi = session().view()->dpi(), middle = (600 - 550) * dpi / 72;
+  next(); // at the foot, 50 points above the lower edge
+  EXPECT_NEAR(y() + height / 2.0, session().view()->pageHeight() - middle, 150);
+  EXPECT_GT(count(currentPlace), 0);
+}
+
+TEST_F(FindingTest, APlaceInTheMiddleOfThePageComesIntoTheMiddleOfTheWindow) {
+  openPages({test::pageWith("lamp", 200, 300)}, "middle.pdf");
+  session().setZoom(4);
+  find("lamp");
+  const double scale = session().view()->dpi() / 72;
+  EXPECT_NEAR(session().view()->scrollX() + width / 2.0, 212 * scale, 2 * scale);
+  EXPECT_NEAR(y() + height / 2.0, 300 * scale, 8 * scale);
+}
+
+TEST_F(FindingTest, APlaceInSightMovesNothing) {
+  session().goToPage(1);
+  session().view()->scrollTo(0, 20);
+  find("lamp");
+  EXPECT_EQ(y(), 20);
+}
+
+TEST_F(FindingTest, EndingTakesTheMarksAndTheMessageAway) {
+  find("lamp");
+  EXPECT_GT(count(currentPlace), 0);
+  session().endFinding();
+  EXPECT_EQ(count(currentPlace), 0);
+  EXPECT_THAT(session().findMessage(), IsEmpty());
+}
+
+TEST_F(FindingTest, EndingKeepsTheText) {
+  find("lamp");
+  session().endFinding();
+  EXPECT_EQ(session().findRequest().text, "lamp");
+  next();
+  EXPECT_EQ(session().page(), 1);
+}
+
+// ---- what happens meanwhile ----
+
+TEST_F(FindingTest, AnEndedSearchTurnsNoPage) {
+  session().find({"lamp", {}}, false);
+  session().endFinding();
+  find("page 1"); // the thread has nothing else to do by now
+  EXPECT_EQ(session().page(), 0);
+}
+
+TEST_F(FindingTest, ClosingEndsTheSearchOfTheDocument) {
+  session().find({"cellar", {}}, false);
+  session().closeFront();
+  EXPECT_FALSE(session().searching());
+  EXPECT_NE(session().findMessage(), "Searching");
+}
+
+TEST_F(FindingTest, AnotherDocumentInFrontIsNotTurned) {
+  openPages(test::numberedPages(5), "other.pdf");
+  session().bringToFront(0);
+  session().find({"lamp", {}}, false);
+  session().bringToFront(1);
+  ASSERT_TRUE(finishes());
+  EXPECT_EQ(session().page(), 0);
+}
+
+TEST_F(FindingTest, ASearchThatAnotherDocumentEndedIsNotUnderWayForTheDialog) {
+  openPages(test::numberedPages(5), "other.pdf");
+  session().bringToFront(0);
+  session().find({"lamp", {}}, false);
+  session().bringToFront(1);
+  ASSERT_TRUE(finishes());
+  EXPECT_NE(session().findMessage(), "Searching");
+}
+
+TEST_F(FindingTest, ADocumentThatArrivesDuringASearchIsNotTurned) {
+  session().open({write("other.pdf", test::numberedPages(5)), {}});
+  session().find({"lamp", {}}, false);
+  ASSERT_TRUE(until([&] { return !session().opening() && !session().searching(); }));
+  EXPECT_EQ(session().page() == 0, session().front()->file.filename() == "other.pdf");
+}
+
+TEST_F(FindingTest, ReloadingForgetsThePlacesOfTheOldFile) {
+  find("lamp");
+  session().reload();
+  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  EXPECT_EQ(count(currentPlace), 0);
+  next();
+  EXPECT_EQ(session().page(), 1);
+  EXPECT_GT(count(currentPlace), 0);
+}
+
+TEST_F(FindingTest, TheMarksComeBackWithTheirDocument) {
+  find("lamp");
+  openPages(test::numberedPages(1), "other.pdf");
+  session().bringToFront(0);
+  find("lamp");
+  session().bringToFront(1);
+  EXPECT_EQ(count(currentPlace), 0);
+  session().bringToFront(0);
+  EXPECT_GT(count(currentPlace), 0);
+}
+
+TEST_F(FindingTest, EndsWhileItSearches) {
+  openPages(test::numberedPages(300), "long.pdf");
+  session().find({"cellar", {}}, false);
+  endSession();
+  EXPECT_EQ(app.front(), nullptr);
+}
+
+} // namespace
+} // namespace viewer

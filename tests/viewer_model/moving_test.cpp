@@ -1,0 +1,256 @@
+// How a reader moves. The window is 400 by 300 pixels, a page is as wide as that and 600 pixels high.
+#include <gmock/gmock.h>
+
+#include "Sessions.h"
+
+namespace viewer {
+namespace {
+
+using testing::DoubleNear;
+
+struct MovingTest : test::Sessions {
+  static constexpr int bottom = 300; ///< the furthest that a page scrolls
+  void SetUp() override { openPages(test::numberedPages(3)); }
+  int y() { return session().view()->scrollY(); }
+  void stand(int32_t page, int scrollY) {
+    session().goToPage(page);
+    session().view()->scrollTo(0, scrollY);
+  }
+};
+
+TEST_F(MovingTest, GoesToAPage) {
+  session().goToPage(2);
+  EXPECT_EQ(session().page(), 2);
+}
+
+TEST_F(MovingTest, PagesBeyondTheEndsAreTheLastAndTheFirst) {
+  session().goToPage(99);
+  EXPECT_EQ(session().page(), 2);
+  session().goToPage(-5);
+  EXPECT_EQ(session().page(), 0);
+}
+
+TEST_F(MovingTest, TurnsBothWays) {
+  session().turn(2);
+  EXPECT_EQ(session().page(), 2);
+  session().turn(-1);
+  EXPECT_EQ(session().page(), 1);
+}
+
+TEST_F(MovingTest, TurningStopsAtTheEnds) {
+  session().turn(-1);
+  EXPECT_EQ(session().page(), 0);
+  session().turn(7);
+  EXPECT_EQ(session().page(), 2);
+}
+
+TEST_F(MovingTest, ScrollingStaysOnThePageAsLongAsThereIsMore) {
+  session().scroll(0, 200);
+  EXPECT_EQ(y(), 200);
+  session().scroll(0, 200);
+  EXPECT_EQ(y(), bottom);
+  EXPECT_EQ(session().page(), 0);
+}
+
+TEST_F(MovingTest, ScrollingBeyondTheFootShowsTheNextPagesHead) {
+  stand(0, bottom);
+  session().scroll(0, 10);
+  EXPECT_EQ(session().page(), 1);
+  EXPECT_EQ(y(), 0);
+}
+
+TEST_F(MovingTest, ScrollingBeyondTheHeadShowsTheFootOfThePageBefore) {
+  stand(1, 0);
+  session().scroll(0, -10);
+  EXPECT_EQ(session().page(), 0);
+  EXPECT_EQ(y(), bottom);
+}
+
+TEST_F(MovingTest, ScrollingStopsAtTheEndsOfTheDocument) {
+  session().scroll(0, -10);
+  EXPECT_EQ(session().page(), 0);
+  stand(2, bottom);
+  session().scroll(0, 10);
+  EXPECT_EQ(session().page(), 2);
+  EXPECT_EQ(y(), bottom);
+}
+
+TEST_F(MovingTest, ScrollingSidewaysTurnsNoPage) {
+  stand(0, bottom);
+  session().scroll(50, 0);
+  EXPECT_EQ(session().page(), 0);
+}
+
+TEST_F(MovingTest, TurningByScrollingKeepsTheColumn) {
+  session().setZoom(1.5);
+  session().view()->scrollTo(100, 10'000);
+  session().scroll(0, 10);
+  EXPECT_EQ(session().page(), 1);
+  EXPECT_EQ(session().view()->scrollX(), 100);
+}
+
+TEST_F(MovingTest, DraggingStaysOnThePage) {
+  session().drag(0, 5000);
+  session().drag(0, 5000);
+  EXPECT_EQ(session().page(), 0);
+  EXPECT_EQ(y(), bottom);
+}
+
+TEST_F(MovingTest, AWindowfulLeavesALittleInSight) {
+  session().scrollWindow(1);
+  EXPECT_EQ(y(), 270);
+  session().scrollWindow(-1);
+  EXPECT_EQ(y(), 0);
+}
+
+TEST_F(MovingTest, WindowfulsLeadThroughTheDocument) {
+  std::vector<int32_t> pages;
+  for (int step = 0; step < 6; ++step) {
+    session().scrollWindow(1);
+    pages.push_back(session().page());
+  }
+  EXPECT_THAT(pages, testing::ElementsAre(0, 0, 1, 1, 1, 2));
+}
+
+TEST_F(MovingTest, ThePlaceIsThePageAndHowFarDownIt) {
+  stand(1, 150);
+  EXPECT_THAT(session().place(), DoubleNear(1.25, 1e-9));
+}
+
+TEST_F(MovingTest, EveryPlaceLeadsBackToItself) {
+  for (const int32_t page : {0, 1, 2})
+    for (const int scrollY : {0, 1, 7, 149, 299, 300}) {
+      stand(page, scrollY);
+      const double place = session().place();
+      stand(0, 0);
+      session().setPlace(place);
+      EXPECT_EQ(session().page(), page) << place;
+      EXPECT_EQ(y(), scrollY) << place;
+    }
+}
+
+TEST_F(MovingTest, APlaceOnAnotherPageKeepsTheColumn) {
+  session().setZoom(1.5);
+  session().view()->scrollTo(100, 0);
+  session().setPlace(1.5);
+  EXPECT_EQ(session().view()->scrollX(), 100);
+}
+
+TEST_F(MovingTest, PlacesBeyondTheEndsAreTheEnds) {
+  session().setPlace(99);
+  EXPECT_EQ(session().page(), 2);
+  EXPECT_EQ(y(), bottom);
+  session().setPlace(-1);
+  EXPECT_EQ(session().place(), 0);
+}
+
+TEST_F(MovingTest, HalfOfThePageIsVisible) { EXPECT_THAT(session().visibleShare(), DoubleNear(0.5, 1e-9)); }
+
+TEST_F(MovingTest, APageThatFitsIsVisibleAsAWhole) {
+  session().setFit(host::Fit::page);
+  EXPECT_EQ(session().visibleShare(), 1);
+}
+
+// ---- size ----
+
+TEST_F(MovingTest, AHundredPercentIsTheScreensResolution) {
+  session().setZoom(1);
+  EXPECT_EQ(session().view()->dpi(), 96);
+  EXPECT_EQ(session().zoom(), 1);
+  EXPECT_EQ(session().fit(), host::Fit::none);
+}
+
+TEST_F(MovingTest, ZoomingStepsFromWhereItIs) {
+  EXPECT_THAT(session().zoom(), DoubleNear(0.75, 1e-9)); // as wide as the window
+  session().zoomBy(1);
+  EXPECT_THAT(session().zoom(), DoubleNear(0.9, 1e-9));
+  session().zoomBy(-1);
+  session().zoomBy(-1);
+  EXPECT_THAT(session().zoom(), DoubleNear(0.67, 1e-9));
+}
+
+TEST_F(MovingTest, ZoomingEndsAtATenth) {
+  for (int step = 0; step < 30; ++step)
+    session().zoomBy(-1);
+  EXPECT_THAT(session().zoom(), DoubleNear(0.1, 1e-9));
+}
+
+TEST_F(MovingTest, ZoomingEndsWhereAnImageWouldBeTooLarge) {
+  for (int step = 0; step < 30; ++step)
+    session().zoomBy(1);
+  const double largest = session().zoom();
+  EXPECT_GT(largest, 6);
+  EXPECT_LE(1.0 * session().view()->pageWidth() * session().view()->pageHeight(), host::PageView::largestImage);
+  session().zoomBy(-1);
+  EXPECT_LT(session().zoom(), largest);
+}
+
+TEST_F(MovingTest, ZoomingKeepsTheMiddle) {
+  stand(0, 150); // the middle of the page is in the middle of the window
+  session().setZoom(1.5);
+  EXPECT_THAT(y() + height / 2.0, DoubleNear(session().view()->pageHeight() / 2.0, 1));
+}
+
+TEST_F(MovingTest, FitPageShowsAllOfIt) {
+  session().setFit(host::Fit::page);
+  EXPECT_EQ(session().view()->pageHeight(), height);
+  EXPECT_EQ(session().fit(), host::Fit::page);
+}
+
+TEST_F(MovingTest, AFitIsKeptForDocumentsOpenedLater) {
+  session().setFit(host::Fit::page);
+  openPages(test::numberedPages(1), "later.pdf");
+  EXPECT_EQ(session().fit(), host::Fit::page);
+  EXPECT_EQ(session().view()->pageHeight(), height);
+}
+
+TEST_F(MovingTest, ZoomingEndsTheFitForDocumentsOpenedLater) {
+  session().setZoom(2);
+  openPages(test::numberedPages(1), "later.pdf");
+  EXPECT_EQ(session().fit(), host::Fit::none);
+}
+
+TEST_F(MovingTest, AFitFollowsTheWindow) {
+  session().setWindow(800, 600, 0);
+  EXPECT_EQ(session().view()->pageWidth(), 800);
+}
+
+TEST_F(MovingTest, AFitFollowsThePage) {
+  openPages({{.width = 200, .height = 200}, {.width = 1000, .height = 200}}, "mixed.pdf");
+  EXPECT_EQ(session().view()->pageWidth(), width);
+  session().turn(1);
+  EXPECT_EQ(session().view()->pageWidth(), width);
+  EXPECT_EQ(session().view()->pageHeight(), 80);
+}
+
+TEST_F(MovingTest, ScrollingBackToALargerPageShowsItsFoot) {
+  openPages({{.width = 400, .height = 2000}, {.width = 1000, .height = 200}}, "mixed.pdf");
+  session().goToPage(1);
+  session().scroll(0, -10);
+  EXPECT_EQ(session().page(), 0);
+  EXPECT_EQ(y(), 2000 - height);
+}
+
+TEST_F(MovingTest, AZoomIsTheSameOnPagesOfAllSizes) {
+  openPages({{.width = 200, .height = 200}, {.width = 1000, .height = 200}}, "mixed.pdf");
+  session().setZoom(1);
+  session().turn(1);
+  EXPECT_EQ(session().zoom(), 1);
+}
+
+TEST_F(MovingTest, APageThatIsTooLargeForTheZoomLeavesItToTheNextOne) {
+  openPages({{.width = 5000, .height = 5000}, {.width = 200, .height = 200}}, "mixed.pdf");
+  session().setZoom(4);
+  EXPECT_LT(session().zoom(), 1);
+  session().turn(1);
+  EXPECT_EQ(session().zoom(), 4);
+}
+
+TEST_F(MovingTest, TurningTakesTheMessageAway) {
+  session().say("something");
+  session().turn(1);
+  EXPECT_EQ(session().message(), "");
+}
+
+} // namespace
+} // namespace viewer

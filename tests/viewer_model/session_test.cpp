@@ -1,0 +1,360 @@
+// Documents of a session: how they come, go, and which is in front.
+#include "viewer/model/session.h"
+
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+#include "Sessions.h"
+
+namespace viewer {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::SizeIs;
+
+struct Asked : Questions {
+  void askPassword(const Target &target, bool again) override {
+    files.push_back(target);
+    agains.push_back(again);
+  }
+  std::vector<Target> files;
+  std::vector<bool> agains;
+};
+
+struct SessionTest : test::Sessions {
+  // The names of the open documents, in their order.
+  std::vector<std::string> names() {
+    std::vector<std::string> result;
+    for (const host::ViewerDocument *document : session().documents())
+      result.push_back(document->file.filename());
+    return result;
+  }
+  std::string frontName() { return session().front() == nullptr ? "" : session().front()->file.filename().string(); }
+  // What is written to standard error until all files are open or refused.
+  std::string complaintsOf(const std::filesystem::path &file) {
+    testing::internal::CaptureStderr();
+    open(file);
+    return testing::internal::GetCapturedStderr();
+  }
+  std::filesystem::path secret() { return test::locked(write("secret.pdf", test::numberedPages(2))); }
+};
+
+// ---- opening ----
+
+TEST_F(SessionTest, WithoutDocumentsThereIsNothing) {
+  EXPECT_EQ(session().front(), nullptr);
+  EXPECT_EQ(session().view(), nullptr);
+  EXPECT_EQ(session().title(), "Tavrel");
+  EXPECT_EQ(session().pageCount(), 0);
+  EXPECT_FALSE(session().draw());
+}
+
+TEST_F(SessionTest, DeedsWithoutADocumentDoNothing) {
+  session().closeFront();
+  session().reload();
+  session().bringToFront(0);
+  session().goToPage(3);
+  session().scroll(0, 10);
+  session().setPlace(0.5);
+  session().zoomBy(1);
+  session().setZoom(2);
+  session().find({"lamp", {}}, false);
+  session().endFinding();
+  EXPECT_FALSE(session().searching());
+  EXPECT_THAT(session().message(), IsEmpty());
+}
+
+TEST_F(SessionTest, AFileThatIsThereIsInFront) {
+  openPages(test::numberedPages(3));
+  EXPECT_EQ(frontName(), "paper.pdf");
+  EXPECT_EQ(session().pageCount(), 3);
+  EXPECT_EQ(session().title(), "paper.pdf \u2013 Tavrel");
+}
+
+TEST_F(SessionTest, OpeningIsSaidUntilTheFileIsThere) {
+  session().open({write("paper.pdf", test::numberedPages(1)), {}});
+  EXPECT_TRUE(session().opening());
+  EXPECT_EQ(session().message(), "Opening paper.pdf");
+  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  EXPECT_THAT(session().message(), IsEmpty());
+}
+
+TEST_F(SessionTest, ThePluginsHearTheParameters) {
+  open(write("paper.pdf", test::numberedPages(1)), "page=3&xml=h.xml");
+  ASSERT_NE(session().front(), nullptr);
+  EXPECT_EQ(session().front()->parameters, "page=3&xml=h.xml");
+}
+
+TEST_F(SessionTest, AFileIsKnownWhicheverWayItsPathIsWritten) {
+  const auto file = write("paper.pdf", test::numberedPages(1));
+  open(file);
+  open(std::filesystem::relative(file));
+  EXPECT_THAT(session().documents(), SizeIs(1));
+}
+
+TEST_F(SessionTest, AnOpenFileComesToFrontInsteadOfOpeningTwice) {
+  const auto file = write("a.pdf", test::numberedPages(1));
+  open(file, "page=1");
+  openPages(test::numberedPages(1), "b.pdf");
+  open(file);
+  EXPECT_THAT(names(), ElementsAre("a.pdf", "b.pdf"));
+  EXPECT_EQ(frontName(), "a.pdf");
+}
+
+TEST_F(SessionTest, OtherParametersOpenTheFileOnceMore) {
+  const auto file = write("a.pdf", test::numberedPages(1));
+  open(file, "page=1");
+  open(file, "page=2");
+  EXPECT_THAT(session().documents(), SizeIs(2));
+  open(file, "page=1");
+  EXPECT_THAT(session().documents(), SizeIs(2));
+  EXPECT_EQ(session().frontIndex(), 0U);
+}
+
+TEST_F(SessionTest, AFileThatIsStillBeingOpenedIsNotOpenedTwice) {
+  const auto file = write("a.pdf", test::numberedPages(1));
+  session().open({file, {}});
+  session().open({file, {}});
+  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  EXPECT_THAT(session().documents(), SizeIs(1));
+}
+
+TEST_F(SessionTest, FilesOpenedAtOnceStandInTheirOrder) {
+  for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})
+    session().open({write(name, test::numberedPages(1)), {}});
+  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  EXPECT_THAT(names(), ElementsAre("a.pdf", "b.pdf", "c.pdf"));
+  EXPECT_EQ(session().frontIndex(), 2U);
+}
+
+TEST_F(SessionTest, EndsWhileFilesAreBeingOpened) {
+  openPages(test::numberedPages(1));
+  for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})
+    session().open({write(name, test::numberedPages(1)), {}});
+  endSession();
+  EXPECT_EQ(app.front(), nullptr);
+}
+
+// ---- files that cannot be opened ----
+
+TEST_F(SessionTest, ADamagedFileComplainsOnce) {
+  const auto file = folder.write("cut.pdf", test::pdfOf(test::numberedPages(1)).substr(0, 60));
+  EXPECT_EQ(complaintsOf(file), "tavrel: " + file.string() + ": is damaged\n");
+  EXPECT_EQ(session().message(), file.string() + ": is damaged");
+  EXPECT_EQ(session().front(), nullptr);
+}
+
+TEST_F(SessionTest, AMissingFileLeavesTheOthersAlone) {
+  openPages(test::numberedPages(1), "a.pdf");
+  EXPECT_THAT(complaintsOf("/nowhere/b.pdf"), HasSubstr("No such file"));
+  EXPECT_THAT(names(), ElementsAre("a.pdf"));
+  EXPECT_EQ(frontName(), "a.pdf");
+}
+
+TEST_F(SessionTest, ADocumentWhoseFirstPageIsDamagedIsOpenedAndSaysSo) {
+  open(folder.write("bad.pdf", test::allDamaged()));
+  testing::internal::CaptureStderr();
+  ASSERT_TRUE(draws());
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("page 0 is damaged"));
+  EXPECT_THAT(session().pageError(), HasSubstr("page 0 is damaged"));
+  session().closeFront();
+  EXPECT_EQ(session().front(), nullptr);
+}
+
+// ---- passwords ----
+
+TEST_F(SessionTest, ALockedFileAsksForItsPassword) {
+  Asked asked;
+  session().questions = &asked;
+  const auto file = secret();
+  EXPECT_THAT(complaintsOf(file), IsEmpty());
+  EXPECT_THAT(asked.files, ElementsAre(Target{file, ""}));
+  EXPECT_THAT(asked.agains, ElementsAre(false));
+  EXPECT_TRUE(session().asksPassword());
+  session().questions = nullptr;
+}
+
+TEST_F(SessionTest, AWrongPasswordAsksAgain) {
+  Asked asked;
+  session().questions = &asked;
+  open(secret(), "page=2", "wrong");
+  EXPECT_THAT(asked.agains, ElementsAre(true));
+  EXPECT_EQ(asked.files.at(0).parameters, "page=2");
+  session().questions = nullptr;
+}
+
+TEST_F(SessionTest, ThePasswordOpensTheFile) {
+  Asked asked;
+  session().questions = &asked;
+  open(secret());
+  open(asked.files.at(0).file, {}, "user");
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(frontName(), "secret.pdf.locked.pdf");
+  session().questions = nullptr;
+}
+
+TEST_F(SessionTest, WhereNobodyCanBeAskedTheFileIsRefused) {
+  EXPECT_THAT(complaintsOf(secret()), EndsWith("wants a password\n"));
+  EXPECT_FALSE(session().asksPassword());
+}
+
+// ---- closing ----
+
+TEST_F(SessionTest, BehindAClosedDocumentStandsTheOneBefore) {
+  openPages(test::numberedPages(1), "a.pdf");
+  openPages(test::numberedPages(1), "b.pdf");
+  session().closeFront();
+  EXPECT_THAT(names(), ElementsAre("a.pdf"));
+  EXPECT_EQ(frontName(), "a.pdf");
+  EXPECT_TRUE(session().needsDrawing());
+}
+
+TEST_F(SessionTest, AClosedDocumentsPagesAreDropped) {
+  openPages(test::numberedPages(1));
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(session().cache().size(), 1U);
+  session().closeFront();
+  EXPECT_EQ(session().cache().size(), 0U);
+}
+
+TEST_F(SessionTest, WhatArrivesForAClosedDocumentIsDropped) {
+  openPages({test::slowPage()}, "a.pdf");
+  session().draw();
+  session().closeFront();
+  openPages(test::numberedPages(1), "b.pdf");
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(session().cache().size(), 1U);
+}
+
+TEST_F(SessionTest, TheLastDocumentLeavesAnEmptyWindow) {
+  openPages(test::numberedPages(1));
+  ASSERT_TRUE(draws());
+  session().closeFront();
+  EXPECT_TRUE(session().needsDrawing());
+  EXPECT_TRUE(session().draw());
+  EXPECT_FALSE(session().shown().document);
+  EXPECT_FALSE(session().draw());
+}
+
+TEST_F(SessionTest, ADocumentThatWasBehindFitsTheWindowAsItIsNow) {
+  openPages(test::numberedPages(1), "a.pdf");
+  openPages(test::numberedPages(1), "b.pdf");
+  session().setWindow(200, 150, 5);
+  session().closeFront();
+  EXPECT_EQ(session().view()->pageWidth(), 200);
+}
+
+TEST_F(SessionTest, ADocumentBroughtToFrontFitsTheWindowAsItIsNow) {
+  openPages(test::numberedPages(1), "a.pdf");
+  openPages(test::numberedPages(1), "b.pdf");
+  session().setWindow(200, 150, 5);
+  session().bringToFront(0);
+  EXPECT_EQ(session().view()->pageWidth(), 200);
+}
+
+TEST_F(SessionTest, ClosingAllLeavesNone) {
+  openPages(test::numberedPages(1), "a.pdf");
+  openPages(test::numberedPages(1), "b.pdf");
+  session().closeAll();
+  EXPECT_THAT(session().documents(), IsEmpty());
+  EXPECT_EQ(session().front(), nullptr);
+}
+
+// ---- bringing to front ----
+
+TEST_F(SessionTest, BringingToFrontKeepsTheOrder) {
+  openPages(test::numberedPages(1), "a.pdf");
+  openPages(test::numberedPages(1), "b.pdf");
+  openPages(test::numberedPages(1), "c.pdf");
+  session().bringToFront(0);
+  EXPECT_THAT(names(), ElementsAre("a.pdf", "b.pdf", "c.pdf"));
+  EXPECT_EQ(session().frontIndex(), 0U);
+  EXPECT_THAT(session().title(), testing::StartsWith("a.pdf"));
+}
+
+TEST_F(SessionTest, ADocumentThatIsNotThereDoesNotComeToFront) {
+  openPages(test::numberedPages(1), "a.pdf");
+  session().bringToFront(1);
+  EXPECT_EQ(frontName(), "a.pdf");
+}
+
+TEST_F(SessionTest, EveryDocumentStaysOnItsPage) {
+  openPages(test::numberedPages(4), "a.pdf");
+  session().goToPage(3);
+  openPages(test::numberedPages(4), "b.pdf");
+  EXPECT_EQ(session().page(), 0);
+  session().bringToFront(0);
+  EXPECT_EQ(session().page(), 3);
+}
+
+// ---- reloading ----
+
+TEST_F(SessionTest, ReloadingShowsTheFileAsItIsNowOnTheSamePage) {
+  openPages(test::numberedPages(4));
+  session().goToPage(2);
+  write("paper.pdf", test::numberedPages(6));
+  session().reload();
+  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  EXPECT_EQ(session().pageCount(), 6);
+  EXPECT_EQ(session().page(), 2);
+}
+
+TEST_F(SessionTest, ReloadingAShorterFileShowsItsLastPage) {
+  openPages(test::numberedPages(4));
+  session().goToPage(3);
+  write("paper.pdf", test::numberedPages(2));
+  session().reload();
+  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  EXPECT_EQ(session().page(), 1);
+}
+
+TEST_F(SessionTest, ReloadingKeepsPasswordAndParameters) {
+  open(secret(), "xml=h.xml", "user");
+  session().reload();
+  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  ASSERT_NE(session().front(), nullptr) << session().message();
+  EXPECT_EQ(session().front()->parameters, "xml=h.xml");
+}
+
+TEST_F(SessionTest, ReloadingDrawsWhatIsInTheFileNow) {
+  openPages({test::pageWith("page")});
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(pixel(20, 20), 0xFFFFFFFF);
+  write("paper.pdf", {{.drawing = "1 0 0 rg 0 0 400 600 re f"}});
+  session().reload();
+  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(pixel(20, 20), 0xFFFF0000);
+}
+
+TEST_F(SessionTest, AChangedFileIsSaid) {
+  const auto file = write("paper.pdf", test::numberedPages(3));
+  open(file);
+  std::ofstream(file, std::ios::app) << "more";
+  testing::internal::CaptureStderr();
+  ASSERT_TRUE(draws());
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("has changed; Reload shows it"));
+  EXPECT_THAT(session().message(), HasSubstr("paper.pdf: has changed"));
+}
+
+TEST_F(SessionTest, MarkedPagesOfAllPluginsAreOneList) {
+  openPages(test::numberedPages(5));
+  const int32_t first[] = {3, 1}, second[] = {1, 4};
+  app.markPages(1, *session().front(), first);
+  app.markPages(2, *session().front(), second);
+  EXPECT_THAT(session().markedPages(), ElementsAre(1, 3, 4));
+}
+
+TEST_F(SessionTest, WhatPluginsSayCountsAsAChange) {
+  const uint64_t before = session().changes();
+  app.setStatusText(guest.id, "3 hits");
+  EXPECT_THAT(session().changes(), Not(before));
+}
+
+} // namespace
+} // namespace viewer

@@ -1,0 +1,9 @@
+// The tables as a plug-in has them: tests call the host through these.
+#include "host/view/application.h"
+#include "tavrel/DocModel.h"
+#include "tavrel/Kernel.h"
+#include "tavrel/TavrelView.h"
+
+tavrel::HFT gKernelHFT = host::kernelTable();
+tavrel::HFT gTavrelViewHFT = host::viewTable();
+tavrel::HFT gDocModelHFT = host::docModelTable();

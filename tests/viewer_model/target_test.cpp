@@ -1,0 +1,62 @@
+// What a word of the command line means: a file, and what stands behind its name.
+#include "viewer/model/target.h"
+
+#include <gtest/gtest.h>
+
+#include "support/pdf.h"
+
+namespace viewer {
+namespace {
+
+std::string encoded(const std::string &value) {
+  Target target;
+  addParameter(target, "v", value);
+  return target.parameters;
+}
+
+TEST(TargetTest, AFileAlone) { EXPECT_EQ(targetOf("paper.pdf"), (Target{"paper.pdf", ""})); }
+
+TEST(TargetTest, ParametersStandBehindTheHash) {
+  EXPECT_EQ(targetOf("a/paper.pdf#page=3&xml=hits.xml"), (Target{"a/paper.pdf", "page=3&xml=hits.xml"}));
+}
+
+TEST(TargetTest, AHashWithNothingBehindItIsNoParameter) {
+  EXPECT_EQ(targetOf("paper.pdf#"), (Target{"paper.pdf", ""}));
+}
+
+TEST(TargetTest, TheNameEndsAtTheFirstHash) {
+  EXPECT_EQ(targetOf("paper.pdf#xml=a#b"), (Target{"paper.pdf", "xml=a#b"}));
+}
+
+TEST(TargetTest, AFileWhoseNameHoldsAHashIsThatFile) {
+  const test::ScratchFolder folder;
+  const std::string file = folder.write("c#.pdf", "x").string();
+  EXPECT_EQ(targetOf(file), (Target{file, ""}));
+}
+
+TEST(TargetTest, NothingAtAllIsNoFile) { EXPECT_EQ(targetOf(""), Target()); }
+
+TEST(TargetTest, AParameterIsAdded) {
+  Target target;
+  addParameter(target, "xml", "/tmp/hits-1_a.b~.xml");
+  EXPECT_EQ(target.parameters, "xml=/tmp/hits-1_a.b~.xml");
+}
+
+TEST(TargetTest, ASecondParameterStandsBehindTheFirst) {
+  Target target = targetOf("paper.pdf#page=3");
+  addParameter(target, "xml", "h.xml");
+  EXPECT_EQ(target.parameters, "page=3&xml=h.xml");
+}
+
+TEST(TargetTest, WhatPartsParametersIsEncoded) { EXPECT_EQ(encoded("a&b=c#d"), "v=a%26b%3Dc%23d"); }
+
+TEST(TargetTest, PercentPlusAndBlankAreEncoded) { EXPECT_EQ(encoded("100% +1"), "v=100%25%20%2B1"); }
+
+TEST(TargetTest, UmlautsAreEncodedByteByByte) { EXPECT_EQ(encoded("\u00E4\u20AC"), "v=%C3%A4%E2%82%AC"); }
+
+TEST(TargetTest, ControlCharactersAreEncoded) { EXPECT_EQ(encoded(std::string("\n\0\x7F", 3)), "v=%0A%00%7F"); }
+
+TEST(TargetTest, AnEmptyValueIsAdded) { EXPECT_EQ(encoded(""), "v="); }
+
+} // namespace
+} // namespace viewer

@@ -1,0 +1,147 @@
+// A long day: hundreds of documents opened and closed, thousands of pages turned, in a real window with all plug-ins,
+// and at the end as much memory, as many file descriptors and as many of the X server's resources as after the first
+// hour.
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <ostream>
+#include <string>
+
+#include "host/view/desktop.h"
+#include "support/pdf.h"
+#include "tools/display.h"
+#include "viewer/window/mainwindow.h"
+
+// Its macros get in the way of the test library's.
+#include <X11/extensions/XRes.h>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Usage {
+  long kilobytes = 0, descriptors = 0, serverResources = 0, hostBlocks = 0;
+};
+
+std::ostream &operator<<(std::ostream &out, const Usage &usage) {
+  return out << usage.kilobytes << " KB, " << usage.descriptors << " descriptors, " << usage.serverResources
+             << " resources of the X server, " << usage.hostBlocks << " blocks";
+}
+
+// What the process has allocated and not freed. What the system has given it for that is more, by chance.
+long allocated() {
+  const struct mallinfo2 all = mallinfo2();
+  return static_cast<long>((all.uordblks + all.hblkhd) / 1024);
+}
+
+long serverResources(::Display *display) {
+  int count = 0;
+  XResType *types = nullptr;
+  long sum = 0;
+  int clients = 0;
+  XResClient *all = nullptr;
+  XResQueryClients(display, &clients, &all);
+  for (int i = 0; i < clients; ++i) {
+    XResQueryClientResources(display, all[i].resource_base, &count, &types);
+    for (int type = 0; type < count; ++type)
+      sum += static_cast<long>(types[type].count);
+    XFree(types);
+  }
+  XFree(all);
+  return sum;
+}
+
+class Soak : public testing::Test {
+protected:
+  struct Started {
+    tools::Display display;
+    Started() { display.await(); }
+  };
+
+  Soak() {
+    host::addHostTables(runtime);
+    plugins.load({TAVREL_PLUGINS});
+    window.realize();
+    window.map();
+    std::vector<test::PdfPage> pages(200); // more than the cache holds
+    for (test::PdfPage &page : pages)
+      page.texts = {{40, 500, "words of a page that somebody looks for"}};
+    file = folder.pdf(pages);
+    std::ofstream(folder.path() / "hits.xml") << "<XML>\n<Body mode=active>\n<highlights>\n<loc pg=3 pos=0 len=1>\n"
+                                                 "<loc pg=9 pos=2 len=2>\n</highlights>\n</Body>\n</XML>\n";
+  }
+  ~Soak() override { session.closeAll(); }
+
+  // Handles events and the threads' results until that holds.
+  void until(const std::function<bool()> &holds) {
+    const XtIntervalId tick = XtAppAddTimeOut(toolkit.context(), 1, again, this);
+    tick_ = tick;
+    window.loop([&] {
+      session.collect();
+      return holds();
+    });
+    XtRemoveTimeOut(tick_);
+  }
+  static void again(XtPointer self, XtIntervalId *) {
+    auto &soak = *static_cast<Soak *>(self);
+    soak.tick_ = XtAppAddTimeOut(soak.toolkit.context(), 1, again, self);
+  }
+  bool drawn() const { return session.shown().drawing && !session.view()->invalid(); }
+  Usage usage() {
+    XSync(toolkit.display(), False);
+    return {allocated(),
+            static_cast<long>(std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator())),
+            serverResources(toolkit.display()), static_cast<long>(runtime.memory.blocks())};
+  }
+  static void expectSame(const Usage &early, const Usage &late) {
+    std::cout << "early: " << early << "\nlate:  " << late << "\n";
+    EXPECT_EQ(late.descriptors, early.descriptors);
+    EXPECT_EQ(late.serverResources, early.serverResources);
+    EXPECT_EQ(late.hostBlocks, early.hostBlocks);
+    EXPECT_LT(late.kilobytes, early.kilobytes * 11 / 10);
+  }
+
+  Started started;
+  test::ScratchFolder folder;
+  fs::path file;
+  host::Runtime runtime;
+  host::Application app{runtime};
+  viewer::Session session{app, [] {}};
+  viewer::Toolkit toolkit{{"", "420x420", {}}}; // small pages: it is their number that counts
+  host::WindowSystem windows{toolkit.shell()};
+  host::PluginLoader plugins{runtime};
+  viewer::MainWindow window{toolkit, session, app, plugins};
+  XtIntervalId tick_ = 0;
+};
+
+TEST_F(Soak, DocumentsAndPagesLeaveNothingBehind) {
+  Usage early;
+  for (int i = 1; i <= 500; ++i) {
+    session.open({file, "xml=hits.xml"});
+    until([&] { return session.front() != nullptr && drawn(); });
+    ASSERT_EQ(session.page(), 3);
+    session.closeFront();
+    until([&] { return !session.shown().document; });
+    if (i == 50) early = usage();
+  }
+  expectSame(early, usage());
+
+  session.open({file, "xml=hits.xml"});
+  until([&] { return session.front() != nullptr && drawn(); });
+  for (int i = 1; i <= 10'000; ++i) {
+    if (session.page() + 1 < session.pageCount())
+      session.turn(1);
+    else
+      session.goToPage(0);
+    until([&] { return drawn(); });
+    if (i == 500) early = usage();
+  }
+  expectSame(early, usage());
+}
+
+} // namespace

@@ -205,7 +205,7 @@ void addRenderCommand(CLI::App &app, int &status) {
       ->check(CLI::IsMember({"yes", "no"}))
       ->capture_default_str();
   command->add_option("--plugins-dir", options->pluginsDirectory,
-                      "Where plug-ins are; else TAVREL_PLUGIN_PATH, else plugins beside the program");
+                      "Where plug-ins are, besides TAVREL_PLUGIN_PATH, ~/.local/lib/tavrel/plugins and the system's");
   command->callback([options, &status] { status = render(*options); });
 }
 

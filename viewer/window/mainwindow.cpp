@@ -26,10 +26,12 @@ MainWindow *s_window; // for the toolkit's action procedures, which are told not
 
 void doAction(::Widget /*widget*/, XEvent * /*event*/, String *arguments, Cardinal *count) {
   if (s_window == nullptr || *count == 0) return;
-  if (const Action *action = findAction(arguments[0]))
-    s_window->run(*action);
-  else
-    s_window->session().complain(std::string("no action ") + arguments[0]);
+  guarded([&] {
+    if (const Action *action = findAction(arguments[0]))
+      s_window->run(*action);
+    else
+      s_window->session().complain(std::string("no action ") + arguments[0]);
+  });
 }
 
 void dragAction(::Widget /*widget*/, XEvent *event, String *arguments, Cardinal *count) {
@@ -220,6 +222,12 @@ void MainWindow::loop(const std::function<bool()> &until) {
 }
 
 void MainWindow::turn() {
+  guarded([this] { show(); });
+  XFlush(toolkit_.display());
+  if (watcher) watcher();
+}
+
+void MainWindow::show() {
   if (session_.draw()) {
     pageArea_->show();
     if (session_.shown().drawing && session_.shown().drawing->marks > 0) ++marks_;
@@ -234,8 +242,6 @@ void MainWindow::turn() {
     showStatus();
     showTitle();
   }
-  XFlush(toolkit_.display());
-  if (watcher) watcher();
 }
 
 // "Rendering" stands on the outline of a page that takes long; the timer has the loop turn when it is time.

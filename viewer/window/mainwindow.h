@@ -78,6 +78,7 @@ public:
 
 private:
   void build();
+  void show();
   void showStatus();
   void showTitle();
   void watchWaiting();

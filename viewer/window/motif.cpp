@@ -3,17 +3,30 @@
 
 #include <Xm/TextF.h>
 
+#include <cstdio>
+#include <exception>
+
 namespace viewer {
 namespace {
 
 void react(Widget /*widget*/, XtPointer reaction, XtPointer data) {
   const auto *call = static_cast<const XmAnyCallbackStruct *>(data);
-  (*static_cast<Reaction *>(reaction))(call == nullptr ? nullptr : call->event);
+  // A copy: the reaction may destroy its widget.
+  const Reaction kept = *static_cast<Reaction *>(reaction);
+  guarded([&] { kept(call == nullptr ? nullptr : call->event); });
 }
 
 void forget(Widget /*widget*/, XtPointer reaction, XtPointer /*data*/) { delete static_cast<Reaction *>(reaction); }
 
 } // namespace
+
+void guarded(const std::function<void()> &deed) {
+  try {
+    deed();
+  } catch (const std::exception &error) {
+    std::fprintf(stderr, "tavrel: %s\n", error.what());
+  }
+}
 
 void whenever(Widget widget, const char *callback, Reaction reaction) {
   auto *kept = new Reaction(std::move(reaction));

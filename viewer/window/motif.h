@@ -24,6 +24,10 @@ private:
 /// What a callback is told about the event that caused it; null where none did.
 using Reaction = std::function<void(const XEvent *event)>;
 
+/// Calls it and has what it throws, memory exhausted say, end in a line on standard error: nothing may fly through the
+/// toolkit, which is written in C.
+void guarded(const std::function<void()> &deed);
+
 /// Calls the reaction at every such callback of the widget, for as long as the widget lives.
 void whenever(Widget widget, const char *callback, Reaction reaction);
 

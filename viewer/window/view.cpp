@@ -14,6 +14,7 @@
 #include "host/view/desktop.h"
 #include "viewer/window/embedding.h"
 #include "viewer/window/mainwindow.h"
+#include "viewer/window/motif.h"
 #include "viewer/window/testsocket.h"
 
 namespace viewer {
@@ -60,7 +61,7 @@ void collectResults(XtPointer data, int * /*source*/, XtInputId * /*id*/) {
     return;
   }
   collector.bell.silence();
-  collector.session.collect();
+  guarded([&] { collector.session.collect(); });
 }
 
 // Fonts are looked up while everything else starts: reading their configuration takes as long as opening a document.

@@ -50,6 +50,46 @@ std::string openError(const fs::path &file) {
   return reason;
 }
 
+// Holds back what is said of a plug-in during a call: where the call fails, it is the reason, and one line is enough.
+class HeldBack {
+public:
+  explicit HeldBack(Runtime &runtime) : runtime_(runtime), reporter_(std::move(runtime.reporter)) {
+    runtime_.reporter = [this](const std::string &line) { lines_.push_back(line); };
+  }
+  ~HeldBack() {
+    runtime_.reporter = std::move(reporter_);
+    for (const std::string &line : lines_)
+      runtime_.report(line);
+  }
+  HeldBack(const HeldBack &) = delete;
+  HeldBack &operator=(const HeldBack &) = delete;
+
+  /// What was said first, which then is not said any more; empty where nothing was.
+  std::string take() {
+    if (lines_.empty()) return {};
+    const std::string first = lines_.front();
+    lines_.erase(lines_.begin());
+    return first;
+  }
+
+private:
+  Runtime &runtime_;
+  std::function<void(const std::string &line)> reporter_;
+  std::vector<std::string> lines_;
+};
+
+// Calls a plug-in that is being loaded. Where that fails with a line about it, the line is the reason.
+template <typename Function, typename... A>
+uint32_t ask(Runtime &runtime, Plugin &plugin, const char *what, Function function, A... arguments) {
+  HeldBack said(runtime);
+  const uint32_t result = callPlugin({plugin.extension, what}, function, arguments...);
+  if (result != 0) return result;
+  plugin.reason = said.take();
+  if (const std::string prefix = plugin.name + ": "; plugin.reason.starts_with(prefix))
+    plugin.reason.erase(0, prefix.size());
+  return result;
+}
+
 } // namespace
 
 void PluginLoader::load(const std::vector<fs::path> &directories) {
@@ -81,20 +121,19 @@ void PluginLoader::open(const fs::path &file) {
 void PluginLoader::shakeHands(Plugin &plugin, tavrel::PluginMain entry) {
   uint32_t version = 0;
   void *setup = nullptr;
-  if (callPlugin({plugin.extension, "the entry point"}, entry, offeredHandshake, &version, &setup) == 0)
+  if (ask(runtime_, plugin, "the entry point", entry, offeredHandshake, &version, &setup) == 0)
     return refuse(plugin, "its entry point failed");
   if (version != offeredHandshake) return refuse(plugin, "speaks handshake version " + hexadecimal(version));
   if (setup == nullptr) return refuse(plugin, "has no set-up procedure");
 
   tavrel::SetupRecord record{version, plugin.extension, kernelTable(), nullptr};
-  if (callPlugin({plugin.extension, "the set-up procedure"}, reinterpret_cast<tavrel::SetupProc>(setup), version,
-                 &record) == 0)
+  if (ask(runtime_, plugin, "the set-up procedure", reinterpret_cast<tavrel::SetupProc>(setup), version, &record) == 0)
     return refuse(plugin, "its set-up failed; perhaps it needs a table that this host does not have");
   if (record.handshake == nullptr || !isOwn(runtime_, plugin.extension, record.handshake))
     return refuse(plugin, "has no handshake callback");
 
   const auto handshake = tavrel::functionOf<tavrel::HandshakeProc>(record.handshake);
-  if (callPlugin({plugin.extension, "the handshake callback"}, handshake, version, &plugin.record) == 0)
+  if (ask(runtime_, plugin, "the handshake callback", handshake, version, &plugin.record) == 0)
     return refuse(plugin, "its handshake failed");
   for (const tavrel::Callback callback :
        {plugin.record.exportTables, plugin.record.importTables, plugin.record.initialise, plugin.record.unload})
@@ -110,9 +149,7 @@ void PluginLoader::runPhase(tavrel::Callback tavrel::HandshakeRecord::*callback,
   for (Plugin &plugin : plugins_) {
     if (plugin.state != from) continue;
     const tavrel::Callback step = plugin.record.*callback;
-    const bool done =
-        step == nullptr || callPlugin({plugin.extension, what}, tavrel::functionOf<tavrel::LifecycleProc>(step)) != 0;
-    if (done)
+    if (step == nullptr || ask(runtime_, plugin, what, tavrel::functionOf<tavrel::LifecycleProc>(step)) != 0)
       plugin.state = to;
     else
       refuse(plugin, std::string(what) + " failed");
@@ -121,7 +158,7 @@ void PluginLoader::runPhase(tavrel::Callback tavrel::HandshakeRecord::*callback,
 
 void PluginLoader::refuse(Plugin &plugin, const std::string &reason) {
   plugin.state = PluginState::refused;
-  plugin.reason = reason;
+  if (plugin.reason.empty()) plugin.reason = reason;
   runtime_.extensions.retire(plugin.extension);
   runtime_.report("plug-in " + plugin.file.string() + ": " + reason);
 }

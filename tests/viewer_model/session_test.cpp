@@ -160,8 +160,8 @@ TEST_F(SessionTest, ADocumentWhoseFirstPageIsDamagedIsOpenedAndSaysSo) {
   open(folder.write("bad.pdf", test::allDamaged()));
   testing::internal::CaptureStderr();
   ASSERT_TRUE(draws());
-  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("page 0 is damaged"));
-  EXPECT_THAT(session().pageError(), HasSubstr("page 0 is damaged"));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("page 1 is damaged"));
+  EXPECT_THAT(session().pageError(), HasSubstr("page 1 is damaged"));
   session().closeFront();
   EXPECT_EQ(session().front(), nullptr);
 }

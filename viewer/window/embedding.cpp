@@ -18,6 +18,15 @@ int noteError(::Display * /*display*/, XErrorEvent * /*event*/) {
   return 0;
 }
 
+// The window around may go at any moment, and ours with it; what is drawn before we hear of it is refused, and nobody's
+// mistake.
+XErrorHandler s_otherErrors;
+int passOverLostWindows(::Display *display, XErrorEvent *event) {
+  constexpr int ownErrors = 128; // from there on they are those of extensions: a picture on a window that has gone
+  if (event->error_code == BadWindow || event->error_code == BadDrawable || event->error_code >= ownErrors) return 0;
+  return s_otherErrors(display, event);
+}
+
 } // namespace
 
 Embedding::Embedding(Toolkit &toolkit, MainWindow &window, const std::string &into)
@@ -34,13 +43,15 @@ Embedding::Embedding(Toolkit &toolkit, MainWindow &window, const std::string &in
     XSetErrorHandler(before);
   }
   if (s_refused) throw host::HostError(tavrel::errGeneric, "window " + into + ": there is no such window");
-  XtRegisterDrawable(display, outer_, toolkit.shell());
-  XtAddEventHandler(toolkit.shell(), StructureNotifyMask | ButtonPressMask, False, handle, this);
+  s_otherErrors = XSetErrorHandler(passOverLostWindows);
+  // Not to the shell, which would take the events for its own.
+  XtRegisterDrawable(display, outer_, window.pageArea().page());
+  XtAddEventHandler(window.pageArea().page(), StructureNotifyMask, False, handle, this);
   fill();
 }
 
 Embedding::~Embedding() {
-  XtRemoveEventHandler(toolkit_.shell(), StructureNotifyMask | ButtonPressMask, False, handle, this);
+  XtRemoveEventHandler(window_.pageArea().page(), StructureNotifyMask, False, handle, this);
   XtUnregisterDrawable(toolkit_.display(), outer_);
 }
 
@@ -52,12 +63,12 @@ void Embedding::fill() {
 
 void Embedding::handle(::Widget /*widget*/, XtPointer self, XEvent *event, Boolean * /*goesOn*/) {
   auto &embedding = *static_cast<Embedding *>(self);
-  if (embedding.gone_) return;
+  if (embedding.gone_ || event->xany.window != embedding.outer_) return;
   if (event->type == DestroyNotify) { // ours goes with it
     embedding.gone_ = true;
     embedding.toolkit_.abandon();
     embedding.window_.quit();
-  } else if (event->type == ConfigureNotify && event->xconfigure.window == embedding.outer_) {
+  } else if (event->type == ConfigureNotify) {
     embedding.fill();
   }
 }

@@ -127,9 +127,9 @@ void MainWindow::realize() {
   ::Widget shell = toolkit_.shell();
   const Toolkit::Size size = toolkit_.windowSize();
   XtVaSetValues(shell, XmNwidth, size.width, XmNheight, size.height, nullptr);
-  XtVaSetValues(shell, XmNminWidth, pixels(320), XmNminHeight, pixels(240), nullptr);
+  XtVaSetValues(shell, XmNminWidth, pixels(320), XmNminHeight, pixels(240), XmNbaseWidth, 0, XmNbaseHeight, 0, nullptr);
   XtRealizeWidget(shell);
-  pageArea_->resized();
+  pageArea_->layOut();
 }
 
 void MainWindow::map() {
@@ -281,8 +281,7 @@ void MainWindow::showTitle() {
   title_ = title;
   ::Display *display = toolkit_.display();
   const ::Atom utf8 = XmInternAtom(display, const_cast<char *>("UTF8_STRING"), False);
-  XtVaSetValues(toolkit_.shell(), XmNtitle, title.c_str(), XmNtitleEncoding, utf8, XmNiconName, title.c_str(),
-                XmNiconNameEncoding, utf8, nullptr);
+  XtVaSetValues(toolkit_.shell(), XmNtitle, title.c_str(), XmNiconName, title.c_str(), nullptr);
   if (XtWindow(toolkit_.shell()) != 0)
     XChangeProperty(display, XtWindow(toolkit_.shell()),
                     XmInternAtom(display, const_cast<char *>("_NET_WM_NAME"), False), utf8, 8, PropModeReplace,

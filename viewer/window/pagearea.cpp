@@ -4,8 +4,6 @@
 
 #include <X11/cursorfont.h>
 #include <Xm/DrawingA.h>
-#include <Xm/Form.h>
-#include <Xm/Label.h>
 #include <Xm/ScrollBar.h>
 
 #include <algorithm>
@@ -24,23 +22,30 @@ constexpr int unitsAPage = 1000; // of the vertical scroll bar
 } // namespace
 
 PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
-  form_ = XtVaCreateManagedWidget("pageArea", xmFormWidgetClass, parent, XmNshadowThickness, 0, nullptr);
-  const int thickness = window.pixels(barWidth);
-  ticksArea_ = XtVaCreateManagedWidget("ticks", xmDrawingAreaWidgetClass, form_, XmNwidth, window.pixels(ticksWidth),
-                                       XmNrightAttachment, XmATTACH_FORM, XmNtopAttachment, XmATTACH_FORM,
-                                       XmNbottomAttachment, XmATTACH_FORM, XmNtraversalOn, False, nullptr);
-  vertical_ = XtVaCreateManagedWidget("verticalBar", xmScrollBarWidgetClass, form_, XmNorientation, XmVERTICAL,
-                                      XmNwidth, thickness, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget,
-                                      ticksArea_, XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM,
-                                      XmNtraversalOn, False, XmNshowArrows, XmNONE, nullptr);
-  horizontal_ = XtVaCreateWidget("horizontalBar", xmScrollBarWidgetClass, form_, XmNorientation, XmHORIZONTAL,
-                                 XmNheight, thickness, XmNleftAttachment, XmATTACH_FORM, XmNbottomAttachment,
-                                 XmATTACH_FORM, XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget, vertical_,
-                                 XmNtraversalOn, False, XmNshowArrows, XmNONE, nullptr);
-  area_ = XtVaCreateManagedWidget("page", xmDrawingAreaWidgetClass, form_, XmNleftAttachment, XmATTACH_FORM,
-                                  XmNtopAttachment, XmATTACH_FORM, XmNbottomAttachment, XmATTACH_FORM,
-                                  XmNrightAttachment, XmATTACH_WIDGET, XmNrightWidget, vertical_, XmNtraversalOn, True,
-                                  XmNmarginWidth, 0, XmNmarginHeight, 0, nullptr);
+  const auto create = [](const char *name, WidgetClass type, ::Widget above) {
+    return XtVaCreateManagedWidget(name, type, above, XmNmarginWidth, 0, XmNmarginHeight, 0, XmNresizePolicy,
+                                   XmRESIZE_NONE, XmNtraversalOn, False, XmNshowArrows, XmNONE, nullptr);
+  };
+  form_ = create("pageArea", xmDrawingAreaWidgetClass, parent);
+  XtVaSetValues(form_, XmNtraversalOn, True, nullptr);
+  area_ = create("page", xmDrawingAreaWidgetClass, form_);
+  XtVaSetValues(area_, XmNtraversalOn, True, nullptr);
+  vertical_ = create("verticalBar", xmScrollBarWidgetClass, form_);
+  horizontal_ = create("horizontalBar", xmScrollBarWidgetClass, form_);
+  XtVaSetValues(horizontal_, XmNorientation, XmHORIZONTAL, nullptr);
+  XtUnmanageChild(horizontal_);
+  ticksArea_ = create("ticks", xmDrawingAreaWidgetClass, form_);
+  // Motif puts its own over what it finds at the widget's making.
+  XtTranslations keys = nullptr;
+  XtResource resource{const_cast<char *>(XmNtranslations),
+                      const_cast<char *>(XmCTranslations),
+                      const_cast<char *>(XmRTranslationTable),
+                      sizeof keys,
+                      0,
+                      const_cast<char *>(XmRImmediate),
+                      nullptr};
+  XtGetApplicationResources(area_, &keys, &resource, 1, nullptr, 0);
+  if (keys != nullptr) XtOverrideTranslations(area_, keys);
   ground_ = color("ground", "Ground", "#D9DBDE");
   border_ = color("pageBorder", "PageBorder", "#A9ACB1");
   tick_ = color("tickColor", "TickColor", "#D8A200");
@@ -51,7 +56,7 @@ PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
   whenever(area_, XmNexposeCallback, [this](const XEvent *event) {
     if (event == nullptr || event->xexpose.count == 0) paint();
   });
-  whenever(area_, XmNresizeCallback, [this](const XEvent *) { resized(); });
+  whenever(form_, XmNresizeCallback, [this](const XEvent *) { layOut(); });
   whenever(ticksArea_, XmNexposeCallback, [this](const XEvent *) { paintTicks(); });
   whenever(ticksArea_, XmNinputCallback, [this](const XEvent *event) {
     if (event != nullptr && event->type == ButtonPress) tickPressed(event->xbutton.y);
@@ -87,12 +92,22 @@ Pixel PageArea::color(const char *name, const char *className, const char *other
   return pixel;
 }
 
-void PageArea::resized() {
+void PageArea::layOut() {
   Dimension width = 0, height = 0;
-  XtVaGetValues(area_, XmNwidth, &width, XmNheight, &height, nullptr);
-  if (width == width_ && height == height_) return;
-  width_ = width;
-  height_ = height;
+  XtVaGetValues(form_, XmNwidth, &width, XmNheight, &height, nullptr);
+  const int bar = window_.pixels(barWidth), ticks = window_.pixels(ticksWidth);
+  const int areaWidth = std::max(1, width - bar - ticks), areaHeight = std::max(1, height - (wide_ ? bar : 0));
+  const auto put = [](::Widget widget, int x, int y, int itsWidth, int itsHeight) {
+    XtVaSetValues(widget, XmNx, x, XmNy, y, XmNwidth, std::max(1, itsWidth), XmNheight, std::max(1, itsHeight),
+                  nullptr);
+  };
+  put(area_, 0, 0, areaWidth, areaHeight);
+  put(vertical_, areaWidth, 0, bar, height);
+  put(ticksArea_, areaWidth + bar, 0, ticks, height);
+  put(horizontal_, 0, areaHeight, areaWidth, bar);
+  if (areaWidth == width_ && areaHeight == height_) return;
+  width_ = areaWidth;
+  height_ = areaHeight;
   const int around = margin(window_.toolkit());
   window_.session().setWindow(std::max(1, width_ - 2 * around), std::max(1, height_ - 2 * around), around);
 }
@@ -175,13 +190,11 @@ void PageArea::update() {
   const bool wide = shown.document && shown.pageWidth > window;
   if (wide != wide_) {
     wide_ = wide;
-    XtVaSetValues(area_, XmNbottomAttachment, wide ? XmATTACH_WIDGET : XmATTACH_FORM, XmNbottomWidget,
-                  wide ? horizontal_ : nullptr, nullptr);
     if (wide)
       XtManageChild(horizontal_);
     else
       XtUnmanageChild(horizontal_);
-    resized();
+    layOut();
   }
   if (wide)
     XtVaSetValues(horizontal_, XmNmaximum, shown.pageWidth, XmNsliderSize, std::min(window, shown.pageWidth), XmNvalue,

@@ -27,8 +27,8 @@ public:
 
   ::Widget widget() const { return form_; }
   ::Widget page() const { return area_; }
-  /// The size of the area has changed.
-  void resized();
+  /// Puts everything in its place, as large as there is room.
+  void layOut();
   /// Shows the session's drawing.
   void show();
   /// Brings scroll bars and ticks up to date.

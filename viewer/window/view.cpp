@@ -167,8 +167,10 @@ ViewEnd run(const ViewOptions &options) {
   if (!options.into.empty()) setenv("TAVREL_PLUGIN_PARENTLESS_ROOT", "1", 0);
   plugins.load(host::pluginDirectories(options.pluginsDirectory));
 
+  // As wide as it is going to be, or the page would have to be rendered again. Only half as high, because nobody knows
+  // yet: what a plug-in brings into the middle of that is in sight, and in the middle, when the window is higher.
   const Toolkit::Size size = toolkit.windowSize();
-  session.setWindow(PageArea::windowWidth(toolkit, size.width), size.height, PageArea::margin(toolkit));
+  session.setWindow(PageArea::windowWidth(toolkit, size.width), size.height / 2, PageArea::margin(toolkit));
   Windows windows(toolkit, session, app, plugins, options);
   awaitDocument(bell, session);
   fonts.await();

@@ -1,0 +1,41 @@
+# The viewer's window, pressed by a pointer and by keys on private displays, with and without a window manager. A class
+# of tests is a test: starting a display takes longer than pressing a button.
+find_package(Python3 COMPONENTS Interpreter)
+if(Python3_FOUND)
+  set(viewer_tests ${CMAKE_CURRENT_SOURCE_DIR}/viewer)
+  set(viewer_helpers ${CMAKE_BINARY_DIR}/viewer-helpers)
+  foreach(helper managed outer screenshot)
+    add_executable(viewer_${helper} ${viewer_tests}/${helper}.cpp)
+    target_link_libraries(viewer_${helper} PRIVATE tools X11::X11)
+    set_target_properties(viewer_${helper} PROPERTIES OUTPUT_NAME ${helper}
+                                                      RUNTIME_OUTPUT_DIRECTORY ${viewer_helpers})
+  endforeach()
+
+  set(viewer_plugins ${CMAKE_BINARY_DIR}/viewer-plugins)
+  add_library(viewer_plugin_jumps MODULE ${viewer_tests}/plugins/jumps.cpp)
+  target_compile_options(viewer_plugin_jumps PRIVATE -fvisibility=hidden)
+  target_link_libraries(viewer_plugin_jumps PRIVATE sdk)
+  set_target_properties(viewer_plugin_jumps PROPERTIES PREFIX "" OUTPUT_NAME jumps
+                                                       LIBRARY_OUTPUT_DIRECTORY ${viewer_plugins})
+
+  set(viewer_environment
+      TAVREL=$<TARGET_FILE:tavrel>
+      TAVREL_DOCUMENTS=${test_documents}
+      TAVREL_HELPERS=${viewer_helpers}
+      TAVREL_TEST_PLUGINS=${test_plugins}
+      TAVREL_VIEWER_PLUGINS=${viewer_plugins}
+      TAVREL_SCREENSHOTS_OTHERWISE=${CMAKE_BINARY_DIR}/screenshots)
+  file(GLOB files CONFIGURE_DEPENDS ${viewer_tests}/test_*.py)
+  foreach(file ${files})
+    get_filename_component(module ${file} NAME_WE)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+    file(STRINGS ${file} classes REGEX "^class [A-Za-z0-9]+\\(")
+    foreach(line ${classes})
+      string(REGEX REPLACE "^class ([A-Za-z0-9]+).*" "\\1" class "${line}")
+      add_test(NAME viewer.${class} COMMAND ${Python3_EXECUTABLE} -B -m unittest ${module}.${class}
+               WORKING_DIRECTORY ${viewer_tests})
+      set_tests_properties(viewer.${class} PROPERTIES LABELS viewer FIXTURES_REQUIRED documents TIMEOUT 300
+                                                      ENVIRONMENT "${viewer_environment}")
+    endforeach()
+  endforeach()
+endif()

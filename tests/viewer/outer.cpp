@@ -1,0 +1,30 @@
+// A program with a window for another to live in: prints the window's number, then does what each line of its input
+// says, "resize WIDTH HEIGHT" or "destroy", and prints the line when it is done. Ends with its input.
+#include <X11/Xlib.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <sstream>
+#include <string>
+
+int main() {
+  Display *display = XOpenDisplay(nullptr);
+  if (display == nullptr) return EXIT_FAILURE;
+  const Window window = XCreateSimpleWindow(display, DefaultRootWindow(display), 40, 30, 700, 600, 0, 0,
+                                            BlackPixel(display, DefaultScreen(display)));
+  XMapWindow(display, window);
+  XSync(display, False);
+  std::cout << window << std::endl;
+  for (std::string line; std::getline(std::cin, line);) {
+    std::istringstream words(line);
+    std::string command;
+    unsigned width = 0, height = 0;
+    words >> command >> width >> height;
+    if (command == "resize") XResizeWindow(display, window, width, height);
+    if (command == "destroy") XDestroyWindow(display, window);
+    XSync(display, False);
+    std::cout << line << std::endl;
+  }
+  XCloseDisplay(display);
+  return EXIT_SUCCESS;
+}

@@ -1,0 +1,314 @@
+# Several documents, the Window menu, passwords, files that are none, and files that change while they are shown.
+import os
+import shutil
+import subprocess
+import unittest
+
+from harness import NEXT, PATIENCE, TAVREL, Display, Viewer, ViewerTest, document, middle
+
+THREE = ["two-columns.pdf", "three-hundred.pdf", "cjk.pdf"]
+
+
+class Documents(ViewerTest):
+    def open(self):
+        self.viewer = self.view(*map(document, THREE))
+        self.viewer.until(lambda state: state["documents"] == THREE and not state["opening"]
+                          and state["front"] == 2 and state["drawn"]["there"] and state["drawn"]["height"] > 100
+                          and state["title"].startswith("cjk"), "three documents")
+        area = self.viewer.now()["area"]
+        shown = [self.display.screenshot()]
+
+        def still(picture):
+            shown.append(picture)
+            return shown[-2].same(picture, area)
+
+        self.display.screen(still, "a page that stays")
+        return self.viewer
+
+    # Opens a menu by the pointer, whose button stays pressed, and returns the place that it covers.
+    def menu(self, number):
+        area = self.viewer.now()["area"]
+        bar = {"x": area["x"], "y": self.viewer.now()["buttons"][0]["y"] - 26, "width": area["width"], "height": 22}
+        before = self.display.screenshot()
+        if not hasattr(self, "closed"):
+            self.closed = before
+        else:
+            before = self.display.screen(lambda picture: picture.same(self.closed, bar) and picture, "no open menu")
+        place = before.clusters(bar, 9)[number]
+        self.display.xdotool("mousemove", *middle(place), "mousedown", 1)
+        below = dict(bar, y=bar["y"] + 30, height=400)
+        seen = []
+
+        # Two pictures alike: no menu that is being drawn.
+        def drawn(picture):
+            seen.append(picture.changes(before, below))
+            return len(seen) > 1 and seen[-2] == seen[-1] and seen[-1]
+
+        return self.display.screen(drawn, "a menu")
+
+    def test_the_last_one_is_in_front(self):
+        viewer = self.open()
+        self.assertEqual(viewer.now()["front"], 2)
+        self.assertEqual(viewer.now()["title"], "cjk.pdf \u2013 Tavrel")
+
+    def test_the_window_menu_brings_documents_to_front(self):
+        self.resources("*multiClickTime: 1")  # a hand is slower than these clicks
+        viewer = self.open()
+        for number in (0, 1, 2, 0):
+            place = self.menu(5)
+            x, y = place["x"] + 40, place["y"] + place["height"] * (2 * number + 1) // 6
+            self.display.xdotool("mousemove", x, y - 2, "mousemove", x, y, "mouseup", 1)
+            viewer.until(lambda state: state["front"] == number, f"document {number} in front")
+            self.assertEqual(viewer.now()["title"], f"{THREE[number]} \u2013 Tavrel")
+            viewer.shown(1)
+
+    def test_each_document_keeps_its_page(self):
+        viewer = self.open()
+        viewer.key("F10", *["Right"] * 5, "Down", "Return")
+        viewer.until(lambda state: state["front"] == 0, "the first document")
+        viewer.key("ctrl+Next")
+        viewer.shown(2)
+        viewer.key("F10", *["Right"] * 5, "Down", "Down", "Return")
+        viewer.until(lambda state: state["front"] == 1, "the second document")
+        viewer.shown(1)
+        viewer.key("F10", *["Right"] * 5, "Down", "Return")
+        viewer.until(lambda state: state["front"] == 0, "the first document")
+        viewer.shown(2)
+
+    def test_closing_leaves_the_others(self):
+        viewer = self.open()
+        viewer.key("ctrl+w")
+        viewer.until(lambda state: state["documents"] == THREE[:2], "two documents")
+        viewer.until(lambda state: state["pages"] in (4, 300) and state["drawn"]["there"], "one of them in front")
+        viewer.key("ctrl+w")
+        viewer.until(lambda state: len(state["documents"]) == 1, "one document")
+        viewer.key("ctrl+w")
+        viewer.until(lambda state: state["documents"] == [] and state["title"] == "Tavrel", "none")
+        self.assertIsNone(viewer.process.poll())
+
+    def test_hits_belong_to_their_document(self):
+        file = document("three-hundred.pdf")
+        viewer = self.view(file, "--hits", self.hits(file, "needle", [1, 2]), document("cjk.pdf"))
+        viewer.until(lambda state: len(state["documents"]) == 2 and state["front"] == 1, "both")
+        viewer.until(lambda state: state["plugins"] == "" and not enabled(state, NEXT), "no hits in front")
+        viewer.key("ctrl+w")
+        viewer.hit("hit 1 of 2")
+        viewer.until(lambda state: enabled(state, NEXT), "Next enabled")
+
+    def test_the_same_file_twice_is_one_document(self):
+        file = document("cjk.pdf")
+        viewer = self.view(file, file)
+        viewer.until(lambda state: state["documents"] and not state["opening"], "it")
+        self.assertEqual(viewer.now()["documents"], ["cjk.pdf"])
+
+    def test_a_page_behind_the_name(self):
+        viewer = self.view(document("three-hundred.pdf") + "#page=17")
+        viewer.shown(17)
+
+
+def enabled(state, name):
+    return any(one["name"] == name and one["enabled"] for one in state["buttons"])
+
+
+class Passwords(ViewerTest):
+    def ask(self):
+        viewer = self.view(document("encrypted.pdf"))
+        dialog = viewer.dialog("password")
+        self.assertIn("encrypted.pdf wants a password:", dialog["texts"])
+        return viewer
+
+    def test_the_right_one_opens(self):
+        viewer = self.ask()
+        viewer.type("password", "secret")
+        viewer.until(lambda state: state["documents"] == ["encrypted.pdf"], "the document")
+        viewer.noDialog()
+        viewer.shown(1)
+
+    def test_a_wrong_one_is_asked_again(self):
+        viewer = self.ask()
+        viewer.type("password", "guess")
+        viewer.until(lambda state: any("That was not the password" in text for one in state["dialogs"]
+                                       for text in one["texts"]), "another question")
+        viewer.type("password", "secret")
+        viewer.until(lambda state: state["documents"] == ["encrypted.pdf"], "the document")
+
+    def test_what_is_typed_is_not_shown(self):
+        viewer = self.ask()
+        viewer.type("password", "secret", then=None)
+        self.assertEqual(viewer.now()["dialogs"][0]["fields"][0]["text"], "******")
+        self.assertFalse([state for state in viewer.past if "secret" in repr(state)])
+        self.display.xdotool("key", "BackSpace", "BackSpace", "e", "t", "Return")
+        viewer.until(lambda state: state["documents"] == ["encrypted.pdf"], "the document")
+
+    def test_on_the_command_line(self):
+        viewer = self.view(document("encrypted.pdf"), "--password", "secret")
+        self.assertEqual(viewer.shown(1)["dialogs"], [])
+
+    def test_cancelled_others_open_all_the_same(self):
+        viewer = self.view(document("encrypted.pdf"), document("cjk.pdf"))
+        viewer.answer("password", "Cancel")
+        viewer.noDialog()
+        viewer.until(lambda state: state["documents"] == ["cjk.pdf"], "the other")
+
+
+class PasswordsManaged(Passwords):
+    managed = True
+
+
+class Unreadable(ViewerTest):
+    def spoilt(self, name, content):
+        file = os.path.join(self.folder(), name)
+        with open(file, "wb") as stream:
+            stream.write(content)
+        return file
+
+    def refused(self, file, *arguments):
+        viewer = self.view(file, *arguments, complaints=1)
+        self.assertEqual(viewer.ends(), 3)
+        self.assertRegex(viewer.lines()[0], "^tavrel: .*" + os.path.basename(file) + ".*: ")
+
+    def test_a_missing_file(self):
+        self.refused(os.path.join(self.folder(), "missing.pdf"))
+
+    def test_a_folder(self):
+        self.refused(self.folder())
+
+    def test_no_pdf(self):
+        self.refused(self.spoilt("text.pdf", b"These are words and no document.\n"))
+
+    def test_an_empty_file(self):
+        self.refused(self.spoilt("empty.pdf", b""))
+
+    def test_the_start_of_a_pdf(self):
+        with open(document("two-columns.pdf"), "rb") as stream:
+            self.refused(self.spoilt("start.pdf", stream.read(1500)))
+
+    def test_another_document_opens_all_the_same(self):
+        viewer = self.view(os.path.join(self.folder(), "missing.pdf"), document("cjk.pdf"), complaints=1)
+        viewer.until(lambda state: state["documents"] == ["cjk.pdf"], "the other document")
+        viewer.shown(1)
+        viewer.key("ctrl+q")
+        self.assertEqual(viewer.ends(), 0)
+
+    def test_a_damaged_page_does_not_keep_the_others_away(self):
+        with open(document("three-hundred.pdf"), "rb") as stream:
+            content = bytearray(stream.read())
+        for at in range(len(content) // 3, len(content) // 3 + 2000):
+            content[at] ^= 0x55
+        viewer = self.view(self.spoilt("damaged.pdf", content), complaints=None)
+        viewer.until(lambda state: state["documents"] or viewer.process.poll() is not None, "the document")
+        viewer.key("ctrl+End")
+        viewer.until(lambda state: state["page"] == state["pages"] and state["drawn"]["there"], "its last page")
+        for line in viewer.lines():
+            self.assertRegex(line, "^tavrel: ")
+
+
+class WithoutADisplay(unittest.TestCase):
+    def run_view(self, **environment):
+        rest = {name: value for name, value in os.environ.items() if name != "DISPLAY"}
+        return subprocess.run([TAVREL, "view", document("cjk.pdf")], env={**rest, **environment}, text=True,
+                              capture_output=True, timeout=PATIENCE, check=False)
+
+    def test_no_display_is_one_line(self):
+        ended = self.run_view()
+        self.assertEqual((ended.returncode, ended.stderr), (1, "tavrel: no DISPLAY is set\n"))
+
+    def test_a_wrong_display_is_one_line(self):
+        ended = self.run_view(DISPLAY=":4711")
+        self.assertEqual((ended.returncode, ended.stderr), (1, "tavrel: display :4711: cannot be opened\n"))
+
+
+class LostDisplay(unittest.TestCase):
+    def test_a_connection_that_is_cut_is_one_line(self):
+        display = Display()
+        self.addCleanup(display.close)
+        viewer = Viewer(display, document("cjk.pdf"))
+        self.addCleanup(viewer.close)
+        viewer.shown(1)
+        display.cut()
+        self.assertEqual(viewer.ends(), 1)
+        self.assertEqual(viewer.complaints(),
+                         f"tavrel: lost the connection to display {display.environment['DISPLAY']}\n")
+
+
+class Changing(ViewerTest):
+    """Files that go or change while they are shown."""
+
+    def setUp(self):
+        super().setUp()
+        self.file = self.copy("three-hundred.pdf")
+
+    def open(self, complaints):
+        viewer = self.view(self.file, complaints=complaints)
+        viewer.shown(1)
+        return viewer
+
+    def test_a_file_that_vanishes_is_said_and_pages_still_turn(self):
+        viewer = self.open(1)
+        os.remove(self.file)
+        viewer.key("ctrl+End")
+        state = viewer.shown(300)
+        self.assertEqual(state["note"], "")
+        viewer.said("has changed; Reload shows it as it is now")
+
+    def test_reloading_a_file_that_vanished_says_so(self):
+        viewer = self.open(None)  # that it has changed may be seen before
+        os.remove(self.file)
+        viewer.key("ctrl+r")
+        viewer.until(lambda state: state["documents"] == [] and "three-hundred.pdf" in state["status"]
+                     and not state["opening"], "a line")
+        viewer.key("F1")
+        viewer.dialog("information")
+
+    def test_a_file_that_is_cut_off_shows_pages_or_the_reason(self):
+        viewer = self.open(None)
+        os.truncate(self.file, 2000)
+        viewer.key("ctrl+End")
+        viewer.said("three-hundred.pdf: ")
+        self.assertTrue(viewer.lines())
+        for line in viewer.lines():
+            self.assertRegex(line, "^tavrel: ")
+        viewer.key("F1")
+        viewer.dialog("information")
+
+    def test_a_page_that_cannot_be_read_is_said_by_its_number(self):
+        viewer = self.open(None)
+        os.truncate(self.file, 2000)
+        viewer.key("ctrl+End")
+        viewer.said("page 300")
+
+    def test_a_file_that_changes_is_said_once_and_reload_shows_it(self):
+        viewer = self.open(1)
+        viewer.key("ctrl+Next")
+        viewer.shown(2)
+        other = self.copy("two-columns.pdf")
+        os.replace(other, self.file)
+        viewer.key("ctrl+End")
+        viewer.said("has changed; Reload shows it as it is now")
+        viewer.key("ctrl+Home", "ctrl+Next")
+        viewer.shown(2)
+        viewer.key("ctrl+r")
+        viewer.until(lambda state: state["pages"] == 4 and state["page"] == 2, "the new file on the same page")
+        viewer.shown(2)
+
+    def test_reload_goes_to_the_last_page_where_there_are_fewer(self):
+        viewer = self.open(None)
+        viewer.key("ctrl+End")
+        viewer.shown(300)
+        shutil.copy(document("two-columns.pdf"), self.file)
+        viewer.key("ctrl+r")
+        viewer.until(lambda state: state["pages"] == 4 and state["page"] == 4, "the last page")
+
+    def test_hits_are_there_after_a_reload(self):
+        viewer = self.view(self.file, "--hits", self.hits(self.file, "needle", [3, 4]))
+        viewer.hit("hit 1 of 2")
+        viewer.key("ctrl+r")
+        moment = len(viewer.past)
+        viewer.until(lambda state: not state["documents"], "closed")
+        viewer.until(lambda state: state["documents"] and "hit 1 of 2" in state["plugins"]
+                     and state["drawn"]["marks"] == 1, "the hits")
+        self.assertTrue(viewer.since(moment))
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,159 @@
+# The find dialog, on pages that all say the same but for their number.
+import unittest
+
+from harness import ALSO_FOUND, FOUND, ViewerTest, document
+
+NOWHERE = "\u201czebra\u201d is not in the document"
+ROUND_THE_END = "Reached the end, went on from the start"
+ROUND_THE_START = "Reached the start, went on from the end"
+
+
+class Find(ViewerTest):
+    def setUp(self):
+        super().setUp()
+        self.viewer = self.view(document("three-hundred.pdf"))
+        self.viewer.shown(1)
+
+    def find(self, text):
+        self.viewer.key("ctrl+f")
+        self.viewer.type("find", text)
+
+    # The dialog stands beside the page.
+    def found(self):
+        self.display.screen(lambda picture: picture.find(FOUND, self.area()), "what was found")
+
+    def toggle(self, label):
+        self.viewer.answer("find", label)
+
+    def area(self):
+        return self.viewer.now()["area"]
+
+    # A picture of the page alone: the dialog may lie on it.
+    def marks(self, color):
+        self.viewer.answer("find", "Close")
+        self.viewer.noDialog()
+        return self.display.screen(lambda picture: picture.find(color, self.area()), "what was found")
+
+    def test_what_is_found_is_marked(self):
+        self.find("needle")
+        self.found()
+        found = self.marks(FOUND)
+        self.assertLess(found.bottom - found.top, 40)
+        self.assertGreater(found.right - found.left, 30)
+
+    def test_all_places_on_the_page_are_marked_and_the_current_one_otherwise(self):
+        self.find("straw")
+        self.found()
+        self.viewer.answer("find", "Close")
+        self.viewer.noDialog()
+
+        def both(picture):
+            here, there = picture.find(FOUND, self.area()), picture.find(ALSO_FOUND, self.area())
+            return here and there and here.left < there.left
+
+        self.display.screen(both, "two marks")
+
+    def test_find_next_steps_through_a_page_and_then_to_the_next(self):
+        self.find("straw")
+        self.viewer.answer("find", "Close")
+        self.viewer.noDialog()
+        self.display.screen(lambda picture: picture.find(ALSO_FOUND, self.area()), "two marks")
+        self.viewer.key("ctrl+g")
+
+        def second(picture):
+            here, there = picture.find(FOUND, self.area()), picture.find(ALSO_FOUND, self.area())
+            return here and there and there.left < here.left
+
+        self.display.screen(second, "the second mark as the current one")
+        self.assertEqual(self.viewer.now()["page"], 1)
+        self.viewer.key("ctrl+g")
+        self.viewer.shown(2)
+
+    def test_forwards_and_backwards(self):
+        self.find("needle")
+        self.found()
+        self.viewer.answer("find", "Find Next")
+        self.viewer.shown(2)
+        self.viewer.answer("find", "Find Next")
+        self.viewer.shown(3)
+        self.viewer.answer("find", "Find Previous")
+        self.viewer.shown(2)
+
+    def test_keys_find_again_both_ways(self):
+        self.find("needle")
+        self.found()
+        self.viewer.answer("find", "Close")
+        self.viewer.noDialog()
+        self.viewer.key("ctrl+g")
+        self.viewer.shown(2)
+        self.viewer.key("ctrl+shift+g")
+        self.viewer.shown(1)
+
+    def test_at_the_end_it_goes_on_from_the_start_and_says_so(self):
+        self.viewer.key("ctrl+End")
+        self.viewer.shown(300)
+        self.find("needle")
+        self.found()
+        self.viewer.answer("find", "Find Next")
+        self.viewer.shown(1)
+        state = self.viewer.until(lambda state: state["findMessage"] == ROUND_THE_END, "its saying so")
+        self.assertEqual(state["status"], ROUND_THE_END)
+        self.viewer.until(lambda state: ROUND_THE_END in state["dialogs"][0]["texts"], "the dialog's saying so")
+
+    def test_at_the_start_it_goes_on_from_the_end_and_says_so(self):
+        self.find("needle")
+        self.found()
+        self.viewer.answer("find", "Find Previous")
+        self.viewer.shown(300)
+        self.viewer.until(lambda state: state["findMessage"] == ROUND_THE_START, "its saying so")
+
+    def test_what_is_nowhere_is_said(self):
+        self.find("zebra")
+        state = self.viewer.until(lambda state: state["findMessage"] == NOWHERE, "its saying so")
+        self.assertEqual(state["page"], 1)
+        self.viewer.until(lambda state: NOWHERE in state["dialogs"][0]["texts"], "the dialog's saying so")
+
+    def test_match_case(self):
+        self.find("NEEDLE")
+        self.found()
+        self.toggle("Match case")
+        self.viewer.answer("find", "Find Next")
+        self.viewer.until(lambda state: "is not in the document" in state["findMessage"], "nothing in capitals")
+        self.toggle("Match case")
+        self.viewer.answer("find", "Find Next")
+        self.found()
+
+    def test_whole_words(self):
+        self.find("need")
+        self.found()
+        self.toggle("Whole words")
+        self.viewer.answer("find", "Find Next")
+        self.viewer.until(lambda state: "is not in the document" in state["findMessage"], "no such word")
+
+    def test_escape_takes_the_marks_away(self):
+        self.find("needle")
+        self.marks(FOUND)
+        self.viewer.key("Escape")
+        self.display.screen(lambda picture: not picture.find(FOUND, self.area()), "no mark")
+
+    def test_an_empty_text_finds_nothing(self):
+        self.viewer.key("ctrl+f")
+        self.viewer.answer("find", "Find Next")
+        self.viewer.answer("find", "Close")
+        self.assertEqual(self.viewer.noDialog()["findMessage"], "")
+
+    def test_ligatures_are_found_as_letters(self):
+        self.viewer.key("ctrl+w")
+        self.viewer.until(lambda state: not state["documents"], "no document")
+        self.viewer = self.view(document("two-columns.pdf"))
+        self.viewer.shown(1)
+        self.find("office staff")
+        self.marks(FOUND)
+
+
+class FindManaged(Find):
+    managed = True
+
+
+if __name__ == "__main__":
+    unittest.main()

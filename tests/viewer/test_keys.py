@@ -1,0 +1,331 @@
+# Keys, wheel, drag and the page field.
+import unittest
+
+from harness import ViewerTest, document
+
+
+class Keys(ViewerTest):
+    """Four pages, as wide as the window and higher than it."""
+
+    def setUp(self):
+        super().setUp()
+        self.viewer = self.view(document("two-columns.pdf"))
+        self.viewer.shown(1)
+
+    def scrolledTo(self, predicate, what):
+        return self.viewer.until(lambda state: predicate(state["drawn"]["scrollY"]), what)["drawn"]["scrollY"]
+
+    def test_page_down_goes_down_and_then_to_the_next_page(self):
+        self.viewer.key("Next")
+        self.scrolledTo(lambda y: y > 100, "a windowful down")
+        self.viewer.key("Next", "Next")
+        self.viewer.shown(2)
+
+    def test_page_up_goes_up_and_then_to_the_end_of_the_page_before(self):
+        self.viewer.key("ctrl+Next")
+        self.viewer.shown(2)
+        self.viewer.key("Prior")
+        self.viewer.shown(1)
+        self.scrolledTo(lambda y: y > 100, "the end of the page")
+        self.viewer.key("Prior", "Prior")
+        self.scrolledTo(lambda y: y == 0, "the start of the page")
+
+    def test_space_is_page_down_and_shift_space_page_up(self):
+        self.viewer.key("space")
+        self.scrolledTo(lambda y: y > 100, "a windowful down")
+        self.viewer.key("shift+space")
+        self.scrolledTo(lambda y: y == 0, "a windowful up")
+
+    def test_arrows_scroll_a_little(self):
+        self.viewer.key("Down")
+        self.scrolledTo(lambda y: y == 48, "a little down")
+        self.viewer.key("Down")
+        self.scrolledTo(lambda y: y == 96, "a little more")
+        self.viewer.key("Up")
+        self.scrolledTo(lambda y: y == 48, "a little up")
+
+    def test_arrows_to_the_sides_turn_pages_where_there_is_nothing_beside(self):
+        self.viewer.key("Right")
+        self.viewer.shown(2)
+        self.viewer.key("Left")
+        self.viewer.shown(1)
+
+    def test_arrows_to_the_sides_scroll_a_wide_page(self):
+        for _ in range(3):
+            self.viewer.key("plus")
+        self.viewer.until(lambda state: state["zoom"] > 1.4, "larger")
+        before = self.viewer.now()["drawn"]["scrollX"]
+        self.viewer.key("Right")
+        self.viewer.until(lambda state: state["drawn"]["scrollX"] > before, "to the right")
+        self.assertEqual(self.viewer.now()["page"], 1)
+
+    def test_home_and_end_are_the_first_and_the_last_page(self):
+        self.viewer.key("End")
+        self.viewer.shown(4)
+        self.viewer.key("Home")
+        self.viewer.shown(1)
+
+    def test_the_keypad_works_too(self):
+        self.viewer.key("KP_End")
+        self.viewer.shown(4)
+        self.viewer.key("KP_Home")
+        self.viewer.shown(1)
+
+    def test_plus_and_minus_change_the_size(self):
+        before = self.viewer.now()["zoom"]
+        for larger, smaller in (("plus", "minus"), ("ctrl+plus", "ctrl+minus"), ("KP_Add", "KP_Subtract")):
+            self.viewer.key(larger)
+            between = self.viewer.until(lambda state: state["zoom"] > before, larger)["zoom"]
+            self.viewer.key(smaller)
+            before = self.viewer.until(lambda state: state["zoom"] < between, smaller)["zoom"]
+
+    def test_keys_for_sizes(self):
+        self.viewer.key("ctrl+1")
+        self.viewer.until(lambda state: state["zoom"] == 1, "actual size")
+        self.viewer.key("ctrl+3")
+        state = self.viewer.until(lambda state: state["drawn"]["height"] < state["area"]["height"], "the whole page")
+        self.assertLess(state["drawn"]["width"], state["area"]["width"] - 100)
+        self.viewer.key("ctrl+2")
+        self.viewer.until(lambda state: state["drawn"]["width"] > state["area"]["width"] - 60, "the page's width")
+
+    def test_open_asks_for_a_file_and_opens_it(self):
+        self.viewer.key("ctrl+o")
+        dialog = self.viewer.dialog("openFile")
+        field = next(one for one in dialog["fields"] if one["name"] == "Text")
+        self.viewer.click(field)
+        self.display.xdotool("key", "ctrl+slash")  # selects all of it
+        file = document("three-hundred.pdf")
+        self.display.xdotool("type", "--delay", "1", file)
+        self.viewer.until(lambda state: any(part["text"] == file for one in state["dialogs"]
+                                            for part in one["fields"]), "the file's name")
+        self.display.xdotool("key", "Return")
+        self.viewer.until(lambda state: state["documents"] == ["two-columns.pdf", "three-hundred.pdf"], "both")
+        self.viewer.noDialog()
+        self.viewer.until(lambda state: state["front"] == 1 and state["pages"] == 300, "the new one in front")
+
+    def test_escape_leaves_the_open_dialog(self):
+        self.viewer.key("ctrl+o")
+        dialog = self.viewer.dialog("openFile")
+        if not self.managed:
+            self.viewer.display.xdotool("mousemove", int(dialog["x"]) + 5, int(dialog["y"]) + 5)
+        self.display.xdotool("key", "Escape")
+        self.viewer.noDialog()
+
+    def test_close_leaves_an_empty_viewer(self):
+        self.viewer.key("ctrl+w")
+        state = self.viewer.until(lambda state: state["documents"] == [], "no document")
+        self.assertEqual(state["title"], "Tavrel")
+        self.viewer.until(lambda state: not state["drawn"]["there"], "an empty window")
+        self.viewer.key("F1")
+        self.viewer.dialog("information")
+
+    def test_quit_ends_well(self):
+        self.viewer.key("ctrl+q")
+        self.assertEqual(self.viewer.ends(), 0)
+
+    def test_quit_ends_well_without_a_document(self):
+        self.viewer.key("ctrl+w", "ctrl+q")
+        self.assertEqual(self.viewer.ends(), 0)
+
+    def test_find_again_asks_where_nothing_was_looked_for(self):
+        self.viewer.key("ctrl+g")
+        self.viewer.dialog("find")
+
+    def test_slash_asks_for_a_text(self):
+        self.viewer.key("slash")
+        self.viewer.dialog("find")
+
+    def test_help_shows_the_keys(self):
+        self.viewer.key("F1")
+        text = "\n".join(self.viewer.dialog("information")["texts"])
+        for part in ("Ctrl+Page Down", "Next Page", "Ctrl+Q", "Quit"):
+            self.assertIn(part, text)
+        self.viewer.answer("information", "OK")
+        self.viewer.noDialog()
+
+    def test_f10_opens_the_menus(self):
+        before = self.display.screenshot()
+        area = self.viewer.now()["area"]
+        self.viewer.key("F10", "Down")
+        self.display.screen(lambda picture: not picture.same(before, area), "a menu over the page")
+        self.viewer.display.xdotool("key", "Escape", "Escape")
+        self.display.screen(lambda picture: picture.same(before, area), "the page again")
+        self.viewer.key("Down")
+        self.scrolledTo(lambda y: y == 48, "a little down")
+
+    def test_an_entry_of_a_menu_is_reached_by_keys(self):
+        self.viewer.key("F10", "Right", "Right", "Right", "Down", "Return")  # Go > Next Page
+        self.viewer.shown(2)
+
+    def test_a_mnemonic_opens_a_menu(self):
+        self.viewer.key("alt+g")
+        self.viewer.display.xdotool("key", "Down", "Return")
+        self.viewer.shown(2)
+
+    def test_the_wheel_scrolls(self):
+        self.viewer.wheel(5)
+        self.scrolledTo(lambda y: y == 90, "down")
+        self.viewer.wheel(4)
+        self.scrolledTo(lambda y: y == 0, "up")
+
+    def test_the_wheel_turns_at_the_end_of_a_page(self):
+        self.display.xdotool("mousemove", 400, 500, "click", "--repeat", 8, "--delay", 1, 5)
+        self.viewer.shown(2)
+
+    def test_the_wheel_with_control_changes_the_size(self):
+        before = self.viewer.now()["zoom"]
+        self.viewer.wheel(4, ["ctrl"])
+        larger = self.viewer.until(lambda state: state["zoom"] > before, "larger")["zoom"]
+        self.viewer.wheel(5, ["ctrl"])
+        self.viewer.until(lambda state: state["zoom"] < larger, "smaller")
+
+    def test_dragging_moves_the_page_with_the_pointer(self):
+        self.viewer.pointAtPage()
+        self.display.xdotool("mousedown", 1, "mousemove_relative", "--", 0, -60, "mousemove_relative", "--", 0, -70,
+                             "mouseup", 1, "mousemove_relative", "--", 0, -50)
+        self.scrolledTo(lambda y: y == 130, "moved by the way of the pointer")
+        self.viewer.key("Down")
+        self.scrolledTo(lambda y: y == 178, "moved by the key alone")
+
+    def typePage(self, text):
+        self.viewer.key("ctrl+l")
+        self.display.xdotool("type", "--delay", "1", text)
+        self.viewer.until(lambda state: state["pageField"]["text"] == text, f"{text} in the page field")
+        self.display.xdotool("key", "Return")
+
+    def test_the_page_field_goes_to_a_page(self):
+        self.typePage("3")
+        self.viewer.shown(3)
+        self.viewer.key("Home")  # the page has the keys again
+        self.viewer.shown(1)
+
+    def test_the_page_field_by_pointer(self):
+        field = self.viewer.now()["pageField"]
+        self.display.xdotool("mousemove", field["x"] + field["width"] // 2, field["y"] + field["height"] // 2,
+                             "click", "--repeat", 3, "--delay", 1, 1, "key", "BackSpace", "2", "Return")
+        self.viewer.shown(2)
+
+    def test_a_page_beyond_the_last_is_the_last(self):
+        self.typePage("99")
+        self.viewer.shown(4)
+        self.viewer.until(lambda state: state["pageField"]["text"] == "4", "4 in the page field")
+
+    def test_what_is_no_page_number_is_said(self):
+        self.typePage("2x")
+        self.viewer.says("\u201c2x\u201d is no page number")
+        state = self.viewer.now()
+        self.assertEqual(state["page"], 1)
+        self.viewer.until(lambda state: state["pageField"]["text"] == "1", "the page's own number")
+
+
+class KeysManaged(Keys):
+    managed = True
+
+    def test_the_window_managers_close_ends_well(self):
+        self.display.xdotool("key", "alt+F4")
+        self.assertEqual(self.viewer.ends(), 0)
+
+
+class Buttons(ViewerTest):
+    def setUp(self):
+        super().setUp()
+        self.viewer = self.view(document("two-columns.pdf"))
+        self.viewer.shown(1)
+
+    def test_zoom_buttons(self):
+        before = self.viewer.now()["zoom"]
+        self.viewer.press("ZoomIn")
+        larger = self.viewer.until(lambda state: state["zoom"] > before, "larger")["zoom"]
+        self.viewer.press("ZoomOut")
+        self.viewer.until(lambda state: state["zoom"] < larger, "smaller")
+
+    def test_fit_page_and_fit_width(self):
+        self.viewer.press("FitPage")
+        state = self.viewer.until(lambda state: state["drawn"]["height"] < state["area"]["height"], "the whole page")
+        self.assertGreater(state["drawn"]["height"], state["area"]["height"] - 60)
+        self.viewer.press("FitWidth")
+        state = self.viewer.until(lambda state: state["drawn"]["width"] > state["area"]["width"] - 60, "the width")
+        self.assertLess(state["drawn"]["width"], state["area"]["width"])
+
+    def test_pages(self):
+        self.viewer.press("NextPage")
+        self.viewer.shown(2)
+        self.viewer.press("PreviousPage")
+        self.viewer.shown(1)
+
+    def test_the_first_page_has_none_before_and_the_last_none_behind(self):
+        self.assertFalse(self.viewer.button("PreviousPage")["enabled"])
+        self.viewer.key("End")
+        self.viewer.shown(4)
+        self.viewer.until(lambda state: not self.viewer.button("NextPage")["enabled"], "Next greyed")
+        self.assertTrue(self.viewer.button("PreviousPage")["enabled"])
+
+    def test_open_and_find_ask(self):
+        self.viewer.press("Open")
+        self.viewer.answer("openFile", "Cancel")
+        self.viewer.noDialog()
+        self.viewer.press("FindDialog")
+        self.viewer.answer("find", "Close")
+        self.viewer.noDialog()
+        self.viewer.press("FindAgainDialog")
+        self.viewer.dialog("find")
+
+    def test_buttons_have_tips_with_their_keys(self):
+        self.assertEqual(self.viewer.button("NextPage")["tip"], "Next Page (Ctrl+Page Down)")
+
+
+class Geometry(ViewerTest):
+    def test_the_window_is_where_and_as_large_as_asked(self):
+        viewer = self.view(document("two-columns.pdf"), "--geometry", "900x500+30+20")
+        area = viewer.shown(1)["area"]
+        self.assertEqual(area["x"], 30)
+        self.assertEqual(viewer.button("Open")["x"], 36)
+        right, bottom = area["x"] + area["width"], area["y"] + area["height"]
+        self.assertTrue(30 + 900 - 60 < right < 30 + 900, f"the page area ends at {right}")
+        self.assertTrue(20 + 500 - 60 < bottom < 20 + 500, f"the page area ends at {bottom}")
+
+    def test_without_a_place_it_is_as_large_as_asked(self):
+        viewer = self.view(document("two-columns.pdf"), "--geometry", "700x600")
+        area = viewer.shown(1)["area"]
+        self.assertTrue(640 < area["width"] < 700, f"the page area is {area['width']} wide")
+
+    def test_the_start_of_the_page_is_shown(self):
+        viewer = self.view(document("two-columns.pdf"))
+        self.assertEqual(viewer.shown(1)["drawn"]["scrollY"], 0)
+
+
+class Resources(ViewerTest):
+    def test_a_resource_changes_a_key_of_a_menu(self):
+        viewer = self.view(document("two-columns.pdf"), "--xrm", "Tavrel*menubar*NextPage.accelerator: Ctrl<Key>n")
+        viewer.shown(1)
+        viewer.key("ctrl+n")
+        viewer.shown(2)
+        viewer.key("ctrl+Next")  # not bound any more
+        viewer.key("ctrl+n")
+        viewer.shown(3)
+        self.assertEqual(viewer.now()["page"], 3)
+
+    def test_a_resource_adds_a_key_of_the_page(self):
+        viewer = self.view(document("two-columns.pdf"), "--xrm",
+                           "Tavrel*page.translations: #override <Key>j: do(LineDown)")
+        viewer.shown(1)
+        viewer.key("j")
+        viewer.until(lambda state: state["drawn"]["scrollY"] == 48, "a little down")
+
+    def test_resources_come_from_the_users_file(self):
+        self.resources("Tavrel*menubar*LastPage.accelerator: Ctrl<Key>e")
+        viewer = self.view(document("two-columns.pdf"))
+        viewer.shown(1)
+        viewer.key("ctrl+e")
+        viewer.shown(4)
+
+    def test_an_action_that_is_none_is_one_line(self):
+        viewer = self.view(document("two-columns.pdf"), "--xrm", "Tavrel*page.translations: #override <Key>j: do(Fly)",
+                           complaints=1)
+        viewer.shown(1)
+        viewer.key("j")
+        viewer.says("no action Fly")
+
+
+if __name__ == "__main__":
+    unittest.main()

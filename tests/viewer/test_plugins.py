@@ -1,0 +1,53 @@
+# Plug-ins that fail, beside those that do not.
+import os
+import unittest
+
+from harness import NEXT, TEST_PLUGINS, ViewerTest, document
+
+NOT_RUNNING = ["nomain", "nosetup", "otherversion", "raises", "refuses", "strangecallback"]
+FAILING = ["forgets", *NOT_RUNNING]  # one does not tidy up and runs all the same
+
+
+class Plugins(ViewerTest):
+    def setUp(self):
+        super().setUp()
+        file = document("three-hundred.pdf")
+        self.viewer = self.viewHits(file, self.hits(file, "needle", [1, 4]), "--plugins-dir", TEST_PLUGINS,
+                                    complaints=None)
+
+    def test_each_that_fails_is_one_line(self):
+        lines = self.viewer.lines()
+        for name in FAILING:
+            with self.subTest(name):
+                self.assertEqual(len([line for line in lines if name in line]), 1, lines)
+        self.assertEqual(len(lines), len(FAILING), lines)
+
+    def test_the_others_work_all_the_same(self):
+        self.viewer.press(NEXT)
+        self.viewer.hit("hit 2 of 2")
+        self.viewer.shown(5)
+        self.viewer.key("ctrl+q")
+        self.assertEqual(self.viewer.ends(), 0)
+        self.assertEqual(len(self.viewer.lines()), len(FAILING), self.viewer.lines())
+
+    def about(self):
+        self.viewer.key("F10", "Left", "Down", "Down", "Return")  # Help > About Plug-Ins
+        return "\n".join(self.viewer.dialog("information")["texts"])
+
+    def test_about_lists_each_with_its_version_and_state(self):
+        text = self.about()
+        for wanted in (r"TavrelGLT [0-9.]+: +running", r"HitCount [0-9.]+: +running", r"BRZ [0-9.]+: +running",
+                       r"HitPages [0-9.]+: +running", r"good: +running", "forgets: +running",
+                       *(name + r"(\.so)?: +failed: \S" for name in NOT_RUNNING)):
+            with self.subTest(wanted):
+                self.assertRegex(text, wanted)
+
+
+class NoPlugins(ViewerTest):
+    def test_a_folder_that_is_missing_harms_nothing(self):
+        viewer = self.view(document("cjk.pdf"), "--plugins-dir", os.path.join(self.folder(), "none"), complaints=None)
+        viewer.shown(1)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -255,8 +255,8 @@ class Changing(ViewerTest):
         viewer = self.open(None)  # that it has changed may be seen before
         os.remove(self.file)
         viewer.key("ctrl+r")
-        viewer.until(lambda state: state["documents"] == [] and "three-hundred.pdf" in state["status"]
-                     and not state["opening"], "a line")
+        viewer.until(lambda state: "No such file" in state["status"] and not state["opening"], "a line")
+        self.assertEqual(viewer.now()["documents"], ["three-hundred.pdf"], "what was there is kept")
         viewer.key("F1")
         viewer.dialog("information")
 
@@ -304,8 +304,8 @@ class Changing(ViewerTest):
         viewer.hit("hit 1 of 2")
         viewer.key("ctrl+r")
         moment = len(viewer.past)
-        viewer.until(lambda state: not state["documents"], "closed")
-        viewer.until(lambda state: state["documents"] and "hit 1 of 2" in state["plugins"]
+        viewer.until(lambda state: state["opening"], "the file opened again")
+        viewer.until(lambda state: not state["opening"] and "hit 1 of 2" in state["plugins"]
                      and state["drawn"]["marks"] == 1, "the hits")
         self.assertTrue(viewer.since(moment))
 

@@ -158,8 +158,15 @@ class Keys(ViewerTest):
         self.viewer.shown(2)
 
     def test_a_mnemonic_opens_a_menu(self):
-        self.viewer.key("alt+g")
-        self.viewer.display.xdotool("key", "Down", "Return")
+        area = self.viewer.now()["area"]
+        before = self.display.screenshot()
+        self.viewer.pointAtPage()
+        # As hands do it: the toolkit takes the menu away again where Alt and the letter go at once.
+        self.display.xdotool("keydown", "Alt_L")
+        self.display.xdotool("key", "g")
+        self.display.screen(lambda picture: not picture.same(before, area), "a menu over the page")
+        self.display.xdotool("keyup", "Alt_L")
+        self.display.xdotool("key", "Return")  # the first entry that can be chosen is chosen already
         self.viewer.shown(2)
 
     def test_the_wheel_scrolls(self):

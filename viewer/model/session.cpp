@@ -181,11 +181,11 @@ void Session::collect() {
     takeOpened(std::move(opened));
     if (!arrived_.empty()) wake_();
   }
-  for (RenderedPage &page : results.rendered)
-    takeRendered(std::move(page));
   for (const uint64_t number : results.changed)
     if (const OpenDocument *document = find(number))
       complain(host::nameInMessage(document->target.file) + ": has changed; Reload shows it as it is now");
+  for (RenderedPage &page : results.rendered)
+    takeRendered(std::move(page));
   if (auto result = searcher_.collect()) takeFound(std::move(*result));
   if (searching_) touch(); // its progress
 }

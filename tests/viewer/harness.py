@@ -82,6 +82,16 @@ class Display:
             if time.monotonic() > end:
                 raise AssertionError(f"the screen never showed {what}")
 
+    # A picture of a screen on which nothing is being drawn any more.
+    def settled(self):
+        last = [self.screenshot()]
+
+        def same(picture):
+            before, last[0] = last[0], picture
+            return picture if picture.same(before, {"x": 0, "y": 0, "width": 1280, "height": 1024}) else None
+
+        return self.screen(same, "the same twice")
+
     def cut(self):
         self.server.kill()
         self.server.wait()

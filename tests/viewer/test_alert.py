@@ -66,7 +66,7 @@ class Alert(ViewerTest):
     def test_what_is_uncovered_meanwhile_is_drawn(self):
         self.ask()
         area = self.area()
-        before = self.display.screenshot()
+        before = self.display.settled()
         for _ in range(3):
             with subprocess.Popen([os.path.join(HELPERS, "outer")], env=self.display.environment,
                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True) as cover:

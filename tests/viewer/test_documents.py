@@ -29,7 +29,7 @@ class Documents(ViewerTest):
     def menu(self, number):
         area = self.viewer.now()["area"]
         bar = {"x": area["x"], "y": self.viewer.now()["buttons"][0]["y"] - 26, "width": area["width"], "height": 22}
-        before = self.display.screenshot()
+        before = self.display.settled()
         if not hasattr(self, "closed"):
             self.closed = before
         else:

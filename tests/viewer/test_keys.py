@@ -144,7 +144,7 @@ class Keys(ViewerTest):
         self.viewer.noDialog()
 
     def test_f10_opens_the_menus(self):
-        before = self.display.screenshot()
+        before = self.display.settled()
         area = self.viewer.now()["area"]
         self.viewer.key("F10", "Down")
         self.display.screen(lambda picture: not picture.same(before, area), "a menu over the page")
@@ -159,7 +159,7 @@ class Keys(ViewerTest):
 
     def test_a_mnemonic_opens_a_menu(self):
         area = self.viewer.now()["area"]
-        before = self.display.screenshot()
+        before = self.display.settled()
         self.viewer.pointAtPage()
         # As hands do it: the toolkit takes the menu away again where Alt and the letter go at once.
         self.display.xdotool("keydown", "Alt_L")

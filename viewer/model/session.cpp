@@ -8,7 +8,7 @@
 
 namespace viewer {
 
-Session::Session(host::Application &app, std::function<void()> wake)
+Session::Session(host::Application &app, const std::function<void()> &wake)
     : app_(app), wake_(wake), renderer_(wake), searcher_(wake) {
   app_.prepare = [this](host::ViewerDocument &document) { prepare(document); };
   app_.listener = [this](host::ViewerDocument & /*document*/) { touch(); };

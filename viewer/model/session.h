@@ -50,7 +50,7 @@ struct Shown {
 
 class Session {
 public:
-  Session(host::Application &app, std::function<void()> wake);
+  Session(host::Application &app, const std::function<void()> &wake);
   ~Session(); ///< closes the documents
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;

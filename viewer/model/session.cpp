@@ -84,6 +84,7 @@ void Session::takeOpened(OpenedFile opened) {
   open_.push_back(
       std::make_unique<OpenDocument>(OpenDocument{pending.number, nullptr, pending.target, pending.password, {}, {}}));
   found_.reset();
+  waitingSince_.reset();
   app_.open(host::Document::of(std::move(opened.pdf)), pending.target.file, screenDpi_, pending.target.parameters);
   if (OpenDocument *before = pending.replaces ? find(*pending.replaces) : nullptr) replace(*before);
   app_.toolBar()->updateStates();
@@ -132,6 +133,7 @@ void Session::close(OpenDocument &document) {
 
 // Whatever has come to front is shown as the window is now.
 void Session::showFront() {
+  waitingSince_.reset(); // it was another page that was waited for
   if (host::PageView *shown = view()) {
     shown->setMargin(margin_);
     if (windowWidth_ > 0) shown->setWindow(windowWidth_, windowHeight_);
@@ -222,14 +224,14 @@ const host::Image *Session::pageImage(host::ViewerDocument &document, int32_t pa
   return open == nullptr ? nullptr : cache_.find({open->number, page, dpi});
 }
 
-// The page in front and, as far as all of them fit, the next one and the one before.
+// The page in front; when it is drawn, as far as all of them fit, the next one and the one before.
 void Session::requestPages() {
   const OpenDocument *document = find(front());
   if (document == nullptr) return renderer_.want({});
   std::vector<PageKey> wanted;
   size_t bytes = 0;
   for (const int32_t page : {this->page(), this->page() + 1, this->page() - 1}) {
-    if (page < 0 || page >= pageCount()) continue;
+    if (page < 0 || page >= pageCount() || (page != this->page() && waitingSince_)) continue;
     try {
       const PageKey key{document->number, page, view()->dpiOf(page)};
       const host::PageSize size = document->document->model->pageSize(page);
@@ -256,7 +258,6 @@ bool Session::draw() {
   }
   if (!drawn->invalid() || drawn->drawing()) return false;
   std::optional<host::Drawing> drawing = app_.draw(*front());
-  requestPages();
   const bool waits = !drawing;
   if (waits && waitingSince_ && shown_.page == drawn->page() && shown_.pageWidth == drawn->pageWidth() &&
       shown_.scrollX == drawn->scrollX() && shown_.scrollY == drawn->scrollY())
@@ -265,6 +266,7 @@ bool Session::draw() {
     waitingSince_.reset();
   else if (!waitingSince_ || shown_.page != drawn->page())
     waitingSince_ = std::chrono::steady_clock::now();
+  requestPages();
   if (drawing) paintFound(*drawing);
   shown_ = {std::move(drawing), true, drawn->page(), drawn->pageWidth(), drawn->pageHeight(), drawn->scrollX(),
             drawn->scrollY()};

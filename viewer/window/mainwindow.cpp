@@ -113,7 +113,6 @@ void MainWindow::build() {
                 XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, toolBar_->widget(), XmNbottomAttachment,
                 XmATTACH_WIDGET, XmNbottomWidget, bar, nullptr);
   toolBar_->update();
-  menuBar_->update();
   XtVaSetValues(form_, XmNinitialFocus, pageArea_->page(), nullptr);
   XtManageChild(form_);
   // The help key is the toolkit's own and never reaches the menu's.
@@ -224,6 +223,10 @@ void MainWindow::loop(const std::function<bool()> &until) {
 void MainWindow::turn() {
   guarded([this] { show(); });
   XFlush(toolkit_.display());
+  // Behind the first page, but not behind one that takes long.
+  const auto since = session_.waitingSince();
+  constexpr auto soon = std::chrono::milliseconds(100);
+  if (!since || Clock::now() - *since > soon) menuBar_->fill();
   if (watcher) watcher();
 }
 

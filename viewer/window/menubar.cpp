@@ -29,6 +29,11 @@ MenuBar::MenuBar(MainWindow &window, ::Widget parent) : window_(window) {
   bar_ = XmCreateMenuBar(parent, name, nullptr, 0);
   for (const char *menu : menuNames())
     menus_[menu] = addMenu(menu);
+  XtManageChild(bar_);
+}
+
+void MenuBar::fill() {
+  if (!entries_.empty()) return;
   for (const Action &action : actions()) {
     if (action.menu == nullptr) continue;
     ::Widget menu = menus_.at(action.menu);
@@ -42,7 +47,7 @@ MenuBar::MenuBar(MainWindow &window, ::Widget parent) : window_(window) {
   noDocuments_ = addEntry(menus_.at(windowMenu), "none", "(no document)");
   setSensitive(noPlugins_, false);
   setSensitive(noDocuments_, false);
-  XtManageChild(bar_);
+  update();
 }
 
 ::Widget MenuBar::addMenu(const std::string &name) {
@@ -63,6 +68,7 @@ void MenuBar::showAccelerator(::Widget entry) const {
 }
 
 void MenuBar::update() {
+  if (entries_.empty()) return;
   for (const Action &action : actions())
     if (action.menu != nullptr)
       setSensitive(entries_.at(action.name), action.possible == nullptr || action.possible(window_));

@@ -15,7 +15,9 @@ class MainWindow;
 
 class MenuBar {
 public:
+  /// With empty menus: filling them takes a while, and nobody opens one before there is a page.
   MenuBar(MainWindow &window, ::Widget parent);
+  void fill();
   ::Widget widget() const { return bar_; }
   /// Brings everything up to date.
   void update();

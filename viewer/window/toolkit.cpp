@@ -154,6 +154,8 @@ const char *defaultResources() {
 *statusbar*highlightThickness: 0
 *page.highlightThickness: 0
 *tearOffModel: TEAR_OFF_DISABLED
+*dragInitiatorProtocolStyle: DRAG_NONE
+*dragReceiverProtocolStyle: DRAG_NONE
 *XmFileSelectionBox.pathMode: PATH_MODE_FULL
 ! The page and what is around it.
 *ground: #D9DBDE

@@ -49,7 +49,7 @@ class Documents(ViewerTest):
     def test_the_last_one_is_in_front(self):
         viewer = self.open()
         self.assertEqual(viewer.now()["front"], 2)
-        self.assertEqual(viewer.now()["title"], "cjk.pdf \u2013 Tavrel")
+        self.assertEqual(viewer.now()["title"], "cjk.pdf - Tavrel")
 
     def test_the_window_menu_brings_documents_to_front(self):
         self.resources("*multiClickTime: 1")  # a hand is slower than these clicks
@@ -59,7 +59,7 @@ class Documents(ViewerTest):
             x, y = place["x"] + 40, place["y"] + place["height"] * (2 * number + 1) // 6
             self.display.xdotool("mousemove", x, y - 2, "mousemove", x, y, "mouseup", 1)
             viewer.until(lambda state: state["front"] == number, f"document {number} in front")
-            self.assertEqual(viewer.now()["title"], f"{THREE[number]} \u2013 Tavrel")
+            self.assertEqual(viewer.now()["title"], f"{THREE[number]} - Tavrel")
             viewer.shown(1)
 
     def test_each_document_keeps_its_page(self):

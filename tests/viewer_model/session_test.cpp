@@ -73,7 +73,7 @@ TEST_F(SessionTest, AFileThatIsThereIsInFront) {
   openPages(test::numberedPages(3));
   EXPECT_EQ(frontName(), "paper.pdf");
   EXPECT_EQ(session().pageCount(), 3);
-  EXPECT_EQ(session().title(), "paper.pdf \u2013 Tavrel");
+  EXPECT_EQ(session().title(), "paper.pdf - Tavrel");
 }
 
 TEST_F(SessionTest, OpeningIsSaidUntilTheFileIsThere) {

@@ -68,7 +68,7 @@ protected:
     plugins.load({TAVREL_PLUGINS});
     window.realize();
     window.map();
-    std::vector<test::PdfPage> pages(200); // more than the cache holds
+    std::vector<test::PdfPage> pages(700); // more than the cache holds
     for (test::PdfPage &page : pages)
       page.texts = {{40, 500, "words of a page that somebody looks for"}};
     file = folder.pdf(pages);
@@ -112,7 +112,7 @@ protected:
   host::Runtime runtime;
   host::Application app{runtime};
   viewer::Session session{app, [] {}};
-  viewer::Toolkit toolkit{{"", "420x420", {}}}; // small pages: it is their number that counts
+  viewer::Toolkit toolkit{{"", "260x340", {}}}; // small pages: it is their number that counts
   host::WindowSystem windows{toolkit.shell()};
   host::PluginLoader plugins{runtime};
   viewer::MainWindow window{toolkit, session, app, plugins};

@@ -311,7 +311,7 @@ void Session::complain(const std::string &line) {
 }
 
 std::string Session::title() const {
-  return front() == nullptr ? "Tavrel" : front()->file.filename().string() + " \u2013 Tavrel";
+  return front() == nullptr ? "Tavrel" : front()->file.filename().string() + " - Tavrel";
 }
 
 std::vector<int32_t> Session::markedPages() const {

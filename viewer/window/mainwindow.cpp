@@ -72,6 +72,7 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
       button->ownAction = [this, &action] { run(action); };
       button->ownTest = [this, &action] { return action.possible == nullptr || action.possible(*this); };
       button->tip = action.label;
+      button->enabled = button->ownTest();
       if (action.accelerator != nullptr) button->tip += " (" + keyName(action.accelerator) + ")";
     }
   }

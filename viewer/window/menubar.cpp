@@ -111,27 +111,28 @@ void MenuBar::updateDocuments() {
   std::vector<std::string> labels;
   for (const host::ViewerDocument *document : session.documents())
     labels.push_back(document->file.filename().string());
-  const bool same =
-      std::equal(labels.begin(), labels.end(), documents_.begin(), documents_.end(),
-                 [](const std::string &label, const DocumentEntry &entry) { return label == entry.label; });
-  if (!same) {
-    for (const DocumentEntry &entry : documents_)
-      XtDestroyWidget(entry.widget);
-    documents_.clear();
-    for (size_t i = 0; i < labels.size(); ++i) {
-      ::Widget entry = XtVaCreateManagedWidget("document", xmToggleButtonWidgetClass, menus_.at(windowMenu),
-                                               XmNindicatorType, XmONE_OF_MANY, nullptr);
-      setLabel(entry, labels[i]);
-      whenever(entry, XmNvalueChangedCallback, [this, i](const XEvent *) {
-        window_.session().bringToFront(i);
-        window_.session().touch();
-      });
-      documents_.push_back({labels[i], entry});
-    }
+  // Entries are used again: the toolkit does not give everything back that a widget takes.
+  while (documents_.size() < labels.size()) {
+    const size_t i = documents_.size();
+    ::Widget entry = XtVaCreateWidget("document", xmToggleButtonWidgetClass, menus_.at(windowMenu), XmNindicatorType,
+                                      XmONE_OF_MANY, nullptr);
+    whenever(entry, XmNvalueChangedCallback, [this, i](const XEvent *) {
+      window_.session().bringToFront(i);
+      window_.session().touch();
+    });
+    documents_.push_back({{}, entry});
+  }
+  for (size_t i = 0; i < documents_.size(); ++i) {
+    DocumentEntry &entry = documents_[i];
+    if (i < labels.size() && labels[i] != entry.label) setLabel(entry.widget, entry.label = labels[i]);
+    if (i < labels.size())
+      XtManageChild(entry.widget);
+    else
+      XtUnmanageChild(entry.widget);
   }
   for (size_t i = 0; i < documents_.size(); ++i)
     XmToggleButtonSetState(documents_[i].widget, i == session.frontIndex() ? True : False, False);
-  if (documents_.empty())
+  if (labels.empty())
     XtManageChild(noDocuments_);
   else
     XtUnmanageChild(noDocuments_);

@@ -20,10 +20,11 @@ namespace viewer {
 namespace {
 
 // Texts are UTF-8 whatever the locale says of them: a plain "C" would show a question mark for every umlaut.
-void chooseLocale() {
+String chooseLocale(::Display * /*display*/, String /*language*/, XtPointer /*closure*/) {
   std::setlocale(LC_CTYPE, "");
   if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
   XSetLocaleModifiers("");
+  return std::setlocale(LC_CTYPE, nullptr);
 }
 
 // Reading what keys compose takes X a tenth of the time until a page is seen, unless it may keep what it has read.
@@ -58,9 +59,9 @@ void merge(XrmDatabase &database, const std::string &lines, bool overrides) {
 } // namespace
 
 Toolkit::Toolkit(const ToolkitOptions &options) {
-  chooseLocale();
   keepComposedKeys();
   XtToolkitInitialize();
+  XtSetLanguageProc(nullptr, chooseLocale, nullptr); // or the toolkit takes titles for Latin letters
   context_ = XtCreateApplicationContext();
   char name[] = "tavrel", className[] = "Tavrel", geometryOption[] = "-geometry";
   std::string geometry = options.geometry;

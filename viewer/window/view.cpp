@@ -166,6 +166,7 @@ ViewEnd run(const ViewOptions &options) {
   const Closing closing{session};
   if (!options.into.empty()) setenv("TAVREL_PLUGIN_PARENTLESS_ROOT", "1", 0);
   plugins.load(host::pluginDirectories(options.pluginsDirectory));
+  app.toolBar()->updateStates(); // a question may come up before anything else asks the buttons
 
   // As wide as it is going to be, or the page would have to be rendered again. Only half as high, because nobody knows
   // yet: what a plug-in brings into the middle of that is in sight, and in the middle, when the window is higher.

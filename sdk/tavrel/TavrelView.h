@@ -1,6 +1,6 @@
 // The "TavrelView" table: viewer documents, page views, the tool bar, alerts, notifications, auxiliary data, the status
-// line and the scroll bar. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with SetStatusText, 0x00050003 with
-// DocMarkPages; a host grants each.
+// line and the scroll bar. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with SetStatusText, 0x00050003
+// with DocMarkPages; a host grants each.
 //
 // Where a page view, a tool bar or an anchor button may be missing, null is let pass: the operation does nothing.
 // Any other unknown handle raises. Tags: see Kernel.h.

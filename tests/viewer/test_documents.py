@@ -90,7 +90,8 @@ class Documents(ViewerTest):
         file = document("three-hundred.pdf")
         viewer = self.view(file, "--hits", self.hits(file, "needle", [1, 2]), document("cjk.pdf"))
         viewer.until(lambda state: len(state["documents"]) == 2 and state["front"] == 1, "both")
-        viewer.until(lambda state: state["plugins"] == "" and not enabled(state, NEXT), "no hits in front")
+        viewer.until(lambda state: state["plugins"] == "" and not enabled(state, NEXT) and not state["opening"]
+                     and state["drawn"]["there"] and state["pages"] == 1, "no hits in front")
         viewer.key("ctrl+w")
         viewer.hit("hit 1 of 2")
         viewer.until(lambda state: enabled(state, NEXT), "Next enabled")

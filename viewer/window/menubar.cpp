@@ -65,6 +65,7 @@ void MenuBar::showAccelerator(::Widget entry) const {
   if (key == nullptr || *key == '\0') return;
   const MotifString text(keyName(key));
   XtVaSetValues(entry, XmNacceleratorText, static_cast<XmString>(text), nullptr);
+  XtFree(key); // a copy
 }
 
 void MenuBar::update() {

@@ -169,6 +169,14 @@ class Keys(ViewerTest):
         self.display.xdotool("key", "Return")  # the first entry that can be chosen is chosen already
         self.viewer.shown(2)
 
+    def test_escape_leaves_the_page_field_as_it_was(self):
+        self.viewer.key("ctrl+l")
+        self.viewer.display.xdotool("type", "77")
+        self.viewer.display.xdotool("key", "Escape")
+        self.viewer.key("ctrl+Next")
+        self.viewer.shown(2)
+        self.viewer.until(lambda state: state["pageField"]["text"] == "2", "the number of the page")
+
     def test_the_wheel_scrolls(self):
         self.viewer.wheel(5)
         self.scrolledTo(lambda y: y == 90, "down")

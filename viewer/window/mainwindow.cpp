@@ -172,6 +172,7 @@ void MainWindow::findAgain(bool backwards) {
 
 void MainWindow::escape() {
   session_.endFinding();
+  toolBar_->restorePage();
   focusPage();
 }
 

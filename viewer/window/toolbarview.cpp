@@ -113,6 +113,12 @@ void ToolBarView::addPageField() {
   setLabel(pageCount_, "");
   others_.insert(others_.end(), {pageField_, pageCount_});
   whenever(pageField_, XmNactivateCallback, [this](const XEvent *) { takePage(); });
+  XtOverrideTranslations(pageField_, XtParseTranslationTable("<Key>osfCancel: do(Escape)"));
+}
+
+void ToolBarView::restorePage() {
+  fieldText_.clear();
+  update();
 }
 
 void ToolBarView::takePage() {

@@ -22,6 +22,8 @@ public:
   ::Widget pageField() const { return pageField_; }
   /// Brings everything up to date.
   void update();
+  /// Shows the page's number, whatever has been typed.
+  void restorePage();
 
   struct Button {
     host::ToolButton *model;

@@ -52,16 +52,19 @@ struct Collector {
   Bell &bell;
   Session &session;
   host::Application &app;
+  bool missed = false; ///< it rang while a plug-in waited for an answer
+
+  // Documents do not come and go while a plug-in is being called.
+  void collect() {
+    missed = app.calling();
+    if (!missed) guarded([this] { session.collect(); });
+  }
 };
 
 void collectResults(XtPointer data, int * /*source*/, XtInputId * /*id*/) {
-  const auto &collector = *static_cast<Collector *>(data);
-  if (collector.app.calling()) { // a plug-in waits for an answer: documents do not come and go meanwhile
-    usleep(1000);
-    return;
-  }
+  auto &collector = *static_cast<Collector *>(data);
   collector.bell.silence();
-  guarded([&] { collector.session.collect(); });
+  collector.collect();
 }
 
 // Fonts are looked up while everything else starts: reading their configuration takes as long as opening a document.
@@ -183,6 +186,7 @@ ViewEnd run(const ViewOptions &options) {
   const bool staysEmpty = options.documents.empty() || !options.into.empty();
   bool had = false;
   const auto hopeless = [&] {
+    if (collector.missed) collector.collect();
     had |= session.front() != nullptr || session.asksPassword();
     return !staysEmpty && !had && !session.opening();
   };

@@ -3,7 +3,9 @@
 #include "tools/view.h"
 
 #include <CLI/CLI.hpp>
+#include <unistd.h>
 
+#include <cstdio>
 #include <memory>
 
 #include "tools/exit.h"
@@ -29,8 +31,9 @@ ExitStatus statusOf(viewer::ViewEnd end) {
 void addViewCommand(CLI::App &app, int &status) {
   const auto options = std::make_shared<viewer::ViewOptions>();
   CLI::App *command = app.add_subcommand("view", "Show documents in a window");
-  command->add_option("DOC", options->documents, "PDFs, each perhaps with #page=N or #xml=HITS behind its name");
-  command->add_option("--hits", options->hits, "A highlight file for the first document");
+  CLI::Option *documents =
+      command->add_option("DOC", options->documents, "PDFs, each perhaps with #page=N or #xml=HITS behind its name");
+  command->add_option("--hits", options->hits, "A highlight file for the first document")->needs(documents);
   command->add_option("--password", options->password, "The documents' password");
   command->add_option("--into", options->into, "The number of a window to live in");
   command->add_option("--plugins-dir", options->pluginsDirectory,
@@ -47,6 +50,10 @@ void addViewCommand(CLI::App &app, int &status) {
         throw CLI::Success();
       },
       "Prints the resources that can be changed, with their defaults");
+  options->leave = [](viewer::ViewEnd end) {
+    std::fflush(nullptr);
+    _exit(statusOf(end));
+  };
   command->callback([options, &status] { status = statusOf(viewer::view(*options)); });
 }
 

@@ -53,11 +53,12 @@ std::string openError(const fs::path &file) {
 // Holds back what is said of a plug-in during a call: where the call fails, it is the reason, and one line is enough.
 class HeldBack {
 public:
-  explicit HeldBack(Runtime &runtime) : runtime_(runtime), reporter_(std::move(runtime.reporter)) {
-    runtime_.reporter = [this](const std::string &line) { lines_.push_back(line); };
+  explicit HeldBack(Runtime &runtime)
+      : runtime_(runtime), reporter_([this](const std::string &line) { lines_.push_back(line); }) {
+    runtime_.reporter.swap(reporter_);
   }
   ~HeldBack() {
-    runtime_.reporter = std::move(reporter_);
+    runtime_.reporter.swap(reporter_);
     for (const std::string &line : lines_)
       runtime_.report(line);
   }
@@ -67,7 +68,7 @@ public:
   /// What was said first, which then is not said any more; empty where nothing was.
   std::string take() {
     if (lines_.empty()) return {};
-    const std::string first = lines_.front();
+    std::string first = lines_.front();
     lines_.erase(lines_.begin());
     return first;
   }

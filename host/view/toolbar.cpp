@@ -89,11 +89,16 @@ void ToolBar::press(ToolButton &button) const {
 
 void ToolBar::updateStates() {
   // A test that asks for all tests again would never come to an end.
-  if (std::exchange(updating_, true)) return;
-  const std::vector<ToolButton *> asked = order_;
-  for (ToolButton *button : asked)
-    button->enabled = test(*button);
-  updating_ = false;
+  if (updating_) return;
+  {
+    struct Updating {
+      bool &flag;
+      ~Updating() { flag = false; }
+    } const updating{updating_ = true};
+    const std::vector<ToolButton *> asked = order_;
+    for (ToolButton *button : asked)
+      button->enabled = test(*button);
+  }
   tell();
 }
 

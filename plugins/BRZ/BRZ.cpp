@@ -134,6 +134,11 @@ void documentClosed(Doc document, void * /*clientData*/) {
   if (document == s_spokenOf) clearStatus();
 }
 
+/// The status line is the front document's: what was said of another one goes.
+void pageDrawn(PageView view, void * /*clientData*/) {
+  if (s_spokenOf != nullptr && TavrelView::PageViewGetDoc(view) != s_spokenOf) clearStatus();
+}
+
 uint32_t importTables() {
   gTavrelGLTHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelGLT"), tavrelGLTVersion);
   return 1;
@@ -142,6 +147,7 @@ uint32_t importTables() {
 uint32_t initialise() {
   TavrelView::RegisterNotification(notifyDocDidOpen, s_self, callbackOf(documentOpened), nullptr);
   TavrelView::RegisterNotification(notifyDocDidClose, s_self, callbackOf(documentClosed), nullptr);
+  TavrelView::RegisterPageDrawProc(callbackOf(pageDrawn), nullptr);
   return 1;
 }
 

@@ -315,6 +315,7 @@ class Resources(ViewerTest):
         viewer.shown(1)
         viewer.key("ctrl+n")
         viewer.shown(2)
+        viewer.until(lambda state: any(one["tip"] == "Next Page (Ctrl+N)" for one in state["buttons"]), "the tip")
         viewer.key("ctrl+Next")  # not bound any more
         viewer.key("ctrl+n")
         viewer.shown(3)
@@ -326,6 +327,8 @@ class Resources(ViewerTest):
         viewer.shown(1)
         viewer.key("j")
         viewer.until(lambda state: state["drawn"]["scrollY"] == 48, "a little down")
+        viewer.key("Down")
+        viewer.until(lambda state: state["drawn"]["scrollY"] == 96, "the other keys as before")
 
     def test_resources_come_from_the_users_file(self):
         self.resources("Tavrel*menubar*LastPage.accelerator: Ctrl<Key>e")

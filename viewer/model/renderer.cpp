@@ -38,12 +38,15 @@ struct Renderer::Source {
 Renderer::Renderer(std::function<void()> wake) : wake_(std::move(wake)), thread_([this] { run(); }) {}
 
 Renderer::~Renderer() {
-  {
-    const std::lock_guard lock(mutex_);
-    ends_ = true;
-  }
-  work_.notify_one();
+  finish(std::chrono::milliseconds(0));
   thread_.join();
+}
+
+bool Renderer::finish(std::chrono::milliseconds patience) {
+  std::unique_lock lock(mutex_);
+  ends_ = true;
+  work_.notify_one();
+  return end_.wait_for(lock, patience, [this] { return ended_; });
 }
 
 void Renderer::open(uint64_t document, const std::filesystem::path &file, const std::string &password) {
@@ -80,6 +83,8 @@ void Renderer::run() {
   std::unique_lock lock(mutex_);
   while (!ends_)
     if (!step(lock)) work_.wait(lock);
+  ended_ = true;
+  end_.notify_one();
 }
 
 // Does one thing; false when there is nothing to do.

@@ -2,6 +2,7 @@
 // has done is collected by the thread that owns it.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <filesystem>
@@ -42,6 +43,8 @@ public:
   Renderer(const Renderer &) = delete;
   Renderer &operator=(const Renderer &) = delete;
 
+  /// Has the thread end and waits so long for it; false where a page is still under way.
+  bool finish(std::chrono::milliseconds patience);
   /// Opens a file under a number of the owner's choice.
   void open(uint64_t document, const std::filesystem::path &file, const std::string &password);
   void close(uint64_t document);
@@ -64,7 +67,7 @@ private:
 
   std::function<void()> wake_;
   std::mutex mutex_; ///< of everything below but the sources, which are the thread's
-  std::condition_variable work_;
+  std::condition_variable work_, end_;
   struct Order {
     uint64_t document;
     std::filesystem::path file;
@@ -75,7 +78,7 @@ private:
   std::deque<PageKey> wanted_;
   std::optional<PageKey> underWay_;
   Results results_;
-  bool ends_ = false;
+  bool ends_ = false, ended_ = false;
   std::map<uint64_t, std::unique_ptr<Source>> sources_;
   std::thread thread_; ///< last: it uses all of the above
 };

@@ -56,6 +56,8 @@ void Session::open(const Target &target, const std::string &password) {
 void Session::reload() {
   const OpenDocument *document = find(front());
   if (document == nullptr) return;
+  const auto already = [=](const Pending &one) { return one.replaces == document->number; };
+  if (std::any_of(pending_.begin(), pending_.end(), already)) return;
   pending_.push_back({++numbers_, document->target, document->password, document->number});
   renderer_.open(numbers_, document->target.file, document->password);
 }
@@ -85,21 +87,35 @@ void Session::takeOpened(OpenedFile opened) {
       std::make_unique<OpenDocument>(OpenDocument{pending.number, nullptr, pending.target, pending.password, {}, {}}));
   found_.reset();
   waitingSince_.reset();
-  app_.open(host::Document::of(std::move(opened.pdf)), pending.target.file, screenDpi_, pending.target.parameters);
+  try {
+    app_.open(host::Document::of(std::move(opened.pdf)), pending.target.file, screenDpi_, pending.target.parameters);
+  } catch (...) { // memory is exhausted
+    if (open_.back()->document == nullptr) open_.pop_back();
+    throw;
+  }
   if (OpenDocument *before = pending.replaces ? find(*pending.replaces) : nullptr) replace(*before);
   app_.toolBar()->updateStates();
 }
 
-// The document that came last takes the place of another: its page, its line in the menu.
+// The document that came last takes the place of another: its page, its size, its line in the menu.
 void Session::replace(OpenDocument &before) {
-  const int32_t page = before.document->view->page();
+  const host::PageView &old = *before.document->view;
+  const int32_t page = old.page();
+  const int x = old.scrollX(), y = old.scrollY();
+  const host::Fit fit = old.fit();
+  const double dpi = old.dpi();
   host::ViewerDocument *const now = order_.back();
   *std::find(order_.begin(), order_.end(), before.document) = now;
   order_.pop_back();
   close(before);
   app_.bringToFront(*now);
   showFront();
+  if (fit == host::Fit::none)
+    now->view->setDpi(dpi);
+  else
+    now->view->setFit(fit);
   goToPage(page);
+  now->view->scrollTo(x, y);
 }
 
 // Between a document's being there and the plug-ins' hearing of it.
@@ -114,6 +130,7 @@ void Session::prepare(host::ViewerDocument &document) {
 }
 
 void Session::close(OpenDocument &document) {
+  std::erase_if(pending_, [&](const Pending &one) { return one.replaces == document.number; });
   renderer_.close(document.number);
   searcher_.close(document.number);
   cache_.drop(document.number);
@@ -146,6 +163,8 @@ void Session::showFront() {
 void Session::closeFront() {
   if (OpenDocument *document = find(front())) close(*document);
 }
+
+bool Session::finish(std::chrono::milliseconds patience) { return renderer_.finish(patience); }
 
 void Session::closeAll() {
   while (!open_.empty())
@@ -189,7 +208,10 @@ void Session::collect() {
   for (RenderedPage &page : results.rendered)
     takeRendered(std::move(page));
   if (auto result = searcher_.collect()) takeFound(std::move(*result));
-  if (searching_) touch(); // its progress
+  if (!searching_) return;
+  if (const auto looked = searcher_.progress())
+    findMessage_ = "Searching, " + std::to_string(*looked) + " of " + std::to_string(pageCount()) + " pages";
+  touch();
 }
 
 void Session::takeRendered(RenderedPage page) {
@@ -291,9 +313,11 @@ bool Session::press(host::ToolButton &button, uint32_t modifiers) {
   host::ToolBar &bar = *app_.toolBar();
   const bool enabled = bar.test(button);
   if (enabled) {
-    app_.modifierKeys = modifiers;
+    struct Held {
+      uint32_t &keys;
+      ~Held() { keys = 0; }
+    } const held{app_.modifierKeys = modifiers};
     bar.press(button);
-    app_.modifierKeys = 0;
   }
   bar.updateStates();
   touch();

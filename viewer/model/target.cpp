@@ -4,10 +4,14 @@
 namespace viewer {
 
 Target targetOf(const std::string &argument) {
-  const size_t hash = argument.find('#');
   std::error_code unknown;
-  if (hash == std::string::npos || std::filesystem::exists(argument, unknown)) return {argument, {}};
-  return {argument.substr(0, hash), argument.substr(hash + 1)};
+  if (std::filesystem::exists(argument, unknown)) return {argument, {}};
+  // The longest name of a file that there is; else up to the first '#'.
+  size_t end = argument.find('#');
+  for (size_t hash = end; hash != std::string::npos; hash = argument.find('#', hash + 1))
+    if (std::filesystem::exists(argument.substr(0, hash), unknown)) end = hash;
+  if (end == std::string::npos) return {argument, {}};
+  return {argument.substr(0, end), argument.substr(end + 1)};
 }
 
 void addParameter(Target &target, const std::string &name, const std::string &value) {

@@ -12,7 +12,7 @@ struct Target {
   bool operator==(const Target &) const = default;
 };
 
-/// "paper.pdf#page=3": the name ends at the first '#', unless there is a file of the whole name.
+/// "paper.pdf#page=3": the name ends at the first '#', unless there is a file with one in its name.
 Target targetOf(const std::string &argument);
 
 /// Adds a parameter; its value is encoded so that it may hold anything.

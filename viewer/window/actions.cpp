@@ -85,9 +85,6 @@ std::string with(std::string text, const std::string &mark, const std::string &v
   return text;
 }
 
-// A resource's value may not hold a line feed as it is.
-std::string asValue(const std::string &text) { return with(text, "\n", "\\n\\\n"); }
-
 } // namespace
 
 std::span<const Action> actions() { return table; }
@@ -101,16 +98,20 @@ const Action *findAction(const std::string &name) {
 }
 
 std::string keyResources() {
-  std::string accelerators = "! Keys of the menus' entries. The label follows from the key.\n", keys;
-  for (const Action &action : table) {
+  std::string accelerators = "! Keys of the menus' entries. The label follows from the key.\n";
+  for (const Action &action : table)
     if (action.accelerator != nullptr)
       accelerators += std::string("*menubar*") + action.name + ".accelerator: " + action.accelerator + "\n";
-    if (action.keys != nullptr) keys += with(action.keys, "%s", std::string("do(") + action.name + ")");
-  }
   for (const auto &[button, key] : pluginKeys)
     accelerators += "*menubar*" + widgetName(button) + ".accelerator: " + key + "\n";
-  keys += "<Btn1Down>: drag(begin)\n<Btn1Motion>: drag(move)\n<Btn1Up>: drag(end)\n";
-  return accelerators + "! Keys and mouse on the page.\n*page.translations: #override \\n\\\n" + asValue(keys) + "\n";
+  return accelerators;
+}
+
+std::string pageTranslations() {
+  std::string keys;
+  for (const Action &action : table)
+    if (action.keys != nullptr) keys += with(action.keys, "%s", std::string("do(") + action.name + ")");
+  return keys + "<Btn1Down>: drag(begin)\n<Btn1Motion>: drag(move)\n<Btn1Up>: drag(end)\n";
 }
 
 std::string keyName(const std::string &translation) {

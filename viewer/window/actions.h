@@ -33,8 +33,10 @@ const Action *findAction(const std::string &name);
 std::span<const char *const> menuNames();
 inline constexpr const char *pluginMenu = "Tools", *windowMenu = "Window";
 
-/// The keys of all actions as resource lines: accelerators of menu entries, translations of the page area.
+/// The keys of the menus' entries as resource lines.
 std::string keyResources();
+/// The keys and the mouse on the page, as translations; those of a user's resource come on top of them.
+std::string pageTranslations();
 /// How a translation's key is written for people: "Ctrl+Shift+G" for "Ctrl Shift<Key>g".
 std::string keyName(const std::string &translation);
 /// A widget's name for a tool button's: resources cannot have a colon in it.

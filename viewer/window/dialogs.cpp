@@ -42,6 +42,11 @@ std::string wrapped(const std::string &text) {
 
 void destroy(::Widget dialog) { XtDestroyWidget(XtParent(dialog)); }
 
+// However a dialog goes, by a button or by the window manager, nothing of it is kept.
+void destroyWhenUnmapped(::Widget dialog) {
+  whenever(dialog, XmNunmapCallback, [dialog](const XEvent *) { destroy(dialog); });
+}
+
 void hide(::Widget dialog, unsigned char child) {
   if (::Widget part = XmMessageBoxGetChild(dialog, child)) XtUnmanageChild(part);
 }
@@ -164,6 +169,7 @@ void Dialogs::askPassword(const std::string &question, const std::function<void(
     take(password);
   });
   whenever(box, XmNcancelCallback, [box, hidden](const XEvent *) { destroy(box); });
+  destroyWhenUnmapped(box);
   XtManageChild(box);
 }
 
@@ -188,6 +194,7 @@ void Dialogs::askFile(const std::function<void(const std::string &)> &take) {
     take(file);
   });
   whenever(box, XmNcancelCallback, [box](const XEvent *) { destroy(box); });
+  destroyWhenUnmapped(box);
   XtManageChild(box);
 }
 
@@ -200,6 +207,7 @@ void Dialogs::tell(const std::string &title, const std::string &text) {
   hide(box, XmDIALOG_CANCEL_BUTTON);
   hide(box, XmDIALOG_HELP_BUTTON);
   whenever(box, XmNokCallback, [box](const XEvent *) { destroy(box); });
+  destroyWhenUnmapped(box);
   XtManageChild(box);
 }
 

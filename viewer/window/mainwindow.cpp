@@ -36,10 +36,12 @@ void doAction(::Widget /*widget*/, XEvent * /*event*/, String *arguments, Cardin
 
 void dragAction(::Widget /*widget*/, XEvent *event, String *arguments, Cardinal *count) {
   if (s_window == nullptr || *count == 0) return;
-  const std::string step = arguments[0];
-  if (step == "begin" && event->type == ButtonPress) s_window->pageArea().beginDrag(*event);
-  if (step == "move" && event->type == MotionNotify) s_window->pageArea().drag(*event);
-  if (step == "end") s_window->pageArea().endDrag();
+  guarded([&] {
+    const std::string step = arguments[0];
+    if (step == "begin" && event->type == ButtonPress) s_window->pageArea().beginDrag(*event);
+    if (step == "move" && event->type == MotionNotify) s_window->pageArea().drag(*event);
+    if (step == "end") s_window->pageArea().endDrag();
+  });
 }
 
 void waitedLong(XtPointer timer, XtIntervalId * /*id*/) { *static_cast<XtIntervalId *>(timer) = 0; }
@@ -73,7 +75,7 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
       button->ownTest = [this, &action] { return action.possible == nullptr || action.possible(*this); };
       button->tip = action.label;
       button->enabled = button->ownTest();
-      if (action.accelerator != nullptr) button->tip += " (" + keyName(action.accelerator) + ")";
+      own_.push_back(button);
     }
   }
   build();
@@ -81,7 +83,7 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
 
 MainWindow::~MainWindow() {
   s_window = nullptr;
-  for (host::ToolButton *button : app_.toolBar()->order()) {
+  for (host::ToolButton *button : own_) {
     button->ownAction = {};
     button->ownTest = {};
   }
@@ -187,7 +189,7 @@ int32_t MainWindow::alert(const host::Alert &alert) { return dialogs_->alert(ale
 void MainWindow::showKeys() {
   std::string text;
   for (const Action &action : actions())
-    if (action.accelerator != nullptr) text += keyName(action.accelerator) + "   " + action.label + "\n";
+    if (const std::string key = menuBar_->keyOf(action.name); !key.empty()) text += key + "   " + action.label + "\n";
   text +=
       "\nF3, Shift+F3   Next, previous hit\nPage Up, Page Down, Space   A windowful\nArrows, wheel   A little\n+, -, "
       "Ctrl+wheel   Larger, smaller\nF10   Menus\nEsc   Ends a search";
@@ -228,8 +230,21 @@ void MainWindow::turn() {
   // Behind the first page, but not behind one that takes long.
   const auto since = session_.waitingSince();
   constexpr auto soon = std::chrono::milliseconds(100);
-  if (!since || Clock::now() - *since > soon) menuBar_->fill();
+  if (!since || Clock::now() - *since > soon) guarded([this] { fillMenus(); });
   if (watcher) watcher();
+}
+
+// With the menus come the keys that a user may have changed.
+void MainWindow::fillMenus() {
+  if (!menuBar_->fill()) return;
+  for (const Action &action : actions()) {
+    const std::string key = menuBar_->keyOf(action.name);
+    if (action.button == nullptr || key.empty()) continue;
+    if (host::ToolButton *button = app_.toolBar()->find(host::Runtime::current().atoms.atom(action.button)))
+      button->tip += " (" + key + ")";
+  }
+  session_.touch();
+  show();
 }
 
 void MainWindow::show() {
@@ -269,7 +284,15 @@ void MainWindow::watchWaiting() {
 }
 
 void MainWindow::showStatus() {
-  const std::string &said = session_.message(), plugins = app_.statusText();
+  constexpr size_t longest = 100; // or it would leave no room for the host's own
+  const std::string &said = session_.message();
+  std::string plugins = app_.statusText();
+  if (plugins.size() > longest) {
+    size_t end = longest;
+    while (end > 0 && (static_cast<unsigned char>(plugins[end]) & 0xC0U) == 0x80U)
+      --end;
+    plugins = plugins.substr(0, end) + "\u2026";
+  }
   if (said != statusText_) {
     statusText_ = said;
     setLabel(status_, said.empty() ? " " : said);

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "host/kernel/loader.h"
 #include "viewer/model/session.h"
@@ -78,6 +79,7 @@ public:
 
 private:
   void build();
+  void fillMenus();
   void show();
   void showStatus();
   void showTitle();
@@ -94,6 +96,7 @@ private:
   std::unique_ptr<Dialogs> dialogs_;
   std::unique_ptr<FindDialog> findDialog_;
   std::string statusText_, pluginText_, title_;
+  std::vector<host::ToolButton *> own_; ///< with lambdas into this window
   uint64_t shownChanges_ = 0;
   size_t marks_ = 0;
   double longestTurn_ = 0;

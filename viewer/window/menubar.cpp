@@ -32,14 +32,14 @@ MenuBar::MenuBar(MainWindow &window, ::Widget parent) : window_(window) {
   XtManageChild(bar_);
 }
 
-void MenuBar::fill() {
-  if (!entries_.empty()) return;
+bool MenuBar::fill() {
+  if (!entries_.empty()) return false;
   for (const Action &action : actions()) {
     if (action.menu == nullptr) continue;
     ::Widget menu = menus_.at(action.menu);
     if (action.separated) XtCreateManagedWidget("separator", xmSeparatorWidgetClass, menu, nullptr, 0);
     ::Widget entry = addEntry(menu, action.name, action.label);
-    showAccelerator(entry);
+    keys_[action.name] = showAccelerator(entry);
     whenever(entry, XmNactivateCallback, [this, &action](const XEvent *) { window_.run(action); });
     entries_[action.name] = entry;
   }
@@ -48,6 +48,7 @@ void MenuBar::fill() {
   setSensitive(noPlugins_, false);
   setSensitive(noDocuments_, false);
   update();
+  return true;
 }
 
 ::Widget MenuBar::addMenu(const std::string &name) {
@@ -59,13 +60,20 @@ void MenuBar::fill() {
 }
 
 // What is written beside an entry follows from its key, so that a user changes one resource.
-void MenuBar::showAccelerator(::Widget entry) const {
+std::string MenuBar::showAccelerator(::Widget entry) {
   char *key = nullptr;
   XtVaGetValues(entry, XmNaccelerator, &key, nullptr);
-  if (key == nullptr || *key == '\0') return;
-  const MotifString text(keyName(key));
+  if (key == nullptr) return {};
+  const std::string name = keyName(key);
+  const MotifString text(name);
   XtVaSetValues(entry, XmNacceleratorText, static_cast<XmString>(text), nullptr);
   XtFree(key); // a copy
+  return name;
+}
+
+std::string MenuBar::keyOf(const std::string &action) const {
+  const auto found = keys_.find(action);
+  return found == keys_.end() ? "" : found->second;
 }
 
 void MenuBar::update() {

@@ -17,14 +17,16 @@ class MenuBar {
 public:
   /// With empty menus: filling them takes a while, and nobody opens one before there is a page.
   MenuBar(MainWindow &window, ::Widget parent);
-  void fill();
+  bool fill(); ///< false where they are filled already
   ::Widget widget() const { return bar_; }
+  /// How the key of an action is written; empty where it has none, or before the menus are filled.
+  std::string keyOf(const std::string &action) const;
   /// Brings everything up to date.
   void update();
 
 private:
   ::Widget addMenu(const std::string &name);
-  void showAccelerator(::Widget entry) const;
+  static std::string showAccelerator(::Widget entry);
   void updatePlugins();
   void updateDocuments();
 
@@ -32,6 +34,7 @@ private:
   ::Widget bar_;
   std::map<std::string, ::Widget> menus_;
   std::map<std::string, ::Widget> entries_; ///< by the names of actions
+  std::map<std::string, std::string> keys_; ///< likewise
   struct PluginEntry {
     host::ToolButton *button;
     std::string label;

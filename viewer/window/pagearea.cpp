@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "viewer/window/actions.h"
 #include "viewer/window/colors.h"
 #include "viewer/window/mainwindow.h"
 
@@ -35,7 +36,8 @@ PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
   XtVaSetValues(horizontal_, XmNorientation, XmHORIZONTAL, nullptr);
   XtUnmanageChild(horizontal_);
   ticksArea_ = create("ticks", xmDrawingAreaWidgetClass, form_);
-  // Motif puts its own over what it finds at the widget's making.
+  XtOverrideTranslations(area_, XtParseTranslationTable(pageTranslations().c_str()));
+  // The user's come last: Motif puts its own over what it finds at the widget's making.
   XtTranslations keys = nullptr;
   XtResource resource{const_cast<char *>(XmNtranslations),
                       const_cast<char *>(XmCTranslations),

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <filesystem>
 #include <langinfo.h>
+#include <sstream>
 
 #include "host/kernel/error.h"
 #include "host/view/desktop.h"
@@ -20,9 +21,13 @@ namespace viewer {
 namespace {
 
 // Texts are UTF-8 whatever the locale says of them: a plain "C" would show a question mark for every umlaut.
-String chooseLocale(::Display * /*display*/, String /*language*/, XtPointer /*closure*/) {
+void chooseLocale() {
   std::setlocale(LC_CTYPE, "");
   if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
+}
+
+// The toolkit asks for a locale when it opens a display, and takes titles for Latin letters where nobody answers.
+String tellLocale(::Display * /*display*/, String /*language*/, XtPointer /*closure*/) {
   XSetLocaleModifiers("");
   return std::setlocale(LC_CTYPE, nullptr);
 }
@@ -58,10 +63,14 @@ void merge(XrmDatabase &database, const std::string &lines, bool overrides) {
 
 } // namespace
 
-Toolkit::Toolkit(const ToolkitOptions &options) {
+void Toolkit::prepare() {
+  chooseLocale();
   keepComposedKeys();
+}
+
+Toolkit::Toolkit(const ToolkitOptions &options) {
   XtToolkitInitialize();
-  XtSetLanguageProc(nullptr, chooseLocale, nullptr); // or the toolkit takes titles for Latin letters
+  XtSetLanguageProc(nullptr, tellLocale, nullptr);
   context_ = XtCreateApplicationContext();
   char name[] = "tavrel", className[] = "Tavrel", geometryOption[] = "-geometry";
   std::string geometry = options.geometry;
@@ -82,7 +91,7 @@ Toolkit::Toolkit(const ToolkitOptions &options) {
   XSetIOErrorHandler(endWithoutDisplay);
 
   XrmDatabase database = XtScreenDatabase(DefaultScreenOfDisplay(display_));
-  merge(database, allResources(), false);
+  merge(database, std::string(defaultResources()) + keyResources(), false);
   for (const std::string &line : options.resources)
     merge(database, line + "\n", true);
   if (const char *dpi = XGetDefault(display_, "Xft", "dpi"); dpi != nullptr && std::atof(dpi) > 0)
@@ -117,7 +126,15 @@ Toolkit::Size Toolkit::windowSize() const {
 
 void Toolkit::abandon() { XSetErrorHandler(ignoreError); }
 
-std::string allResources() { return defaultResources() + keyResources(); }
+std::string allResources() {
+  // As a comment: what a user writes there comes on top of these, so that nobody need repeat them.
+  std::string keys = "! Keys and mouse on the page; a line such as\n! *page.translations: #override <Key>j: "
+                     "do(LineDown)\n! comes on top of these:\n";
+  std::istringstream lines(pageTranslations());
+  for (std::string line; std::getline(lines, line);)
+    keys += "!   " + line + "\n";
+  return defaultResources() + keyResources() + keys;
+}
 
 const char *defaultResources() {
   return R"(! How the window looks. Copy what you want to change into ~/.Xresources.

@@ -9,6 +9,8 @@ namespace viewer {
 
 class Toolkit {
 public:
+  /// What must be done before there are threads: the locale, and where X may keep what it reads.
+  static void prepare();
   /// Throws host::HostError when the display cannot be opened or shows too few colours.
   explicit Toolkit(const ToolkitOptions &options);
   ~Toolkit();

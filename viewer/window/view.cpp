@@ -6,6 +6,8 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include <chrono>
+
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -151,6 +153,9 @@ struct Closing {
 };
 
 ViewEnd run(const ViewOptions &options) {
+  // Before there are threads, which read the environment and the locale.
+  Toolkit::prepare();
+  if (!options.into.empty()) setenv("TAVREL_PLUGIN_PARENTLESS_ROOT", "1", 0);
   Bell bell; // the threads ring it to their end
   FontsAhead fonts;
   host::Runtime runtime;
@@ -167,7 +172,6 @@ ViewEnd run(const ViewOptions &options) {
   host::WindowSystem windowSystem(toolkit.shell());
   host::PluginLoader plugins(runtime);
   const Closing closing{session};
-  if (!options.into.empty()) setenv("TAVREL_PLUGIN_PARENTLESS_ROOT", "1", 0);
   plugins.load(host::pluginDirectories(options.pluginsDirectory));
   app.toolBar()->updateStates(); // a question may come up before anything else asks the buttons
 
@@ -184,16 +188,22 @@ ViewEnd run(const ViewOptions &options) {
                                         collectResults, &collector);
   // Without a document and without hope of one there is nothing to show, but inside another program's window.
   const bool staysEmpty = options.documents.empty() || !options.into.empty();
-  bool had = false;
-  const auto hopeless = [&] {
+  bool hopeless = false, had = false;
+  window.loop([&] {
     if (collector.missed) collector.collect();
     had |= session.front() != nullptr || session.asksPassword();
-    return !staysEmpty && !had && !session.opening();
-  };
-  window.loop(hopeless);
+    return hopeless = !staysEmpty && !had && !session.opening();
+  });
   XtRemoveInput(input);
   window.watcher = {};
-  return hopeless() ? ViewEnd::noDocument : ViewEnd::closed;
+  const ViewEnd end = hopeless ? ViewEnd::noDocument : ViewEnd::closed;
+  session.closeAll();
+  constexpr auto patience = std::chrono::milliseconds(300);
+  if (!session.finish(patience) && options.leave) {
+    plugins.unload();
+    options.leave(end); // a page that takes minutes is not waited for
+  }
+  return end;
 }
 
 } // namespace

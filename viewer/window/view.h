@@ -2,12 +2,19 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "viewer/window/options.h"
 
 namespace viewer {
+
+enum class ViewEnd {
+  closed,      ///< by the reader, or with the window around
+  noDocument,  ///< none of those asked for could be opened
+  hostFailure, ///< no display, no such window
+};
 
 struct ViewOptions {
   std::vector<std::string> documents; ///< files, perhaps with parameters behind a '#'
@@ -17,12 +24,8 @@ struct ViewOptions {
   std::filesystem::path pluginsDirectory;
   std::filesystem::path testSocket; ///< where tests listen; empty: nobody does
   ToolkitOptions toolkit;
-};
-
-enum class ViewEnd {
-  closed,      ///< by the reader, or with the window around
-  noDocument,  ///< none of those asked for could be opened
-  hostFailure, ///< no display, no such window
+  /// Ends the program at once, where a thread of ours is still at work; without it, that is waited for.
+  std::function<void(ViewEnd end)> leave;
 };
 
 /// Returns when the viewer is closed. Complaints go to standard error.

@@ -43,6 +43,9 @@ void checkFile(const std::filesystem::path &file) {
     fail(file, "is not a PDF");
 }
 
+// As readers count.
+std::string numberOf(int32_t page) { return std::to_string(int64_t{page} + 1); }
+
 void dropMessage(const std::string & /*message*/, void * /*closure*/) {}
 
 bool hasArea(const poppler::rectf &rect) { return rect.width() > 0 && rect.height() > 0; }
@@ -83,12 +86,12 @@ private:
 
 PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
   if (page < 0 || page >= pages_)
-    throw HostError(tavrel::errBadPage, nameInMessage(file_) + ": no page " + std::to_string(page + 1));
+    throw HostError(tavrel::errBadPage, nameInMessage(file_) + ": no page " + numberOf(page));
   if (const auto known = shown_.find(page); known != shown_.end()) return known->second;
 
   ShownPage made;
   made.pdf.reset(pdf_->create_page(page));
-  if (!made.pdf) fail(file_, "page " + std::to_string(page + 1) + " is damaged");
+  if (!made.pdf) fail(file_, "page " + numberOf(page) + " is damaged");
   const poppler::rectf rect = made.pdf->page_rect(poppler::crop_box);
   made.size = {rect.width(), rect.height()};
   const auto orientation = made.pdf->orientation();
@@ -143,7 +146,7 @@ Image PopplerFile::render(int32_t page, double dpi) {
   const double width = std::ceil(that.size.width * dpi / pointsPerInch - 1e-6);
   const double height = std::ceil(that.size.height * dpi / pointsPerInch - 1e-6);
   if (!(width >= 1 && height >= 1 && width <= longestSide && height <= longestSide))
-    throw HostError(tavrel::errBadArgument, nameInMessage(file_) + ": page " + std::to_string(page + 1) + " at " +
+    throw HostError(tavrel::errBadArgument, nameInMessage(file_) + ": page " + numberOf(page) + " at " +
                                                 std::to_string(dpi) + " dpi makes no image of a usable size");
   Image image;
   image.width = static_cast<int>(width);
@@ -155,7 +158,7 @@ Image PopplerFile::render(int32_t page, double dpi) {
   const poppler::image drawn = renderer.render_page(that.pdf.get(), dpi, dpi, 0, 0, image.width, image.height);
   if (!drawn.is_valid() || drawn.width() != image.width || drawn.height() != image.height ||
       drawn.format() != poppler::image::format_argb32)
-    fail(file_, "page " + std::to_string(page + 1) + " cannot be drawn");
+    fail(file_, "page " + numberOf(page) + " cannot be drawn");
 
   image.pixels.resize(static_cast<size_t>(image.width) * static_cast<size_t>(image.height));
   const size_t rowBytes = static_cast<size_t>(image.width) * sizeof(uint32_t);

@@ -28,6 +28,12 @@ TEST(TargetTest, TheNameEndsAtTheFirstHash) {
   EXPECT_EQ(targetOf("paper.pdf#xml=a#b"), (Target{"paper.pdf", "xml=a#b"}));
 }
 
+TEST(TargetTest, AFileWithAHashInItsNameTakesParameters) {
+  const test::ScratchFolder folder;
+  const std::string file = folder.write("c#.pdf", "x").string();
+  EXPECT_EQ(targetOf(file + "#page=2"), (Target{file, "page=2"}));
+}
+
 TEST(TargetTest, AFileWhoseNameHoldsAHashIsThatFile) {
   const test::ScratchFolder folder;
   const std::string file = folder.write("c#.pdf", "x").string();

@@ -64,7 +64,7 @@ std::string MenuBar::showAccelerator(::Widget entry) {
   char *key = nullptr;
   XtVaGetValues(entry, XmNaccelerator, &key, nullptr);
   if (key == nullptr) return {};
-  const std::string name = keyName(key);
+  std::string name = keyName(key);
   const MotifString text(name);
   XtVaSetValues(entry, XmNacceleratorText, static_cast<XmString>(text), nullptr);
   XtFree(key); // a copy

@@ -39,10 +39,11 @@ PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
   XtOverrideTranslations(area_, XtParseTranslationTable(pageTranslations().c_str()));
   // The user's come last: Motif puts its own over what it finds at the widget's making.
   XtTranslations keys = nullptr;
+  constexpr Cardinal size = sizeof(XtPointer); // of the toolkit's handle, a pointer like any other
   XtResource resource{const_cast<char *>(XmNtranslations),
                       const_cast<char *>(XmCTranslations),
                       const_cast<char *>(XmRTranslationTable),
-                      sizeof keys,
+                      size,
                       0,
                       const_cast<char *>(XmRImmediate),
                       nullptr};

@@ -1,0 +1,107 @@
+// The list by itself, beside the loops that it is meant to be: every page from the first on, every place from the first
+// on.
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+#include "bench/inputs.h"
+#include "bench/measure.h"
+#include "plugin/glt/glt.h"
+
+namespace bench {
+namespace {
+
+using Hits = std::shared_ptr<const std::vector<Hit>>;
+
+constexpr char table[] = "adding to a list";
+
+// The same structure, without one clever thought.
+struct PlainList {
+  HLL list = {};
+
+  ~PlainList() {
+    for (uint32_t i = 0; i < list.pageCount; ++i)
+      free(list.pages[i].words);
+    free(list.pages);
+  }
+
+  __attribute__((noinline)) HLP *find(int32_t page) const {
+    for (uint32_t i = 0; i < list.pageCount; ++i)
+      if (list.pages[i].page == page) return &list.pages[i];
+    return nullptr;
+  }
+
+  __attribute__((noinline)) static bool has(const HLP *page, uint16_t pos) {
+    for (uint32_t i = 0; i < page->count; ++i)
+      if (page->words[i].pos == pos) return true;
+    return false;
+  }
+
+  void add(const Hit &hit) {
+    HLP *page = find(hit.page);
+    if (page == nullptr) {
+      HLLCheck(&list, list.pageCount + 1);
+      page = &list.pages[list.pageCount++];
+      *page = {hit.page, nullptr, 0, 0};
+    }
+    if (has(page, hit.pos)) return;
+    HLPCheck(page, static_cast<uint16_t>(page->count + 1));
+    page->words[page->count++] = {hit.pos, hit.len};
+    ++list.wordCount;
+  }
+};
+
+void measureAdding(const std::string &name, const std::vector<Hit> &hits) {
+  const auto all = std::make_shared<const std::vector<Hit>>(hits);
+  measure(table, name, "ours", [all](benchmark::State &state) {
+    for (auto _ : state) {
+      HLL *list = GLT_NewHLL(nullptr);
+      for (const Hit &hit : *all)
+        HLL_AddHL(list, hit.page, hit.pos, hit.len);
+      GLT_DeleteHLL(list);
+    }
+  });
+  measure(table, name, "plain loops", [all](benchmark::State &state) {
+    for (auto _ : state) {
+      PlainList list;
+      for (const Hit &hit : *all)
+        list.add(hit);
+      benchmark::DoNotOptimize(list.list.wordCount);
+    }
+  });
+}
+
+void measureCopying(const std::string &name, const std::vector<Hit> &hits) {
+  const std::shared_ptr<HLL> list(GLT_NewHLL(nullptr), GLT_DeleteHLL);
+  for (const Hit &hit : hits)
+    HLL_AddHL(list.get(), hit.page, hit.pos, hit.len);
+  measure("copying a list", name, "ours", [list](benchmark::State &state) {
+    for (auto _ : state)
+      GLT_DeleteHLL(GLT_CopyHLL(list.get()));
+  });
+  measure("copying a list", name, "plain loops", [list](benchmark::State &state) {
+    for (auto _ : state) {
+      PlainList copy;
+      for (uint32_t i = 0; i < list->pageCount; ++i)
+        for (uint32_t k = 0; k < list->pages[i].count; ++k)
+          copy.add({list->pages[i].page, list->pages[i].words[k].pos, list->pages[i].words[k].len});
+      benchmark::DoNotOptimize(copy.list.wordCount);
+    }
+  });
+}
+
+} // namespace
+
+void measureList() {
+  std::vector<Hit> usual = inPageOrder(6, 7);
+  measureAdding("S, 42 hits on 6 pages", usual);
+  measureAdding("L, 1,000 pages of 400", inPageOrder(1000, 400));
+  measureAdding("W, 65,000 on one page", onOnePage(65000, false));
+  measureAdding("W, shuffled", onOnePage(65000, true));
+  measureAdding("P, 10,000 pages of 100", inPageOrder(10000, 100));
+  measureAdding("P, interleaved", interleaved(10000, 100));
+  measureCopying("L, 1,000 pages of 400", inPageOrder(1000, 400));
+  measureCopying("W, 65,000 on one page", onOnePage(65000, false));
+}
+
+} // namespace bench

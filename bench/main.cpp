@@ -1,0 +1,29 @@
+// bench [--benchmark_filter=PATTERN] [...]     how fast we are, beside others in the same process and run; prints
+// tables
+//
+// Nothing here passes or fails. Everything is measured several times, all in one random order, so that whatever else
+// the machine does strikes everybody alike. PATTERN is a regular expression over "table|line|column".
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "bench/measure.h"
+#include "bench/table.h"
+#include "tests/support/SilentHost.h"
+
+int main(int count, char **words) {
+  if (count == 3 && std::strcmp(words[1], "--once") == 0) return bench::readOnce(words[2]) ? 0 : 1;
+  std::vector<char *> arguments(words, words + count);
+  std::string interleaved = "--benchmark_enable_random_interleaving=true";
+  arguments.insert(arguments.begin() + 1, interleaved.data());
+  count = static_cast<int>(arguments.size());
+  benchmark::Initialize(&count, arguments.data());
+  if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
+  installSilentHost();
+  bench::measureReading();
+  bench::measureList();
+  bench::measureSession();
+  bench::measurePrograms();
+  bench::TableReporter tables(bench::names());
+  benchmark::RunSpecifiedBenchmarks(&tables);
+}

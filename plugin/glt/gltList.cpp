@@ -1,7 +1,9 @@
 // The highlight list: three levels of plain arrays, in order of adding, searched from the front. A list only grows.
 #include <cstdlib>
+#include <cstring>
 
 #include "plugin/glt/glt.h"
+#include "plugin/glt/gltSearch.h"
 
 using namespace tavrel;
 
@@ -9,6 +11,9 @@ namespace {
 
 constexpr uint32_t pageStep = 8;
 constexpr uint32_t wordStep = 16;
+
+/// With fewer entries the plain loop is as fast.
+constexpr uint16_t worthSkipping = 8;
 
 /// Growth of a page's array beyond this wraps in 16 bits.
 constexpr uint16_t maxWords = 65519;
@@ -18,7 +23,46 @@ constexpr uint32_t targetCapacity(uint32_t n, uint32_t step) { return (n / step 
 
 /// An array resized to `capacity` entries, new where there was none; null when memory is exhausted.
 template <typename T> T *resized(T *array, size_t capacity) {
-  return static_cast<T *>(array == nullptr ? calloc(capacity, sizeof(T)) : realloc(array, capacity * sizeof(T)));
+  if (array != nullptr) return static_cast<T *>(realloc(array, capacity * sizeof(T)));
+  return static_cast<T *>(calloc(capacity, sizeof(T))); // NOLINT(clang-analyzer-optin.portability.UnixAPI): never 0
+}
+
+/// The places that a page has, while it is copied: a bit each.
+struct Places {
+  uint32_t bits[(UINT16_MAX + 1) / 32];
+
+  /// False when it was there already.
+  bool add(uint16_t pos) {
+    const uint32_t bit = 1U << (pos % 32);
+    if ((bits[pos / 32] & bit) != 0) return false;
+    bits[pos / 32] |= bit;
+    return true;
+  }
+  void remove(uint16_t pos) { bits[pos / 32] &= ~(1U << (pos % 32)); }
+};
+
+/// Whether all entries of a page start at different places, as they do unless somebody has written over them. `none`
+/// has no places, before and after.
+bool placesDiffer(const HLP &page, Places &none) {
+  uint32_t added = 0;
+  while (added < page.count && none.add(page.words[added].pos))
+    ++added;
+  for (uint32_t i = 0; i < added; ++i)
+    none.remove(page.words[i].pos);
+  return added == page.count;
+}
+
+/// Appends a page with all its entries at once: what adding them one by one comes to where all places differ. Returns
+/// how many entries are dealt with: all, or the first, which is lost, as it would be alone, when memory is exhausted.
+uint32_t appendWhole(HLL *list, const HLP &page) {
+  HLP *record = HLLInsertPage(list, page.page);
+  if (record == nullptr) return 1;
+  const bool room = HLPCheck(record, page.count) != 0;
+  list->wordCount += room ? page.count : 1;
+  if (!room) return 1;
+  memcpy(record->words, page.words, page.count * sizeof(HL));
+  record->count = page.count;
+  return page.count;
 }
 
 } // namespace
@@ -33,9 +77,14 @@ HLL *GLT_CopyHLL(const HLL *list) {
   if (list == nullptr) return nullptr;
   HLL *copy = GLT_NewHLL(list->data);
   if (copy == nullptr) return nullptr;
-  for (uint32_t i = 0; i < list->pageCount; ++i)
-    for (uint32_t k = 0; k < list->pages[i].count; ++k)
-      HLL_AddHL(copy, list->pages[i].page, list->pages[i].words[k].pos, list->pages[i].words[k].len);
+  Places places;
+  memset(&places, 0, sizeof places);
+  for (uint32_t i = 0; i < list->pageCount; ++i) {
+    const HLP &page = list->pages[i];
+    if (page.count == 0) continue;
+    for (uint32_t k = placesDiffer(page, places) ? appendWhole(copy, page) : 0; k < page.count; ++k)
+      HLL_AddHL(copy, page.page, page.words[k].pos, page.words[k].len);
+  }
   return copy;
 }
 
@@ -84,12 +133,15 @@ Bool16 HLL_AddHL(HLL *list, int32_t page, uint16_t pos, uint16_t len) {
 }
 
 Bool16 HLL_FindPagePos(const HLL *list, int32_t page, uint32_t *pageIndex) {
-  for (uint32_t i = 0; i < HLL_GetPageCount(list); ++i)
-    if (list->pages[i].page == page) {
-      *pageIndex = i;
-      return 1;
-    }
-  return 0;
+  const uint32_t count = HLL_GetPageCount(list);
+  if (count == 0) return 0;
+  // No page is there twice, so it does not matter that the last one is looked at first: files go page by page.
+  uint32_t i = list->pages[count - 1].page == page ? count - 1 : 0;
+  while (i < count && list->pages[i].page != page)
+    ++i;
+  if (i == count) return 0;
+  *pageIndex = i;
+  return 1;
 }
 
 HLP *HLLFindPage(const HLL *list, int32_t page) {
@@ -116,7 +168,7 @@ Bool16 HLLCheck(HLL *list, uint32_t needed) {
 }
 
 HL *HLPFindWord(const HLP *page, uint16_t pos) {
-  for (uint32_t i = 0; i < page->count; ++i)
+  for (uint32_t i = page->count < worthSkipping ? 0 : HLPSkip(page->words, page->count, pos); i < page->count; ++i)
     if (page->words[i].pos == pos) return &page->words[i];
   return nullptr;
 }
@@ -131,11 +183,11 @@ HL *HLPInsertWord(HLP *page, uint16_t pos, uint16_t len) {
 
 Bool16 HLPCheck(HLP *page, uint16_t needed) {
   if (needed > maxWords) return 0;
-  const auto target = static_cast<uint16_t>(targetCapacity(needed, wordStep));
+  const uint32_t target = targetCapacity(needed, wordStep);
   if (target <= page->capacity && target > page->capacity / 2) return 1;
   HL *words = resized(page->words, target);
   if (words == nullptr) return 0;
   page->words = words;
-  page->capacity = target;
+  page->capacity = static_cast<uint16_t>(target);
   return 1;
 }

@@ -407,6 +407,40 @@ INSTANTIATE_TEST_SUITE_P(HighlightListMemory, CopyWithoutMemory,
                          }),
                          rowName<PartOfACopy>);
 
+// Whoever translates a list in place may leave two entries at one place.
+TEST(HighlightList, CopyOfAPageWithAPlaceTwiceKeepsTheFirst) {
+  const ListOwner list({{1, 1, 1}, {2, 5, 1}, {2, 6, 2}, {2, 7, 3}, {3, 5, 4}});
+  list.list()->pages[1].words[2].pos = 5;
+  HLL *copy = GLT_CopyHLL(list);
+  EXPECT_EQ(highlightsOf(copy), (Highlights{{1, 1, 1}, {2, 5, 1}, {2, 6, 2}, {3, 5, 4}}));
+  EXPECT_EQ(HLL_GetWordCount(copy), 4U);
+  GLT_DeleteHLL(copy);
+}
+
+TEST(HighlightList, CopyHasTheCapacitiesThatAddingGives) {
+  const ListOwner list({});
+  for (int32_t page = 0; page < 20; ++page)
+    for (uint16_t pos = 0; pos < page * 5 + 1; ++pos)
+      HLL_AddHL(list, page, pos, 1);
+  HLPCheck(&list.list()->pages[3], 500); // more than its entries need
+  HLL *copy = GLT_CopyHLL(list);
+  EXPECT_EQ(highlightsOf(copy), highlightsOf(list));
+  EXPECT_EQ(copy->pageCapacity, 24U);
+  for (uint32_t i = 0; i < copy->pageCount; ++i)
+    EXPECT_EQ(copy->pages[i].capacity, (copy->pages[i].count / 16 + 1) * 16) << i;
+  GLT_DeleteHLL(copy);
+}
+
+TEST(HighlightList, CopyLeavesOutPagesWithoutEntries) {
+  const ListOwner list({{1, 1, 1}});
+  HLLInsertPage(list, 2);
+  HLL_AddHL(list, 3, 3, 3);
+  HLL *copy = GLT_CopyHLL(list);
+  EXPECT_EQ(HLL_GetPageCount(copy), 2U);
+  EXPECT_EQ(highlightsOf(copy), (Highlights{{1, 1, 1}, {3, 3, 3}}));
+  GLT_DeleteHLL(copy);
+}
+
 TEST(HighlightList, MakesNoHostCall) {
   const RecordingHost host;
   const ListOwner list({{1, 1, 1}, {2, 2, 2}});

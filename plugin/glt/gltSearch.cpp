@@ -1,0 +1,122 @@
+// The search in three forms. An entry is 32 bits: where it starts, and its length, which does not count. Four or eight
+// of them are compared at once, and many before anybody looks whether one was found.
+#include "plugin/glt/gltSearch.h"
+
+#include <cstring>
+
+#ifdef __SSE2__
+#include <immintrin.h>
+#endif
+
+using tavrel::TextRange;
+
+namespace {
+
+static_assert(sizeof(TextRange) == 4 && offsetof(TextRange, pos) == 0);
+
+/// Where the place stands in an entry taken as one word, whatever the machine's byte order.
+constexpr uint32_t placeMask = __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__ ? 0xFFFF0000U : 0xFFFFU;
+constexpr uint32_t placeUnit = placeMask & (0U - placeMask);
+
+/// Every machine's, without a branch a compiler could not turn into vectors: of all numbers of 16 bits only 0 has its
+/// topmost bit of 32 set when 1 is taken away.
+uint32_t skipPortably(const TextRange *entries, uint32_t count, uint16_t pos) {
+  const uint32_t wanted = pos * placeUnit;
+  constexpr uint32_t block = 64;
+  uint32_t i = 0;
+  for (; i + block <= count; i += block) {
+    uint32_t found = 0;
+    for (uint32_t k = 0; k < block; ++k) {
+      uint32_t entry;
+      memcpy(&entry, entries + i + k, sizeof entry);
+      found |= ((entry ^ wanted) & placeMask) / placeUnit - 1;
+    }
+    if (found >> 31U != 0) break;
+  }
+  return i;
+}
+
+bool always() { return true; }
+
+#ifdef __SSE2__
+
+using Four = __m128i;
+
+Four compareFour(const TextRange *entries, Four wanted) {
+  return _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const Four *>(entries)), wanted);
+}
+
+Four compareSixteen(const TextRange *entries, Four wanted) {
+  return _mm_or_si128(_mm_or_si128(compareFour(entries, wanted), compareFour(entries + 4, wanted)),
+                      _mm_or_si128(compareFour(entries + 8, wanted), compareFour(entries + 12, wanted)));
+}
+
+bool none(Four found) { return _mm_movemask_epi8(_mm_and_si128(found, _mm_set1_epi32(0xFFFF))) == 0; }
+
+uint32_t skipByFour(const TextRange *entries, uint32_t count, uint16_t pos) {
+  const Four wanted = _mm_set1_epi16(static_cast<int16_t>(pos));
+  uint32_t i = 0;
+  for (; i + 32 <= count; i += 32)
+    if (!none(_mm_or_si128(compareSixteen(entries + i, wanted), compareSixteen(entries + i + 16, wanted)))) return i;
+  while (i + 4 <= count && none(compareFour(entries + i, wanted)))
+    i += 4;
+  return i;
+}
+
+// The same with registers twice as wide, which not every machine has.
+#define TAVREL_AVX2 __attribute__((target("avx2")))
+
+using Eight = __m256i;
+
+TAVREL_AVX2 inline Eight compareEight(const TextRange *entries, Eight wanted) {
+  return _mm256_cmpeq_epi16(_mm256_loadu_si256(reinterpret_cast<const Eight *>(entries)), wanted);
+}
+
+TAVREL_AVX2 inline Eight compareThirtyTwo(const TextRange *entries, Eight wanted) {
+  return _mm256_or_si256(_mm256_or_si256(compareEight(entries, wanted), compareEight(entries + 8, wanted)),
+                         _mm256_or_si256(compareEight(entries + 16, wanted), compareEight(entries + 24, wanted)));
+}
+
+TAVREL_AVX2 inline bool none(Eight found) { return _mm256_testz_si256(found, _mm256_set1_epi32(0xFFFF)) != 0; }
+
+TAVREL_AVX2 uint32_t skipByEight(const TextRange *entries, uint32_t count, uint16_t pos) {
+  const Eight wanted = _mm256_set1_epi16(static_cast<int16_t>(pos));
+  uint32_t i = 0;
+  for (; i + 64 <= count; i += 64)
+    if (!none(_mm256_or_si256(compareThirtyTwo(entries + i, wanted), compareThirtyTwo(entries + i + 32, wanted))))
+      return i;
+  while (i + 8 <= count && none(compareEight(entries + i, wanted)))
+    i += 8;
+  return i;
+}
+
+bool hasAvx2() {
+  __builtin_cpu_init(); // this may run before the compiler's own start
+  return __builtin_cpu_supports("avx2") != 0;
+}
+
+#endif
+
+} // namespace
+
+const HLSearch searches[] = {
+#ifdef __SSE2__
+    {"AVX2", hasAvx2, skipByEight},
+    {"SSE2", always, skipByFour},
+#endif
+    {"portable", always, skipPortably},
+};
+const uint32_t searchCount = sizeof searches / sizeof *searches;
+
+namespace {
+
+HLSkip fastest() {
+  const HLSearch *search = searches;
+  while (!search->supported())
+    ++search;
+  return search->skip;
+}
+
+} // namespace
+
+const HLSkip HLPSkip = fastest();

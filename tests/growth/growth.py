@@ -1,0 +1,116 @@
+"""That cost grows as the work grows: python3 growth.py VALGRIND DRIVER [--jobs J]
+
+DRIVER is the program made from growth_driver.cpp. Has callgrind count its instructions for n and for 2n units of each
+family of texts, once for reading the text as a highlight file and once for the lexer alone, and prints a line for each
+such pair. The result is 1 where 2n units cost more than twice as much and a little, or where it was not the work that
+was counted.
+"""
+
+import argparse
+import collections
+import concurrent.futures
+import os
+import re
+import subprocess
+import sys
+import tempfile
+
+LINEAR = 2.2  # times as many instructions for twice as much, at most
+SQUARE = 4.4
+LEAST = 1.8  # below it, it is not the units that were counted
+BYTES_TO_AN_INSTRUCTION = 8  # at most: with more, the text was copied perhaps, but not read
+DOUBLED = (1.85, 2.05)  # what stands around the units does not double
+
+Family = collections.namedtuple("Family", "name units hits_to_a_unit last_hit reading_limit")
+# Texts of 40 to 100 KB. A list looks for a place among all of its page's: that square is declared, and stands apart as
+# the last family; otherwise a page has a fixed number. The text's last hit is found where the reader gets that far:
+# it ends at a NUL.
+FAMILIES = [
+    Family("tags", 1600, 1, 1, LINEAR),
+    Family("no tags", 1200, 0, 0, LINEAR),
+    Family("quotes", 800, 0, 1, LINEAR),
+    Family("runs", 216, 0, 1, LINEAR),
+    Family("blanks", 120, 1, 1, LINEAR),
+    Family("line feeds", 160, 1, 1, LINEAR),
+    Family("NULs late", 1600, 0, 0, LINEAR),
+    Family("many pages", 150, 20, 1, LINEAR),
+    Family("many hits", 2000, 1, 1, LINEAR),
+    Family("joined tags", 1600, 1, 1, LINEAR),
+    Family("attributes without values", 700, 0, 1, LINEAR),
+    Family("comments", 800, 1, 1, LINEAR),
+    Family("one page, declared square", 3000, 1, 1, SQUARE),
+]
+ENTRIES = ("reading", "lexer")
+
+Run = collections.namedtuple("Run", "instructions size hits tokens")
+
+
+def counted(path):
+    with open(path, encoding="utf-8", errors="replace") as file:
+        return int(re.search(r"^totals: (\d+)$", file.read(), re.MULTILINE)[1])
+
+
+def run(valgrind, driver, family, units):
+    """For each entry what the driver did, and the instructions of the entry's function with all that it calls."""
+    with tempfile.TemporaryDirectory() as directory:
+        out = os.path.join(directory, "callgrind")
+        command = [valgrind, "--tool=callgrind", "--callgrind-out-file=" + out]
+        command += ["--toggle-collect=measure*", "--dump-before=measureLexer", driver, family, str(units)]
+        ended = subprocess.run(command, capture_output=True, text=True, check=False)
+        if ended.returncode != 0:
+            raise RuntimeError("%s: the driver ended with %d:\n%s" % (family, ended.returncode, ended.stderr))
+        size, hits, tokens = map(int, ended.stdout.split())
+        return [Run(counted(file), size, hits, tokens) for file in (out + ".1", out)]  # dumped before, and at the end
+
+
+def complaints(family, entry, once, twice):
+    """What is wrong with the counts for n and 2n units."""
+    wrong = []
+    limit = family.reading_limit if entry == "reading" else LINEAR
+    if twice.instructions > limit * once.instructions:
+        wrong.append("more than %.1f times as many for twice as much" % limit)
+    if twice.instructions < LEAST * once.instructions:
+        wrong.append("less than %.1f times as many for twice as much: something else is counted" % LEAST)
+    if once.instructions * BYTES_TO_AN_INSTRUCTION < once.size:
+        wrong.append("too few for %d bytes" % once.size)
+    if entry == "reading":
+        for hits, units in ((once.hits, family.units), (twice.hits, 2 * family.units)):
+            expected = units * family.hits_to_a_unit + family.last_hit
+            if hits != expected:
+                wrong.append("%d hits of %d units, not %d" % (hits, units, expected))
+    for what, n, doubled in (("bytes", once.size, twice.size), ("tokens", once.tokens, twice.tokens)):
+        if not DOUBLED[0] * n <= doubled <= DOUBLED[1] * n:
+            wrong.append("%d %s became %d" % (n, what, doubled))
+    return wrong
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n", maxsplit=1)[0])
+    parser.add_argument("valgrind")
+    parser.add_argument("driver")
+    parser.add_argument("--jobs", type=int, default=2)
+    arguments = parser.parse_args()
+
+    valgrind, driver = arguments.valgrind, arguments.driver
+    pairs = failed = 0
+    with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
+        started = []
+        for family in FAMILIES:
+            sizes = (family.units, 2 * family.units)
+            started.append((family, [pool.submit(run, valgrind, driver, family.name, units) for units in sizes]))
+        print("instructions for n and 2n units" + 14 * " " + "n          2n  ratio  a byte     hits   tokens")
+        for family, runs in started:
+            for entry, once, twice in zip(ENTRIES, *(ended.result() for ended in runs)):
+                ratio = twice.instructions / max(1, once.instructions)
+                line = "%-25s %-8s %11d %11d" % (family.name, entry, once.instructions, twice.instructions)
+                line += " %6.3f %7.2f %8d %8d" % (ratio, once.instructions / once.size, once.hits, once.tokens)
+                wrong = complaints(family, entry, once, twice)
+                print("; ".join([line, *wrong]))
+                pairs += 1
+                failed += wrong != []
+    print("%d of %d pairs failed" % (failed, pairs))
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

@@ -58,11 +58,10 @@ bool readAndRegister(const std::string &file) {
   return registered;
 }
 
-size_t countTokens(const std::string &file) {
-  std::vector<char> text(file.c_str(), file.c_str() + file.size() + 1);
+size_t countWords(const std::string &file) {
   HWLEX_STATE state;
   HWLEX_reset(&state);
-  char *cursor = text.data(), *token = nullptr;
+  char *cursor = const_cast<char *>(file.c_str()), *token = nullptr; // which is only read
   size_t words = 0;
   while (*cursor != 0)
     words += HWLEX_match(&state, &token, &cursor) == HWLEX_WORD ? 1 : 0;
@@ -83,7 +82,7 @@ void measureOurs(const std::string &name, const File &file, Expected expected) {
   });
   measure(table, name, "lexer alone", [file](benchmark::State &state) {
     for (auto _ : state)
-      benchmark::DoNotOptimize(countTokens(*file));
+      benchmark::DoNotOptimize(countWords(*file));
     finish(state, file);
   });
 }

@@ -1,0 +1,47 @@
+// What the word splitter makes of a byte. For the splitter itself and for the reader, which wants nothing but words.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "plugin/input/gltLex.h"
+
+/// The kind of token (HWLEX_KIND, less `lexKinds`) that a byte is part of where nothing special is under way: a word, a
+/// blank, a line feed, another character, or, for '!' and for the end of the text, the end of a sentence. The set of
+/// word characters is fixed, odd members included: it is what makes a tag one word.
+inline constexpr int32_t lexKinds = 300;
+enum HWLEX_CLASS : uint8_t {
+  lexPunctuation = HWLEX_PUNCT - lexKinds,
+  lexWord = HWLEX_WORD - lexKinds,
+  lexOther = HWLEX_OTHER - lexKinds,
+  lexLineFeed = HWLEX_NEWLINE - lexKinds,
+  lexBlank = HWLEX_SPACE - lexKinds,
+};
+
+inline constexpr std::array<uint8_t, 256> lexClasses = [] {
+  std::array<uint8_t, 256> classes{};
+  const auto set = [&classes](uint8_t value, int first, int last) {
+    for (int c = first; c <= last; ++c)
+      classes[static_cast<size_t>(c)] = value;
+  };
+  set(lexOther, 0, 255);
+  for (const auto &[first, last] : {std::array{'A', 'Z'}, {'a', 'z'}, {'0', '9'}})
+    set(lexWord, first, last);
+  for (const char c : {'`', '\'', '?', '-', '*', '{', '}', '<', '>', '.', '_', '#', '&', '(', ')', '/'})
+    set(lexWord, c, c);
+  for (const auto &[first, last] :
+       {std::array{0x14, 0x15}, {0x80, 0xA5}, {0xB5, 0xB8}, {0xBD, 0xBE}, {0xC6, 0xC7}, {0xCF, 0xD8}, {0xE0, 0xED}})
+    set(lexWord, first, last);
+  for (const char c : {' ', '\t', '\v', '\f', '\r'})
+    set(lexBlank, c, c);
+  set(lexLineFeed, '\n', '\n');
+  set(lexPunctuation, '!', '!');
+  set(lexPunctuation, 0, 0);
+  return classes;
+}();
+
+inline bool lexIsWord(uint8_t byte) { return lexClasses[byte] == lexWord; }
+
+/// The end of a sentence goes on with these, of which '.' and '?' are word characters elsewhere.
+inline bool lexContinuesPunctuation(int32_t c) { return c == '!' || c == '.' || c == '?' || c == ' ' || c == '\t'; }

@@ -6,66 +6,56 @@
 
 #include "plugin/input/gltLexBytes.h"
 
-#ifdef __clang__
-#define TAVREL_UNROLL _Pragma("unroll(4)")
-#else
-#define TAVREL_UNROLL _Pragma("GCC unroll 4")
-#endif
-
 namespace {
+
+bool continuesPunctuation(int32_t c) { return c == '!' || c == '.' || c == '?' || c == ' ' || c == '\t'; }
 
 /// The token being collected: its bytes go from the text into the state.
 struct Token {
   HWLEX_STATE *state;
-  const uint8_t *from; ///< the next byte of the text
-  int length;
+  const char *rest; ///< the next byte of the text
+  uint32_t length;
 
-  uint8_t next() const { return *from; }
   bool full() const { return length >= HWLEX_LIMIT; }
-  void take() { state->text[length++] = static_cast<char>(*from++); }
+  void take(uint32_t count) {
+    memcpy(state->text + length, rest, count);
+    length += count;
+    rest += count;
+  }
   void takeBlanks() {
-    while (!full() && lexClasses[next()] == lexBlank)
-      take();
+    while (!full() && lexClass(*rest) == lexBlank)
+      take(1);
   }
 
   /// Ends the token; the byte behind it waits in the look-ahead.
   int32_t finish(int32_t kind, char **cursor) const {
     state->text[length] = 0;
-    state->pending1 = next();
-    *cursor = reinterpret_cast<char *>(const_cast<uint8_t *>(from)) + (next() != 0 ? 1 : 0);
+    state->pending1 = static_cast<uint8_t>(*rest);
+    *cursor = const_cast<char *>(rest) + (*rest != 0 ? 1 : 0);
     return kind;
   }
 };
 
-/// A quoted word holds blanks and anything else, until its closing character stands before a non-word character.
-int32_t matchQuotedWord(Token token, uint8_t closing, char **cursor) {
-  while (!token.full() && token.next() != 0 && (token.next() != closing || lexIsWord(token.from[1])))
-    token.take();
-  while (!token.full() && lexIsWord(token.next()))
-    token.take();
-  return token.finish(HWLEX_WORD, cursor);
-}
-
 /// Blanks, if there are any, before the first line feed, and everything behind it.
 int32_t matchLineBreaks(Token token, char **cursor) {
+  HWLEX_STATE *state = token.state;
   int32_t kind = HWLEX_NEWLINE;
-  if (token.state->text[0] != '\n') {
+  if (state->text[0] != '\n') {
     token.takeBlanks();
-    token.take();
+    token.take(1);
   }
-  int afterLast = token.length;
+  uint32_t afterLast = token.length;
   token.takeBlanks();
-  while (!token.full() && token.next() == '\n') {
+  while (!token.full() && *token.rest == '\n') {
     kind = HWLEX_PARA;
-    token.take();
+    token.take(1);
     afterLast = token.length;
     token.takeBlanks();
   }
-  const int blanks = token.length - afterLast;
+  const uint32_t blanks = token.length - afterLast;
   if (blanks == 0) return token.finish(kind, cursor);
   // The blanks behind the last line feed are a token of their own, for the next call.
-  HWLEX_STATE *state = token.state;
-  memcpy(state->pendingText, state->text + afterLast, static_cast<size_t>(blanks));
+  memcpy(state->pendingText, state->text + afterLast, blanks);
   state->pendingText[blanks] = 0;
   token.length = afterLast;
   token.finish(kind, cursor);
@@ -79,11 +69,10 @@ int32_t matchPunctuation(Token token, char **cursor) {
   const int32_t waiting = token.state->pending1;
   if (waiting != 0) {
     token.state->text[token.length] = 0;
-    if (!lexContinuesPunctuation(waiting)) return HWLEX_PUNCT;
+    if (!continuesPunctuation(waiting)) return HWLEX_PUNCT;
     token.state->text[token.length++] = static_cast<char>(waiting);
   }
-  while (!token.full() && lexContinuesPunctuation(token.next()))
-    token.take();
+  token.take(lexPunctuationLength(token.length, token.rest) - token.length);
   return token.finish(HWLEX_PUNCT, cursor);
 }
 
@@ -93,27 +82,49 @@ int32_t matchPunctuation(Token token, char **cursor) {
     state->pending1 = state->pending2;
     state->pending2 = 0;
   }
-  const Token token = {state, reinterpret_cast<uint8_t *>(*cursor), 1};
-  const auto first = static_cast<uint8_t>(state->text[0]);
-  if (first == '\'' || first == '(') return matchQuotedWord(token, first == '(' ? ')' : first, cursor);
-  return lexClasses[first] == lexPunctuation ? matchPunctuation(token, cursor) : matchLineBreaks(token, cursor);
+  Token token = {state, *cursor, 1};
+  switch (lexClass(state->text[0])) {
+  case lexWord:
+    token.take(lexQuotedLength(state->text[0], token.rest) - 1);
+    return token.finish(HWLEX_WORD, cursor);
+  case lexPunctuation:
+    return matchPunctuation(token, cursor);
+  default:
+    return matchLineBreaks(token, cursor);
+  }
 }
 
 /// The class of bytes that a token is a run of, by its first byte; 0 for what is special from the start.
 constexpr std::array<uint8_t, 256> runs = [] {
   std::array<uint8_t, 256> classes = lexClasses;
-  for (const char c : {'\0', '!', '\'', '('})
-    classes[static_cast<size_t>(c)] = 0;
+  classes[0] = classes['!'] = classes['\''] = classes['('] = 0;
   return classes;
 }();
 
 /// Whether a run of blanks or line feeds turns out to be part of something longer.
-bool isLineBreaks(uint8_t run, size_t more, uint8_t next) {
+bool isLineBreaks(uint8_t run, size_t more, char next) {
   if (run == lexBlank) return next == '\n' && more < HWLEX_LIMIT - 1;
-  return run == lexLineFeed && (more != 0 || lexClasses[next] == lexBlank);
+  return run == lexLineFeed && (more != 0 || lexClass(next) == lexBlank);
 }
 
 } // namespace
+
+uint32_t lexQuotedLength(char first, const char *rest) {
+  const char closing = first == '(' ? ')' : first;
+  uint32_t length = 1;
+  for (; length < HWLEX_LIMIT && *rest != 0; ++length, ++rest)
+    if (*rest == closing && lexClass(rest[1]) != lexWord) break;
+  for (; length < HWLEX_LIMIT && lexClass(*rest) == lexWord; ++rest)
+    ++length;
+  return length;
+}
+
+uint32_t lexPunctuationLength(uint32_t before, const char *rest) {
+  uint32_t length = before;
+  for (; length < HWLEX_LIMIT && continuesPunctuation(*rest); ++rest)
+    ++length;
+  return length;
+}
 
 int32_t getch(char **cursor) {
   const auto c = static_cast<uint8_t>(**cursor);
@@ -149,21 +160,21 @@ int32_t HWLEX_match(HWLEX_STATE *state, char **text, char **cursor) {
   if (run == 0) [[unlikely]]
     return matchSpecial(state, cursor);
 
-  const auto *from = reinterpret_cast<uint8_t *>(*cursor);
+  const char *from = *cursor;
   char *to = state->text + 1;
-  size_t more = 0;
-  uint8_t next = *from;
-  TAVREL_UNROLL
+  uint32_t more = 0;
+  char next = *from;
+  LEX_UNROLL
   while (more < HWLEX_LIMIT - 1) {
-    if (lexClasses[next] != run) [[unlikely]]
+    if (lexClass(next) != run) [[unlikely]]
       break;
-    to[more] = static_cast<char>(next);
+    to[more] = next;
     next = from[++more];
   }
   if (run >= lexLineFeed) [[unlikely]]
     if (isLineBreaks(run, more, next)) return matchSpecial(state, cursor);
   to[more] = 0;
-  state->pending1 = next;
+  state->pending1 = static_cast<uint8_t>(next);
   state->pending2 = 0;
   *cursor += more + (next != 0 ? 1 : 0);
   return run + lexKinds;

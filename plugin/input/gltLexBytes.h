@@ -1,4 +1,4 @@
-// What the word splitter makes of a byte. For the splitter itself and for the reader, which wants nothing but words.
+// What the word splitter makes of bytes. For the splitter itself and for the reader, which wants nothing but words.
 #pragma once
 
 #include <array>
@@ -7,10 +7,18 @@
 
 #include "plugin/input/gltLex.h"
 
+/// Short loops that mostly end at once: the jumps back cost more than the bytes.
+#ifdef __clang__
+#define LEX_UNROLL _Pragma("unroll(4)")
+#else
+#define LEX_UNROLL _Pragma("GCC unroll 4")
+#endif
+
+inline constexpr int32_t lexKinds = 300;
+
 /// The kind of token (HWLEX_KIND, less `lexKinds`) that a byte is part of where nothing special is under way: a word, a
 /// blank, a line feed, another character, or, for '!' and for the end of the text, the end of a sentence. The set of
 /// word characters is fixed, odd members included: it is what makes a tag one word.
-inline constexpr int32_t lexKinds = 300;
 enum HWLEX_CLASS : uint8_t {
   lexPunctuation = HWLEX_PUNCT - lexKinds,
   lexWord = HWLEX_WORD - lexKinds,
@@ -41,7 +49,11 @@ inline constexpr std::array<uint8_t, 256> lexClasses = [] {
   return classes;
 }();
 
-inline bool lexIsWord(uint8_t byte) { return lexClasses[byte] == lexWord; }
+inline uint8_t lexClass(char byte) { return lexClasses[static_cast<uint8_t>(byte)]; }
 
-/// The end of a sentence goes on with these, of which '.' and '?' are word characters elsewhere.
-inline bool lexContinuesPunctuation(int32_t c) { return c == '!' || c == '.' || c == '?' || c == ' ' || c == '\t'; }
+/// How many bytes a quoted word has that begins with `first` before `rest`: it holds blanks and anything else, until
+/// its closing character stands before a non-word character.
+uint32_t lexQuotedLength(char first, const char *rest);
+
+/// How many bytes the end of a sentence has, `before` of them before `rest`.
+uint32_t lexPunctuationLength(uint32_t before, const char *rest);

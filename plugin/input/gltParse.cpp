@@ -8,7 +8,7 @@
 
 #include "plugin/glt/glt.h"
 #include "plugin/input/gltAux.h"
-#include "plugin/input/gltLex.h"
+#include "plugin/input/gltWords.h"
 #include "plugin/md/mdUtils.h"
 #include "plugin/pi/PIFrame.h"
 #include "plugin/pi/mdPI.h"
@@ -25,45 +25,45 @@ constexpr size_t unitsLength = 14;
 constexpr size_t versionLength = 9;
 constexpr char defaultVersion[] = "2";
 
-/// The words of the text, one by one.
-struct Words {
-  HWLEX_STATE lexer;
-  char *cursor;
-  char *rest;                 ///< what is still to come of the lexer's word, or null
-  char word[HWLEX_LIMIT + 1]; ///< the word just taken; the reader may write into it
-};
+/// The attributes of a tag, in the order in which a word is compared with them: a value that happens to be an earlier
+/// name is that name.
+enum HeaderAttribute : uint8_t { attributeUnits, attributeColor, attributeMode, attributeVersion, headerAttributes };
+enum LocationAttribute : uint8_t { attributePage, attributePosition, attributeLength, locationAttributes };
 
-/// The end of the first tag in a word: where a '>' is directly followed by a '<', else the word's end. A quoted word
-/// is one piece.
-char *tagEnd(char *word) {
-  if (*word == '\'' || *word == '(') return word + strlen(word);
-  char *joint = strstr(word, "><");
-  return joint != nullptr ? joint + 1 : word + strlen(word);
-}
+/// What a word outside of attribute lists means.
+enum class Role : uint8_t { other, header, body, openSection, closeSection, location, endBody, endFile };
 
-/// Takes the next word, skipping everything else. False when the text runs out.
-bool nextWord(Words &words) {
-  while (words.rest == nullptr) {
-    char *text = nullptr;
-    if (*words.cursor == 0) return false;
-    if (HWLEX_match(&words.lexer, &text, &words.cursor) == HWLEX_WORD) words.rest = text;
-  }
-  char *end = tagEnd(words.rest);
-  const auto length = static_cast<size_t>(end - words.rest);
-  memcpy(words.word, words.rest, length);
-  words.word[length] = 0;
-  words.rest = *end != 0 ? end : nullptr;
-  return true;
-}
+constexpr LexKnownWords<HeaderAttribute> headerNames(
+    {{"units", attributeUnits}, {"color", attributeColor}, {"mode", attributeMode}, {"version", attributeVersion}});
 
-bool endsWithBracket(const char *word) {
-  return word[strlen(word) - 1] == '>'; // a word has at least one character
-}
+constexpr LexKnownWords<LocationAttribute> locationNames({{"page", attributePage},
+                                                          {"pg", attributePage},
+                                                          {"position", attributePosition},
+                                                          {"pos", attributePosition},
+                                                          {"length", attributeLength},
+                                                          {"len", attributeLength}});
+
+constexpr LexKnownWords<Role> roles({{"<location", Role::location},
+                                     {"<loc", Role::location},
+                                     {"<location>", Role::location},
+                                     {"<loc>", Role::location},
+                                     {"<highlights>", Role::openSection},
+                                     {"<highlight>", Role::openSection},
+                                     {"</highlights>", Role::closeSection},
+                                     {"</highlight>", Role::closeSection},
+                                     {"<body>", Role::body},
+                                     {"<body", Role::body},
+                                     {"</body>", Role::endBody},
+                                     {"</xml>", Role::endFile},
+                                     {"<xml>", Role::header},
+                                     {"<?xml", Role::header}});
+
+static_assert(headerNames.apart() && locationNames.apart() && roles.apart());
 
 /// Everything read so far, in one call of registerGLT.
 struct Reading {
   Doc document;
-  Words words;
+  LexWords words;
   HLL *list;
   bool inSection; ///< between "<highlights>" and "</highlights>"
   char units[unitsLength + 1];
@@ -71,122 +71,106 @@ struct Reading {
   uint16_t red, green, blue;
   bool hasColor; ///< what the last colour came to
   Bool16 active;
-  bool headerPending[4];   ///< an attribute's name has come, its value has not; kept from tag to tag on purpose
-  bool locationPending[3]; ///< likewise
-  int32_t page;            ///< of the location being read
-  uint16_t pos, len;
+  uint8_t headerPending; ///< a bit an attribute: its name has come, its value has not; kept from tag to tag on purpose
+  uint8_t locationPending; ///< likewise
 };
 
-/// An attribute: its names, and what its value does.
-struct Attribute {
-  const char *name;
-  const char *shortName; ///< or null
-  void (*take)(Reading &reading, char *value);
-};
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-void copyBounded(char *out, const char *value, size_t limit) {
-  const size_t length = strnlen(value, limit);
-  memcpy(out, value, length);
+bool endsWithBracket(const LexWord &word) { return word.begin[word.length - 1] == '>'; }
+
+/// The word as a string, cut after `limit` bytes.
+void copyWord(char *out, const LexWord &word, size_t limit) {
+  const size_t length = word.length < limit ? word.length : limit;
+  memcpy(out, word.begin, length);
   out[length] = 0;
 }
 
-void takeColor(Reading &reading, char *value) {
-  char *digits = *value == '#' ? value + 1 : value;
-  reading.hasColor = ParseRGB(digits, &reading.red, &reading.green, &reading.blue) != 0;
-}
-
-// In the order in which a word is compared with them: a value that happens to be an earlier name is that name.
-constexpr Attribute headerAttributes[] = {
-    {"Units", nullptr, [](Reading &reading, char *value) { copyBounded(reading.units, value, unitsLength); }},
-    {"color", nullptr, takeColor},
-    {"mode", nullptr,
-     [](Reading &reading, char *value) {
-       if (gltstricmp(value, "active") == 0) reading.active = 1;
-     }},
-    {"version", nullptr, [](Reading &reading, char *value) { copyBounded(reading.version, value, versionLength); }},
-};
-
-constexpr Attribute locationAttributes[] = {
-    {"page", "pg", [](Reading &reading, char *value) { reading.page = miAtol(value); }},
-    {"position", "pos", [](Reading &reading, char *value) { reading.pos = static_cast<uint16_t>(miAtol(value)); }},
-    {"length", "len", [](Reading &reading, char *value) { reading.len = static_cast<uint16_t>(miAtol(value)); }},
-};
-
-bool isName(const Attribute &attribute, const char *word) {
-  return gltstricmp(word, attribute.name) == 0 ||
-         (attribute.shortName != nullptr && gltstricmp(word, attribute.shortName) == 0);
-}
-
-/// One word of a tag's attributes: a name, or the value that a name waits for, or nothing that counts.
-template <size_t N> void readAttributeWord(Reading &reading, const Attribute (&attributes)[N], bool (&pending)[N]) {
-  for (size_t i = 0; i < N; ++i) {
-    if (isName(attributes[i], reading.words.word)) {
-      pending[i] = true;
-      return;
-    }
-    if (pending[i]) {
-      pending[i] = false;
-      attributes[i].take(reading, reading.words.word);
-      return;
-    }
+/// What a value is worth as a number: anything may stand there.
+int32_t numberOf(const LexWord &word) {
+  constexpr uint32_t certainlyFits = 9; // digits
+  int32_t number = 0;
+  uint32_t i = 0;
+  LEX_UNROLL
+  for (; i < word.length; ++i) {
+    if (!isDigit(word.begin[i]) || i == certainlyFits) break;
+    number = number * 10 + (word.begin[i] - '0');
   }
+  if (i == word.length) return number;
+  char text[HWLEX_LIMIT + 1];
+  copyWord(text, word, HWLEX_LIMIT);
+  return miAtol(text);
 }
 
-/// The rest of a tag, up to a word that ends with '>' or to the end of the text.
-template <size_t N> void readAttributes(Reading &reading, const Attribute (&attributes)[N], bool (&pending)[N]) {
-  bool last = false;
-  while (!last && nextWord(reading.words)) {
-    char *word = reading.words.word;
-    last = endsWithBracket(word);
-    if (last) word[strlen(word) - 1] = 0;
-    readAttributeWord(reading, attributes, pending);
+/// One word of a tag's attributes: a name, or the value that a name waits for, or nothing that counts. `name` is the
+/// attribute that it is the name of, and `count` for none. Returns the attribute that it is the value of, `count` for
+/// none.
+uint8_t takeAttributeWord(uint8_t name, uint8_t count, uint8_t &pending) {
+  const auto waiting = static_cast<uint8_t>(std::countr_zero(pending | 1U << count));
+  if (name <= waiting) {
+    if (name < count) pending |= static_cast<uint8_t>(1U << name);
+    return count;
   }
+  pending &= static_cast<uint8_t>(pending - 1);
+  return waiting;
 }
 
-void readHeader(Reading &reading) {
-  // Behind a word that does not end with '>' nothing is left of the lexer's word.
-  if (!endsWithBracket(reading.words.word) && *reading.words.cursor != 0)
-    readAttributes(reading, headerAttributes, reading.headerPending);
+/// Takes the next word of a tag's attributes, less the '>' that ends the tag. False behind the last one.
+bool nextAttributeWord(LexWords &words, LexWord &word, bool &last) {
+  if (last || !lexNextWord(words, word)) return false;
+  last = endsWithBracket(word);
+  word.length -= last ? 1 : 0;
+  return true;
 }
 
-void readLocation(Reading &reading) {
-  if (endsWithBracket(reading.words.word)) return;
-  reading.page = -1;
-  reading.pos = 0xFFFF;
-  reading.len = 0;
-  readAttributes(reading, locationAttributes, reading.locationPending);
-  if (reading.page != -1 && reading.pos != 0xFFFF) HLL_AddHL(reading.list, reading.page, reading.pos, reading.len);
+void takeColor(Reading &reading, const LexWord &value) {
+  char text[HWLEX_LIMIT + 1];
+  copyWord(text, value, HWLEX_LIMIT);
+  reading.hasColor = ParseRGB(*text == '#' ? text + 1 : text, &reading.red, &reading.green, &reading.blue) != 0;
 }
 
-/// What a word outside of attribute lists means.
-enum class Role { other, header, body, openSection, closeSection, location, endBody, endFile };
+void takeMode(Reading &reading, const LexWord &value) {
+  char text[HWLEX_LIMIT + 1];
+  copyWord(text, value, HWLEX_LIMIT);
+  if (gltstricmp(text, "active") == 0) reading.active = 1;
+}
 
-struct KnownWord {
-  const char *word;
-  Role role;
-};
+void readHeader(Reading &reading, LexWord word) {
+  bool last = endsWithBracket(word);
+  while (nextAttributeWord(reading.words, word, last))
+    switch (takeAttributeWord(headerNames.find(word, reading.words.end, headerAttributes), headerAttributes,
+                              reading.headerPending)) {
+    case attributeUnits:
+      copyWord(reading.units, word, unitsLength);
+      break;
+    case attributeColor:
+      takeColor(reading, word);
+      break;
+    case attributeMode:
+      takeMode(reading, word);
+      break;
+    case attributeVersion:
+      copyWord(reading.version, word, versionLength);
+      break;
+    default:
+      break;
+    }
+}
 
-constexpr KnownWord knownWords[] = {
-    {"<location", Role::location},
-    {"<loc", Role::location},
-    {"<location>", Role::location},
-    {"<loc>", Role::location},
-    {"<highlights>", Role::openSection},
-    {"<highlight>", Role::openSection},
-    {"</highlights>", Role::closeSection},
-    {"</highlight>", Role::closeSection},
-    {"<Body>", Role::body},
-    {"<Body", Role::body},
-    {"</Body>", Role::endBody},
-    {"</XML>", Role::endFile},
-    {"<XML>", Role::header},
-    {"<?XML", Role::header},
-};
-
-Role roleOf(const char *word) {
-  for (const KnownWord &known : knownWords)
-    if (gltstricmp(word, known.word) == 0) return known.role;
-  return Role::other;
+void readLocation(Reading &reading, LexWord word) {
+  bool last = endsWithBracket(word);
+  if (last) return;
+  int32_t values[locationAttributes] = {-1, 0xFFFF, 0};
+  while (nextAttributeWord(reading.words, word, last)) {
+    // No name begins with a digit.
+    const LocationAttribute name =
+        isDigit(*word.begin) ? locationAttributes : locationNames.find(word, reading.words.end, locationAttributes);
+    const uint8_t attribute = takeAttributeWord(name, locationAttributes, reading.locationPending);
+    if (attribute < locationAttributes) values[attribute] = numberOf(word);
+  }
+  const auto pos = static_cast<uint16_t>(values[attributePosition]);
+  if (values[attributePage] != -1 && pos != 0xFFFF)
+    HLL_AddHL(reading.list, values[attributePage], pos, static_cast<uint16_t>(values[attributeLength]));
 }
 
 /// How the reading of the words ended.
@@ -194,8 +178,9 @@ enum class Outcome { nothing, complete, abandoned };
 
 Outcome readWords(Reading &reading) {
   bool awaitingHeader = true;
-  while (nextWord(reading.words)) {
-    const Role role = roleOf(reading.words.word);
+  LexWord word;
+  while (lexNextWord(reading.words, word)) {
+    const Role role = roles.find(word, reading.words.end, Role::other);
     if (awaitingHeader) {
       if (role != Role::header) return Outcome::abandoned;
       awaitingHeader = false;
@@ -203,7 +188,7 @@ Outcome readWords(Reading &reading) {
     }
     switch (role) {
     case Role::body:
-      readHeader(reading);
+      readHeader(reading, word);
       break;
     case Role::openSection:
       if (reading.list == nullptr) reading.list = GLT_NewHLL(reading.document);
@@ -214,7 +199,7 @@ Outcome readWords(Reading &reading) {
       reading.inSection = false;
       break;
     case Role::location:
-      if (reading.list != nullptr && reading.inSection) readLocation(reading);
+      if (reading.list != nullptr && reading.inSection) readLocation(reading, word);
       break;
     case Role::endBody:
       if (HLL_GetWordCount(reading.list) != 0) return Outcome::complete;
@@ -281,9 +266,8 @@ Bool16 registerGLT(Doc document, const void *data, uint32_t length) {
   Reading reading;
   memset(&reading, 0, sizeof reading);
   reading.document = document;
-  reading.words.cursor = copy;
+  reading.words = {copy, copy, copy + length, 0};
   reading.red = reading.green = reading.blue = 0xFFFF;
-  HWLEX_reset(&reading.words.lexer);
 
   const Outcome outcome = readWords(reading);
   // Not a highlight file, or no memory for a list: the copy stays behind, on purpose.

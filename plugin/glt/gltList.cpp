@@ -29,6 +29,7 @@ template <typename T> T *resized(T *array, size_t capacity) {
 
 /// The places that a page has, while it is copied: a bit each.
 struct Places {
+  bool cleared; ///< the bits; not done before a page needs them
   uint32_t bits[(UINT16_MAX + 1) / 32];
 
   /// False when it was there already.
@@ -44,6 +45,15 @@ struct Places {
 /// Whether all entries of a page start at different places, as they do unless somebody has written over them. `none`
 /// has no places, before and after.
 bool placesDiffer(const HLP &page, Places &none) {
+  constexpr uint32_t worthMarking = 16;
+  if (page.count < worthMarking) {
+    for (uint32_t i = 1; i < page.count; ++i)
+      for (uint32_t k = 0; k < i; ++k)
+        if (page.words[i].pos == page.words[k].pos) return false;
+    return true;
+  }
+  if (!none.cleared) memset(none.bits, 0, sizeof none.bits);
+  none.cleared = true;
   uint32_t added = 0;
   while (added < page.count && none.add(page.words[added].pos))
     ++added;
@@ -78,7 +88,7 @@ HLL *GLT_CopyHLL(const HLL *list) {
   HLL *copy = GLT_NewHLL(list->data);
   if (copy == nullptr) return nullptr;
   Places places;
-  memset(&places, 0, sizeof places);
+  places.cleared = false;
   for (uint32_t i = 0; i < list->pageCount; ++i) {
     const HLP &page = list->pages[i];
     if (page.count == 0) continue;
@@ -121,7 +131,8 @@ Bool16 HLL_GetHL(const HLL *list, uint32_t pageIndex, uint16_t wordIndex, int32_
   return 1;
 }
 
-Bool16 HLL_AddHL(HLL *list, int32_t page, uint16_t pos, uint16_t len) {
+/// With everything that it calls in one piece: it is called for every hit of a file.
+[[gnu::flatten]] Bool16 HLL_AddHL(HLL *list, int32_t page, uint16_t pos, uint16_t len) {
   if (list == nullptr) return 1;
   HLP *record = HLLFindPage(list, page);
   if (record == nullptr) record = HLLInsertPage(list, page);

@@ -60,7 +60,8 @@ uint32_t skipByFour(const TextRange *entries, uint32_t count, uint16_t pos) {
     if (!none(_mm_or_si128(compareSixteen(entries + i, wanted), compareSixteen(entries + i + 16, wanted)))) return i;
   while (i + 4 <= count && none(compareFour(entries + i, wanted)))
     i += 4;
-  return i;
+  // The rest once more with what stands before it.
+  return count - i < 4 && count >= 4 && none(compareFour(entries + count - 4, wanted)) ? count : i;
 }
 
 // The same with registers twice as wide, which not every machine has.
@@ -87,7 +88,7 @@ TAVREL_AVX2 uint32_t skipByEight(const TextRange *entries, uint32_t count, uint1
       return i;
   while (i + 8 <= count && none(compareEight(entries + i, wanted)))
     i += 8;
-  return i;
+  return count - i < 8 && count >= 8 && none(compareEight(entries + count - 8, wanted)) ? count : i;
 }
 
 bool hasAvx2() {

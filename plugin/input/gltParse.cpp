@@ -63,7 +63,7 @@ static_assert(headerNames.apart() && locationNames.apart() && roles.apart());
 /// Everything read so far, in one call of registerGLT.
 struct Reading {
   Doc document;
-  LexWords words;
+  LexText text;
   HLL *list;
   bool inSection; ///< between "<highlights>" and "</highlights>"
   char units[unitsLength + 1];
@@ -74,8 +74,6 @@ struct Reading {
   uint8_t headerPending; ///< a bit an attribute: its name has come, its value has not; kept from tag to tag on purpose
   uint8_t locationPending; ///< likewise
 };
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 bool endsWithBracket(const LexWord &word) { return word.begin[word.length - 1] == '>'; }
 
@@ -88,39 +86,28 @@ void copyWord(char *out, const LexWord &word, size_t limit) {
 
 /// What a value is worth as a number: anything may stand there.
 int32_t numberOf(const LexWord &word) {
-  constexpr uint32_t certainlyFits = 9; // digits
-  int32_t number = 0;
-  uint32_t i = 0;
-  LEX_UNROLL
-  for (; i < word.length; ++i) {
-    if (!isDigit(word.begin[i]) || i == certainlyFits) break;
-    number = number * 10 + (word.begin[i] - '0');
-  }
-  if (i == word.length) return number;
   char text[HWLEX_LIMIT + 1];
   copyWord(text, word, HWLEX_LIMIT);
   return miAtol(text);
 }
 
-/// One word of a tag's attributes: a name, or the value that a name waits for, or nothing that counts. `name` is the
-/// attribute that it is the name of, and `count` for none. Returns the attribute that it is the value of, `count` for
-/// none.
-uint8_t takeAttributeWord(uint8_t name, uint8_t count, uint8_t &pending) {
+/// The value that a word is, if it is the name of `name` or of none (`count`): that of the first attribute that waits
+/// for one and whose name does not come after it. A name waits for its own. `count` for no value.
+uint8_t valueOf(uint8_t name, uint8_t count, uint8_t &pending) {
   const auto waiting = static_cast<uint8_t>(std::countr_zero(pending | 1U << count));
-  if (name <= waiting) {
-    if (name < count) pending |= static_cast<uint8_t>(1U << name);
-    return count;
+  if (name > waiting) {
+    pending &= static_cast<uint8_t>(pending - 1);
+    return waiting;
   }
-  pending &= static_cast<uint8_t>(pending - 1);
-  return waiting;
+  if (name < count) pending |= static_cast<uint8_t>(1U << name);
+  return count;
 }
 
-/// Takes the next word of a tag's attributes, less the '>' that ends the tag. False behind the last one.
-bool nextAttributeWord(LexWords &words, LexWord &word, bool &last) {
-  if (last || !lexNextWord(words, word)) return false;
-  last = endsWithBracket(word);
+/// Takes the '>' away that ends a tag. Whether there was one.
+bool dropBracket(LexWord &word) {
+  const bool last = endsWithBracket(word);
   word.length -= last ? 1 : 0;
-  return true;
+  return last;
 }
 
 void takeColor(Reading &reading, const LexWord &value) {
@@ -135,42 +122,64 @@ void takeMode(Reading &reading, const LexWord &value) {
   if (gltstricmp(text, "active") == 0) reading.active = 1;
 }
 
-void readHeader(Reading &reading, LexWord word) {
-  bool last = endsWithBracket(word);
-  while (nextAttributeWord(reading.words, word, last))
-    switch (takeAttributeWord(headerNames.find(word, reading.words.end, headerAttributes), headerAttributes,
-                              reading.headerPending)) {
-    case attributeUnits:
-      copyWord(reading.units, word, unitsLength);
-      break;
-    case attributeColor:
-      takeColor(reading, word);
-      break;
-    case attributeMode:
-      takeMode(reading, word);
-      break;
-    case attributeVersion:
-      copyWord(reading.version, word, versionLength);
-      break;
-    default:
-      break;
-    }
+void takeHeaderAttribute(Reading &reading, uint8_t attribute, const LexWord &value) {
+  switch (attribute) {
+  case attributeUnits:
+    copyWord(reading.units, value, unitsLength);
+    break;
+  case attributeColor:
+    takeColor(reading, value);
+    break;
+  case attributeMode:
+    takeMode(reading, value);
+    break;
+  case attributeVersion:
+    copyWord(reading.version, value, versionLength);
+    break;
+  default:
+    break;
+  }
 }
 
-void readLocation(Reading &reading, LexWord word) {
-  bool last = endsWithBracket(word);
-  if (last) return;
-  int32_t values[locationAttributes] = {-1, 0xFFFF, 0};
-  while (nextAttributeWord(reading.words, word, last)) {
-    // No name begins with a digit.
-    const LocationAttribute name =
-        isDigit(*word.begin) ? locationAttributes : locationNames.find(word, reading.words.end, locationAttributes);
-    const uint8_t attribute = takeAttributeWord(name, locationAttributes, reading.locationPending);
+// Both read the rest of a tag, up to a word that ends with '>' or to the end of the text, and return where they got to;
+// null for that end.
+
+const char *readHeader(Reading &reading, const char *at) {
+  for (bool last = false; !last;) {
+    LexWord word;
+    at = lexNextWord(reading.text, at, word);
+    if (at == nullptr) return nullptr;
+    last = dropBracket(word);
+    const HeaderAttribute name = headerNames.find(word, reading.text.end, headerAttributes);
+    takeHeaderAttribute(reading, valueOf(name, headerAttributes, reading.headerPending), word);
+  }
+  return at;
+}
+
+const char *readLocation(Reading &reading, const char *at) {
+  int32_t values[locationAttributes + 1] = {-1, 0xFFFF, 0, 0}; // the last one for what is no value
+  uint8_t pending = reading.locationPending;
+  for (bool last = false; at != nullptr && !last;) {
+    int32_t number;
+    const char *behind = lexNextNumber(at, number);
+    if (behind != nullptr) { // which is no name
+      values[valueOf(locationAttributes, locationAttributes, pending)] = number;
+      at = behind;
+      continue;
+    }
+    LexWord word;
+    at = lexNextWord(reading.text, at, word);
+    if (at == nullptr) break;
+    last = dropBracket(word);
+    const LocationAttribute name = locationNames.find(word, reading.text.end, locationAttributes);
+    const uint8_t attribute = valueOf(name, locationAttributes, pending);
     if (attribute < locationAttributes) values[attribute] = numberOf(word);
   }
+  reading.locationPending = pending;
   const auto pos = static_cast<uint16_t>(values[attributePosition]);
   if (values[attributePage] != -1 && pos != 0xFFFF)
     HLL_AddHL(reading.list, values[attributePage], pos, static_cast<uint16_t>(values[attributeLength]));
+  return at;
 }
 
 /// How the reading of the words ended.
@@ -179,8 +188,10 @@ enum class Outcome { nothing, complete, abandoned };
 Outcome readWords(Reading &reading) {
   bool awaitingHeader = true;
   LexWord word;
-  while (lexNextWord(reading.words, word)) {
-    const Role role = roles.find(word, reading.words.end, Role::other);
+  for (const char *at = reading.text.begin; at != nullptr;) {
+    at = lexNextWord(reading.text, at, word);
+    if (at == nullptr) break;
+    const Role role = roles.find(word, reading.text.end, Role::other);
     if (awaitingHeader) {
       if (role != Role::header) return Outcome::abandoned;
       awaitingHeader = false;
@@ -188,7 +199,7 @@ Outcome readWords(Reading &reading) {
     }
     switch (role) {
     case Role::body:
-      readHeader(reading, word);
+      if (!endsWithBracket(word)) at = readHeader(reading, at);
       break;
     case Role::openSection:
       if (reading.list == nullptr) reading.list = GLT_NewHLL(reading.document);
@@ -199,7 +210,7 @@ Outcome readWords(Reading &reading) {
       reading.inSection = false;
       break;
     case Role::location:
-      if (reading.list != nullptr && reading.inSection) readLocation(reading, word);
+      if (reading.list != nullptr && reading.inSection && !endsWithBracket(word)) at = readLocation(reading, at);
       break;
     case Role::endBody:
       if (HLL_GetWordCount(reading.list) != 0) return Outcome::complete;
@@ -266,7 +277,7 @@ Bool16 registerGLT(Doc document, const void *data, uint32_t length) {
   Reading reading;
   memset(&reading, 0, sizeof reading);
   reading.document = document;
-  reading.words = {copy, copy, copy + length, 0};
+  reading.text = {copy, copy + length, 0};
   reading.red = reading.green = reading.blue = 0xFFFF;
 
   const Outcome outcome = readWords(reading);

@@ -18,69 +18,80 @@ struct LexWord {
   uint32_t length;
 };
 
-/// Where a text is being read. Starts as {text, text, end, 0}, `end` being where its NUL stands or further on.
-struct LexWords {
-  const char *at; ///< the next byte that belongs to no word yet
-  const char *text, *end;
-  uint32_t room; ///< while a word is being cut: how many bytes of it may still come
+/// A text that is being read.
+struct LexText {
+  const char *begin;
+  const char *end; ///< where its NUL stands, or further on
+  uint32_t room;   ///< while a word is being cut: how many bytes of it may still come; else 0
 };
 
-/// What the reader of words makes of a byte.
-enum LexStep : uint8_t { stepOver, stepWord, stepOpening, stepPunctuation, stepEnd };
+/// What the reader of words makes of a byte. A bit each, none for what it steps over.
+enum LexStep : uint8_t {
+  stepThrough = 1, ///< word characters, but for '<', before which a word may be cut
+  stepOpening = 2, ///< that
+  stepQuote = 4,   ///< what a quoted word begins with, besides `stepThrough`
+  stepElse = 8,    ///< the end of the text, or of a sentence
+};
 
 inline constexpr std::array<uint8_t, 256> lexSteps = [] {
   std::array<uint8_t, 256> steps{};
   for (size_t c = 0; c < steps.size(); ++c)
-    steps[c] = lexClasses[c] == lexWord ? stepWord : stepOver;
+    steps[c] = lexClasses[c] == lexWord ? stepThrough : 0;
   steps['<'] = stepOpening;
-  steps['!'] = stepPunctuation;
-  steps[0] = stepEnd;
+  steps['\''] = steps['('] = stepThrough | stepQuote;
+  steps['!'] = steps[0] = stepElse;
   return steps;
 }();
 
 inline uint8_t lexStep(char byte) { return lexSteps[static_cast<uint8_t>(byte)]; }
 
-/// Takes the next word. False when the text runs out, which it does before its last byte where that is not the first
-/// one and would begin a token: the lexer's look-ahead has it then, and its cursor is at the end.
-inline bool lexNextWord(LexWords &words, LexWord &word) {
-  const char *at = words.at;
-  if (words.room == 0) [[likely]] {
-    for (;;) {
-      LEX_UNROLL
-      while (lexStep(*at) == stepOver)
-        ++at;
-      if (lexStep(*at) <= stepOpening) [[likely]]
-        break;
-      if (*at == 0) return false;
-      at += lexPunctuationLength(1, at + 1);
-    }
-    if (at[1] == 0 && at != words.text) [[unlikely]]
-      return false;
-    if (*at == '\'' || *at == '(') [[unlikely]] {
-      word = {at, lexQuotedLength(*at, at + 1)};
-      words.at = at + word.length;
-      return true;
-    }
-    words.room = HWLEX_LIMIT;
-  }
+/// The first byte that is not stepped over.
+inline const char *lexStepOver(const char *at) {
+  LEX_UNROLL
+  while (lexStep(*at) == 0)
+    ++at;
+  return at;
+}
+
+/// What lexNextWord does where more than a run of word characters is to be seen.
+const char *lexNextPiece(LexText &text, const char *at, LexWord &word);
+
+/// Takes the next word from there on; returns where it ends. Null when the text runs out, which it does before its last
+/// byte where that is not the first one and would begin a token: the lexer's look-ahead has it then, and its cursor is
+/// at the end.
+inline const char *lexNextWord(LexText &text, const char *at, LexWord &word) {
+  at = lexStepOver(at);
+  if ((lexStep(*at) & (stepQuote | stepElse)) != 0) [[unlikely]]
+    return lexNextPiece(text, at, word);
+  const uint32_t room = text.room != 0 ? text.room : HWLEX_LIMIT;
   uint32_t length = 1;
-  for (;;) {
-    LEX_UNROLL
-    for (; length < words.room; ++length)
-      if (lexStep(at[length]) != stepWord) break;
-    if (length == words.room || lexStep(at[length]) != stepOpening) {
-      words.room = 0;
-      break;
-    }
-    if (at[length - 1] == '>') {
-      words.room -= length;
-      break;
-    }
-    ++length;
-  }
+  LEX_UNROLL
+  for (; length < room; ++length)
+    if ((lexStep(at[length]) & stepThrough) == 0) break;
+  const uint8_t behind = lexStep(at[length]);
+  const bool joined = behind == stepOpening && at[length - 1] == '>' && length < room;
+  if (behind != 0 && !joined) [[unlikely]]
+    return lexNextPiece(text, at, word);
+  text.room = joined ? room - length : 0;
   word = {at, length};
-  words.at = at + length;
-  return true;
+  return at + length;
+}
+
+/// Takes the next word where it is a number of at most nine digits with something to step over behind it. Otherwise
+/// returns null and takes nothing.
+inline const char *lexNextNumber(const char *at, int32_t &number) {
+  const char *const first = lexStepOver(at);
+  uint32_t value = 0;
+  at = first;
+  LEX_UNROLL
+  for (; at - first < 9; ++at) {
+    const uint32_t digit = static_cast<uint8_t>(*at) - uint32_t{'0'};
+    if (digit > 9) break;
+    value = value * 10 + digit;
+  }
+  if (at == first || lexStep(*at) != 0) return nullptr;
+  number = static_cast<int32_t>(value);
+  return at;
 }
 
 /// The first eight bytes of a word in lower case, blanks behind its end. As in memory: on machines of different byte
@@ -94,7 +105,6 @@ inline uint64_t lexHead(const LexWord &word, const char *end) {
     memcpy(&head, word.begin, static_cast<size_t>(end - word.begin));
   if (word.length < 8) {
     const uint32_t unused = 64 - 8 * word.length;
-    if (unused == 64) return blanks;
     head = std::endian::native == std::endian::big ? head >> unused << unused : head << unused >> unused;
   }
   return head | blanks;
@@ -122,6 +132,7 @@ public:
 
   /// What the word means, or `none`. `end` is the text's.
   Meaning find(const LexWord &word, const char *end, Meaning none) const {
+    if (word.length < 2) return none;
     const Slot &slot = slots_[slotOf(word.length, word.begin[1])];
     if (word.length != slot.known.word.size() || lexHead(word, end) != slot.head) return none;
     for (uint32_t i = 8; i < word.length; ++i)

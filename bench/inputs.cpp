@@ -39,17 +39,16 @@ std::vector<Hit> page(Dice &dice, int number, int count) {
 
 } // namespace
 
-std::string highlightFile(const std::vector<Hit> &hits, Layout layout) {
+std::string highlightFile(const std::vector<Hit> &hits, Layout layout, Spelling spelling) {
   const std::string end = layout == Layout::lines ? "\n" : "";
   std::string file = "<?xml version=\"1.0\"?>" + end + "<XML>" + end +
                      "<Body Units=\"characters\" color=\"#FFFF00\" mode=\"active\" version=\"2\">" + end +
                      "<highlights>" + end;
   bool brief = false;
   for (const Hit &hit : hits) {
-    brief = !brief; // both ways to say it, in turn
-    file += (brief ? "<loc pg=\"" : "<location page=\"") + std::to_string(hit.page) +
-            (brief ? "\" pos=\"" : "\" position=\"") + std::to_string(hit.pos) +
-            (brief ? "\" len=\"" : "\" length=\"") + std::to_string(hit.len) + "\"/>" + end;
+    brief = spelling == Spelling::inTurn && !brief;
+    file += (brief ? "<loc pg=\"" : "<location page=\"") + std::to_string(hit.page) + "\" pos=\"" +
+            std::to_string(hit.pos) + "\" len=\"" + std::to_string(hit.len) + "\"/>" + end;
   }
   return file + "</highlights>" + end + "</Body>" + end + "</XML>" + end;
 }

@@ -16,7 +16,10 @@ struct Hit {
 /// How the tags of a file stand: a line each, or joined.
 enum class Layout { lines, oneLine };
 
-std::string highlightFile(const std::vector<Hit> &hits, Layout layout);
+/// Whether all tags are spelled alike, as by any one program, or in two ways by turns.
+enum class Spelling { alike, inTurn };
+
+std::string highlightFile(const std::vector<Hit> &hits, Layout layout, Spelling spelling = Spelling::alike);
 
 /// `perPage` hits on each of `pages` pages, page by page, in ascending order of their places.
 std::vector<Hit> inPageOrder(int pages, int perPage);

@@ -8,6 +8,7 @@
 
 #include "plugin/glt/glt.h"
 #include "plugin/input/gltAux.h"
+#include "plugin/input/gltShape.h"
 #include "plugin/input/gltWords.h"
 #include "plugin/md/mdUtils.h"
 #include "plugin/pi/PIFrame.h"
@@ -73,6 +74,7 @@ struct Reading {
   Bool16 active;
   uint8_t headerPending; ///< a bit an attribute: its name has come, its value has not; kept from tag to tag on purpose
   uint8_t locationPending; ///< likewise
+  TagShape shape;          ///< of the last location
 };
 
 bool endsWithBracket(const LexWord &word) { return word.begin[word.length - 1] == '>'; }
@@ -156,30 +158,54 @@ const char *readHeader(Reading &reading, const char *at) {
   return at;
 }
 
-const char *readLocation(Reading &reading, const char *at) {
-  int32_t values[locationAttributes + 1] = {-1, 0xFFFF, 0, 0}; // the last one for what is no value
+/// A location's values; the last one is for what is no value.
+using LocationValues = int32_t[locationAttributes + 1];
+
+/// The tag word by word. Where a shape is given, it is learned if nothing in the tag is a value but numbers, and every
+/// name has its own.
+const char *readLocationWords(Reading &reading, const char *at, LocationValues &values, TagShape *shape) {
   uint8_t pending = reading.locationPending;
-  for (bool last = false; at != nullptr && !last;) {
+  bool plain = pending == 0;
+  const char *part = at;
+  for (bool last = false; !last;) {
+    const char *begin = lexStepOver(at);
     int32_t number;
-    const char *behind = lexNextNumber(at, number);
-    if (behind != nullptr) { // which is no name
-      values[valueOf(locationAttributes, locationAttributes, pending)] = number;
-      at = behind;
+    const char *behind = lexDigits(begin, number);
+    if (behind != nullptr && lexStep(*behind) == 0) { // a whole word, and no name
+      const uint8_t attribute = valueOf(locationAttributes, locationAttributes, pending);
+      values[attribute] = number;
+      if (shape != nullptr) shapeNumber(*shape, part, begin, attribute);
+      part = at = behind;
       continue;
     }
     LexWord word;
-    at = lexNextWord(reading.text, at, word);
+    at = lexNextWord(reading.text, begin, word);
     if (at == nullptr) break;
+    const uint32_t length = word.length;
     last = dropBracket(word);
     const LocationAttribute name = locationNames.find(word, reading.text.end, locationAttributes);
     const uint8_t attribute = valueOf(name, locationAttributes, pending);
     if (attribute < locationAttributes) values[attribute] = numberOf(word);
+    plain = plain && attribute == locationAttributes;
+    if (last && plain && pending == 0 && shape != nullptr) shapeEnd(*shape, part, at, length);
   }
   reading.locationPending = pending;
+  return at;
+}
+
+const char *readLocation(Reading &reading, const char *at) {
+  constexpr LocationValues none = {-1, 0xFFFF, 0, 0};
+  LocationValues values;
+  memcpy(values, none, sizeof none);
+  const char *end = reading.locationPending == 0 ? shapeFollow(reading.shape, reading.text, at, values) : nullptr;
+  if (end == nullptr) {
+    memcpy(values, none, sizeof none);
+    end = readLocationWords(reading, at, values, shapeMissed(reading.shape) ? &reading.shape : nullptr);
+  }
   const auto pos = static_cast<uint16_t>(values[attributePosition]);
   if (values[attributePage] != -1 && pos != 0xFFFF)
     HLL_AddHL(reading.list, values[attributePage], pos, static_cast<uint16_t>(values[attributeLength]));
-  return at;
+  return end;
 }
 
 /// How the reading of the words ended.

@@ -77,21 +77,21 @@ inline const char *lexNextWord(LexText &text, const char *at, LexWord &word) {
   return at + length;
 }
 
-/// Takes the next word where it is a number of at most nine digits with something to step over behind it. Otherwise
-/// returns null and takes nothing.
-inline const char *lexNextNumber(const char *at, int32_t &number) {
-  const char *const first = lexStepOver(at);
+/// Numbers with more digits are not read on the way.
+inline constexpr int32_t lexNumberLimit = 9;
+
+/// Reads digits; returns where they end. Null where there is none, or one more than the limit.
+inline const char *lexDigits(const char *at, int32_t &number) {
+  const char *const first = at;
   uint32_t value = 0;
-  at = first;
   LEX_UNROLL
-  for (; at - first < 9; ++at) {
+  for (; at - first < lexNumberLimit; ++at) {
     const uint32_t digit = static_cast<uint8_t>(*at) - uint32_t{'0'};
     if (digit > 9) break;
     value = value * 10 + digit;
   }
-  if (at == first || lexStep(*at) != 0) return nullptr;
   number = static_cast<int32_t>(value);
-  return at;
+  return at != first && static_cast<uint8_t>(*at) - uint32_t{'0'} > 9 ? at : nullptr;
 }
 
 /// The first eight bytes of a word in lower case, blanks behind its end. As in memory: on machines of different byte

@@ -212,18 +212,17 @@ const char *readLocation(Reading &reading, const char *at) {
 enum class Outcome { nothing, complete, abandoned };
 
 Outcome readWords(Reading &reading) {
-  bool awaitingHeader = true;
+  LexText &text = reading.text;
   LexWord word;
-  for (const char *at = reading.text.begin; at != nullptr;) {
-    at = lexNextWord(reading.text, at, word);
+  const char *at = lexNextWord(text, text.begin, word);
+  if (at == nullptr) return Outcome::nothing;
+  if (roles.find(word, text.end, Role::other) != Role::header) return Outcome::abandoned;
+  while (at != nullptr) {
+    at = lexStepOver(at);
+    if (*at != '<') at = lexSkipText(text, at);
+    at = lexNextWord(text, at, word);
     if (at == nullptr) break;
-    const Role role = roles.find(word, reading.text.end, Role::other);
-    if (awaitingHeader) {
-      if (role != Role::header) return Outcome::abandoned;
-      awaitingHeader = false;
-      continue;
-    }
-    switch (role) {
+    switch (roles.find(word, text.end, Role::other)) {
     case Role::body:
       if (!endsWithBracket(word)) at = readHeader(reading, at);
       break;

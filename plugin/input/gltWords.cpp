@@ -2,6 +2,61 @@
 // ones, cut ones, the longest, and the last of the text.
 #include "plugin/input/gltWords.h"
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+namespace {
+
+constexpr uint8_t notable = stepOpening | stepQuote | stepElse;
+
+#ifdef __SSE2__
+/// Sixteen bytes at once: which of them are notable.
+uint32_t notableOf(const char *at) {
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
+  __m128i found = _mm_cmpeq_epi8(bytes, _mm_setzero_si128());
+  for (const char c : {'<', '\'', '(', '!'})
+    found = _mm_or_si128(found, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)));
+  return static_cast<uint32_t>(_mm_movemask_epi8(found));
+}
+#endif
+
+/// The first byte that opens or ends something.
+const char *nextNotable(const LexText &text, const char *at) {
+#ifdef __SSE2__
+  for (; text.end - at >= 16; at += 16) {
+    const uint32_t found = notableOf(at);
+    if (found != 0) return at + std::countr_zero(found);
+  }
+#endif
+  (void)text;
+  while ((lexStep(*at) & notable) == 0)
+    ++at;
+  return at;
+}
+
+} // namespace
+
+const char *lexSkipText(LexText &text, const char *at) {
+  if (text.room != 0) return at;
+  // Words are cut every HWLEX_LIMIT bytes from the beginning of a run of word characters: `run`, when `known` is in it.
+  const char *known = at, *run = at;
+  for (;;) {
+    const char *const found = nextNotable(text, known);
+    const char *begin = found;
+    while (begin > known && lexClass(begin[-1]) == lexWord)
+      --begin;
+    if (begin > known) run = begin;
+    const auto before = static_cast<uint32_t>((found - run) % HWLEX_LIMIT);
+    if (before == 0 || (lexStep(*found) & stepElse) != 0) return found;
+    if (*found == '<' && found[-1] == '>') {
+      text.room = HWLEX_LIMIT - before;
+      return found;
+    }
+    known = found + 1;
+  }
+}
+
 const char *lexNextPiece(LexText &text, const char *at, LexWord &word) {
   if (text.room == 0) {
     while (*at == '!')

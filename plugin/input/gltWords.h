@@ -77,6 +77,10 @@ inline const char *lexNextWord(LexText &text, const char *at, LexWord &word) {
   return at + length;
 }
 
+/// Leaves out words that do not begin with '<': from where one word ends to a place from which all others are still to
+/// come.
+const char *lexSkipText(LexText &text, const char *at);
+
 /// Numbers with more digits are not read on the way.
 inline constexpr int32_t lexNumberLimit = 9;
 

@@ -66,7 +66,7 @@ struct Reading {
   Doc document;
   LexText text;
   HLL *list;
-  bool inSection; ///< between "<highlights>" and "</highlights>"
+  bool inSection; ///< between "<highlights>" and "</highlights>"; then there is a list
   char units[unitsLength + 1];
   char version[versionLength + 1];
   uint16_t red, green, blue;
@@ -160,13 +160,35 @@ const char *readHeader(Reading &reading, const char *at) {
 
 /// A location's values; the last one is for what is no value.
 using LocationValues = int32_t[locationAttributes + 1];
+constexpr LocationValues noValues = {-1, 0xFFFF, 0, 0};
 
-/// The tag word by word. Where a shape is given, it is learned if nothing in the tag is a value but numbers, and every
-/// name has its own.
-const char *readLocationWords(Reading &reading, const char *at, LocationValues &values, TagShape *shape) {
+void addLocation(Reading &reading, const LocationValues &values) {
+  const auto pos = static_cast<uint16_t>(values[attributePosition]);
+  if (values[attributePage] != -1 && pos != 0xFFFF)
+    HLL_AddHL(reading.list, values[attributePage], pos, static_cast<uint16_t>(values[attributeLength]));
+}
+
+/// Locations of a shape that is known. Returns where the last one of them ends.
+const char *readExpectedLocations(Reading &reading, const char *at) {
+  // Only where a location would be read word by word, and none of its names waits for a value.
+  while (reading.inSection && reading.locationPending == 0) {
+    LocationValues values;
+    memcpy(values, noValues, sizeof values);
+    const char *end = shapeFollow(reading.shape, reading.text, at, values);
+    if (end == nullptr) break;
+    addLocation(reading, values);
+    at = end;
+  }
+  return at;
+}
+
+/// A location word by word, from behind its name. Where a shape is given, it is learned if nothing in the tag is a
+/// value but numbers, and every name has its own; `part` is where it begins.
+const char *readLocation(Reading &reading, const char *at, TagShape *shape, const char *part) {
+  LocationValues values;
+  memcpy(values, noValues, sizeof values);
   uint8_t pending = reading.locationPending;
   bool plain = pending == 0;
-  const char *part = at;
   for (bool last = false; !last;) {
     const char *begin = lexStepOver(at);
     int32_t number;
@@ -190,22 +212,8 @@ const char *readLocationWords(Reading &reading, const char *at, LocationValues &
     if (last && plain && pending == 0 && shape != nullptr) shapeEnd(*shape, part, at, length);
   }
   reading.locationPending = pending;
+  addLocation(reading, values);
   return at;
-}
-
-const char *readLocation(Reading &reading, const char *at) {
-  constexpr LocationValues none = {-1, 0xFFFF, 0, 0};
-  LocationValues values;
-  memcpy(values, none, sizeof none);
-  const char *end = reading.locationPending == 0 ? shapeFollow(reading.shape, reading.text, at, values) : nullptr;
-  if (end == nullptr) {
-    memcpy(values, none, sizeof none);
-    end = readLocationWords(reading, at, values, shapeMissed(reading.shape) ? &reading.shape : nullptr);
-  }
-  const auto pos = static_cast<uint16_t>(values[attributePosition]);
-  if (values[attributePage] != -1 && pos != 0xFFFF)
-    HLL_AddHL(reading.list, values[attributePage], pos, static_cast<uint16_t>(values[attributeLength]));
-  return end;
 }
 
 /// How the reading of the words ended.
@@ -218,7 +226,8 @@ Outcome readWords(Reading &reading) {
   if (at == nullptr) return Outcome::nothing;
   if (roles.find(word, text.end, Role::other) != Role::header) return Outcome::abandoned;
   while (at != nullptr) {
-    at = lexStepOver(at);
+    const char *const before = readExpectedLocations(reading, at);
+    at = lexStepOver(before);
     if (*at != '<') at = lexSkipText(text, at);
     at = lexNextWord(text, at, word);
     if (at == nullptr) break;
@@ -235,7 +244,10 @@ Outcome readWords(Reading &reading) {
       reading.inSection = false;
       break;
     case Role::location:
-      if (reading.list != nullptr && reading.inSection && !endsWithBracket(word)) at = readLocation(reading, at);
+      if (reading.inSection && !endsWithBracket(word)) {
+        const bool learn = lexStepOver(before) == word.begin && shapeMissed(reading.shape);
+        at = readLocation(reading, at, learn ? &reading.shape : nullptr, before);
+      }
       break;
     case Role::endBody:
       if (HLL_GetWordCount(reading.list) != 0) return Outcome::complete;

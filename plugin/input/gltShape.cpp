@@ -4,7 +4,7 @@
 namespace {
 
 bool isPart(TagPart &part, const char *begin, const char *end) {
-  if (end - begin > TagPart::longest || lexStep(*begin) != 0) return false; // a word ends before it, or a number
+  if (end - begin > TagPart::longest) return false;
   memset(&part, 0, sizeof part);
   part.length = static_cast<uint32_t>(end - begin);
   memcpy(part.bytes, begin, part.length);
@@ -12,10 +12,14 @@ bool isPart(TagPart &part, const char *begin, const char *end) {
   return true;
 }
 
+/// Whether the text goes on with the part. As many bytes as the longest one has are looked at.
 bool follows(const TagPart &part, const char *at) {
-  uint64_t bytes[2];
+  constexpr size_t count = TagPart::longest / 8;
+  uint64_t bytes[count], differences = 0;
   memcpy(bytes, at, sizeof bytes);
-  return (((bytes[0] ^ part.bytes[0]) & part.mask[0]) | ((bytes[1] ^ part.bytes[1]) & part.mask[1])) == 0;
+  for (size_t i = 0; i < count; ++i)
+    differences |= (bytes[i] ^ part.bytes[i]) & part.mask[i];
+  return differences == 0;
 }
 
 } // namespace
@@ -40,19 +44,18 @@ void shapeEnd(TagShape &shape, const char *begin, const char *end, uint32_t last
 }
 
 const char *shapeFollow(TagShape &shape, LexText &text, const char *at, int32_t *values) {
-  // As much as is looked at, the byte behind the tag included.
-  constexpr int64_t reach = (TagShape::most + 1) * TagPart::longest + TagShape::most * lexNumberLimit + 1;
-  if (!shape.known || text.end - at < reach) return nullptr;
-  for (uint32_t i = 0; i < shape.numbers; ++i) {
-    if (!follows(shape.parts[i], at)) return nullptr;
+  // A word that is being cut must not end within the tag.
+  if (!shape.known || (text.room != 0 && text.room < TagPart::longest)) return nullptr;
+  for (uint32_t i = 0;; ++i) {
+    const TagPart &part = shape.parts[i];
+    if (text.end - at < TagPart::longest || !follows(part, at)) return nullptr;
+    at += part.length;
+    if (i == shape.numbers) break;
     int32_t number;
-    at = lexDigits(at + shape.parts[i].length, number);
+    at = lexDigits(at, number);
     if (at == nullptr) return nullptr;
     values[shape.attributes[i]] = number;
   }
-  const TagPart &last = shape.parts[shape.numbers];
-  if (!follows(last, at)) return nullptr;
-  at += last.length;
   // The last word ends where it did before, or where another tag is joined.
   const uint8_t behind = lexStep(*at);
   if ((behind & ~stepOpening) != 0) return nullptr;

@@ -5,10 +5,10 @@
 
 #include "plugin/input/gltWords.h"
 
-/// A part of a tag between two numbers.
+/// A part of a tag between two numbers, or before the first or behind the last one.
 struct TagPart {
-  static constexpr uint32_t longest = 16;
-  uint64_t bytes[longest / 8], mask[longest / 8];
+  static constexpr uint32_t longest = 32;
+  uint64_t bytes[longest / 8], mask[longest / 8]; ///< the mask has ones where there are bytes
   uint32_t length;
 };
 
@@ -19,7 +19,7 @@ struct TagShape {
   uint32_t misses;          ///< tags since the last one that had it
   uint32_t numbers;         ///< how many, `most` at most
   uint8_t attributes[most]; ///< what each is the value of
-  TagPart parts[most + 1];  ///< the first begins behind the tag's name, the last ends with the tag's last word
+  TagPart parts[most + 1];  ///< the first begins where the tag before ended, the last ends with the tag's last word
   uint32_t lastWord;        ///< that word's length
 };
 

@@ -12,14 +12,18 @@ bool isPart(TagPart &part, const char *begin, const char *end) {
   return true;
 }
 
-/// Whether the text goes on with the part. As many bytes as the longest one has are looked at.
+/// Whether two words of memory, of those that count, are what the part has from there on.
+bool followsFrom(const TagPart &part, const char *at, size_t first) {
+  uint64_t bytes[2];
+  memcpy(bytes, at + 8 * first, sizeof bytes);
+  return (((bytes[0] ^ part.bytes[first]) & part.mask[first]) |
+          ((bytes[1] ^ part.bytes[first + 1]) & part.mask[first + 1])) == 0;
+}
+
+/// Whether the text goes on with the part. As many bytes as the longest one has may be looked at.
 bool follows(const TagPart &part, const char *at) {
-  constexpr size_t count = TagPart::longest / 8;
-  uint64_t bytes[count], differences = 0;
-  memcpy(bytes, at, sizeof bytes);
-  for (size_t i = 0; i < count; ++i)
-    differences |= (bytes[i] ^ part.bytes[i]) & part.mask[i];
-  return differences == 0;
+  static_assert(TagPart::longest == 32);
+  return followsFrom(part, at, 0) && (part.length <= 16 || followsFrom(part, at, 2));
 }
 
 } // namespace

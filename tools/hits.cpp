@@ -16,10 +16,12 @@
 #include <new>
 #include <stdexcept>
 
-#include "host/document/document.h"
+#include "host/document/pdf.h"
+#include "tools/ahead.h"
 #include "tools/exit.h"
 #include "tools/failure.h"
 #include "tools/output.h"
+#include "tools/workers.h"
 
 namespace tools {
 namespace {
@@ -121,14 +123,19 @@ struct Found {
 };
 
 Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err) {
-  const std::unique_ptr<host::Document> document = host::Document::open(options.document, options.password);
+  constexpr size_t pagesAhead = 64; // hits weigh little
+  const std::unique_ptr<host::PdfFile> file =
+      host::PdfFile::open(options.document, options.password, host::PdfFile::Reading::whole);
   Found found;
-  found.pageCount = document->pageCount();
+  found.pageCount = file->pageCount();
+  Workers workers(*file, Workers::worthHaving(found.pageCount));
+  PagesAhead<std::vector<Hit>> ahead(
+      *file, workers, [&phrase](host::PdfFile &own, int32_t page) { return phrase.find(own.text(page)); },
+      {pagesAhead});
   PageCounter counter(options.progress, err);
   for (int32_t page = 0; page < found.pageCount; ++page) {
     counter.show(page, found.pageCount);
-    std::vector<Hit> hits = phrase.find(document->pageText(page));
-    document->forgetText(page);
+    std::vector<Hit> hits = ahead.take(page);
     found.leftOut += dropUnplaceable(hits, options.units == "words");
     found.hits += hits.size();
     if (!hits.empty()) found.pages.push_back({page, std::move(hits)});

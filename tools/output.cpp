@@ -36,6 +36,11 @@ OutputFile::~OutputFile() {
   removeWhenKilled(nullptr);
 }
 
+void OutputFile::write(std::string_view bytes) {
+  errno = 0;
+  if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size()) fail();
+}
+
 void OutputFile::commit() {
   errno = 0;
   if (std::fflush(stream_) != 0 || std::ferror(stream_) != 0) fail();

@@ -3,6 +3,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <string_view>
 
 namespace tools {
 
@@ -15,6 +16,8 @@ public:
   OutputFile &operator=(const OutputFile &) = delete;
 
   FILE *stream() const { return stream_; }
+  /// Throws CommandFailure when the bytes cannot be written.
+  void write(std::string_view bytes);
   /// Puts the file in its place. Throws CommandFailure when anything could not be written.
   void commit();
 

@@ -7,6 +7,9 @@
 
 #include <cmath>
 #include <csetjmp>
+#include <cstdlib>
+#include <memory>
+#include <new>
 #include <vector>
 
 namespace tools {
@@ -50,6 +53,18 @@ bool writePng(FILE *stream, const host::Image &image, double dpi) {
   const bool written = info != nullptr && writeRows(png, info, stream, image, dpi, row.data());
   png_destroy_write_struct(&png, &info);
   return written;
+}
+
+std::optional<std::string> pngOf(const host::Image &image, double dpi) {
+  char *bytes = nullptr;
+  size_t size = 0;
+  FILE *const stream = open_memstream(&bytes, &size);
+  if (stream == nullptr) throw std::bad_alloc();
+  const bool written = writePng(stream, image, dpi);
+  const bool whole = std::fclose(stream) == 0 && written;
+  const std::unique_ptr<char, decltype(&std::free)> owner(bytes, std::free);
+  if (!whole) return std::nullopt;
+  return std::string(bytes, size);
 }
 
 } // namespace tools

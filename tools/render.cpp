@@ -13,12 +13,12 @@
 #include "host/kernel/loader.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
+#include "tools/ahead.h"
 #include "tools/display.h"
 #include "tools/failure.h"
-#include "tools/output.h"
-#include "tools/png.h"
-#include "tools/progress.h"
+#include "tools/pagewriter.h"
 #include "tools/walk.h"
+#include "tools/workers.h"
 
 namespace tools {
 namespace {
@@ -26,10 +26,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char *highlightType = "tavrelglt"; // of auxiliary data
-
-std::string counted(size_t count, const char *noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
 
 std::string nameOf(const std::string &hits) { return hits == "-" ? "standard input" : hits; }
 
@@ -59,40 +55,6 @@ std::string joined(const std::vector<fs::path> &directories) {
     names += (names.empty() ? "" : ", ") + directory.string();
   return names;
 }
-
-// Writes pages and counts.
-class PageWriter {
-public:
-  PageWriter(const RenderOptions &options, int32_t pageCount)
-      : options_(options), pageCount_(pageCount), progress_(stdout) {}
-
-  /// `status` is what plug-ins say of the page.
-  void write(const host::Drawing &drawing, const std::string &status) {
-    char name[32];
-    std::snprintf(name, sizeof name, "page-%04d.png", drawing.page + 1);
-    const fs::path place = options_.out / name;
-    OutputFile file(place);
-    if (!writePng(file.stream(), drawing.image, options_.dpi))
-      throw CommandFailure(exitOutput, place.string() + ": cannot be written as PNG");
-    file.commit();
-    pages_ += drawing.marks > 0 ? 1 : 0;
-    hits_ += drawing.marks;
-    progress_.say("page " + std::to_string(drawing.page + 1) + " of " + std::to_string(pageCount_) + ": " +
-                  counted(drawing.marks, "hit") + " -> " + place.string() +
-                  (status.empty() ? "" : " (" + status + ")"));
-    progress_.show(drawing.page + 1, pageCount_);
-  }
-
-  void clear() { progress_.clear(); }
-  size_t hits() const { return hits_; }
-  std::string summary() const { return counted(pages_, "page") + " marked, " + counted(hits_, "hit"); }
-
-private:
-  const RenderOptions &options_;
-  int32_t pageCount_;
-  Progress progress_;
-  size_t pages_ = 0, hits_ = 0;
-};
 
 // What the program is made of while it runs, in the order in which one stands on the other.
 struct Viewer {
@@ -124,12 +86,57 @@ ExitStatus statusOf(const host::HostError &error) {
   }
 }
 
-void walk(Viewer &viewer, const RenderOptions &options, host::ViewerDocument &document, size_t bytes,
-          PageWriter &writer) {
-  const auto sink = [&](const host::Drawing &drawing) { writer.write(drawing, viewer.app.statusText()); };
+// Has a view take its pages from those rendered ahead, for as long as this is there.
+class RenderedAhead {
+public:
+  RenderedAhead(host::PageView &view, host::PdfFile &file, Workers &workers) : view_(view) {
+    const double dpi = view.dpi();
+    const auto pixelsOf = [&file, dpi](int32_t page) {
+      const host::PageSize size = file.pageSize(page);
+      return size.width * size.height * dpi * dpi / (pointsPerInch * pointsPerInch);
+    };
+    images_.emplace(
+        file, workers, [dpi](host::PdfFile &own, int32_t page) { return own.render(page, dpi); },
+        PagesAhead<host::Image>::Reach{2 * workers.threads(), mostPixelsWaiting, pixelsOf});
+    view.setSource([this, &file, dpi](int32_t page, double wanted) {
+      shown_ = {}; // before there is another
+      shown_ = wanted == dpi ? images_->take(page) : file.render(page, wanted);
+      return &shown_;
+    });
+  }
+  RenderedAhead(const RenderedAhead &) = delete;
+  RenderedAhead &operator=(const RenderedAhead &) = delete;
+  ~RenderedAhead() { view_.setSource({}); }
+
+private:
+  static constexpr double pointsPerInch = 72;
+  host::PageView &view_;
+  std::optional<PagesAhead<host::Image>> images_;
+  host::Image shown_;
+};
+
+// All pages, on all processors: threads render and encode, plug-ins paint on this one, page after page.
+void walkAll(Viewer &viewer, host::PdfFile &file, host::ViewerDocument &document, PageWriter &writer,
+             const PageSink &sink) {
+  Workers workers(file, Workers::worthHaving(file.pageCount()));
+  if (workers.threads() == 0) return walkAllPages(viewer.app, document, sink);
+  writer.setWorkers(&workers);
+  try {
+    const RenderedAhead ahead(*document.view, file, workers);
+    walkAllPages(viewer.app, document, sink);
+  } catch (...) {
+    writer.finish(); // the pages before the one that failed
+    throw;
+  }
+  writer.finish();
+}
+
+void walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &file, host::ViewerDocument &document,
+          size_t bytes, PageWriter &writer) {
+  const auto sink = [&](host::Drawing &&drawing) { writer.write(std::move(drawing), viewer.app.statusText()); };
   try {
     if (options.pages == "all")
-      walkAllPages(viewer.app, document, sink);
+      walkAll(viewer, file, document, writer, sink);
     else // a press can be in vain once for each page that the file names, and it names no more than it has bytes
       walkMarkedPages(viewer.app, document, bytes, sink);
   } catch (const host::HostError &error) {
@@ -140,7 +147,10 @@ void walk(Viewer &viewer, const RenderOptions &options, host::ViewerDocument &do
 ExitStatus renderPages(const RenderOptions &options) {
   Display display; // starts while the files are read
   const std::string bytes = readAll(options.hits);
-  std::unique_ptr<host::Document> model = host::Document::open(options.document, options.password);
+  const auto reading = options.pages == "all" ? host::PdfFile::Reading::whole : host::PdfFile::Reading::asNeeded;
+  std::unique_ptr<host::PdfFile> opened = host::PdfFile::open(options.document, options.password, reading);
+  host::PdfFile &file = *opened;
+  std::unique_ptr<host::Document> model = host::Document::of(std::move(opened));
   display.await();
 
   Viewer viewer;
@@ -148,10 +158,10 @@ ExitStatus renderPages(const RenderOptions &options) {
   viewer.app.alert = host::answerAlerts(options.answer == "yes");
   viewer.plugins.load(host::pluginDirectories(options.pluginsDirectory));
 
-  PageWriter writer(options, model->pageCount());
+  PageWriter writer(options.out, options.dpi, model->pageCount());
   host::ViewerDocument &document = viewer.app.open(std::move(model), options.document, options.dpi);
   deliver(viewer, options, document, bytes);
-  walk(viewer, options, document, bytes.size(), writer);
+  walk(viewer, options, file, document, bytes.size(), writer);
   writer.clear();
   viewer.app.close(document); // while the plug-ins still hear of it
 

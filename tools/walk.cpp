@@ -2,15 +2,16 @@
 #include "tools/walk.h"
 
 #include <unordered_set>
+#include <utility>
 
 namespace tools {
 
 void walkMarkedPages(host::Application &app, host::ViewerDocument &document, size_t patience, const PageSink &sink) {
   std::unordered_set<int32_t> drawn;
   const auto drawNewPage = [&] {
-    const auto drawing = app.drawIfNeeded(document);
+    auto drawing = app.drawIfNeeded(document);
     if (!drawing || !drawn.insert(drawing->page).second) return false;
-    if (drawing->marks > 0) sink(*drawing);
+    if (drawing->marks > 0) sink(std::move(*drawing));
     return true;
   };
   drawNewPage();
@@ -28,7 +29,7 @@ void walkMarkedPages(host::Application &app, host::ViewerDocument &document, siz
 void walkAllPages(host::Application &app, host::ViewerDocument &document, const PageSink &sink) {
   for (int32_t page = 0; page < document.model->pageCount(); ++page) {
     document.view->showPage(page);
-    if (const auto drawing = app.draw(document)) sink(*drawing);
+    if (auto drawing = app.draw(document)) sink(std::move(*drawing));
   }
 }
 

@@ -7,8 +7,8 @@
 
 namespace tools {
 
-/// Gets every page once.
-using PageSink = std::function<void(const host::Drawing &drawing)>;
+/// Gets every page once, to keep.
+using PageSink = std::function<void(host::Drawing &&drawing)>;
 
 /// The button that goes on to the next hit.
 inline constexpr const char *nextButton = "TavrelGLT:Next";

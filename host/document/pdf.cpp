@@ -50,10 +50,44 @@ void dropMessage(const std::string & /*message*/, void * /*closure*/) {}
 
 bool hasArea(const poppler::rectf &rect) { return rect.width() > 0 && rect.height() > 0; }
 
+// What tells that a file is still the one that was opened.
+struct Stamp {
+  std::filesystem::file_time_type written = {};
+  uintmax_t size = 0;
+  bool operator==(const Stamp &) const = default;
+};
+
+Stamp stampOf(const std::filesystem::path &file) {
+  std::error_code error;
+  return {std::filesystem::last_write_time(file, error), std::filesystem::file_size(file, error)};
+}
+
+using Bytes = std::vector<char>;
+
+// All bytes of a file; null where that is not the way to read it.
+std::shared_ptr<const Bytes> wholeOf(const std::filesystem::path &file, uintmax_t size) {
+  if (size > PdfFile::largestWhole) return nullptr;
+  std::ifstream stream(file, std::ios::binary);
+  auto bytes = std::make_shared<Bytes>(size);
+  if (!stream.read(bytes->data(), static_cast<std::streamsize>(size))) return nullptr;
+  return bytes;
+}
+
 class PopplerFile final : public PdfFile {
 public:
-  PopplerFile(std::filesystem::path file, std::unique_ptr<poppler::document> pdf)
-      : file_(std::move(file)), pdf_(std::move(pdf)), pages_(pdf_->pages()) {}
+  /// Throws as PdfFile::open does. With bytes, the file is in them.
+  PopplerFile(const std::filesystem::path &file, const std::string &password, const Stamp &stamp,
+              std::shared_ptr<const Bytes> bytes);
+
+  std::unique_ptr<PdfFile> again() const override {
+    try {
+      if (!bytes_) checkFile(file_);
+      auto opened = std::make_unique<PopplerFile>(file_, password_, stamp_, bytes_);
+      if (bytes_ || stampOf(file_) == stamp_) return opened;
+    } catch (const std::exception &) { // who has this one can do without another
+    }
+    return nullptr;
+  }
 
   int32_t pageCount() const override { return pages_; }
   PageSize pageSize(int32_t page) override;
@@ -78,11 +112,30 @@ private:
   };
   ShownPage &shown(int32_t page);
 
-  std::filesystem::path file_;
+  const std::filesystem::path file_;
+  const std::string password_;
+  const Stamp stamp_;
+  const std::shared_ptr<const Bytes> bytes_;
   std::unique_ptr<poppler::document> pdf_; // before the pages, which it outlives
-  int32_t pages_;
+  int32_t pages_ = 0;
   std::unordered_map<int32_t, ShownPage> shown_;
 };
+
+PopplerFile::PopplerFile(const std::filesystem::path &file, const std::string &password, const Stamp &stamp,
+                         std::shared_ptr<const Bytes> bytes)
+    : file_(file), password_(password), stamp_(stamp), bytes_(std::move(bytes)) {
+  if (bytes_)
+    pdf_.reset(
+        poppler::document::load_from_raw_data(bytes_->data(), static_cast<int>(bytes_->size()), password, password));
+  else
+    pdf_.reset(poppler::document::load_from_file(file.string(), password, password));
+  if (!pdf_) fail(file, "is damaged");
+  if (pdf_->is_locked())
+    throw DocumentError(DocumentError::wrongPassword,
+                        nameInMessage(file) + (password.empty() ? ": wants a password" : ": the password is wrong"));
+  pages_ = pdf_->pages();
+  if (pages_ <= 0) fail(file, "is damaged: it has no pages");
+}
 
 PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
   if (page < 0 || page >= pages_)
@@ -179,16 +232,14 @@ std::string nameInMessage(const std::filesystem::path &file) {
   return name;
 }
 
-std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const std::string &password) {
-  poppler::set_debug_error_function(dropMessage, nullptr);
+std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const std::string &password,
+                                       Reading reading) {
+  // Once, because other threads may be at work.
+  [[maybe_unused]] static const bool silent = (poppler::set_debug_error_function(dropMessage, nullptr), true);
   checkFile(file);
-  std::unique_ptr<poppler::document> pdf(poppler::document::load_from_file(file.string(), password, password));
-  if (!pdf) fail(file, "is damaged");
-  if (pdf->is_locked())
-    throw DocumentError(DocumentError::wrongPassword,
-                        nameInMessage(file) + (password.empty() ? ": wants a password" : ": the password is wrong"));
-  if (pdf->pages() <= 0) fail(file, "is damaged: it has no pages");
-  return std::make_unique<PopplerFile>(file, std::move(pdf));
+  const Stamp stamp = stampOf(file);
+  return std::make_unique<PopplerFile>(file, password, stamp,
+                                       reading == Reading::whole ? wholeOf(file, stamp.size) : nullptr);
 }
 
 } // namespace host

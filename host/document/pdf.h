@@ -24,9 +24,18 @@ struct DocumentError : HostError {
 
 class PdfFile {
 public:
+  /// Whoever goes through all pages is faster with the whole file in memory. A large one is read as needed all the
+  /// same.
+  enum class Reading { asNeeded, whole };
+  static constexpr uintmax_t largestWhole = 64 << 20; ///< bytes
+
   /// Throws DocumentError with one clear line that names the file.
-  static std::unique_ptr<PdfFile> open(const std::filesystem::path &file, const std::string &password);
+  static std::unique_ptr<PdfFile> open(const std::filesystem::path &file, const std::string &password,
+                                       Reading reading = Reading::asNeeded);
   virtual ~PdfFile() = default;
+  /// The same document opened once more, for another thread; null where it cannot be opened any more or has changed.
+  /// May be called on any thread while this one is in use.
+  virtual std::unique_ptr<PdfFile> again() const = 0;
 
   virtual int32_t pageCount() const = 0;
   // All of these throw HostError errBadPage for a page that is not there, DocumentError for one that is damaged.

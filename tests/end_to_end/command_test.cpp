@@ -3,7 +3,9 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
 
+#include "support/pdf.h"
 #include "tests/end_to_end/oracle.h"
 #include "tools/exit.h"
 
@@ -40,8 +42,42 @@ protected:
                : 0;
   }
 
+  // What a command leaves in the folder `out`, by name, and what it says; run with that in front of it.
+  struct Outcome {
+    std::map<std::string, std::string> files;
+    std::string output;
+    int status;
+    bool operator==(const Outcome &) const = default;
+  };
+  Outcome outcome(const std::string &inFront, const std::string &arguments) {
+    fs::remove_all(folder / "out");
+    const CommandResult result =
+        run(inFront + " " + tavrel + " " + arguments + " --out " + std::string(folder / "out"));
+    Outcome all{{}, result.output, result.status};
+    if (fs::exists(folder / "out"))
+      for (const auto &entry : fs::directory_iterator(folder / "out"))
+        all.files[entry.path().filename()] = test::bytesOf(entry.path());
+    return all;
+  }
+  // The same with one processor, where it works without threads, and with all that there are.
+  Outcome outcomeEitherWay(const std::string &arguments) {
+    const Outcome all = outcome("", arguments);
+    EXPECT_TRUE(all == outcome("taskset --cpu-list $(taskset -cp $$ | sed 's/.*: //; s/[,-].*//')", arguments))
+        << arguments << "\n"
+        << all.output;
+    return all;
+  }
+
   fs::path folder;
 };
+
+// So many pages that say which they are.
+std::vector<test::PdfPage> pages(int count) {
+  std::vector<test::PdfPage> result;
+  for (int page = 1; page <= count; ++page)
+    result.push_back({.texts = {{.x = 50, .y = 300, .text = "page " + std::to_string(page)}}});
+  return result;
+}
 
 TEST_F(Command, RenderSaysALineForEveryPageWithHits) {
   const std::string hits =
@@ -69,6 +105,48 @@ TEST_F(Command, RenderOfAllPagesWritesThoseWithoutHitsToo) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
   EXPECT_EQ(render(documents + "/two-columns.pdf", hits, "--pages all --dpi 20").status, tools::exitDone);
   EXPECT_EQ(written(), 4U);
+}
+
+TEST_F(Command, RenderOfAllPagesIsTheSameHoweverManyProcessorsThereAre) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=4>\n<loc pg=17 pos=0 len=4>"));
+  const std::string document = file("thirty.pdf", test::pdfOf(pages(30)));
+  const Outcome all = outcomeEitherWay("render " + document + " " + hits + " --pages all --dpi 50");
+  EXPECT_EQ(all.status, tools::exitDone);
+  EXPECT_EQ(all.files.size(), 30U);
+  size_t at = 0;
+  for (int page = 1; page <= 30; ++page) {
+    const size_t line = all.output.find("page " + std::to_string(page) + " of 30: ");
+    ASSERT_NE(line, std::string::npos) << page << "\n" << all.output;
+    EXPECT_GE(line, at) << all.output;
+    at = line;
+  }
+}
+
+TEST_F(Command, RenderOfAllPagesEndsAtTheFirstThatCannotBeDrawn) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=4>"));
+  std::vector<test::PdfPage> some = pages(20);
+  some[8].width = some[12].width = 100'000;
+  const std::string document = file("wide.pdf", test::pdfOf(some));
+  const Outcome all = outcomeEitherWay("render " + document + " " + hits + " --pages all");
+  EXPECT_EQ(all.status, tools::exitUsage);
+  EXPECT_EQ(all.files.size(), 8U);
+  EXPECT_TRUE(all.files.contains("page-0008.png"));
+  const std::string last = "\ntavrel: " + document + ": " + document + ": page 9 at ";
+  EXPECT_NE(all.output.find(last), std::string::npos) << all.output;
+}
+
+TEST_F(Command, RenderOfAllPagesEndsAtTheFirstThatIsDamaged) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=4>"));
+  std::string bytes = test::pdfOf(pages(20));
+  const std::string ninth = "/Contents 22 0 R";
+  ASSERT_NE(bytes.find(ninth), std::string::npos);
+  bytes.replace(bytes.find(ninth), ninth.size(), "/Contents /Nothing");
+  const std::string document = file("damaged.pdf", bytes);
+  const Outcome all = outcomeEitherWay("render " + document + " " + hits + " --pages all --dpi 50");
+  EXPECT_EQ(all.status, tools::exitDocument);
+  EXPECT_EQ(all.files.size(), 8U);
+  const std::string last = "\ntavrel: " + document + ": " + document + ": page 9 is damaged\n";
+  EXPECT_NE(all.output.find(last), std::string::npos) << all.output;
 }
 
 TEST_F(Command, HitsOnPagesThatTheDocumentLacksAreSteppedOver) {

@@ -279,5 +279,17 @@ TEST_F(HitsCommandLine, WordsAreRequired) {
   EXPECT_THAT(parseError, HasSubstr("WORDS"));
 }
 
+TEST_F(HitsTest, ADocumentWithDamagedPagesIsRefusedForTheFirstOfThem) {
+  std::string bytes = test::pdfOf(std::vector<test::PdfPage>(20, {.texts = {{.x = 50, .y = 500, .text = "fox"}}}));
+  for (const std::string contents : {"/Contents 22 0 R", "/Contents 30 0 R"}) {
+    ASSERT_NE(bytes.find(contents), std::string::npos);
+    bytes.replace(bytes.find(contents), contents.size(), "/Contents /Nothing");
+  }
+  options.document = folder.write("damaged.pdf", bytes);
+  EXPECT_EQ(run(), exitDocument);
+  EXPECT_EQ(err.str(), "tavrel: " + options.document.string() + ": page 9 is damaged\n");
+  EXPECT_EQ(out.str(), "");
+}
+
 } // namespace
 } // namespace tools

@@ -342,5 +342,60 @@ TEST_F(DocumentTest, ImageOfAnAbsurdSizeIsRefused) {
     }
 }
 
+// ---- the same file once more ----
+
+class OnceMore : public DocumentTest, public testing::WithParamInterface<PdfFile::Reading> {
+protected:
+  std::unique_ptr<PdfFile> openFile() { return PdfFile::open(file, "", GetParam()); }
+
+  const std::filesystem::path file = folder.pdf({{.texts = {{.x = 10, .y = 10, .text = "same words"}}}});
+};
+
+TEST_P(OnceMore, HasTheSamePages) {
+  const auto first = openFile(), second = first->again();
+  ASSERT_NE(second, nullptr);
+  EXPECT_EQ(second->pageCount(), 1);
+  EXPECT_THAT(textsOf(second->text(0)), ElementsAre(U"same", U"words"));
+  EXPECT_EQ(second->render(0, 72).pixels, first->render(0, 72).pixels);
+}
+
+TEST_P(OnceMore, TakesThePasswordAlong) {
+  const auto again = PdfFile::open(encrypted(), "user", GetParam())->again();
+  ASSERT_NE(again, nullptr);
+  EXPECT_THAT(textsOf(again->text(0)), ElementsAre(U"secret"));
+}
+
+TEST_P(OnceMore, IsNeverAnotherFile) {
+  const auto first = openFile();
+  folder.write("test.pdf", test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "entirely different words"}}}}));
+  const auto again = first->again();
+  if (GetParam() == PdfFile::Reading::asNeeded)
+    EXPECT_EQ(again, nullptr);
+  else
+    EXPECT_THAT(textsOf(again->text(0)), ElementsAre(U"same", U"words"));
+}
+
+TEST_P(OnceMore, NeedsNoFileThatIsInMemory) {
+  const auto first = openFile();
+  std::filesystem::remove(file);
+  EXPECT_EQ(first->again() == nullptr, GetParam() == PdfFile::Reading::asNeeded);
+}
+
+INSTANTIATE_TEST_SUITE_P(Reading, OnceMore, testing::Values(PdfFile::Reading::asNeeded, PdfFile::Reading::whole),
+                         [](const auto &reading) {
+                           return reading.param == PdfFile::Reading::whole ? "Whole" : "AsNeeded";
+                         });
+
+TEST_F(DocumentTest, AFileReadWholeIsRefusedForTheSameReasons) {
+  for (const auto &file : {folder.write("cut.pdf", test::pdfOf({PdfPage{}}).substr(0, 60)),
+                           folder.write("none.pdf", test::pdfOf({})), folder.write("short.pdf", "%PDF-"), encrypted()})
+    try {
+      PdfFile::open(file, "", PdfFile::Reading::whole);
+      ADD_FAILURE() << file << " was opened";
+    } catch (const DocumentError &error) {
+      EXPECT_EQ(error.what(), refusal(file, error.reason));
+    }
+}
+
 } // namespace
 } // namespace host

@@ -77,6 +77,19 @@ TEST_F(Output, AFullDiskIsAnErrorAndLeavesNothing) {
   EXPECT_FALSE(fs::exists(place));
 }
 
+TEST_F(Output, AFullDiskIsNamedAsTheReason) {
+  const fs::path place = folder.path() / "a";
+  tools::OutputFile file(place);
+  ASSERT_NE(std::freopen("/dev/full", "wb", file.stream()), nullptr);
+  try {
+    file.write(std::string(100'000, 'x'));
+    ADD_FAILURE() << "more than fits";
+  } catch (const tools::CommandFailure &error) {
+    EXPECT_EQ(error.status, tools::exitOutput);
+    EXPECT_EQ(error.what(), place.string() + ": No space left on device");
+  }
+}
+
 host::Image threeColours() { return {3, 1, {0xFFFF0000, 0xFF00FF00, 0xFF0000FF}}; }
 
 TEST_F(Output, APngHasThePixelsOfTheImage) {
@@ -102,6 +115,14 @@ TEST_F(Output, APngSaysItsDotsPerInch) {
   file.commit();
   // 3937 pixels a metre, twice, and the unit metre.
   EXPECT_THAT(test::bytesOf(place), testing::HasSubstr(std::string("pHYs\0\0\x0F\x61\0\0\x0F\x61\x01", 13)));
+}
+
+TEST_F(Output, APngInMemoryIsTheSameFile) {
+  const fs::path place = folder.path() / "a.png";
+  tools::OutputFile file(place);
+  ASSERT_TRUE(tools::writePng(file.stream(), threeColours(), 100));
+  file.commit();
+  EXPECT_EQ(tools::pngOf(threeColours(), 100), test::bytesOf(place));
 }
 
 TEST_F(Output, AnImageThatNoPngCanHoldIsRefused) {

@@ -1,0 +1,123 @@
+// What is made of pages on other threads: comes in page order, not too far ahead, and with the first failure of all.
+#include "tools/ahead.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <stdexcept>
+#include <thread>
+
+#include "support/pdf.h"
+
+namespace {
+
+using Numbers = tools::PagesAhead<int32_t>;
+
+constexpr int32_t pageCount = 40;
+
+struct Ahead : testing::Test {
+  std::unique_ptr<host::PdfFile> open() const {
+    return host::PdfFile::open(folder.pdf(std::vector<test::PdfPage>(pageCount)), "");
+  }
+  test::ScratchFolder folder;
+  std::unique_ptr<host::PdfFile> file = open();
+  std::atomic<int32_t> made = 0;
+};
+
+TEST_F(Ahead, PagesComeInOrder) {
+  tools::Workers workers(*file, 3);
+  Numbers ahead(*file, workers, [](host::PdfFile &, int32_t page) { return page; }, {6});
+  for (int32_t page = 0; page < pageCount; ++page)
+    EXPECT_EQ(ahead.take(page), page);
+}
+
+TEST_F(Ahead, AThreadHasAFileOfItsOwn) {
+  tools::Workers workers(*file, 1);
+  const auto makesHere = [this, here = std::this_thread::get_id()](host::PdfFile &own, int32_t) {
+    return int32_t{&own == file.get() || std::this_thread::get_id() == here};
+  };
+  Numbers ahead(*file, workers, makesHere, {2});
+  EXPECT_EQ(ahead.take(0), 0);
+}
+
+TEST_F(Ahead, NothingIsMadeBeyondItsReach) {
+  tools::Workers workers(*file, 2);
+  const auto count = [this](host::PdfFile &, int32_t page) {
+    ++made;
+    return page;
+  };
+  Numbers ahead(*file, workers, count, {4});
+  for (int32_t page = 0; page < pageCount; ++page) {
+    ahead.take(page);
+    EXPECT_LE(made, page + 4);
+  }
+  EXPECT_EQ(made, pageCount);
+}
+
+TEST_F(Ahead, PagesThatWeighTooMuchAreMadeOneAtATime) {
+  tools::Workers workers(*file, 2);
+  const auto count = [this](host::PdfFile &, int32_t) { return ++made; };
+  Numbers ahead(*file, workers, count, {8, 10, [](int32_t page) { return page < 20 ? 11 : 5; }});
+  for (int32_t page = 0; page < 20; ++page)
+    EXPECT_EQ(ahead.take(page), page + 1);
+  for (int32_t page = 20; page < pageCount; ++page) {
+    ahead.take(page);
+    EXPECT_LE(made, page + 2) << "two of these are not too much";
+  }
+}
+
+TEST_F(Ahead, ThePageThatFailsIsTheFirstInOrderNotInTime) {
+  std::promise<void> failed;
+  tools::Workers workers(*file, 2);
+  const auto fail = [&](host::PdfFile &, int32_t page) {
+    if (page == 3) failed.get_future().wait();
+    if (page == 4) failed.set_value();
+    if (page >= 3) throw std::runtime_error("page " + std::to_string(page));
+    return page;
+  };
+  Numbers ahead(*file, workers, fail, {5});
+  for (int32_t page = 0; page < 3; ++page)
+    EXPECT_EQ(ahead.take(page), page);
+  try {
+    ahead.take(3);
+    FAIL() << "page 3 fails";
+  } catch (const std::runtime_error &error) {
+    EXPECT_STREQ(error.what(), "page 3");
+  }
+}
+
+TEST_F(Ahead, PagesOutOfTurnAreMadeToo) {
+  tools::Workers workers(*file, 2);
+  Numbers ahead(*file, workers, [](host::PdfFile &, int32_t page) { return page; }, {4});
+  for (const int32_t page : {7, 9, 2, 10, 10, 39, 0})
+    EXPECT_EQ(ahead.take(page), page);
+}
+
+// Without threads, or with threads that have no file, the caller makes the pages, from its own file.
+struct Alone : Ahead {
+  void takeAll(tools::Workers &workers) {
+    const auto makesHere = [this, here = std::this_thread::get_id()](host::PdfFile &own, int32_t page) {
+      EXPECT_EQ(&own, file.get());
+      EXPECT_EQ(std::this_thread::get_id(), here);
+      return page;
+    };
+    Numbers ahead(*file, workers, makesHere, {4});
+    for (int32_t page = 0; page < pageCount; ++page)
+      EXPECT_EQ(ahead.take(page), page);
+  }
+};
+
+TEST_F(Alone, WithoutThreads) {
+  tools::Workers workers(*file, 0);
+  takeAll(workers);
+}
+
+TEST_F(Alone, WhereTheFileIsGone) {
+  std::filesystem::remove(folder.path() / "test.pdf");
+  tools::Workers workers(*file, 2);
+  takeAll(workers);
+}
+
+TEST(Workers, OnePageIsNotWorthAThread) { EXPECT_EQ(tools::Workers::worthHaving(1), 0U); }
+
+} // namespace

@@ -1,0 +1,82 @@
+// Pages as files. Encoding takes as long as rendering and may happen on other threads; writing takes no time, and so
+// all files are written here, one after another: a page that cannot be written is the last one.
+#include "tools/pagewriter.h"
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <utility>
+
+#include "tools/failure.h"
+#include "tools/output.h"
+#include "tools/png.h"
+
+namespace tools {
+namespace {
+
+std::string counted(size_t count, const char *noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+} // namespace
+
+PageWriter::PageWriter(std::filesystem::path directory, double dpi, int32_t pageCount)
+    : directory_(std::move(directory)), dpi_(dpi), pageCount_(pageCount), progress_(stdout) {}
+
+void PageWriter::write(host::Drawing &&drawing, std::string status) {
+  Page page{drawing.page, drawing.marks, std::move(status)};
+  if (workers_ == nullptr) {
+    put(page, pngOf(drawing.image, dpi_));
+    return;
+  }
+  const auto pixels = static_cast<double>(drawing.image.pixels.size());
+  waiting_.push_back({std::move(page), pixels,
+                      workers_->order([image = std::move(drawing.image), dpi = dpi_](host::PdfFile * /*file*/) {
+                        return pngOf(image, dpi);
+                      })});
+  pixelsWaiting_ += pixels;
+  const auto isReady = [](const Waiting &one) {
+    return one.png.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
+  };
+  while (!waiting_.empty() &&
+         (isReady(waiting_.front()) || waiting_.size() > 2 * workers_->threads() || pixelsWaiting_ > mostPixelsWaiting))
+    putFirst();
+}
+
+void PageWriter::finish() {
+  workers_ = nullptr;
+  while (!waiting_.empty())
+    putFirst();
+}
+
+void PageWriter::putFirst() {
+  Waiting first = std::move(waiting_.front());
+  waiting_.pop_front();
+  pixelsWaiting_ -= first.pixels;
+  try {
+    put(first.page, first.png.get());
+  } catch (...) {
+    waiting_.clear();
+    throw;
+  }
+}
+
+void PageWriter::put(const Page &page, const std::optional<std::string> &png) {
+  char name[32];
+  std::snprintf(name, sizeof name, "page-%04d.png", page.number + 1);
+  const std::filesystem::path place = directory_ / name;
+  OutputFile file(place);
+  if (!png) throw CommandFailure(exitOutput, place.string() + ": cannot be written as PNG");
+  file.write(*png);
+  file.commit();
+  pages_ += page.marks > 0 ? 1 : 0;
+  hits_ += page.marks;
+  progress_.say("page " + std::to_string(page.number + 1) + " of " + std::to_string(pageCount_) + ": " +
+                counted(page.marks, "hit") + " -> " + place.string() +
+                (page.status.empty() ? "" : " (" + page.status + ")"));
+  progress_.show(page.number + 1, pageCount_);
+}
+
+std::string PageWriter::summary() const { return counted(pages_, "page") + " marked, " + counted(hits_, "hit"); }
+
+} // namespace tools

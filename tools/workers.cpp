@@ -1,0 +1,63 @@
+// The threads, and the one list of work from which they all take.
+#include "tools/workers.h"
+
+#include <sched.h>
+
+#include <algorithm>
+#include <system_error>
+
+namespace tools {
+
+Workers::Workers(const host::PdfFile &file, size_t threads) : file_(file) {
+  threads_.reserve(threads);
+  try {
+    while (threads_.size() < threads)
+      threads_.emplace_back([this] { run(); });
+  } catch (const std::system_error &) { // so many as there may be
+  }
+}
+
+Workers::~Workers() {
+  {
+    const std::lock_guard lock(mutex_);
+    ends_ = true;
+    tasks_.clear();
+  }
+  work_.notify_all();
+  for (std::thread &thread : threads_)
+    thread.join();
+}
+
+size_t Workers::worthHaving(int32_t pages) {
+  constexpr size_t most = 8; // more than the caller's own thread can keep at work
+  cpu_set_t allowed;         // the standard library counts all that the machine has
+  const bool known = sched_getaffinity(0, sizeof allowed, &allowed) == 0;
+  const size_t processors = known ? static_cast<size_t>(CPU_COUNT(&allowed)) : 1;
+  const size_t threads = std::min({most, processors, static_cast<size_t>(pages)});
+  return threads > 1 ? threads : 0;
+}
+
+void Workers::add(Task task) {
+  {
+    const std::lock_guard lock(mutex_);
+    tasks_.push_back(std::move(task));
+  }
+  work_.notify_one();
+}
+
+void Workers::run() {
+  const std::unique_ptr<host::PdfFile> file = file_.again();
+  std::unique_lock lock(mutex_);
+  while (true) {
+    work_.wait(lock, [this] { return ends_ || !tasks_.empty(); });
+    if (ends_) return;
+    Task task = std::move(tasks_.front());
+    tasks_.pop_front();
+    lock.unlock();
+    task(file.get());
+    task = {}; // with what it holds: perhaps an image
+    lock.lock();
+  }
+}
+
+} // namespace tools

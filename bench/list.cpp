@@ -1,6 +1,7 @@
 // The list by itself, beside the loops that it is meant to be: every page from the first on, every place from the first
 // on.
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -11,7 +12,7 @@
 namespace bench {
 namespace {
 
-using Hits = std::shared_ptr<const std::vector<Hit>>;
+using MakeHits = std::function<std::vector<Hit>()>;
 
 constexpr char table[] = "adding to a list";
 
@@ -51,35 +52,44 @@ struct PlainList {
   }
 };
 
-void measureAdding(const std::string &name, const std::vector<Hit> &hits) {
-  const auto all = std::make_shared<const std::vector<Hit>>(hits);
-  measure(table, name, "ours", [all](benchmark::State &state) {
+void measureAdding(const std::string &name, const MakeHits &make) {
+  measure(table, name, "ours", [make](benchmark::State &state) {
+    const std::vector<Hit> all = make();
     for (auto _ : state) {
       HLL *list = GLT_NewHLL(nullptr);
-      for (const Hit &hit : *all)
+      for (const Hit &hit : all)
         HLL_AddHL(list, hit.page, hit.pos, hit.len);
       GLT_DeleteHLL(list);
     }
   });
-  measure(table, name, "plain loops", [all](benchmark::State &state) {
+  measure(table, name, "plain loops", [make](benchmark::State &state) {
+    const std::vector<Hit> all = make();
     for (auto _ : state) {
       PlainList list;
-      for (const Hit &hit : *all)
+      for (const Hit &hit : all)
         list.add(hit);
       benchmark::DoNotOptimize(list.list.wordCount);
     }
   });
 }
 
-void measureCopying(const std::string &name, const std::vector<Hit> &hits) {
-  const std::shared_ptr<HLL> list(GLT_NewHLL(nullptr), GLT_DeleteHLL);
+using List = std::unique_ptr<HLL, void (*)(HLL *)>;
+
+List listOf(const std::vector<Hit> &hits) {
+  List list(GLT_NewHLL(nullptr), GLT_DeleteHLL);
   for (const Hit &hit : hits)
     HLL_AddHL(list.get(), hit.page, hit.pos, hit.len);
-  measure("copying a list", name, "ours", [list](benchmark::State &state) {
+  return list;
+}
+
+void measureCopying(const std::string &name, const MakeHits &make) {
+  measure("copying a list", name, "ours", [make](benchmark::State &state) {
+    const List list = listOf(make());
     for (auto _ : state)
       GLT_DeleteHLL(GLT_CopyHLL(list.get()));
   });
-  measure("copying a list", name, "plain loops", [list](benchmark::State &state) {
+  measure("copying a list", name, "plain loops", [make](benchmark::State &state) {
+    const List list = listOf(make());
     for (auto _ : state) {
       PlainList copy;
       for (uint32_t i = 0; i < list->pageCount; ++i)
@@ -93,15 +103,14 @@ void measureCopying(const std::string &name, const std::vector<Hit> &hits) {
 } // namespace
 
 void measureList() {
-  std::vector<Hit> usual = inPageOrder(6, 7);
-  measureAdding("S, 42 hits on 6 pages", usual);
-  measureAdding("L, 1,000 pages of 400", inPageOrder(1000, 400));
-  measureAdding("W, 65,000 on one page", onOnePage(65000, false));
-  measureAdding("W, shuffled", onOnePage(65000, true));
-  measureAdding("P, 10,000 pages of 100", inPageOrder(10000, 100));
-  measureAdding("P, interleaved", interleaved(10000, 100));
-  measureCopying("L, 1,000 pages of 400", inPageOrder(1000, 400));
-  measureCopying("W, 65,000 on one page", onOnePage(65000, false));
+  measureAdding("S, 42 hits on 6 pages", [] { return inPageOrder(6, 7); });
+  measureAdding("L, 1,000 pages of 400", [] { return inPageOrder(1000, 400); });
+  measureAdding("W, 65,000 on one page", [] { return onOnePage(65000, false); });
+  measureAdding("W, shuffled", [] { return onOnePage(65000, true); });
+  measureAdding("P, 10,000 pages of 100", [] { return inPageOrder(10000, 100); });
+  measureAdding("P, interleaved", [] { return interleaved(10000, 100); });
+  measureCopying("L, 1,000 pages of 400", [] { return inPageOrder(1000, 400); });
+  measureCopying("W, 65,000 on one page", [] { return onOnePage(65000, false); });
 }
 
 } // namespace bench

@@ -1,8 +1,8 @@
-// bench [--benchmark_filter=PATTERN] [...]     how fast we are, beside others in the same process and run; prints
-// tables
+// bench DOCUMENTS [--benchmark_filter=PATTERN] [...]     how fast we are, beside others in the same run; prints tables
 //
 // Nothing here passes or fails. Everything is measured several times, all in one random order, so that whatever else
 // the machine does strikes everybody alike. PATTERN is a regular expression over "table|line|column".
+#include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -13,9 +13,14 @@
 
 int main(int count, char **words) {
   if (count == 3 && std::strcmp(words[1], "--once") == 0) return bench::readOnce(words[2]) ? 0 : 1;
+  if (count < 2) {
+    std::fprintf(stderr, "bench: wants a directory with documents\n");
+    return 2;
+  }
+  const std::string documents = words[1];
   std::vector<char *> arguments(words, words + count);
   std::string interleaved = "--benchmark_enable_random_interleaving=true";
-  arguments.insert(arguments.begin() + 1, interleaved.data());
+  arguments[1] = interleaved.data();
   count = static_cast<int>(arguments.size());
   benchmark::Initialize(&count, arguments.data());
   if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
@@ -23,7 +28,7 @@ int main(int count, char **words) {
   bench::measureReading();
   bench::measureList();
   bench::measureSession();
-  bench::measurePrograms();
+  bench::measurePrograms(documents);
   bench::TableReporter tables(bench::names());
   benchmark::RunSpecifiedBenchmarks(&tables);
 }

@@ -5,7 +5,9 @@
 
 #include <chrono>
 #include <cstdio>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "bench/inputs.h"
@@ -19,7 +21,21 @@
 namespace bench {
 namespace {
 
-using File = std::shared_ptr<const std::string>;
+// Made when it is first asked for: what is not measured costs nothing.
+class LateText {
+public:
+  explicit LateText(std::function<std::string()> make) : make_(std::move(make)) {}
+  const std::string &operator*() {
+    if (!text_) text_ = make_();
+    return *text_;
+  }
+
+private:
+  std::function<std::string()> make_;
+  std::optional<std::string> text_;
+};
+
+using File = std::shared_ptr<LateText>;
 
 constexpr char table[] = "reading";
 constexpr char ours[] = "ours, registered";
@@ -68,43 +84,49 @@ size_t countWords(const std::string &file) {
   return words;
 }
 
-void finish(benchmark::State &state, const File &file) {
-  state.SetBytesProcessed(static_cast<int64_t>(file->size()) * state.iterations());
+void finish(benchmark::State &state, const std::string &file) {
+  state.SetBytesProcessed(static_cast<int64_t>(file.size()) * state.iterations());
 }
 
 enum class Expected { registered, nothing };
 
 void measureOurs(const std::string &name, const File &file, Expected expected) {
   measure(table, name, ours, [file, expected](benchmark::State &state) {
+    const std::string &text = **file;
     for (auto _ : state)
-      if (readAndRegister(*file) != (expected == Expected::registered)) state.SkipWithError("read wrongly");
-    finish(state, file);
+      if (readAndRegister(text) != (expected == Expected::registered)) state.SkipWithError("read wrongly");
+    finish(state, text);
   });
   measure(table, name, "lexer alone", [file](benchmark::State &state) {
+    const std::string &text = **file;
     for (auto _ : state)
-      benchmark::DoNotOptimize(countWords(*file));
-    finish(state, file);
+      benchmark::DoNotOptimize(countWords(text));
+    finish(state, text);
   });
 }
 
 void measureOthers(const std::string &name, const File &file) {
   for (const Contender &contender : contenders) {
     measure(table, name, std::string(contender.name) + ", array", [file, contender](benchmark::State &state) {
+      const std::string &text = **file;
       for (auto _ : state)
-        if (!readIntoArray(contender.parse, *file)) return state.SkipWithError("refused");
-      finish(state, file);
+        if (!readIntoArray(contender.parse, text)) return state.SkipWithError("refused");
+      finish(state, text);
     });
     measure(table, name, std::string(contender.name) + ", list", [file, contender](benchmark::State &state) {
+      const std::string &text = **file;
       for (auto _ : state)
-        if (!readIntoList(contender.parse, *file)) return state.SkipWithError("refused");
-      finish(state, file);
+        if (!readIntoList(contender.parse, text)) return state.SkipWithError("refused");
+      finish(state, text);
     });
   }
 }
 
-void measureHits(const std::string &name, const std::vector<Hit> &hits) {
+void measureHits(const std::string &name, const std::function<std::vector<Hit>()> &hits,
+                 Spelling spelling = Spelling::alike) {
   for (const auto &[layout, suffix] : {std::pair{Layout::lines, ", a tag a line"}, {Layout::oneLine, ", one line"}}) {
-    const auto file = std::make_shared<const std::string>(highlightFile(hits, layout));
+    const auto file = std::make_shared<LateText>(
+        [hits, layout = layout, spelling] { return highlightFile(hits(), layout, spelling); });
     measureOurs(name + suffix, file, Expected::registered);
     measureOthers(name + suffix, file);
   }
@@ -154,23 +176,25 @@ bool readOnce(const std::string &who) {
 }
 
 void measureReading() {
-  measureHits("S, 40 hits on 6 pages", usualHits());
+  measureHits("S, 40 hits on 6 pages", usualHits);
   measureFirstCall(ours);
   for (const Contender &contender : contenders)
     measureFirstCall(std::string(contender.name) + ", list");
-  measureHits("M, 60 pages of 400", inPageOrder(60, 400));
-  measureHits("L, 1,000 pages of 400", inPageOrder(1000, 400));
-  measureHits("W, 65,000 on one page", onOnePage(65000, false));
-  measureHits("W, shuffled", onOnePage(65000, true));
-  measureHits("P, 10,000 pages of 100", inPageOrder(10000, 100));
-  measureHits("P, interleaved", interleaved(10000, 100));
+  measureHits("M, 60 pages of 400", [] { return inPageOrder(60, 400); });
+  measureHits("L, 1,000 pages of 400", [] { return inPageOrder(1000, 400); });
+  measureHits(
+      "L, spelled in two ways by turns", [] { return inPageOrder(1000, 400); }, Spelling::inTurn);
+  measureHits("W, 65,000 on one page", [] { return onOnePage(65000, false); });
+  measureHits("W, shuffled", [] { return onOnePage(65000, true); });
+  measureHits("P, 10,000 pages of 100", [] { return inPageOrder(10000, 100); });
+  measureHits("P, interleaved", [] { return interleaved(10000, 100); });
   constexpr size_t size = 17'000'000;
   for (const auto &[layout, suffix] : {std::pair{Layout::lines, ", lines"}, {Layout::oneLine, ", one line"}}) {
-    const auto none = std::make_shared<const std::string>(article(size, layout));
+    const auto none = std::make_shared<LateText>([layout = layout] { return article(size, layout); });
     measureOurs(std::string("N, another kind of XML") + suffix, none, Expected::nothing);
     measureOthers(std::string("N, another kind of XML") + suffix, none);
-    measureOurs(std::string("Q, hostile") + suffix, std::make_shared<const std::string>(hostile(size, layout)),
-                Expected::nothing);
+    measureOurs(std::string("Q, hostile") + suffix,
+                std::make_shared<LateText>([layout = layout] { return hostile(size, layout); }), Expected::nothing);
   }
 }
 

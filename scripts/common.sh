@@ -30,3 +30,21 @@ build() {
   rm -f "build-$preset.log"
   cmake --build --preset "$preset" "${targets[@]}"
 }
+
+# fetch PACKAGE FILE PLACE: a document from one of Debian's packages, which need not be installed, unless it is there.
+fetch() {
+  local package=$1 file=$2 place=$3 work
+  [[ ! -f $place ]] || return 0
+  echo "Fetching ${place##*/}"
+  mkdir -p "$(dirname "$place")"
+  work=$(mktemp -d "$(dirname "$place")/fetching.XXXXXX")
+  if [[ -f /$file ]]; then
+    cp "/$file" "$work/document"
+  else
+    (cd "$work" && { ls /var/lib/apt/lists/*Packages* >/dev/null 2>&1 || ${SUDO:-} apt-get update -qq; } &&
+      apt-get download -qq -o APT::Sandbox::User="$(id -un)" "$package" && dpkg-deb -x "$package"_*.deb package &&
+      mv "package/$file" document)
+  fi
+  mv "$work/document" "$place"
+  rm -rf "$work"
+}

@@ -12,6 +12,9 @@ namespace {
 constexpr uint32_t pageStep = 8;
 constexpr uint32_t wordStep = 16;
 
+/// Where the last search for a page ended, in whatever list: a guess that is checked, nothing more.
+uint32_t s_lately;
+
 /// With fewer entries the plain loop is as fast.
 constexpr uint16_t worthSkipping = 8;
 
@@ -145,14 +148,19 @@ Bool16 HLL_GetHL(const HLL *list, uint32_t pageIndex, uint16_t wordIndex, int32_
 
 Bool16 HLL_FindPagePos(const HLL *list, int32_t page, uint32_t *pageIndex) {
   const uint32_t count = HLL_GetPageCount(list);
-  if (count == 0) return 0;
-  // No page is there twice, so it does not matter that the last one is looked at first: files go page by page.
-  uint32_t i = list->pages[count - 1].page == page ? count - 1 : 0;
-  while (i < count && list->pages[i].page != page)
-    ++i;
-  if (i == count) return 0;
-  *pageIndex = i;
-  return 1;
+  // No page is there twice, so it does not matter which is looked at first: files go page by page, or through the pages
+  // once for each word that was searched for.
+  for (const uint32_t guess : {count - 1, s_lately, s_lately + 1})
+    if (guess < count && list->pages[guess].page == page) {
+      *pageIndex = s_lately = guess;
+      return 1;
+    }
+  for (uint32_t i = 0; i < count; ++i)
+    if (list->pages[i].page == page) {
+      *pageIndex = s_lately = i;
+      return 1;
+    }
+  return 0;
 }
 
 HLP *HLLFindPage(const HLL *list, int32_t page) {

@@ -1,6 +1,7 @@
 // The wrapped allocators: count, fail where a test wants it, and remember every block.
 #include "tests/support/FailingMemory.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <unordered_map>
 
@@ -18,7 +19,7 @@ void __wrap_free(void *block);
 namespace {
 
 size_t s_next, s_firstFailing = SIZE_MAX, s_lastFailing;
-size_t s_live, s_freedTwice;
+size_t s_live, s_freedTwice, s_bytes, s_mostBytes;
 
 bool refused() {
   const size_t number = s_next++;
@@ -26,6 +27,11 @@ bool refused() {
 }
 
 enum class State : char { live, freed };
+
+struct Block {
+  State state;
+  size_t size;
+};
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
@@ -42,17 +48,19 @@ constexpr bool sanitized = false;
 
 /// Never destroyed: blocks come and go before and after everything else. The addresses are kept inverted, so that who
 /// looks for leaks does not take this account for an owner.
-std::unordered_map<uintptr_t, State> &blocks() {
-  static auto *all = new std::unordered_map<uintptr_t, State>;
+std::unordered_map<uintptr_t, Block> &blocks() {
+  static auto *all = new std::unordered_map<uintptr_t, Block>;
   return *all;
 }
 
 uintptr_t keyOf(const void *block) { return ~reinterpret_cast<uintptr_t>(block); }
 
-void *noted(void *block) {
+void *noted(void *block, size_t size) {
   if (block == nullptr) return nullptr;
   ++s_live;
-  blocks()[keyOf(block)] = State::live;
+  s_bytes += size;
+  s_mostBytes = std::max(s_mostBytes, s_bytes);
+  blocks()[keyOf(block)] = {State::live, size};
   return block;
 }
 
@@ -61,25 +69,28 @@ void *noted(void *block) {
 bool forget(void *block) {
   const auto found = blocks().find(keyOf(block));
   if (found == blocks().end()) return true;
-  if (found->second == State::freed) {
+  if (found->second.state == State::freed) {
     ++s_freedTwice;
     return false;
   }
   --s_live;
-  found->second = State::freed;
+  s_bytes -= found->second.size;
+  found->second.state = State::freed;
   if (sanitized) blocks().erase(found);
   return true;
 }
 
 } // namespace
 
-void *__wrap_malloc(size_t size) { return refused() ? nullptr : noted(__real_malloc(size)); }
+void *__wrap_malloc(size_t size) { return refused() ? nullptr : noted(__real_malloc(size), size); }
 
-void *__wrap_calloc(size_t count, size_t size) { return refused() ? nullptr : noted(__real_calloc(count, size)); }
+void *__wrap_calloc(size_t count, size_t size) {
+  return refused() ? nullptr : noted(__real_calloc(count, size), count * size);
+}
 
 void *__wrap_realloc(void *block, size_t size) {
   if (refused() || (block != nullptr && !forget(block))) return nullptr;
-  return noted(__real_realloc(block, size));
+  return noted(__real_realloc(block, size), size);
 }
 
 void __wrap_free(void *block) {
@@ -101,3 +112,9 @@ bool FailingMemory::failed() const { return s_next > s_firstFailing; }
 size_t liveBlocks() { return s_live; }
 
 size_t blocksFreedTwice() { return s_freedTwice; }
+
+size_t liveBytes() { return s_bytes; }
+
+size_t mostBytes() { return s_mostBytes; }
+
+void watchBytes() { s_mostBytes = s_bytes; }

@@ -27,3 +27,10 @@ size_t liveBlocks();
 
 /// Blocks that were to be freed a second time since the program's start; they were not.
 size_t blocksFreedTwice();
+
+/// Bytes in blocks that are not freed yet, as they were asked for.
+size_t liveBytes();
+
+/// The most that liveBytes() has been since the last call of watchBytes().
+size_t mostBytes();
+void watchBytes();

@@ -1,6 +1,8 @@
 // The highlight list: adding, finding, growing, copying, deleting.
 #include <gtest/gtest.h>
 
+#include <map>
+
 #include "plugin/glt/glt.h"
 #include "tests/host/RecordingHost.h"
 #include "tests/plugin/glt/lists.h"
@@ -406,6 +408,20 @@ INSTANTIATE_TEST_SUITE_P(HighlightListMemory, CopyWithoutMemory,
                              {{"NoneFails"}, 4, {{1, 1, 1}, {2, 2, 2}}},
                          }),
                          rowName<PartOfACopy>);
+
+// A search begins where the last one ended, whosever list that was: what it finds must not depend on that.
+TEST(HighlightList, PagesAreFoundInWhateverOrderTheyAreLookedFor) {
+  const ListOwner many({{9, 1, 1}, {2, 1, 1}, {7, 1, 1}, {5, 1, 1}, {4, 1, 1}}), few({{7, 1, 1}, {9, 1, 1}}), none({});
+  for (const HLL *before : {many.list(), few.list(), none.list()})
+    for (const int32_t first : {9, 2, 7, 5, 4, 3})
+      for (const int32_t wanted : {9, 2, 7, 5, 4, 3}) {
+        uint32_t ignored = 0, index = 77;
+        HLL_FindPagePos(before, first, &ignored);
+        EXPECT_EQ(HLL_FindPagePos(many, wanted, &index), wanted != 3);
+        EXPECT_EQ(index,
+                  wanted == 3 ? 77U : (std::map<int32_t, uint32_t>{{9, 0}, {2, 1}, {7, 2}, {5, 3}, {4, 4}}[wanted]));
+      }
+}
 
 // Whoever translates a list in place may leave two entries at one place.
 TEST(HighlightList, CopyOfAPageWithAPlaceTwiceKeepsTheFirst) {

@@ -143,9 +143,7 @@ void takeHeaderAttribute(Reading &reading, uint8_t attribute, const LexWord &val
   }
 }
 
-// Both read the rest of a tag, up to a word that ends with '>' or to the end of the text, and return where they got to;
-// null for that end.
-
+/// The attributes of the body tag, up to a word that ends with '>'. Returns where that ends; null where the text does.
 const char *readHeader(Reading &reading, const char *at) {
   for (bool last = false; !last;) {
     LexWord word;
@@ -182,8 +180,8 @@ const char *readExpectedLocations(Reading &reading, const char *at) {
   return at;
 }
 
-/// A location word by word, from behind its name. Where a shape is given, it is learned if nothing in the tag is a
-/// value but numbers, and every name has its own; `part` is where it begins.
+/// A location word by word, from behind its name; ends as a body tag does. Where a shape is given, it is learned if
+/// nothing in the tag is a value but numbers, and every name has its own; `part` is where it begins.
 const char *readLocation(Reading &reading, const char *at, TagShape *shape, const char *part) {
   LocationValues values;
   memcpy(values, noValues, sizeof values);
@@ -227,6 +225,7 @@ Outcome readWords(Reading &reading) {
   if (roles.find(word, text.end, Role::other) != Role::header) return Outcome::abandoned;
   while (at != nullptr) {
     const char *const before = readExpectedLocations(reading, at);
+    const bool uncut = shapeHasRoom(text);
     at = lexStepOver(before);
     if (*at != '<') at = lexSkipText(text, at);
     at = lexNextWord(text, at, word);
@@ -245,7 +244,7 @@ Outcome readWords(Reading &reading) {
       break;
     case Role::location:
       if (reading.inSection && !endsWithBracket(word)) {
-        const bool learn = lexStepOver(before) == word.begin && shapeMissed(reading.shape);
+        const bool learn = uncut && lexStepOver(before) == word.begin && shapeMissed(reading.shape);
         at = readLocation(reading, at, learn ? &reading.shape : nullptr, before);
       }
       break;

@@ -48,8 +48,7 @@ void shapeEnd(TagShape &shape, const char *begin, const char *end, uint32_t last
 }
 
 const char *shapeFollow(TagShape &shape, LexText &text, const char *at, int32_t *values) {
-  // A word that is being cut must not end within the tag.
-  if (!shape.known || (text.room != 0 && text.room < TagPart::longest)) return nullptr;
+  if (!shape.known || !shapeHasRoom(text)) return nullptr;
   for (uint32_t i = 0;; ++i) {
     const TagPart &part = shape.parts[i];
     if (text.end - at < TagPart::longest || !follows(part, at)) return nullptr;

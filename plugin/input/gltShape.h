@@ -23,6 +23,9 @@ struct TagShape {
   uint32_t lastWord;        ///< that word's length
 };
 
+/// Whether a tag can begin here without being cut: else a shape says nothing of its words.
+inline bool shapeHasRoom(const LexText &text) { return text.room == 0 || text.room >= TagPart::longest; }
+
 /// Notes that a tag has not this shape. True when its own is to be learned instead, which then has begun: two spellings
 /// by turns are no reason.
 bool shapeMissed(TagShape &shape);
@@ -32,6 +35,6 @@ void shapeNumber(TagShape &shape, const char *begin, const char *end, uint8_t at
 /// it fits.
 void shapeEnd(TagShape &shape, const char *begin, const char *end, uint32_t lastWord);
 
-/// Reads a tag from behind its name, if it has this shape: puts its numbers where they belong and returns where it
-/// ends. Otherwise null; then some values may have been written.
+/// Reads the next tag from where the one before ended, if it has this shape: puts its numbers where they belong and
+/// returns where it ends. Otherwise null; then some values may have been written.
 const char *shapeFollow(TagShape &shape, LexText &text, const char *at, int32_t *values);

@@ -22,14 +22,13 @@ uint32_t notableOf(const char *at) {
 #endif
 
 /// The first byte that opens or ends something.
-const char *nextNotable(const LexText &text, const char *at) {
+const char *nextNotable([[maybe_unused]] const LexText &text, const char *at) {
 #ifdef __SSE2__
   for (; text.end - at >= 16; at += 16) {
     const uint32_t found = notableOf(at);
     if (found != 0) return at + std::countr_zero(found);
   }
 #endif
-  (void)text;
   while ((lexStep(*at) & notable) == 0)
     ++at;
   return at;

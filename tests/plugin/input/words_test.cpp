@@ -1,0 +1,249 @@
+// The reader's words beside the word splitter's: the same ones, cut between joined tags.
+#include "plugin/input/gltWords.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "tests/plugin/input/tokens.h"
+#include "tests/support/Rows.h"
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+/// What is to come out: the splitter's words until its cursor is at the end. One that is not quoted is cut behind every
+/// '>' that a '<' follows.
+Words splitterWords(const std::string &text) {
+  Words words;
+  for (Lexer lexer(text); *lexer.cursor != '\0';) {
+    const Token token = lexer.next();
+    if (token.kind != HWLEX_WORD) continue;
+    words.emplace_back();
+    for (const char c : token.text) {
+      const bool quoted = token.text[0] == '\'' || token.text[0] == '(';
+      if (!quoted && c == '<' && !words.back().empty() && words.back().back() == '>') words.emplace_back();
+      words.back() += c;
+    }
+  }
+  return words;
+}
+
+Words onlyTags(const Words &words) {
+  Words tags;
+  for (const std::string &word : words)
+    if (word[0] == '<') tags.push_back(word);
+  return tags;
+}
+
+/// A text alone in memory, so that a sanitizer sees every byte read beyond it.
+class Text {
+public:
+  explicit Text(const std::string &text) : bytes_(text.c_str(), text.c_str() + text.size() + 1) {
+    bytes_.shrink_to_fit();
+    text_ = {bytes_.data(), bytes_.data() + text.size(), 0};
+    at_ = text_.begin;
+  }
+
+  /// False at the end.
+  bool next(std::string &word) {
+    LexWord found;
+    at_ = lexNextWord(text_, at_, found);
+    if (at_ == nullptr) return false;
+    EXPECT_EQ(at_, found.begin + found.length);
+    word.assign(found.begin, found.length);
+    return true;
+  }
+
+  void skip() { at_ = lexSkipText(text_, at_); }
+
+private:
+  std::vector<char> bytes_;
+  LexText text_;
+  const char *at_;
+};
+
+Words wordsOf(const std::string &text) {
+  Words words;
+  std::string word;
+  for (Text rest(text); rest.next(word);)
+    words.push_back(word);
+  return words;
+}
+
+/// The tags that are found when everything else is left out.
+Words tagsOf(const std::string &text) {
+  Words words;
+  std::string word;
+  Text rest(text);
+  for (rest.skip(); rest.next(word); rest.skip())
+    words.push_back(word);
+  return onlyTags(words);
+}
+
+void expectSplitterWords(const std::string &text) {
+  const Words words = splitterWords(text);
+  ASSERT_EQ(wordsOf(text), words) << testing::PrintToString(text);
+  ASSERT_EQ(tagsOf(text), onlyTags(words)) << testing::PrintToString(text);
+}
+
+struct WordsRow : Row {
+  std::string text;
+  Words words;
+};
+
+class ReaderWords : public testing::TestWithParam<WordsRow> {};
+
+TEST_P(ReaderWords, Are) {
+  EXPECT_EQ(wordsOf(GetParam().text), GetParam().words);
+  EXPECT_EQ(splitterWords(GetParam().text), GetParam().words);
+}
+
+TEST_P(ReaderWords, NoTagIsLeftOut) { EXPECT_EQ(tagsOf(GetParam().text), onlyTags(GetParam().words)); }
+
+std::string a(int count) { return times(count, "a"); }
+
+const WordsRow cuts[] = {
+    {{"At250"}, a(250) + " b c", {a(250), "b"}},
+    {{"At251"}, a(251) + " b c", {a(250), "a", "b"}},
+    {{"Twice"}, a(500) + "b c", {a(250), a(250), "b"}},
+    {{"TagBegunByACut"}, a(250) + "<b> c", {a(250), "<b>"}},
+    {{"TagBegunByTheSecondCut"}, a(500) + "<b> c", {a(250), a(250), "<b>"}},
+    {{"TagOneByteBeforeTheCut"}, a(249) + "<b> c", {a(249) + "<", "b>"}},
+    {{"TagOneByteBehindTheCut"}, a(251) + "<b> c", {a(250), "a<b>"}},
+};
+INSTANTIATE_TEST_SUITE_P(Cuts, ReaderWords, testing::ValuesIn(cuts), rowName<WordsRow>);
+
+const WordsRow joints[] = {
+    {{"BetweenTags"}, "<a><b> c d", {"<a>", "<b>", "c"}},
+    {{"BetweenManyTags"}, "<a><b><c></c> d", {"<a>", "<b>", "<c>", "</c>"}},
+    {{"BehindText"}, "aa><b> c", {"aa>", "<b>"}},
+    {{"OnlyWhereOneEndsAndOneBegins"}, ">><<a b c", {">>", "<<a", "b"}},
+    {{"NotBeforeATagInsideAWord"}, "a<b c d", {"a<b", "c"}},
+    {{"NotWithABlankBetween"}, "<a> <b> c", {"<a>", "<b>"}},
+    {{"AtTheCut"}, a(249) + "><b> c d", {a(249) + ">", "<b>", "c"}},
+    {{"OneByteBeforeTheCut"}, a(248) + "><b> c d", {a(248) + ">", "<", "b>", "c"}},
+    {{"OneByteBehindTheCut"}, a(250) + "><b> c d", {a(250), ">", "<b>", "c"}},
+    {{"PieceEndsAtTheCutOfTheWhole"}, "<" + a(240) + "><location e", {"<" + a(240) + ">", "<locatio", "n"}},
+    {{"PieceReachesTheCutOfTheWhole"}, "<" + a(244) + "><loc e", {"<" + a(244) + ">", "<loc"}},
+    {{"WordBehindTheCutHas250Again"},
+     "<" + a(244) + "><loc" + a(251) + " e",
+     {"<" + a(244) + ">", "<loc", a(250), "a"}},
+    {{"AfterAQuoteInsideTheWord"}, "a'><b c d", {"a'>", "<b", "c"}},
+    {{"NotInAQuotedWord"}, "'a><b' c d", {"'a><b'", "c"}},
+    {{"NotInParentheses"}, "(a><b) c d", {"(a><b)", "c"}},
+    {{"BehindTheCutOfAQuotedWord"}, "'" + times(249, "=") + "><b> c", {"'" + times(249, "="), ">", "<b>"}},
+};
+INSTANTIATE_TEST_SUITE_P(Joints, ReaderWords, testing::ValuesIn(joints), rowName<WordsRow>);
+
+const WordsRow ends[] = {
+    {{"NoByte"}, "", {}},
+    {{"OneByteAlone"}, "a", {"a"}},
+    {{"OneQuoteAlone"}, "'", {"'"}},
+    {{"SentenceEndAlone"}, "!", {}},
+    {{"LastByteBegins"}, "b a", {"b"}},
+    {{"LastByteIsATag"}, "b <", {"b"}},
+    {{"LastByteIsAQuote"}, "b '", {"b"}},
+    {{"LastTwoBytesBegin"}, "b aa", {"b", "aa"}},
+    {{"LastByteBehindABlank"}, " a", {}},
+    {{"LastByteBehindOther"}, "=a", {}},
+    {{"LastByteBehindASentenceEnd"}, "!a", {}},
+    {{"LastByteBehindALineBreak"}, "\n a", {}},
+    {{"LastByteBehindAQuotedWord"}, "'a b'=c", {"'a b'"}},
+    {{"LastByteIsAPiece"}, "<a><", {"<a>", "<"}},
+    {{"LastByteIsAPieceUpToTheCut"}, a(248) + "><", {a(248) + ">", "<"}},
+    {{"LastByteBehindAJointAtTheCut"}, a(249) + "><", {a(249) + ">"}},
+    {{"LastByteBehindACut"}, a(250) + "b", {a(250)}},
+    {{"LastTwoBytesBehindACut"}, a(250) + "bc", {a(250), "bc"}},
+    {{"NulEndsAWord"}, std::string("ab\0cd", 5), {"ab"}},
+    {{"NulBehindTheFirstByte"}, std::string("a\0b", 3), {"a"}},
+    {{"NulBehindOneByte"}, std::string("b a\0c", 5), {"b"}},
+    {{"NulEndsAQuotedWord"}, std::string("'a b\0 c'", 8), {"'a b"}},
+    {{"NulBehindAJoint"}, std::string("<a><\0<b> c", 10), {"<a>", "<"}},
+};
+INSTANTIATE_TEST_SUITE_P(Ends, ReaderWords, testing::ValuesIn(ends), rowName<WordsRow>);
+
+const WordsRow quotes[] = {
+    {{"AtTheStart"}, "'a b' c d", {"'a b'", "c"}},
+    {{"BehindASentenceEnd"}, "!'a b' c d", {"'a b'", "c"}},
+    {{"BehindALineBreak"}, "\n (a b) c d", {"(a b)", "c"}},
+    {{"InsideAWord"}, "a'b c' d", {"a'b", "c'"}},
+    {{"BehindATag"}, "<a>'b c' d", {"<a>'b", "c'"}},
+    {{"OpensAtACut"}, a(250) + "'b c' d e", {a(250), "'b c'", "d"}},
+    {{"ParenthesisOpensAtACut"}, a(250) + "(b <c) d e", {a(250), "(b <c)", "d"}},
+    {{"OpensOneByteBeforeACut"}, a(249) + "'b c' d", {a(249) + "'", "b", "c'"}},
+    {{"OpensOneByteBehindACut"}, a(251) + "'b c' d", {a(250), "a'b", "c'"}},
+    {{"ClosesAsByte250"}, "'" + times(248, " ") + "' b c", {"'" + times(248, " ") + "'", "b"}},
+    {{"ClosesAsByte251"}, "'" + times(249, " ") + "' b c", {"'" + times(249, " "), "' b c"}},
+    {{"ClosesAtTheEnd"}, "a 'b c'", {"a", "'b c'"}},
+    {{"NeverCloses"}, "'a <b> c", {"'a <b> c"}},
+    {{"HoldsASentenceEnd"}, "'a! b' c d", {"'a! b'", "c"}},
+    {{"HoldsATag"}, "'a <b' <c> d", {"'a <b'", "<c>"}},
+    {{"ClosesOnlyBeforeNonWordBytes"}, "(a)b <c) <d> e", {"(a)b <c)", "<d>"}},
+};
+INSTANTIATE_TEST_SUITE_P(Quotes, ReaderWords, testing::ValuesIn(quotes), rowName<WordsRow>);
+
+const WordsRow sentenceEnds[] = {
+    {{"TakeTheirDotsAndBlanks"}, "!. ? .a b", {"a"}},
+    {{"InsideARun"}, "a.!.b c", {"a.", "b"}},
+    {{"BeforeATag"}, "a!<b> c", {"a", "<b>"}},
+    {{"DotAsByte250"}, times(249, "!") + ".b c", {"b"}},
+    {{"DotAsByte251"}, times(250, "!") + ".b c", {".b"}},
+    {{"QuestionMarkAsByte251"}, times(250, "!") + "?<b> c", {"?<b>"}},
+    {{"DotBehindTheSecond"}, times(251, "!") + ".b c", {"b"}},
+    {{"BlankAsByte251"}, times(250, "!") + " .b c", {".b"}},
+    {{"FirstOf250Dots"}, "!" + times(249, ".") + ".b c", {".b"}},
+    {{"FirstOfManyBlanks"}, "!" + times(300, " ") + ".b c", {".b"}},
+    {{"QuoteBehindTheCut"}, times(250, "!") + "'a b' c d", {"'a b'", "c"}},
+};
+INSTANTIATE_TEST_SUITE_P(SentenceEnds, ReaderWords, testing::ValuesIn(sentenceEnds), rowName<WordsRow>);
+
+TEST(ReaderWords, EveryByteBetweenTwoTags) {
+  for (int byte = 0; byte <= 0xFF; ++byte) {
+    const std::string c(1, static_cast<char>(byte));
+    expectSplitterWords("<a>" + c + "<b> c");
+    expectSplitterWords("a" + c + "<b " + c + "> c");
+  }
+}
+
+TEST(ReaderWords, TagsBehindTextOfEveryLength) {
+  for (int length = 0; length <= 70; ++length)
+    for (const char *behind :
+         {"<b> c", " <b> c", "><b> c", "'<b> c' <d>", "'x><b> c' <d>", "(x <b> <c)", "!<b> c", "<"})
+      for (const char *before : {"", "<a>", "!", "("})
+        expectSplitterWords(before + a(length) + behind);
+}
+
+TEST(ReaderWords, JointsAtEveryPlaceAroundACut) {
+  for (int length = 240; length <= 255; ++length)
+    for (const char *behind : {"><b> c", "<b> c", ">><<b> c", "'><b>' c", "!><b> c", "<"})
+      for (const char *before : {"", "<a>", "'", "!"})
+        expectSplitterWords(before + a(length) + behind);
+}
+
+std::string generatedText(std::mt19937 &random) {
+  static const std::string bytes = "abc<<>>'()!.? =\n\t\"1/\x14\xE9";
+  static const std::string pieces[] = {"><", "/><loc ", "<b>", "'a b' ", "(c <d) ", "! . ", "\n\n ", "a.b!"};
+  std::string text;
+  for (const size_t target = random() % 400; text.size() < target;)
+    switch (random() % 4) {
+    case 0:
+      text += pieces[random() % std::size(pieces)];
+      break;
+    case 1:
+      text.append(random() % 16 == 0 ? 235 + random() % 20 : random() % 40, bytes[random() % bytes.size()]);
+      break;
+    default:
+      for (auto count = random() % 12; count > 0; --count)
+        text += bytes[random() % bytes.size()];
+    }
+  return text;
+}
+
+TEST(ReaderWords, OfGeneratedTexts) {
+  std::mt19937 random(20240611);
+  for (int i = 0; i < 1500 && !testing::Test::HasFailure(); ++i)
+    expectSplitterWords(generatedText(random));
+}
+
+} // namespace

@@ -26,7 +26,7 @@ protected:
 // Far from the end of the file, and right before it.
 TEST_P(LocationShape, Makes) {
   expectHighlights(fileOf(GetParam().tags) + times(40, " "));
-  expectHighlights("<XML><highlights> " + GetParam().tags + " </Body>");
+  expectHighlights("<XML><highlights>\n" + GetParam().tags + " </Body>");
 }
 
 /// A tag as programs write it.
@@ -40,12 +40,12 @@ std::string bare(const std::string &page, const std::string &pos, const std::str
 }
 
 const std::string two = tag("3", "1", "1") + "\n" + tag("3", "2", "2") + "\n";
-const std::string twoJoined = tag("3", "1", "1") + tag("3", "2", "2");
+const std::string twoJoined = "<a>" + tag("3", "1", "1") + tag("3", "2", "2");
 
 /// Two tags before the one in question and two behind, a line each.
 std::string among(const std::string &odd) { return two + odd + "\n" + tag("3", "8", "8") + "\n" + tag("3", "9", "9"); }
 
-/// Likewise, joined.
+/// Likewise, joined, the first one to another tag.
 std::string joined(const std::string &odd) { return twoJoined + odd + tag("3", "8", "8") + tag("3", "9", "9"); }
 
 /// What those tags make, with `more` in the middle.
@@ -66,32 +66,38 @@ const ShapeRow alike[] = {
      bare("3", "1", "1") + "\r\n" + bare("3", "2", "2") + "\r\n" + bare("4", "5", "6") + "\r\n",
      {{3, 1, 1}, {3, 2, 2}, {4, 5, 6}}},
     {{"WithClosingTags"},
-     "<loc pg=3 pos=1 ></loc><loc pg=3 pos=2 ></loc><loc pg=3 pos=3 ></loc>",
+     "<a><loc pg=3 pos=1 ></loc><loc pg=3 pos=2 ></loc><loc pg=3 pos=3 ></loc>",
      {{3, 1, 0}, {3, 2, 0}, {3, 3, 0}}},
     {{"LongNames"},
      "<location page=\"3\" position=\"1\" length=\"4\"/>\n<location page=\"3\" position=\"2\" "
      "length=\"5\"/>\n<location page=\"3\" position=\"3\" length=\"6\"/>\n",
      {{3, 1, 4}, {3, 2, 5}, {3, 3, 6}}},
     {{"LengthFirst"},
-     "<loc len=1 pos=2 pg=3 ><loc len=4 pos=5 pg=3 ><loc len=6 pos=7 pg=3 >",
+     "<a><loc len=1 pos=2 pg=3 ><loc len=4 pos=5 pg=3 ><loc len=6 pos=7 pg=3 >",
      {{3, 2, 1}, {3, 5, 4}, {3, 7, 6}}},
-    {{"NoLength"}, "<loc pg=3 pos=1 ><loc pg=3 pos=2 ><loc pg=3 pos=4 >", {{3, 1, 0}, {3, 2, 0}, {3, 4, 0}}},
-    {{"NoPosition"}, "<loc pg=3 len=1 ><loc pg=3 len=2 ><loc pg=3 len=4 ><loc pg=3 pos=1 >", {{3, 1, 0}}},
-    {{"NoPage"}, "<loc pos=3 len=1 ><loc pos=4 len=2 ><loc pos=5 len=4 ><loc pg=3 pos=1 >", {{3, 1, 0}}},
-    {{"NoAttributes"}, "<loc x><loc x><loc x><loc pg=3 pos=1 ><loc x>", {{3, 1, 0}}},
+    {{"NoLength"}, "<a><loc pg=3 pos=1 ><loc pg=3 pos=2 ><loc pg=3 pos=4 >", {{3, 1, 0}, {3, 2, 0}, {3, 4, 0}}},
+    {{"NoPosition"}, "<a><loc pg=3 len=1 ><loc pg=3 len=2 ><loc pg=3 len=4 ><loc pg=3 pos=1 >", {{3, 1, 0}}},
+    {{"NoPage"}, "<a><loc pos=3 len=1 ><loc pos=4 len=2 ><loc pos=5 len=4 ><loc pg=3 pos=1 >", {{3, 1, 0}}},
+    {{"NoAttributes"}, "<a><loc x><loc x><loc x><loc pg=3 pos=1 ><loc x>", {{3, 1, 0}}},
     {{"PageTwice"},
-     "<loc pg=1 pg=3 pos=1 ><loc pg=1 pg=3 pos=2 ><loc pg=2 pg=4 pos=3 >",
+     "<a><loc pg=1 pg=3 pos=1 ><loc pg=1 pg=3 pos=2 ><loc pg=2 pg=4 pos=3 >",
      {{3, 1, 0}, {3, 2, 0}, {4, 3, 0}}},
     {{"FourNumbers"},
-     "<loc pg=1 pg=3 pos=1 len=4 ><loc pg=1 pg=3 pos=2 len=5 ><loc pg=2 pg=4 pos=3 len=6 >",
+     "<a><loc pg=1 pg=3 pos=1 len=4 ><loc pg=1 pg=3 pos=2 len=5 ><loc pg=2 pg=4 pos=3 len=6 >",
      {{3, 1, 4}, {3, 2, 5}, {4, 3, 6}}},
     {{"NumberOfNoAttribute"},
-     "<loc 7 pg=3 pos=1 ><loc 8 pg=3 pos=2 ><loc 9 pg=4 pos=3 >",
+     "<a><loc 7 pg=3 pos=1 ><loc 8 pg=3 pos=2 ><loc 9 pg=4 pos=3 >",
      {{3, 1, 0}, {3, 2, 0}, {4, 3, 0}}},
     {{"QuotedWordInThem"},
-     "<loc 'a 1' pg=3 pos=1 ><loc 'a 1' pg=3 pos=2 ><loc 'a 2' pg=3 pos=4 >",
+     "<a><loc 'a 1' pg=3 pos=1 ><loc 'a 1' pg=3 pos=2 ><loc 'a 2' pg=3 pos=4 >",
      {{3, 1, 0}, {3, 2, 0}, {3, 4, 0}}},
     {{"SamePosition"}, among(tag("3", "2", "7")), amongThem({})},
+    {{"ValueThatIsNoNumber"},
+     "<loc pg=3 pos=x >\n<loc pg=4 pos=x >\n<loc pg=5 pos=x >\n",
+     {{3, 0, 0}, {4, 0, 0}, {5, 0, 0}}},
+    {{"ValueOfTenDigits"},
+     "<loc pg=3 pos=0000000012 >\n<loc pg=4 pos=0000000012 >\n<loc pg=5 pos=0000000012 >\n",
+     {{3, 12, 0}, {4, 12, 0}, {5, 12, 0}}},
 };
 INSTANTIATE_TEST_SUITE_P(Alike, LocationShape, testing::ValuesIn(alike), rowName<ShapeRow>);
 
@@ -112,6 +118,7 @@ const ShapeRow numbers[] = {
     {{"SentenceEndBefore"}, among(tag("!3", "! 7", "!.1")), amongThem({{3, 7, 1}})},
     {{"TagBeginsBehind"}, among(tag("3<", "7<b>", "1")), amongThem({{3, 7, 0}})},
     {{"NoDigits"}, among(tag("3", "", "")), amongThem({{3, 0, 0}})},
+    {{"TenDigitsBeyond32Bits"}, among(tag("3", "4294967303", "1")), amongThem({})},
 };
 INSTANTIATE_TEST_SUITE_P(Numbers, LocationShape, testing::ValuesIn(numbers), rowName<ShapeRow>);
 
@@ -214,10 +221,12 @@ const ShapeRow lengths[] = {
     {{"LastByteOfALongPart"},
      spaced(1, 28, 1) + "<loc pg=3" + times(28, " ") + "pos.5 >\n<loc pg=3" + times(28, " ") + "pos=6 >\n",
      {{3, 1, 0}, {3, 2, 0}, {3, 4, 0}, {3, 6, 0}}},
+    {{"LastByteOfAPartOf17"}, spaced(1, 13, 1) + "<loc pg=3" + times(13, " ") + "pos.5 >\n", three},
+    {{"LastByteOfAPartOf33"}, spaced(1, 29, 1) + "<loc pg=3" + times(29, " ") + "pos.5 >\n", three},
 };
 INSTANTIATE_TEST_SUITE_P(Lengths, LocationShape, testing::ValuesIn(lengths), rowName<ShapeRow>);
 
-const std::string t1 = bare("3", "1", "1"), t2 = bare("3", "2", "2"), t3 = bare("3", "3", "3"),
+const std::string t1 = "<a>" + bare("3", "1", "1"), t2 = bare("3", "2", "2"), t3 = bare("3", "3", "3"),
                   t4 = bare("3", "4", "4");
 
 const ShapeRow sections[] = {
@@ -241,17 +250,23 @@ const ShapeRow pending[] = {
      "<loc 7 pg=3 pos=1 >\n<loc 7 pg=3 pos=2 >\n<loc pg=3 pos=5 len>\n<loc 9 pg=3 pos=3 >\n<loc 9 pg=3 pos=4 >\n",
      {{3, 1, 0}, {3, 2, 0}, {3, 5, 0}, {3, 3, 9}, {3, 4, 0}}},
     {{"PositionTakesANumberOfNoAttribute"},
-     "<loc 7 pg=3 ><loc 7 pg=3 ><loc pg=3 pos><loc 9 pg=4 ><loc 9 pg=5 >",
+     "<a><loc 7 pg=3 ><loc 7 pg=3 ><loc pg=3 pos><loc 9 pg=4 ><loc 9 pg=5 >",
      {{4, 9, 0}}},
     {{"PageTakesTheNextName"},
-     "<loc pos=1 pg=3 ><loc pos=2 pg=3 ><loc pg><loc pos=4 pg=3 ><loc pos=5 pg=3 >",
+     "<a><loc pos=1 pg=3 ><loc pos=2 pg=3 ><loc pg><loc pos=4 pg=3 ><loc pos=5 pg=3 >",
      {{3, 1, 0}, {3, 2, 0}, {3, 5, 0}}},
     {{"EmptyValue"},
      two + "<loc pg=\"3\" pos=\"5\" len=\"\"/>\n" + tag("3", "8", "8"),
      {{3, 1, 1}, {3, 2, 2}, {3, 5, 0}, {3, 8, 8}}},
     {{"SlashIsTheValueEachTime"},
-     "<loc pg=3 pos=1 len=/><loc pg=3 pos=2 len=/><loc pg=3 pos=4 len=/>",
+     "<a><loc pg=3 pos=1 len=/><loc pg=3 pos=2 len=/><loc pg=3 pos=4 len=/>",
      {{3, 1, 0}, {3, 2, 0}, {3, 4, 0}}},
+    {{"LengthTakesTheFirstNumberOfTheFirstShape"},
+     "<loc pg=3 pos=5 len>\n<loc 9 pg=3 pos=3 >\n<loc 9 pg=3 pos=4 >\n<loc 9 pg=3 pos=6 >\n",
+     {{3, 5, 0}, {3, 3, 9}, {3, 4, 0}, {3, 6, 0}}},
+    {{"LengthIsLeftByTheFirstShape"},
+     "<loc pg=3 pos=1 len>\n<loc 9 pg=3 pos=2 >\n<loc pg=3 pos=3 len>\n<loc 8 pg=3 pos=4 >\n",
+     {{3, 1, 0}, {3, 2, 9}, {3, 3, 0}, {3, 4, 8}}},
 };
 INSTANTIATE_TEST_SUITE_P(Pending, LocationShape, testing::ValuesIn(pending), rowName<ShapeRow>);
 

@@ -4,6 +4,7 @@
 // It owns a working copy of the bytes, from the host's allocator, and the list, until it returns. Three early returns
 // leave the copy behind on purpose: the host accounts for what its plug-ins do not give back. No frame is opened around
 // the registration, so a host call that raises there ends the reader and loses both.
+#include <bit>
 #include <cstring>
 
 #include "plugin/glt/glt.h"

@@ -1,4 +1,5 @@
-// The highlight list: three levels of plain arrays, in order of adding, searched from the front. A list only grows.
+// The highlight list: three levels of plain arrays, in order of adding, searched one by one: pages with a guess first,
+// entries from the front. A list only grows.
 #include <cstdlib>
 #include <cstring>
 
@@ -19,7 +20,7 @@ uint32_t s_lately;
 constexpr uint16_t worthSkipping = 8;
 
 /// Growth of a page's array beyond this wraps in 16 bits.
-constexpr uint16_t maxWords = 65519;
+constexpr uint16_t maxWords = UINT16_MAX / wordStep * wordStep - 1;
 
 /// The capacity for n entries: the next multiple of `step` above n.
 constexpr uint32_t targetCapacity(uint32_t n, uint32_t step) { return (n / step + 1) * step; }
@@ -66,13 +67,17 @@ bool placesDiffer(const HLP &page, Places &none) {
 }
 
 /// Appends a page with all its entries at once: what adding them one by one comes to where all places differ. Returns
-/// how many entries are dealt with: all, or the first, which is lost, as it would be alone, when memory is exhausted.
+/// how many entries are dealt with. When memory is exhausted, that is the first one, which is lost as it would be
+/// alone; none where the first ones, one by one, want less and may still be stored.
 uint32_t appendWhole(HLL *list, const HLP &page) {
   HLP *record = HLLInsertPage(list, page.page);
   if (record == nullptr) return 1;
-  const bool room = HLPCheck(record, page.count) != 0;
-  list->wordCount += room ? page.count : 1;
-  if (!room) return 1;
+  if (!HLPCheck(record, page.count)) {
+    const uint32_t lost = page.count < wordStep ? 1 : 0;
+    list->wordCount += lost;
+    return lost;
+  }
+  list->wordCount += page.count;
   memcpy(record->words, page.words, page.count * sizeof(HL));
   record->count = page.count;
   return page.count;

@@ -2,6 +2,8 @@
 // of them are compared at once, and many before anybody looks whether one was found.
 #include "plugin/glt/gltSearch.h"
 
+#include <bit>
+#include <cstddef>
 #include <cstring>
 
 #ifdef __SSE2__
@@ -15,7 +17,7 @@ namespace {
 static_assert(sizeof(TextRange) == 4 && offsetof(TextRange, pos) == 0);
 
 /// Where the place stands in an entry taken as one word, whatever the machine's byte order.
-constexpr uint32_t placeMask = __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__ ? 0xFFFF0000U : 0xFFFFU;
+constexpr uint32_t placeMask = std::endian::native == std::endian::big ? 0xFFFF0000U : 0xFFFFU;
 constexpr uint32_t placeUnit = placeMask & (0U - placeMask);
 
 /// Every machine's, without a branch a compiler could not turn into vectors: of all numbers of 16 bits only 0 has its

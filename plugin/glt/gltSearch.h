@@ -6,8 +6,8 @@
 
 #include "tavrel/types.h"
 
-/// How many of the first `count` entries can be left out because none of them starts at `pos`; less than a block of the
-/// next ones may hold it, or be too few for a block.
+/// How many of the first `count` entries can be left out because none of them starts at `pos`. Entries are compared in
+/// blocks of up to 64: one of the next 64 does start there, or there are fewer left.
 using HLSkip = uint32_t (*)(const tavrel::TextRange *entries, uint32_t count, uint16_t pos);
 
 /// A way to do it, for machines that have what it needs.

@@ -1,5 +1,6 @@
-// Splits 8-bit text into words, blanks, line breaks, sentence ends and the rest. A general word splitter; its one
-// client here reads highlight files, in which tags such as "<Body" and "</XML>" are single words.
+// Splits 8-bit text into words, blanks, line breaks, sentence ends and the rest. A general word splitter, which says
+// what a word of a highlight file is: tags such as "<Body" and "</XML>" are single ones. The reader of these files
+// takes the same words in a quicker way (gltWords.h).
 #pragma once
 
 #include <cstdint>
@@ -26,6 +27,8 @@ struct HWLEX_STATE {
   int32_t pending2;       ///< the character behind pending1; 0 is none
   char empty;             ///< always 0
 };
+
+static_assert(sizeof HWLEX_STATE::text > HWLEX_LIMIT && sizeof HWLEX_STATE::pendingText > HWLEX_LIMIT);
 
 /// The byte at the cursor, which moves on; 0 at the end of the text, where it stays.
 int32_t getch(char **cursor);

@@ -1,4 +1,5 @@
-// What the word splitter makes of bytes. For the splitter itself and for the reader, which wants nothing but words.
+// What the word splitter (gltLex.cpp) makes of bytes, and so does the reader, which has its own way to words
+// (gltWords.h). Both read the same words: whoever changes one changes the other, and a test compares them.
 #pragma once
 
 #include <array>
@@ -49,11 +50,13 @@ inline constexpr std::array<uint8_t, 256> lexClasses = [] {
   return classes;
 }();
 
-inline uint8_t lexClass(char byte) { return lexClasses[static_cast<uint8_t>(byte)]; }
+constexpr uint8_t lexClass(char byte) { return lexClasses[static_cast<uint8_t>(byte)]; }
 
-/// How many bytes a quoted word has that begins with `first` before `rest`: it holds blanks and anything else, until
-/// its closing character stands before a non-word character.
+// Both lengths end at HWLEX_LIMIT and at the end of the text.
+
+/// How many bytes a quoted word has that is `first` and what follows of `rest`: it holds blanks and anything else,
+/// until its closing character stands before a non-word character.
 uint32_t lexQuotedLength(char first, const char *rest);
 
-/// How many bytes the end of a sentence has, `before` of them before `rest`.
+/// How many bytes the end of a sentence has that is `before` bytes and what follows of `rest`.
 uint32_t lexPunctuationLength(uint32_t before, const char *rest);

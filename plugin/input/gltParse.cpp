@@ -1,4 +1,4 @@
-// The reader of highlight files: a forgiving scanner over the lexer's words, not an XML parser. It fills one highlight
+// The reader of highlight files: a forgiving scanner over words (gltWords.h), not an XML parser. It fills one highlight
 // list and registers it at "</Body>".
 //
 // It owns a working copy of the bytes, from the host's allocator, and the list, until it returns. Three early returns
@@ -60,7 +60,7 @@ constexpr LexKnownWords<Role> roles({{"<location", Role::location},
                                      {"<xml>", Role::header},
                                      {"<?xml", Role::header}});
 
-static_assert(headerNames.apart() && locationNames.apart() && roles.apart());
+static_assert(headerNames.sound() && locationNames.sound() && roles.sound());
 
 /// Everything read so far, in one call of registerGLT.
 struct Reading {
@@ -94,8 +94,9 @@ int32_t numberOf(const LexWord &word) {
   return miAtol(text);
 }
 
-/// The value that a word is, if it is the name of `name` or of none (`count`): that of the first attribute that waits
-/// for one and whose name does not come after it. A name waits for its own. `count` for no value.
+/// Whose value a word is that is the name of the attribute `name`, or of none (`count`): that of the first attribute
+/// that waits for one, unless the word is that attribute's name or an earlier one's. Then the name waits, and `count`
+/// is returned, as for a word that nothing waits for.
 uint8_t valueOf(uint8_t name, uint8_t count, uint8_t &pending) {
   const auto waiting = static_cast<uint8_t>(std::countr_zero(pending | 1U << count));
   if (name > waiting) {
@@ -160,6 +161,7 @@ const char *readHeader(Reading &reading, const char *at) {
 /// A location's values; the last one is for what is no value.
 using LocationValues = int32_t[locationAttributes + 1];
 constexpr LocationValues noValues = {-1, 0xFFFF, 0, 0};
+static_assert(attributePage == 0 && attributePosition == 1 && attributeLength == 2);
 
 void addLocation(Reading &reading, const LocationValues &values) {
   const auto pos = static_cast<uint16_t>(values[attributePosition]);
@@ -245,7 +247,7 @@ Outcome readWords(Reading &reading) {
       break;
     case Role::location:
       if (reading.inSection && !endsWithBracket(word)) {
-        const bool learn = uncut && lexStepOver(before) == word.begin && shapeMissed(reading.shape);
+        const bool learn = uncut && lexStepOver(before) == word.begin && shapeRelearn(reading.shape);
         at = readLocation(reading, at, learn ? &reading.shape : nullptr, before);
       }
       break;

@@ -4,7 +4,7 @@
 namespace {
 
 bool isPart(TagPart &part, const char *begin, const char *end) {
-  if (end - begin > TagPart::longest) return false;
+  if (static_cast<size_t>(end - begin) > TagPart::longest) return false;
   memset(&part, 0, sizeof part);
   part.length = static_cast<uint32_t>(end - begin);
   memcpy(part.bytes, begin, part.length);
@@ -28,7 +28,7 @@ bool follows(const TagPart &part, const char *at) {
 
 } // namespace
 
-bool shapeMissed(TagShape &shape) {
+bool shapeRelearn(TagShape &shape) {
   if (shape.known && ++shape.misses < 2) return false;
   shape.known = false;
   shape.fits = true;
@@ -51,7 +51,7 @@ const char *shapeFollow(TagShape &shape, LexText &text, const char *at, int32_t 
   if (!shape.known || !shapeHasRoom(text)) return nullptr;
   for (uint32_t i = 0;; ++i) {
     const TagPart &part = shape.parts[i];
-    if (text.end - at < TagPart::longest || !follows(part, at)) return nullptr;
+    if (static_cast<size_t>(text.end - at) < TagPart::longest || !follows(part, at)) return nullptr;
     at += part.length;
     if (i == shape.numbers) break;
     int32_t number;

@@ -13,22 +13,23 @@ struct TagPart {
 };
 
 struct TagShape {
-  static constexpr uint32_t most = 3;
-  bool known;               ///< whether a tag of this shape has been read to its end
-  bool fits;                ///< while it is learned: whether there has been room for all so far
-  uint32_t misses;          ///< tags since the last one that had it
-  uint32_t numbers;         ///< how many, `most` at most
-  uint8_t attributes[most]; ///< what each is the value of
-  TagPart parts[most + 1];  ///< the first begins where the tag before ended, the last ends with the tag's last word
-  uint32_t lastWord;        ///< that word's length
+  static constexpr uint32_t most = 3; ///< of numbers, whatever they mean
+  bool known;                         ///< whether a tag of this shape has been read to its end
+  bool fits;                          ///< while it is learned: whether there has been room for all so far
+  uint32_t misses;                    ///< tags since the last one that had it
+  uint32_t numbers;                   ///< how many, `most` at most
+  uint8_t attributes[most];           ///< what each is the value of
+  TagPart parts[most + 1]; ///< the first begins where the tag before ended, the last ends with the tag's last word
+  uint32_t lastWord;       ///< that word's length
 };
 
-/// Whether a tag can begin here without being cut: else a shape says nothing of its words.
+/// Whether a tag can begin here without being cut: else a shape says nothing of its words. Its first word lies within
+/// the first part, and so is shorter than that may be.
 inline bool shapeHasRoom(const LexText &text) { return text.room == 0 || text.room >= TagPart::longest; }
 
-/// Notes that a tag has not this shape. True when its own is to be learned instead, which then has begun: two spellings
-/// by turns are no reason.
-bool shapeMissed(TagShape &shape);
+/// Notes a tag that has not this shape. True when its own is to be learned instead: then the shape has been emptied for
+/// it. Two spellings by turns are no reason.
+bool shapeRelearn(TagShape &shape);
 /// A number of the tag that is learned, which stands behind the part [begin, end).
 void shapeNumber(TagShape &shape, const char *begin, const char *end, uint8_t attribute);
 /// The end of the tag, behind the part [begin, end), whose last word has that many bytes. The shape is known then, if
@@ -36,5 +37,6 @@ void shapeNumber(TagShape &shape, const char *begin, const char *end, uint8_t at
 void shapeEnd(TagShape &shape, const char *begin, const char *end, uint32_t lastWord);
 
 /// Reads the next tag from where the one before ended, if it has this shape: puts its numbers where they belong and
-/// returns where it ends. Otherwise null; then some values may have been written.
+/// returns where it ends. Otherwise null; then some values may have been written. `values` is indexed
+/// by the attributes that were given.
 const char *shapeFollow(TagShape &shape, LexText &text, const char *at, int32_t *values);

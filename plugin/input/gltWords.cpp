@@ -11,11 +11,22 @@ namespace {
 constexpr uint8_t notable = stepOpening | stepQuote | stepElse;
 
 #ifdef __SSE2__
+constexpr char notables[] = {'\0', '<', '\'', '(', '!'};
+
+static_assert([] {
+  size_t steps = 0, listed = 0;
+  for (const uint8_t step : lexSteps)
+    steps += (step & notable) != 0 ? 1 : 0;
+  for (const char c : notables)
+    listed += (lexSteps[static_cast<uint8_t>(c)] & notable) != 0 ? 1 : 0;
+  return steps == listed && listed == sizeof notables;
+}());
+
 /// Sixteen bytes at once: which of them are notable.
 uint32_t notableOf(const char *at) {
   const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i *>(at));
-  __m128i found = _mm_cmpeq_epi8(bytes, _mm_setzero_si128());
-  for (const char c : {'<', '\'', '(', '!'})
+  __m128i found = _mm_setzero_si128();
+  for (const char c : notables)
     found = _mm_or_si128(found, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(c)));
   return static_cast<uint32_t>(_mm_movemask_epi8(found));
 }

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
+#include <limits>
 #include <string_view>
 
 #include "plugin/input/gltLexBytes.h"
@@ -20,9 +21,9 @@ struct LexWord {
 
 /// A text that is being read.
 struct LexText {
-  const char *begin;
-  const char *end; ///< where its NUL stands, or further on
-  uint32_t room;   ///< while a word is being cut: how many bytes of it may still come; else 0
+  const char *begin; ///< only here may a word be the text's last byte
+  const char *end;   ///< where its NUL stands, or further on
+  uint32_t room;     ///< while a word is being cut: how many bytes of it may still come; else 0
 };
 
 /// What the reader of words makes of a byte. A bit each, none for what it steps over.
@@ -56,9 +57,9 @@ inline const char *lexStepOver(const char *at) {
 /// What lexNextWord does where more than a run of word characters is to be seen.
 const char *lexNextPiece(LexText &text, const char *at, LexWord &word);
 
-/// Takes the next word from there on; returns where it ends. Null when the text runs out, which it does before its last
-/// byte where that is not the first one and would begin a token: the lexer's look-ahead has it then, and its cursor is
-/// at the end.
+/// Takes the next word from `at` on, where the last one ended; returns where it ends. Null when the text runs out,
+/// which it does before its last byte where that is not the first one and would begin a token: the lexer's look-ahead
+/// has it then, and its cursor is at the end.
 inline const char *lexNextWord(LexText &text, const char *at, LexWord &word) {
   at = lexStepOver(at);
   if ((lexStep(*at) & (stepQuote | stepElse)) != 0) [[unlikely]]
@@ -82,7 +83,7 @@ inline const char *lexNextWord(LexText &text, const char *at, LexWord &word) {
 const char *lexSkipText(LexText &text, const char *at);
 
 /// Numbers with more digits are not read on the way.
-inline constexpr int32_t lexNumberLimit = 9;
+inline constexpr int32_t lexNumberLimit = std::numeric_limits<int32_t>::digits10;
 
 /// Reads digits; returns where they end. Null where there is none, or one more than the limit.
 inline const char *lexDigits(const char *at, int32_t &number) {
@@ -114,8 +115,7 @@ inline uint64_t lexHead(const LexWord &word, const char *end) {
   return head | blanks;
 }
 
-/// A few words that mean something, found by one comparison whatever their case. They have two bytes or more, no
-/// capital letters, and none begins like a quoted word does.
+/// A few words that mean something, found by one comparison whatever their case.
 template <typename Meaning> class LexKnownWords {
 public:
   struct Known {
@@ -126,13 +126,16 @@ public:
   constexpr LexKnownWords(std::initializer_list<Known> words) {
     for (const Known &known : words) {
       Slot &slot = slots_[slotOf(known.word.size(), known.word[1])];
-      apart_ = apart_ && slot.known.word.empty();
+      sound_ = sound_ && slot.known.word.empty() && known.word.size() >= 2;
+      for (const char c : known.word)
+        sound_ = sound_ && canBeFound(c);
       slot = {known, headOf(known.word)};
     }
   }
 
-  /// Whether no two words share a slot.
-  constexpr bool apart() const { return apart_; }
+  /// Whether every word can be found: no two share a slot, and all are of two bytes or more, in lower case, and of
+  /// bytes that no word character but a capital letter becomes by the bit that makes letters small.
+  constexpr bool sound() const { return sound_; }
 
   /// What the word means, or `none`. `end` is the text's.
   Meaning find(const LexWord &word, const char *end, Meaning none) const {
@@ -150,6 +153,11 @@ private:
     uint64_t head;
   };
 
+  static constexpr bool canBeFound(char c) {
+    const bool letter = c >= 'a' && c <= 'z';
+    return (c | 0x20) == c && (letter || lexClass(static_cast<char>(c & ~0x20)) != lexWord);
+  }
+
   static constexpr size_t slotCount = 32;
   static constexpr size_t slotOf(size_t length, char second) {
     return (length * 7 + static_cast<uint8_t>(second | 0x20)) % slotCount;
@@ -162,5 +170,5 @@ private:
   }
 
   Slot slots_[slotCount] = {};
-  bool apart_ = true;
+  bool sound_ = true;
 };

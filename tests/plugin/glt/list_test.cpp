@@ -457,6 +457,21 @@ TEST(HighlightList, CopyLeavesOutPagesWithoutEntries) {
   GLT_DeleteHLL(copy);
 }
 
+TEST(HighlightListMemory, CopyOfAPageThatCannotBeHadAtOnceIsMadeBitByBit) {
+  const ListOwner list({});
+  for (uint16_t pos = 0; pos < 20; ++pos)
+    HLL_AddHL(list, 1, pos, 1);
+  HLL *copy = nullptr;
+  {
+    const FailingMemory memory(2); // behind the header and the pages
+    copy = GLT_CopyHLL(list);
+    EXPECT_TRUE(memory.failed());
+  }
+  EXPECT_EQ(highlightsOf(copy), highlightsOf(list));
+  EXPECT_EQ(HLL_GetWordCount(copy), 20U);
+  GLT_DeleteHLL(copy);
+}
+
 TEST(HighlightList, MakesNoHostCall) {
   const RecordingHost host;
   const ListOwner list({{1, 1, 1}, {2, 2, 2}});

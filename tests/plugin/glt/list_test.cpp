@@ -433,6 +433,41 @@ TEST(HighlightList, CopyOfAPageWithAPlaceTwiceKeepsTheFirst) {
   GLT_DeleteHLL(copy);
 }
 
+/// Entries at places that lie apart by more than fits into a machine word, and meet again after a while.
+void fill(HLL *list, int32_t pages, uint16_t entries) {
+  for (int32_t page = 0; page < pages; ++page)
+    for (uint16_t i = 0; i < entries; ++i)
+      HLL_AddHL(list, page, static_cast<uint16_t>(i * 2731), i);
+}
+
+TEST(HighlightList, CopyOfALongPageWithAPlaceTwiceKeepsTheFirst) {
+  for (const uint16_t entries : {15, 16, 17, 40})
+    for (uint16_t first = 0; first < entries; ++first)
+      for (uint16_t second = first + 1; second < entries; ++second) {
+        const ListOwner list({});
+        fill(list, 2, entries);
+        list.list()->pages[0].words[second].pos = list.list()->pages[0].words[first].pos;
+        Highlights expected = highlightsOf(list);
+        expected.erase(expected.begin() + second);
+        HLL *copy = GLT_CopyHLL(list);
+        ASSERT_EQ(highlightsOf(copy), expected) << first << " and " << second << " of " << entries;
+        ASSERT_EQ(HLL_GetWordCount(copy), expected.size());
+        GLT_DeleteHLL(copy);
+      }
+}
+
+TEST(HighlightList, CopyAsksForMemoryOnceAPage) {
+  for (const uint16_t entries : {1, 2, 15, 16, 17, 24, 300}) {
+    const ListOwner list({});
+    fill(list, 5, entries);
+    const FailingMemory memory(SIZE_MAX);
+    HLL *copy = GLT_CopyHLL(list);
+    EXPECT_EQ(memory.allocations(), 2U + 5U) << "the header, the pages and a page each, of " << entries;
+    EXPECT_EQ(highlightsOf(copy), highlightsOf(list));
+    GLT_DeleteHLL(copy);
+  }
+}
+
 TEST(HighlightList, CopyHasTheCapacitiesThatAddingGives) {
   const ListOwner list({});
   for (int32_t page = 0; page < 20; ++page)

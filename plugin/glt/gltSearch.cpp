@@ -111,15 +111,10 @@ const HLSearch searches[] = {
 };
 const uint32_t searchCount = sizeof searches / sizeof *searches;
 
-namespace {
-
-HLSkip fastest() {
-  const HLSearch *search = searches;
+const HLSearch *firstSupported(const HLSearch *search) {
   while (!search->supported())
     ++search;
-  return search->skip;
+  return search;
 }
 
-} // namespace
-
-const HLSkip HLPSkip = fastest();
+const HLSkip HLPSkip = firstSupported(searches)->skip;

@@ -21,5 +21,8 @@ struct HLSearch {
 extern const HLSearch searches[];
 extern const uint32_t searchCount;
 
+/// The first that this machine has, of some that end with one that every machine has.
+const HLSearch *firstSupported(const HLSearch *search);
+
 /// The fastest one here.
 extern const HLSkip HLPSkip;

@@ -104,7 +104,7 @@ constexpr std::array<uint8_t, 256> runs = [] {
 /// Whether a run of blanks or line feeds turns out to be part of something longer.
 bool isLineBreaks(uint8_t run, size_t more, char next) {
   if (run == lexBlank) return next == '\n' && more < HWLEX_LIMIT - 1;
-  return run == lexLineFeed && (more != 0 || lexClass(next) == lexBlank);
+  return more != 0 || lexClass(next) == lexBlank;
 }
 
 } // namespace

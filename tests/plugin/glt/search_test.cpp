@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -64,10 +63,12 @@ TEST_P(Search, TellsApartPlacesOfTheWholeRange) {
 INSTANTIATE_TEST_SUITE_P(HighlightList, Search, testing::ValuesIn(searches, searches + searchCount),
                          [](const auto &form) { return std::string(form.param.name); });
 
-TEST(HighlightSearch, TheFastestFormHereIsUsed) {
-  const HLSearch *fastest =
-      std::find_if(searches, searches + searchCount, [](const HLSearch &s) { return s.supported(); });
-  EXPECT_EQ(HLPSkip, fastest->skip);
+TEST(HighlightSearch, TheFirstFormThatTheMachineHasIsUsed) {
+  EXPECT_EQ(HLPSkip, firstSupported(searches)->skip);
+  bool (*const no)() = [] { return false; };
+  bool (*const yes)() = [] { return true; };
+  const HLSearch some[] = {{"a", no, nullptr}, {"b", no, nullptr}, {"c", yes, nullptr}, {"d", yes, nullptr}};
+  EXPECT_EQ(firstSupported(some), &some[2]);
 }
 
 // A long page, filled in an order that is neither up nor down: what is kept is kept once.

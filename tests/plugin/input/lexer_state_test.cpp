@@ -165,6 +165,14 @@ TEST(LexerState, SentenceEndGoesOnWithWhatIsPending) {
   EXPECT_EQ(lexer.next(), (Token{HWLEX_WORD, "a"}));
 }
 
+TEST(LexerState, SentenceEndStopsBeforeWhatIsPendingAndDoesNotBelongToIt) {
+  Lexer lexer("a");
+  lexer.state.pending1 = '!';
+  lexer.state.pending2 = 'x';
+  EXPECT_EQ(lexer.next(), (Token{HWLEX_PUNCT, "!"}));
+  EXPECT_EQ(lexer.next(), (Token{HWLEX_WORD, "xa"}));
+}
+
 TEST(LexerState, EndOfTheTextReadsAsAnEmptySentenceEnd) {
   Lexer lexer("");
   EXPECT_EQ(lexer.next(), (Token{HWLEX_PUNCT, ""}));

@@ -4,6 +4,8 @@
 // its serial number, and looked at again only after GLTStillRegistered has said that it is still the one.
 #include "plugin/glt/glt.h"
 
+#include <utility>
+
 #include "plugin/glt/miAssoc.h"
 #include "plugin/util/miUtils.h"
 #include "tavrel/Kernel.h"
@@ -103,8 +105,12 @@ bool retire(Doc document, PageView view, GLTRecord *record, const HLL *&list) {
   return true;
 }
 
-/// The new record's own copy: the list itself where it is the one carried over, else a fresh one.
-HLL *takeCopy(const HLL *list) {
+/// Where the caller of the next registration has its list, if it offers it.
+HLL **s_offered;
+
+/// The new record's own copy: the list itself where it is the one carried over or offered, else a fresh one.
+HLL *takeCopy(const HLL *list, HLL **own) {
+  if (own != nullptr && HLLIsComplete(list)) return std::exchange(*own, nullptr);
   if (list == nullptr || list != s_carried) return GLT_CopyHLL(list);
   HLL *copy = s_carried;
   s_carried = nullptr;
@@ -134,8 +140,11 @@ Bool16 GLT_RegisterWordOffsetHLL(Doc document, const HLL *list, GLTJumpProc jump
   return GLT_RegisterHLLCommon(document, list, 0, jumpProc, newProc, scroll, color, wordFinderVersion);
 }
 
+void GLTOfferHLL(HLL **own) { s_offered = own; }
+
 Bool16 GLT_RegisterHLLCommon(Doc document, const HLL *list, int32_t offsetUnits, GLTJumpProc jumpProc,
                              GLTNewProc newProc, Bool16 scroll, const ColorValue *color, int16_t wordFinderVersion) {
+  HLL **const own = std::exchange(s_offered, nullptr);
   const Holder holder = holderOf(list);
   PageView view = TavrelView::DocGetPageView(document);
   carry(nullptr);
@@ -148,7 +157,7 @@ Bool16 GLT_RegisterHLLCommon(Doc document, const HLL *list, int32_t offsetUnits,
   if (list != s_carried && !stillThere(holder)) return 1;
   GLTRecord record;
   miMemsetSAFE(&record, 0, sizeof record);
-  record.hll = takeCopy(list);
+  record.hll = takeCopy(list, own);
   record.jumpProc = jumpProc;
   record.newProc = newProc;
   record.wordFinderVersion = wordFinderVersion;

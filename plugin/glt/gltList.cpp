@@ -126,6 +126,13 @@ uint32_t HLL_GetWordCount(const HLL *list) { return list != nullptr ? list->word
 
 uint32_t HLL_GetPageCount(const HLL *list) { return list != nullptr ? list->pageCount : 0; }
 
+bool HLLIsComplete(const HLL *list) {
+  uint32_t stored = 0;
+  for (uint32_t i = 0; i < HLL_GetPageCount(list); ++i)
+    stored += list->pages[i].count;
+  return stored == HLL_GetWordCount(list);
+}
+
 const HLP *HLLPageAt(const HLL *list, uint32_t pageIndex) {
   return pageIndex < HLL_GetPageCount(list) ? &list->pages[pageIndex] : nullptr;
 }

@@ -1,9 +1,10 @@
 // The reader of highlight files: a forgiving scanner over words (gltWords.h), not an XML parser. It fills one highlight
 // list and registers it at "</Body>".
 //
-// It owns a working copy of the bytes, from the host's allocator, and the list, until it returns. Three early returns
-// leave the copy behind on purpose: the host accounts for what its plug-ins do not give back. No frame is opened around
-// the registration, so a host call that raises there ends the reader and loses both.
+// It owns a working copy of the bytes, from the host's allocator, until it returns, and the list until then or until
+// the registry takes it. Three early returns leave the copy behind on purpose: the host accounts for what its plug-ins
+// do not give back. No frame is opened around the registration, so a host call that raises there ends the reader and
+// loses what it owns.
 #include <bit>
 #include <cstring>
 
@@ -297,6 +298,7 @@ Bool16 registerList(Reading &reading) {
   auto jumpProc = functionOf<GLTJumpProc>(Kernel::CreateCallback(gExtensionID, entryOf(auxGLTJumpNotification)));
   auto newProc = functionOf<GLTNewProc>(Kernel::CreateCallback(gExtensionID, entryOf(auxGLTNewNotification)));
   const ColorValue *given = reading.hasColor ? &color : nullptr;
+  GLTOfferHLL(&reading.list);
   if (characters)
     return GLT_RegisterHLL(reading.document, reading.list, GLT_CHARACTER_OFFSETS, jumpProc, newProc, reading.active,
                            given);

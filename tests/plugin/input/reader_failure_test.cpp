@@ -191,6 +191,18 @@ TEST(ReaderMemory, ListThatCannotBeCreatedLeavesTheWorkingCopy) {
   EXPECT_EQ(host.count("CreateCallback"), 0U);
 }
 
+// The registry keeps the reader's own list, but only one that is as a copy would be.
+TEST(ReaderMemory, PageThatGotNoRoomIsNotRegistered) {
+  RecordingHost host;
+  const FailingMemory memory(4); // behind the working copy, the list, its pages and the first page's highlights
+  EXPECT_EQ(readFile(fileOf("<loc pg=3 pos=1> <loc pg=4 pos=1> <loc pg=3 pos=2>")), 1);
+  EXPECT_TRUE(memory.failed());
+  EXPECT_EQ(registered(), (Highlights{{3, 1, 0}, {3, 2, 0}}));
+  const HLL *list = GLT_GetHLL(host.doc);
+  EXPECT_EQ(HLL_GetWordCount(list), 2U) << "and not what was accepted";
+  EXPECT_EQ(HLL_GetPageCount(list), 1U) << "no page without highlights";
+}
+
 TEST(ReaderMemory, FailureOfAnyAllocationIsSurvived) {
   const std::string file = fileOf("<loc pg=3 pos=1> <loc pg=3 pos=2> <loc pg=4 pos=1>");
   Trial trial = {[](RecordingHost &) {}, [&](RecordingHost &) { readFile(file); }};

@@ -160,19 +160,18 @@ Bool16 HLL_GetHL(const HLL *list, uint32_t pageIndex, uint16_t wordIndex, int32_
 
 Bool16 HLL_FindPagePos(const HLL *list, int32_t page, uint32_t *pageIndex) {
   const uint32_t count = HLL_GetPageCount(list);
+  const auto isAt = [=](uint32_t i) { return i < count && list->pages[i].page == page; };
   // No page is there twice, so it does not matter which is looked at first: files go page by page, or through the pages
   // once for each word that was searched for.
-  for (const uint32_t guess : {count - 1, s_lately, s_lately + 1})
-    if (guess < count && list->pages[guess].page == page) {
-      *pageIndex = s_lately = guess;
-      return 1;
-    }
-  for (uint32_t i = 0; i < count; ++i)
-    if (list->pages[i].page == page) {
-      *pageIndex = s_lately = i;
-      return 1;
-    }
-  return 0;
+  uint32_t found = count - 1;
+  if (!isAt(found)) found = s_lately;
+  if (!isAt(found)) ++found;
+  if (!isAt(found))
+    for (found = 0; found < count && list->pages[found].page != page;)
+      ++found;
+  if (found >= count) return 0;
+  *pageIndex = s_lately = found;
+  return 1;
 }
 
 HLP *HLLFindPage(const HLL *list, int32_t page) {

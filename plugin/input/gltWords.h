@@ -87,16 +87,16 @@ inline constexpr int32_t lexNumberLimit = std::numeric_limits<int32_t>::digits10
 
 /// Reads digits; returns where they end. Null where there is none, or one more than the limit.
 inline const char *lexDigits(const char *at, int32_t &number) {
+  const auto digitOf = [](char c) { return static_cast<uint8_t>(c) - uint32_t{'0'}; };
   const char *const first = at;
   uint32_t value = 0;
   LEX_UNROLL
-  for (; at - first < lexNumberLimit; ++at) {
-    const uint32_t digit = static_cast<uint8_t>(*at) - uint32_t{'0'};
-    if (digit > 9) break;
-    value = value * 10 + digit;
+  for (; digitOf(*at) <= 9; ++at) {
+    if (at - first == lexNumberLimit) return nullptr;
+    value = value * 10 + digitOf(*at);
   }
   number = static_cast<int32_t>(value);
-  return at != first && static_cast<uint8_t>(*at) - uint32_t{'0'} > 9 ? at : nullptr;
+  return at != first ? at : nullptr;
 }
 
 /// The first eight bytes of a word in lower case, blanks behind its end. As in memory: on machines of different byte

@@ -5,6 +5,7 @@
 
 #include "plugin/glt/glt.h"
 #include "plugin/glt/gltSearch.h"
+#include "plugin/util/shortLoop.h"
 
 using namespace tavrel;
 
@@ -198,6 +199,7 @@ Bool16 HLLCheck(HLL *list, uint32_t needed) {
 }
 
 HL *HLPFindWord(const HLP *page, uint16_t pos) {
+  SHORT_LOOP
   for (uint32_t i = page->count < worthSkipping ? 0 : HLPSkip(page->words, page->count, pos); i < page->count; ++i)
     if (page->words[i].pos == pos) return &page->words[i];
   return nullptr;

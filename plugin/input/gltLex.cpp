@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "plugin/input/gltLexBytes.h"
+#include "plugin/util/shortLoop.h"
 
 namespace {
 
@@ -164,7 +165,7 @@ int32_t HWLEX_match(HWLEX_STATE *state, char **text, char **cursor) {
   char *to = state->text + 1;
   uint32_t more = 0;
   char next = *from;
-  LEX_UNROLL
+  SHORT_LOOP
   while (more < HWLEX_LIMIT - 1) {
     if (lexClass(next) != run) [[unlikely]]
       break;

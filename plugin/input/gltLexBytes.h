@@ -8,13 +8,6 @@
 
 #include "plugin/input/gltLex.h"
 
-/// Short loops that mostly end at once: the jumps back cost more than the bytes.
-#ifdef __clang__
-#define LEX_UNROLL _Pragma("unroll(4)")
-#else
-#define LEX_UNROLL _Pragma("GCC unroll 4")
-#endif
-
 inline constexpr int32_t lexKinds = 300;
 
 /// The kind of token (HWLEX_KIND, less `lexKinds`) that a byte is part of where nothing special is under way: a word, a

@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "plugin/input/gltLexBytes.h"
+#include "plugin/util/shortLoop.h"
 
 /// Belongs to the text.
 struct LexWord {
@@ -48,7 +49,7 @@ inline uint8_t lexStep(char byte) { return lexSteps[static_cast<uint8_t>(byte)];
 
 /// The first byte that is not stepped over.
 inline const char *lexStepOver(const char *at) {
-  LEX_UNROLL
+  SHORT_LOOP
   while (lexStep(*at) == 0)
     ++at;
   return at;
@@ -66,7 +67,7 @@ inline const char *lexNextWord(LexText &text, const char *at, LexWord &word) {
     return lexNextPiece(text, at, word);
   const uint32_t room = text.room != 0 ? text.room : HWLEX_LIMIT;
   uint32_t length = 1;
-  LEX_UNROLL
+  SHORT_LOOP
   for (; length < room; ++length)
     if ((lexStep(at[length]) & stepThrough) == 0) break;
   const uint8_t behind = lexStep(at[length]);
@@ -90,7 +91,7 @@ inline const char *lexDigits(const char *at, int32_t &number) {
   const auto digitOf = [](char c) { return static_cast<uint8_t>(c) - uint32_t{'0'}; };
   const char *const first = at;
   uint32_t value = 0;
-  LEX_UNROLL
+  SHORT_LOOP
   for (; digitOf(*at) <= 9; ++at) {
     if (at - first == lexNumberLimit) return nullptr;
     value = value * 10 + digitOf(*at);

@@ -386,6 +386,7 @@ TEST(HighlightListMemory, PageArrayThatCannotGrowStaysAsItIs) {
 struct PartOfACopy : Row {
   size_t failing; ///< which allocation
   Highlights copied;
+  uint32_t accepted; ///< what the copy counts
 };
 class CopyWithoutMemory : public testing::TestWithParam<PartOfACopy> {};
 
@@ -397,15 +398,16 @@ TEST_P(CopyWithoutMemory, HasWhatCouldBeAdded) {
     copy = GLT_CopyHLL(list);
   }
   EXPECT_EQ(highlightsOf(copy), GetParam().copied);
+  EXPECT_EQ(HLL_GetWordCount(copy), GetParam().accepted);
   GLT_DeleteHLL(copy);
 }
 
 INSTANTIATE_TEST_SUITE_P(HighlightListMemory, CopyWithoutMemory,
                          testing::ValuesIn<PartOfACopy>({
-                             {{"PagesAreAskedForAgain"}, 1, {{2, 2, 2}}},
-                             {{"WordsOfTheFirstPage"}, 2, {{2, 2, 2}}},
-                             {{"WordsOfTheSecondPage"}, 3, {{1, 1, 1}}},
-                             {{"NoneFails"}, 4, {{1, 1, 1}, {2, 2, 2}}},
+                             {{"PagesAreAskedForAgain"}, 1, {{2, 2, 2}}, 1},
+                             {{"WordsOfTheFirstPage"}, 2, {{2, 2, 2}}, 2},
+                             {{"WordsOfTheSecondPage"}, 3, {{1, 1, 1}}, 2},
+                             {{"NoneFails"}, 4, {{1, 1, 1}, {2, 2, 2}}, 2},
                          }),
                          rowName<PartOfACopy>);
 
@@ -440,8 +442,8 @@ void fill(HLL *list, int32_t pages, uint16_t entries) {
       HLL_AddHL(list, page, static_cast<uint16_t>(i * 2731), i);
 }
 
-TEST(HighlightList, CopyOfALongPageWithAPlaceTwiceKeepsTheFirst) {
-  for (const uint16_t entries : {15, 16, 17, 24})
+TEST(HighlightList, CopyOfAPageOfAnyLengthWithAPlaceTwiceKeepsTheFirst) {
+  for (const uint16_t entries : {2, 15, 16, 17, 24})
     for (uint16_t first = 0; first < entries; ++first)
       for (uint16_t second = first + 1; second < entries; ++second) {
         const ListOwner list({});
@@ -456,10 +458,20 @@ TEST(HighlightList, CopyOfALongPageWithAPlaceTwiceKeepsTheFirst) {
       }
 }
 
+TEST(HighlightList, AddingAsksForMemoryOnlyWhenAnArrayIsFull) {
+  const ListOwner list({});
+  const FailingMemory memory(SIZE_MAX);
+  fill(list, 1, 15);
+  EXPECT_EQ(memory.allocations(), 2U) << "the pages and the page";
+  fill(list, 1, 16);
+  EXPECT_EQ(memory.allocations(), 3U);
+}
+
 TEST(HighlightList, CopyAsksForMemoryOnceAPage) {
   for (const uint16_t entries : {1, 2, 15, 16, 17, 24, 300}) {
     const ListOwner list({});
     fill(list, 5, entries);
+    HLL_AddHL(list, 4, UINT16_MAX, 1); // the last place there is
     const FailingMemory memory(SIZE_MAX);
     HLL *copy = GLT_CopyHLL(list);
     EXPECT_EQ(memory.allocations(), 2U + 5U) << "the header, the pages and a page each, of " << entries;

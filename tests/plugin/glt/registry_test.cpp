@@ -66,6 +66,38 @@ TEST_F(Registry, KeepsACopyOfTheList) {
   EXPECT_EQ(HLL_GetData(copy), &data);
 }
 
+TEST_F(Registry, TakesAListThatIsOffered) {
+  HLL *const list = GLT_NewHLL(nullptr);
+  HLL_AddHL(list, 4, 1, 1);
+  HLL *own = list;
+  GLTOfferHLL(&own);
+  add(list);
+  EXPECT_EQ(own, nullptr);
+  EXPECT_EQ(GLT_GetHLL(host.doc), list);
+}
+
+TEST_F(Registry, CopiesAnOfferedListThatLacksWhatItAccepted) {
+  const ListOwner list({{4, 1, 1}});
+  list.list()->wordCount = 2;
+  HLL *own = list;
+  GLTOfferHLL(&own);
+  add(list);
+  EXPECT_EQ(own, list.list());
+  EXPECT_EQ(HLL_GetWordCount(GLT_GetHLL(host.doc)), 1U);
+}
+
+TEST_F(Registry, OfferIsForOneRegistration) {
+  const ListOwner list({{4, 1, 1}});
+  list.list()->wordCount = 2;
+  HLL *own = list;
+  GLTOfferHLL(&own);
+  add(list);
+  list.list()->wordCount = 1;
+  add(list);
+  EXPECT_EQ(own, list.list());
+  EXPECT_NE(GLT_GetHLL(host.doc), list.list());
+}
+
 TEST_F(Registry, OutlivesTheCallersList) {
   add(ListOwner({{4, 1, 1}}));
   EXPECT_EQ(highlightsOf(GLT_GetHLL(host.doc)), (Highlights{{4, 1, 1}}));

@@ -162,6 +162,7 @@ TEST(LexerState, SentenceEndGoesOnWithWhatIsPending) {
   lexer.state.pending1 = '!';
   lexer.state.pending2 = '!';
   EXPECT_EQ(lexer.next(), (Token{HWLEX_PUNCT, "!!"}));
+  EXPECT_EQ(lexer.state.pending2, 0);
   EXPECT_EQ(lexer.next(), (Token{HWLEX_WORD, "a"}));
 }
 
@@ -169,6 +170,7 @@ TEST(LexerState, SentenceEndStopsBeforeWhatIsPendingAndDoesNotBelongToIt) {
   Lexer lexer("a");
   lexer.state.pending1 = '!';
   lexer.state.pending2 = 'x';
+  memset(lexer.state.text, 'q', sizeof lexer.state.text); // as an earlier token leaves it
   EXPECT_EQ(lexer.next(), (Token{HWLEX_PUNCT, "!"}));
   EXPECT_EQ(lexer.next(), (Token{HWLEX_WORD, "xa"}));
 }

@@ -73,6 +73,7 @@ const TextRow lineBreaks[] = {
     {{"One"}, "a\nb", {{word, "a"}, {newline, "\n"}, {word, "b"}}},
     {{"Two"}, "a\n\nb", {{word, "a"}, {para, "\n\n"}, {word, "b"}}},
     {{"TwoWithBlanksBetween"}, "a\n \t\nb", {{word, "a"}, {para, "\n \t\n"}, {word, "b"}}},
+    {{"ThreeWithBlanksBetween"}, "a\n\n \t\nb", {{word, "a"}, {para, "\n\n \t\n"}, {word, "b"}}},
     {{"BlanksEverywhere"}, "a \n \n b", {{word, "a"}, {para, " \n \n"}, {space, " "}, {word, "b"}}},
     {{"CarriageReturnBefore"}, "a\r\nb", {{word, "a"}, {newline, "\r\n"}, {word, "b"}}},
     {{"CarriageReturnBehind"}, "a\n\rb", {{word, "a"}, {newline, "\n"}, {space, "\r"}, {word, "b"}}},

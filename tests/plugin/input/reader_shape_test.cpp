@@ -102,6 +102,7 @@ const ShapeRow alike[] = {
 INSTANTIATE_TEST_SUITE_P(Alike, LocationShape, testing::ValuesIn(alike), rowName<ShapeRow>);
 
 const ShapeRow numbers[] = {
+    {{"WithANameBehind"}, "<loc pg=3 pos=5len 7 >\n" + bare("3", "6", "1"), {{3, 5, 0}, {3, 6, 1}}},
     {{"MoreDigits"}, among(tag("3", "4321", "12")), amongThem({{3, 4321, 12}})},
     {{"NineDigits"}, among(tag("3", "000000007", "000000012")), amongThem({{3, 7, 12}})},
     {{"TenDigits"}, among(tag("3", "0000000007", "0000000012")), amongThem({{3, 7, 12}})},
@@ -255,6 +256,10 @@ const ShapeRow pending[] = {
     {{"PageTakesTheNextName"},
      "<a><loc pos=1 pg=3 ><loc pos=2 pg=3 ><loc pg><loc pos=4 pg=3 ><loc pos=5 pg=3 >",
      {{3, 1, 0}, {3, 2, 0}, {3, 5, 0}}},
+    {{"PageTakesTheNextNameBehindTheFirstShape"},
+     "<a><loc pos=1 pg=3 ><loc pg><loc pos=4 pg=3 ><loc pos=5 pg=3 >",
+     {{3, 1, 0}, {3, 5, 0}}},
+    {{"PageTakesTheFirstNumberOfTheFirstShape"}, "<loc pos=5 pg>\n<loc 9 pos=3 >\n<loc 8 pos=4 >\n", {{9, 3, 0}}},
     {{"EmptyValue"},
      two + "<loc pg=\"3\" pos=\"5\" len=\"\"/>\n" + tag("3", "8", "8"),
      {{3, 1, 1}, {3, 2, 2}, {3, 5, 0}, {3, 8, 8}}},

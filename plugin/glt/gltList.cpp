@@ -167,9 +167,11 @@ Bool16 HLL_FindPagePos(const HLL *list, int32_t page, uint32_t *pageIndex) {
   uint32_t found = count - 1;
   if (!isAt(found)) found = s_lately;
   if (!isAt(found)) ++found;
-  if (!isAt(found))
-    for (found = 0; found < count && list->pages[found].page != page;)
-      ++found;
+  if (!isAt(found)) {
+    SHORT_LOOP
+    for (found = 0; found < count; ++found)
+      if (list->pages[found].page == page) break;
+  }
   if (found >= count) return 0;
   *pageIndex = s_lately = found;
   return 1;

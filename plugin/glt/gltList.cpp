@@ -26,10 +26,13 @@ constexpr uint16_t maxWords = UINT16_MAX / wordStep * wordStep - 1;
 /// The capacity for n entries: the next multiple of `step` above n.
 constexpr uint32_t targetCapacity(uint32_t n, uint32_t step) { return (n / step + 1) * step; }
 
-/// An array resized to `capacity` entries, new where there was none; null when memory is exhausted.
+/// An array resized to `capacity` entries, new and all zero where there was none; null when memory is exhausted. calloc
+/// would do for a new one, but does not take the small blocks that the C library keeps at hand.
 template <typename T> T *resized(T *array, size_t capacity) {
-  if (array != nullptr) return static_cast<T *>(realloc(array, capacity * sizeof(T)));
-  return static_cast<T *>(calloc(capacity, sizeof(T))); // NOLINT(clang-analyzer-optin.portability.UnixAPI): never 0
+  const size_t bytes = capacity * sizeof(T);
+  auto *grown = static_cast<T *>(realloc(array, bytes)); // NOLINT(clang-analyzer-optin.portability.UnixAPI): never 0
+  if (array == nullptr && grown != nullptr) memset(grown, 0, bytes);
+  return grown;
 }
 
 /// The places that a page has, while it is copied: a bit each.

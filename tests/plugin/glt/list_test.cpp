@@ -458,6 +458,19 @@ TEST(HighlightList, CopyOfAPageOfAnyLengthWithAPlaceTwiceKeepsTheFirst) {
       }
 }
 
+TEST(HighlightList, NewArraysAreZero) {
+  {
+    const ListOwner used({}); // its blocks are likely to be handed out again
+    fill(used, 7, 15);
+  }
+  const ListOwner list({{1, 1, 1}});
+  const HLL &all = *list.list();
+  for (uint16_t i = 1; i < all.pages->capacity; ++i)
+    EXPECT_TRUE(all.pages->words[i].pos == 0 && all.pages->words[i].len == 0) << i;
+  for (uint32_t i = 1; i < all.pageCapacity; ++i)
+    EXPECT_TRUE(all.pages[i].page == 0 && all.pages[i].words == nullptr) << i;
+}
+
 TEST(HighlightList, AddingAsksForMemoryOnlyWhenAnArrayIsFull) {
   const ListOwner list({});
   const FailingMemory memory(SIZE_MAX);

@@ -411,6 +411,35 @@ INSTANTIATE_TEST_SUITE_P(HighlightListMemory, CopyWithoutMemory,
                          }),
                          rowName<PartOfACopy>);
 
+TEST(HighlightListMemory, CopyLosesOneHighlightWhereThePagesCannotBeHadAtOnce) {
+  const ListOwner list({{1, 1, 1}, {1, 2, 2}});
+  HLL *copy = nullptr;
+  {
+    const FailingMemory memory(1);
+    copy = GLT_CopyHLL(list);
+  }
+  EXPECT_EQ(highlightsOf(copy), (Highlights{{1, 2, 2}}));
+  EXPECT_EQ(HLL_GetWordCount(copy), 1U);
+  GLT_DeleteHLL(copy);
+}
+
+// The array for 16 is larger than the one that the first of them wants.
+TEST(HighlightListMemory, CopyLosesNoneWhereAnArrayForFewerCanBeHad) {
+  for (const uint16_t entries : {15, 16}) {
+    const ListOwner list({});
+    for (uint16_t pos = 0; pos < entries; ++pos)
+      HLL_AddHL(list, 1, pos, 1);
+    HLL *copy = nullptr;
+    {
+      const FailingMemory memory(2);
+      copy = GLT_CopyHLL(list);
+    }
+    EXPECT_EQ(highlightsOf(copy).size(), entries == 15 ? 14U : 16U);
+    EXPECT_EQ(HLL_GetWordCount(copy), entries);
+    GLT_DeleteHLL(copy);
+  }
+}
+
 // A search begins where the last one ended, whosever list that was: what it finds must not depend on that.
 TEST(HighlightList, PagesAreFoundInWhateverOrderTheyAreLookedFor) {
   const ListOwner many({{9, 1, 1}, {2, 1, 1}, {7, 1, 1}, {5, 1, 1}, {4, 1, 1}}), few({{7, 1, 1}, {9, 1, 1}}), none({});

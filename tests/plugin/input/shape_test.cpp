@@ -91,6 +91,7 @@ TEST_F(Shape, HasPartsOfUpTo32Bytes) {
       parts[0] += static_cast<char>('a' + i % 23);
     shape_ = {};
     learn(parts);
+    EXPECT_EQ(shape_.known, length <= TagPart::longest);
     const std::string tag = written(parts, {"7"});
     EXPECT_EQ(follow(tag + room), length <= TagPart::longest ? tag.size() : 0);
     for (size_t i = 0; i < length; ++i) {
@@ -116,13 +117,13 @@ TEST_F(Shape, IsLearnedAnewAtTheSecondMissInARow) {
 }
 
 TEST_F(Shape, OfAnotherSpellingTakesItsPlace) {
-  learn({"a", "b", "c", " >"});
+  learn(usual);
   EXPECT_FALSE(shapeRelearn(shape_));
   learn({"x=", " y=", " />"});
+  EXPECT_FALSE(shapeRelearn(shape_)) << "its misses count from its own beginning";
   EXPECT_EQ(follow("x=8 y=9 />" + room), 10U);
   EXPECT_EQ(values_[0], 8);
   EXPECT_EQ(values_[1], 9);
-  EXPECT_FALSE(shapeRelearn(shape_)) << "its misses count from its own beginning";
 }
 
 TEST_F(Shape, IsNotFollowedWhereTooLittleOfTheTextIsLeft) {

@@ -66,7 +66,8 @@ HL *HLPFindWord(const HLP *page, uint16_t pos);
 HL *HLPInsertWord(HLP *page, uint16_t pos, uint16_t len);
 tavrel::Bool16 HLPCheck(HLP *page, uint16_t needed);
 
-/// Whether all highlights are stored that were accepted. Then a copy is the same in everything.
+/// Whether all highlights are stored that were accepted. Then a copy is the same in everything, if the list came to be
+/// by HLL_AddHL alone.
 bool HLLIsComplete(const HLL *list);
 
 /// The page record at an index, or null beyond the end.
@@ -82,8 +83,8 @@ tavrel::Bool16 GLT_RegisterWordOffsetHLL(tavrel::Doc document, const HLL *list, 
 tavrel::Bool16 GLT_RegisterHLLCommon(tavrel::Doc document, const HLL *list, int32_t offsetUnits,
                                      tavrel::GLTJumpProc jumpProc, tavrel::GLTNewProc newProc, tavrel::Bool16 scroll,
                                      const tavrel::ColorValue *color, int16_t wordFinderVersion);
-/// For a caller that registers its list next, which nobody else knows of: the record may take that list instead of a
-/// copy that would be the same. Then `*own` is null afterwards.
+/// For a caller that registers its list next, which was only added to and which nobody else knows of: the record may
+/// take that list instead of a copy that would be the same. Then `*own` is null afterwards.
 void GLTOfferHLL(HLL **own);
 void GLT_UnregisterHLL(tavrel::Doc document, HLL *list);
 HLL *GLT_GetHLL(tavrel::Doc document);

@@ -41,6 +41,10 @@ protected:
   void add(const HLL *list, Bool16 scroll = 0, GLTNewProc newProc = nullptr, const ColorValue *color = nullptr) {
     GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, newProc, scroll, color);
   }
+  void addOffered(HLL *&own) {
+    GLTOfferHLL(&own);
+    add(own);
+  }
   RecordingHost host;
 };
 
@@ -70,8 +74,7 @@ TEST_F(Registry, TakesAListThatIsOffered) {
   HLL *const list = GLT_NewHLL(nullptr);
   HLL_AddHL(list, 4, 1, 1);
   HLL *own = list;
-  GLTOfferHLL(&own);
-  add(list);
+  addOffered(own);
   EXPECT_EQ(own, nullptr);
   EXPECT_EQ(GLT_GetHLL(host.doc), list);
 }
@@ -80,8 +83,7 @@ TEST_F(Registry, CopiesAnOfferedListThatLacksWhatItAccepted) {
   const ListOwner list({{4, 1, 1}});
   list.list()->wordCount = 2;
   HLL *own = list;
-  GLTOfferHLL(&own);
-  add(list);
+  addOffered(own);
   EXPECT_EQ(own, list.list());
   EXPECT_EQ(HLL_GetWordCount(GLT_GetHLL(host.doc)), 1U);
 }
@@ -90,8 +92,7 @@ TEST_F(Registry, OfferIsForOneRegistration) {
   const ListOwner list({{4, 1, 1}});
   list.list()->wordCount = 2;
   HLL *own = list;
-  GLTOfferHLL(&own);
-  add(list);
+  addOffered(own);
   list.list()->wordCount = 1;
   add(list);
   EXPECT_EQ(own, list.list());

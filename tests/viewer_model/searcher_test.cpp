@@ -3,6 +3,8 @@
 
 #include <gmock/gmock.h>
 
+#include <future>
+
 #include "Bell.h"
 #include "Papers.h"
 
@@ -128,6 +130,20 @@ TEST_F(SearcherTest, TellsHowManyPagesItHasLookedAt) {
   ASSERT_THAT(told, SizeIs(2));
   EXPECT_EQ(told[0], 1);
   EXPECT_EQ(told[1], std::nullopt);
+}
+
+TEST_F(SearcherTest, FinishingDoesNotWaitForThePageUnderWay) {
+  std::promise<void> pageBegins, pageEnds;
+  onThread = [&] {
+    onThread = {};
+    pageBegins.set_value();
+    pageEnds.get_future().wait();
+  };
+  searcher->start(search("cellar"));
+  pageBegins.get_future().wait();
+  EXPECT_FALSE(searcher->finish(std::chrono::milliseconds(0)));
+  pageEnds.set_value();
+  EXPECT_TRUE(searcher->finish(std::chrono::minutes(1)));
 }
 
 TEST_F(SearcherTest, ADamagedPageIsSkipped) {

@@ -9,12 +9,15 @@ namespace viewer {
 Searcher::Searcher(std::function<void()> wake) : wake_(std::move(wake)), thread_([this] { run(); }) {}
 
 Searcher::~Searcher() {
-  {
-    const std::lock_guard lock(mutex_);
-    ends_ = true;
-  }
-  work_.notify_one();
+  finish(std::chrono::milliseconds(0));
   thread_.join();
+}
+
+bool Searcher::finish(std::chrono::milliseconds timeout) {
+  std::unique_lock lock(mutex_);
+  ends_ = true;
+  work_.notify_one();
+  return end_.wait_for(lock, timeout, [this] { return ended_; });
 }
 
 void Searcher::start(const Search &search) {
@@ -70,6 +73,8 @@ void Searcher::run() {
     wake_();
     lock.lock();
   }
+  ended_ = true;
+  end_.notify_one();
 }
 
 bool Searcher::overtaken() {

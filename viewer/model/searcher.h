@@ -1,6 +1,7 @@
 // The thread that looks for a text in a document, a page at a time, from where the reader is.
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <filesystem>
 #include <functional>
@@ -42,6 +43,8 @@ public:
   /// `wake` is called on the thread when there is a result, and now and then while it looks.
   explicit Searcher(std::function<void()> wake);
   ~Searcher(); ///< waits for the page under way
+  /// Ends the search and the thread, and waits so long for it; false where a page is still being searched.
+  bool finish(std::chrono::milliseconds timeout);
   Searcher(const Searcher &) = delete;
   Searcher &operator=(const Searcher &) = delete;
 
@@ -61,11 +64,11 @@ private:
 
   std::function<void()> wake_;
   std::mutex mutex_;
-  std::condition_variable work_;
+  std::condition_variable work_, end_;
   std::optional<Search> next_;
   std::optional<SearchResult> result_;
   std::optional<int32_t> progress_;
-  bool stops_ = false, ends_ = false;
+  bool stops_ = false, ends_ = false, ended_ = false;
   std::vector<uint64_t> closed_;
   // The thread's own.
   uint64_t document_ = 0;

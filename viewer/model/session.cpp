@@ -164,7 +164,14 @@ void Session::closeFront() {
   if (OpenDocument *document = find(front())) close(*document);
 }
 
-bool Session::finish(std::chrono::milliseconds patience) { return renderer_.finish(patience); }
+bool Session::finish(std::chrono::milliseconds timeout) {
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
+  const bool rendered = renderer_.finish(timeout);
+  const auto left = deadline - std::chrono::steady_clock::now();
+  const bool searched = searcher_.finish(
+      std::max(std::chrono::milliseconds(0), std::chrono::duration_cast<std::chrono::milliseconds>(left)));
+  return rendered && searched;
+}
 
 void Session::closeAll() {
   while (!open_.empty())

@@ -68,8 +68,8 @@ public:
   bool asksPassword() const { return asksPassword_; }
   void closeFront();
   void closeAll();
-  /// Ends the rendering and waits so long for it; false where a page is still under way.
-  bool finish(std::chrono::milliseconds patience);
+  /// Ends the rendering and the searching and waits so long for both; false where a page is still under way.
+  bool finish(std::chrono::milliseconds timeout);
   /// Opens the front document's file anew, on the same page; until it is there, and where it cannot be opened any more,
   /// the document stays as it is.
   void reload();

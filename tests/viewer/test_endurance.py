@@ -48,15 +48,9 @@ class DamagedDocuments(ViewerTest):
         self.assertEqual(viewer.ends(), 0)
 
 
-# A document whose second page takes seconds: thirty thousand long strokes.
-def slow(file):
-    strokes = b"".join(b"%d %d m %d %d l S\n" % (i * 7 % 612, i * 13 % 792, i * 31 % 612, i * 17 % 792)
-                       for i in range(30_000))
-    streams = [b"", strokes, b""]
-    objects = [b"<</Type/Catalog/Pages 2 0 R>>",
-               b"<</Type/Pages/Count 3/Kids[3 0 R 4 0 R 5 0 R]>>"]
-    objects += [b"<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]/Contents %d 0 R>>" % (6 + i) for i in range(3)]
-    objects += [b"<</Length %d>>stream\n" % len(stream) + stream + b"\nendstream" for stream in streams]
+# A document of these objects; the first one is its catalog. Its table of objects says that there is one more of that
+# number.
+def written(file, objects, last=0):
     whole, places = b"%PDF-1.4\n", []
     for number, content in enumerate(objects, 1):
         places.append(len(whole))
@@ -64,10 +58,39 @@ def slow(file):
     table = len(whole)
     whole += b"xref\n0 %d\n0000000000 65535 f \n" % (len(objects) + 1)
     whole += b"".join(b"%010d 00000 n \n" % place for place in places)
-    whole += b"trailer<</Size %d/Root 1 0 R>>\nstartxref\n%d\n%%%%EOF\n" % (len(objects) + 1, table)
+    whole += b"%d 1\n0000000000 00000 f \n" % last
+    size = max(last, len(objects)) + 1
+    whole += b"trailer<</Size %d/Root 1 0 R>>\nstartxref\n%d\n%%%%EOF\n" % (size, table)
     with open(file, "wb") as stream:
         stream.write(whole)
     return file
+
+
+def stream(content, entries=b""):
+    return b"<<" + entries + b"/Length %d>>stream\n" % len(content) + content + b"\nendstream"
+
+
+# A document whose second page takes seconds: thirty thousand long strokes.
+def slow(file):
+    strokes = b"".join(b"%d %d m %d %d l S\n" % (i * 7 % 612, i * 13 % 792, i * 31 % 612, i * 17 % 792)
+                       for i in range(30_000))
+    objects = [b"<</Type/Catalog/Pages 2 0 R>>",
+               b"<</Type/Pages/Count 3/Kids[3 0 R 4 0 R 5 0 R]>>"]
+    objects += [b"<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]/Contents %d 0 R>>" % (6 + i) for i in range(3)]
+    return written(file, objects + [stream(content) for content in (b"", strokes, b"")])
+
+
+# A document whose last page of four takes hours, also for its words: ten levels of forms, each drawn ten times by the
+# one above it.
+def endless(file):
+    levels = 10
+    page = b"<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]"
+    objects = [b"<</Type/Catalog/Pages 2 0 R>>", b"<</Type/Pages/Count 4/Kids[3 0 R 4 0 R 5 0 R 6 0 R]>>",
+               *[page + b">>"] * 3, page + b"/Contents 7 0 R/Resources<</XObject<</F 8 0 R>>>>>>", stream(b"/F Do")]
+    form = b"/Type/XObject/Subtype/Form/BBox[0 0 612 792]"
+    objects += [stream(b"/F Do " * 10, form + b"/Resources<</XObject<</F %d 0 R>>>>" % (9 + level))
+                for level in range(levels)]
+    return written(file, [*objects, stream(b"q Q", form)])
 
 
 class SlowPages(ViewerTest):
@@ -92,3 +115,27 @@ class SlowPages(ViewerTest):
         viewer.key("ctrl+Prior")
         viewer.until(lambda state: state["drawn"]["page"] == 1 and state["drawn"]["there"], "the first page")
         self.assertFalse(any(state["drawn"]["page"] == 2 and state["drawn"]["there"] for state in viewer.past))
+
+
+class EndlessSearch(ViewerTest):
+    def test_quitting_does_not_wait_for_it(self):
+        viewer = self.view(endless(os.path.join(self.folder(), "endless.pdf")))
+        viewer.shown(1)
+        viewer.key("ctrl+f")
+        viewer.type("find", "nowhere")
+        viewer.until(lambda state: "3 of 4 pages" in state["findMessage"], "a search that has come to the last page")
+        viewer.key("ctrl+q")
+        self.assertEqual(viewer.ends(), 0)
+
+
+class ManyPages(ViewerTest):
+    def test_the_scroll_bar_is_bounded(self):
+        count, there = 2_200_000, 3
+        page = b"<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]>>"
+        kids = b" ".join(b"%d 0 R" % (3 + number) for number in range(there))
+        pages = b"<</Type/Pages/Count %d/Kids[%s]>>" % (count, kids)
+        viewer = self.view(written(os.path.join(self.folder(), "many.pdf"),
+                                   [b"<</Type/Catalog/Pages 2 0 R>>", pages, *[page] * there], last=count + there))
+        self.assertEqual(viewer.shown(1)["pages"], count)
+        viewer.key("ctrl+Next")
+        viewer.shown(2)  # and not a line of the toolkit's

@@ -18,7 +18,10 @@ namespace {
 
 // In pixels at 96 dots per inch.
 constexpr double marginWidth = 12, barWidth = 14, ticksWidth = 8;
-constexpr int unitsAPage = 1000; // of the vertical scroll bar
+// The vertical scroll bar's range: units a page, fewer where a document has so many pages that the toolkit, which
+// multiplies them by pixels, would overflow.
+constexpr int mostUnitsAPage = 1000, largestRange = 100'000'000;
+int unitsAPage(int32_t pages) { return std::clamp(largestRange / std::max(1, pages), 1, mostUnitsAPage); }
 
 } // namespace
 
@@ -183,11 +186,11 @@ void PageArea::paintNote(const Place &page) {
 
 void PageArea::update() {
   const Session &session = window_.session();
-  const int whole = std::max(1, session.pageCount()) * unitsAPage;
-  const int slider = std::clamp(static_cast<int>(session.visibleShare() * unitsAPage), 1, whole);
-  const int value = std::clamp(static_cast<int>(session.place() * unitsAPage), 0, whole - slider);
-  XtVaSetValues(vertical_, XmNmaximum, whole, XmNsliderSize, slider, XmNvalue, value, XmNincrement, unitsAPage / 20,
-                XmNpageIncrement, std::max(1, slider), nullptr);
+  const int page = unitsAPage(session.pageCount()), whole = std::max(1, session.pageCount()) * page;
+  const int slider = std::clamp(static_cast<int>(session.visibleShare() * page), 1, whole);
+  const int value = std::clamp(static_cast<int>(session.place() * page), 0, whole - slider);
+  XtVaSetValues(vertical_, XmNmaximum, whole, XmNsliderSize, slider, XmNvalue, value, XmNincrement,
+                std::max(1, page / 20), XmNpageIncrement, slider, nullptr);
   const Shown &shown = session.shown();
   const int window = std::max(1, width_ - 2 * margin(window_.toolkit()));
   const bool wide = shown.document && shown.pageWidth > window;
@@ -241,7 +244,7 @@ void PageArea::scrolled(bool vertical, int value) {
   Session &session = window_.session();
   if (session.view() == nullptr) return;
   if (vertical)
-    session.setPlace(1.0 * value / unitsAPage);
+    session.setPlace(1.0 * value / unitsAPage(session.pageCount()));
   else
     session.drag(value - session.view()->scrollX(), 0);
   session.touch();

@@ -143,6 +143,32 @@ class Keys(ViewerTest):
         self.viewer.answer("information", "OK")
         self.viewer.noDialog()
 
+    def test_help_again_brings_the_keys_to_front(self):
+        self.viewer.key("F1")
+        first = self.viewer.dialog("information")
+        # Beside the dialog, where the key goes to the page.
+        area = self.viewer.now()["area"]
+        self.assertGreater(first["x"], area["x"] + 20)
+        self.display.xdotool("mousemove", area["x"] + 10, area["y"] + 10, "click", 1)
+        self.display.xdotool("key", "F1", "ctrl+Next")
+        self.viewer.shown(2)
+        self.assertEqual([one["name"] for one in self.viewer.now()["dialogs"]], ["information"])
+        self.viewer.click(self.viewer.now()["dialogs"][0]["buttons"][0])
+        self.viewer.noDialog()
+        self.display.xdotool("mousemove", area["x"] + 10, area["y"] + 10, "click", 1)
+        self.display.xdotool("key", "F1")
+        self.viewer.until(lambda state: len(state["dialogs"]) == 1, "a new dialog")
+
+    def test_keys_and_clicks_in_haste_leave_the_keyboard_to_the_window(self):
+        bar = self.viewer.button("Open")
+        self.viewer.pointAtPage()
+        for key in ("F10", "Left", "ctrl+f", "Down"):
+            self.display.xdotool("key", key)
+        self.display.xdotool("mousemove", bar["x"] + 14, bar["y"] - 20, "click", 1)  # the menu File
+        self.display.xdotool("key", "Escape", "key", "Escape")
+        self.viewer.key("ctrl+Next")
+        self.viewer.shown(2)
+
     def test_f10_opens_the_menus(self):
         before = self.display.settled()
         area = self.viewer.now()["area"]

@@ -199,6 +199,10 @@ void Dialogs::askFile(const std::function<void(const std::string &)> &take) {
 }
 
 void Dialogs::tell(const std::string &title, const std::string &text) {
+  if (const auto open = informations_->find(title); open != informations_->end()) {
+    XRaiseWindow(XtDisplay(open->second), XtWindow(XtParent(open->second)));
+    return;
+  }
   char name[] = "information";
   ::Widget box = XmCreateInformationDialog(window_.toolkit().shell(), name, nullptr, 0);
   const MotifString message(wrapped(text));
@@ -208,6 +212,9 @@ void Dialogs::tell(const std::string &title, const std::string &text) {
   hide(box, XmDIALOG_HELP_BUTTON);
   whenever(box, XmNokCallback, [box](const XEvent *) { destroy(box); });
   destroyWhenUnmapped(box);
+  (*informations_)[title] = box;
+  whenever(box, XmNdestroyCallback,
+           [title, informations = informations_](const XEvent *) { informations->erase(title); });
   XtManageChild(box);
 }
 

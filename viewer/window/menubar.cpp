@@ -53,6 +53,7 @@ bool MenuBar::fill() {
 
 ::Widget MenuBar::addMenu(const std::string &name) {
   ::Widget menu = XmCreatePulldownMenu(bar_, const_cast<char *>((name + "Menu").c_str()), nullptr, 0);
+  whenever(menu, XmNunmapCallback, [this](const XEvent *) { window_.toolkit().restoreFocusSoon(); });
   ::Widget cascade = XtVaCreateManagedWidget(name.c_str(), xmCascadeButtonWidgetClass, bar_, XmNsubMenuId, menu,
                                              XmNmnemonic, static_cast<KeySym>(name[0]), nullptr);
   if (name == "Help") XtVaSetValues(bar_, XmNmenuHelpWidget, cascade, nullptr);

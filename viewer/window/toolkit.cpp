@@ -54,6 +54,21 @@ int endWithoutDisplay(::Display *display) {
   _exit(EXIT_FAILURE);
 }
 
+// A menu that is opened while the pointer or the keyboard is still held by the one before says so; the next try works.
+void reportWarning(String text) {
+  const std::string line = text;
+  for (const char *harmless : {"XtGrabPointer failed", "XtGrabKeyboard failed"})
+    if (line.find(harmless) != std::string::npos) return;
+  std::fprintf(stderr, "tavrel: window toolkit: %s\n", text);
+}
+
+void restoreFocus(XtPointer display, XtIntervalId * /*id*/) {
+  ::Window focus = None;
+  int revertsTo = 0;
+  XGetInputFocus(static_cast<::Display *>(display), &focus, &revertsTo);
+  if (focus == None) XSetInputFocus(static_cast<::Display *>(display), PointerRoot, RevertToPointerRoot, CurrentTime);
+}
+
 int ignoreError(::Display * /*display*/, XErrorEvent * /*event*/) { return 0; }
 
 void merge(XrmDatabase &database, const std::string &lines, bool overrides) {
@@ -72,6 +87,7 @@ Toolkit::Toolkit(const ToolkitOptions &options) {
   XtToolkitInitialize();
   XtSetLanguageProc(nullptr, tellLocale, nullptr);
   context_ = XtCreateApplicationContext();
+  XtAppSetWarningHandler(context_, reportWarning);
   char name[] = "tavrel", className[] = "Tavrel", geometryOption[] = "-geometry";
   std::string geometry = options.geometry;
   char *arguments[] = {name, geometryOption, geometry.data(), nullptr};
@@ -104,6 +120,8 @@ Toolkit::Toolkit(const ToolkitOptions &options) {
   XtSetArg(values[number], XmNdeleteResponse, XmDO_NOTHING), ++number;
   shell_ = XtAppCreateShell(name, className, applicationShellWidgetClass, display_, values, number);
 }
+
+void Toolkit::restoreFocusSoon() { XtAppAddTimeOut(context_, 0, restoreFocus, display_); }
 
 Toolkit::~Toolkit() {
   XtDestroyWidget(shell_); // does not go with its context

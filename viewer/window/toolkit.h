@@ -30,6 +30,10 @@ public:
     int width, height;
   };
   Size windowSize() const;
+  /// Gives the keyboard back to the window below the pointer, soon and only where no window has it: a menu that is
+  /// taken from the screen while it has the keyboard leaves it to nobody, and without a window manager nobody takes it
+  /// back.
+  void restoreFocusSoon();
   /// From now on the windows are gone, and what is left to do with them is no error.
   void abandon();
 

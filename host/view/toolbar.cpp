@@ -1,6 +1,8 @@
 // The tool bar's model. The application owns one; a window shows it, the TavrelView table changes it.
 #include "host/view/toolbar.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace host {
@@ -30,6 +32,7 @@ ToolBar::ToolBar(Atoms &atoms) {
   for (const OwnButton &own : ownButtons) {
     ToolButton &button = create(atoms.atom(own.name), 0);
     button.tip = own.tip;
+    button.ofApplication = true;
     order_.push_back(&button);
   }
 }
@@ -64,6 +67,14 @@ void ToolBar::insert(ToolButton &button, bool before, ToolButton *reference) {
 
 void ToolBar::detach(ToolButton &button) {
   if (std::erase(order_, &button) > 0) tell();
+}
+
+std::vector<ToolButton *> ToolBar::visible() const {
+  std::vector<ToolButton *> buttons;
+  std::copy_if(order_.begin(), order_.end(), std::back_inserter(buttons), [this](const ToolButton *button) {
+    return !embedded || button->ofApplication || button->attributes.contains(tavrel::buttonAlsoInBrowser);
+  });
+  return buttons;
 }
 
 bool ToolBar::hasSpace(int32_t buttons, int32_t separators) const {

@@ -19,7 +19,8 @@ struct ToolButton {
   tavrel::Bitmap icon = 0;
   std::string tip;
   std::set<int32_t> attributes;
-  bool enabled = true; ///< what its test said last
+  bool ofApplication = false; ///< one of the application's own, not a plug-in's
+  bool enabled = true;        ///< what its test said last
   // A plug-in's button has these two, a button of the application itself the two after them.
   Registration action, test;
   std::function<void()> ownAction;
@@ -54,6 +55,11 @@ public:
 
   /// On the tool bar, from left to right.
   const std::vector<ToolButton *> &order() const { return order_; }
+  /// Those of them that a reader sees: in a viewer that is embedded in another window, of the plug-ins' buttons only
+  /// those with buttonAlsoInBrowser.
+  std::vector<ToolButton *> visible() const;
+  /// Whether the viewer is embedded in another window.
+  bool embedded = false;
   Handles<tavrel::ToolButton, ToolButton> &handles() { return handles_; }
   /// Told when buttons come, go, move or change their state.
   std::function<void()> listener;

@@ -35,7 +35,8 @@ struct AuxDataHandler {
 /// Flags of GetModifierKeyState.
 enum ModifierKey : uint32_t { modifierShift = 1, modifierControl = 2, modifierAlt = 4 };
 
-/// Attributes of a tool button.
+/// Attributes of a tool button. A viewer that is embedded in another window, as in a web browser, shows only the buttons
+/// that have buttonAlsoInBrowser; a viewer in a window of its own shows all.
 enum ButtonAttribute : int32_t { buttonInternal = 1, buttonAlsoInBrowser = 2 };
 
 /// The version that ends with SetStatusText, and the newest, which has all operations below.

@@ -20,7 +20,8 @@ TAVREL = os.environ["TAVREL"]
 DOCUMENTS = os.environ["TAVREL_DOCUMENTS"]
 HELPERS = os.environ["TAVREL_HELPERS"]
 TEST_PLUGINS = os.environ["TAVREL_TEST_PLUGINS"]
-OWN_PLUGINS = os.environ["TAVREL_VIEWER_PLUGINS"]
+BUTTONS_PLUGIN = os.path.join(os.environ["TAVREL_VIEWER_PLUGINS"], "buttons")
+JUMPS_PLUGIN = os.path.join(os.environ["TAVREL_VIEWER_PLUGINS"], "jumps")
 SCREENSHOTS = os.environ.get("TAVREL_SCREENSHOTS") or os.environ["TAVREL_SCREENSHOTS_OTHERWISE"]
 
 NEXT, PREVIOUS = "TavrelGLT:Next", "TavrelGLT:Prev"

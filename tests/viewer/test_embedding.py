@@ -3,7 +3,7 @@ import os
 import subprocess
 import unittest
 
-from harness import HELPERS, NEXT, YELLOW, ViewerTest, document
+from harness import BUTTONS_PLUGIN, HELPERS, NEXT, YELLOW, ViewerTest, document
 
 
 class Embedding(ViewerTest):
@@ -49,6 +49,14 @@ class Embedding(ViewerTest):
         viewer.shown(5)
         viewer.key("shift+F3")
         viewer.hit("hit 1 of 2")
+
+    def test_it_shows_only_the_plug_ins_buttons_that_belong_into_a_browser(self):
+        viewer = self.view(document("cjk.pdf"), "--into", self.window, "--plugins-dir", BUTTONS_PLUGIN)
+        viewer.shown(1)
+        names = [button["name"] for button in viewer.now()["buttons"]]
+        self.assertIn("buttons:Always", names)
+        self.assertNotIn("buttons:OwnWindow", names)
+        self.assertIn("NextPage", names)
 
     def test_it_follows_the_windows_size(self):
         viewer = self.open()

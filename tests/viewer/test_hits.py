@@ -1,7 +1,7 @@
 # From hit to hit, with the buttons of the tool bar and with keys.
 import unittest
 
-from harness import NEXT, OWN_PLUGINS, PREVIOUS, YELLOW, ViewerTest, document
+from harness import JUMPS_PLUGIN, NEXT, PREVIOUS, YELLOW, ViewerTest, document
 
 PAGES = [2, 5, 9, 40]  # with hits, counted from 0
 
@@ -171,7 +171,7 @@ class Jumps(ViewerTest):
 
     def setUp(self):
         super().setUp()
-        self.viewer = self.view(document("three-hundred.pdf"), "--plugins-dir", OWN_PLUGINS)
+        self.viewer = self.view(document("three-hundred.pdf"), "--plugins-dir", JUMPS_PLUGIN)
         self.viewer.hit("hit 1 of 3")
 
     def test_a_click_steps(self):

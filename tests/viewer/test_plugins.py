@@ -2,7 +2,7 @@
 import os
 import unittest
 
-from harness import NEXT, TEST_PLUGINS, ViewerTest, document
+from harness import BUTTONS_PLUGIN, NEXT, TEST_PLUGINS, ViewerTest, document
 
 NOT_RUNNING = ["nomain", "nosetup", "otherversion", "raises", "refuses", "strangecallback"]
 FAILING = ["forgets", *NOT_RUNNING]  # one does not tidy up and runs all the same
@@ -41,6 +41,26 @@ class Plugins(ViewerTest):
                        *(name + r"(\.so)?: +failed: \S" for name in NOT_RUNNING)):
             with self.subTest(wanted):
                 self.assertRegex(text, wanted)
+
+
+class PluginButtons(ViewerTest):
+    def open(self):
+        viewer = self.view(document("three-hundred.pdf"), "--plugins-dir", BUTTONS_PLUGIN)
+        viewer.shown(1)
+        return viewer
+
+    def test_a_window_of_its_own_shows_all(self):
+        names = [button["name"] for button in self.open().now()["buttons"]]
+        self.assertEqual(names[-3:], ["buttons:Always", "buttons:OwnWindow", "buttons:Detach"])
+
+    def test_without_the_button_of_the_next_page_its_field_still_follows_the_page(self):
+        viewer = self.open()
+        viewer.press("buttons:Detach")
+        viewer.until(lambda state: all(one["name"] != "NextPage" for one in state["buttons"]), "a button less")
+        viewer.key("ctrl+Next")
+        viewer.until(lambda state: state["pageField"]["text"] == "2", "the page's number in its field")
+        last = viewer.now()["buttons"][-1]
+        self.assertGreater(viewer.now()["pageField"]["x"], last["x"])
 
 
 class NoPlugins(ViewerTest):

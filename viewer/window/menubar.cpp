@@ -88,9 +88,10 @@ void MenuBar::update() {
 
 void MenuBar::updatePlugins() {
   std::vector<host::ToolButton *> there;
-  if (const host::ToolBar *bar = window_.app().toolBar())
-    std::copy_if(bar->order().begin(), bar->order().end(), std::back_inserter(there),
-                 [](const host::ToolButton *button) { return button->action.callback != nullptr; });
+  if (const host::ToolBar *bar = window_.app().toolBar()) {
+    there = bar->visible();
+    std::erase_if(there, [](const host::ToolButton *button) { return button->action.callback == nullptr; });
+  }
   const bool same = std::equal(there.begin(), there.end(), plugins_.begin(), plugins_.end(),
                                [](const host::ToolButton *button, const PluginEntry &entry) {
                                  return button == entry.button && button->tip == entry.label;

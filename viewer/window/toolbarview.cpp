@@ -30,7 +30,7 @@ ToolBarView::ToolBarView(MainWindow &window, ::Widget parent) : window_(window) 
 }
 
 void ToolBarView::update() {
-  const std::vector<host::ToolButton *> &order = window_.app().toolBar()->order();
+  const std::vector<host::ToolButton *> order = window_.app().toolBar()->visible();
   const bool same =
       std::equal(order.begin(), order.end(), buttons_.begin(), buttons_.end(),
                  [](const host::ToolButton *model, const Button &button) { return model == button.model; });
@@ -66,6 +66,7 @@ void ToolBarView::rebuild(const std::vector<host::ToolButton *> &order) {
     XtDestroyWidget(widget);
   buttons_.clear();
   others_.clear();
+  pageField_ = pageCount_ = nullptr; // were among the others
   fieldText_.clear();
   countText_.clear();
   for (host::ToolButton *model : order) {

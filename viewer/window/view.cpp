@@ -161,6 +161,7 @@ ViewEnd run(const ViewOptions &options) {
   host::Runtime runtime;
   host::Application app(runtime);
   host::addHostTables(runtime);
+  app.toolBar()->embedded = !options.into.empty();
   Session session(app, [&bell] { bell.ring(); });
   for (size_t i = 0; i < options.documents.size(); ++i) {
     Target target = targetOf(options.documents[i]);

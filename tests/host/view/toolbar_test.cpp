@@ -9,6 +9,7 @@ using tavrel::Atom;
 using tavrel::Bool16;
 using tavrel::ToolButton;
 using testing::ElementsAre;
+using testing::SizeIs;
 
 int presses;
 Bool16 enabled;
@@ -183,6 +184,19 @@ TEST_F(ToolBar, TheTipIsCopied) {
   TavrelView::ToolButtonAttachTip(a, tip);
   tip[0] = 'x';
   EXPECT_EQ(object(a).tip, "Next");
+}
+
+TEST_F(ToolBar, AnEmbeddedViewerShowsOfThePluginsButtonsThoseThatBelongThere) {
+  const ToolButton inside = create("inside"), both = create("both");
+  TavrelView::ToolButtonSetAttribute(inside, tavrel::buttonInternal);
+  TavrelView::ToolButtonSetAttribute(both, tavrel::buttonAlsoInBrowser);
+  const size_t own = app.toolBar()->order().size();
+  insert(inside, false, nullptr);
+  insert(both, false, nullptr);
+  EXPECT_THAT(app.toolBar()->visible(), SizeIs(own + 2));
+  app.toolBar()->embedded = true;
+  EXPECT_THAT(app.toolBar()->visible(), SizeIs(own + 1));
+  EXPECT_EQ(app.toolBar()->visible().back(), &object(both));
 }
 
 TEST_F(ToolBar, AttributesAreKept) {

@@ -1,6 +1,8 @@
 // Scrolling to a selection: the arithmetic by itself, and the sequence of host calls around it.
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "plugin/glt/glt.h"
 #include "tests/host/Faults.h"
 #include "tests/host/RecordingHost.h"
@@ -162,6 +164,24 @@ TEST_F(Scrolling, TransformsTheBoundsInPlaceByThePagesMatrix) {
   EXPECT_EQ(by.d, -2 * fixedOne);
   EXPECT_EQ(host.count("PageViewScrollToPoint"), 1U);
   EXPECT_NE(host.story().find("PageViewScrollToPoint(view, 450, 710)"), std::string::npos);
+}
+
+/// Leaves bytes where the variables of the next call will be.
+[[gnu::noinline]] void soilTheStack() {
+  volatile unsigned char bytes[8192];
+  for (volatile unsigned char &byte : bytes)
+    byte = 0xA5;
+}
+
+TEST_F(Scrolling, WithoutAPageViewHandsOnAnEmptyViewAndMatrix) {
+  FixedMatrix by = {1, 1, 1, 1, 1, 1};
+  host.answer(TavrelSupport::TransformFixedRect,
+              std::function([&](FixedRect *, const FixedMatrix *matrix, const FixedRect *) { by = *matrix; }));
+  soilTheStack();
+  GLTScrollTo(nullptr, host.selection);
+  EXPECT_EQ((std::vector<Fixed>{by.a, by.b, by.c, by.d, by.h, by.v}), std::vector<Fixed>(6));
+  // 10 to the left of and above the selection at (100, 500), which is larger than a view without area.
+  EXPECT_NE(host.story().find("PageViewScrollToPoint(null, 90, 490)"), std::string::npos) << host.story();
 }
 
 TEST_F(Scrolling, PaintsNothing) {

@@ -257,10 +257,14 @@ TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersAndRegistersLeavesThat
   EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
 }
 
-TEST_F(Afterwards, RegistrationThatGaveWayToAnotherSaysYes) {
+TEST_F(Afterwards, RegistrationThatGaveWayToAnotherSaysYesAndCallsTheHostNoMore) {
   const ListOwner list({{3, 1, 1}});
-  s_inNewProc = [this] { registerNew(host, {{7, 1, 1}}, 0); };
+  s_inNewProc = [this] {
+    registerNew(host, {{7, 1, 1}}, 0);
+    host.clear();
+  };
   EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr), 1);
+  EXPECT_EQ(host.story(), "\n");
 }
 
 TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersGoesOn) {

@@ -1,7 +1,10 @@
-// The registry: at most one record a document, filed in the association table under the atom "GLT", twice.
+// The registry: at most one record for a document, filed in the association table under the atom "GLT", twice.
 //
-// Calls into the host and into registrants may come back here for the same document. A record is therefore known by
-// its serial number, and looked at again only after GLTStillRegistered has said that it is still the one.
+// Calls into the host and into registrants may call the registry again for the same document. No pointer to a record is
+// kept over such a call but a GLTRecordRef, and the record is used again only after GLTStillRegistered has found it.
+//
+// A record owns its list. Until the record has one, the list to be registered belongs to somebody else (ListSource),
+// and between the two there is no host call: a raise ends a registration anywhere and loses no list.
 #include "plugin/glt/glt.h"
 
 #include <utility>
@@ -33,88 +36,131 @@ DocumentKey fetchKey(Doc document) {
   return {document, key1, key2};
 }
 
+/// The document's record, or null, without a host call.
+GLTRecord *currentRecord(Doc document) {
+  return static_cast<GLTRecord *>(AssociateFind(document, s_gltAtom, s_gltAtom));
+}
+
 uint32_t nextSerial() {
-  return s_lastSerial = s_lastSerial % UINT32_MAX + 1; // never 0, which means not filed
+  return s_lastSerial = s_lastSerial % UINT32_MAX + 1; // never 0, which refers to no record
 }
 
 constexpr ColorValue defaultColor = {colorSpaceRGB, {fixedOne, 0, 0, 0}};
 
-/// Tells the registrant, once, that its list goes. False when meanwhile the registration has gone by itself.
-bool tellNewList(Doc document, uint32_t serial, GLTRecord *record) {
+/// Notifies the registrant that its list is about to be destroyed. Does nothing when it has been.
+void notifyNewList(const GLTRecordRef &ref) {
+  GLTRecord *record = GLTStillRegistered(ref);
+  if (record == nullptr || record->newProc == nullptr) return;
   GLTNewProc newProc = record->newProc;
-  if (newProc == nullptr) return true;
-  record->newProc = nullptr; // a registrant that registers from here must not be told of the same list again
-  newProc(document, record->hll, HLL_GetData(record->hll));
-  return GLTStillRegistered(document, serial, nullptr) != nullptr;
+  // Before the call: a registrant frees there what it keeps for the list, so it is notified once, even if it raises or
+  // registers from there.
+  record->newProc = nullptr;
+  newProc(ref.document, record->hll, HLL_GetData(record->hll));
 }
 
-/// Removes the record with its list. The host is asked for the key first: if it fails, all is as before.
-void removeRecord(Doc document, uint32_t serial) {
-  const DocumentKey key = fetchKey(document);
-  GLTRecord *record = GLTStillRegistered(document, serial, nullptr);
+/// Destroys a record with its list. Does nothing when it has been.
+void removeRecord(const GLTRecordRef &ref, const DocumentKey &key) {
+  GLTRecord *record = GLTStillRegistered(ref);
   if (record == nullptr) return;
   GLT_DeleteHLL(record->hll);
   AssociateDelete(key.document, key.key1, key.key2);
 }
 
-/// Whose a list is that is to be registered: the registration's that holds it, where it came from GLT_GetHLL, or the
-/// caller's own (serial 0). A registration may go while the host is called, and its list with it.
-struct Holder {
-  Doc document;
-  uint32_t serial;
+/// A list that is to be registered, and who owns it until the new record has its own.
+struct ListSource {
+  const HLL *list;     ///< null is registered, too
+  HLL **given;         ///< the variable of a caller that gives it away; null where the list is only lent
+  GLTRecordRef lender; ///< the registration that owns it, where it came from GLT_GetHLL; none where a caller does
 };
 
-Holder holderOf(const HLL *list) {
+constexpr GLTRecordRef noRecord = {nullptr, 0, nullptr};
+
+ListSource givenList(HLL *&list) { return {list, &list, noRecord}; }
+
+ListSource lentList(const HLL *list) {
   for (const AssocEntry *entry = s_AssocList; list != nullptr && entry != nullptr; entry = entry->next) {
-    const auto *record = static_cast<const GLTRecord *>(entry->data);
-    if (entry->size == sizeof(GLTRecord) && record->hll == list)
-      return {static_cast<Doc>(entry->object), record->serial};
+    if (entry->key1 != s_gltAtom || entry->key2 != s_gltAtom) continue;
+    auto *record = static_cast<GLTRecord *>(entry->data);
+    if (record->hll == list) return {list, nullptr, GLTRefer(static_cast<Doc>(entry->object), record)};
   }
-  return {nullptr, 0};
+  return {list, nullptr, noRecord};
 }
 
-bool stillThere(const Holder &holder) {
-  return holder.serial == 0 || GLTStillRegistered(holder.document, holder.serial, nullptr) != nullptr;
+/// Whether a registration lends the list.
+bool isLentBy(const ListSource &source, const GLTRecordRef &ref) {
+  return source.lender.serial != 0 && source.lender.serial == ref.serial;
 }
 
-/// A copy of a registered list on its way from the old record to the new one. The host is called in between, so it is
-/// kept here, where the next registration finds it if that call fails.
-HLL *s_carried;
-
-/// For a registration that begins to carry: whatever an earlier one left when the host made it fail goes.
-void carry(HLL *copy) {
-  GLT_DeleteHLL(s_carried);
-  s_carried = copy;
+/// A list that a registration lends is destroyed with that registration.
+bool isAlive(const ListSource &source) {
+  return source.lender.serial == 0 || GLTStillRegistered(source.lender) != nullptr;
 }
 
-/// Takes the document's record off the screen and out of the table. Where `list`, which is about to take its place, is
-/// the very list that goes, a copy is carried over and stands for it. False when the registration went by itself
-/// meanwhile.
-bool retire(Doc document, PageView view, GLTRecord *record, const HLL *&list) {
-  const uint32_t serial = record->serial;
-  TextSelection selection = GLTMapHLLToViewer(document, record);
+/// The record's own list: the given one itself where a copy would be the same, else a copy.
+HLL *ownList(const ListSource &source) {
+  if (source.given != nullptr && HLLIsComplete(source.list)) return std::exchange(*source.given, nullptr);
+  return GLT_CopyHLL(source.list);
+}
+
+/// Whether a registration found `old` (or none) and another one has been filed for the document since.
+bool isOvertaken(const GLTRecordRef &old) {
+  const GLTRecord *current = currentRecord(old.document);
+  return current != nullptr && current->serial != old.serial;
+}
+
+/// Takes the old record off the screen, notifies its registrant, and removes it, unless it lends the new record's list:
+/// then it stays until that has been copied. The record may be unregistered meanwhile, which changes nothing for the
+/// new one.
+void retire(const GLTRecordRef &old, PageView view, const ListSource &source) {
+  TextSelection selection = GLTMapHLLToViewer(old.document, GLTStillRegistered(old));
   if (selection != nullptr) TavrelView::PageViewHighlightText(view, selection);
-  record = GLTStillRegistered(document, serial, nullptr);
-  if (record == nullptr || !tellNewList(document, serial, record)) return false;
-  const HLL *old = GLTStillRegistered(document, serial, nullptr)->hll;
-  if (list == old) {
-    carry(GLT_CopyHLL(list));
-    list = s_carried;
-  }
-  removeRecord(document, serial);
-  return true;
+  notifyNewList(old);
+  if (GLTStillRegistered(old) == nullptr) return;
+  const DocumentKey key = fetchKey(old.document); // before the removal: if the host fails here, all is as before
+  if (!isLentBy(source, old)) removeRecord(old, key);
 }
 
-/// Where the caller of the next registration has its list, if it offers it.
-HLL **s_offered;
+/// A record without a list, at the list's first highlight.
+GLTRecord newRecord(const GLTTerms &terms) {
+  GLTRecord record;
+  miMemsetSAFE(&record, 0, sizeof record);
+  record.jumpProc = terms.jumpProc;
+  record.newProc = terms.newProc;
+  record.wordFinderVersion = terms.wordFinderVersion;
+  record.color = terms.color != nullptr ? *terms.color : defaultColor;
+  record.offsetUnits = terms.offsetUnits;
+  record.serial = nextSerial();
+  return record;
+}
 
-/// The new record's own copy: the list itself where it is the one carried over or offered, else a fresh one.
-HLL *takeCopy(const HLL *list, HLL **own) {
-  if (own != nullptr && HLLIsComplete(list)) return std::exchange(*own, nullptr);
-  if (list == nullptr || list != s_carried) return GLT_CopyHLL(list);
-  HLL *copy = s_carried;
-  s_carried = nullptr;
-  return copy;
+/// Turns the view to a new record's first page and has its highlights marked there.
+void showNewRecord(Doc document, PageView view, GLTRecord *record, Bool16 scroll) {
+  const GLTRecordRef ref = GLTRefer(document, record);
+  TextSelection selection = GLTMapHLLToViewer(document, record);
+  if (selection == nullptr || GLTStillRegistered(ref) == nullptr) return;
+  TavrelView::PageViewHighlightText(view, selection);
+  if (scroll != 0 && GLTStillRegistered(ref) != nullptr) GLTScrollTo(view, selection);
+}
+
+Bool16 registerList(Doc document, const ListSource &source, const GLTTerms &terms) {
+  PageView view = TavrelView::DocGetPageView(document);
+  const GLTRecordRef old = GLTRefer(document, GLTFindRecord(document));
+  if (!isAlive(source)) return 1; // there is nothing left to show
+  if (old.serial != 0) retire(old, view, source);
+  if (isOvertaken(old)) return 1; // the registration made last stands
+
+  const DocumentKey key = fetchKey(document);
+  // Asked again: the table would replace the record of a registration made in that call, and lose its list.
+  if (isOvertaken(old) || !isAlive(source)) return 1;
+  GLTRecord record = newRecord(terms);
+  record.hll = ownList(source);
+  removeRecord(old, key); // it is still there where it lent its list
+  record.filed = true;
+  // Filed or not, the display goes on with the record as built.
+  record.filed = AssociateNew(key.document, key.key1, key.key2, &record, sizeof record) != 0;
+  showNewRecord(document, view, &record, terms.scroll);
+  if (!record.filed) GLT_DeleteHLL(record.hll);
+  return 1;
 }
 
 } // namespace
@@ -124,15 +170,21 @@ GLTRecord *GLTFindRecord(Doc document) {
   return static_cast<GLTRecord *>(AssociateFind(key.document, key.key1, key.key2));
 }
 
-GLTRecord *GLTStillRegistered(Doc document, uint32_t serial, GLTRecord *asBuilt) {
-  if (serial == 0) return asBuilt;
-  auto *record = static_cast<GLTRecord *>(AssociateFind(document, s_gltAtom, s_gltAtom));
-  return record != nullptr && record->serial == serial ? record : nullptr;
+GLTRecordRef GLTRefer(Doc document, GLTRecord *record) {
+  if (record == nullptr) return {document, 0, nullptr};
+  return {document, record->serial, record->filed ? nullptr : record};
+}
+
+GLTRecord *GLTStillRegistered(const GLTRecordRef &ref) {
+  if (ref.unfiled != nullptr) return ref.unfiled;
+  GLTRecord *record = currentRecord(ref.document);
+  return record != nullptr && record->serial == ref.serial ? record : nullptr;
 }
 
 Bool16 GLT_RegisterHLL(Doc document, const HLL *list, int32_t offsetUnits, GLTJumpProc jumpProc, GLTNewProc newProc,
                        Bool16 scroll, const ColorValue *color) {
-  return GLT_RegisterHLLCommon(document, list, offsetUnits, jumpProc, newProc, scroll, color, 2);
+  return GLT_RegisterHLLCommon(document, list, offsetUnits, jumpProc, newProc, scroll, color,
+                               gltDefaultWordFinderVersion);
 }
 
 Bool16 GLT_RegisterWordOffsetHLL(Doc document, const HLL *list, GLTJumpProc jumpProc, GLTNewProc newProc, Bool16 scroll,
@@ -140,49 +192,22 @@ Bool16 GLT_RegisterWordOffsetHLL(Doc document, const HLL *list, GLTJumpProc jump
   return GLT_RegisterHLLCommon(document, list, 0, jumpProc, newProc, scroll, color, wordFinderVersion);
 }
 
-void GLTOfferHLL(HLL **own) { s_offered = own; }
-
 Bool16 GLT_RegisterHLLCommon(Doc document, const HLL *list, int32_t offsetUnits, GLTJumpProc jumpProc,
                              GLTNewProc newProc, Bool16 scroll, const ColorValue *color, int16_t wordFinderVersion) {
-  HLL **const own = std::exchange(s_offered, nullptr);
-  const Holder holder = holderOf(list);
-  PageView view = TavrelView::DocGetPageView(document);
-  carry(nullptr);
-  GLTRecord *old = GLTFindRecord(document);
-  if (!stillThere(holder)) return 1; // the list went with its own registration: there is nothing to show
-  if (old != nullptr && !retire(document, view, old, list))
-    return 1; // another registration took this document meanwhile: it stands
+  return registerList(document, lentList(list), {offsetUnits, jumpProc, newProc, scroll, color, wordFinderVersion});
+}
 
-  const DocumentKey key = fetchKey(document);
-  if (list != s_carried && !stillThere(holder)) return 1;
-  GLTRecord record;
-  miMemsetSAFE(&record, 0, sizeof record);
-  record.hll = takeCopy(list, own);
-  record.jumpProc = jumpProc;
-  record.newProc = newProc;
-  record.wordFinderVersion = wordFinderVersion;
-  record.color = color != nullptr ? *color : defaultColor;
-  record.offsetUnits = offsetUnits;
-  record.serial = nextSerial();
-  // Filed or not, the display goes on with the record as built.
-  const bool filed = AssociateNew(key.document, key.key1, key.key2, &record, sizeof record) != 0;
-  if (!filed) record.serial = 0;
-
-  TextSelection selection = GLTMapHLLToViewer(document, &record);
-  if (selection != nullptr && GLTStillRegistered(document, record.serial, &record) != nullptr) {
-    TavrelView::PageViewHighlightText(view, selection);
-    if (scroll != 0 && GLTStillRegistered(document, record.serial, &record) != nullptr) GLTScrollTo(view, selection);
-  }
-  if (!filed) GLT_DeleteHLL(record.hll);
-  return 1;
+Bool16 GLTRegisterGivenHLL(Doc document, HLL *&list, const GLTTerms &terms) {
+  return registerList(document, givenList(list), terms);
 }
 
 void GLT_UnregisterHLL(Doc document, HLL *list) {
   GLTRecord *record = GLTFindRecord(document);
   if (record == nullptr || record->hll != list) return;
-  const uint32_t serial = record->serial;
-  if (!tellNewList(document, serial, record)) return;
-  removeRecord(document, serial);
+  const GLTRecordRef ref = GLTRefer(document, record);
+  notifyNewList(ref);
+  if (GLTStillRegistered(ref) == nullptr) return;
+  removeRecord(ref, fetchKey(document));
   GLTShowHighlights(document, nullptr, 1);
 }
 

@@ -42,7 +42,16 @@ struct GLTRecord {
   tavrel::GLTJumpProc jumpProc; ///< may be null
   tavrel::GLTNewProc newProc;   ///< may be null
   int16_t wordFinderVersion;    ///< resolves word numbers
-  uint32_t serial;              ///< which registration this is; 0 for one that could not be filed
+  bool filed;                   ///< false where memory ran out: then only the registration itself has the record
+  uint32_t serial;              ///< the registration's number, from 1 on; none has the number of another
+};
+
+/// A reference to a record that holds over host calls and registrants' procedures, each of which may register,
+/// unregister or jump: a pointer to the record does not.
+struct GLTRecordRef {
+  tavrel::Doc document;
+  uint32_t serial;    ///< of the registration; 0 for none
+  GLTRecord *unfiled; ///< the record itself where it could not be filed, which nobody else can retire; else null
 };
 
 // The list (gltList.cpp). None of these fails but for memory, and a null list reads as an empty one.
@@ -83,9 +92,25 @@ tavrel::Bool16 GLT_RegisterWordOffsetHLL(tavrel::Doc document, const HLL *list, 
 tavrel::Bool16 GLT_RegisterHLLCommon(tavrel::Doc document, const HLL *list, int32_t offsetUnits,
                                      tavrel::GLTJumpProc jumpProc, tavrel::GLTNewProc newProc, tavrel::Bool16 scroll,
                                      const tavrel::ColorValue *color, int16_t wordFinderVersion);
-/// For a caller that registers its list next, which was only added to and which nobody else knows of: the record may
-/// take that list instead of a copy that would be the same. Then `*own` is null afterwards.
-void GLTOfferHLL(HLL **own);
+
+/// What a registration says besides the document and the list; the fields as in GLTRecord.
+struct GLTTerms {
+  int32_t offsetUnits;
+  tavrel::GLTJumpProc jumpProc;
+  tavrel::GLTNewProc newProc;
+  tavrel::Bool16 scroll;           ///< whether the view scrolls to the first page's highlights
+  const tavrel::ColorValue *color; ///< null for red
+  int16_t wordFinderVersion;
+};
+
+/// The word extraction of lists that name none.
+inline constexpr int16_t gltDefaultWordFinderVersion = 2;
+
+/// Registers a list that the caller gives away. It came to be by HLL_AddHL alone and nobody else knows it, so that the
+/// record may take the list itself instead of a copy. `list` is null afterwards if the record took it, and is still the
+/// caller's if not. Always 1.
+tavrel::Bool16 GLTRegisterGivenHLL(tavrel::Doc document, HLL *&list, const GLTTerms &terms);
+
 void GLT_UnregisterHLL(tavrel::Doc document, HLL *list);
 HLL *GLT_GetHLL(tavrel::Doc document);
 int32_t GLT_GetViewMode(tavrel::Doc document);
@@ -98,10 +123,11 @@ tavrel::Bool16 GLT_SetPos(tavrel::Doc document, uint32_t pageIndex, uint16_t wor
 /// A document's record, or null. Asks the host for the key's atom twice, once a key.
 GLTRecord *GLTFindRecord(tavrel::Doc document);
 
-/// The record of that registration, or null when it is no longer the document's. Any host call may end in another
-/// plug-in that registers, unregisters or jumps, so this is asked before a record is touched again. No host call.
-/// `asBuilt` is what to go on with when the registration could not be filed: nobody can retire that one.
-GLTRecord *GLTStillRegistered(tavrel::Doc document, uint32_t serial, GLTRecord *asBuilt);
+/// A reference to a record of a document; to none for null.
+GLTRecordRef GLTRefer(tavrel::Doc document, GLTRecord *record);
+
+/// The record referred to, or null when it is no longer the document's. Makes no host call.
+GLTRecord *GLTStillRegistered(const GLTRecordRef &ref);
 
 // Display and scrolling (gltDisplay.cpp, gltScroll.cpp).
 

@@ -57,12 +57,12 @@ struct Front {
 
 Front front() {
   Doc document = TavrelView::GetFrontDoc();
-  const GLTRecord *record = GLTFindRecord(document);
+  GLTRecord *record = GLTFindRecord(document);
   if (record == nullptr) return {nullptr, 0};
-  const uint32_t serial = record->serial;
+  const GLTRecordRef ref = GLTRefer(document, record);
   PageView view = document != nullptr ? TavrelView::DocGetPageView(document) : nullptr;
   const int32_t page = view != nullptr ? TavrelView::PageViewGetPageNum(view) : 0;
-  return {GLTStillRegistered(document, serial, nullptr), page};
+  return {GLTStillRegistered(ref), page};
 }
 
 } // namespace

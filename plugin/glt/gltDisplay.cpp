@@ -15,8 +15,8 @@ int32_t entriesShown(int32_t viewMode, uint16_t count) {
   switch (viewMode) {
   case GLT_VIEW_ALL:
     return count;
-  case GLT_VIEW_ONE: // the page's first highlight whatever the current one is, on purpose
-    return count != 0 ? 1 : 0;
+  case GLT_VIEW_ONE:           // the page's first highlight whatever the current one is, on purpose
+    return count != 0 ? 1 : 0; // a page without highlights has no array, and the host would read its first entry
   default:
     return 0;
   }
@@ -27,10 +27,10 @@ TextSelection selectionOn(Page page, const GLTRecord *record, const HL *words, i
   return DocModel::SelectionFromWordRanges(page, words, entries, record->wordFinderVersion);
 }
 
-void paint(Doc document, uint32_t serial, GLTRecord *record, PageView view, TextSelection selection) {
+void paint(const GLTRecordRef &ref, PageView view, TextSelection selection) {
   ColorValue saved;
   TavrelView::PageViewFetchDrawColor(view, &saved);
-  record = GLTStillRegistered(document, serial, record);
+  const GLTRecord *record = GLTStillRegistered(ref);
   if (record == nullptr) return;
   const ColorValue color = record->color;
   TavrelView::PageViewApplyDrawColor(view, &color);
@@ -38,14 +38,9 @@ void paint(Doc document, uint32_t serial, GLTRecord *record, PageView view, Text
   TavrelView::PageViewApplyDrawColor(view, &saved);
 }
 
-/// What stands between the bracket's opening and its closing.
-void showInBracket(Doc document, GLTRecord *record, uint32_t serial, PageView view, Bool16 scroll) {
-  if (view == nullptr) return;
-  if (record == nullptr) {
-    TavrelView::PageViewRefreshArea(view, nullptr);
-    return;
-  }
-  record = GLTStillRegistered(document, serial, record);
+/// Shows a record in an open bracket.
+void showRecord(const GLTRecordRef &ref, PageView view, Bool16 scroll) {
+  GLTRecord *record = GLTStillRegistered(ref);
   if (record == nullptr) return;
   if (HLL_GetWordCount(record->hll) == 0) {
     TavrelView::PageViewShowPage(view, 0);
@@ -56,19 +51,19 @@ void showInBracket(Doc document, GLTRecord *record, uint32_t serial, PageView vi
     if (page != nullptr) TavrelView::PageViewShowPage(view, page->page);
     return;
   }
-  TextSelection selection = GLTMapHLLToViewer(document, record);
-  record = GLTStillRegistered(document, serial, record);
+  TextSelection selection = GLTMapHLLToViewer(ref.document, record);
+  record = GLTStillRegistered(ref);
   if (selection == nullptr || record == nullptr) return;
   if (scroll != 0)
     GLTScrollTo(view, selection);
   else
-    paint(document, serial, record, view, selection);
+    paint(ref, view, selection);
 }
 
 } // namespace
 
 TextSelection GLTMapHLLToViewer(Doc document, GLTRecord *record) {
-  const uint32_t serial = record->serial;
+  const GLTRecordRef ref = GLTRefer(document, record);
   const uint32_t pageIndex = record->curPage;
   const HLP *current = HLLPageAt(record->hll, pageIndex);
   if (current == nullptr) return nullptr;
@@ -80,7 +75,7 @@ TextSelection GLTMapHLLToViewer(Doc document, GLTRecord *record) {
     PageView view = TavrelView::DocGetPageView(document);
     if (view != nullptr) TavrelView::PageViewShowPage(view, pageNumber);
     page = DocModel::DocOpenPage(TavrelView::DocGetModelDoc(document), pageNumber);
-    const GLTRecord *still = GLTStillRegistered(document, serial, record);
+    const GLTRecord *still = GLTStillRegistered(ref);
     if (still != nullptr) selection = selectionOn(page, still, still->hll->pages[pageIndex].words, entries);
   });
   // A page that was opened before the host failed stays open, on purpose: only a raise without a code closes it.
@@ -90,11 +85,12 @@ TextSelection GLTMapHLLToViewer(Doc document, GLTRecord *record) {
 }
 
 void GLTShowHighlights(Doc document, GLTRecord *record, Bool16 scroll) {
-  const uint32_t serial = record != nullptr ? record->serial : 0;
+  const GLTRecordRef ref = GLTRefer(document, record);
   PIProtect([&] {
     PageView view = TavrelView::DocGetPageView(document);
     TavrelView::PageViewBeginBatch(view); // also without a view, on purpose: the bracket is the host's to judge
-    showInBracket(document, record, serial, view, scroll);
+    if (view != nullptr && record == nullptr) TavrelView::PageViewRefreshArea(view, nullptr);
+    if (view != nullptr && record != nullptr) showRecord(ref, view, scroll);
     TavrelView::PageViewEndBatch(view);
   });
   // After a raise the bracket stays open, on purpose: the host closes what a failed call left open.

@@ -57,5 +57,5 @@ void GLTCreateHFT() {
   for (const Exported &operation : operations)
     TavrelSupport::ReplaceHFTEntry(table, operation.selector, Kernel::CreateCallback(gExtensionID, operation.function),
                                    0);
-  gGLTHFT = table; // not before: a table that the host left half filled is a failed build
+  gGLTHFT = table; // not before it is filled: clients call its entries unchecked, also after a raise in the loop above
 }

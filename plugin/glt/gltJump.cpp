@@ -6,11 +6,11 @@ using namespace tavrel;
 
 namespace {
 
-/// One jump in progress: the document's record, which a registrant's procedure may take away at any time.
+/// One jump in progress. A registrant's procedure may unregister the record at any time.
 struct Jump {
   Doc document;
   GLTRecord *record;
-  uint32_t serial;
+  GLTRecordRef ref;
 };
 
 /// Calls the registrant's jump procedure. False when the record is no longer the document's: the jump ends there.
@@ -18,7 +18,7 @@ bool tell(Jump &jump, uint32_t code) {
   GLTRecord *record = jump.record;
   if (record->jumpProc == nullptr) return true;
   record->jumpProc(jump.document, record->hll, code, HLL_GetData(record->hll));
-  jump.record = GLTStillRegistered(jump.document, jump.serial, nullptr);
+  jump.record = GLTStillRegistered(jump.ref);
   return jump.record != nullptr;
 }
 
@@ -46,7 +46,7 @@ uint16_t lastWord(const GLTRecord *record, uint32_t pageIndex) {
 /// Both directions tell NEXT, on purpose: registrants know this move by it.
 template <typename Beyond> void returnToPage(Jump &jump, Beyond beyond) {
   const int32_t shown = TavrelView::PageViewGetPageNum(TavrelView::DocGetPageView(jump.document));
-  jump.record = GLTStillRegistered(jump.document, jump.serial, jump.record);
+  jump.record = GLTStillRegistered(jump.ref);
   if (jump.record == nullptr) return;
   for (uint32_t i = jump.record->curPage; i < HLL_GetPageCount(jump.record->hll); ++i)
     if (beyond(shown, jump.record->hll->pages[i].page)) {
@@ -90,7 +90,7 @@ void previous(Jump &jump) {
 void GLT_Jump(Doc document, uint32_t code) {
   GLTRecord *record = GLTFindRecord(document);
   if (record == nullptr) return;
-  Jump jump = {document, record, record->serial};
+  Jump jump = {document, record, GLTRefer(document, record)};
   switch (code) {
   case GLT_JUMP_NEXT:
     return next(jump);

@@ -43,11 +43,11 @@ void GLTScrollTo(PageView view, TextSelection selection) {
   TavrelView::PageViewBeginBatch(view);
   const bool done = PIProtect([&] {
     TavrelView::PageViewShowPage(view, DocModel::SelectionPageNumber(selection));
-    DeviceRect visible;
+    DeviceRect visible = {}; // hosts write neither this nor the matrix for a null view
     TavrelView::PageViewGetVisibleRect(view, &visible);
     FixedRect bounds;
     DocModel::SelectionBounds(selection, &bounds);
-    FixedMatrix transform;
+    FixedMatrix transform = {};
     TavrelView::PageViewGetPageTransform(view, &transform);
     TavrelSupport::TransformFixedRect(&bounds, &transform, &bounds);
     const GLTScrollTarget target = GLTScrollTargetFor(visible, bounds);

@@ -293,16 +293,17 @@ Bool16 registerList(Reading &reading) {
   auto version = static_cast<int16_t>(miAtol(reading.version));
   if (!characters && !hasWordFinder(reading.document, version)) {
     if (!askDisplayAnyway()) return 0;
-    version = 2;
+    version = gltDefaultWordFinderVersion;
   }
   auto jumpProc = functionOf<GLTJumpProc>(Kernel::CreateCallback(gExtensionID, entryOf(auxGLTJumpNotification)));
   auto newProc = functionOf<GLTNewProc>(Kernel::CreateCallback(gExtensionID, entryOf(auxGLTNewNotification)));
-  const ColorValue *given = reading.hasColor ? &color : nullptr;
-  GLTOfferHLL(&reading.list);
-  if (characters)
-    return GLT_RegisterHLL(reading.document, reading.list, GLT_CHARACTER_OFFSETS, jumpProc, newProc, reading.active,
-                           given);
-  return GLT_RegisterWordOffsetHLL(reading.document, reading.list, jumpProc, newProc, reading.active, given, version);
+  const GLTTerms terms = {characters ? GLT_CHARACTER_OFFSETS : 0,
+                          jumpProc,
+                          newProc,
+                          reading.active,
+                          reading.hasColor ? &color : nullptr,
+                          characters ? gltDefaultWordFinderVersion : version};
+  return GLTRegisterGivenHLL(reading.document, reading.list, terms);
 }
 
 } // namespace

@@ -57,11 +57,11 @@ void miPIDocDidClose(Doc document, void * /*clientData*/) {
 void miPIPageViewDraw(PageView view, void * /*clientData*/) {
   Doc document = TavrelView::PageViewGetDoc(view);
   if (document == nullptr) return;
-  const GLTRecord *record = GLTFindRecord(document);
+  GLTRecord *record = GLTFindRecord(document);
   if (record == nullptr || record->hll == nullptr) return;
-  const uint32_t serial = record->serial;
+  const GLTRecordRef ref = GLTRefer(document, record);
   const int32_t page = TavrelView::PageViewGetPageNum(view);
-  record = GLTStillRegistered(document, serial, nullptr);
+  record = GLTStillRegistered(ref);
   uint32_t pageIndex = 0;
   if (record != nullptr && HLL_FindPagePos(record->hll, page, &pageIndex)) GLT_SetPos(document, pageIndex, 0, 0);
 }

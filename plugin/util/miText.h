@@ -14,6 +14,8 @@ tavrel::Bool16 miUCSIsSpace(uint16_t unit);
 tavrel::Bool16 miStrip(char *string);
 /// Takes all white space out. 1 when something is left; 0 for null.
 tavrel::Bool16 miStripAll(char *string);
+/// As miStrip. What is moved to the front ends at two zero bytes at any offset, also where they are halves of two
+/// units; what follows these stays where it is.
 tavrel::Bool16 miUCSStrip(char *string);
 tavrel::Bool16 miUCSStripAll(char *string);
 

@@ -23,22 +23,24 @@ Bool16 miUCSIsSpace(uint16_t unit) {
 }
 
 Bool16 miUCSStrip(char *string) {
-  char *write = string + 2;
-  const char *read = write;
+  char *const text = string + 2;
+  const char *read = text;
   while (isSpaceUnit(read))
     read += 2;
-  // Stops at two zero bytes wherever they stand, on purpose: a unit that ends in a zero byte before one that begins
-  // with one is the end.
+  // The copying stops at two zero bytes at any offset, and two are written where it stopped. At an odd offset they are
+  // the halves of two units and end nothing: the units after them in the buffer stay part of the string.
+  char *write = text;
   while (!isZeroUnit(read))
     *write++ = *read++;
-  const bool betweenUnits = (write - string) % 2 == 0;
-  memset(write, 0, betweenUnits ? 2 : 3); // the unit that is cut in two gets its other half
-  if (!betweenUnits) ++write;
-  while (write > string + 2 && isSpaceUnit(write - 2)) {
-    write -= 2;
-    write[1] = 0;
+  memset(write, 0, 2);
+  char *end = text;
+  while (!isZeroUnit(end))
+    end += 2;
+  while (end > text && isSpaceUnit(end - 2)) {
+    end -= 2;
+    end[1] = 0;
   }
-  return !isZeroUnit(string + 2);
+  return !isZeroUnit(text);
 }
 
 Bool16 miUCSStripAll(char *string) {

@@ -386,17 +386,22 @@ void RecordingHost::installDefaults() {
   answer(TavrelView::DocGetModelDoc, std::function([this](Doc) { return modelDoc; }));
   answer(TavrelView::DocGetPageView, std::function([this](Doc) { return view; }));
   answer(TavrelView::PageViewGetDoc, std::function([this](PageView) { return doc; }));
-  answer(TavrelView::PageViewGetVisibleRect, std::function([this](PageView, DeviceRect *out) { *out = visible; }));
+  // What a view has to give is not written for a null view, as the interface says.
+  answer(TavrelView::PageViewGetVisibleRect, std::function([this](PageView of, DeviceRect *out) {
+           if (of != nullptr) *out = visible;
+         }));
   answer(TavrelView::PageViewGetPageNum, std::function([this](PageView) { return shownPage; }));
-  answer(TavrelView::PageViewFetchDrawColor,
-         std::function([this](PageView, ColorValue *color) { *color = drawColor; }));
+  answer(TavrelView::PageViewFetchDrawColor, std::function([this](PageView of, ColorValue *color) {
+           if (of != nullptr) *color = drawColor;
+         }));
   answer(TavrelView::PageViewApplyDrawColor,
          std::function([this](PageView, const ColorValue *color) { drawColor = *color; }));
   answer(TavrelView::PageViewBeginBatch, std::function([this](PageView) { ++brackets; }));
   answer(TavrelView::PageViewEndBatch, std::function([this](PageView) { --brackets; }));
   answer(TavrelView::PageViewShowPage, std::function([this](PageView, int32_t page) { shownPage = page; }));
-  answer(TavrelView::PageViewGetPageTransform,
-         std::function([](PageView, FixedMatrix *matrix) { *matrix = {fixedOne, 0, 0, fixedOne, 0, 0}; }));
+  answer(TavrelView::PageViewGetPageTransform, std::function([](PageView of, FixedMatrix *matrix) {
+           if (of != nullptr) *matrix = {fixedOne, 0, 0, fixedOne, 0, 0};
+         }));
   answer(TavrelView::GetModifierKeyState, std::function([this] { return modifiers; }));
   answer(TavrelView::ToolBarFindButton, std::function([this](ToolBar, Atom name) {
            return atomName(name) == "FindAgainDialog" ? findAgain : nullptr;

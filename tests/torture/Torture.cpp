@@ -114,8 +114,6 @@ const std::string &freshDayOfWork() {
 /// Gives back everything that can still be reached.
 void release(RecordingHost &host) {
   s_deedIsOn = false;
-  // A list on its way when a registration failed is found by the next one.
-  host.run([&] { GLT_RegisterHLL(host.otherDoc, nullptr, 0, nullptr, nullptr, 0, nullptr); });
   for (Doc document : {host.doc, host.otherDoc})
     host.run([&] { GLT_UnregisterHLL(document, GLT_GetHLL(document)); });
   for (HLL *list : s_clientLists)

@@ -1,7 +1,7 @@
 // Registrations, over nothing and over others, and the way out.
 //
-// No registration opens a frame, and none loses anything: the new list's copy is made only when no host call stands
-// between it and the table, and a copy on its way is found by the next registration.
+// No registration opens a frame, and none loses anything: the new list's copy is made when no host call is left between
+// it and the table.
 #include "plugin/pi/miPI.h"
 #include "tests/torture/Torture.h"
 
@@ -41,6 +41,19 @@ std::function<void(RecordingHost &)> registeredWith(GLTNewProc procedure) {
   };
 }
 
+/// The n-th name from now on that the host looks up registers a list in the middle of it: the registration's own key.
+std::function<void(RecordingHost &)> interruptedByARegistration(int n) {
+  return [n](RecordingHost &host) {
+    host.answer(
+        Kernel::AtomFromString, std::function([&host, left = n](const char *name) mutable {
+          if (deedIsOn() && left-- == 0)
+            host.run([&] { GLT_RegisterHLL(host.doc, s_list, GLT_CHARACTER_OFFSETS, jumpProc, newProc, 0, nullptr); });
+          return host.atom(name);
+        }));
+    registerInCharacters(host, 1);
+  };
+}
+
 void registerTheRegistered(RecordingHost &host) {
   GLT_RegisterHLL(host.doc, GLT_GetHLL(host.doc), GLT_CHARACTER_OFFSETS, jumpProc, newProc, 1, nullptr);
 }
@@ -64,6 +77,8 @@ std::vector<Scenario> registryScenarios() {
       {"RegisterOverAnotherAndScroll", overAnother, scrolling},
       {"RegisterOverOneThatRegisters", registeredWith(registeringNewProc), characters},
       {"RegisterOverOneThatUnregisters", registeredWith(unregisteringNewProc), characters},
+      {"RegisterWhileTheKeyOfAnotherIsMade", withAList, interruptedByARegistration(2)},
+      {"RegisterOverAnotherWhileTheKeyIsMade", overAnother, interruptedByARegistration(4)},
       {"RegisterTheListThatIsRegistered", registerSix, registerTheRegistered},
       {"RegisterTheListThatItsRegistrantRegisters", registeredWith(registeringNewProc), registerTheRegistered},
       {"RegisterTheListOfAnotherDocument", registerSix,

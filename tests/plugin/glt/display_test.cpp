@@ -110,6 +110,20 @@ INSTANTIATE_TEST_SUITE_P(Display, OffsetUnits,
                          }),
                          rowName<Unit>);
 
+TEST(DisplayOfOne, MapsNoEntryOfAPageWithoutEntries) {
+  RecordingHost host;
+  registerRecords(host, {{4, 0}}, nullptr);
+  GLT_SetViewMode(host.doc, GLT_VIEW_ONE);
+  int32_t mapped = -1;
+  host.answer(DocModel::SelectionFromCharRanges, std::function([&](Page, const TextRange *first, int32_t count) {
+                EXPECT_EQ(first, nullptr);
+                mapped = count;
+                return TextSelection{nullptr};
+              }));
+  GLTMapHLLToViewer(host.doc, recordOf(host.doc));
+  EXPECT_EQ(mapped, 0);
+}
+
 TEST_F(Display, MappingIsNullWhenARaiseWithoutACodeCameBeforeThePage) {
   host.raiseIn("PageViewShowPage", errNone);
   EXPECT_EQ(GLTMapHLLToViewer(host.doc, record), nullptr);

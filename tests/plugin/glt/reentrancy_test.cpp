@@ -15,6 +15,7 @@
 #include "tests/host/RecordingHost.h"
 #include "tests/plugin/glt/lists.h"
 #include "tests/plugin/glt/positions.h"
+#include "tests/support/FailingMemory.h"
 
 using namespace tavrel;
 
@@ -237,7 +238,8 @@ TEST_F(Afterwards, UnregisteringWhoseRegistrantRegistersLeavesTheNewList) {
   EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
 }
 
-// A registration whose predecessor goes away under its hands stops: what was done meanwhile came later.
+// A registration stops when another one is made for its document meanwhile: that one came later. It goes on when the
+// one before it is merely unregistered meanwhile.
 
 TEST_F(Afterwards, RegistrationWhosePredecessorRegistersLeavesThatList) {
   s_inNewProc = [this] { registerNew(host, {{7, 1, 1}}, 0); };
@@ -246,17 +248,167 @@ TEST_F(Afterwards, RegistrationWhosePredecessorRegistersLeavesThatList) {
   EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "told once";
 }
 
-TEST_F(Afterwards, RegistrationThatGaveWayToAnotherSaysYes) {
-  const ListOwner list({{3, 1, 1}});
-  s_inNewProc = [this] { registerNew(host, {{7, 1, 1}}, 0); };
-  EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr), 1);
+TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersAndRegistersLeavesThatList) {
+  s_inNewProc = [this] {
+    GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc));
+    registerNew(host, {{7, 1, 1}}, 0);
+  };
+  registerNew(host, {{3, 1, 1}}, 0);
+  EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
 }
 
-TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersLeavesNone) {
-  s_inNewProc = [this] { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); };
-  registerNew(host, {{3, 1, 1}}, 0);
-  EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
+TEST_F(Afterwards, RegistrationThatGaveWayToAnotherSaysYesAndCallsTheHostNoMore) {
+  const ListOwner list({{3, 1, 1}});
+  s_inNewProc = [this] {
+    registerNew(host, {{7, 1, 1}}, 0);
+    host.clear();
+  };
+  EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr), 1);
+  EXPECT_EQ(host.story(), "\n");
+}
+
+TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersGoesOn) {
+  const ListOwner list({{3, 1, 1}});
+  s_inNewProc = [this] {
+    GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc));
+    host.clear();
+  };
+  EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 1, nullptr), 1);
+  EXPECT_EQ(host.story(), R"(
+Kernel.AtomFromString("GLT")
+Kernel.AtomFromString("GLT")
+Kernel.PushExceptionFrame(*, RestorePlugInFrame)
+TavrelView.DocGetPageView(doc)
+TavrelView.PageViewShowPage(view, 3)
+TavrelView.DocGetModelDoc(doc)
+DocModel.DocOpenPage(modelDoc, 3)
+DocModel.SelectionFromCharRanges(page3, *, 1)
+Kernel.PopExceptionFrame()
+DocModel.PageClose(page3)
+TavrelView.PageViewHighlightText(view, selection)
+TavrelView.PageViewBeginBatch(view)
+Kernel.PushExceptionFrame(*, RestorePlugInFrame)
+DocModel.SelectionPageNumber(selection)
+TavrelView.PageViewShowPage(view, 3)
+TavrelView.PageViewGetVisibleRect(view, *)
+DocModel.SelectionBounds(selection, *)
+TavrelView.PageViewGetPageTransform(view, *)
+TavrelSupport.TransformFixedRect(*, *, *)
+TavrelView.PageViewScrollToPoint(view, -150, 310)
+Kernel.PopExceptionFrame()
+TavrelView.PageViewEndBatch(view)
+)");
+  EXPECT_EQ(registered(), (Highlights{{3, 1, 1}}));
   EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "told once";
+}
+
+TEST_F(Afterwards, RegistrationWhosePredecessorTheHostUnregistersGoesOn) {
+  // From the look-up of the one before to the key of the new one; without frames, and without the look-up by newProc.
+  for (const size_t call : {2, 4, 5, 6, 7, 8, 10, 11, 14, 15, 16, 17}) {
+    SCOPED_TRACE(call);
+    miPIDocDidClose(host.doc, nullptr);
+    prepare(host);
+    host.reliable.clear();
+    host.during(call, [this] { miPIDocDidClose(host.doc, nullptr); });
+    registerNew(host, {{3, 1, 1}}, 0);
+    EXPECT_EQ(registered(), (Highlights{{3, 1, 1}}));
+    EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "told once";
+  }
+}
+
+TEST_F(Afterwards, RegisteredListThatItsRegistrantUnregistersIsNotRegisteredAgain) {
+  HLL *list = GLT_GetHLL(host.doc);
+  s_inNewProc = [this] { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); };
+  EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr), 1);
+  EXPECT_EQ(GLT_GetHLL(host.doc), nullptr) << "it was destroyed before it could be copied";
+}
+
+/// The host calls of a registration in which the keys are made: over no other registration that of the filing, over one
+/// that of the removal, too.
+struct Filing {
+  bool overAnother;
+  size_t call;
+};
+constexpr Filing filings[] = {{false, 3}, {false, 4}, {true, 14}, {true, 15}, {true, 16}, {true, 17}};
+
+TEST_F(Afterwards, RegistrationMadeWhileAnotherIsFiledStands) {
+  miPIDocDidClose(host.doc, nullptr);
+  for (const auto &[overAnother, call] : filings) {
+    SCOPED_TRACE(call);
+    forget();
+    const size_t blocks = liveBlocks();
+    if (overAnother) registerNew(host, {{2, 1, 1}}, 0);
+    host.reliable.clear();
+    host.clear();
+    host.during(call, [this] { registerNew(host, {{7, 1, 1}}, 0); });
+    const ListOwner list({{3, 1, 1}});
+    EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, newProc, 0, nullptr), 1);
+    EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
+    EXPECT_EQ(s_retired.size(), overAnother ? 1U : 0U) << "neither of the two";
+    GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc));
+    EXPECT_EQ(s_retired.size(), overAnother ? 2U : 1U) << "the one that stood";
+    EXPECT_EQ(liveBlocks(), blocks + 3) << "this test's own list alone";
+  }
+}
+
+TEST_F(Afterwards, RegistrationGoesOnWhereTheOneMadeWhileItIsFiledIsUnregistered) {
+  miPIDocDidClose(host.doc, nullptr);
+  for (const auto &[overAnother, call] : filings) {
+    SCOPED_TRACE(call);
+    forget();
+    if (overAnother) registerNew(host, {{2, 1, 1}}, 0);
+    host.reliable.clear();
+    host.clear();
+    host.during(call, [this] {
+      registerNew(host, {{7, 1, 1}}, 0);
+      GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc));
+    });
+    registerNew(host, {{3, 1, 1}}, 0);
+    EXPECT_EQ(registered(), (Highlights{{3, 1, 1}}));
+    miPIDocDidClose(host.doc, nullptr);
+  }
+}
+
+TEST_F(Afterwards, GivenListIsStillTheCallersWhereAnotherRegistrationStands) {
+  HLL *const list = GLT_NewHLL(nullptr);
+  HLL_AddHL(list, 3, 1, 1);
+  HLL *given = list;
+  s_inNewProc = [this] { registerNew(host, {{7, 1, 1}}, 0); };
+  EXPECT_EQ(GLTRegisterGivenHLL(host.doc, given, {GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr, 2}), 1);
+  EXPECT_EQ(given, list);
+  GLT_DeleteHLL(list);
+  EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
+}
+
+TEST_F(Afterwards, RegistrationNestedInThatOfAGivenListCopiesItsOwn) {
+  HLL *given = GLT_NewHLL(nullptr);
+  HLL_AddHL(given, 3, 1, 1);
+  const ListOwner list({{7, 1, 1}});
+  host.reliable.clear();
+  host.clear();
+  host.during(0, [&] { GLT_RegisterHLL(host.otherDoc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr); });
+  GLTRegisterGivenHLL(host.doc, given, {GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr, 2});
+  EXPECT_EQ(given, nullptr);
+  EXPECT_NE(GLT_GetHLL(host.otherDoc), list.list());
+  EXPECT_EQ(highlightsOf(GLT_GetHLL(host.otherDoc)), (Highlights{{7, 1, 1}}));
+  EXPECT_EQ(registered(), (Highlights{{3, 1, 1}}));
+}
+
+// A registrant's procedure that raises.
+
+void raisingNewProc(Doc /*document*/, HLL * /*list*/, void *userData) {
+  ++s_retired[userData];
+  Kernel::RaiseError(errGeneric);
+}
+
+TEST_F(Afterwards, RegistrantThatRaisesIsToldOnce) {
+  const ListOwner list({{3, 1, 1}}, &s_identities[1]);
+  GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, raisingNewProc, 0, nullptr);
+  EXPECT_FALSE(host.run([this] { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); }));
+  EXPECT_EQ(registered(), (Highlights{{3, 1, 1}})) << "the raise ended the unregistering";
+  EXPECT_TRUE(host.run([this] { registerNew(host, {{7, 1, 1}}, 0); }));
+  EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
+  EXPECT_EQ(s_retired.at(&s_identities[1]), 1);
 }
 
 TEST_F(Afterwards, RegistrationWhosePredecessorJumpsGoesOn) {

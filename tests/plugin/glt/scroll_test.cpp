@@ -1,6 +1,9 @@
 // Scrolling to a selection: the arithmetic by itself, and the sequence of host calls around it.
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <vector>
+
 #include "plugin/glt/glt.h"
 #include "tests/host/Faults.h"
 #include "tests/host/RecordingHost.h"
@@ -162,6 +165,35 @@ TEST_F(Scrolling, TransformsTheBoundsInPlaceByThePagesMatrix) {
   EXPECT_EQ(by.d, -2 * fixedOne);
   EXPECT_EQ(host.count("PageViewScrollToPoint"), 1U);
   EXPECT_NE(host.story().find("PageViewScrollToPoint(view, 450, 710)"), std::string::npos);
+}
+
+/// No two numbers of 16 bits alike, so that no difference of two is 0.
+void fillWithOtherThanZero(volatile unsigned char *bytes, size_t count) {
+  for (size_t i = 0; i < count; ++i)
+    bytes[i] = static_cast<unsigned char>(i + 1);
+}
+
+/// A host that leaves something where the variables of the frame's body will be: its call has the body's place on the
+/// stack, just before the body has it. Its only variable reaches as far up as those do.
+void soilingPush(ExceptionFrame * /*frame*/, RestoreProc /*restore*/) {
+  volatile unsigned char bytes[1024];
+  fillWithOtherThanZero(bytes, sizeof bytes);
+}
+void emptyPop() {}
+
+TEST_F(Scrolling, WithoutAPageViewHandsOnAnEmptyViewAndMatrix) {
+  scroll(); // once before: the linker looks functions up at their first call, and uses the stack
+  std::vector<Entry> kernel(gKernelHFT, gKernelHFT + std::size(Kernel::operations));
+  kernel[Kernel::PushExceptionFrame.index] = entryOf(soilingPush);
+  kernel[Kernel::PopExceptionFrame.index] = entryOf(emptyPop);
+  gKernelHFT = kernel.data();
+  FixedMatrix by = {1, 1, 1, 1, 1, 1};
+  host.answer(TavrelSupport::TransformFixedRect,
+              std::function([&](FixedRect *, const FixedMatrix *matrix, const FixedRect *) { by = *matrix; }));
+  GLTScrollTo(nullptr, host.selection);
+  EXPECT_EQ((std::vector<Fixed>{by.a, by.b, by.c, by.d, by.h, by.v}), std::vector<Fixed>(6));
+  // 10 to the left of and above the selection at (100, 500), which is larger than a view without area.
+  EXPECT_EQ(host.trace[host.trace.size() - 2], "TavrelView.PageViewScrollToPoint(null, 90, 490)");
 }
 
 TEST_F(Scrolling, PaintsNothing) {

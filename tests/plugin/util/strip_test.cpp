@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(Bytes, Strip, testing::ValuesIn(bytes), rowName<StripRo
 const StripRow units[] = {
     {{"BothEnds"}, ucs("  a b  "), ucs("a b"), ucs("ab")},
     {{"BlankBehindTwoUnits"}, ucs("ab "), ucs("ab"), ucs("ab")},
-    {{"ZeroBytesAcrossTwoUnits"}, ucs({0x4100, 'b'}), ucs({0x4100}), ucs({0x4100, 'b'})},
+    {{"ZeroBytesAcrossTwoUnits"}, ucs({0x4100, 'b'}), ucs({0x4100, 'b'}), ucs({0x4100, 'b'})},
     {{"OnlySpace"}, ucs(" \t\n\v\f\r"), ucs(""), ucs("")},
     {{"MarkAlone"}, ucs(""), ucs(""), ucs("")},
     {{"Nothing"}, ucs("abc"), ucs("abc"), ucs("abc")},
@@ -71,18 +71,36 @@ const StripRow units[] = {
      ucs({0x0120, 'a', 0x0109}),
      ucs({0x0120, 'a', 0x0109})},
     {{"LowNibbleIsNotEnough"}, ucs({0x19, 'a', 0x1D}), ucs({0x19, 'a', 0x1D}), ucs({0x19, 'a', 0x1D})},
-    // Two zero bytes end the text wherever they stand when its ends are taken off.
-    {{"CutBehindALowZeroByteBeforeAHighOne"},
+    // Where two zero bytes are halves of two units, they end what is moved to the front and not the string.
+    {{"ZeroBytesAcrossTwoLaterUnits"},
      ucs({0x4142, 0x4300, 'd'}),
+     ucs({0x4142, 0x4300, 'd'}),
+     ucs({0x4142, 0x4300, 'd'})},
+    {{"SpaceBeforeZeroBytesAcrossTwoUnits"},
+     ucs({'a', ' ', 0x4300, 'd'}),
+     ucs({'a', ' ', 0x4300, 'd'}),
+     ucs({'a', 0x4300, 'd'})},
+    {{"SpaceAtTheEndAfterZeroBytesAcrossTwoUnits"}, ucs({0x4100, 'b', ' '}), ucs({0x4100, 'b'}), ucs({0x4100, 'b'})},
+    {{"MovedByOneUnitEndsWhereAThirdZeroByteIs"},
+     ucs({' ', 0x4142, 0x4300, 'd'}),
      ucs({0x4142, 0x4300}),
      ucs({0x4142, 0x4300, 'd'})},
-    {{"BlankBeforeTheCut"}, ucs({'a', ' ', 0x4300, 'd'}), ucs({'a', ' ', 0x4300}), ucs({'a', 0x4300, 'd'})},
+    {{"MovedByTwoUnitsLeavesTheRestInPlace"},
+     ucs({' ', ' ', 0x4142, 0x4300, 'd'}),
+     ucs({0x4142, 0x4300, 0x0042, 0x4300, 'd'}),
+     ucs({0x4142, 0x4300, 'd'})},
     {{"ZeroBytesApart"},
      ucs({' ', 0x4100, 0x4200, 0x4300}),
      ucs({0x4100, 0x4200, 0x4300}),
      ucs({0x4100, 0x4200, 0x4300})},
 };
 INSTANTIATE_TEST_SUITE_P(Ucs, Strip, testing::ValuesIn(units), rowName<StripRow>);
+
+TEST(UcsStrip, WritesTwoZeroBytesWhereTheCopyingStopped) {
+  std::string text = ucs({' ', ' ', 0x4142, 0x4300, 'd'}) + nulUnit;
+  miUCSStrip(text.data());
+  EXPECT_EQ(text, std::string("\xFE\xFF\x41\x42\x43\0\0\x42\x43\0\0d\0\0", 14));
+}
 
 TEST(StripOfNull, IsEmpty) {
   EXPECT_EQ(miStripAll(nullptr), 0);

@@ -16,7 +16,10 @@ endforeach()
 test_plugin(nomain ${plugin_sources}/nomain.cpp)
 list(TRANSFORM loader_plugins PREPEND test_plugin_)
 
-tavrel_test(NAME kernel_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/kernel/*.cpp LIBRARIES host_kernel test_support
-            TOGETHER)
+# The account of blocks is that of support/FailingMemory.h.
+tavrel_test(NAME kernel_test
+            SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/kernel/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/support/FailingMemory.cpp
+            LIBRARIES host_kernel test_support TOGETHER)
+target_link_options(kernel_test PRIVATE -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc,--wrap=free)
 target_compile_definitions(kernel_test PRIVATE TEST_PLUGINS="${test_plugins}")
 add_dependencies(kernel_test ${loader_plugins} test_plugin_nomain)

@@ -9,14 +9,17 @@ function(test_plugin name)
 endfunction()
 
 set(plugin_sources ${CMAKE_CURRENT_SOURCE_DIR}/host/plugins)
-set(loader_plugins good second refuses otherversion nosetup raises forgets strangecallback)
+set(loader_plugins good second refuses otherversion nosetup raises forgets strangecallback notes)
 foreach(name ${loader_plugins})
   test_plugin(${name} ${plugin_sources}/TestPlugin.cpp ${plugin_sources}/${name}.cpp)
 endforeach()
 test_plugin(nomain ${plugin_sources}/nomain.cpp)
 list(TRANSFORM loader_plugins PREPEND test_plugin_)
 
-tavrel_test(NAME kernel_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/kernel/*.cpp LIBRARIES host_kernel test_support
-            TOGETHER)
+# The account of blocks is that of support/FailingMemory.h.
+tavrel_test(NAME kernel_test
+            SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/kernel/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/support/FailingMemory.cpp
+            LIBRARIES host_kernel test_support TOGETHER)
+target_link_options(kernel_test PRIVATE -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc,--wrap=free)
 target_compile_definitions(kernel_test PRIVATE TEST_PLUGINS="${test_plugins}")
 add_dependencies(kernel_test ${loader_plugins} test_plugin_nomain)

@@ -1,8 +1,9 @@
-# A long day in the window, in a program of its own: it counts what the process has. Sanitizers keep books of their own.
+# The soak of the window, in a program of its own: it counts what the process has. Sanitizers have their own allocator.
 if(TAVREL_SANITIZE)
   return()
 endif()
 tavrel_test(NAME viewer_soak_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/viewer_soak/*.cpp
-            LIBRARIES viewer_window tools test_support X11::Xt X11::X11 XRes)
+            LIBRARIES viewer_window tools test_support X11::Xt X11::X11 XRes
+            PROPERTIES ENVIRONMENT GLIBC_TUNABLES=glibc.malloc.tcache_count=0)
 target_compile_definitions(viewer_soak_test PRIVATE TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>")
 add_dependencies(viewer_soak_test TavrelGLT BRZ HitCount HitPages)

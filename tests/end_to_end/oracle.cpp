@@ -34,19 +34,20 @@ std::string unescaped(std::string text) {
 
 } // namespace
 
-std::vector<OracleWord> oracleWords(const std::string &document, int page, const std::string &password) {
-  const std::string number = std::to_string(page + 1);
+std::vector<std::vector<OracleWord>> oracleWords(const std::string &document, const std::string &password) {
   const std::string upw = password.empty() ? "" : " -upw " + password;
-  const CommandResult listed =
-      run("pdftotext -bbox -cropbox -f " + number + " -l " + number + upw + " '" + document + "' -");
-  static const std::regex word(
-      R"re(<word xMin="([-\d.]+)" yMin="([-\d.]+)" xMax="([-\d.]+)" yMax="([-\d.]+)">([^<]*)</word>)re");
-  std::vector<OracleWord> words;
-  for (auto it = std::sregex_iterator(listed.output.begin(), listed.output.end(), word); it != std::sregex_iterator();
-       ++it)
-    words.push_back(
-        {unescaped((*it)[5]), std::stod((*it)[1]), std::stod((*it)[2]), std::stod((*it)[3]), std::stod((*it)[4])});
-  return words;
+  const CommandResult listed = run("pdftotext -bbox -cropbox" + upw + " '" + document + "' -");
+  static const std::regex pageOrWord(
+      R"re(<page |<word xMin="([-\d.]+)" yMin="([-\d.]+)" xMax="([-\d.]+)" yMax="([-\d.]+)">([^<]*)</word>)re");
+  std::vector<std::vector<OracleWord>> pages;
+  for (auto it = std::sregex_iterator(listed.output.begin(), listed.output.end(), pageOrWord);
+       it != std::sregex_iterator(); ++it)
+    if (!(*it)[1].matched)
+      pages.emplace_back();
+    else if (!pages.empty())
+      pages.back().push_back(
+          {unescaped((*it)[5]), std::stod((*it)[1]), std::stod((*it)[2]), std::stod((*it)[3]), std::stod((*it)[4])});
+  return pages;
 }
 
 std::string bareWord(const std::string &text) {

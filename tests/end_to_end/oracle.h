@@ -21,8 +21,8 @@ struct CommandResult {
 /// Runs a shell command.
 CommandResult run(const std::string &command);
 
-/// The words of a page, counted from 0.
-std::vector<OracleWord> oracleWords(const std::string &document, int page, const std::string &password);
+/// The words of each page.
+std::vector<std::vector<OracleWord>> oracleWords(const std::string &document, const std::string &password);
 
 /// A word without the punctuation at its ends, in lower case (ASCII).
 std::string bareWord(const std::string &text);

@@ -148,6 +148,12 @@ TEST_F(DrawingTest, ALongPageIsDrawnAsLargeAsItCanBe) {
   session().setWindow(900, 900, 0);
   ASSERT_TRUE(draws());
   EXPECT_THAT(session().pageError(), IsEmpty());
+  const viewer::Shown &shown = session().shown();
+  const double pixels = 1.0 * shown.pageWidth * shown.pageHeight;
+  EXPECT_LT(shown.pageWidth, 900) << "as wide as the window it would be too large";
+  EXPECT_LE(pixels, host::PageView::largestImage);
+  EXPECT_GT(pixels, 0.99 * host::PageView::largestImage);
+  EXPECT_NEAR(1.0 * shown.pageHeight / shown.pageWidth, 14400.0 / 600, 0.05);
 }
 
 TEST_F(DrawingTest, ADamagedPageIsWhitePaperThatSaysSo) {
@@ -194,10 +200,18 @@ TEST_F(DrawingTest, ADamagedPageIsZoomedAndFittedLikeOthers) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(1), 1)));
   session().setPlace(1.5);
   session().setWindow(500, 500, 0);
-  EXPECT_EQ(session().view()->pageWidth(), 500);
+  ASSERT_TRUE(draws());
+  const int wide = session().shown().pageWidth, high = session().shown().pageHeight;
+  EXPECT_EQ(wide, 500);
   session().setFit(host::Fit::page);
+  ASSERT_TRUE(draws());
+  const int fittedWide = session().shown().pageWidth, fittedHigh = session().shown().pageHeight;
+  EXPECT_EQ(fittedHigh, 500);
+  EXPECT_NEAR(1.0 * fittedWide / fittedHigh, 1.0 * wide / high, 0.01);
   session().zoomBy(1);
-  EXPECT_TRUE(draws());
+  ASSERT_TRUE(draws());
+  EXPECT_GT(session().shown().pageWidth, fittedWide);
+  EXPECT_GT(session().shown().pageHeight, fittedHigh);
 }
 
 TEST_F(DrawingTest, ReloadingMayLeadToAPageThatIsDamagedNow) {

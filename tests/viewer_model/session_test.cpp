@@ -84,10 +84,17 @@ TEST_F(SessionTest, OpeningIsSaidUntilTheFileIsThere) {
   EXPECT_THAT(session().message(), IsEmpty());
 }
 
-TEST_F(SessionTest, ThePluginsHearTheParameters) {
+TEST_F(SessionTest, APluginThatIsNotifiedOfADocumentAsksForItsParameters) {
+  static std::string *s_heard;
+  std::string heard = "not notified";
+  s_heard = &heard;
+  const tavrel::DocNotifyProc ask = [](tavrel::Doc document, void *) {
+    const char *parameters = TavrelView::DocGetOpenParameters(document);
+    *s_heard = parameters == nullptr ? "none" : parameters;
+  };
+  app.registerNotification(tavrel::notifyDocDidOpen, {guest.callback(ask), nullptr, guest.id});
   open(write("paper.pdf", test::numberedPages(1)), "page=3&xml=h.xml");
-  ASSERT_NE(session().front(), nullptr);
-  EXPECT_EQ(session().front()->parameters, "page=3&xml=h.xml");
+  EXPECT_EQ(heard, "page=3&xml=h.xml");
 }
 
 TEST_F(SessionTest, AFileIsKnownWhicheverWayItsPathIsWritten) {

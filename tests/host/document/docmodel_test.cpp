@@ -153,9 +153,15 @@ TEST_F(DocModelTest, HandlesGoWithTheirDocument) {
 
 TEST_F(DocModelTest, HandlesOfAnotherDocumentStay) {
   const auto other = Document::open(folder.write("other.pdf", test::pdfOf({test::PdfPage{}})), "");
-  const Page page = DocModel::DocOpenPage(modelDocs().handle(other.get()), 0);
+  const ModelDoc otherModel = modelDocs().handle(other.get());
+  const Page page = DocModel::DocOpenPage(otherModel, 0), gone = DocModel::DocOpenPage(model, 0);
+  EXPECT_EQ(openObjects().pages, 2U);
   document.reset();
-  DocModel::PageClose(page);
+  EXPECT_EQ(openObjects().pages, 1U);
+  EXPECT_EQ(raised([&] { DocModel::PageClose(gone); }), errBadHandle);
+  EXPECT_EQ(raised([&] { DocModel::PageClose(page); }), errNone);
+  EXPECT_EQ(openObjects().pages, 0U);
+  EXPECT_EQ(raised([&] { DocModel::PageClose(DocModel::DocOpenPage(otherModel, 0)); }), errNone);
 }
 
 // ---- word finders ----

@@ -280,6 +280,33 @@ TEST(FindParted, LowerOnALineThatRunsDownIsTheSameLine) {
   EXPECT_THAT(find("a- para", linesDownThePage()), ElementsAre("a-|para"));
 }
 
+TEST(FindParted, LineThatRunsUpThePageGoesOnBesideIt) {
+  PageText page = linesDownThePage();
+  for (WordText &each : page.words)
+    each.quarterTurns = 3;
+  EXPECT_THAT(find("parameter", page), ElementsAre("para-|meter"));
+}
+
+// Across the line's direction: the second word's middle against the first word's edges.
+TEST(FindParted, WordWhoseMiddleIsOnTheEdgeIsOnTheSameLine) {
+  for (const double bottom : {495.0, 505.0}) {
+    PageText page = pageOf({{"para-", "meter"}});
+    page.words[1].bounds.bottom = bottom;
+    page.words[1].bounds.top = bottom + 10;
+    EXPECT_THAT(find("parameter", page), IsEmpty()) << bottom;
+    page.words[1].bounds.top += bottom < 500 ? -1 : 1;
+    EXPECT_THAT(find("parameter", page), SizeIs(1)) << bottom;
+  }
+  for (const double left : {95.0, 105.0}) {
+    PageText page = linesDownThePage();
+    page.words[2].bounds.left = left;
+    page.words[2].bounds.right = left + 10;
+    EXPECT_THAT(find("parameter", page), IsEmpty()) << left;
+    page.words[2].bounds.right += left < 100 ? -1 : 1;
+    EXPECT_THAT(find("parameter", page), SizeIs(1)) << left;
+  }
+}
+
 TEST(FindParted, LineOfAnotherDirectionDoesNotGoOn) {
   PageText page = pageOf({{"para-"}, {"meter"}});
   page.words[1].quarterTurns = 1;
@@ -292,6 +319,20 @@ TEST(FindWholeWords, NoLetterOrDigitStandsBesideThem) {
   const PageText page = pageOf({{"set", "reset", "sets", "set2", "(set)", "sét"}});
   EXPECT_THAT(places("set", page, wholeWords),
               ElementsAre(ElementsAre(0, 1, 2), ElementsAre(21, 22, 23), ElementsAre(26, 27, 28)));
+}
+
+TEST(FindWholeWords, LettersAndDigitsAreOfEveryScript) {
+  const std::pair<std::string, bool> besides[] = {
+      {"a", true},      {"Z", true},      {"0", true},       {"9", true},       {"\u691C", true}, // an ideograph
+      {"\u0661", true}, {"\u0BF0", true}, {"\u02D0", true},  {"\u16EE", true},  {"_", false},
+      {"/", false},     {":", false},     {"\u00A7", false}, {"\u20AC", false},
+  };
+  for (const auto &[beside, isPart] : besides) {
+    EXPECT_EQ(find("set", pageOf({{"set" + beside}}), {.matchCase = true, .wholeWords = true}).empty(), isPart)
+        << beside;
+    EXPECT_EQ(find("set", pageOf({{beside + "set"}}), {.matchCase = true, .wholeWords = true}).empty(), isPart)
+        << beside;
+  }
 }
 
 TEST(FindWholeWords, SeveralAreWholeAtBothEnds) {

@@ -50,6 +50,25 @@ INSTANTIATE_TEST_SUITE_P(Text, CaseKept,
                                          Folding{"Apostrophe", U"Don’t", U"Don't"}),
                          nameOf);
 
+TEST(Folding, ChangesOfAsciiOnlyTheCapitals) {
+  for (char32_t c = 1; c < 0x80; ++c) {
+    const bool capital = c >= U'A' && c <= U'Z';
+    EXPECT_EQ(folded(std::u32string(1, c)), std::u32string(1, capital ? c + 32 : c)) << static_cast<uint32_t>(c);
+    EXPECT_EQ(folded(std::u32string(1, c), Case::kept), std::u32string(1, c)) << static_cast<uint32_t>(c);
+  }
+}
+
+TEST(Folding, TypesEveryHyphenAndQuotationMark) {
+  EXPECT_EQ(folded(U"\u2010\u2011\u2212"), U"---");
+  EXPECT_EQ(folded(U"\u2018\u2019\u02BC"), U"'''");
+  EXPECT_EQ(folded(U"\u201C\u201D"), U"\"\"");
+}
+
+TEST(Folding, KeepsSpacesThatAreNoAccents) {
+  EXPECT_EQ(folded(U"\u00A0\u2003\u3000"), U"   ");
+  EXPECT_EQ(folded(U"\u00A8"), U"") << "an accent alone decomposes to a space and the accent";
+}
+
 TEST(AppendFolded, GoesBehindWhatIsThere) {
   std::u32string text = U"o";
   appendFolded(U'\uFB03', Case::folded, text);

@@ -117,6 +117,32 @@ TEST_F(Frames, AFrameWithoutARestoreProcedureRaises) {
   EXPECT_EQ(guest.attempt([] { Kernel::PushExceptionFrame(&frame, nullptr); }), tavrel::errBadArgument);
 }
 
+TEST_F(Frames, ARestoreProcedureWithoutAFrameRaises) {
+  EXPECT_EQ(guest.attempt([] { Kernel::PushExceptionFrame(nullptr, jumpBack); }), tavrel::errBadArgument);
+}
+
+TEST_F(Frames, AFrameThatIsPoppedHasRoomForTheNextOne) {
+  EXPECT_EQ(guest.attempt([] {
+    static ExceptionFrame frame;
+    for (size_t n = 0; n < 3 * tavrel::maxFrames; ++n) {
+      Kernel::PushExceptionFrame(&frame, jumpBack);
+      Kernel::PopExceptionFrame();
+    }
+  }),
+            0);
+}
+
+TEST_F(Frames, ALongReasonIsTruncated) {
+  static const std::string reason(10000, 'r');
+  guest.attempt([] {
+    host::noteReason(reason.c_str());
+    host::raise(tavrel::errGeneric);
+  });
+  ASSERT_EQ(guest.reports.size(), 1U);
+  EXPECT_THAT(guest.reports[0], testing::MatchesRegex("guest: the body failed with error [0-9]+: r+"));
+  EXPECT_LT(guest.reports[0].size(), 1000U);
+}
+
 TEST_F(Frames, PoppingTooOftenRaisesAndLeavesTheHostsFrame) {
   EXPECT_EQ(guest.attempt([] { Kernel::PopExceptionFrame(); }), tavrel::errFrames);
   EXPECT_EQ(runtime.frames.depth(), 0U);
@@ -221,6 +247,15 @@ TEST_F(Frames, WatchersAreToldAroundEveryCallAlsoOneThatFails) {
 }
 
 using FramesDeathTest = Frames;
+
+TEST(NoRuntimeDeathTest, ARaiseWithoutAHostEndsTheProgramWithALine) {
+  EXPECT_DEATH(host::raise(tavrel::errBadPage), "tavrel: error 4 while the host is not running");
+}
+
+TEST(NoRuntime, AReasonWithoutAHostIsIgnored) {
+  host::noteReason("nobody listens");
+  EXPECT_EQ(host::Runtime::find(), nullptr);
+}
 
 TEST_F(FramesDeathTest, ARaiseWithoutAnyFrameEndsTheProgramWithALine) {
   EXPECT_DEATH(Kernel::RaiseError(tavrel::errBadPage), "error 4 outside every exception frame: raised by the plug-in");

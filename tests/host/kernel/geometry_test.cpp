@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <cmath>
 
 #include "Guest.h"
 #include "host/kernel/geometry.h"
@@ -51,6 +52,29 @@ TEST(Geometry, ADoubleThatDoesNotFitSaturates) {
   EXPECT_EQ(host::fixedOf(1.5), 0x00018000);
   EXPECT_EQ(host::saturate16(40000), INT16_MAX);
   EXPECT_EQ(host::saturate16(-40000), INT16_MIN);
+}
+
+TEST(Geometry, ADoubleThatIsNoNumberIsZero) {
+  EXPECT_EQ(host::fixedOf(std::nan("")), 0);
+  EXPECT_EQ(host::saturate16(std::nan("")), 0);
+}
+
+TEST(Geometry, ADoubleIsRoundedToTheNearestUnit) {
+  constexpr double unit = 1.0 / tavrel::fixedOne;
+  EXPECT_EQ(host::fixedOf(7.4 * unit), 7);
+  EXPECT_EQ(host::fixedOf(7.6 * unit), 8);
+  EXPECT_EQ(host::fixedOf(-7.6 * unit), -8);
+  EXPECT_EQ(host::saturate16(-123), -123);
+}
+
+TEST(Geometry, ProductsAreRoundedToTheNearestUnit) {
+  const FixedMatrix matrix{f(0.25), 0, 0, f(0.25), 0, 0};
+  expectRect(host::transform(matrix, {1, 6, 2, 5}), {0, 2, 1, 1});
+}
+
+TEST(Geometry, EachCoordinateHasItsOwnFactorsAndOffset) {
+  const FixedMatrix matrix{f(2), f(3), f(5), f(7), f(11), f(13)};
+  expectRect(host::transform(matrix, {f(1), f(2), f(1), f(2)}), {f(23), f(30), f(23), f(30)});
 }
 
 TEST(Geometry, TheOperationMayWriteOverItsInput) {

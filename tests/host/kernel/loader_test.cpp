@@ -182,4 +182,10 @@ TEST_F(Loader, ReadsTheVersionThatALibraryCarries) {
   EXPECT_EQ(loader.plugins().at(1).version, "");
 }
 
+TEST_F(Loader, FindsTheVersionAmongOtherNotes) {
+  install("notes", "a.so");
+  load();
+  EXPECT_EQ(loader.plugins().at(0).version, "a version of 31 characters.....");
+}
+
 } // namespace

@@ -256,11 +256,21 @@ TEST(HostTables, AreKnownAtTheirVersions) {
   const auto request = [](const char *name, uint32_t version) {
     return Kernel::RequestTable(Kernel::AtomFromString(name), version);
   };
-  EXPECT_EQ(request("DocModel", 0x00050000), host::docModelTable());
-  EXPECT_EQ(request("TavrelView", 0x00050001), host::viewTable());
-  EXPECT_EQ(request("TavrelView", 0x00050002), host::viewTable());
-  EXPECT_EQ(request("TavrelView", 0x00050004), nullptr);
-  EXPECT_EQ(request("Desktop", 0x00040000), host::desktopTable());
+  struct {
+    const char *name;
+    uint32_t oldest, newest;
+    tavrel::HFT entries;
+  } const tables[] = {
+      {"DocModel", 0x00050000, 0x00050000, host::docModelTable()},
+      {"TavrelView", 0x00050001, tavrel::tavrelViewVersion, host::viewTable()},
+      {"Desktop", 0x00040000, 0x00040000, host::desktopTable()},
+  };
+  for (const auto &table : tables) {
+    EXPECT_EQ(request(table.name, table.oldest - 1), nullptr) << table.name;
+    for (uint32_t version = table.oldest; version <= table.newest; ++version)
+      EXPECT_EQ(request(table.name, version), table.entries) << table.name << " " << version;
+    EXPECT_EQ(request(table.name, table.newest + 1), nullptr) << table.name;
+  }
 }
 
 TEST(HostTables, WithoutAnApplicationQuestionsAreAnsweredAndTheRestRaises) {

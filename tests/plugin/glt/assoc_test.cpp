@@ -103,9 +103,12 @@ TEST_F(Associations, DeletingRemovesOneEntryWhereverItStands) {
 }
 
 TEST_F(Associations, ClearingFreesEverything) {
+  const size_t blocks = liveBlocks();
   put(docA, 5, 5, "A");
   put(docB, 5, 5, "B");
+  EXPECT_EQ(liveBlocks(), blocks + 4) << "two entries and their bytes";
   AssociateClear();
+  EXPECT_EQ(liveBlocks(), blocks);
   s_AssocList = nullptr; // what is left of the head must not be used
 }
 

@@ -1,5 +1,8 @@
-// When the tool bar buttons are enabled: the answers mirror where a jump would lead.
+// When the tool bar buttons are enabled. The answers come from the view mode, the current position, the list's pages
+// and the page on the screen. They are not asked of the jump, and differ from it in a few rows, which say so.
 #include <gtest/gtest.h>
+
+#include <optional>
 
 #include "plugin/glt/glt.h"
 #include "tests/host/RecordingHost.h"
@@ -18,17 +21,40 @@ struct Enabled : Row {
   Position position;
   int32_t viewerPage;
   bool prev, next;
+  std::optional<bool> prevMoves = {}, nextMoves = {}; ///< whether a jump moves, where that is not the answer
 };
-class EnabledTest : public testing::TestWithParam<Enabled> {};
 
-TEST_P(EnabledTest, FollowsTheJump) {
+class EnabledTest : public testing::TestWithParam<Enabled> {
+protected:
+  void prepare(GLTJumpProc jumpProc) {
+    registerRecords(host, GetParam().pages, jumpProc);
+    GLT_SetViewMode(host.doc, GetParam().viewMode);
+    setPosition(host.doc, GetParam().position);
+    host.shownPage = GetParam().viewerPage;
+  }
+  /// Whether the registrant is notified of a move, and not of an end of the list.
+  bool moves(uint32_t code) {
+    static bool s_moved;
+    s_moved = false;
+    prepare([](Doc, HLL *, uint32_t notified, void *) {
+      s_moved |= notified != GLT_JUMP_PREV_BEYOND && notified != GLT_JUMP_NEXT_BEYOND;
+    });
+    GLT_Jump(host.doc, code);
+    return s_moved;
+  }
+
   RecordingHost host;
-  registerRecords(host, GetParam().pages, nullptr);
-  GLT_SetViewMode(host.doc, GetParam().viewMode);
-  setPosition(host.doc, GetParam().position);
-  host.shownPage = GetParam().viewerPage;
+};
+
+TEST_P(EnabledTest, DependsOnModePositionAndThePageOnTheScreen) {
+  prepare(nullptr);
   EXPECT_EQ(GLTPrevEnabledProc(nullptr, nullptr), GetParam().prev);
   EXPECT_EQ(GLTNextEnabledProc(nullptr, nullptr), GetParam().next);
+}
+
+TEST_P(EnabledTest, DiffersFromTheJumpOnlyWhereTheRowSaysSo) {
+  EXPECT_EQ(moves(GLT_JUMP_PREV), GetParam().prevMoves.value_or(GetParam().prev));
+  EXPECT_EQ(moves(GLT_JUMP_NEXT), GetParam().nextMoves.value_or(GetParam().next));
 }
 
 const Pages two = {{3, 2}, {8, 2}}, one = {{3, 2}}, unsorted = {{8, 1}, {3, 1}};
@@ -38,7 +64,7 @@ INSTANTIATE_TEST_SUITE_P(All, EnabledTest,
                              {{"FirstPage"}, 0, two, {0, 0}, 3, false, true},
                              {{"FirstPageScrolledOn"}, 0, two, {0, 0}, 4, true, true},
                              {{"FirstPageScrolledBack"}, 0, two, {0, 0}, 2, false, true},
-                             {{"FirstPageOtherWord"}, 0, two, {0, 1}, 3, false, true},
+                             {{"FirstPageOtherWord"}, 0, two, {0, 1}, 3, false, true, true},
                              {{"LastPage"}, 0, two, {1, 0}, 8, true, false},
                              {{"LastPageScrolledBack"}, 0, two, {1, 0}, 5, true, true},
                              {{"LastPageScrolledOn"}, 0, two, {1, 0}, 20, true, false},
@@ -55,11 +81,11 @@ INSTANTIATE_TEST_SUITE_P(All, EnabledTest,
 INSTANTIATE_TEST_SUITE_P(One, EnabledTest,
                          testing::ValuesIn<Enabled>({
                              {{"LastPageFirstWord"}, 1, two, {1, 0}, 8, true, true},
-                             {{"LastPageLastWord"}, 1, two, {1, 1}, 8, true, false},
+                             {{"LastPageLastWord"}, 1, two, {1, 1}, 8, true, false, true, true},
                              {{"LastPageBehindTheLastWord"}, 1, two, {1, 2}, 0, true, false},
                              {{"OnlyPageFirstWord"}, 1, one, {0, 0}, 20, false, true},
-                             {{"OnlyPageSecondWord"}, 1, one, {0, 1}, 20, true, false},
-                             {{"FirstOfTwoPagesPastItsWords"}, 1, two, {0, 2}, 3, true, true},
+                             {{"OnlyPageSecondWord"}, 1, one, {0, 1}, 20, true, false, false, true},
+                             {{"FirstOfTwoPagesPastItsWords"}, 1, two, {0, 2}, 3, true, true, false},
                              {{"PageWithoutHighlightsComparesSigned"}, 1, {{3, 0}}, {0, 0}, 3, false, false},
                          }),
                          rowName<Enabled>);
@@ -67,7 +93,7 @@ INSTANTIATE_TEST_SUITE_P(One, EnabledTest,
 INSTANTIATE_TEST_SUITE_P(None, EnabledTest,
                          testing::ValuesIn<Enabled>({
                              {{"FirstPage"}, 2, two, {0, 0}, 20, false, true},
-                             {{"FirstPageOtherWord"}, 2, two, {0, 1}, 20, false, true},
+                             {{"FirstPageOtherWord"}, 2, two, {0, 1}, 20, false, true, true},
                              {{"LastPageWithAPageBeforeOnScreen"}, 2, two, {1, 0}, 0, true, false},
                              {{"LastPageOnScreen"}, 2, two, {1, 0}, 8, true, false},
                              {{"LastPageWithAPageBehindOnScreen"}, 2, two, {1, 0}, 9, true, false},
@@ -77,14 +103,14 @@ INSTANTIATE_TEST_SUITE_P(None, EnabledTest,
 
 INSTANTIATE_TEST_SUITE_P(WithoutPages, EnabledTest,
                          testing::ValuesIn<Enabled>({
-                             {{"NextIsEnabled"}, 0, {}, {0, 0}, 3, false, true},
-                             {{"NextIsEnabledInModeTwo"}, 2, {}, {0, 0}, 3, false, true},
+                             {{"NextIsEnabled"}, 0, {}, {0, 0}, 3, false, true, false, false},
+                             {{"NextIsEnabledInModeTwo"}, 2, {}, {0, 0}, 3, false, true, false, false},
                              {{"AfterAJumpToTheLast"}, 0, {}, {UINT32_MAX, 0}, 3, true, false},
                              {{"AfterAJumpToTheLastInModeOne"}, 1, {}, {UINT32_MAX, 0}, 3, true, false},
                          }),
                          rowName<Enabled>);
 
-/// Both tests in turn.
+/// Both tests, one after the other.
 void expectDisabled() {
   EXPECT_EQ(GLTPrevEnabledProc(nullptr, nullptr), 0);
   EXPECT_EQ(GLTNextEnabledProc(nullptr, nullptr), 0);

@@ -316,12 +316,16 @@ TEST(HighlightList, CopyOfAnEmptyListIsEmpty) {
   GLT_DeleteHLL(copy);
 }
 
-TEST(HighlightList, WithAPageThatHasNoArrayIsDeletedWithoutError) {
+TEST(HighlightList, WithAPageThatHasNoArrayIsDeletedWhole) {
+  const size_t blocks = liveBlocks(), freedTwice = blocksFreedTwice();
   HLL *list = GLT_NewHLL(nullptr);
   HLL_AddHL(list, 1, 1, 1);
   HLLInsertPage(list, 2);
   HLL_AddHL(list, 3, 1, 1);
+  EXPECT_GT(liveBlocks(), blocks);
   GLT_DeleteHLL(list);
+  EXPECT_EQ(liveBlocks(), blocks);
+  EXPECT_EQ(blocksFreedTwice(), freedTwice);
 }
 
 // Memory

@@ -154,6 +154,15 @@ TEST(IconBundles, NullWhenMemoryRunsOut) {
   EXPECT_EQ(host.trace, Calls{});
 }
 
-TEST(IconBundles, ReleasingNoneDoesNothing) { mdReleaseIconBundle(nullptr); }
+TEST(IconBundles, AreFreedWhenReleasedAndNoneIsAccepted) {
+  RecordingHost host;
+  const size_t blocks = liveBlocks(), freedTwice = blocksFreedTwice();
+  IconBundle *bundle = mdGetIconBundle(0, 1);
+  EXPECT_EQ(liveBlocks(), blocks + 1);
+  mdReleaseIconBundle(bundle);
+  mdReleaseIconBundle(nullptr);
+  EXPECT_EQ(liveBlocks(), blocks);
+  EXPECT_EQ(blocksFreedTwice(), freedTwice);
+}
 
 } // namespace

@@ -117,8 +117,13 @@ INSTANTIATE_TEST_SUITE_P(Each, SureAllocation, testing::ValuesIn(sureAllocations
 
 TEST(IfNotNullFree, FreesOrDoesNothing) {
   RecordingHost host;
+  const size_t blocks = liveBlocks();
+  void *block = malloc(3);
+  EXPECT_EQ(liveBlocks(), blocks + 1);
   TSIfNotNullFree(nullptr);
-  TSIfNotNullFree(malloc(3));
+  EXPECT_EQ(liveBlocks(), blocks + 1);
+  TSIfNotNullFree(block);
+  EXPECT_EQ(liveBlocks(), blocks);
   EXPECT_EQ(host.trace, Calls{});
 }
 

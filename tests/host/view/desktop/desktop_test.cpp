@@ -129,9 +129,16 @@ TEST_F(WithResources, ATextStaysWhereItIs) {
   EXPECT_EQ(text("helpNext"), text("helpNext"));
 }
 
-TEST_F(WindowSystem, AKeyMayContainBlanksAndDots) {
+// A line of a resource file cannot name such a key, a program that fills the database can.
+TEST_F(WindowSystem, AKeyMayContainSpacesAndDots) {
+  const char *const key = "a key. with: everything";
   Desktop::RegisterResourceClass("Highlight", nullptr);
-  EXPECT_EQ(text("a key. with: everything"), builtIn);
+  EXPECT_EQ(text(key), builtIn);
+  XrmDatabase users = XtScreenDatabase(XtScreen(top->widget()));
+  XrmBinding bindings[] = {XrmBindTightly, XrmBindTightly};
+  XrmQuark quarks[] = {XrmStringToQuark("Highlight"), XrmStringToQuark(key), NULLQUARK};
+  XrmQPutStringResource(&users, bindings, quarks, "found");
+  EXPECT_STREQ(text(key), "found");
 }
 
 TEST_F(WindowSystem, ABitmapIsMadeFromItsBits) {

@@ -1,0 +1,278 @@
+"""The suites that mutants.py tries mutants with: which test programs test which sources, built, taken apart, and run.
+
+A suite is a library's sources and the test programs that link it. All work is done on copies in a directory of its own.
+"""
+
+import collections
+import functools
+import hashlib
+import json
+import os
+import pathlib
+import shlex
+import shutil
+import signal
+import subprocess
+import sys
+import time
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+SLOW = 0.01  # seconds: a slow test is run after all quick ones
+LONGEST_RUN = 60  # seconds
+LEAKS = "-fsanitize=leak"
+BUILD_SETTINGS = [
+    "-DCMAKE_CXX_COMPILER=g++",
+    "-DCMAKE_BUILD_TYPE=RelWithDebInfo",
+    "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g0 -DNDEBUG",  # the release preset's, without debugging information
+]
+
+# What a suite is: the folder of its sources and those that are left out; the library that they are compiled into, and
+# the library's folder; the folders that its sources include from; its test programs, those that take longest last; the
+# per cent of its mutants that must be noticed.
+Spec = collections.namedtuple("Spec", "name sources left_out library library_folder headers programs fewest_noticed")
+
+SUITES = [
+    Spec(
+        name="plugin",
+        sources="plugin",
+        left_out={"plugin/pi/PIMain.cpp"},  # a line that forwards, proven by the tests of the library
+        library="glint",
+        library_folder="plugin",
+        headers=["plugin", "sdk"],
+        programs=["plugin_test"],
+        fewest_noticed=95.0,
+    ),
+    Spec(
+        name="kernel",
+        sources="host/kernel",
+        left_out=set(),
+        library="host_kernel",
+        library_folder="host",
+        headers=["host", "sdk"],
+        programs=["kernel_test", "view_test", "plugins_test"],
+        fewest_noticed=90.0,
+    ),
+    Spec(
+        name="document",
+        sources="host/document",
+        left_out=set(),
+        library="host_document",
+        library_folder="host",
+        headers=["host", "sdk"],
+        programs=["document_test", "search_test"],
+        fewest_noticed=90.0,
+    ),
+    Spec(
+        name="view",
+        sources="host/view",
+        left_out=set(),
+        library="host_view",
+        library_folder="host",
+        headers=["host", "sdk"],
+        programs=["view_test", "desktop_test", "render_test", "plugins_test", "viewer_model_test"],
+        fewest_noticed=90.0,
+    ),
+]
+
+
+def give_up(message):
+    print(message, file=sys.stderr)
+    sys.exit(2)
+
+
+def checked(command, **options):
+    run = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False, **options)
+    if run.returncode != 0:
+        give_up(run.stdout + "failed: " + " ".join(map(str, command)))
+    return run.stdout
+
+
+def quiet(command, **options):
+    run = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False, **options)
+    return run.returncode == 0
+
+
+def sources_of(spec):
+    files = sorted(path.relative_to(ROOT).as_posix() for path in ROOT.glob(spec.sources + "/**/*.cpp"))
+    return [file for file in files if file not in spec.left_out]
+
+
+def passes(program, selection, seconds):
+    """Whether the selected tests pass in time. Their temporary files are made beside the program."""
+    command = [str(program), "--gtest_fail_fast", "--gtest_brief=1", "--gtest_filter=" + selection]
+    process = subprocess.Popen(
+        command,
+        stdin=subprocess.DEVNULL,
+        stdout=subprocess.DEVNULL,
+        stderr=subprocess.DEVNULL,
+        cwd=program.parent,
+        env={**os.environ, "TMPDIR": str(program.parent)},
+        start_new_session=True,
+    )
+    try:
+        return process.wait(timeout=seconds) == 0
+    except subprocess.TimeoutExpired:
+        return False
+    finally:
+        try:
+            os.killpg(process.pid, signal.SIGKILL)  # with the processes that the tests have started
+        except ProcessLookupError:
+            pass
+        process.wait()
+
+
+class Program:
+    """A test program, taken apart into what stays and the objects that mutants replace."""
+
+    def __init__(self, spec, name, build, work):
+        self.name, self.library = name, "/%s.dir/" % spec.library
+        self.work = work / name
+        self.work.mkdir()
+        line = checked(["ninja", "-C", build, "-t", "commands", name]).splitlines()[-1]
+        words = shlex.split(next(part for part in line.split(" && ") if " -o " in part))
+        output = words.index("-o")
+        self.objects, tests, self.rest = {}, [], []
+        for word in words[1:output] + words[output + 2 :]:
+            if self.library in word:
+                self._keep(build, word, spec.library_folder)
+            elif word.endswith(".o"):
+                tests.append(word)
+            elif word.endswith((".a", ".so")) and not word.startswith("/"):
+                copy = self.work / word
+                copy.parent.mkdir(parents=True, exist_ok=True)
+                shutil.copy(build / word, copy)
+                self.rest.append(copy)
+            else:
+                self.rest.append(word)
+        self.kept = self.work / "tests.o"
+        checked(["ld.gold", "-r", *tests, "-o", self.kept], cwd=build)
+        self.link = [words[0], "-fuse-ld=gold", "-s"]
+        self.stages = {}
+        self.leaks = None
+
+    def _keep(self, build, word, folder):
+        copy = self.work / "kept" / word
+        copy.parent.mkdir(parents=True, exist_ok=True)
+        shutil.copy(build / word, copy)
+        self.objects[folder + "/" + word.split(self.library)[1][: -len(".o")]] = copy
+
+    def linked(self, directory, replaced=None, path=None, options=()):
+        """The program with one object replaced; None when it cannot be linked.
+
+        Of an archive the linker takes no object whose symbols it has already: the new one comes first.
+        """
+        objects = [path if file == replaced else object for file, object in self.objects.items()]
+        if path is not None and replaced not in self.objects:
+            objects.insert(0, path)
+        program = directory / self.name
+        if not quiet([*self.link, *options, "-o", program, *objects, self.kept, *self.rest]):
+            if replaced is None:
+                give_up("cannot be linked: %s %s" % (self.name, " ".join(options)))
+            return None
+        return program
+
+    def measure(self, folders):
+        """Finds out which tests are quick and in which order to run them for the sources of each folder."""
+        program = self.linked(self.work)
+        places, times = self.work / "places.json", self.work / "times.json"
+        checked([program, "--gtest_list_tests", "--gtest_output=json:%s" % places], cwd=self.work)
+        checked([program, "--gtest_brief=1", "--gtest_output=json:%s" % times], cwd=self.work)
+        by_folder, slow = collections.defaultdict(set), []
+        for suite in json.loads(places.read_text())["testsuites"]:
+            for test in suite["testsuite"]:
+                by_folder[pathlib.Path(test["file"]).parent.name].add(suite["name"])
+        for suite in json.loads(times.read_text())["testsuites"]:
+            for test in suite["testsuite"]:
+                if float(test["time"].rstrip("s")) > SLOW:
+                    slow.append("%s.%s" % (suite["name"], test["name"]))
+        slow_ones = ":".join(slow)
+        for folder in folders:
+            own = [suite + ".*" for suite in sorted(by_folder[folder])]
+            quick = [":".join(own) + "-" + slow_ones] if own else []
+            quick.append("-" + ":".join(own + slow))
+            self.stages[folder] = [[(stage, self._allowed(program, stage)) for stage in quick]]
+            self.stages[folder].append([(slow_ones, self._allowed(program, slow_ones))] if slow else [])
+        checking = self.linked(self.work, options=[LEAKS])
+        if passes(checking, "-" + slow_ones, 120):
+            self.leaks = "-" + slow_ones, self._allowed(checking, "-" + slow_ones)
+        else:
+            print("%s: has leaks of its own, so those of mutants are not looked for" % self.name, file=sys.stderr)
+
+    @functools.cache
+    def _allowed(self, program, stage):
+        """The seconds that a stage may take, by what it takes without a change."""
+        started = time.monotonic()
+        if not passes(program, stage, 120):
+            give_up("%s does not pass without a change: %s" % (self.name, stage))
+        return min(LONGEST_RUN, 2 + 10 * (time.monotonic() - started))
+
+
+class Suite:
+    """A suite as it is built, ready to try mutants of `sources`: texts by file."""
+
+    def __init__(self, spec, build, work, sources):
+        self.spec, self.work, self.sources = spec, work / spec.name, sources
+        self.work.mkdir()
+        if not (build / "build.ninja").exists():
+            checked(["cmake", "-S", ROOT, "-B", build, "-G", "Ninja", *BUILD_SETTINGS])
+        checked(["ninja", "-C", build, *spec.programs])
+        self.compile = self._compile_commands(build)
+        self.original = {}
+        for file, text in sources.items():
+            self.original[file] = self.object_of(file, text, self.work / "original" / file)
+            if self.original[file] is None:
+                give_up("does not compile: " + file)
+        folders = sorted({pathlib.Path(file).parent.name for file in sources})
+        self.programs = [Program(spec, name, build, self.work) for name in spec.programs]
+        for program in self.programs:
+            for file in program.objects:
+                program.objects[file] = self.original.get(file, program.objects[file])
+            program.measure(folders)
+        digest = hashlib.sha1(LEAKS.encode())
+        for program in self.programs:
+            digest.update(program.kept.read_bytes())
+        self.digest = digest.hexdigest()[:12]
+
+    def _compile_commands(self, build):
+        """The command for each source, against copies of the headers, without warnings."""
+        for part in self.spec.headers:
+            shutil.copytree(ROOT / part, self.work / part)
+        commands = {}
+        for entry in json.loads((build / "compile_commands.json").read_text()):
+            file = os.path.relpath(entry["file"], ROOT)
+            if file in self.sources and "/%s.dir/" % self.spec.library in entry["command"]:
+                words = shlex.split(entry["command"])
+                words = words[: words.index("-o")]
+                commands[file] = [word.replace("-I" + str(ROOT), "-I" + str(self.work)) for word in words] + ["-w"]
+        return commands
+
+    def object_of(self, file, text, directory):
+        """The text compiled in the file's place, or None. The source keeps its name: the object has it inside."""
+        directory.mkdir(parents=True, exist_ok=True)
+        source = directory / os.path.basename(file)
+        source.write_text(text)
+        path = source.with_suffix(".o")
+        return path if quiet(self.compile[file] + ["-o", str(path), "-c", str(source)]) else None
+
+    def notices(self, file, path, directory):
+        """Whether a test notices a changed object; None when it cannot be linked.
+
+        The quick tests of all programs come first, then the slow ones, then the quick ones under the leak checker.
+        """
+        folder = pathlib.Path(file).parent.name
+        linked = {}
+        for speed in (0, 1):
+            for program in self.programs:
+                for selection, seconds in program.stages[folder][speed]:
+                    if program not in linked:
+                        linked[program] = program.linked(directory, file, path)
+                    if linked[program] is None:
+                        return None
+                    if not passes(linked[program], selection, seconds):
+                        return True
+        for program in self.programs:
+            if program.leaks is not None:
+                checking = program.linked(directory, file, path, [LEAKS])
+                if checking is not None and not passes(checking, *program.leaks):
+                    return True
+        return False

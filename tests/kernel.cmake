@@ -18,5 +18,7 @@ list(TRANSFORM loader_plugins PREPEND test_plugin_)
 
 tavrel_test(NAME kernel_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/kernel/*.cpp LIBRARIES host_kernel test_support
             TOGETHER)
-target_compile_definitions(kernel_test PRIVATE TEST_PLUGINS="${test_plugins}")
+target_compile_definitions(kernel_test PRIVATE TEST_PLUGINS="${test_plugins}" TAVREL_BINDIR="${CMAKE_INSTALL_BINDIR}"
+                                               TAVREL_LIBDIR="${CMAKE_INSTALL_LIBDIR}"
+                                               TAVREL_INSTALLED_PLUGINS="${TAVREL_INSTALLED_PLUGINS}")
 add_dependencies(kernel_test ${loader_plugins} test_plugin_nomain)

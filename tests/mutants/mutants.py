@@ -44,7 +44,8 @@ LEAKS = ["-fsanitize=leak"]
 BUILD_SETTINGS = [
     "-DCMAKE_CXX_COMPILER=g++",
     "-DCMAKE_BUILD_TYPE=RelWithDebInfo",
-    "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g0 -DNDEBUG",  # the release preset's, without debugging information
+    "-DCMAKE_COMPILE_WARNING_AS_ERROR=ON",
+    "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g0 -DNDEBUG",  # the gcc preset's, without debugging information
 ]
 
 NOTICED, SURVIVED, EQUAL, UNCOMPILED = "noticed", "survived", "equal", "does not compile"

@@ -2,49 +2,88 @@
 # current one.
 set -euo pipefail
 
-# install KIND...: installs the packages of those kinds (packages.txt) that are not there yet.
+onDebian() { command -v dpkg-query >/dev/null && command -v apt-get >/dev/null; }
+
+installed() { dpkg-query -W -f='${Status}\n' "$1" 2>/dev/null | grep -q 'ok installed'; }
+
+needed=() # the packages of all calls of install
+
+# install KIND...: installs the packages of those kinds (packages.txt) that are not there yet. Nothing is installed on a
+# system that is not Debian's: there, configuring finds out what is missing.
 install() {
   local kinds=" $* " kind package missing=()
   while read -r kind package; do
-    [[ $kinds == *" $kind "* ]] || continue
-    dpkg-query -W -f='${Status}\n' "$package" 2>/dev/null | grep -q 'ok installed' || missing+=("$package")
+    [[ -n $kind && $kinds == *" $kind "* ]] || continue
+    needed+=("$package")
+    ! onDebian || installed "$package" || missing+=("$package")
   done < <(sed -e 's/#.*//' packages.txt)
-  ((${#missing[@]})) || return 0
-  echo "Installing ${missing[*]}"
-  local as=()
-  if ((EUID != 0)); then
-    command -v sudo >/dev/null || { echo "As root, please: apt-get install ${missing[*]}" >&2; return 1; }
-    as=(sudo)
+  if ! onDebian; then
+    command -v cmake >/dev/null && command -v ninja >/dev/null || { namePackages ''; return 1; }
   fi
-  "${as[@]}" apt-get update -qq
-  "${as[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+  ((${#missing[@]})) || return 0
+  if ((EUID != 0)) && ! command -v sudo >/dev/null; then
+    echo "As root, please: apt-get install ${missing[*]}" >&2
+    return 1
+  fi
+  echo "Installing ${missing[*]}"
+  asRoot apt-get update -qq
+  asRoot env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# build PRESET [TARGET...]: configures where needed and builds.
+# namePackages REST: the only line for a system that is not Debian's, and where more can be read
+namePackages() {
+  echo "There is no apt-get to install packages with. These of Debian, by whatever name, are needed: ${needed[*]}$1" >&2
+}
+
+asRoot() { if ((EUID == 0)); then "$@"; else sudo "$@"; fi; }
+
+# build PRESET [TARGET...]: configures and builds. The tree is configured from scratch where that was interrupted the
+# last time or has failed, and where other compilers are wanted than then: CMake keeps the first ones.
 build() {
-  local preset=$1 targets=()
+  local preset=$1 tree=build/$1 fresh=() targets=()
+  local log=$tree.log stamp=$tree/configured compilers="CC=${CC:-} CXX=${CXX:-}"
   shift
   (($#)) && targets=(--target "$@")
-  cmake --preset "$preset" -DBUILD_TESTING="${BUILD_TESTING:-ON}" >"build-$preset.log" 2>&1 ||
-    { cat "build-$preset.log" >&2; rm -f "build-$preset.log"; return 1; }
-  rm -f "build-$preset.log"
+  mkdir -p build
+  [[ -f $stamp && $(<"$stamp") == "$compilers" ]] || fresh=(--fresh)
+  rm -f "$stamp"
+  if ! cmake --preset "$preset" "${fresh[@]}" >"$log" 2>&1; then
+    if ! onDebian; then
+      namePackages "; CMake says in $log what it misses"
+    elif ! sed -n '/^CMake Error/,$p' "$log" | grep . >&2; then
+      cat "$log" >&2
+    fi
+    return 1
+  fi
+  rm -f "$log"
+  echo "$compilers" >"$stamp"
   cmake --build --preset "$preset" "${targets[@]}"
 }
 
-# fetch PACKAGE FILE PLACE: a document from one of Debian's packages, which need not be installed, unless it is there.
+# fetch PACKAGE FILE DESTINATION: a document from one of Debian's packages, which need not be installed.
 fetch() {
-  local package=$1 file=$2 place=$3 work
-  [[ ! -f $place ]] || return 0
-  echo "Fetching ${place##*/}"
-  mkdir -p "$(dirname "$place")"
-  work=$(mktemp -d "$(dirname "$place")/fetching.XXXXXX")
-  if [[ -f /$file ]]; then
-    cp "/$file" "$work/document"
+  local package=$1 file=$2 destination=$3 work
+  [[ ! -f $destination ]] || return 0
+  mkdir -p "$(dirname "$destination")"
+  work=$(mktemp -d "$(dirname "$destination")/fetching.XXXXXX")
+  if fetchInto "$work" && mv "$work/document" "$destination"; then
+    rm -rf "$work"
   else
-    (cd "$work" && { ls /var/lib/apt/lists/*Packages* >/dev/null 2>&1 || ${SUDO:-} apt-get update -qq; } &&
-      apt-get download -qq -o APT::Sandbox::User="$(id -un)" "$package" && dpkg-deb -x "$package"_*.deb package &&
-      mv "package/$file" document)
+    rm -rf "$work"
+    echo "$destination cannot be fetched: it is /$file of Debian's package $package" >&2
+    return 1
   fi
-  mv "$work/document" "$place"
-  rm -rf "$work"
+}
+
+# For fetch, in a folder of its own.
+fetchInto() {
+  if [[ -f /$file ]]; then
+    cp "/$file" "$1/document"
+    return
+  fi
+  onDebian || return 1
+  echo "Fetching ${destination##*/}"
+  compgen -G '/var/lib/apt/lists/*Packages*' >/dev/null || asRoot apt-get update -qq || return 1
+  (cd "$1" && apt-get download -qq -o APT::Sandbox::User="$(id -un)" "$package" &&
+    dpkg-deb -x "$package"_*.deb package && mv "package/$file" document)
 }

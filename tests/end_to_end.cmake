@@ -7,5 +7,7 @@ tavrel_test(NAME end_to_end_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/end_to_end/
             LIBRARIES tools test_support PNG::PNG PROPERTIES FIXTURES_REQUIRED documents)
 target_compile_definitions(end_to_end_test PRIVATE TEST_DOCUMENTS="${test_documents}"
                                                    TAVREL="$<TARGET_FILE:tavrel>"
-                                                   TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>")
+                                                   TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>"
+                                                   TAVREL_BINDIR="${CMAKE_INSTALL_BINDIR}"
+                                                   TAVREL_LIBDIR="${CMAKE_INSTALL_LIBDIR}")
 add_dependencies(end_to_end_test tavrel TavrelGLT BRZ HitCount HitPages)

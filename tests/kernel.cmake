@@ -21,5 +21,7 @@ tavrel_test(NAME kernel_test
             SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/kernel/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/support/FailingMemory.cpp
             LIBRARIES host_kernel test_support TOGETHER)
 target_link_options(kernel_test PRIVATE -Wl,--wrap=malloc,--wrap=calloc,--wrap=realloc,--wrap=free)
-target_compile_definitions(kernel_test PRIVATE TEST_PLUGINS="${test_plugins}")
+target_compile_definitions(kernel_test PRIVATE TEST_PLUGINS="${test_plugins}" TAVREL_BINDIR="${CMAKE_INSTALL_BINDIR}"
+                                               TAVREL_LIBDIR="${CMAKE_INSTALL_LIBDIR}"
+                                               TAVREL_INSTALLED_PLUGINS="${TAVREL_INSTALLED_PLUGINS}")
 add_dependencies(kernel_test ${loader_plugins} test_plugin_nomain)

@@ -4,7 +4,7 @@ include_guard(GLOBAL)
 add_library(recording_host STATIC
             ${CMAKE_CURRENT_LIST_DIR}/host/Faults.cpp ${CMAKE_CURRENT_LIST_DIR}/host/RecordingHost.cpp
             ${CMAKE_CURRENT_LIST_DIR}/host/ResetPlugin.cpp ${CMAKE_CURRENT_LIST_DIR}/support/FailingMemory.cpp)
-if(CMAKE_CROSSCOMPILING)
+if(TAVREL_PLUGIN_ONLY)
   target_sources(recording_host PRIVATE ${CMAKE_CURRENT_LIST_DIR}/support/without_x.cpp)
 else()
   target_sources(recording_host PRIVATE ${CMAKE_CURRENT_LIST_DIR}/support/TopLevel.cpp

@@ -24,6 +24,7 @@ if(Python3_FOUND)
       TAVREL=$<TARGET_FILE:tavrel>
       TAVREL_DOCUMENTS=${test_documents}
       TAVREL_HELPERS=${viewer_helpers}
+      TAVREL_BUILT_PLUGINS=${TAVREL_PLUGIN_DIRECTORY}
       TAVREL_TEST_PLUGINS=${test_plugins}
       TAVREL_VIEWER_PLUGINS=${viewer_plugins}
       TAVREL_SCREENSHOTS_OTHERWISE=${CMAKE_BINARY_DIR}/screenshots)

@@ -46,7 +46,7 @@ void addViewCommand(CLI::App &app, int &status) {
   command->add_flag_callback(
       "--print-resources",
       [] {
-        std::fputs(viewer::allResources().c_str(), stdout);
+        std::fputs(viewer::defaultResources(), stdout);
         throw CLI::Success();
       },
       "Prints the resources that can be changed, with their defaults");

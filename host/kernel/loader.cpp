@@ -193,6 +193,12 @@ const char *describe(PluginState state) {
   return "";
 }
 
+fs::path systemPluginDirectory(const fs::path &program) {
+  const std::string fromProgram = TAVREL_PLUGINS_FROM_PROGRAM;
+  if (fromProgram.empty() || !program.is_absolute()) return TAVREL_INSTALLED_PLUGINS;
+  return (program.parent_path() / fromProgram).lexically_normal();
+}
+
 std::vector<fs::path> pluginDirectories(const fs::path &given) {
   std::vector<fs::path> directories;
   if (!given.empty()) directories.push_back(given);
@@ -201,13 +207,10 @@ std::vector<fs::path> pluginDirectories(const fs::path &given) {
     for (std::string part; std::getline(parts, part, ':');)
       if (!part.empty()) directories.emplace_back(part);
   }
-  if (const char *home = std::getenv("HOME"); home != nullptr && *home != '\0')
+  if (const char *home = std::getenv("HOME"); home != nullptr && *home == '/')
     directories.push_back(fs::path(home) / ".local/lib/tavrel/plugins");
-  std::error_code unknown;
-  const fs::path here = fs::read_symlink("/proc/self/exe", unknown).parent_path();
-  const fs::path beside = here / "plugins";
-  directories.push_back(fs::is_directory(beside, unknown) ? beside
-                                                          : (here / "../lib/tavrel/plugins").lexically_normal());
+  std::error_code unreadable; // the path is empty then
+  directories.push_back(systemPluginDirectory(fs::read_symlink("/proc/self/exe", unreadable)));
   return directories;
 }
 

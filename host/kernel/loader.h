@@ -57,9 +57,15 @@ private:
 /// What is said of a plug-in's state: "running".
 const char *describe(PluginState state);
 
+/// The folder of installed plug-ins, for the program with that path: the configured folder relative to the program's,
+/// so that an installation can be moved. The configured absolute folder if the path is empty, because it could not be
+/// read, or if the folders of the installation were configured as absolute paths.
+std::filesystem::path systemPluginDirectory(const std::filesystem::path &program);
+
 /// Where plug-ins are looked for, all of these: the directory given, if any; those of TAVREL_PLUGIN_PATH, separated by
-/// colons; the user's, ~/.local/lib/tavrel/plugins; the system's, which is `plugins` beside the program or, without
-/// one, `../lib/tavrel/plugins` from there.
+/// colons; the user's, ~/.local/lib/tavrel/plugins, if HOME is an absolute path; that of installed plug-ins. No folder
+/// below the current one, unless a user names it. The plug-ins of a build tree are in none of the last two: ./run and
+/// the tests name their folder in TAVREL_PLUGIN_PATH.
 std::vector<std::filesystem::path> pluginDirectories(const std::filesystem::path &given);
 
 } // namespace host

@@ -219,11 +219,36 @@ TEST_F(Command, BadInputIsMetWithOneClearLineAndItsOwnStatus) {
 
 TEST_F(Command, WithoutAnyPlugInItNamesTheFoldersInWhichItLooked) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
-  fs::copy_file(tavrel, folder / "tavrel"); // has no plug-ins beside it
-  const CommandResult result = run("HOME= " + std::string(folder / "tavrel") + " render " + documents +
-                                   "/two-columns.pdf " + hits + " --plugins-dir " + std::string(folder / "mine"));
+  fs::copy_file(tavrel, folder / "tavrel"); // has no plug-ins in the folder of its installation
+  const CommandResult result =
+      run("HOME= TAVREL_PLUGIN_PATH= " + std::string(folder / "tavrel") + " render " + documents + "/two-columns.pdf " +
+          hits + " --plugins-dir " + std::string(folder / "mine"));
   EXPECT_EQ(result.status, tools::exitHostFailure);
   EXPECT_NE(result.output.find(folder / "mine"), std::string::npos) << result.output;
+}
+
+TEST_F(Command, PlugInsBesideTheProgramOrInTheCurrentFolderAreNotLoaded) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
+  fs::copy_file(tavrel, folder / "tavrel");
+  fs::create_directory_symlink(TAVREL_PLUGINS, folder / "plugins");
+  const CommandResult result = run("cd " + folder.string() + " && HOME=. TAVREL_PLUGIN_PATH= ./tavrel render " +
+                                   documents + "/two-columns.pdf " + hits);
+  EXPECT_EQ(result.status, tools::exitHostFailure) << result.output;
+}
+
+TEST_F(Command, AnInstallationThatWasMovedHasItsPlugIns) {
+  if (fs::path(TAVREL_BINDIR).is_absolute() || fs::path(TAVREL_LIBDIR).is_absolute())
+    GTEST_SKIP() << "what was configured as an absolute path stays where it is";
+  const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
+  const fs::path plugins = folder / TAVREL_LIBDIR / "tavrel/plugins";
+  fs::create_directories(folder / TAVREL_BINDIR);
+  fs::create_directories(plugins.parent_path());
+  fs::copy_file(tavrel, folder / TAVREL_BINDIR / "tavrel");
+  fs::create_directory_symlink(TAVREL_PLUGINS, plugins);
+  const CommandResult result =
+      run("HOME= TAVREL_PLUGIN_PATH= " + std::string(folder / TAVREL_BINDIR / "tavrel") + " render " + documents +
+          "/two-columns.pdf " + hits + " --dpi 20 --out " + std::string(folder / "out"));
+  EXPECT_EQ(result.status, tools::exitDone) << result.output;
 }
 
 /// How many processes have that text in their environment.

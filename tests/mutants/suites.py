@@ -23,7 +23,8 @@ LEAKS = "-fsanitize=leak"
 BUILD_SETTINGS = [
     "-DCMAKE_CXX_COMPILER=g++",
     "-DCMAKE_BUILD_TYPE=RelWithDebInfo",
-    "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g0 -DNDEBUG",  # the release preset's, without debugging information
+    "-DCMAKE_COMPILE_WARNING_AS_ERROR=ON",
+    "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g0 -DNDEBUG",  # the gcc preset's, without debugging information
 ]
 
 # What a suite is: the folder of its sources and those that are left out; the library that they are compiled into, and

@@ -19,6 +19,7 @@ PATIENCE = int(os.environ.get("TAVREL_TEST_PATIENCE", "30"))  # seconds; half a 
 TAVREL = os.environ["TAVREL"]
 DOCUMENTS = os.environ["TAVREL_DOCUMENTS"]
 HELPERS = os.environ["TAVREL_HELPERS"]
+BUILT_PLUGINS = os.environ["TAVREL_BUILT_PLUGINS"]
 TEST_PLUGINS = os.environ["TAVREL_TEST_PLUGINS"]
 BUTTONS_PLUGIN = os.path.join(os.environ["TAVREL_VIEWER_PLUGINS"], "buttons")
 JUMPS_PLUGIN = os.path.join(os.environ["TAVREL_VIEWER_PLUGINS"], "jumps")
@@ -43,8 +44,9 @@ class Display:
     def __init__(self, managed=False):
         self.folder = tempfile.mkdtemp(prefix="tavrel-viewer-test-")
         self.environment = {name: value for name, value in os.environ.items() if not name.startswith("TAVREL")}
-        # Nobody's own settings and plug-ins.
-        self.environment.update(HOME=self.folder, LC_ALL="C.UTF-8", XENVIRONMENT="/dev/null")
+        # Nobody's own settings, and the plug-ins of this build.
+        self.environment.update(HOME=self.folder, LC_ALL="C.UTF-8", XENVIRONMENT="/dev/null",
+                                TAVREL_PLUGIN_PATH=BUILT_PLUGINS)
         reading, writing = os.pipe()
         self.server = subprocess.Popen(
             ["Xvfb", "-displayfd", str(writing), "-nolisten", "tcp", "-noreset", "-extension", "GLX", "-screen", "0",

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h> // before X, whose names are macros
 
 #include "viewer/window/actions.h"
+#include "viewer/window/options.h"
 
 #include <X11/Xresource.h>
 #include <unistd.h>
@@ -23,7 +24,7 @@ using testing::Not;
 // A resource of the program as Xt would look it up, each of whose classes is as it happens.
 std::string resource(const std::string &name) {
   XrmInitialize();
-  XrmDatabase database = XrmGetStringDatabase(keyResources().c_str());
+  XrmDatabase database = XrmGetStringDatabase(defaultResources());
   const std::string classes = "Tavrel.A.B.C.D";
   char *type = nullptr;
   XrmValue value{};
@@ -57,11 +58,26 @@ std::vector<std::string> lines(const std::string &text) {
 
 std::string translations() { return viewer::pageTranslations(); }
 
-// The actions that have something: a menu, an accelerator, keys, a button.
+// The actions that have something: a menu, keys, a button.
 std::vector<Action> having(const char *Action::*part) {
   std::vector<Action> result;
   std::ranges::copy_if(actions(), std::back_inserter(result),
                        [part](const Action &one) { return one.*part != nullptr; });
+  return result;
+}
+
+// The key of an action's entry in its menu; empty: none.
+std::string accelerator(const Action &action) {
+  return resource(std::string("tavrel.menubar.") + action.menu + "." + action.name + ".accelerator");
+}
+
+// Keys of all entries, by the name of the entry.
+std::map<std::string, std::string> accelerators() {
+  const std::string before = "*menubar*", after = ".accelerator: ";
+  std::map<std::string, std::string> result;
+  for (const std::string &line : lines(defaultResources()))
+    if (const size_t end = line.find(after); line.starts_with(before) && end != std::string::npos)
+      result[line.substr(before.size(), end - before.size())] = line.substr(end + after.size());
   return result;
 }
 
@@ -115,18 +131,18 @@ TEST(ActionsTest, EveryOneHasADeedAndALabel) {
   }
 }
 
-TEST(ActionsTest, WhatStandsInNoMenuHasKeysAndNoAccelerator) {
-  for (const Action &action : actions())
+TEST(ActionsTest, WhatStandsInNoMenuHasKeys) {
+  for (const Action &action : actions()) {
     if (action.menu == nullptr) {
       EXPECT_NE(action.keys, nullptr) << action.name;
-      EXPECT_EQ(action.accelerator, nullptr) << action.name;
     }
+  }
 }
 
 TEST(ActionsTest, NoAcceleratorIsGivenTwice) {
-  std::set<std::string> accelerators;
-  for (const Action &action : having(&Action::accelerator))
-    EXPECT_TRUE(accelerators.insert(action.accelerator).second) << action.name;
+  std::set<std::string> keys;
+  for (const auto &[name, key] : accelerators())
+    EXPECT_TRUE(keys.insert(key).second) << name;
 }
 
 TEST(ActionsTest, NoTranslationIsGivenTwice) {
@@ -191,9 +207,9 @@ TEST(ActionsTest, WhatIsNoTranslationStaysAsItIs) {
 }
 
 TEST(ActionsTest, NoAcceleratorIsWrittenAsAMachineHasIt) {
-  for (const Action &action : having(&Action::accelerator)) {
-    EXPECT_THAT(keyName(action.accelerator), Not(HasSubstr("osf"))) << action.name;
-    EXPECT_THAT(keyName(action.accelerator), Not(HasSubstr("<"))) << action.name;
+  for (const auto &[name, key] : accelerators()) {
+    EXPECT_THAT(keyName(key), Not(HasSubstr("osf"))) << name;
+    EXPECT_THAT(keyName(key), Not(HasSubstr("<"))) << name;
   }
 }
 
@@ -206,16 +222,32 @@ TEST(ActionsTest, AWidgetsNameHasNothingThatResourcesUse) {
 
 // ---- resources ----
 
-TEST(ActionsTest, EveryAcceleratorIsAResourceOfItsEntry) {
-  for (const Action &action : having(&Action::accelerator))
+TEST(ActionsTest, EveryAcceleratorIsThatOfAnActionInAMenuOrOfAPluginsButton) {
+  std::map<std::string, std::string> left = accelerators();
+  for (const Action &action : having(&Action::menu)) {
+    EXPECT_EQ(accelerator(action), left[action.name]) << action.name;
+    left.erase(action.name);
+  }
+  EXPECT_THAT(left, testing::ElementsAre(testing::Key("TavrelGLT_Next"), testing::Key("TavrelGLT_Prev")));
+}
 
-    EXPECT_EQ(resource(std::string("tavrel.menubar.") + action.menu + "." + action.name + ".accelerator"),
-              action.accelerator);
+TEST(ActionsTest, EveryEntryHasAnAcceleratorButThoseAboutTheProgram) {
+  std::vector<std::string> without;
+  for (const Action &action : having(&Action::menu))
+    if (accelerator(action).empty()) without.emplace_back(action.name);
+  EXPECT_THAT(without, testing::ElementsAre("AboutPlugIns", "About"));
 }
 
 TEST(ActionsTest, ButtonsOfPluginsHaveKeys) {
   EXPECT_EQ(resource("tavrel.menubar.Tools.TavrelGLT_Next.accelerator"), "<Key>F3");
   EXPECT_EQ(resource("tavrel.menubar.Tools.TavrelGLT_Prev.accelerator"), "Shift<Key>F3");
+}
+
+TEST(ActionsTest, TheDefaultResourcesListThePagesTranslations) {
+  std::string listed;
+  for (const std::string &line : lines(defaultResources()))
+    if (line.starts_with("!   ")) listed += line.substr(4) + "\n";
+  EXPECT_EQ(listed, translations()) << "share/Tavrel.ad";
 }
 
 TEST(ActionsTest, ThePagesTranslationsAreLines) {
@@ -241,8 +273,8 @@ TEST(ActionsTest, TheToolkitReadsAllTranslations) {
 
 TEST(ActionsTest, TheToolkitReadsAllAccelerators) {
   std::string table;
-  for (const Action &action : having(&Action::accelerator))
-    table += action.accelerator + std::string(": do(") + action.name + ")\n";
+  for (const auto &[name, key] : accelerators())
+    table += key + ": do(" + name + ")\n";
   EXPECT_EXIT(read(table), testing::ExitedWithCode(0), "");
 }
 

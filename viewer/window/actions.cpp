@@ -1,4 +1,4 @@
-// The table of actions, and the resources that follow from it.
+// The table of actions, and the translations that follow from it.
 #include "viewer/window/actions.h"
 
 #include <algorithm>
@@ -34,48 +34,42 @@ constexpr const char *menus[] = {"File", "Edit", "View", "Go", pluginMenu, windo
 
 // clang-format off
 constexpr Action table[] = {
-    {"Open", "File", "Open\u2026", "Ctrl<Key>o", nullptr, "Open", [](MainWindow &w) { w.askForFile(); }, nullptr},
-    {"Reload", "File", "Reload", "Ctrl<Key>r", nullptr, nullptr, [](MainWindow &w) { of(w).reload(); }, hasDocument},
-    {"Close", "File", "Close", "Ctrl<Key>w", nullptr, nullptr, [](MainWindow &w) { of(w).closeFront(); }, hasDocument, true},
-    {"Quit", "File", "Quit", "Ctrl<Key>q", nullptr, nullptr, [](MainWindow &w) { w.quit(); }, nullptr},
+    {"Open", "File", "Open\u2026", nullptr, "Open", [](MainWindow &w) { w.askForFile(); }, nullptr},
+    {"Reload", "File", "Reload", nullptr, nullptr, [](MainWindow &w) { of(w).reload(); }, hasDocument},
+    {"Close", "File", "Close", nullptr, nullptr, [](MainWindow &w) { of(w).closeFront(); }, hasDocument, true},
+    {"Quit", "File", "Quit", nullptr, nullptr, [](MainWindow &w) { w.quit(); }, nullptr},
 
-    {"FindDialog", "Edit", "Find\u2026", "Ctrl<Key>f", ":<Key>slash: %s\n", "FindDialog", [](MainWindow &w) { w.askForText(); }, hasDocument},
-    {"FindAgainDialog", "Edit", "Find Again", "Ctrl<Key>g", nullptr, "FindAgainDialog", [](MainWindow &w) { w.findAgain(false); }, hasDocument},
-    {"FindPrevious", "Edit", "Find Previous", "Ctrl Shift<Key>g", nullptr, nullptr, [](MainWindow &w) { w.findAgain(true); }, hasSomethingToFind},
+    {"FindDialog", "Edit", "Find\u2026", ":<Key>slash: %s\n", "FindDialog", [](MainWindow &w) { w.askForText(); }, hasDocument},
+    {"FindAgainDialog", "Edit", "Find Again", nullptr, "FindAgainDialog", [](MainWindow &w) { w.findAgain(false); }, hasDocument},
+    {"FindPrevious", "Edit", "Find Previous", nullptr, nullptr, [](MainWindow &w) { w.findAgain(true); }, hasSomethingToFind},
 
-    {"ZoomIn", "View", "Larger", "Ctrl<Key>plus", ":<Key>plus: %s\n<Key>KP_Add: %s\nCtrl<Key>equal: %s\n<Key>equal: %s\nCtrl<Btn4Down>: %s\n", "ZoomIn", [](MainWindow &w) { of(w).zoomBy(1); }, hasDocument},
-    {"ZoomOut", "View", "Smaller", "Ctrl<Key>minus", ":<Key>minus: %s\n<Key>KP_Subtract: %s\nCtrl<Btn5Down>: %s\n", "ZoomOut", [](MainWindow &w) { of(w).zoomBy(-1); }, hasDocument},
-    {"ActualSize", "View", "Actual Size", "Ctrl<Key>1", nullptr, nullptr, [](MainWindow &w) { of(w).setZoom(1); }, hasDocument, true},
-    {"FitWidth", "View", "Fit Width", "Ctrl<Key>2", ":<Key>w: %s\n", "FitWidth", [](MainWindow &w) { of(w).setFit(host::Fit::width); }, hasDocument},
-    {"FitPage", "View", "Fit Page", "Ctrl<Key>3", ":<Key>p: %s\n", "FitPage", [](MainWindow &w) { of(w).setFit(host::Fit::page); }, hasDocument},
+    {"ZoomIn", "View", "Larger", ":<Key>plus: %s\n<Key>KP_Add: %s\nCtrl<Key>equal: %s\n<Key>equal: %s\nCtrl<Btn4Down>: %s\n", "ZoomIn", [](MainWindow &w) { of(w).zoomBy(1); }, hasDocument},
+    {"ZoomOut", "View", "Smaller", ":<Key>minus: %s\n<Key>KP_Subtract: %s\nCtrl<Btn5Down>: %s\n", "ZoomOut", [](MainWindow &w) { of(w).zoomBy(-1); }, hasDocument},
+    {"ActualSize", "View", "Actual Size", nullptr, nullptr, [](MainWindow &w) { of(w).setZoom(1); }, hasDocument, true},
+    {"FitWidth", "View", "Fit Width", ":<Key>w: %s\n", "FitWidth", [](MainWindow &w) { of(w).setFit(host::Fit::width); }, hasDocument},
+    {"FitPage", "View", "Fit Page", ":<Key>p: %s\n", "FitPage", [](MainWindow &w) { of(w).setFit(host::Fit::page); }, hasDocument},
 
-    {"PreviousPage", "Go", "Previous Page", "Ctrl<Key>Prior", nullptr, "PreviousPage", [](MainWindow &w) { of(w).turn(-1); }, hasPageBefore},
-    {"NextPage", "Go", "Next Page", "Ctrl<Key>Next", nullptr, "NextPage", [](MainWindow &w) { of(w).turn(1); }, hasPageAfter},
-    {"FirstPage", "Go", "First Page", "Ctrl<Key>Home", "<Key>Home: %s\n<Key>osfBeginLine: %s\n", nullptr, [](MainWindow &w) { of(w).goToPage(0); }, hasPageBefore, true},
-    {"LastPage", "Go", "Last Page", "Ctrl<Key>End", "<Key>End: %s\n<Key>osfEndLine: %s\n", nullptr, [](MainWindow &w) { of(w).goToPage(of(w).pageCount() - 1); }, hasPageAfter},
-    {"GoToPage", "Go", "Go to Page\u2026", "Ctrl<Key>l", nullptr, nullptr, [](MainWindow &w) { w.askForPage(); }, hasDocument, true},
+    {"PreviousPage", "Go", "Previous Page", nullptr, "PreviousPage", [](MainWindow &w) { of(w).turn(-1); }, hasPageBefore},
+    {"NextPage", "Go", "Next Page", nullptr, "NextPage", [](MainWindow &w) { of(w).turn(1); }, hasPageAfter},
+    {"FirstPage", "Go", "First Page", "<Key>Home: %s\n<Key>osfBeginLine: %s\n", nullptr, [](MainWindow &w) { of(w).goToPage(0); }, hasPageBefore, true},
+    {"LastPage", "Go", "Last Page", "<Key>End: %s\n<Key>osfEndLine: %s\n", nullptr, [](MainWindow &w) { of(w).goToPage(of(w).pageCount() - 1); }, hasPageAfter},
+    {"GoToPage", "Go", "Go to Page\u2026", nullptr, nullptr, [](MainWindow &w) { w.askForPage(); }, hasDocument, true},
 
-    {"Keys", "Help", "Keys", "<Key>F1", nullptr, nullptr, [](MainWindow &w) { w.showKeys(); }, nullptr},
-    {"AboutPlugIns", "Help", "About Plug-Ins", nullptr, nullptr, nullptr, [](MainWindow &w) { w.showPlugins(); }, nullptr, true},
-    {"About", "Help", "About Tavrel", nullptr, nullptr, nullptr, [](MainWindow &w) { w.showAbout(); }, nullptr},
+    {"Keys", "Help", "Keys", nullptr, nullptr, [](MainWindow &w) { w.showKeys(); }, nullptr},
+    {"AboutPlugIns", "Help", "About Plug-Ins", nullptr, nullptr, [](MainWindow &w) { w.showPlugins(); }, nullptr, true},
+    {"About", "Help", "About Tavrel", nullptr, nullptr, [](MainWindow &w) { w.showAbout(); }, nullptr},
 
-    {"PageDown", nullptr, "A windowful down", nullptr, "~Ctrl<Key>osfPageDown: %s\n~Shift<Key>space: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(1); }, hasDocument},
-    {"PageUp", nullptr, "A windowful up", nullptr, "~Ctrl<Key>osfPageUp: %s\nShift<Key>space: %s\n<Key>osfBackSpace: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(-1); }, hasDocument},
-    {"LineDown", nullptr, "A little down", nullptr, "<Key>osfDown: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, w.pixels(line)); }, hasDocument},
-    {"LineUp", nullptr, "A little up", nullptr, "<Key>osfUp: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, -w.pixels(line)); }, hasDocument},
-    {"Right", nullptr, "To the right, or the next page", nullptr, "<Key>osfRight: %s\n", nullptr, [](MainWindow &w) { sideways(w, 1); }, hasDocument},
-    {"Left", nullptr, "To the left, or the page before", nullptr, "<Key>osfLeft: %s\n", nullptr, [](MainWindow &w) { sideways(w, -1); }, hasDocument},
-    {"WheelDown", nullptr, "Scrolls down", nullptr, "~Ctrl ~Shift<Btn5Down>: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, w.pixels(wheel)); }, hasDocument},
-    {"WheelUp", nullptr, "Scrolls up", nullptr, "~Ctrl ~Shift<Btn4Down>: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, -w.pixels(wheel)); }, hasDocument},
-    {"ScrollRight", nullptr, "Scrolls to the right", nullptr, "Shift<Btn5Down>: %s\n", nullptr, [](MainWindow &w) { of(w).drag(w.pixels(line), 0); }, hasDocument},
-    {"ScrollLeft", nullptr, "Scrolls to the left", nullptr, "Shift<Btn4Down>: %s\n", nullptr, [](MainWindow &w) { of(w).drag(-w.pixels(line), 0); }, hasDocument},
-    {"Escape", nullptr, "Ends a search, takes its marks away", nullptr, "<Key>osfCancel: %s\n", nullptr, [](MainWindow &w) { w.escape(); }, nullptr},
-};
-
-// Keys for buttons of plug-ins, by the names of the buttons. A button that no plug-in makes has no key.
-constexpr struct { const char *button, *key; } pluginKeys[] = {
-    {"TavrelGLT:Next", "<Key>F3"},
-    {"TavrelGLT:Prev", "Shift<Key>F3"},
+    {"PageDown", nullptr, "A windowful down", "~Ctrl<Key>osfPageDown: %s\n~Shift<Key>space: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(1); }, hasDocument},
+    {"PageUp", nullptr, "A windowful up", "~Ctrl<Key>osfPageUp: %s\nShift<Key>space: %s\n<Key>osfBackSpace: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(-1); }, hasDocument},
+    {"LineDown", nullptr, "A little down", "<Key>osfDown: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, w.pixels(line)); }, hasDocument},
+    {"LineUp", nullptr, "A little up", "<Key>osfUp: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, -w.pixels(line)); }, hasDocument},
+    {"Right", nullptr, "To the right, or the next page", "<Key>osfRight: %s\n", nullptr, [](MainWindow &w) { sideways(w, 1); }, hasDocument},
+    {"Left", nullptr, "To the left, or the page before", "<Key>osfLeft: %s\n", nullptr, [](MainWindow &w) { sideways(w, -1); }, hasDocument},
+    {"WheelDown", nullptr, "Scrolls down", "~Ctrl ~Shift<Btn5Down>: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, w.pixels(wheel)); }, hasDocument},
+    {"WheelUp", nullptr, "Scrolls up", "~Ctrl ~Shift<Btn4Down>: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, -w.pixels(wheel)); }, hasDocument},
+    {"ScrollRight", nullptr, "Scrolls to the right", "Shift<Btn5Down>: %s\n", nullptr, [](MainWindow &w) { of(w).drag(w.pixels(line), 0); }, hasDocument},
+    {"ScrollLeft", nullptr, "Scrolls to the left", "Shift<Btn4Down>: %s\n", nullptr, [](MainWindow &w) { of(w).drag(-w.pixels(line), 0); }, hasDocument},
+    {"Escape", nullptr, "Ends a search, takes its marks away", "<Key>osfCancel: %s\n", nullptr, [](MainWindow &w) { w.escape(); }, nullptr},
 };
 // clang-format on
 
@@ -95,16 +89,6 @@ const Action *findAction(const std::string &name) {
   const auto *const found =
       std::find_if(std::begin(table), std::end(table), [&](const Action &one) { return name == one.name; });
   return found == std::end(table) ? nullptr : found;
-}
-
-std::string keyResources() {
-  std::string accelerators = "! Keys of the menus' entries. The label follows from the key.\n";
-  for (const Action &action : table)
-    if (action.accelerator != nullptr)
-      accelerators += std::string("*menubar*") + action.name + ".accelerator: " + action.accelerator + "\n";
-  for (const auto &[button, key] : pluginKeys)
-    accelerators += "*menubar*" + widgetName(button) + ".accelerator: " + key + "\n";
-  return accelerators;
 }
 
 std::string pageTranslations() {

@@ -1,5 +1,5 @@
-// Everything that a person can do, in one table: its name, where it stands in the menus, its keys, its button on the
-// tool bar, and what it does.
+// Everything that a person can do, in one table: its name, where it stands in the menus, its keys on the page, its
+// button on the tool bar, and what it does. The keys of the menus' entries are resources: share/Tavrel.ad.
 #pragma once
 
 #include <X11/Intrinsic.h>
@@ -12,10 +12,9 @@ namespace viewer {
 class MainWindow;
 
 struct Action {
-  const char *name;        ///< in translations, do(NextPage), and of the menu's entry in resources
-  const char *menu;        ///< in which menu it stands; null: in none
-  const char *label;       ///< there
-  const char *accelerator; ///< of the menu's entry; null: none
+  const char *name;  ///< in translations, do(NextPage), and of the menu's entry in resources, which give it its key
+  const char *menu;  ///< in which menu it stands; null: in none
+  const char *label; ///< there
   /// Translations of the page area that do it, each ending in a line feed, with %s for the deed; null: none.
   const char *keys;
   const char *button; ///< on the tool bar; null: none
@@ -33,8 +32,6 @@ const Action *findAction(const std::string &name);
 std::span<const char *const> menuNames();
 inline constexpr const char *pluginMenu = "Tools", *windowMenu = "Window";
 
-/// The keys of the menus' entries as resource lines.
-std::string keyResources();
 /// The keys and the mouse on the page, as translations; those of a user's resource come on top of them.
 std::string pageTranslations();
 /// How a translation's key is written for people: "Ctrl+Shift+G" for "Ctrl Shift<Key>g".

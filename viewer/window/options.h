@@ -13,9 +13,8 @@ struct ToolkitOptions {
   std::vector<std::string> resources; ///< lines such as "Tavrel*ground: grey"
 };
 
-/// The resources that hold where nobody says otherwise: an app-defaults file. Keys are not in it (actions.h).
+/// All resources that a user can change, with their defaults: the text of share/Tavrel.ad. The keys of the page are in
+/// it as a comment, because a user's translations add to the program's (actions.h).
 const char *defaultResources();
-/// The same with the keys: all that a user can change.
-std::string allResources();
 
 } // namespace viewer

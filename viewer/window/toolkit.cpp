@@ -10,11 +10,9 @@
 #include <cstring>
 #include <filesystem>
 #include <langinfo.h>
-#include <sstream>
 
 #include "host/kernel/error.h"
 #include "host/view/desktop.h"
-#include "viewer/window/actions.h"
 #include "viewer/window/colors.h"
 
 namespace viewer {
@@ -107,7 +105,7 @@ Toolkit::Toolkit(const ToolkitOptions &options) {
   XSetIOErrorHandler(endWithoutDisplay);
 
   XrmDatabase database = XtScreenDatabase(DefaultScreenOfDisplay(display_));
-  merge(database, std::string(defaultResources()) + keyResources(), false);
+  merge(database, defaultResources(), false);
   for (const std::string &line : options.resources)
     merge(database, line + "\n", true);
   if (const char *dpi = XGetDefault(display_, "Xft", "dpi"); dpi != nullptr && std::atof(dpi) > 0)
@@ -143,62 +141,5 @@ Toolkit::Size Toolkit::windowSize() const {
 }
 
 void Toolkit::abandon() { XSetErrorHandler(ignoreError); }
-
-std::string allResources() {
-  // As a comment: what a user writes there comes on top of these, so that nobody need repeat them.
-  std::string keys = "! Keys and mouse on the page; a line such as\n! *page.translations: #override <Key>j: "
-                     "do(LineDown)\n! comes on top of these:\n";
-  std::istringstream lines(pageTranslations());
-  for (std::string line; std::getline(lines, line);)
-    keys += "!   " + line + "\n";
-  return defaultResources() + keyResources() + keys;
-}
-
-const char *defaultResources() {
-  return R"(! How the window looks. Copy what you want to change into ~/.Xresources.
-*renderTable: rt
-*rt*fontType: FONT_IS_XFT
-*rt*fontName: DejaVu Sans
-*rt*fontSize: 10
-*background: #F2F2F0
-*foreground: #26282B
-*topShadowColor: #FFFFFF
-*bottomShadowColor: #B9BBBE
-*highlightColor: #3B6EC4
-*shadowThickness: 1
-*highlightThickness: 1
-*XmTextField.background: #FFFFFF
-*XmText.background: #FFFFFF
-*XmList.background: #FFFFFF
-*XmScrollBar.background: #C3C6CA
-*XmScrollBar.troughColor: #E8E8E6
-*XmScrollBar.highlightThickness: 0
-*selectColor: #3B6EC4
-*toolTipEnable: True
-*toolTipPostDelay: 600
-*toolTipPostDuration: 8000
-*TipLabel.background: #FFFBE0
-*TipLabel.marginWidth: 4
-*TipLabel.marginHeight: 2
-*XmToggleButton.shadowThickness: 0
-*openFile.width: 560
-*openFile.listVisibleItemCount: 14
-*menubar.shadowThickness: 0
-*menubar.marginHeight: 1
-*toolbar*highlightThickness: 0
-*toolbar.XmPushButton.shadowThickness: 1
-*statusbar*highlightThickness: 0
-*page.highlightThickness: 0
-*tearOffModel: TEAR_OFF_DISABLED
-*dragInitiatorProtocolStyle: DRAG_NONE
-*dragReceiverProtocolStyle: DRAG_NONE
-*XmFileSelectionBox.pathMode: PATH_MODE_FULL
-! The page and what is around it.
-*ground: #D9DBDE
-*pageBorder: #A9ACB1
-*tickColor: #D8A200
-*noteColor: #70757C
-)";
-}
 
 } // namespace viewer

@@ -141,19 +141,52 @@ TEST_F(Loader, APluginThatForgetsAFrameLivesOn) {
   EXPECT_THAT(reports, ElementsAre("forgets: the initialisation callback left 1 exception frames open"));
 }
 
-TEST_F(Loader, LooksInTheDirectoryGivenThenInTheEnvironmentsTheUsersAndTheSystems) {
-  const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
-  const fs::path systems =
-      fs::is_directory(here / "plugins") ? here / "plugins" : here.parent_path() / "lib/tavrel/plugins";
-  const std::string home = std::getenv("HOME") == nullptr ? "" : std::getenv("HOME");
-  setenv("HOME", "/home/reader", 1);
-  setenv("TAVREL_PLUGIN_PATH", "/one::/two", 1);
-  const fs::path users = "/home/reader/.local/lib/tavrel/plugins";
+// Sets variables of the environment until it is destroyed.
+class Variables {
+public:
+  Variables(const char *home, const char *pluginPath) {
+    setenv("HOME", home, 1);
+    setenv("TAVREL_PLUGIN_PATH", pluginPath, 1);
+  }
+  ~Variables() {
+    setenv("HOME", home_.c_str(), 1);
+    unsetenv("TAVREL_PLUGIN_PATH");
+  }
+  Variables(const Variables &) = delete;
+  Variables &operator=(const Variables &) = delete;
+
+private:
+  const std::string home_ = std::getenv("HOME") == nullptr ? "" : std::getenv("HOME");
+};
+
+// The system's plug-ins for this very program.
+fs::path systems() { return host::systemPluginDirectory(fs::read_symlink("/proc/self/exe")); }
+
+TEST(PluginDirectories, AreTheOneGivenThenTheEnvironmentsTheUsersAndTheSystems) {
+  const Variables variables("/home/reader", "/one::/two");
   EXPECT_THAT(host::pluginDirectories("/given"),
-              ElementsAre(fs::path("/given"), fs::path("/one"), fs::path("/two"), users, systems));
-  unsetenv("TAVREL_PLUGIN_PATH");
-  EXPECT_THAT(host::pluginDirectories(""), ElementsAre(users, systems));
-  setenv("HOME", home.c_str(), 1);
+              ElementsAre(fs::path("/given"), fs::path("/one"), fs::path("/two"),
+                          fs::path("/home/reader/.local/lib/tavrel/plugins"), systems()));
+}
+
+TEST(PluginDirectories, AreTheSystemsAloneWhereNobodyNamesOne) {
+  const Variables variables("", "");
+  EXPECT_THAT(host::pluginDirectories(""), ElementsAre(systems()));
+}
+
+TEST(PluginDirectories, AHomeThatIsNoAbsolutePathHasNone) {
+  const Variables variables("home", "");
+  EXPECT_THAT(host::pluginDirectories(""), ElementsAre(systems()));
+}
+
+TEST(PluginDirectories, TheSystemsMovesWithTheProgram) {
+  const fs::path prefix = "/opt/elsewhere";
+  EXPECT_EQ(host::systemPluginDirectory(prefix / TAVREL_BINDIR / "tavrel"), prefix / TAVREL_LIBDIR / "tavrel/plugins");
+}
+
+TEST(PluginDirectories, TheSystemsIsTheConfiguredOneWhereTheProgramsPathIsNotKnown) {
+  EXPECT_EQ(host::systemPluginDirectory(""), fs::path(TAVREL_INSTALLED_PLUGINS));
+  EXPECT_TRUE(host::systemPluginDirectory("").is_absolute());
 }
 
 TEST_F(Loader, GoesByTheFilesNamesWhateverTheirDirectories) {

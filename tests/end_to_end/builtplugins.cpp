@@ -1,0 +1,15 @@
+// Every command that a test starts uses the plug-ins of this build; by itself a program finds installed ones only.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace {
+
+class BuiltPlugins : public testing::Environment {
+public:
+  void SetUp() override { ASSERT_EQ(setenv("TAVREL_PLUGIN_PATH", TAVREL_PLUGINS, 1), 0); }
+};
+
+auto *const s_environment = testing::AddGlobalTestEnvironment(new BuiltPlugins); // owned by the framework
+
+} // namespace

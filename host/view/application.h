@@ -59,6 +59,7 @@ public:
   ToolBar &findToolBar(tavrel::ToolBar handle) const { return toolBarHandles_.find(handle); }
   /// Null where the application has none.
   ToolBar *toolBar() const { return toolBar_.get(); }
+  tavrel::ToolBar toolBarHandle() const { return toolBarHandles_.handle(toolBar_.get()); }
   void removeToolBar();
 
   /// What a plug-in says on the status line; empty takes it away.

@@ -57,17 +57,13 @@ uint32_t modifierKeys() {
 // ---- documents
 
 DocHandle frontDoc() {
-  const Application *application = Application::find();
-  return application == nullptr ? nullptr : Handles<DocHandle, ViewerDocument>::handle(application->front());
+  Application *application = Application::find();
+  return application == nullptr ? nullptr : application->documents().handle(application->front());
 }
 
-tavrel::ModelDoc modelDoc(DocHandle document) {
-  return Handles<tavrel::ModelDoc, Document>::handle(documentOf(document).model.get());
-}
+tavrel::ModelDoc modelDoc(DocHandle document) { return modelDocs().handle(documentOf(document).model.get()); }
 
-ViewHandle pageView(DocHandle document) {
-  return Handles<ViewHandle, PageView>::handle(documentOf(document).view.get());
-}
+ViewHandle pageView(DocHandle document) { return app().views().handle(documentOf(document).view.get()); }
 
 void registerNotification(int32_t selector, ExtensionID extension, Callback callback, void *clientData) {
   Runtime::current().extensions.name(extension); // throws for a stranger
@@ -92,7 +88,7 @@ Bool16 unregisterAuxDataHandler(ExtensionID extension, Atom type, const tavrel::
 
 DocHandle docOfView(ViewHandle handle) {
   const PageView *view = viewOf(handle);
-  return view == nullptr ? nullptr : Handles<DocHandle, ViewerDocument>::handle(app().documentOf(*view));
+  return view == nullptr ? nullptr : app().documents().handle(app().documentOf(*view));
 }
 
 void visibleRect(ViewHandle handle, tavrel::DeviceRect *visible) {
@@ -153,12 +149,12 @@ void highlightText(ViewHandle handle, tavrel::TextSelection selection) {
 
 BarHandle toolBar() {
   const Application *application = Application::find();
-  return application == nullptr ? nullptr : Handles<BarHandle, ToolBar>::handle(application->toolBar());
+  return application == nullptr ? nullptr : application->toolBarHandle();
 }
 
 ButtonHandle findButton(BarHandle handle, Atom name) {
-  const ToolBar *bar = barOf(handle);
-  return bar == nullptr ? nullptr : Handles<ButtonHandle, ToolButton>::handle(bar->find(name));
+  ToolBar *bar = barOf(handle);
+  return bar == nullptr ? nullptr : bar->handles().handle(bar->find(name));
 }
 
 void insertButton(BarHandle handle, ButtonHandle button, Bool16 before, ButtonHandle beside) {
@@ -178,7 +174,8 @@ void updateButtonStates(BarHandle handle) {
 ButtonHandle createButton(Atom name, tavrel::Bitmap icon, int32_t reserved1, int32_t reserved2) {
   if (reserved1 != 0 || reserved2 != 0) throw HostError(errBadArgument, "reserved arguments of a button are not 0");
   Runtime::current().atoms.name(name); // throws for what is no atom
-  return Handles<ButtonHandle, ToolButton>::handle(&theBar().create(name, icon));
+  ToolBar &bar = theBar();
+  return bar.handles().handle(&bar.create(name, icon));
 }
 
 void attachAction(ButtonHandle button, Callback callback, void *clientData) {

@@ -167,6 +167,31 @@ TEST_F(Application, AHandlerIsRemovedOnce) {
   EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 0);
 }
 
+// What the first of two handlers does to the second, whose record is then freed.
+struct TwoHandlers {
+  tavrel::ExtensionID owner;
+  tavrel::AuxDataHandler first;
+  tavrel::AuxDataHandler *second;
+};
+TwoHandlers *two;
+
+TEST_F(Application, AHandlerUnregisteredByAnEarlierOneIsNotAsked) {
+  const tavrel::AuxDataProc removeTheOther = [](Atom type, const void *, uint32_t, Doc) {
+    TavrelView::UnregisterAuxDataHandler(two->owner, type, two->second);
+    delete two->second;
+    return tavrel::Bool16{0};
+  };
+  TwoHandlers handlers{guest.id,
+                       {8, guest.callback(removeTheOther)},
+                       new tavrel::AuxDataHandler{8, guest.callback(receive)}}; // the first handler deletes it
+  two = &handlers;
+  const Atom type = runtime.atoms.atom("xml");
+  TavrelView::RegisterAuxDataHandler(guest.id, type, &handlers.first);
+  TavrelView::RegisterAuxDataHandler(guest.id, type, handlers.second);
+  EXPECT_FALSE(deliver(type, "a"));
+  EXPECT_THAT(delivered, ElementsAre());
+}
+
 TEST_F(Application, AHandlerThatTheHostCannotReadRaises) {
   static tavrel::AuxDataHandler handler;
   const Atom type = runtime.atoms.atom("xml");

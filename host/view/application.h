@@ -86,6 +86,7 @@ private:
   void notify(tavrel::Notification selector, ViewerDocument &document);
   void beforeCall() override;
   void afterCall() noexcept override;
+  void retired(tavrel::ExtensionID extension) override;
 
   Runtime &runtime_;
   std::vector<std::unique_ptr<ViewerDocument>> documents_; ///< the front one stands last

@@ -14,7 +14,7 @@ bool AuxData::add(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel
   if (handler == nullptr || handler->size != recordVersion)
     throw HostError(tavrel::errBadArgument, "a handler of auxiliary data of a size that the host does not know");
   const Runtime &runtime = Runtime::current();
-  runtime.extensions.name(extension); // throws for a stranger
+  runtime.extensions.require(extension);
   runtime.atoms.name(type);
   runtime.callbacks.owner(handler->perform);
   if (registered(type, {extension, handler})) return false;
@@ -27,6 +27,12 @@ bool AuxData::remove(tavrel::ExtensionID extension, tavrel::Atom type, const tav
   if (found == handlers_.end() || std::erase(found->second, Handler{extension, handler}) == 0) return false;
   if (found->second.empty()) handlers_.erase(found);
   return true;
+}
+
+void AuxData::retire(tavrel::ExtensionID extension) noexcept {
+  for (auto &[type, list] : handlers_)
+    std::erase_if(list, [=](const Handler &handler) { return handler.extension == extension; });
+  std::erase_if(handlers_, [](const auto &ofType) { return ofType.second.empty(); });
 }
 
 bool AuxData::registered(tavrel::Atom type, const Handler &handler) const noexcept {

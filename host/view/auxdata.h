@@ -17,6 +17,8 @@ public:
   bool add(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel::AuxDataHandler *handler);
   /// False when it was not registered.
   bool remove(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel::AuxDataHandler *handler) noexcept;
+  /// Removes all handlers of a plug-in.
+  void retire(tavrel::ExtensionID extension) noexcept;
   bool has(tavrel::Atom type) const noexcept { return handlers_.contains(type); }
 
   /// Asks the handlers of the type in the order of their registration until one says that it handled the bytes. A

@@ -66,7 +66,7 @@ tavrel::ModelDoc modelDoc(DocHandle document) { return modelDocs().handle(docume
 ViewHandle pageView(DocHandle document) { return app().views().handle(documentOf(document).view.get()); }
 
 void registerNotification(int32_t selector, ExtensionID extension, Callback callback, void *clientData) {
-  Runtime::current().extensions.name(extension); // throws for a stranger
+  Runtime::current().extensions.require(extension);
   app().registerNotification(selector, registrationOf(callback, clientData));
 }
 
@@ -175,15 +175,15 @@ ButtonHandle createButton(Atom name, tavrel::Bitmap icon, int32_t reserved1, int
   if (reserved1 != 0 || reserved2 != 0) throw HostError(errBadArgument, "reserved arguments of a button are not 0");
   Runtime::current().atoms.name(name); // throws for what is no atom
   ToolBar &bar = theBar();
-  return bar.handles().handle(&bar.create(name, icon));
+  return bar.handles().handle(&bar.create(name, icon, Runtime::current().running()));
 }
 
 void attachAction(ButtonHandle button, Callback callback, void *clientData) {
-  buttonOf(button).action = registrationOf(callback, clientData);
+  theBar().attachAction(buttonOf(button), registrationOf(callback, clientData));
 }
 
 void attachEnabledTest(ButtonHandle button, Callback callback, void *clientData) {
-  buttonOf(button).test = registrationOf(callback, clientData);
+  theBar().attachTest(buttonOf(button), registrationOf(callback, clientData));
 }
 
 void attachTip(ButtonHandle button, const char *text) { buttonOf(button).tip = text == nullptr ? "" : text; }
@@ -199,7 +199,7 @@ void detachButton(ButtonHandle button) { theBar().detach(buttonOf(button)); }
 // ---- status line
 
 void setStatusText(ExtensionID extension, const char *text) {
-  Runtime::current().extensions.name(extension); // throws for a stranger
+  Runtime::current().extensions.require(extension);
   app().setStatusText(extension, text == nullptr ? "" : text);
 }
 
@@ -226,7 +226,7 @@ int32_t pageCount(ViewHandle handle) {
 }
 
 void markPages(ExtensionID extension, DocHandle handle, const int32_t *pages, uint32_t count) {
-  Runtime::current().extensions.name(extension); // throws for a stranger
+  Runtime::current().extensions.require(extension);
   app().markPages(extension, documentOf(handle), {count == 0 ? nullptr : &reference(pages), count});
 }
 

@@ -192,6 +192,38 @@ TEST_F(Application, AHandlerUnregisteredByAnEarlierOneIsNotAsked) {
   EXPECT_THAT(delivered, ElementsAre());
 }
 
+TEST_F(Application, WhatARetiredPluginRegisteredIsDropped) {
+  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
+  const Atom type = runtime.atoms.atom("xml");
+  const int32_t page = 1;
+  int told = 0;
+  listen(tavrel::notifyDocDidOpen, didOpen);
+  TavrelView::RegisterAuxDataHandler(guest.id, type, &handler);
+  TavrelView::SetStatusText(guest.id, "at work");
+  TavrelView::DocMarkPages(guest.id, doc, &page, 1);
+  app.statusListener = [&] { ++told; };
+  runtime.retire(guest.id);
+  openAnother();
+  EXPECT_THAT(opened, ElementsAre());
+  EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 0);
+  EXPECT_EQ(app.statusText(), "");
+  EXPECT_TRUE(document->markedPages.empty());
+  EXPECT_EQ(told, 1);
+  EXPECT_THROW(runtime.callbacks.owner(handler.perform), host::HostError);
+}
+
+TEST_F(Application, ARetiredPluginRegistersNothing) {
+  runtime.retire(guest.id);
+  const test::Guest other(runtime, "other");
+  const tavrel::AuxDataHandler handler{8, runtime.callbacks.create(other.id, tavrel::entryOf(receive))};
+  const auto *const record = &handler;
+  const Atom type = runtime.atoms.atom("xml");
+  EXPECT_EQ(other.attempt([=, this] { TavrelView::SetStatusText(guest.id, "still here"); }), tavrel::errBadHandle);
+  EXPECT_EQ(other.attempt([=, this] { TavrelView::DocMarkPages(guest.id, doc, nullptr, 0); }), tavrel::errBadHandle);
+  EXPECT_EQ(other.attempt([=, this] { TavrelView::RegisterAuxDataHandler(guest.id, type, record); }),
+            tavrel::errBadHandle);
+}
+
 TEST_F(Application, AHandlerThatTheHostCannotReadRaises) {
   static tavrel::AuxDataHandler handler;
   const Atom type = runtime.atoms.atom("xml");

@@ -8,3 +8,13 @@ foreach(test plugins_test plugins_alone_test)
   target_compile_definitions(${test} PRIVATE TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>")
   add_dependencies(${test} TavrelGLT BRZ HitCount HitPages)
 endforeach()
+
+add_library(unloading_client MODULE ${CMAKE_CURRENT_SOURCE_DIR}/plugins/unloading/client.cpp)
+target_link_libraries(unloading_client PRIVATE sdk)
+target_compile_options(unloading_client PRIVATE -fvisibility=hidden)
+set_target_properties(unloading_client PROPERTIES PREFIX "" LIBRARY_OUTPUT_DIRECTORY ${test_plugins})
+tavrel_test(NAME plugins_unloading_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/unloading/*_test.cpp
+            ${CMAKE_CURRENT_SOURCE_DIR}/plugins/tables.cpp LIBRARIES tools test_support)
+target_compile_definitions(plugins_unloading_test PRIVATE TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>"
+                           UNLOADING_CLIENT="$<TARGET_FILE:unloading_client>")
+add_dependencies(plugins_unloading_test TavrelGLT unloading_client)

@@ -32,7 +32,7 @@ class Finder;
 // Everything that plug-ins have open, by document. Never destroyed: a document may outlive any static object.
 struct Registry {
   Handles<ModelDoc, Document> documents{"document"};
-  Handles<TextSelection, const Selection> selections{"text selection"};
+  Selections selections;
   Handles<Page, OpenPage> pages{"page"};
   Handles<WordFinder, Finder> finders{"word finder"};
   Handles<Word, FoundWord> words{"word"};
@@ -153,9 +153,7 @@ std::span<const TextRange> checkedRanges(const TextRange *ranges, int32_t count)
   return {ranges, static_cast<size_t>(count)};
 }
 
-TextSelection handleOf(const Selection *selection) {
-  return selection == nullptr ? nullptr : registry().selections.handle(selection);
-}
+TextSelection handleOf(const Selection *selection) { return registry().selections.handle(selection); }
 
 Page docOpenPage(ModelDoc handle, int32_t page) {
   Document &document = registry().documents.find(handle);
@@ -264,7 +262,7 @@ Document::~Document() {
 }
 
 Handles<ModelDoc, Document> &modelDocs() { return registry().documents; }
-Handles<TextSelection, const Selection> &selections() { return registry().selections; }
+Selections &selections() { return registry().selections; }
 
 HFT docModelTable() {
   static Table &table = *new Table(completeTable());

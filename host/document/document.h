@@ -20,12 +20,30 @@ namespace host {
 /// Versions of word extraction; there are no others.
 inline constexpr int16_t contentOrderVersion = 1, readingOrderVersion = 2;
 
-/// Words or characters of one page. Lives as long as its document; equal ranges of a page are the same selection.
+/// Words or characters of one page. Equal ranges of a page are the same selection. A document keeps those used last
+/// (select.h), so a pointer to one is good until the next selection is made.
 struct Selection {
   int32_t page = 0;
   size_t ranges = 0;      ///< how many of the ranges that it was made from cover something
   std::vector<Box> boxes; ///< what is marked: a box a word (or part of a word)
   Box bounds;             ///< of all boxes
+  /// When it was made, asked for or found by its handle last: greater is later, over all selections.
+  mutable uint64_t lastUse = 0;
+};
+
+/// The live selections of all documents, by the handles that plug-ins hold.
+class Selections {
+public:
+  tavrel::TextSelection add(const Selection *selection);
+  void remove(const Selection *selection) noexcept { handles_.remove(selection); }
+  /// Counts as a use. Throws errBadHandle for one that is not live.
+  const Selection &find(tavrel::TextSelection handle);
+  tavrel::TextSelection handle(const Selection *selection) const noexcept { return handles_.handle(selection); }
+  void noteUse(const Selection &selection) noexcept { selection.lastUse = ++uses_; }
+
+private:
+  Handles<tavrel::TextSelection, const Selection> handles_{"text selection"};
+  uint64_t uses_ = 0;
 };
 
 class Document {
@@ -51,7 +69,7 @@ public:
   /// an image of no pixels or of more than 20,000 a side.
   virtual Image render(int32_t page, double dpi) = 0;
 
-  /// The selection of ranges of characters, or null where they cover nothing. Ranges beyond the end are cut.
+  /// The selection of ranges of characters, or null where they cover nothing. Ranges beyond the end are clamped.
   virtual const Selection *selectCharacters(int32_t page, std::span<const tavrel::TextRange> ranges) = 0;
   /// The selection of ranges of words; throws errBadArgument for a version that does not exist.
   virtual const Selection *selectWords(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version) = 0;
@@ -64,7 +82,7 @@ protected:
 
 // The live documents and selections, by the handles that plug-ins hold. A Document enters and leaves by itself.
 Handles<tavrel::ModelDoc, Document> &modelDocs();
-Handles<tavrel::TextSelection, const Selection> &selections();
+Selections &selections();
 
 /// The "DocModel" table, complete (docmodel.cpp).
 tavrel::HFT docModelTable();

@@ -102,7 +102,10 @@ SelectionStore::get(int32_t page, int16_t version, std::span<const tavrel::TextR
   places.reserve(ranges.size());
   for (const tavrel::TextRange &range : ranges)
     places.emplace_back(range.pos, range.len);
-  if (const auto known = made_.find(key); known != made_.end()) return known->second.get();
+  if (const auto known = made_.find(key); known != made_.end()) {
+    selections().noteUse(*known->second);
+    return known->second.get();
+  }
 
   auto selection = std::make_unique<Selection>();
   selection->page = page;
@@ -114,9 +117,30 @@ SelectionStore::get(int32_t page, int16_t version, std::span<const tavrel::TextR
   for (const Box &box : selection->boxes)
     selection->bounds = unionOf(selection->bounds, box);
 
-  const Selection *result = made_.emplace(std::move(key), std::move(selection)).first->second.get();
-  selections().add(result);
-  return result;
+  const auto made = made_.emplace(std::move(key), std::move(selection)).first;
+  try {
+    selections().add(made->second.get());
+  } catch (...) {
+    made_.erase(made);
+    throw;
+  }
+  parts_ += partsOf(*made);
+  dropUnused();
+  return made->second.get();
+}
+
+size_t SelectionStore::partsOf(const Made::value_type &made) {
+  return made.second->boxes.size() + std::get<2>(made.first).size();
+}
+
+void SelectionStore::dropUnused() {
+  while (made_.size() > mostSelections || (parts_ > mostParts && made_.size() > fewestSelections)) {
+    const auto oldest = std::min_element(
+        made_.begin(), made_.end(), [](const auto &a, const auto &b) { return a.second->lastUse < b.second->lastUse; });
+    parts_ -= partsOf(*oldest);
+    selections().remove(oldest->second.get());
+    made_.erase(oldest);
+  }
 }
 
 const Selection *SelectionStore::characters(int32_t page, std::span<const tavrel::TextRange> ranges,
@@ -133,6 +157,17 @@ const Selection *SelectionStore::words(int32_t page, std::span<const tavrel::Tex
   std::span<const uint32_t> order;
   if (version == contentOrderVersion) order = document.contentOrder(page);
   return get(page, version, ranges, [&](const std::vector<Span> &spans) { return wordBoxes(text, spans, order); });
+}
+
+tavrel::TextSelection Selections::add(const Selection *selection) {
+  noteUse(*selection);
+  return handles_.add(selection);
+}
+
+const Selection &Selections::find(tavrel::TextSelection handle) {
+  const Selection &found = handles_.find(handle);
+  noteUse(found);
+  return found;
 }
 
 SelectionStore::~SelectionStore() {

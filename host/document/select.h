@@ -23,9 +23,14 @@ std::vector<Box> characterBoxes(const PageText &text, std::span<const Span> span
 /// The bounds of the words in disjoint spans of word numbers. `order` maps a number to a word; empty is reading order.
 std::vector<Box> wordBoxes(const PageText &text, std::span<const Span> spans, std::span<const uint32_t> order);
 
-/// The selections of one document. While it lives, they are among the live selections that plug-ins may name.
+/// The selections of one document, among the live selections that plug-ins may name. A plug-in never gives one back, so
+/// only those used last are kept: `mostSelections`, and fewer where they have more than `mostParts` boxes and ranges
+/// together, but always `fewestSelections`. The handle of one that is dropped is unknown from then on.
 class SelectionStore {
 public:
+  static constexpr size_t mostSelections = 1024, fewestSelections = 16;
+  static constexpr size_t mostParts = 1U << 20U; ///< of which the larger, a box, takes 32 bytes
+
   SelectionStore() = default;
   SelectionStore(const SelectionStore &) = delete;
   SelectionStore &operator=(const SelectionStore &) = delete;
@@ -42,7 +47,12 @@ private:
   template <typename BoxesOf> const Selection *get(int32_t page, int16_t version,
                                                    std::span<const tavrel::TextRange> ranges, const BoxesOf &boxesOf);
 
-  std::map<Key, std::unique_ptr<Selection>> made_;
+  using Made = std::map<Key, std::unique_ptr<Selection>>;
+  static size_t partsOf(const Made::value_type &made);
+  void dropUnused();
+
+  Made made_;
+  size_t parts_ = 0; ///< of all of `made_`
 };
 
 } // namespace host

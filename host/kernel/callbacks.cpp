@@ -17,4 +17,13 @@ tavrel::ExtensionID Callbacks::owner(tavrel::Callback callback) const {
   return found->second;
 }
 
+bool Callbacks::isOwnedBy(tavrel::Callback callback, tavrel::ExtensionID extension) const noexcept {
+  const auto found = owners_.find(callback);
+  return found != owners_.end() && found->second == extension;
+}
+
+void Callbacks::retire(tavrel::ExtensionID extension) noexcept {
+  std::erase_if(owners_, [=](const auto &owned) { return owned.second == extension; });
+}
+
 } // namespace host

@@ -15,6 +15,9 @@ public:
   tavrel::Callback create(tavrel::ExtensionID extension, tavrel::Entry function);
   /// Whose it is; throws errBadHandle for a handle that create did not give out (null included).
   tavrel::ExtensionID owner(tavrel::Callback callback) const;
+  bool isOwnedBy(tavrel::Callback callback, tavrel::ExtensionID extension) const noexcept;
+  /// From now on the plug-in's handles are unknown.
+  void retire(tavrel::ExtensionID extension) noexcept;
   size_t size() const { return owners_.size(); }
 
 private:

@@ -14,8 +14,12 @@ void Extensions::rename(tavrel::ExtensionID extension, const std::string &name) 
   if (known(extension)) members_[extension].name = name;
 }
 
-void Extensions::retire(tavrel::ExtensionID extension) {
+void Extensions::retire(tavrel::ExtensionID extension) noexcept {
   if (known(extension)) members_[extension].active = false;
+}
+
+void Extensions::require(tavrel::ExtensionID extension) const {
+  if (!active(extension)) throw HostError(tavrel::errBadHandle, "no such plug-in, or one that has ended");
 }
 
 const std::string &Extensions::name(tavrel::ExtensionID extension) const {

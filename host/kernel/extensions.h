@@ -20,10 +20,12 @@ public:
   tavrel::ExtensionID add(const std::string &name);
   void rename(tavrel::ExtensionID extension, const std::string &name);
   /// A retired plug-in is not called any more; its functions stay where they are, because nothing is ever unmapped.
-  void retire(tavrel::ExtensionID extension);
+  void retire(tavrel::ExtensionID extension) noexcept;
 
-  bool known(tavrel::ExtensionID extension) const { return extension < members_.size(); }
+  bool known(tavrel::ExtensionID extension) const noexcept { return extension < members_.size(); }
   bool active(tavrel::ExtensionID extension) const { return known(extension) && members_[extension].active; }
+  /// Throws errBadHandle for a number that was never given out and for a plug-in that is retired.
+  void require(tavrel::ExtensionID extension) const;
   /// Throws errBadHandle for a number that was never given out.
   const std::string &name(tavrel::ExtensionID extension) const;
 

@@ -1,43 +1,86 @@
-// The live objects behind one kind of handle. A handle is its object's address, but nobody believes one that is not
-// in the set: a plug-in that passes a stale or invented handle gets an error, not a crash.
+// The live objects of one kind, and the handles by which plug-ins name them.
+//
+// A handle is a number in the shape of a pointer, not an address. Each number is given out once in the life of the
+// program, over all kinds of handles. So the handle of an object that has been destroyed stays an error for ever: it
+// never names the object that took the same place in memory, and a handle of one kind is never accepted as one of
+// another kind.
 #pragma once
 
+#include <cstdint>
+#include <limits>
 #include <string>
-#include <type_traits>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "host/kernel/error.h"
 
 namespace host {
+
+/// Gives out numbers from 1, each once.
+class HandleNumbers {
+public:
+  explicit HandleNumbers(uintptr_t last = 0) : last_(last) {}
+
+  /// Throws errNoMemory after the last one: on a 32-bit machine there are four thousand million.
+  uintptr_t next() {
+    if (last_ == std::numeric_limits<uintptr_t>::max()) throw HostError(tavrel::errNoMemory, "no handles are left");
+    return ++last_;
+  }
+
+private:
+  uintptr_t last_;
+};
+
+/// The program's one source of handle numbers.
+inline HandleNumbers &handleNumbers() {
+  static HandleNumbers numbers;
+  return numbers;
+}
 
 template <typename Handle, typename Object> class Handles {
 public:
   /// `kind` names the handle in errors ("page", "text selection").
   explicit Handles(const char *kind) : kind_(kind) {}
 
-  /// Makes an object known; the set does not own it.
+  /// Makes an object known, which the set does not own, and gives its handle; the same one when it is known already.
   Handle add(Object *object) {
-    live_.insert(object);
-    return handle(object);
+    const auto [entry, isNew] = handles_.try_emplace(object);
+    if (!isNew) return entry->second;
+    try {
+      const auto handle = reinterpret_cast<Handle>(handleNumbers().next());
+      objects_.emplace(handle, object);
+      return entry->second = handle;
+    } catch (...) {
+      handles_.erase(entry);
+      throw;
+    }
   }
 
-  void remove(Object *object) { live_.erase(object); }
+  void remove(const Object *object) noexcept {
+    const auto known = handles_.find(object);
+    if (known == handles_.end()) return;
+    objects_.erase(known->second);
+    handles_.erase(known);
+  }
 
-  /// The object behind a handle; throws errBadHandle for one that is not live (null included).
+  /// The object of a handle; throws errBadHandle for one that is not live (null included).
   Object &find(Handle handle) const {
-    auto *object = reinterpret_cast<Object *>(handle);
-    if (!live_.contains(object)) throw HostError(tavrel::errBadHandle, std::string("no such ") + kind_);
-    return *object;
+    const auto found = objects_.find(handle);
+    if (found == objects_.end()) throw HostError(tavrel::errBadHandle, std::string("no such ") + kind_);
+    return *found->second;
   }
 
-  static Handle handle(Object *object) {
-    return reinterpret_cast<Handle>(const_cast<std::remove_const_t<Object> *>(object));
+  /// The handle of an object; null for null and for an object that is not known.
+  Handle handle(const Object *object) const noexcept {
+    const auto known = handles_.find(object);
+    return known == handles_.end() ? nullptr : known->second;
   }
-  size_t size() const { return live_.size(); }
+
+  size_t size() const { return objects_.size(); }
 
 private:
   const char *kind_;
-  std::unordered_set<Object *> live_;
+  std::unordered_map<Handle, Object *> objects_;
+  std::unordered_map<const Object *, Handle> handles_;
 };
 
 } // namespace host

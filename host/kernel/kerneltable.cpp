@@ -31,11 +31,14 @@ Atom atomFromString(const char *name) {
 
 Callback createCallback(ExtensionID extension, Entry function) {
   Runtime &runtime = Runtime::current();
-  runtime.extensions.name(extension); // throws for a stranger
+  runtime.extensions.require(extension);
   return runtime.callbacks.create(extension, function);
 }
 
-HFT requestTable(Atom name, uint32_t version) { return Runtime::current().tables.request(name, version); }
+HFT requestTable(Atom name, uint32_t version) {
+  Runtime &runtime = Runtime::current();
+  return runtime.tables.request(runtime.running(), name, version);
+}
 
 Table build() {
   Table table("Kernel", ::Kernel::operations);

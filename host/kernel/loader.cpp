@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <sstream>
@@ -160,22 +161,47 @@ void PluginLoader::runPhase(tavrel::Callback tavrel::HandshakeRecord::*callback,
 void PluginLoader::refuse(Plugin &plugin, const std::string &reason) {
   plugin.state = PluginState::refused;
   if (plugin.reason.empty()) plugin.reason = reason;
-  runtime_.extensions.retire(plugin.extension);
+  runtime_.retire(plugin.extension);
   runtime_.report("plug-in " + plugin.file.string() + ": " + reason);
 }
 
-void PluginLoader::unload() {
-  for (auto plugin = plugins_.rbegin(); plugin != plugins_.rend(); ++plugin) {
-    if (plugin->state != PluginState::initialised) continue;
-    plugin->state = PluginState::unloaded;
-    const tavrel::Callback step = plugin->record.unload;
-    if (step != nullptr &&
-        callPlugin({plugin->extension, "the unload callback"}, tavrel::functionOf<tavrel::LifecycleProc>(step)) == 0)
-      runtime_.report("plug-in " + plugin->file.string() + ": the unload callback failed");
+PluginLoader::~PluginLoader() {
+  try {
+    unload();
+  } catch (const std::exception &error) { // memory is exhausted
+    std::fprintf(stderr, "tavrel: the plug-ins were not all unloaded: %s\n", error.what());
   }
-  runtime_.tables.destroyServers();
+}
+
+void PluginLoader::unload() {
+  for (;;) {
+    std::vector<tavrel::ExtensionID> running;
+    for (const Plugin &plugin : plugins_)
+      if (plugin.state == PluginState::initialised) running.push_back(plugin.extension);
+    if (running.empty()) break;
+    const tavrel::ExtensionID next = nextToEnd(running, runtime_.tables.uses());
+    end(*std::find_if(plugins_.begin(), plugins_.end(),
+                      [=](const Plugin &plugin) { return plugin.extension == next; }));
+  }
+  // Those that failed to start were retired then; nobody runs any more who could call their tables.
   for (const Plugin &plugin : plugins_)
-    runtime_.extensions.retire(plugin.extension);
+    runtime_.tables.retire(plugin.extension, runtime_.callbacks);
+}
+
+// A plug-in's mistakes end here, so that the other plug-ins end as they should.
+void PluginLoader::end(Plugin &plugin) {
+  plugin.state = PluginState::unloaded;
+  try {
+    runtime_.tables.closeServers(plugin.extension);
+    const tavrel::Callback step = plugin.record.unload;
+    if (step != nullptr &&
+        callPlugin({plugin.extension, "the unload callback"}, tavrel::functionOf<tavrel::LifecycleProc>(step)) == 0)
+      runtime_.report("plug-in " + plugin.file.string() + ": the unload callback failed");
+  } catch (const std::exception &error) {
+    runtime_.report("plug-in " + plugin.file.string() + ": " + error.what());
+  }
+  runtime_.tables.retire(plugin.extension, runtime_.callbacks);
+  runtime_.retire(plugin.extension);
 }
 
 const char *describe(PluginState state) {

@@ -29,7 +29,7 @@ struct Plugin {
 class PluginLoader {
 public:
   explicit PluginLoader(Runtime &runtime) : runtime_(runtime) {}
-  ~PluginLoader() { unload(); }
+  ~PluginLoader(); ///< unloads
   PluginLoader(const PluginLoader &) = delete;
   PluginLoader &operator=(const PluginLoader &) = delete;
 
@@ -37,8 +37,12 @@ public:
   /// directory. A directory that is not there has none. Reports each plug-in that fails, with its reason, and goes on
   /// with the others.
   void load(const std::vector<std::filesystem::path> &directories);
-  /// Calls the unload callbacks, the newest plug-in first, and then no plug-in any more. Libraries stay mapped: a
-  /// callback may still be on its way.
+  /// Ends the plug-ins one after the other, in the order of unloadorder.h: the clients of a table before the plug-in
+  /// that offers it, and apart from that the one loaded last first. For each, its servers are removed and their destroy
+  /// procedures called, then its unload callback, then everything is retired that it registered; after that nothing of
+  /// it is called. So the destroy procedures find the plug-in as it was while it ran. A callback that raises ends
+  /// there, and the next plug-in follows. Libraries stay mapped, because a function of a plug-in may have been handed
+  /// to the C library.
   void unload();
 
   const std::vector<Plugin> &plugins() const { return plugins_; }
@@ -49,6 +53,7 @@ private:
   void runPhase(tavrel::Callback tavrel::HandshakeRecord::*callback, const char *what, PluginState from,
                 PluginState to);
   void refuse(Plugin &plugin, const std::string &reason);
+  void end(Plugin &plugin);
 
   Runtime &runtime_;
   std::vector<Plugin> plugins_;

@@ -44,6 +44,13 @@ void Runtime::watch(CallWatcher *watcher) { watchers_.push_back(watcher); }
 
 void Runtime::unwatch(CallWatcher *watcher) { std::erase(watchers_, watcher); }
 
+void Runtime::retire(tavrel::ExtensionID extension) {
+  extensions.retire(extension);
+  callbacks.retire(extension);
+  for (CallWatcher *watcher : watchers_)
+    watcher->retired(extension);
+}
+
 tavrel::ExtensionID Runtime::enter(tavrel::ExtensionID extension) {
   for (CallWatcher *watcher : watchers_)
     watcher->beforeCall();

@@ -16,12 +16,14 @@
 
 namespace host {
 
-/// Told around every call into a plug-in, so that a room can put back what a plug-in leaves open.
+/// Notified of what happens to plug-ins, so that a layer above can put back what one leaves open.
 class CallWatcher {
 public:
   virtual ~CallWatcher() = default;
   virtual void beforeCall() = 0;
   virtual void afterCall() noexcept = 0;
+  /// The plug-in is not called any more: what it registered is to be dropped.
+  virtual void retired(tavrel::ExtensionID /*extension*/) {}
 };
 
 class Runtime : public Current<Runtime> {
@@ -38,6 +40,9 @@ public:
 
   void watch(CallWatcher *watcher);
   void unwatch(CallWatcher *watcher);
+
+  /// From now on the plug-in is not called any more, its callbacks are unknown, and what it registered is dropped.
+  void retire(tavrel::ExtensionID extension);
 
   /// The plug-in being called just now, or `hostExtension`.
   tavrel::ExtensionID running() const { return running_; }

@@ -3,27 +3,44 @@
 #include "host/kernel/servers.h"
 
 #include <algorithm>
+#include <iterator>
 
+#include "host/kernel/extensions.h"
 #include "host/kernel/plugincall.h"
+#include "host/kernel/table.h"
 
 namespace host {
+namespace {
+
+// What is called in place of an operation of a table that has been destroyed or whose plug-in has ended. The arguments
+// are whatever the operation takes; they are not looked at, and nothing is returned.
+void raiseRetired() {
+  noteReason("an operation of a plug-in that has ended or taken its table back");
+  raise(tavrel::errBadHandle);
+}
+
+} // namespace
 
 void TableRegistry::add(tavrel::Atom name, uint32_t version, tavrel::HFT entries) {
   hostTables_[key(name, version)] = entries;
   hostNames_.push_back(name);
 }
 
-tavrel::HFT TableRegistry::request(tavrel::Atom name, uint32_t version) {
+tavrel::HFT TableRegistry::request(tavrel::ExtensionID client, tavrel::Atom name, uint32_t version) {
   if (const auto found = hostTables_.find(key(name, version)); found != hostTables_.end()) return found->second;
   const auto found = serversByName_.find(name);
   if (found == serversByName_.end()) return nullptr;
-  const Server &server = *found->second;
-  return callPlugin({server.extension, "the provide procedure"}, server.provide, serverHandles_.handle(found->second),
-                    version);
+  const tavrel::ExtensionID provider = found->second->extension;
+  const tavrel::HFT table = callPlugin({provider, "the provide procedure"}, found->second->provide,
+                                       serverHandles_.handle(found->second), version);
+  if (table != nullptr && client != hostExtension && client != provider) uses_.insert({client, provider});
+  return table;
 }
 
 tavrel::HFTServer TableRegistry::newServer(Atoms &atoms, const Server &server) {
   if (server.provide == nullptr) throw HostError(tavrel::errBadArgument, "a table server without a provide procedure");
+  if (closed_.contains(server.extension))
+    throw HostError(tavrel::errBadArgument, "a table server of a plug-in that is ending");
   const tavrel::Atom name = atoms.atom(server.name);
   if (serversByName_.contains(name) || std::find(hostNames_.begin(), hostNames_.end(), name) != hostNames_.end())
     throw HostError(tavrel::errBadArgument, "a second table named " + server.name);
@@ -33,37 +50,63 @@ tavrel::HFTServer TableRegistry::newServer(Atoms &atoms, const Server &server) {
 }
 
 tavrel::HFT TableRegistry::newTable(tavrel::HFTServer server, uint32_t selectors) {
-  constexpr uint32_t maxSelectors = 0x10000;
-  serverHandles_.find(server);
-  if (selectors == 0 || selectors > maxSelectors)
+  constexpr uint32_t largest = 0x10000;
+  const Server &owner = serverHandles_.find(server);
+  if (selectors == 0 || selectors > largest)
     throw HostError(tavrel::errBadArgument, "a table of " + std::to_string(selectors) + " selectors");
+  if (selectors > mostSelectors - selectors_) throw HostError(tavrel::errNoMemory, "too many tables");
   std::vector<tavrel::Entry> entries(selectors);
   tavrel::HFT table = entries.data(); // moving a vector leaves its elements where they are
-  tables_.emplace(table, std::move(entries));
+  tables_.emplace(table, Offered{owner.extension, std::move(entries)});
+  selectors_ += selectors;
   return table;
 }
 
+TableRegistry::Offered &TableRegistry::find(tavrel::HFT table) {
+  const auto found = tables_.find(table);
+  if (found == tables_.end() || found->second.destroyed) throw HostError(tavrel::errBadHandle, "no such table");
+  return found->second;
+}
+
 void TableRegistry::destroyTable(tavrel::HFT table) {
-  if (table != nullptr && tables_.erase(table) == 0) throw HostError(tavrel::errBadHandle, "no such table");
+  if (table == nullptr) return;
+  Offered &offered = find(table);
+  offered.destroyed = true;
+  std::fill(offered.entries.begin(), offered.entries.end(), raiseRetired);
 }
 
 void TableRegistry::replaceEntry(tavrel::HFT table, uint32_t selector, tavrel::Callback callback) {
-  const auto found = tables_.find(table);
-  if (found == tables_.end()) throw HostError(tavrel::errBadHandle, "no such table");
-  if (selector >= found->second.size())
+  Offered &offered = find(table);
+  if (selector >= offered.entries.size())
     throw HostError(tavrel::errBadArgument, "no selector " + std::to_string(selector) + " in the table");
-  found->second[selector] = callback;
+  offered.entries[selector] = callback;
 }
 
-void TableRegistry::destroyServers() {
-  while (!servers_.empty()) {
-    Server &server = *servers_.back();
-    if (server.destroy != nullptr)
-      callPlugin({server.extension, "the destroy procedure"}, server.destroy, serverHandles_.handle(&server));
-    serverHandles_.remove(&server);
-    std::erase_if(serversByName_, [&](const auto &named) { return named.second == &server; });
-    servers_.pop_back();
+void TableRegistry::closeServers(tavrel::ExtensionID extension) {
+  closed_.insert(extension);
+  const auto isOwn = [=](const auto &server) { return server->extension == extension; };
+  for (;;) {
+    const auto newest = std::find_if(servers_.rbegin(), servers_.rend(), isOwn);
+    if (newest == servers_.rend()) return;
+    // Out of every list before it is called: a destroy procedure may do anything with tables and servers.
+    const std::unique_ptr<Server> server = std::move(*newest);
+    servers_.erase(std::next(newest).base());
+    std::erase_if(serversByName_, [&](const auto &named) { return named.second == server.get(); });
+    if (server->destroy != nullptr)
+      callPlugin({extension, "the destroy procedure"}, server->destroy, serverHandles_.handle(server.get()));
+    serverHandles_.remove(server.get());
   }
+}
+
+void TableRegistry::retire(tavrel::ExtensionID extension, const Callbacks &callbacks) noexcept {
+  for (auto &[table, offered] : tables_)
+    for (tavrel::Entry &entry : offered.entries)
+      if (offered.extension == extension || callbacks.isOwnedBy(entry, extension)) entry = raiseRetired;
+}
+
+size_t TableRegistry::tableCount() const {
+  return static_cast<size_t>(
+      std::count_if(tables_.begin(), tables_.end(), [](const auto &table) { return !table.second.destroyed; }));
 }
 
 } // namespace host

@@ -129,6 +129,18 @@ void Application::afterCall() noexcept {
     if (document->view) document->view->restoreBatchDepth();
 }
 
+void Application::retired(tavrel::ExtensionID extension) {
+  retire(pageDraw_, extension);
+  for (auto &[selector, list] : notifications_)
+    retire(list, extension);
+  auxData.retire(extension);
+  if (toolBar_) toolBar_->retire(extension);
+  size_t shown = statusTexts_.erase(extension);
+  for (const auto &document : documents_)
+    shown += document->markedPages.erase(extension);
+  if (shown > 0) tellStatus();
+}
+
 void addHostTables(Runtime &runtime) {
   runtime.addTable("DocModel", 0x00050000, docModelTable());
   // The older versions are the same table: who asks for one does not look beyond its end.

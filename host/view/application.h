@@ -59,6 +59,7 @@ public:
   ToolBar &findToolBar(tavrel::ToolBar handle) const { return toolBarHandles_.find(handle); }
   /// Null where the application has none.
   ToolBar *toolBar() const { return toolBar_.get(); }
+  tavrel::ToolBar toolBarHandle() const { return toolBarHandles_.handle(toolBar_.get()); }
   void removeToolBar();
 
   /// What a plug-in says on the status line; empty takes it away.
@@ -85,6 +86,7 @@ private:
   void notify(tavrel::Notification selector, ViewerDocument &document);
   void beforeCall() override;
   void afterCall() noexcept override;
+  void retired(tavrel::ExtensionID extension) override;
 
   Runtime &runtime_;
   std::vector<std::unique_ptr<ViewerDocument>> documents_; ///< the front one stands last

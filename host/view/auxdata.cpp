@@ -14,12 +14,11 @@ bool AuxData::add(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel
   if (handler == nullptr || handler->size != recordVersion)
     throw HostError(tavrel::errBadArgument, "a handler of auxiliary data of a size that the host does not know");
   const Runtime &runtime = Runtime::current();
-  runtime.extensions.name(extension); // throws for a stranger
+  runtime.extensions.require(extension);
   runtime.atoms.name(type);
   runtime.callbacks.owner(handler->perform);
-  std::vector<Handler> &list = handlers_[type];
-  if (std::find(list.begin(), list.end(), Handler{extension, handler}) != list.end()) return false;
-  list.push_back({extension, handler});
+  if (registered(type, {extension, handler})) return false;
+  handlers_[type].push_back({extension, handler});
   return true;
 }
 
@@ -30,13 +29,28 @@ bool AuxData::remove(tavrel::ExtensionID extension, tavrel::Atom type, const tav
   return true;
 }
 
+void AuxData::retire(tavrel::ExtensionID extension) noexcept {
+  for (auto &[type, list] : handlers_)
+    std::erase_if(list, [=](const Handler &handler) { return handler.extension == extension; });
+  std::erase_if(handlers_, [](const auto &ofType) { return ofType.second.empty(); });
+}
+
+bool AuxData::registered(tavrel::Atom type, const Handler &handler) const noexcept {
+  const auto found = handlers_.find(type);
+  return found != handlers_.end() &&
+         std::find(found->second.begin(), found->second.end(), handler) != found->second.end();
+}
+
 bool AuxData::deliver(tavrel::Atom type, std::span<const char> bytes, tavrel::Doc document) const {
   if (bytes.size() > std::numeric_limits<uint32_t>::max())
     throw HostError(tavrel::errBadArgument, "auxiliary data of more than four gigabytes");
   const auto found = handlers_.find(type);
   if (found == handlers_.end()) return false;
-  const std::vector<Handler> asked = found->second; // a handler may register or go meanwhile
+  // A copy: handlers may be registered during a call, which are not asked, and unregistered, whose records may be
+  // freed.
+  const std::vector<Handler> asked = found->second;
   return std::any_of(asked.begin(), asked.end(), [&](const Handler &handler) {
+    if (!registered(type, handler)) return false;
     return callPlugin({handler.extension, "the handler of auxiliary data"},
                       tavrel::functionOf<tavrel::AuxDataProc>(handler.record->perform), type,
                       static_cast<const void *>(bytes.data()), static_cast<uint32_t>(bytes.size()), document) != 0;

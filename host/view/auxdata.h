@@ -17,9 +17,12 @@ public:
   bool add(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel::AuxDataHandler *handler);
   /// False when it was not registered.
   bool remove(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel::AuxDataHandler *handler) noexcept;
+  /// Removes all handlers of a plug-in.
+  void retire(tavrel::ExtensionID extension) noexcept;
   bool has(tavrel::Atom type) const noexcept { return handlers_.contains(type); }
 
-  /// Asks the handlers of the type one after the other until one says that the bytes were its business.
+  /// Asks the handlers of the type in the order of their registration until one says that it handled the bytes. A
+  /// handler that is unregistered before its turn is not asked, and its record not read.
   bool deliver(tavrel::Atom type, std::span<const char> bytes, tavrel::Doc document) const;
 
 private:
@@ -28,6 +31,8 @@ private:
     const tavrel::AuxDataHandler *record;
     bool operator==(const Handler &) const = default;
   };
+  bool registered(tavrel::Atom type, const Handler &handler) const noexcept;
+
   std::map<tavrel::Atom, std::vector<Handler>> handlers_; ///< no list is empty
 };
 

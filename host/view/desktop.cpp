@@ -3,11 +3,15 @@
 #include "host/view/desktop.h"
 
 #include <X11/Intrinsic.h>
+#include <X11/IntrinsicP.h>
 #include <X11/Shell.h>
+#include <X11/ShellP.h>
 #include <X11/StringDefs.h>
 #include <X11/Xlib.h>
 #include <X11/Xresource.h>
 
+#include <algorithm>
+#include <compare>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
@@ -23,6 +27,21 @@ struct ResourceClass {
   std::string name;
   XrmDatabase fallbacks = nullptr;
 };
+
+// What two requests for a bitmap have in common that get the same one. Plug-ins use the same names for different
+// images.
+struct BitmapKey {
+  std::string resourceClass; ///< of the widget; empty: none
+  std::string name, classOfName;
+  uint32_t width, height;
+  std::string bits; ///< the built-in ones
+  auto operator<=>(const BitmapKey &) const = default;
+};
+
+std::string bytesOf(const unsigned char *bits, uint32_t width, uint32_t height) {
+  if (bits == nullptr) return {};
+  return {reinterpret_cast<const char *>(bits), size_t{height} * ((width + 7) / 8)};
+}
 
 // Asked with quarks: a key may contain blanks and dots, which a name in writing cannot.
 std::optional<std::string> lookUp(XrmDatabase database, const std::string &className, const char *name,
@@ -54,14 +73,29 @@ struct WindowSystem::State {
   ::Widget topLevel = nullptr;
   std::vector<ResourceClass> classes;
   std::set<std::string> texts; // a node each: what was handed out never moves
-  std::map<std::pair<std::string, std::string>, Pixmap> bitmaps;
+  std::map<BitmapKey, Pixmap> bitmaps;
+
+  const ResourceClass *classNamed(const char *name) const {
+    const auto found = std::find_if(classes.begin(), classes.end(), [=](const auto &one) { return one.name == name; });
+    return found == classes.end() ? nullptr : &*found;
+  }
+
+  // Of the widget or the nearest of its parents that has one: by its name or, because a shell without a parent has the
+  // name of the program, by the class that its plug-in gave it. Null where none has one.
+  const ResourceClass *classOf(::Widget widget) const {
+    for (; widget != nullptr; widget = XtParent(widget)) {
+      const ResourceClass *found = classNamed(XtName(widget));
+      if (found == nullptr && XtIsApplicationShell(widget))
+        found = classNamed(reinterpret_cast<ApplicationShellWidget>(widget)->application.c_class);
+      if (found != nullptr) return found;
+    }
+    return nullptr;
+  }
 
   std::vector<const ResourceClass *> classesFor(::Widget widget) const {
-    std::vector<const ResourceClass *> all;
-    for (const ResourceClass &one : classes) {
-      if (widget != nullptr && one.name == XtName(widget)) return {&one};
-      all.push_back(&one);
-    }
+    if (const ResourceClass *only = classOf(widget)) return {only};
+    std::vector<const ResourceClass *> all(classes.size());
+    std::transform(classes.begin(), classes.end(), all.begin(), [](const ResourceClass &one) { return &one; });
     return all;
   }
 
@@ -105,10 +139,9 @@ tavrel::Widget WindowSystem::topLevel() const { return state_->topLevel; }
 void WindowSystem::registerClass(const char *className, const char *const *lines) {
   if (className == nullptr || *className == '\0')
     throw HostError(tavrel::errBadArgument, "a resource class without a name");
-  ResourceClass *known = nullptr;
-  for (ResourceClass &one : state_->classes)
-    if (one.name == className) known = &one;
-  if (known == nullptr) known = &state_->classes.emplace_back(ResourceClass{className});
+  std::vector<ResourceClass> &classes = state_->classes;
+  auto known = std::find_if(classes.begin(), classes.end(), [=](const auto &one) { return one.name == className; });
+  if (known == classes.end()) known = classes.insert(known, ResourceClass{className});
   for (; lines != nullptr && *lines != nullptr; ++lines)
     XrmPutLineResource(&known->fallbacks, *lines);
 }
@@ -125,7 +158,13 @@ tavrel::Bitmap WindowSystem::bitmap(tavrel::Widget widget, const char *name, con
   if (name == nullptr || className == nullptr) throw HostError(tavrel::errBadArgument, "a bitmap without a name");
   if (width > largest || height > largest) throw HostError(tavrel::errBadArgument, "a bitmap that is too large");
   if (state_->topLevel == nullptr) return 0;
-  const std::pair<std::string, std::string> key{name, className};
+  const ResourceClass *resourceClass = state_->classOf(widget);
+  const BitmapKey key{resourceClass == nullptr ? std::string() : resourceClass->name,
+                      name,
+                      className,
+                      width,
+                      height,
+                      bytesOf(bits, width, height)};
   if (const auto kept = state_->bitmaps.find(key); kept != state_->bitmaps.end()) return kept->second;
 
   Pixmap bitmap = 0;

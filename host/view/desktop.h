@@ -18,11 +18,12 @@ public:
   tavrel::Widget topLevel() const;
   /// Makes a class known; its lines count where the user says nothing. `lines` is null or ends with a null.
   void registerClass(const char *className, const char *const *lines);
-  /// The text of a key in the widget's class, if its name is one, else in any class; or `builtIn` itself. A text lives
-  /// as long as the window system.
+  /// The text of a key, or `builtIn` itself. It is looked up in the class of the widget or of its nearest parent that
+  /// has one: its name, or the class that a plug-in gave its application shell. Where none of these is a registered
+  /// class, in all classes in order of registration. A text lives as long as the window system.
   const char *text(tavrel::Widget widget, const char *key, const char *builtIn);
-  /// The bitmap from the file that the resource names, or from the bits, or 0. One for each name and class, which lives
-  /// as long as the window system.
+  /// The bitmap from the file that the resource names, looked up like a text, or from the bits, or 0. Equal requests of
+  /// a class get the same bitmap, which lives as long as the window system.
   tavrel::Bitmap bitmap(tavrel::Widget widget, const char *name, const char *className, const unsigned char *bits,
                         uint32_t width, uint32_t height);
 

@@ -27,11 +27,16 @@ inline void addOnce(std::vector<Registration> &list, const Registration &registr
   if (std::find(list.begin(), list.end(), registration) == list.end()) list.push_back(registration);
 }
 
+/// Removes those of a plug-in.
+inline void retire(std::vector<Registration> &list, tavrel::ExtensionID extension) noexcept {
+  std::erase_if(list, [=](const Registration &registration) { return registration.owner == extension; });
+}
+
 /// Calls Procedure(argument, clientData) for each; what is registered meanwhile comes next time.
 template <typename Procedure, typename Argument>
 void callEach(const std::vector<Registration> &list, const char *what, Argument argument) {
-  const size_t count = list.size(); // a list only grows
-  for (size_t n = 0; n < count; ++n) {
+  const size_t count = list.size();
+  for (size_t n = 0; n < std::min(count, list.size()); ++n) {
     const Registration registration = list[n];
     callPlugin({registration.owner, what}, tavrel::functionOf<Procedure>(registration.callback), argument,
                registration.clientData);

@@ -32,7 +32,6 @@ ToolBar::ToolBar(Atoms &atoms) {
   for (const OwnButton &own : ownButtons) {
     ToolButton &button = create(atoms.atom(own.name), 0);
     button.tip = own.tip;
-    button.ofApplication = true;
     order_.push_back(&button);
   }
 }
@@ -42,15 +41,46 @@ ToolButton *ToolBar::find(tavrel::Atom name) const {
   return found == order_.end() ? nullptr : *found;
 }
 
-ToolButton &ToolBar::create(tavrel::Atom name, tavrel::Bitmap icon) {
+ToolButton &ToolBar::create(tavrel::Atom name, tavrel::Bitmap icon, tavrel::ExtensionID owner) {
   const auto taken =
       std::find_if(buttons_.begin(), buttons_.end(), [=](const auto &button) { return button->name == name; });
   if (taken != buttons_.end()) return **taken;
   ToolButton &button = *buttons_.emplace_back(std::make_unique<ToolButton>());
   button.name = name;
   button.icon = icon;
+  button.owner = owner;
   handles_.add(&button);
   return button;
+}
+
+void ToolBar::attach(ToolButton &button, Registration ToolButton::*place, const Registration &registration) {
+  button.*place = registration;
+  // A plug-in may have the button made by another one, through an operation of a table. A button of the application
+  // stays its own whatever is attached to it.
+  if (button.owner != hostExtension) button.owner = registration.owner;
+}
+
+void ToolBar::attachAction(ToolButton &button, const Registration &action) {
+  attach(button, &ToolButton::action, action);
+}
+
+void ToolBar::attachTest(ToolButton &button, const Registration &test) { attach(button, &ToolButton::test, test); }
+
+void ToolBar::retire(tavrel::ExtensionID extension) {
+  retired_.reserve(retired_.size() + buttons_.size());
+  for (const auto &button : buttons_)
+    for (Registration *attached : {&button->action, &button->test})
+      if (attached->owner == extension) *attached = {};
+  const auto first = std::stable_partition(buttons_.begin(), buttons_.end(),
+                                           [=](const auto &button) { return button->owner != extension; });
+  if (first == buttons_.end()) return;
+  std::for_each(first, buttons_.end(), [this](const auto &button) {
+    handles_.remove(button.get());
+    std::erase(order_, button.get());
+  });
+  retired_.insert(retired_.end(), std::make_move_iterator(first), std::make_move_iterator(buttons_.end()));
+  buttons_.erase(first, buttons_.end());
+  tell();
 }
 
 void ToolBar::insert(ToolButton &button, bool before, ToolButton *reference) {
@@ -72,7 +102,7 @@ void ToolBar::detach(ToolButton &button) {
 std::vector<ToolButton *> ToolBar::visible() const {
   std::vector<ToolButton *> buttons;
   std::copy_if(order_.begin(), order_.end(), std::back_inserter(buttons), [this](const ToolButton *button) {
-    return !embedded || button->ofApplication || button->attributes.contains(tavrel::buttonAlsoInBrowser);
+    return !embedded || button->owner == hostExtension || button->attributes.contains(tavrel::buttonAlsoInBrowser);
   });
   return buttons;
 }

@@ -19,8 +19,10 @@ struct ToolButton {
   tavrel::Bitmap icon = 0;
   std::string tip;
   std::set<int32_t> attributes;
-  bool ofApplication = false; ///< one of the application's own, not a plug-in's
-  bool enabled = true;        ///< what its test said last
+  bool enabled = true; ///< what its test said last
+  /// The plug-in with which it is removed: the one whose callback was attached last, else the one that made it. The
+  /// host's own number for a button of the application itself.
+  tavrel::ExtensionID owner = hostExtension;
   // A plug-in's button has these two, a button of the application itself the two after them.
   Registration action, test;
   std::function<void()> ownAction;
@@ -39,8 +41,15 @@ public:
 
   /// The button of that name, on the tool bar, or null.
   ToolButton *find(tavrel::Atom name) const;
-  /// A button that stands nowhere yet; a name that is taken gives the button that has it.
-  ToolButton &create(tavrel::Atom name, tavrel::Bitmap icon);
+  /// A new button of a plug-in, not on the tool bar; a name that is taken gives the button that has it.
+  ToolButton &create(tavrel::Atom name, tavrel::Bitmap icon, tavrel::ExtensionID owner = hostExtension);
+  /// Sets what a press calls.
+  void attachAction(ToolButton &button, const Registration &action);
+  /// Sets what says whether the button is enabled.
+  void attachTest(ToolButton &button, const Registration &test);
+  /// Removes a plug-in's buttons from the tool bar, and its callbacks from the others. The objects stay: a window may
+  /// show them until it is drawn anew.
+  void retire(tavrel::ExtensionID extension);
   /// Puts a button before or after another, at the end without one. Throws errBadArgument when the other is not on the
   /// tool bar, or when that is full.
   void insert(ToolButton &button, bool before, ToolButton *reference);
@@ -66,9 +75,11 @@ public:
 
 private:
   void tell() const;
+  static void attach(ToolButton &button, Registration ToolButton::*place, const Registration &registration);
 
   Handles<tavrel::ToolButton, ToolButton> handles_{"tool button"};
   std::vector<std::unique_ptr<ToolButton>> buttons_;
+  std::vector<std::unique_ptr<ToolButton>> retired_;
   std::vector<ToolButton *> order_;
   bool updating_ = false;
 };

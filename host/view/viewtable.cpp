@@ -57,20 +57,16 @@ uint32_t modifierKeys() {
 // ---- documents
 
 DocHandle frontDoc() {
-  const Application *application = Application::find();
-  return application == nullptr ? nullptr : Handles<DocHandle, ViewerDocument>::handle(application->front());
+  Application *application = Application::find();
+  return application == nullptr ? nullptr : application->documents().handle(application->front());
 }
 
-tavrel::ModelDoc modelDoc(DocHandle document) {
-  return Handles<tavrel::ModelDoc, Document>::handle(documentOf(document).model.get());
-}
+tavrel::ModelDoc modelDoc(DocHandle document) { return modelDocs().handle(documentOf(document).model.get()); }
 
-ViewHandle pageView(DocHandle document) {
-  return Handles<ViewHandle, PageView>::handle(documentOf(document).view.get());
-}
+ViewHandle pageView(DocHandle document) { return app().views().handle(documentOf(document).view.get()); }
 
 void registerNotification(int32_t selector, ExtensionID extension, Callback callback, void *clientData) {
-  Runtime::current().extensions.name(extension); // throws for a stranger
+  Runtime::current().extensions.require(extension);
   app().registerNotification(selector, registrationOf(callback, clientData));
 }
 
@@ -92,7 +88,7 @@ Bool16 unregisterAuxDataHandler(ExtensionID extension, Atom type, const tavrel::
 
 DocHandle docOfView(ViewHandle handle) {
   const PageView *view = viewOf(handle);
-  return view == nullptr ? nullptr : Handles<DocHandle, ViewerDocument>::handle(app().documentOf(*view));
+  return view == nullptr ? nullptr : app().documents().handle(app().documentOf(*view));
 }
 
 void visibleRect(ViewHandle handle, tavrel::DeviceRect *visible) {
@@ -153,12 +149,12 @@ void highlightText(ViewHandle handle, tavrel::TextSelection selection) {
 
 BarHandle toolBar() {
   const Application *application = Application::find();
-  return application == nullptr ? nullptr : Handles<BarHandle, ToolBar>::handle(application->toolBar());
+  return application == nullptr ? nullptr : application->toolBarHandle();
 }
 
 ButtonHandle findButton(BarHandle handle, Atom name) {
-  const ToolBar *bar = barOf(handle);
-  return bar == nullptr ? nullptr : Handles<ButtonHandle, ToolButton>::handle(bar->find(name));
+  ToolBar *bar = barOf(handle);
+  return bar == nullptr ? nullptr : bar->handles().handle(bar->find(name));
 }
 
 void insertButton(BarHandle handle, ButtonHandle button, Bool16 before, ButtonHandle beside) {
@@ -178,15 +174,16 @@ void updateButtonStates(BarHandle handle) {
 ButtonHandle createButton(Atom name, tavrel::Bitmap icon, int32_t reserved1, int32_t reserved2) {
   if (reserved1 != 0 || reserved2 != 0) throw HostError(errBadArgument, "reserved arguments of a button are not 0");
   Runtime::current().atoms.name(name); // throws for what is no atom
-  return Handles<ButtonHandle, ToolButton>::handle(&theBar().create(name, icon));
+  ToolBar &bar = theBar();
+  return bar.handles().handle(&bar.create(name, icon, Runtime::current().running()));
 }
 
 void attachAction(ButtonHandle button, Callback callback, void *clientData) {
-  buttonOf(button).action = registrationOf(callback, clientData);
+  theBar().attachAction(buttonOf(button), registrationOf(callback, clientData));
 }
 
 void attachEnabledTest(ButtonHandle button, Callback callback, void *clientData) {
-  buttonOf(button).test = registrationOf(callback, clientData);
+  theBar().attachTest(buttonOf(button), registrationOf(callback, clientData));
 }
 
 void attachTip(ButtonHandle button, const char *text) { buttonOf(button).tip = text == nullptr ? "" : text; }
@@ -202,7 +199,7 @@ void detachButton(ButtonHandle button) { theBar().detach(buttonOf(button)); }
 // ---- status line
 
 void setStatusText(ExtensionID extension, const char *text) {
-  Runtime::current().extensions.name(extension); // throws for a stranger
+  Runtime::current().extensions.require(extension);
   app().setStatusText(extension, text == nullptr ? "" : text);
 }
 
@@ -229,7 +226,7 @@ int32_t pageCount(ViewHandle handle) {
 }
 
 void markPages(ExtensionID extension, DocHandle handle, const int32_t *pages, uint32_t count) {
-  Runtime::current().extensions.name(extension); // throws for a stranger
+  Runtime::current().extensions.require(extension);
   app().markPages(extension, documentOf(handle), {count == 0 ? nullptr : &reference(pages), count});
 }
 

@@ -13,10 +13,12 @@ extern tavrel::HFT gDesktopHFT;
   /* Makes a resource class known, with resource lines that count where the user says nothing; a null ends them.       \
      [raises] */                                                                                                       \
   OPERATION(1, RegisterResourceClass, void(const char *className, const char *const *fallbackLines))                   \
-  /* The resource of that key, or the default given. [raises] [borrowed until the host ends] */                        \
+  /* The resource of that key, or the default given. It is looked up in the registered class that the widget or the    \
+     nearest of its parents is named after, or that was given to it as application class when it was made as a shell   \
+     without parent; where there is no such class, in all of them. [raises] [borrowed until the host ends] */          \
   OPERATION(2, GetResourceString, const char *(Widget widget, const char *key, const char *builtIn))                   \
-  /* The bitmap file that the resource names, or the given X11 bitmap data as a pixmap of depth 1, or 0. [raises]      \
-     [borrowed until the host ends] */                                                                                 \
+  /* The bitmap file that the resource names, looked up likewise, or the given X11 bitmap data as a pixmap of depth 1, \
+     or 0. [raises] [borrowed until the host ends] */                                                                  \
   OPERATION(3, GetResourceBitmap, Bitmap(Widget widget, const char *name, const char *className,                       \
                                          const unsigned char *bits, uint32_t width, uint32_t height))
 // clang-format on

@@ -3,6 +3,12 @@
 // Pages count from 0. A page's words are numbered in reading order (word-extraction version 2) or in the order of the
 // content stream (version 1). A character offset counts code points, from 0, of the page's text: its words in reading
 // order, joined by one space. Page space is in points, origin at the lower left of the page as shown, y upwards.
+//
+// A text selection is never given back. A document keeps the 1,024 selections used last, and fewer where they cover
+// more than a million words and ranges together, but always the 16 used last. Making a selection uses it, and so does every
+// operation that takes it. So a plug-in may hold a selection, during a call or longer, while it makes few others; when
+// in doubt it makes the selection anew, which costs little as long as the document still has it. The handle of a
+// selection that was dropped raises errBadHandle for ever; it never names another selection.
 // Tags: see Kernel.h.
 #pragma once
 
@@ -36,7 +42,7 @@ extern tavrel::HFT gDocModelHFT;
   /* The character offset at which a word starts. [raises] */                                                          \
   OPERATION(8, WordGetCharOffset, uint32_t(Word word))                                                                 \
   /* The characters in the given ranges of offsets, or null where there are none. Equal ranges get the same            \
-     selection, which belongs to its document. [raises] [borrowed until the document closes] */                        \
+     selection, which belongs to its document. [raises] [borrowed as long as it is among those used last, see above] */\
   OPERATION(9, SelectionFromCharRanges, TextSelection(Page page, const TextRange *ranges, int32_t count))              \
   /* The same for ranges of words, numbered by that version of word extraction. [raises] [borrowed likewise] */        \
   OPERATION(10, SelectionFromWordRanges, TextSelection(Page page, const TextRange *ranges, int32_t count,              \

@@ -104,7 +104,8 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   /* Asks every button's enabled test anew. [raises] */                                                                \
   OPERATION(22, ToolBarUpdateButtonStates, void(ToolBar bar))                                                          \
   /* A button, on no tool bar yet; the two further arguments are 0. The icon stays the caller's. A name that is        \
-     taken gives the button that has it. [raises] [borrowed until the tool bar goes] */                                \
+     taken gives the button that has it. [raises] [borrowed until the plug-in ends whose callback was attached last,   \
+     or that made it] */                                                                                               \
   OPERATION(23, ToolButtonCreate, ToolButton(Atom name, Bitmap icon, int32_t reserved1, int32_t reserved2))            \
   /* Sets what a press calls (ButtonActionProc). [raises] */                                                           \
   OPERATION(24, ToolButtonAttachAction, void(ToolButton button, Callback callback, void *clientData))                  \

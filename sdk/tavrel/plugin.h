@@ -3,7 +3,21 @@
 // A plug-in is a shared library that exports one symbol, `main`, of type `PluginMain`. The host then calls, in this
 // order: main; the set-up procedure that main handed back; the handshake callback; then the export callback of
 // every plug-in, the import callback of every plug-in and the initialisation callback of every plug-in, so that each
-// finds what the others offer; and at the end the unload callback.
+// finds what the others offer.
+//
+// At the end of the program plug-ins end one after the other. A plug-in that got a table from another one ends before
+// it; apart from that, the plug-in loaded last ends first. Plug-ins that got tables from each other end one by one,
+// too, the one loaded last first. To end a plug-in, the host
+//
+//  1. removes its table servers, so that nobody gets its tables any more, and calls their destroy procedures, the
+//  newest
+//     server's first. The plug-in can make no new server from here on;
+//  2. calls its unload callback, in which everything else still works, the tables of other plug-ins included;
+//  3. drops what it registered: buttons, notifications, page-draw procedures, handlers of auxiliary data, its text on
+//     the status line and its marked pages. Its callbacks are unknown from then on, and an operation of a table that it
+//     offered raises errBadHandle.
+//
+// After its unload callback has returned or raised, nothing of the plug-in is called. The library stays mapped.
 #pragma once
 
 #include "tavrel/types.h"

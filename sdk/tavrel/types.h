@@ -28,12 +28,13 @@ using Callback = Entry;
 /// A host function table: an array of entry points, an operation being a fixed index.
 using HFT = Entry *;
 
-// Handles. All are the host's own objects, opaque to plug-ins.
+// Handles. All name the host's own objects. A handle is a number in the shape of a pointer, given out once: when its
+// object has been destroyed, the handle is an error (errBadHandle) from then on and never names another object.
 using HFTServer = struct HFTServerRec *;         ///< provides a table by name
 using Doc = struct DocRec *;                     ///< a viewer document: an open document and its window
 using ModelDoc = struct ModelDocRec *;           ///< the document model behind a viewer document
 using Page = struct PageRec *;                   ///< one page of a model document, to be closed after use
-using TextSelection = struct TextSelectionRec *; ///< words or characters of one page; its document owns it
+using TextSelection = struct TextSelectionRec *; ///< words or characters of one page (DocModel.h says how long)
 using WordFinder = struct WordFinderRec *;       ///< the words of a document's pages
 using Word = struct WordRec *;                   ///< a word; lives as long as its page is acquired
 using PageView = struct PageViewRec *;           ///< the part of a viewer document's window that shows a page

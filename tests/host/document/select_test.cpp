@@ -198,6 +198,77 @@ TEST_F(SelectionTest, LivesUntilTheDocumentCloses) {
   EXPECT_THROW(selections().find(handle), HostError);
 }
 
+// ---- how many a document keeps ----
+
+// Selections of the same character by as many different lists of ranges as wanted.
+class SelectionBoundTest : public SelectionTest {
+protected:
+  tavrel::TextSelection make(size_t n) {
+    return selections().handle(characters({{0, 1}, {static_cast<uint16_t>(n), 0}}));
+  }
+  // Whether the handle still names a selection; that counts as a use.
+  static bool lives(tavrel::TextSelection handle) {
+    try {
+      return selections().find(handle).page == 0;
+    } catch (const HostError &error) {
+      EXPECT_EQ(error.code, tavrel::errBadHandle);
+      return false;
+    }
+  }
+};
+
+TEST_F(SelectionBoundTest, KeepsAsManyAsItSays) {
+  const tavrel::TextSelection first = make(0);
+  for (size_t n = 1; n < SelectionStore::mostSelections; ++n)
+    make(n);
+  EXPECT_EQ(document->selectionCount(), SelectionStore::mostSelections);
+  EXPECT_TRUE(lives(first));
+}
+
+TEST_F(SelectionBoundTest, DropsTheOneUsedLongestAgo) {
+  const tavrel::TextSelection first = make(0), second = make(1), third = make(2), fourth = make(3);
+  EXPECT_TRUE(lives(first)) << "a plug-in's operation uses it";
+  EXPECT_EQ(make(2), third) << "so does asking for it again";
+  for (size_t n = 4; n < SelectionStore::mostSelections + 2; ++n)
+    make(n);
+  EXPECT_FALSE(lives(second));
+  EXPECT_FALSE(lives(fourth));
+  EXPECT_TRUE(lives(first));
+  EXPECT_TRUE(lives(third));
+  EXPECT_EQ(document->selectionCount(), SelectionStore::mostSelections);
+}
+
+TEST_F(SelectionBoundTest, AHandleThatWasDroppedNeverReturns) {
+  const tavrel::TextSelection stale = make(0);
+  for (size_t n = 1; n <= SelectionStore::mostSelections; ++n)
+    make(n);
+  EXPECT_FALSE(lives(stale));
+  const tavrel::TextSelection again = make(0);
+  EXPECT_NE(again, stale);
+  EXPECT_FALSE(lives(stale));
+  EXPECT_TRUE(lives(again));
+}
+
+TEST_F(SelectionBoundTest, FewerWhereTheyAreLargeButNeverLessThanItSays) {
+  std::vector<TextRange> ranges(SelectionStore::mostParts / 2);
+  for (uint16_t n = 1; n <= SelectionStore::fewestSelections + 2; ++n) {
+    ranges[0] = {0, n};
+    characters(ranges);
+  }
+  EXPECT_EQ(document->selectionCount(), SelectionStore::fewestSelections);
+  for (size_t n = 0; n < 2 * SelectionStore::fewestSelections; ++n)
+    make(n);
+  EXPECT_EQ(document->selectionCount(), 2 * SelectionStore::fewestSelections + 1) << "one of the large ones still fits";
+}
+
+TEST_F(SelectionBoundTest, EachDocumentHasItsOwn) {
+  const tavrel::TextSelection first = make(0);
+  const auto other = Document::open(folder.path() / "test.pdf", "");
+  for (size_t n = 0; n <= SelectionStore::mostSelections; ++n)
+    other->selectCharacters(0, std::vector<TextRange>{{0, 1}, {static_cast<uint16_t>(n), 0}});
+  EXPECT_TRUE(lives(first));
+}
+
 TEST_F(SelectionTest, StaysWhenThePagesTextIsForgotten) {
   const Selection *selection = characters({{0, 3}});
   document->forgetText(0);

@@ -23,7 +23,7 @@ public:
 
   /// Runs the body as the host runs a plug-in; gives the code of the error that ended it, or 0. The body has no object
   /// with a destructor.
-  template <typename Body> int32_t attempt(Body body) {
+  template <typename Body> int32_t attempt(Body body) const {
     const auto run = [](void *memory) { (*static_cast<Body *>(memory))(); };
     return host::runInPlugin({id, "the body"}, run, &body) ? 0 : runtime_.frames.code();
   }

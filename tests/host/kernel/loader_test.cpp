@@ -4,9 +4,11 @@
 
 #include <cstdlib>
 
+#include "Guest.h"
 #include "host/kernel/loader.h"
 #include "host/plugins/journal.h"
 #include "support/pdf.h"
+#include "tavrel/Kernel.h"
 
 namespace {
 
@@ -30,6 +32,11 @@ struct Loader : testing::Test {
     fs::create_symlink(fs::path(TEST_PLUGINS) / (std::string(plugin) + ".so"), folder.path() / name);
   }
   void load() { loader.load({folder.path()}); }
+  static tavrel::HFT requestTable(const test::Guest &guest, const char *name) {
+    tavrel::HFT table = nullptr;
+    guest.attempt([&] { table = Kernel::RequestTable(Kernel::AtomFromString(name), 1); });
+    return table;
+  }
   std::string reasonOf(size_t index) const { return loader.plugins().at(index).reason; }
 
   test::ScratchFolder folder;
@@ -67,10 +74,68 @@ TEST_F(Loader, UnloadsOnce) {
 }
 
 TEST_F(Loader, CallsNoPluginAfterItIsUnloaded) {
+  install("provider", "a.so");
+  load();
+  const test::Guest guest(runtime);
+  const tavrel::HFT table = requestTable(guest, "provider");
+  ASSERT_NE(table, nullptr);
+  loader.unload();
+  journal.clear();
+
+  const host::Plugin &plugin = loader.plugins().at(0);
+  for (const tavrel::Callback callback : {plugin.record.exportTables, plugin.record.initialise, plugin.record.unload}) {
+    EXPECT_EQ(host::callPlugin({plugin.extension, "a callback"}, tavrel::functionOf<tavrel::LifecycleProc>(callback)),
+              0U);
+    EXPECT_THROW(runtime.callbacks.owner(callback), host::HostError);
+  }
+  EXPECT_EQ(requestTable(guest, "provider"), nullptr) << "its provide procedure";
+  EXPECT_EQ(guest.attempt([=] { table[0](); }), tavrel::errBadHandle) << "the operation of its table";
+  loader.unload();
+  EXPECT_THAT(journal, ElementsAre());
+}
+
+TEST_F(Loader, EndsTheClientOfATableBeforeItsProvider) {
+  install("client", "a.so");
+  install("provider", "b.so");
+  load();
+  journal.clear();
+  loader.unload();
+  EXPECT_THAT(journal, ElementsAre("client unload", "provider is asked", "provider destroys", "provider unload"));
+  EXPECT_THAT(reports, ElementsAre());
+}
+
+TEST_F(Loader, ATableOfAPluginThatHasEndedRaises) {
+  install("ping", "a.so");
+  install("pong", "b.so");
+  load();
+  journal.clear();
+  loader.unload();
+  EXPECT_THAT(journal, ElementsAre("pong destroys", "pong unload", "ping is asked", "ping destroys", "ping unload"));
+  EXPECT_THAT(reports, ElementsAre(HasSubstr("ping: the unload callback failed with error 3"),
+                                   HasSubstr("a.so: the unload callback failed")));
+  EXPECT_EQ(loader.plugins().at(0).state, host::PluginState::unloaded);
+}
+
+TEST_F(Loader, ARaiseInAnUnloadCallbackDoesNotStopTheOthers) {
+  install("good", "a.so");
+  install("raisesunload", "b.so");
+  install("second", "c.so");
+  load();
+  journal.clear();
+  loader.unload();
+  EXPECT_THAT(journal, ElementsAre("second unload", "raisesunload unload", "good unload"));
+  EXPECT_FALSE(runtime.extensions.active(loader.plugins().at(1).extension));
+  EXPECT_THAT(reports, ElementsAre("raisesunload: the unload callback failed with error 1: raised by the plug-in",
+                                   HasSubstr("b.so: the unload callback failed")));
+}
+
+TEST_F(Loader, AnEndedPluginsNumberIsRefused) {
   install("good", "a.so");
   load();
   loader.unload();
-  EXPECT_FALSE(runtime.extensions.active(loader.plugins().at(0).extension));
+  const tavrel::ExtensionID ended = loader.plugins().at(0).extension;
+  const test::Guest guest(runtime);
+  EXPECT_EQ(guest.attempt([=] { Kernel::CreateCallback(ended, journalTable[0]); }), tavrel::errBadHandle);
 }
 
 TEST_F(Loader, IgnoresWhatIsNoLibrary) {

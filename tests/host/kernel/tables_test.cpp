@@ -16,6 +16,7 @@ using test::Guest;
 HFT request(const char *name, uint32_t version) { return Kernel::RequestTable(Kernel::AtomFromString(name), version); }
 
 void someFunction() {}
+void anotherFunction() {}
 
 HFT offered; // what the guest's provide procedure gives out
 HFTServer askedServer;
@@ -114,10 +115,100 @@ TEST_F(Tables, AServerWithoutNameOrProvideProcedureRaises) {
 TEST_F(Tables, ServersAreDestroyedOnceAndAreGone) {
   serve("Mine");
   serve("Yours");
-  runtime.tables.destroyServers();
-  runtime.tables.destroyServers();
+  runtime.tables.closeServers(guest.id);
+  runtime.tables.closeServers(guest.id);
   EXPECT_EQ(destroyed, 2);
   EXPECT_EQ(request("Mine", 1), nullptr);
+}
+
+TEST_F(Tables, ADestroyProcedureCannotMakeANewServer) {
+  guest.attempt([] {
+    TavrelSupport::NewHFTServer(
+        "Mine", provide,
+        [](HFTServer) {
+          ++destroyed;
+          TavrelSupport::NewHFTServer("Again", provide, destroy, nullptr);
+        },
+        nullptr);
+  });
+  runtime.tables.closeServers(guest.id);
+  runtime.tables.closeServers(guest.id);
+  EXPECT_EQ(destroyed, 1);
+  EXPECT_THAT(guest.reports,
+              testing::ElementsAre("guest: the destroy procedure failed with error 5: a table server of a plug-in that "
+                                   "is ending"));
+  offered = gTavrelSupportHFT;
+  EXPECT_EQ(request("Again", 1), nullptr);
+}
+
+TEST_F(Tables, AServerIsNotOfferedWhileItsDestroyProcedureRuns) {
+  static HFT table;
+  guest.attempt([] {
+    TavrelSupport::NewHFTServer(
+        "Mine", provide, [](HFTServer) { table = request("Mine", 1); }, nullptr);
+  });
+  table = offered = gTavrelSupportHFT;
+  runtime.tables.closeServers(guest.id);
+  EXPECT_EQ(table, nullptr);
+}
+
+TEST_F(Tables, ServersOfOtherPluginsStay) {
+  Guest other(runtime, "other");
+  other.attempt([] { TavrelSupport::NewHFTServer("Theirs", provide, destroy, nullptr); });
+  serve("Mine");
+  runtime.tables.closeServers(guest.id);
+  EXPECT_EQ(destroyed, 1);
+  offered = gTavrelSupportHFT;
+  EXPECT_EQ(request("Theirs", 1), offered);
+}
+
+TEST_F(Tables, ADestroyedTableRaisesAndItsAddressNeverReturns) {
+  const HFTServer server = serve("Mine");
+  const HFT stale = TavrelSupport::NewHFT(server, 3);
+  TavrelSupport::DestroyHFT(stale);
+  for (int n = 0; n < 100; ++n) {
+    const HFT table = TavrelSupport::NewHFT(server, 3);
+    ASSERT_NE(table, stale);
+    TavrelSupport::DestroyHFT(table);
+  }
+  EXPECT_EQ(guest.attempt([=] { stale[1](); }), tavrel::errBadHandle);
+  const tavrel::Callback callback = guest.callback(someFunction);
+  EXPECT_EQ(guest.attempt([=] { TavrelSupport::ReplaceHFTEntry(stale, 1, callback, 0); }), tavrel::errBadHandle);
+}
+
+TEST_F(Tables, TooManySelectorsRaise) {
+  const HFTServer server = serve("Mine");
+  constexpr uint32_t largest = 0x10000;
+  EXPECT_EQ(guest.attempt([=] {
+    for (size_t made = 0; made < host::TableRegistry::mostSelectors; made += largest)
+      TavrelSupport::DestroyHFT(TavrelSupport::NewHFT(server, largest));
+  }),
+            0);
+  EXPECT_EQ(guest.attempt([=] { TavrelSupport::NewHFT(server, 1); }), tavrel::errNoMemory);
+}
+
+TEST_F(Tables, TheCallbackOfARetiredPluginInAnothersTableRaises) {
+  Guest other(runtime, "other");
+  const HFT table = TavrelSupport::NewHFT(serve("Mine"), 2);
+  TavrelSupport::ReplaceHFTEntry(table, 0, guest.callback(someFunction), 0);
+  TavrelSupport::ReplaceHFTEntry(table, 1, other.callback(anotherFunction), 0);
+  runtime.tables.retire(other.id, runtime.callbacks);
+  EXPECT_EQ(guest.attempt([=] { table[0](); }), 0);
+  EXPECT_EQ(guest.attempt([=] { table[1](); }), tavrel::errBadHandle);
+}
+
+TEST_F(Tables, WhoGotWhoseTableIsKnown) {
+  Guest client(runtime, "client");
+  serve("Mine");
+  const auto requestMine = [] { request("Mine", 1); };
+  client.attempt(requestMine);
+  EXPECT_THAT(runtime.tables.uses(), testing::ElementsAre()) << "the server gave nothing";
+  offered = gTavrelSupportHFT;
+  client.attempt(requestMine);
+  guest.attempt(requestMine);
+  requestMine();
+  EXPECT_THAT(runtime.tables.uses(), testing::ElementsAre(host::TableUse{client.id, guest.id}))
+      << "neither the provider itself nor the host is a client";
 }
 
 TEST_F(Tables, ANewTableIsEmpty) {

@@ -9,8 +9,6 @@
 
 tavrel::HFT gKernelHFT, gJournalHFT;
 
-namespace {
-
 tavrel::ExtensionID self;
 
 void say(const char *what) {
@@ -19,12 +17,20 @@ void say(const char *what) {
   if (gJournalHFT != nullptr) test::note(line);
 }
 
+namespace {
+
 tavrel::Callback callback(tavrel::LifecycleProc function) {
   return Kernel::CreateCallback(self, tavrel::entryOf(function));
 }
 
 uint32_t exportTables() {
   say("export");
+  if (testPlugin.exportTables != nullptr) testPlugin.exportTables();
+  return 1;
+}
+
+uint32_t importTables() {
+  testPlugin.importTables();
   return 1;
 }
 
@@ -36,6 +42,7 @@ uint32_t initialise() {
 
 uint32_t unload() {
   say("unload");
+  if (testPlugin.unload != nullptr) testPlugin.unload();
   return 1;
 }
 
@@ -43,6 +50,7 @@ uint32_t handshake(uint32_t, tavrel::HandshakeRecord *record) {
   say("handshake");
   record->name = Kernel::AtomFromString(testPlugin.name);
   record->exportTables = testPlugin.strangeCallback ? tavrel::entryOf(exportTables) : callback(exportTables);
+  if (testPlugin.importTables != nullptr) record->importTables = callback(importTables);
   record->initialise = callback(initialise);
   record->unload = callback(unload);
   return 1;

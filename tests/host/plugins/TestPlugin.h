@@ -8,8 +8,17 @@ struct TestPlugin {
   uint32_t mainResult = 1;
   uint32_t version = tavrel::handshakeVersion;
   uint32_t setupResult = 1;
-  bool strangeCallback = false;   ///< hands back a function that is no callback
-  void (*initialise)() = nullptr; ///< what it does besides
+  bool strangeCallback = false; ///< hands back a function that is no callback
+  // What it does in its callbacks, apart from noting them.
+  void (*exportTables)() = nullptr;
+  void (*importTables)() = nullptr;
+  void (*initialise)() = nullptr;
+  void (*unload)() = nullptr;
 };
 
 extern const TestPlugin testPlugin;
+
+/// Notes in the journal what the plug-in does.
+void say(const char *what);
+/// The plug-in's number, from its set-up on.
+extern tavrel::ExtensionID self;

@@ -167,6 +167,63 @@ TEST_F(Application, AHandlerIsRemovedOnce) {
   EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 0);
 }
 
+// What the first of two handlers does to the second, whose record is then freed.
+struct TwoHandlers {
+  tavrel::ExtensionID owner;
+  tavrel::AuxDataHandler first;
+  tavrel::AuxDataHandler *second;
+};
+TwoHandlers *two;
+
+TEST_F(Application, AHandlerUnregisteredByAnEarlierOneIsNotAsked) {
+  const tavrel::AuxDataProc removeTheOther = [](Atom type, const void *, uint32_t, Doc) {
+    TavrelView::UnregisterAuxDataHandler(two->owner, type, two->second);
+    delete two->second;
+    return tavrel::Bool16{0};
+  };
+  TwoHandlers handlers{guest.id,
+                       {8, guest.callback(removeTheOther)},
+                       new tavrel::AuxDataHandler{8, guest.callback(receive)}}; // the first handler deletes it
+  two = &handlers;
+  const Atom type = runtime.atoms.atom("xml");
+  TavrelView::RegisterAuxDataHandler(guest.id, type, &handlers.first);
+  TavrelView::RegisterAuxDataHandler(guest.id, type, handlers.second);
+  EXPECT_FALSE(deliver(type, "a"));
+  EXPECT_THAT(delivered, ElementsAre());
+}
+
+TEST_F(Application, WhatARetiredPluginRegisteredIsDropped) {
+  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
+  const Atom type = runtime.atoms.atom("xml");
+  const int32_t page = 1;
+  int told = 0;
+  listen(tavrel::notifyDocDidOpen, didOpen);
+  TavrelView::RegisterAuxDataHandler(guest.id, type, &handler);
+  TavrelView::SetStatusText(guest.id, "at work");
+  TavrelView::DocMarkPages(guest.id, doc, &page, 1);
+  app.statusListener = [&] { ++told; };
+  runtime.retire(guest.id);
+  openAnother();
+  EXPECT_THAT(opened, ElementsAre());
+  EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 0);
+  EXPECT_EQ(app.statusText(), "");
+  EXPECT_TRUE(document->markedPages.empty());
+  EXPECT_EQ(told, 1);
+  EXPECT_THROW(runtime.callbacks.owner(handler.perform), host::HostError);
+}
+
+TEST_F(Application, ARetiredPluginRegistersNothing) {
+  runtime.retire(guest.id);
+  const test::Guest other(runtime, "other");
+  const tavrel::AuxDataHandler handler{8, runtime.callbacks.create(other.id, tavrel::entryOf(receive))};
+  const auto *const record = &handler;
+  const Atom type = runtime.atoms.atom("xml");
+  EXPECT_EQ(other.attempt([=, this] { TavrelView::SetStatusText(guest.id, "still here"); }), tavrel::errBadHandle);
+  EXPECT_EQ(other.attempt([=, this] { TavrelView::DocMarkPages(guest.id, doc, nullptr, 0); }), tavrel::errBadHandle);
+  EXPECT_EQ(other.attempt([=, this] { TavrelView::RegisterAuxDataHandler(guest.id, type, record); }),
+            tavrel::errBadHandle);
+}
+
 TEST_F(Application, AHandlerThatTheHostCannotReadRaises) {
   static tavrel::AuxDataHandler handler;
   const Atom type = runtime.atoms.atom("xml");

@@ -8,6 +8,7 @@ namespace {
 using tavrel::Atom;
 using tavrel::Bool16;
 using tavrel::ToolButton;
+using ::test::Guest;
 using testing::ElementsAre;
 using testing::SizeIs;
 
@@ -187,7 +188,11 @@ TEST_F(ToolBar, TheTipIsCopied) {
 }
 
 TEST_F(ToolBar, AnEmbeddedViewerShowsOfThePluginsButtonsThoseThatBelongThere) {
-  const ToolButton inside = create("inside"), both = create("both");
+  ToolButton inside = nullptr, both = nullptr;
+  guest.attempt([&] {
+    inside = TavrelView::ToolButtonCreate(Kernel::AtomFromString("inside"), 0, 0, 0);
+    both = TavrelView::ToolButtonCreate(Kernel::AtomFromString("both"), 0, 0, 0);
+  });
   TavrelView::ToolButtonSetAttribute(inside, tavrel::buttonInternal);
   TavrelView::ToolButtonSetAttribute(both, tavrel::buttonAlsoInBrowser);
   const size_t own = app.toolBar()->order().size();
@@ -213,6 +218,60 @@ TEST_F(ToolBar, TheApplicationsOwnButtonsDoWhatItSays) {
   app.toolBar()->press(own);
   EXPECT_EQ(presses, 100);
   EXPECT_FALSE(app.toolBar()->test(own));
+}
+
+// A button of the guest's, on the tool bar, with the callbacks of a plug-in.
+struct WithTwoPlugins : ToolBar {
+  ToolButton ofGuest(const Guest &attached, const char *name = "a") {
+    ToolButton button = nullptr;
+    const Atom atom = runtime.atoms.atom(name);
+    guest.attempt([&] { button = TavrelView::ToolButtonCreate(atom, 0, 0, 0); });
+    TavrelView::ToolButtonAttachAction(button, runtime.callbacks.create(attached.id, tavrel::entryOf(press)), nullptr);
+    TavrelView::ToolButtonAttachEnabledTest(button, runtime.callbacks.create(attached.id, tavrel::entryOf(test1)),
+                                            nullptr);
+    insert(button, false, nullptr);
+    return button;
+  }
+  Guest other{runtime, "other"};
+};
+
+TEST_F(WithTwoPlugins, AButtonIsRemovedWhenItsPluginIsRetired) {
+  const ToolButton a = ofGuest(guest);
+  int told = 0;
+  app.toolBar()->listener = [&] { ++told; };
+  runtime.retire(guest.id);
+  EXPECT_EQ(find("a"), nullptr);
+  EXPECT_EQ(other.attempt([=] { TavrelView::ToolButtonAttachTip(a, "tip"); }), tavrel::errBadHandle);
+  EXPECT_EQ(told, 1);
+  EXPECT_NE(create("a"), a) << "the name is free";
+}
+
+TEST_F(WithTwoPlugins, AButtonMadeForAnotherPluginIsRemovedWithThatOne) {
+  const ToolButton a = ofGuest(other);
+  runtime.retire(guest.id);
+  EXPECT_EQ(find("a"), a);
+  enabled = 0;
+  EXPECT_FALSE(app.toolBar()->test(object(a))) << "the other plug-in is still asked";
+  runtime.retire(other.id);
+  EXPECT_EQ(find("a"), nullptr);
+}
+
+TEST_F(WithTwoPlugins, AButtonWithoutCallbacksIsRemovedWithThePluginThatMadeIt) {
+  ToolButton button = nullptr;
+  const Atom name = runtime.atoms.atom("a");
+  guest.attempt([&] { button = TavrelView::ToolButtonCreate(name, 0, 0, 0); });
+  insert(button, false, nullptr);
+  runtime.retire(guest.id);
+  EXPECT_EQ(find("a"), nullptr);
+}
+
+TEST_F(WithTwoPlugins, TheApplicationsOwnButtonsStayWhateverWasAttachedToThem) {
+  const ToolButton next = find("NextPage");
+  TavrelView::ToolButtonAttachAction(next, guest.callback(press), reinterpret_cast<void *>(intptr_t{1}));
+  runtime.retire(guest.id);
+  EXPECT_EQ(find("NextPage"), next);
+  app.toolBar()->press(object(next));
+  EXPECT_EQ(presses, 0);
 }
 
 TEST_F(ToolBar, ANullToolBarIsLetPass) {

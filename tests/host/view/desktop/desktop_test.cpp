@@ -124,6 +124,64 @@ TEST_F(WithResources, AWidgetNamedAsAClassHasTheTextsOfThatClassAlone) {
   XtDestroyWidget(shell);
 }
 
+// A shell as a plug-in makes it: below the application's own, or without a parent and of a class of its own.
+struct Shells : WithResources {
+  Shells() {
+    Desktop::RegisterResourceClass("Other", nullptr); // first, and not asked for the other class
+    Desktop::RegisterResourceClass("Highlight", nullptr);
+  }
+  ~Shells() override {
+    for (Widget shell : shells)
+      XtDestroyWidget(shell);
+  }
+  Widget below(const char *name) {
+    return shells.emplace_back(XtVaCreatePopupShell(name, applicationShellWidgetClass, top->widget(), nullptr));
+  }
+  Widget withoutParent(const char *className) {
+    return shells.emplace_back(XtVaAppCreateShell(XtName(top->widget()), className, applicationShellWidgetClass,
+                                                  XtDisplay(top->widget()), nullptr));
+  }
+  static tavrel::Bitmap next(Widget shell, const unsigned char *bits = checkers, uint32_t width = 8) {
+    return Desktop::GetResourceBitmap(shell, "next", "next", bits, width, 2);
+  }
+  std::vector<Widget> shells;
+};
+
+TEST_F(Shells, WithoutAParentTheClassIsThatOfThePluginThatMadeIt) {
+  Widget highlight = withoutParent("Highlight"), other = withoutParent("Other");
+  EXPECT_STREQ(Desktop::GetResourceString(highlight, "helpNext", builtIn), "from the user");
+  EXPECT_EQ(Desktop::GetResourceString(highlight, "helpPrev", builtIn), builtIn) << "which the user set for another";
+  EXPECT_EQ(Desktop::GetResourceString(other, "helpNext", builtIn), builtIn);
+}
+
+TEST_F(Shells, AWidgetInAShellHasTheClassOfTheShell) {
+  Widget child = XtVaCreateWidget("child", coreWidgetClass, withoutParent("Highlight"), nullptr);
+  EXPECT_STREQ(Desktop::GetResourceString(child, "helpNext", builtIn), "from the user");
+  EXPECT_EQ(Desktop::GetResourceString(child, "helpPrev", builtIn), builtIn);
+}
+
+TEST_F(Shells, BitmapsOfTwoClassesAreNotMixedUp) {
+  unsigned depth = 0;
+  EXPECT_EQ(widthOf(next(below("Highlight")), &depth), 3U) << "the user's file";
+  EXPECT_EQ(widthOf(next(below("Other")), &depth), 8U) << "the bits";
+}
+
+TEST_F(Shells, BitmapsOfTwoShellsWithoutParentAreNotMixedUp) {
+  unsigned depth = 0;
+  EXPECT_EQ(widthOf(next(withoutParent("Highlight")), &depth), 3U);
+  EXPECT_EQ(widthOf(next(withoutParent("Other")), &depth), 8U);
+}
+
+TEST_F(Shells, BitmapsOfOtherSizesOrBitsAreOthers) {
+  constexpr unsigned char stripes[] = {0xFF, 0x00};
+  Widget shell = below("Other");
+  unsigned depth = 0;
+  EXPECT_EQ(widthOf(next(shell, checkers, 8), &depth), 8U);
+  EXPECT_EQ(widthOf(next(shell, checkers, 7), &depth), 7U);
+  EXPECT_NE(next(shell, checkers), next(shell, stripes));
+  EXPECT_EQ(next(shell, checkers), next(shell, checkers));
+}
+
 TEST_F(WithResources, ATextStaysWhereItIs) {
   Desktop::RegisterResourceClass("Highlight", nullptr);
   EXPECT_EQ(text("helpNext"), text("helpNext"));

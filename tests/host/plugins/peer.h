@@ -1,0 +1,9 @@
+// Plug-ins of the loader's tests that use each other's tables. A table has the plug-in's name and one operation.
+#pragma once
+
+/// Offers the plug-in's own table; in the export callback.
+void offerTable();
+/// Gets another plug-in's table; in the import callback.
+void getTable(const char *plugin);
+/// Calls the operation of the table that getTable got.
+void askPeer();

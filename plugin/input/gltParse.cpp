@@ -10,6 +10,7 @@
 
 #include "plugin/glt/glt.h"
 #include "plugin/input/gltAux.h"
+#include "plugin/input/gltKnownWords.h"
 #include "plugin/input/gltShape.h"
 #include "plugin/input/gltWords.h"
 #include "plugin/md/mdUtils.h"
@@ -229,7 +230,7 @@ Outcome readWords(Reading &reading) {
   if (roles.find(word, text.end, Role::other) != Role::header) return Outcome::abandoned;
   while (at != nullptr) {
     const char *const before = readExpectedLocations(reading, at);
-    const bool uncut = shapeHasRoom(text);
+    const bool unsplit = shapeIsUnsplit(text, before);
     at = lexStepOver(before);
     if (*at != '<') at = lexSkipText(text, at);
     at = lexNextWord(text, at, word);
@@ -248,7 +249,7 @@ Outcome readWords(Reading &reading) {
       break;
     case Role::location:
       if (reading.inSection && !endsWithBracket(word)) {
-        const bool learn = uncut && lexStepOver(before) == word.begin && shapeRelearn(reading.shape);
+        const bool learn = unsplit && shapeRelearn(reading.shape);
         at = readLocation(reading, at, learn ? &reading.shape : nullptr, before);
       }
       break;
@@ -318,7 +319,7 @@ Bool16 registerGLT(Doc document, const void *data, uint32_t length) {
   Reading reading;
   memset(&reading, 0, sizeof reading);
   reading.document = document;
-  reading.text = {copy, copy + length, 0};
+  reading.text = {copy, copy + length, nullptr};
   reading.red = reading.green = reading.blue = 0xFFFF;
 
   const Outcome outcome = readWords(reading);

@@ -1,6 +1,8 @@
 // Learning a tag's shape, and reading a tag that has it.
 #include "plugin/input/gltShape.h"
 
+#include <cstring>
+
 namespace {
 
 bool isPart(TagPart &part, const char *begin, const char *end) {
@@ -48,7 +50,7 @@ void shapeEnd(TagShape &shape, const char *begin, const char *end, uint32_t last
 }
 
 const char *shapeFollow(TagShape &shape, LexText &text, const char *at, int32_t *values) {
-  if (!shape.known || !shapeHasRoom(text)) return nullptr;
+  if (!shape.known || !shapeIsUnsplit(text, at)) return nullptr;
   for (uint32_t i = 0;; ++i) {
     const TagPart &part = shape.parts[i];
     if (static_cast<size_t>(text.end - at) < TagPart::longest || !follows(part, at)) return nullptr;
@@ -62,7 +64,7 @@ const char *shapeFollow(TagShape &shape, LexText &text, const char *at, int32_t 
   // The last word ends where it did before, or where another tag is joined.
   const uint8_t behind = lexStep(*at);
   if ((behind & ~stepOpening) != 0) return nullptr;
-  text.room = behind == stepOpening ? HWLEX_LIMIT - shape.lastWord : 0;
+  text.token = behind == stepOpening ? at - shape.lastWord : nullptr;
   shape.misses = 0;
   return at;
 }

@@ -23,9 +23,9 @@ struct TagShape {
   uint32_t lastWord;       ///< that word's length
 };
 
-/// Whether a tag can begin here without being cut: else a shape says nothing of its words. Its first word lies within
-/// the first part, and so is shorter than that may be.
-inline bool shapeHasRoom(const LexText &text) { return text.room == 0 || text.room >= TagPart::longest; }
+/// Whether all of a tag's first part is within one token when the tag before ended at `at`. Otherwise the tag's name
+/// may have been split, and its bytes do not say where.
+inline bool shapeIsUnsplit(const LexText &text, const char *at) { return lexCapacity(text, at) >= TagPart::longest; }
 
 /// Notes a tag that has not this shape. True when its own is to be learned instead: then the shape has been emptied for
 /// it. Two spellings by turns are no reason.

@@ -35,15 +35,21 @@ protected:
     begin(parts);
     shapeEnd(shape_, parts.back().data(), parts.back().data() + parts.back().size(), lastWord);
   }
-  /// How many bytes of the text a tag of the shape has; 0 for none.
-  size_t follow(const std::string &bytes, uint32_t roomLeft = 0) {
-    text_ = {bytes.data(), bytes.data() + bytes.size(), roomLeft};
-    const char *end = shapeFollow(shape_, text_, bytes.data(), values_);
-    return end != nullptr ? static_cast<size_t>(end - bytes.data()) : 0;
+  /// How many bytes of the text a tag of the shape has; 0 for none. So many bytes of its token have come before the
+  /// tag.
+  size_t follow(const std::string &bytes, size_t inToken = 0) {
+    const std::string whole = std::string(inToken, 'a') + bytes;
+    const char *begin = whole.data(), *tag = begin + inToken;
+    text_ = {begin, begin + whole.size(), inToken != 0 ? begin : nullptr};
+    const char *end = shapeFollow(shape_, text_, tag, values_);
+    if (end == nullptr) return 0;
+    tokenBefore_ = text_.token != nullptr ? end - text_.token : 0;
+    return static_cast<size_t>(end - tag);
   }
 
   TagShape shape_ = {};
   LexText text_ = {};
+  ptrdiff_t tokenBefore_ = 0; ///< how many bytes before the followed tag's end a token begins that goes on; 0 for none
   int32_t values_[TagShape::most] = {-1, -1, -1};
 };
 
@@ -53,7 +59,7 @@ TEST_F(Shape, OfATagIsFollowedWithOtherNumbers) {
   EXPECT_EQ(values_[0], 12);
   EXPECT_EQ(values_[1], 345);
   EXPECT_EQ(values_[2], 6);
-  EXPECT_EQ(text_.room, 0U);
+  EXPECT_EQ(tokenBefore_, 0);
 }
 
 TEST_F(Shape, PutsNumbersWhereTheirAttributesBelong) {
@@ -133,11 +139,11 @@ TEST_F(Shape, IsNotFollowedWhereTooLittleOfTheTextIsLeft) {
   EXPECT_EQ(follow(bytes.substr(0, bytes.size() - 1)), 0U);
 }
 
-TEST_F(Shape, IsNotFollowedWhereAWordMayBeCut) {
+TEST_F(Shape, IsNotFollowedWhereATokenMayEndInTheFirstPart) {
   learn(usual);
-  EXPECT_EQ(follow(another + room, TagPart::longest), another.size());
-  EXPECT_EQ(follow(another + room, TagPart::longest - 1), 0U);
-  EXPECT_EQ(follow(another + room, 1), 0U);
+  EXPECT_EQ(follow(another + room, HWLEX_LIMIT - TagPart::longest), another.size());
+  EXPECT_EQ(follow(another + room, HWLEX_LIMIT - TagPart::longest + 1), 0U);
+  EXPECT_EQ(follow(another + room, HWLEX_LIMIT - 1), 0U);
 }
 
 TEST_F(Shape, EndsWithTheTagsLastWord) {
@@ -148,10 +154,10 @@ TEST_F(Shape, EndsWithTheTagsLastWord) {
     EXPECT_EQ(follow(another + behind + room), 0U) << behind;
 }
 
-TEST_F(Shape, LeavesTheRestOfTheWordWhereATagIsJoined) {
+TEST_F(Shape, LeavesTheRestOfTheTokenWhereATagIsJoined) {
   learn(usual);
   EXPECT_EQ(follow(another + "<" + room), another.size());
-  EXPECT_EQ(text_.room, HWLEX_LIMIT - lastWord);
+  EXPECT_EQ(tokenBefore_, ptrdiff_t{lastWord});
 }
 
 } // namespace

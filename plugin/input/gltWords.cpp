@@ -46,7 +46,8 @@ const char *nextNotable([[maybe_unused]] const LexText &text, const char *at) {
   return at;
 }
 
-/// Where the token begins that the lexer takes next, before a word and after one.
+/// Where the lexer's next token begins, if it is a word or follows one: then nothing but its first byte may be in the
+/// look-ahead.
 const char *nextToken(const HWLEX_STATE &state, const char *cursor) { return cursor - (state.pending1 != 0 ? 1 : 0); }
 
 } // namespace
@@ -55,7 +56,7 @@ const char *lexNextByLexer(LexText &text, const char *at, LexWord &word) {
   HWLEX_STATE state;
   HWLEX_reset(&state);
   auto *cursor = const_cast<char *>(at); // which is only read
-  // The lexer has read the first byte of every token but the text's first one already (HWLEX_match).
+  // The lexer has already read the first byte of every token but the text's first one (HWLEX_match).
   if (at != text.begin) state.pending1 = getch(&cursor);
   while (*cursor != 0) {
     const char *const begin = nextToken(state, cursor);

@@ -6,8 +6,8 @@
 // token begins with "oc".
 //
 // lexNextWord is the fast path: it finds plain words, which nearly all words of a highlight file are, without the lexer
-// and without a copy. It leaves to the lexer (lexNextByLexer) what is not plain: quoted words, sentence ends and
-// whatever follows them, and the end of the text.
+// and without a copy. It leaves to the lexer (lexNextByLexer) what is not plain: quoted words, sentence ends with the
+// word after them, and a word at the end of the text, which the lexer may not return ("c" in "a=b c", HWLEX_match).
 #pragma once
 
 #include <array>
@@ -27,14 +27,14 @@ struct LexWord {
 struct LexText {
   const char *begin;
   const char *end;   ///< a NUL is here; the text may end before, at an earlier NUL
-  const char *token; ///< where the token begins of which the next word is a further piece; null for none
+  const char *token; ///< where the token begins that the next word is a further piece of; null when it is none
 };
 
-/// What the fast path does with a byte; none of these: it is stepped over.
+/// What a byte is to the fast path. It steps over bytes that are none of these.
 enum LexStep : uint8_t {
   stepThrough = 1, ///< a word character but '<'
   stepOpening = 2, ///< '<', before which a word may be split
-  stepQuote = 4,   ///< begins a quoted word, and is a word character inside of others
+  stepQuote = 4,   ///< begins a quoted word; inside of other words it is a word character
   stepElse = 8,    ///< the end of the text, or of a sentence
 };
 
@@ -72,7 +72,7 @@ inline uint32_t lexCapacity(const LexText &text, const char *at) {
   return text.token != nullptr ? HWLEX_LIMIT - static_cast<uint32_t>(at - text.token) : HWLEX_LIMIT;
 }
 
-/// Takes the next word as the lexer finds it. `at` is where a token begins.
+/// Does what lexNextWord does, for any word, where a token begins at `at`.
 const char *lexNextByLexer(LexText &text, const char *at, LexWord &word);
 
 /// Takes the next word from `at` on, where the word before ended, or the text begins. Returns where it ends; null when

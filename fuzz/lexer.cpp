@@ -1,5 +1,6 @@
-// The word splitter over any text: it ends, no token is empty or longer than the limit, every kind is one of the six,
-// line breaks hold as many line feeds as their kind says, and all tokens together are the text.
+// The lexer over any text: it ends, no token is empty or longer than the limit, every kind is one of the six, line
+// breaks hold as many line feeds as their kind says, and all tokens together are the text. The reader finds the lexer's
+// words, and all tags where it skips the text between them.
 //
 // Input: the text, which ends at its first zero byte.
 #include <algorithm>
@@ -9,6 +10,7 @@
 
 #include "fuzz/require.h"
 #include "plugin/input/gltLex.h"
+#include "tests/plugin/input/words.h"
 
 namespace {
 
@@ -18,7 +20,20 @@ void requireLineFeeds(int32_t kind, const std::string &token) {
   if (kind == HWLEX_PARA) require(lineFeeds >= 2, "a paragraph has two line feeds or more");
   // A word may hold one: a quoted word holds anything.
   if (kind != HWLEX_NEWLINE && kind != HWLEX_PARA && kind != HWLEX_WORD)
-    require(lineFeeds == 0, "blanks, sentence ends and others have no line feed");
+    require(lineFeeds == 0, "spaces, sentence ends and others have no line feed");
+}
+
+void requireReaderFindsThem(const std::string &text) {
+  const Words words = lexerWords(text);
+  Words found, tags;
+  LexWord word;
+  for (ReaderText rest(text); rest.next(word);)
+    found.emplace_back(word.begin, word.length);
+  require(found == words, "the reader's words are the lexer's");
+  ReaderText rest(text);
+  for (rest.skip(); rest.next(word); rest.skip())
+    tags.emplace_back(word.begin, word.length);
+  require(onlyTags(tags) == onlyTags(words), "no tag is skipped");
 }
 
 } // namespace
@@ -45,5 +60,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     require(joined.size() <= text.size(), "the text ends");
   }
   require(joined == text, "the tokens together are the text");
+  requireReaderFindsThem(text);
   return 0;
 }

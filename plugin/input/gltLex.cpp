@@ -1,5 +1,5 @@
-// The word splitter. Looks ahead by at most two characters, which it keeps in the state, so that every character of
-// the text ends up in exactly one token.
+// The lexer. It looks ahead by at most two characters and keeps them in the state, so that every character of the text
+// ends up in exactly one token.
 #include "plugin/input/gltLex.h"
 
 #include <cstring>
@@ -23,12 +23,12 @@ struct Token {
     length += count;
     rest += count;
   }
-  void takeBlanks() {
-    while (!full() && lexClass(*rest) == lexBlank)
+  void takeSpaces() {
+    while (!full() && lexClass(*rest) == lexSpace)
       take(1);
   }
 
-  /// Ends the token; the byte behind it waits in the look-ahead.
+  /// Ends the token; the byte after it waits in the look-ahead.
   int32_t finish(int32_t kind, char **cursor) const {
     state->text[length] = 0;
     state->pending1 = static_cast<uint8_t>(*rest);
@@ -37,27 +37,39 @@ struct Token {
   }
 };
 
-/// Blanks, if there are any, before the first line feed, and everything behind it.
+/// How many bytes a quoted word has that is `first` and the beginning of `rest`: it holds spaces and anything else,
+/// until its closing character is followed by a non-word character.
+uint32_t quotedLength(char first, const char *rest) {
+  const char closing = first == '(' ? ')' : first;
+  uint32_t length = 1;
+  for (; length < HWLEX_LIMIT && *rest != 0; ++length, ++rest)
+    if (*rest == closing && lexClass(rest[1]) != lexWord) break;
+  for (; length < HWLEX_LIMIT && lexClass(*rest) == lexWord; ++rest)
+    ++length;
+  return length;
+}
+
+/// The spaces before the first line feed, where there are any, and everything after it.
 int32_t matchLineBreaks(Token token, char **cursor) {
   HWLEX_STATE *state = token.state;
   int32_t kind = HWLEX_NEWLINE;
   if (state->text[0] != '\n') {
-    token.takeBlanks();
+    token.takeSpaces();
     token.take(1);
   }
   uint32_t afterLast = token.length;
-  token.takeBlanks();
+  token.takeSpaces();
   while (!token.full() && *token.rest == '\n') {
     kind = HWLEX_PARA;
     token.take(1);
     afterLast = token.length;
-    token.takeBlanks();
+    token.takeSpaces();
   }
-  const uint32_t blanks = token.length - afterLast;
-  if (blanks == 0) return token.finish(kind, cursor);
-  // The blanks behind the last line feed are a token of their own, for the next call.
-  memcpy(state->pendingText, state->text + afterLast, blanks);
-  state->pendingText[blanks] = 0;
+  const uint32_t spaces = token.length - afterLast;
+  if (spaces == 0) return token.finish(kind, cursor);
+  // The spaces after the last line feed are a separate token, for the next call.
+  memcpy(state->pendingText, state->text + afterLast, spaces);
+  state->pendingText[spaces] = 0;
   token.length = afterLast;
   token.finish(kind, cursor);
   state->pending2 = state->pending1;
@@ -73,7 +85,10 @@ int32_t matchPunctuation(Token token, char **cursor) {
     if (!continuesPunctuation(waiting)) return HWLEX_PUNCT;
     token.state->text[token.length++] = static_cast<char>(waiting);
   }
-  token.take(lexPunctuationLength(token.length, token.rest) - token.length);
+  uint32_t more = 0;
+  while (token.length + more < HWLEX_LIMIT && continuesPunctuation(token.rest[more]))
+    ++more;
+  token.take(more);
   return token.finish(HWLEX_PUNCT, cursor);
 }
 
@@ -86,7 +101,7 @@ int32_t matchPunctuation(Token token, char **cursor) {
   Token token = {state, *cursor, 1};
   switch (lexClass(state->text[0])) {
   case lexWord:
-    token.take(lexQuotedLength(state->text[0], token.rest) - 1);
+    token.take(quotedLength(state->text[0], token.rest) - 1);
     return token.finish(HWLEX_WORD, cursor);
   case lexPunctuation:
     return matchPunctuation(token, cursor);
@@ -102,30 +117,13 @@ constexpr std::array<uint8_t, 256> runs = [] {
   return classes;
 }();
 
-/// Whether a run of blanks or line feeds turns out to be part of something longer.
+/// Whether a run of spaces or line feeds turns out to be part of something longer.
 bool isLineBreaks(uint8_t run, size_t more, char next) {
-  if (run == lexBlank) return next == '\n' && more < HWLEX_LIMIT - 1;
-  return more != 0 || lexClass(next) == lexBlank;
+  if (run == lexSpace) return next == '\n' && more < HWLEX_LIMIT - 1;
+  return more != 0 || lexClass(next) == lexSpace;
 }
 
 } // namespace
-
-uint32_t lexQuotedLength(char first, const char *rest) {
-  const char closing = first == '(' ? ')' : first;
-  uint32_t length = 1;
-  for (; length < HWLEX_LIMIT && *rest != 0; ++length, ++rest)
-    if (*rest == closing && lexClass(rest[1]) != lexWord) break;
-  for (; length < HWLEX_LIMIT && lexClass(*rest) == lexWord; ++rest)
-    ++length;
-  return length;
-}
-
-uint32_t lexPunctuationLength(uint32_t before, const char *rest) {
-  uint32_t length = before;
-  for (; length < HWLEX_LIMIT && continuesPunctuation(*rest); ++rest)
-    ++length;
-  return length;
-}
 
 int32_t getch(char **cursor) {
   const auto c = static_cast<uint8_t>(**cursor);
@@ -143,8 +141,8 @@ int32_t HWLEX_reset(HWLEX_STATE *state) {
   return 0;
 }
 
-// Most tokens of a highlight file are one or two bytes long. What costs is jumps: the common way has as few as can be,
-// and short runs are taken without one.
+// Most tokens of a highlight file are one or two bytes long, and jumps cost the most: the common path has as few as
+// possible, and short runs are taken without one.
 int32_t HWLEX_match(HWLEX_STATE *state, char **text, char **cursor) {
   int32_t c = state->pending1;
   if (c > UINT8_MAX) [[unlikely]] {

@@ -1,5 +1,4 @@
-// What the word splitter (gltLex.cpp) makes of bytes, and so does the reader, which has its own way to words
-// (gltWords.h). Both read the same words: whoever changes one changes the other, and a test compares them.
+// The class of every byte, for the lexer (gltLex.cpp) and for the reader's fast path (gltWords.h).
 #pragma once
 
 #include <array>
@@ -10,15 +9,15 @@
 
 inline constexpr int32_t lexKinds = 300;
 
-/// The kind of token (HWLEX_KIND, less `lexKinds`) that a byte is part of where nothing special is under way: a word, a
-/// blank, a line feed, another character, or, for '!' and for the end of the text, the end of a sentence. The set of
-/// word characters is fixed, odd members included: it is what makes a tag one word.
+/// The kind of token (HWLEX_KIND minus `lexKinds`) that a byte begins: a word, a space, a line feed, another character,
+/// or, for '!' and for the NUL that ends the text, the end of a sentence. The set of word characters is fixed, odd
+/// members included: it is what makes a tag such as "</XML>" one word.
 enum HWLEX_CLASS : uint8_t {
   lexPunctuation = HWLEX_PUNCT - lexKinds,
   lexWord = HWLEX_WORD - lexKinds,
   lexOther = HWLEX_OTHER - lexKinds,
   lexLineFeed = HWLEX_NEWLINE - lexKinds,
-  lexBlank = HWLEX_SPACE - lexKinds,
+  lexSpace = HWLEX_SPACE - lexKinds,
 };
 
 inline constexpr std::array<uint8_t, 256> lexClasses = [] {
@@ -36,7 +35,7 @@ inline constexpr std::array<uint8_t, 256> lexClasses = [] {
        {std::array{0x14, 0x15}, {0x80, 0xA5}, {0xB5, 0xB8}, {0xBD, 0xBE}, {0xC6, 0xC7}, {0xCF, 0xD8}, {0xE0, 0xED}})
     set(lexWord, first, last);
   for (const char c : {' ', '\t', '\v', '\f', '\r'})
-    set(lexBlank, c, c);
+    set(lexSpace, c, c);
   set(lexLineFeed, '\n', '\n');
   set(lexPunctuation, '!', '!');
   set(lexPunctuation, 0, 0);
@@ -44,12 +43,3 @@ inline constexpr std::array<uint8_t, 256> lexClasses = [] {
 }();
 
 constexpr uint8_t lexClass(char byte) { return lexClasses[static_cast<uint8_t>(byte)]; }
-
-// Both lengths end at HWLEX_LIMIT and at the end of the text.
-
-/// How many bytes a quoted word has that is `first` and what follows of `rest`: it holds blanks and anything else,
-/// until its closing character stands before a non-word character.
-uint32_t lexQuotedLength(char first, const char *rest);
-
-/// How many bytes the end of a sentence has that is `before` bytes and what follows of `rest`.
-uint32_t lexPunctuationLength(uint32_t before, const char *rest);

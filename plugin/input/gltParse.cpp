@@ -1,15 +1,21 @@
-// The reader of highlight files: a forgiving scanner over words (gltWords.h), not an XML parser. It fills one highlight
-// list and registers it at "</Body>".
+// The reader of highlight files: registerGLT reads a file's bytes into one highlight list and registers it at
+// "</Body>". It is a forgiving scanner over words, not an XML parser. Reading takes three parts:
 //
-// It owns a working copy of the bytes, from the host's allocator, until it returns, and the list until then or until
-// the registry takes it. Three early returns leave the copy behind on purpose: the host accounts for what its plug-ins
-// do not give back. No frame is opened around the registration, so a host call that raises there ends the reader and
-// loses what it owns.
+//   gltWords.h   finds the next word. It leaves quoted words, sentence ends and the end of the text to the lexer, which
+//                is gltLex.h.
+//   this source  looks the word up (gltKnownWords.h) and does what the word means.
+//   gltShape.h   reads a location tag that is written as the one before was, without finding its words.
+//
+// The reader owns a working copy of the bytes, from the host's allocator, until it returns, and the list until then or
+// until the registry takes it. Three early returns do not free the copy: the host accounts for what its plug-ins do not
+// give back. No frame is opened around the registration, so a host call that raises there ends the reader and loses
+// what it owns.
 #include <bit>
 #include <cstring>
 
 #include "plugin/glt/glt.h"
 #include "plugin/input/gltAux.h"
+#include "plugin/input/gltKnownWords.h"
 #include "plugin/input/gltShape.h"
 #include "plugin/input/gltWords.h"
 #include "plugin/md/mdUtils.h"
@@ -74,30 +80,30 @@ struct Reading {
   uint16_t red, green, blue;
   bool hasColor; ///< what the last colour came to
   Bool16 active;
-  uint8_t headerPending; ///< a bit an attribute: its name has come, its value has not; kept from tag to tag on purpose
+  uint8_t headerPending;   ///< a bit for each attribute whose name has come and whose value has not; kept between tags
   uint8_t locationPending; ///< likewise
-  TagShape shape;          ///< of the last location
+  TagShape shape;          ///< of locations
 };
 
 bool endsWithBracket(const LexWord &word) { return word.begin[word.length - 1] == '>'; }
 
-/// The word as a string, cut after `limit` bytes.
+/// The word as a string, truncated after `limit` bytes.
 void copyWord(char *out, const LexWord &word, size_t limit) {
   const size_t length = word.length < limit ? word.length : limit;
   memcpy(out, word.begin, length);
   out[length] = 0;
 }
 
-/// What a value is worth as a number: anything may stand there.
+/// The number that a value begins with; 0 for none.
 int32_t numberOf(const LexWord &word) {
   char text[HWLEX_LIMIT + 1];
   copyWord(text, word, HWLEX_LIMIT);
   return miAtol(text);
 }
 
-/// Whose value a word is that is the name of the attribute `name`, or of none (`count`): that of the first attribute
-/// that waits for one, unless the word is that attribute's name or an earlier one's. Then the name waits, and `count`
-/// is returned, as for a word that nothing waits for.
+/// The attribute that a word is the value of, or `count` for none. `name` is the attribute that the word names, or
+/// `count`. A word is the value of the first attribute, in their order, whose name has come and whose value has not;
+/// but a word that names that attribute or an earlier one is a name, and `pending` notes that its value is to come.
 uint8_t valueOf(uint8_t name, uint8_t count, uint8_t &pending) {
   const auto waiting = static_cast<uint8_t>(std::countr_zero(pending | 1U << count));
   if (name > waiting) {
@@ -108,7 +114,7 @@ uint8_t valueOf(uint8_t name, uint8_t count, uint8_t &pending) {
   return count;
 }
 
-/// Takes the '>' away that ends a tag. Whether there was one.
+/// Removes the '>' that ends a tag. False when there is none.
 bool dropBracket(LexWord &word) {
   const bool last = endsWithBracket(word);
   word.length -= last ? 1 : 0;
@@ -146,7 +152,8 @@ void takeHeaderAttribute(Reading &reading, uint8_t attribute, const LexWord &val
   }
 }
 
-/// The attributes of the body tag, up to a word that ends with '>'. Returns where that ends; null where the text does.
+/// Reads the attributes of the body tag, up to a word that ends with '>'. Returns where that word ends; null when the
+/// text ends before.
 const char *readHeader(Reading &reading, const char *at) {
   for (bool last = false; !last;) {
     LexWord word;
@@ -159,7 +166,7 @@ const char *readHeader(Reading &reading, const char *at) {
   return at;
 }
 
-/// A location's values; the last one is for what is no value.
+/// A location's values, by attribute; the last one is for words that are no value.
 using LocationValues = int32_t[locationAttributes + 1];
 constexpr LocationValues noValues = {-1, 0xFFFF, 0, 0};
 static_assert(attributePage == 0 && attributePosition == 1 && attributeLength == 2);
@@ -170,9 +177,9 @@ void addLocation(Reading &reading, const LocationValues &values) {
     HLL_AddHL(reading.list, values[attributePage], pos, static_cast<uint16_t>(values[attributeLength]));
 }
 
-/// Locations of a shape that is known. Returns where the last one of them ends.
+/// Reads locations as long as each has the known shape. Returns where the last of them ends.
 const char *readExpectedLocations(Reading &reading, const char *at) {
-  // Only where a location would be read word by word, and none of its names waits for a value.
+  // Not outside of a section, and not where the first word would be the value of an earlier location's attribute.
   while (reading.inSection && reading.locationPending == 0) {
     LocationValues values;
     memcpy(values, noValues, sizeof values);
@@ -184,35 +191,36 @@ const char *readExpectedLocations(Reading &reading, const char *at) {
   return at;
 }
 
-/// A location word by word, from behind its name; ends as a body tag does. Where a shape is given, it is learned if
-/// nothing in the tag is a value but numbers, and every name has its own; `part` is where it begins.
-const char *readLocation(Reading &reading, const char *at, TagShape *shape, const char *part) {
+/// Reads a location word by word, from the end of its name up to a word that ends with '>'. Returns where that word
+/// ends; null when the text ends before. Notes what its shape can be learned from.
+const char *readLocation(Reading &reading, const char *at, TagNotes &notes) {
   LocationValues values;
   memcpy(values, noValues, sizeof values);
   uint8_t pending = reading.locationPending;
+  notes.numbers = 0;
   bool plain = pending == 0;
   for (bool last = false; !last;) {
     const char *begin = lexStepOver(at);
     int32_t number;
-    const char *behind = lexDigits(begin, number);
-    if (behind != nullptr && lexStep(*behind) == 0) { // a whole word, and no name
+    const char *end = lexDigits(begin, number);
+    if (end != nullptr && lexStep(*end) == 0) { // a complete word, and no name
       const uint8_t attribute = valueOf(locationAttributes, locationAttributes, pending);
       values[attribute] = number;
-      if (shape != nullptr) shapeNumber(*shape, part, begin, attribute);
-      part = at = behind;
+      shapeNoteNumber(notes, begin, end, attribute);
+      at = end;
       continue;
     }
     LexWord word;
     at = lexNextWord(reading.text, begin, word);
     if (at == nullptr) break;
-    const uint32_t length = word.length;
+    notes.lastWord = word.length;
     last = dropBracket(word);
     const LocationAttribute name = locationNames.find(word, reading.text.end, locationAttributes);
     const uint8_t attribute = valueOf(name, locationAttributes, pending);
     if (attribute < locationAttributes) values[attribute] = numberOf(word);
     plain = plain && attribute == locationAttributes;
-    if (last && plain && pending == 0 && shape != nullptr) shapeEnd(*shape, part, at, length);
   }
+  notes.plain = plain && pending == 0;
   reading.locationPending = pending;
   addLocation(reading, values);
   return at;
@@ -229,7 +237,7 @@ Outcome readWords(Reading &reading) {
   if (roles.find(word, text.end, Role::other) != Role::header) return Outcome::abandoned;
   while (at != nullptr) {
     const char *const before = readExpectedLocations(reading, at);
-    const bool uncut = shapeHasRoom(text);
+    const bool unsplit = shapeIsUnsplit(text, before);
     at = lexStepOver(before);
     if (*at != '<') at = lexSkipText(text, at);
     at = lexNextWord(text, at, word);
@@ -248,8 +256,9 @@ Outcome readWords(Reading &reading) {
       break;
     case Role::location:
       if (reading.inSection && !endsWithBracket(word)) {
-        const bool learn = uncut && lexStepOver(before) == word.begin && shapeRelearn(reading.shape);
-        at = readLocation(reading, at, learn ? &reading.shape : nullptr, before);
+        TagNotes notes;
+        at = readLocation(reading, at, notes);
+        if (at != nullptr && unsplit && shapeMiss(reading.shape)) shapeLearn(reading.shape, before, at, notes);
       }
       break;
     case Role::endBody:
@@ -319,7 +328,7 @@ Bool16 registerGLT(Doc document, const void *data, uint32_t length) {
   Reading reading;
   memset(&reading, 0, sizeof reading);
   reading.document = document;
-  reading.text = {copy, copy + length, 0};
+  reading.text = {copy, copy + length, nullptr};
   reading.red = reading.green = reading.blue = 0xFFFF;
 
   const Outcome outcome = readWords(reading);

@@ -1,9 +1,12 @@
 // Learning a tag's shape, and reading a tag that has it.
 #include "plugin/input/gltShape.h"
 
+#include <cstring>
+
 namespace {
 
-bool isPart(TagPart &part, const char *begin, const char *end) {
+/// False when there are too many bytes.
+bool setPart(TagPart &part, const char *begin, const char *end) {
   if (static_cast<size_t>(end - begin) > TagPart::longest) return false;
   memset(&part, 0, sizeof part);
   part.length = static_cast<uint32_t>(end - begin);
@@ -12,7 +15,7 @@ bool isPart(TagPart &part, const char *begin, const char *end) {
   return true;
 }
 
-/// Whether two words of memory, of those that count, are what the part has from there on.
+/// Whether sixteen bytes of the text, where the mask counts them, are the part's bytes from its `first` eight bytes on.
 bool followsFrom(const TagPart &part, const char *at, size_t first) {
   uint64_t bytes[2];
   memcpy(bytes, at + 8 * first, sizeof bytes);
@@ -28,27 +31,23 @@ bool follows(const TagPart &part, const char *at) {
 
 } // namespace
 
-bool shapeRelearn(TagShape &shape) {
-  if (shape.known && ++shape.misses < 2) return false;
-  shape.known = false;
-  shape.fits = true;
-  shape.numbers = 0;
-  return true;
-}
+bool shapeMiss(TagShape &shape) { return !shape.known || ++shape.misses >= 2; }
 
-void shapeNumber(TagShape &shape, const char *begin, const char *end, uint8_t attribute) {
-  shape.fits = shape.fits && shape.numbers < TagShape::most && isPart(shape.parts[shape.numbers], begin, end);
-  if (shape.fits) shape.attributes[shape.numbers++] = attribute;
-}
-
-void shapeEnd(TagShape &shape, const char *begin, const char *end, uint32_t lastWord) {
-  shape.known = shape.fits && isPart(shape.parts[shape.numbers], begin, end);
-  shape.lastWord = lastWord;
+void shapeLearn(TagShape &shape, const char *begin, const char *end, const TagNotes &notes) {
+  shape.known = notes.plain && notes.numbers <= TagShape::most;
   shape.misses = 0;
+  shape.numbers = notes.numbers;
+  shape.lastWord = notes.lastWord;
+  for (uint32_t i = 0; shape.known && i < notes.numbers; ++i) {
+    shape.known = setPart(shape.parts[i], begin, notes.begins[i]);
+    shape.attributes[i] = notes.attributes[i];
+    begin = notes.ends[i];
+  }
+  shape.known = shape.known && setPart(shape.parts[notes.numbers], begin, end);
 }
 
 const char *shapeFollow(TagShape &shape, LexText &text, const char *at, int32_t *values) {
-  if (!shape.known || !shapeHasRoom(text)) return nullptr;
+  if (!shape.known || !shapeIsUnsplit(text, at)) return nullptr;
   for (uint32_t i = 0;; ++i) {
     const TagPart &part = shape.parts[i];
     if (static_cast<size_t>(text.end - at) < TagPart::longest || !follows(part, at)) return nullptr;
@@ -59,10 +58,10 @@ const char *shapeFollow(TagShape &shape, LexText &text, const char *at, int32_t 
     if (at == nullptr) return nullptr;
     values[shape.attributes[i]] = number;
   }
-  // The last word ends where it did before, or where another tag is joined.
-  const uint8_t behind = lexStep(*at);
-  if ((behind & ~stepOpening) != 0) return nullptr;
-  text.room = behind == stepOpening ? HWLEX_LIMIT - shape.lastWord : 0;
+  // The last word ends where it did before, or before a tag that is joined to it.
+  const uint8_t next = lexStep(*at);
+  if ((next & ~stepOpening) != 0) return nullptr;
+  text.token = next == stepOpening ? at - shape.lastWord : nullptr;
   shape.misses = 0;
   return at;
 }

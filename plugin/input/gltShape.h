@@ -1,11 +1,11 @@
 // The shape of a tag: its bytes without its numbers. A program that writes highlight files writes all tags alike, so
-// each tag is expected to have the shape of the one before. Where it does, there is nothing left to read but the
-// numbers, and the words come out the same, because the same bytes between the same borders do.
+// each tag is expected to have the shape of the one before. Where it has, only its numbers are read, and nothing else
+// is lost: the same bytes between the same borders give the same words.
 #pragma once
 
 #include "plugin/input/gltWords.h"
 
-/// A part of a tag between two numbers, or before the first or behind the last one.
+/// A part of a tag between two numbers, or before the first or after the last one.
 struct TagPart {
   static constexpr uint32_t longest = 32;
   uint64_t bytes[longest / 8], mask[longest / 8]; ///< the mask has ones where there are bytes
@@ -14,8 +14,7 @@ struct TagPart {
 
 struct TagShape {
   static constexpr uint32_t most = 3; ///< of numbers, whatever they mean
-  bool known;                         ///< whether a tag of this shape has been read to its end
-  bool fits;                          ///< while it is learned: whether there has been room for all so far
+  bool known;                         ///< whether a shape has been learned
   uint32_t misses;                    ///< tags since the last one that had it
   uint32_t numbers;                   ///< how many, `most` at most
   uint8_t attributes[most];           ///< what each is the value of
@@ -23,20 +22,37 @@ struct TagShape {
   uint32_t lastWord;       ///< that word's length
 };
 
-/// Whether a tag can begin here without being cut: else a shape says nothing of its words. Its first word lies within
-/// the first part, and so is shorter than that may be.
-inline bool shapeHasRoom(const LexText &text) { return text.room == 0 || text.room >= TagPart::longest; }
+/// What is noted of a tag while it is read word by word: what its shape can be learned from.
+struct TagNotes {
+  const char *begins[TagShape::most], *ends[TagShape::most]; ///< of the numbers, in their order
+  uint8_t attributes[TagShape::most];                        ///< what each is the value of
+  uint32_t numbers;                                          ///< how many; those after the first `most` are not noted
+  uint32_t lastWord;                                         ///< the length of the tag's last word
+  bool plain; ///< no value but numbers, each after its own name, and no name without a value
+};
 
-/// Notes a tag that has not this shape. True when its own is to be learned instead: then the shape has been emptied for
-/// it. Two spellings by turns are no reason.
-bool shapeRelearn(TagShape &shape);
-/// A number of the tag that is learned, which stands behind the part [begin, end).
-void shapeNumber(TagShape &shape, const char *begin, const char *end, uint8_t attribute);
-/// The end of the tag, behind the part [begin, end), whose last word has that many bytes. The shape is known then, if
-/// it fits.
-void shapeEnd(TagShape &shape, const char *begin, const char *end, uint32_t lastWord);
+inline void shapeNoteNumber(TagNotes &notes, const char *begin, const char *end, uint8_t attribute) {
+  if (notes.numbers < TagShape::most) {
+    notes.begins[notes.numbers] = begin;
+    notes.ends[notes.numbers] = end;
+    notes.attributes[notes.numbers] = attribute;
+  }
+  ++notes.numbers;
+}
 
-/// Reads the next tag from where the one before ended, if it has this shape: puts its numbers where they belong and
-/// returns where it ends. Otherwise null; then some values may have been written. `values` is indexed
-/// by the attributes that were given.
+/// Whether all of a tag's first part is within one token when the tag before ended at `at`. Otherwise the tag's name
+/// may have been split, and its bytes do not say where.
+inline bool shapeIsUnsplit(const LexText &text, const char *at) { return lexCapacity(text, at) >= TagPart::longest; }
+
+/// Counts a tag that has not this shape. True when that tag's own shape is to be learned instead: when none is known,
+/// and at the second miss in a row. Where two spellings alternate, one of them stays known.
+bool shapeMiss(TagShape &shape);
+
+/// Learns the shape of the tag that was read as [begin, end), from where the tag before ended. No shape is known
+/// afterwards if the tag is not plain, has too many numbers, or has a part that is too long.
+void shapeLearn(TagShape &shape, const char *begin, const char *end, const TagNotes &notes);
+
+/// Reads the next tag from `at` on, where the tag before ended, if it has this shape: stores its numbers as values of
+/// their attributes and returns where it ends. Otherwise null; then some values may have been written. `values` is
+/// indexed by the attributes that were noted.
 const char *shapeFollow(TagShape &shape, LexText &text, const char *at, int32_t *values);

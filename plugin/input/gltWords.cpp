@@ -1,6 +1,7 @@
-// The words that are not simply a run of word characters between others: those behind the end of a sentence, quoted
-// ones, cut ones, the longest, and the last of the text.
+// The words that the fast path does not find itself, and skipping text between tags.
 #include "plugin/input/gltWords.h"
+
+#include <bit>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -32,7 +33,7 @@ uint32_t notableOf(const char *at) {
 }
 #endif
 
-/// The first byte that opens or ends something.
+/// The first byte that a tag or a quoted word may begin with, or that ends a sentence or the text.
 const char *nextNotable([[maybe_unused]] const LexText &text, const char *at) {
 #ifdef __SSE2__
   for (; text.end - at >= 16; at += 16) {
@@ -45,45 +46,46 @@ const char *nextNotable([[maybe_unused]] const LexText &text, const char *at) {
   return at;
 }
 
+/// Where the lexer's next token begins, if it is a word or follows one: then nothing but its first byte may be in the
+/// look-ahead.
+const char *nextToken(const HWLEX_STATE &state, const char *cursor) { return cursor - (state.pending1 != 0 ? 1 : 0); }
+
 } // namespace
 
-const char *lexSkipText(LexText &text, const char *at) {
-  if (text.room != 0) return at;
-  // Words are cut every HWLEX_LIMIT bytes from the beginning of a run of word characters: `run`, when `known` is in it.
-  const char *known = at, *run = at;
-  for (;;) {
-    const char *const found = nextNotable(text, known);
-    const char *begin = found;
-    while (begin > known && lexClass(begin[-1]) == lexWord)
-      --begin;
-    if (begin > known) run = begin;
-    const auto before = static_cast<uint32_t>((found - run) % HWLEX_LIMIT);
-    if (before == 0 || (lexStep(*found) & stepElse) != 0) return found;
-    if (*found == '<' && found[-1] == '>') {
-      text.room = HWLEX_LIMIT - before;
-      return found;
-    }
-    known = found + 1;
+const char *lexNextByLexer(LexText &text, const char *at, LexWord &word) {
+  HWLEX_STATE state;
+  HWLEX_reset(&state);
+  auto *cursor = const_cast<char *>(at); // which is only read
+  // The lexer has already read the first byte of every token but the text's first one (HWLEX_match).
+  if (at != text.begin) state.pending1 = getch(&cursor);
+  while (*cursor != 0) {
+    const char *const begin = nextToken(state, cursor);
+    char *token = nullptr;
+    if (HWLEX_match(&state, &token, &cursor) != HWLEX_WORD) continue;
+    const auto length = static_cast<uint32_t>(nextToken(state, cursor) - begin);
+    const bool quoted = (lexStep(*begin) & stepQuote) != 0; // is never split
+    word = {begin, quoted ? length : lexPieceLength(begin, length)};
+    if (word.length < length) text.token = begin;
+    return begin + word.length;
   }
+  return nullptr;
 }
 
-const char *lexNextPiece(LexText &text, const char *at, LexWord &word) {
-  if (text.room == 0) {
-    while (*at == '!')
-      at = lexStepOver(at + lexPunctuationLength(1, at + 1));
-    if (*at == 0 || (at[1] == 0 && at != text.begin)) return nullptr;
-    if ((lexStep(*at) & stepQuote) != 0) {
-      word = {at, lexQuotedLength(*at, at + 1)};
-      return at + word.length;
+const char *lexSkipText(LexText &text, const char *at) {
+  if (text.token != nullptr) return at; // the next piece begins with '<'
+  const char *run = at; // where the word characters begin that `at` is among; each 250 of them are a token
+  for (;;) {
+    const char *const found = nextNotable(text, at);
+    const char *begin = found;
+    while (begin > at && lexClass(begin[-1]) == lexWord)
+      --begin;
+    if (begin > at) run = begin;
+    const auto before = static_cast<uint32_t>((found - run) % HWLEX_LIMIT); // of the token's bytes
+    if (before == 0 || (lexStep(*found) & stepElse) != 0) return found;
+    if (*found == '<' && found[-1] == '>') {
+      text.token = found - before;
+      return found;
     }
-    text.room = HWLEX_LIMIT;
+    at = found + 1;
   }
-  // Up to the place between two tags, or to the end of what may be one token.
-  uint32_t length = 1;
-  while (length < text.room && lexClass(at[length]) == lexWord && (at[length] != '<' || at[length - 1] != '>'))
-    ++length;
-  const bool joined = length < text.room && at[length] == '<';
-  text.room = joined ? text.room - length : 0;
-  word = {at, length};
-  return at + length;
 }

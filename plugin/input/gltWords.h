@@ -1,15 +1,18 @@
-// The words of a text where they stand: those that HWLEX_match returns until its cursor is at the end, in the same
-// order, and nothing else of its tokens. A word in which tags are joined ("/><loc") is cut between them. Nothing is
-// copied.
+// The words of a highlight file, where they are in the text: the first step of reading it (gltParse.cpp).
+//
+// They are the words that HWLEX_match returns, in the same order, but for one thing: where tags are joined, a word is
+// split before every '<' that follows a '>', so that "/><loc" gives the pieces "/>" and "<loc". A token has at most 250
+// bytes (HWLEX_LIMIT), which its pieces share: after a tag of 248 bytes, the joined "<loc" gives "<l", and the next
+// token begins with "oc".
+//
+// lexNextWord is the fast path: it finds plain words, which nearly all words of a highlight file are, without the lexer
+// and without a copy. It leaves to the lexer (lexNextByLexer) what is not plain: quoted words, sentence ends with the
+// word after them, and a word at the end of the text, which the lexer may not return ("c" in "a=b c", HWLEX_match).
 #pragma once
 
 #include <array>
-#include <bit>
 #include <cstdint>
-#include <cstring>
-#include <initializer_list>
 #include <limits>
-#include <string_view>
 
 #include "plugin/input/gltLexBytes.h"
 #include "plugin/util/shortLoop.h"
@@ -22,16 +25,16 @@ struct LexWord {
 
 /// A text that is being read.
 struct LexText {
-  const char *begin; ///< only here may a word be the text's last byte
-  const char *end;   ///< where its NUL stands, or further on
-  uint32_t room;     ///< while a word is being cut: how many bytes of it may still come; else 0
+  const char *begin;
+  const char *end;   ///< a NUL is here; the text may end before, at an earlier NUL
+  const char *token; ///< where the token begins that the next word is a further piece of; null when it is none
 };
 
-/// What the reader of words makes of a byte. A bit each, none for what it steps over.
+/// What a byte is to the fast path. It steps over bytes that are none of these.
 enum LexStep : uint8_t {
-  stepThrough = 1, ///< word characters, but for '<', before which a word may be cut
-  stepOpening = 2, ///< that
-  stepQuote = 4,   ///< what a quoted word begins with, besides `stepThrough`
+  stepThrough = 1, ///< a word character but '<'
+  stepOpening = 2, ///< '<', before which a word may be split
+  stepQuote = 4,   ///< begins a quoted word; inside of other words it is a word character
   stepElse = 8,    ///< the end of the text, or of a sentence
 };
 
@@ -55,38 +58,49 @@ inline const char *lexStepOver(const char *at) {
   return at;
 }
 
-/// What lexNextWord does where more than a run of word characters is to be seen.
-const char *lexNextPiece(LexText &text, const char *at, LexWord &word);
+/// How many bytes a piece has that begins at `at`: word characters up to a '<' that follows a '>', `capacity` at most.
+inline uint32_t lexPieceLength(const char *at, uint32_t capacity) {
+  uint32_t length = 1;
+  SHORT_LOOP
+  for (; length < capacity; ++length)
+    if ((lexStep(at[length]) & stepThrough) == 0 && (at[length] != '<' || at[length - 1] == '>')) break;
+  return length;
+}
 
-/// Takes the next word from `at` on, where the last one ended; returns where it ends. Null when the text runs out,
-/// which it does before its last byte where that is not the first one and would begin a token: the lexer's look-ahead
-/// has it then, and its cursor is at the end.
+/// How many bytes the token can still have that the next word belongs to, when that word begins at `at`.
+inline uint32_t lexCapacity(const LexText &text, const char *at) {
+  return text.token != nullptr ? HWLEX_LIMIT - static_cast<uint32_t>(at - text.token) : HWLEX_LIMIT;
+}
+
+/// Does what lexNextWord does, for any word, where a token begins at `at`.
+const char *lexNextByLexer(LexText &text, const char *at, LexWord &word);
+
+/// Takes the next word from `at` on, where the word before ended, or the text begins. Returns where it ends; null when
+/// there is none.
 inline const char *lexNextWord(LexText &text, const char *at, LexWord &word) {
   at = lexStepOver(at);
   if ((lexStep(*at) & (stepQuote | stepElse)) != 0) [[unlikely]]
-    return lexNextPiece(text, at, word);
-  const uint32_t room = text.room != 0 ? text.room : HWLEX_LIMIT;
-  uint32_t length = 1;
-  SHORT_LOOP
-  for (; length < room; ++length)
-    if ((lexStep(at[length]) & stepThrough) == 0) break;
-  const uint8_t behind = lexStep(at[length]);
-  const bool joined = behind == stepOpening && at[length - 1] == '>' && length < room;
-  if (behind != 0 && !joined) [[unlikely]]
-    return lexNextPiece(text, at, word);
-  text.room = joined ? room - length : 0;
+    return lexNextByLexer(text, at, word);
+  const uint32_t capacity = lexCapacity(text, at), length = lexPieceLength(at, capacity);
+  const char *const end = at + length;
+  if (*end == 0 && text.token == nullptr) [[unlikely]]
+    return lexNextByLexer(text, at, word);
+  if (*end != '<' || length == capacity)
+    text.token = nullptr;
+  else if (text.token == nullptr)
+    text.token = at;
   word = {at, length};
-  return at + length;
+  return end;
 }
 
-/// Leaves out words that do not begin with '<': from where one word ends to a place from which all others are still to
-/// come.
+/// Skips words that do not begin with '<'. Takes where the word before ended, and returns where to go on: no word that
+/// begins with '<' has been skipped, but the next word may be another one.
 const char *lexSkipText(LexText &text, const char *at);
 
-/// Numbers with more digits are not read on the way.
+/// Numbers with more digits are not read by lexDigits.
 inline constexpr int32_t lexNumberLimit = std::numeric_limits<int32_t>::digits10;
 
-/// Reads digits; returns where they end. Null where there is none, or one more than the limit.
+/// Reads a run of digits; returns where it ends. Null where there is none, or one longer than the limit.
 inline const char *lexDigits(const char *at, int32_t &number) {
   const auto digitOf = [](char c) { return static_cast<uint8_t>(c) - uint32_t{'0'}; };
   const char *const first = at;
@@ -99,77 +113,3 @@ inline const char *lexDigits(const char *at, int32_t &number) {
   number = static_cast<int32_t>(value);
   return at != first ? at : nullptr;
 }
-
-/// The first eight bytes of a word in lower case, blanks behind its end. As in memory: on machines of different byte
-/// orders the numbers differ. Of word characters none but letters changes into what a known word has.
-inline uint64_t lexHead(const LexWord &word, const char *end) {
-  constexpr uint64_t blanks = 0x2020202020202020;
-  uint64_t head = 0;
-  if (end - word.begin >= 8) [[likely]]
-    memcpy(&head, word.begin, 8);
-  else
-    memcpy(&head, word.begin, static_cast<size_t>(end - word.begin));
-  if (word.length < 8) {
-    const uint32_t unused = 64 - 8 * word.length;
-    head = std::endian::native == std::endian::big ? head >> unused << unused : head << unused >> unused;
-  }
-  return head | blanks;
-}
-
-/// A few words that mean something, found by one comparison whatever their case.
-template <typename Meaning> class LexKnownWords {
-public:
-  struct Known {
-    std::string_view word;
-    Meaning meaning;
-  };
-
-  constexpr LexKnownWords(std::initializer_list<Known> words) {
-    for (const Known &known : words) {
-      Slot &slot = slots_[slotOf(known.word.size(), known.word[1])];
-      sound_ = sound_ && slot.known.word.empty() && known.word.size() >= 2;
-      for (const char c : known.word)
-        sound_ = sound_ && canBeFound(c);
-      slot = {known, headOf(known.word)};
-    }
-  }
-
-  /// Whether every word can be found: no two share a slot, and all are of two bytes or more, in lower case, and of
-  /// bytes that no word character but a capital letter becomes by the bit that makes letters small.
-  constexpr bool sound() const { return sound_; }
-
-  /// What the word means, or `none`. `end` is the text's.
-  Meaning find(const LexWord &word, const char *end, Meaning none) const {
-    if (word.length < 2) return none;
-    const Slot &slot = slots_[slotOf(word.length, word.begin[1])];
-    if (word.length != slot.known.word.size() || lexHead(word, end) != slot.head) return none;
-    for (uint32_t i = 8; i < word.length; ++i)
-      if ((word.begin[i] | 0x20) != slot.known.word[i]) return none;
-    return slot.known.meaning;
-  }
-
-private:
-  struct Slot {
-    Known known;
-    uint64_t head;
-  };
-
-  static constexpr bool canBeFound(char c) {
-    const bool letter = c >= 'a' && c <= 'z';
-    return (c | 0x20) == c && (letter || lexClass(static_cast<char>(c & ~0x20)) != lexWord);
-  }
-
-  static constexpr size_t slotCount = 32;
-  static constexpr size_t slotOf(size_t length, char second) {
-    return (length * 7 + static_cast<uint8_t>(second | 0x20)) % slotCount;
-  }
-  static constexpr uint64_t headOf(std::string_view word) {
-    std::array<char, 8> bytes{};
-    for (size_t i = 0; i < bytes.size(); ++i)
-      bytes[i] = i < word.size() ? word[i] : ' ';
-    return std::bit_cast<uint64_t>(bytes);
-  }
-
-  Slot slots_[slotCount] = {};
-  bool sound_ = true;
-};

@@ -1,88 +1,37 @@
-// The reader's words beside the word splitter's: the same ones, cut between joined tags.
+// The reader's words beside the lexer's: the same ones, split between joined tags.
 #include "plugin/input/gltWords.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 
-#include "tests/plugin/input/tokens.h"
+#include "tests/plugin/input/words.h"
 #include "tests/support/Rows.h"
 
 namespace {
 
-using Words = std::vector<std::string>;
-
-/// What is to come out: the splitter's words until its cursor is at the end. One that is not quoted is cut behind every
-/// '>' that a '<' follows.
-Words splitterWords(const std::string &text) {
-  Words words;
-  for (Lexer lexer(text); *lexer.cursor != '\0';) {
-    const Token token = lexer.next();
-    if (token.kind != HWLEX_WORD) continue;
-    words.emplace_back();
-    for (const char c : token.text) {
-      const bool quoted = token.text[0] == '\'' || token.text[0] == '(';
-      if (!quoted && c == '<' && !words.back().empty() && words.back().back() == '>') words.emplace_back();
-      words.back() += c;
-    }
-  }
-  return words;
-}
-
-Words onlyTags(const Words &words) {
-  Words tags;
-  for (const std::string &word : words)
-    if (word[0] == '<') tags.push_back(word);
-  return tags;
-}
-
-/// A text alone in memory, so that a sanitizer sees every byte read beyond it.
-class Text {
-public:
-  explicit Text(const std::string &text) : bytes_(text.c_str(), text.c_str() + text.size() + 1) {
-    bytes_.shrink_to_fit();
-    text_ = {bytes_.data(), bytes_.data() + text.size(), 0};
-    at_ = text_.begin;
-  }
-
-  /// False at the end.
-  bool next(std::string &word) {
-    LexWord found;
-    at_ = lexNextWord(text_, at_, found);
-    if (at_ == nullptr) return false;
-    EXPECT_EQ(at_, found.begin + found.length);
-    word.assign(found.begin, found.length);
-    return true;
-  }
-
-  void skip() { at_ = lexSkipText(text_, at_); }
-
-private:
-  std::vector<char> bytes_;
-  LexText text_;
-  const char *at_;
-};
-
 Words wordsOf(const std::string &text) {
   Words words;
-  std::string word;
-  for (Text rest(text); rest.next(word);)
-    words.push_back(word);
+  LexWord word;
+  for (ReaderText rest(text); rest.next(word);) {
+    EXPECT_EQ(rest.at(), word.begin + word.length);
+    words.emplace_back(word.begin, word.length);
+  }
   return words;
 }
 
-/// The tags that are found when everything else is left out.
+/// The tags that are found when text between them is skipped.
 Words tagsOf(const std::string &text) {
   Words words;
-  std::string word;
-  Text rest(text);
+  LexWord word;
+  ReaderText rest(text);
   for (rest.skip(); rest.next(word); rest.skip())
-    words.push_back(word);
+    words.emplace_back(word.begin, word.length);
   return onlyTags(words);
 }
 
-void expectSplitterWords(const std::string &text) {
-  const Words words = splitterWords(text);
+void expectLexerWords(const std::string &text) {
+  const Words words = lexerWords(text);
   ASSERT_EQ(wordsOf(text), words) << testing::PrintToString(text);
   ASSERT_EQ(tagsOf(text), onlyTags(words)) << testing::PrintToString(text);
 }
@@ -96,7 +45,7 @@ class ReaderWords : public testing::TestWithParam<WordsRow> {};
 
 TEST_P(ReaderWords, Are) {
   EXPECT_EQ(wordsOf(GetParam().text), GetParam().words);
-  EXPECT_EQ(splitterWords(GetParam().text), GetParam().words);
+  EXPECT_EQ(lexerWords(GetParam().text), GetParam().words);
 }
 
 TEST_P(ReaderWords, NoTagIsLeftOut) { EXPECT_EQ(tagsOf(GetParam().text), onlyTags(GetParam().words)); }
@@ -201,8 +150,8 @@ INSTANTIATE_TEST_SUITE_P(SentenceEnds, ReaderWords, testing::ValuesIn(sentenceEn
 TEST(ReaderWords, EveryByteBetweenTwoTags) {
   for (int byte = 0; byte <= 0xFF; ++byte) {
     const std::string c(1, static_cast<char>(byte));
-    expectSplitterWords("<a>" + c + "<b> c");
-    expectSplitterWords("a" + c + "<b " + c + "> c");
+    expectLexerWords("<a>" + c + "<b> c");
+    expectLexerWords("a" + c + "<b " + c + "> c");
   }
 }
 
@@ -211,14 +160,14 @@ TEST(ReaderWords, TagsBehindTextOfEveryLength) {
     for (const char *behind :
          {"<b> c", " <b> c", "><b> c", "'<b> c' <d>", "'x><b> c' <d>", "(x <b> <c)", "!<b> c", "<"})
       for (const char *before : {"", "<a>", "!", "("})
-        expectSplitterWords(before + a(length) + behind);
+        expectLexerWords(before + a(length) + behind);
 }
 
 TEST(ReaderWords, JointsAtEveryPlaceAroundACut) {
   for (int length = 240; length <= 255; ++length)
     for (const char *behind : {"><b> c", "<b> c", ">><<b> c", "'><b>' c", "!><b> c", "<"})
       for (const char *before : {"", "<a>", "'", "!"})
-        expectSplitterWords(before + a(length) + behind);
+        expectLexerWords(before + a(length) + behind);
 }
 
 std::string generatedText(std::mt19937 &random) {
@@ -243,7 +192,7 @@ std::string generatedText(std::mt19937 &random) {
 TEST(ReaderWords, OfGeneratedTexts) {
   std::mt19937 random(20240611);
   for (int i = 0; i < 1500 && !testing::Test::HasFailure(); ++i)
-    expectSplitterWords(generatedText(random));
+    expectLexerWords(generatedText(random));
 }
 
 } // namespace

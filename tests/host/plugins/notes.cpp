@@ -20,6 +20,6 @@ struct Notes {
   tavrel::VersionNote own = {.text = "a version of 31 characters....."};
 };
 
-[[gnu::section(".note.tavrel"), gnu::used, gnu::aligned(4)]] const Notes notes;
+[[gnu::section(".note.tavrel"), gnu::used, gnu::aligned(4)]] const Notes notes{};
 
 } // namespace

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "host/document/boxes.h"
+
 namespace host {
 namespace {
 
@@ -37,24 +39,13 @@ std::vector<Span> disjoint(std::span<const tavrel::TextRange> ranges) {
 // they are of the word.
 Box share(const WordText &word, size_t first, size_t end) {
   const double count = static_cast<double>(word.text.size());
-  double from = static_cast<double>(first) / count;
-  double to = static_cast<double>(end) / count;
-  Box box = word.bounds;
-  if (word.quarterTurns >= 2) { // runs to the left or upwards: its start is the far end
-    from = 1 - from;
-    to = 1 - to;
-    std::swap(from, to);
-  }
-  if (word.quarterTurns % 2 == 0) {
-    const double width = box.right - box.left;
-    box.right = box.left + to * width;
-    box.left += from * width;
-  } else {
-    const double height = box.top - box.bottom;
-    box.bottom = box.top - to * height;
-    box.top -= from * height;
-  }
-  return box;
+  const double from = static_cast<double>(first) / count;
+  const double to = static_cast<double>(end) / count;
+  LineBox box = onLine(word.bounds, word.quarterTurns);
+  const double width = box.end - box.start;
+  box.end = box.start + to * width;
+  box.start += from * width;
+  return onPage(box, word.quarterTurns);
 }
 
 Box partOf(const WordText &word, size_t first, size_t end) {

@@ -23,9 +23,10 @@ inline constexpr int16_t contentOrderVersion = 1, readingOrderVersion = 2;
 /// Words or characters of one page. Lives as long as its document; equal ranges of a page are the same selection.
 struct Selection {
   int32_t page = 0;
-  size_t ranges = 0;      ///< how many of the ranges that it was made from cover something
+  size_t ranges = 0;      ///< how many of the ranges that it was made from cover something on the page
   std::vector<Box> boxes; ///< what is marked: a box a word (or part of a word)
   Box bounds;             ///< of all boxes
+  size_t offPage = 0;     ///< how many of the ranges cover something, but only outside of the page
 };
 
 class Document {

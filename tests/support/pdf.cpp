@@ -157,8 +157,8 @@ std::string fontDictionary(const PdfFont &font, size_t meanings, size_t glyph) {
 } // namespace
 
 std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs, const PdfFont &fontKind) {
-  // A page and its content alternate.
-  constexpr size_t tree = 2, font = 3, meanings = 4, glyph = 5, firstPage = 6;
+  constexpr size_t tree = 2, font = 3, meanings = 4, firstPage = 5; // a page and its content alternate
+  const size_t glyph = firstPage + 2 * pages.size();
   Font codes(readAs, fontKind.kind);
   std::vector<std::string> contents;
   std::string kids;
@@ -176,7 +176,6 @@ std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs, const
   writer.add("<< /Type /Pages /Kids [" + kids + "] /Count " + std::to_string(pages.size()) + " >>");
   writer.add("<< /Type /Font " + fontDictionary(fontKind, meanings, glyph) + " >>");
   writer.addStream(codes.meanings());
-  writer.addStream(std::to_string(fontKind.width) + " 0 d0 50 0 500 700 re f");
   for (size_t i = 0; i < pages.size(); ++i) {
     const PdfPage &page = pages[i];
     writer.add("<< /Type /Page /Parent " + reference(tree) + " /MediaBox [0 0 " + number(page.width) + " " +
@@ -185,6 +184,7 @@ std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs, const
                " >> >> /Contents " + reference(firstPage + 2 * i + 1) + " >>");
     writer.addStream(contents[i]);
   }
+  if (fontKind.kind == PdfFont::drawn) writer.addStream(std::to_string(fontKind.width) + " 0 d0 50 0 500 700 re f");
   return writer.finish();
 }
 

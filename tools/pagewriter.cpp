@@ -18,13 +18,17 @@ std::string counted(size_t count, const char *noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
+std::string alsoOffPage(size_t count) {
+  return count == 0 ? "" : ", " + std::to_string(count) + " outside of the page not marked";
+}
+
 } // namespace
 
 PageWriter::PageWriter(std::filesystem::path directory, double dpi, int32_t pageCount)
     : directory_(std::move(directory)), dpi_(dpi), pageCount_(pageCount), progress_(stdout) {}
 
 void PageWriter::write(host::Drawing &&drawing, std::string status) {
-  Page page{drawing.page, drawing.marks, std::move(status)};
+  Page page{drawing.page, drawing.marks, drawing.offPage, std::move(status)};
   if (workers_ == nullptr) {
     put(page, pngOf(drawing.image, dpi_));
     return;
@@ -71,12 +75,23 @@ void PageWriter::put(const Page &page, const std::optional<std::string> &png) {
   file.commit();
   pages_ += page.marks > 0 ? 1 : 0;
   hits_ += page.marks;
-  progress_.say("page " + std::to_string(page.number + 1) + " of " + std::to_string(pageCount_) + ": " +
-                counted(page.marks, "hit") + " -> " + place.string() +
+  offPage_ += page.offPage;
+  progress_.say(label(page.number) + counted(page.marks, "hit") + alsoOffPage(page.offPage) + " -> " + place.string() +
                 (page.status.empty() ? "" : " (" + page.status + ")"));
   progress_.show(page.number + 1, pageCount_);
 }
 
-std::string PageWriter::summary() const { return counted(pages_, "page") + " marked, " + counted(hits_, "hit"); }
+void PageWriter::reportOffPage(const host::Drawing &drawing) {
+  offPage_ += drawing.offPage;
+  progress_.say(label(drawing.page) + counted(drawing.offPage, "hit") + " outside of the page, not marked");
+}
+
+std::string PageWriter::label(int32_t page) const {
+  return "page " + std::to_string(page + 1) + " of " + std::to_string(pageCount_) + ": ";
+}
+
+std::string PageWriter::summary() const {
+  return counted(pages_, "page") + " marked, " + counted(hits_, "hit") + alsoOffPage(offPage_);
+}
 
 } // namespace tools

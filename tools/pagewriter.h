@@ -29,6 +29,8 @@ public:
   /// Writes a page now or, with workers, soon: files come to be in the order of the calls, and so do the lines.
   /// `status` is what plug-ins say of the page. Throws CommandFailure (exitOutput), perhaps for an earlier page.
   void write(host::Drawing &&drawing, std::string status);
+  /// Counts the hits of a page on which none could be marked, and prints a line. The page is not written.
+  void reportOffPage(const host::Drawing &drawing);
   /// Writes all that waits, and leaves the workers. Throws likewise; what waits behind a page that fails is forgotten.
   void finish();
 
@@ -40,7 +42,7 @@ public:
 private:
   struct Page {
     int32_t number;
-    size_t marks;
+    size_t marks, offPage;
     std::string status;
   };
   struct Waiting {
@@ -48,6 +50,7 @@ private:
     double pixels;
     std::future<std::optional<std::string>> png;
   };
+  std::string label(int32_t page) const;
   void put(const Page &page, const std::optional<std::string> &png);
   void putFirst();
 
@@ -58,7 +61,7 @@ private:
   Workers *workers_ = nullptr;
   std::deque<Waiting> waiting_;
   double pixelsWaiting_ = 0;
-  size_t pages_ = 0, hits_ = 0;
+  size_t pages_ = 0, hits_ = 0, offPage_ = 0;
 };
 
 } // namespace tools

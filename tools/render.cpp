@@ -133,9 +133,15 @@ void walkAll(Viewer &viewer, host::PdfFile &file, host::ViewerDocument &document
 
 void walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &file, host::ViewerDocument &document,
           size_t bytes, PageWriter &writer) {
-  const auto sink = [&](host::Drawing &&drawing) { writer.write(std::move(drawing), viewer.app.statusText()); };
+  const bool all = options.pages == "all";
+  const auto sink = [&](host::Drawing &&drawing) {
+    if (all || drawing.marks > 0)
+      writer.write(std::move(drawing), viewer.app.statusText());
+    else
+      writer.reportOffPage(drawing);
+  };
   try {
-    if (options.pages == "all")
+    if (all)
       walkAll(viewer, file, document, writer, sink);
     else // a press can be in vain once for each page that the file names, and it names no more than it has bytes
       walkMarkedPages(viewer.app, document, bytes, sink);

@@ -11,7 +11,7 @@ void walkMarkedPages(host::Application &app, host::ViewerDocument &document, siz
   const auto drawNewPage = [&] {
     auto drawing = app.drawIfNeeded(document);
     if (!drawing || !drawn.insert(drawing->page).second) return false;
-    if (drawing->marks > 0) sink(std::move(*drawing));
+    if (drawing->marks > 0 || drawing->offPage > 0) sink(std::move(*drawing));
     return true;
   };
   drawNewPage();

@@ -24,9 +24,10 @@ inline constexpr int16_t contentOrderVersion = 1, readingOrderVersion = 2;
 /// (select.h), so a pointer to one is good until the next selection is made.
 struct Selection {
   int32_t page = 0;
-  size_t ranges = 0;      ///< how many of the ranges that it was made from cover something
+  size_t ranges = 0;      ///< how many of the ranges that it was made from cover something on the page
   std::vector<Box> boxes; ///< what is marked: a box a word (or part of a word)
   Box bounds;             ///< of all boxes
+  size_t offPage = 0;     ///< how many of the ranges cover something, but only outside of the page
   /// When it was made, asked for or found by its handle last: greater is later, over all selections.
   mutable uint64_t lastUse = 0;
 };

@@ -15,6 +15,7 @@
 #include <system_error>
 #include <unordered_map>
 
+#include "host/document/boxes.h"
 #include "host/document/words.h"
 
 namespace host {
@@ -73,6 +74,42 @@ std::shared_ptr<const Bytes> wholeOf(const std::filesystem::path &file, uintmax_
   return bytes;
 }
 
+struct FoundWords {
+  std::vector<WordText> words;
+  std::vector<WordFont> fonts; // of each word; unknown where the list has none
+};
+
+// `height` is that of the page in points.
+FoundWords wordsOf(const std::vector<poppler::text_box> &list, double height) {
+  const auto upright = [height](const poppler::rectf &rect) {
+    return Box{rect.left(), height - rect.top(), rect.right(), height - rect.bottom()};
+  };
+  FoundWords result;
+  uint32_t offset = 0;
+  for (const poppler::text_box &box : list) {
+    WordText word;
+    word.text = codePoints(box.text());
+    if (word.text.empty()) // characters without a meaning in Unicode: nothing to count or to find
+      continue;
+    word.offset = offset;
+    word.bounds = upright(box.bbox());
+    word.quarterTurns = box.rotation();
+    word.characters.reserve(word.text.size());
+    for (size_t i = 0; i < word.text.size(); ++i) {
+      const poppler::rectf rect = box.char_bbox(i);
+      // A box that the library does not have comes as zeros, which would lie at the upper left of the page.
+      word.characters.push_back(hasArea(rect) ? upright(rect) : Box{});
+    }
+    offset += static_cast<uint32_t>(word.text.size()) + 1;
+    result.words.push_back(std::move(word));
+    if (box.has_font_info())
+      result.fonts.push_back({box.get_font_size(), box.get_wmode() == poppler::text_box::vertical_wmode});
+    else
+      result.fonts.emplace_back();
+  }
+  return result;
+}
+
 class PopplerFile final : public PdfFile {
 public:
   /// Throws as PdfFile::open does. With bytes, the file is in them.
@@ -119,6 +156,9 @@ private:
   std::unique_ptr<poppler::document> pdf_; // before the pages, which it outlives
   int32_t pages_ = 0;
   std::unordered_map<int32_t, ShownPage> shown_;
+  // Font information costs half as much again as the words alone, so it is only asked for where boxes need it; the page
+  // after such a page mostly needs it, too.
+  bool withFonts_ = false;
 };
 
 PopplerFile::PopplerFile(const std::filesystem::path &file, const std::string &password, const Stamp &stamp,
@@ -167,30 +207,13 @@ PageSize PopplerFile::pageSize(int32_t page) {
 
 PageText PopplerFile::text(int32_t page) {
   const ShownPage &that = shown(page);
-  const double height = that.size.height;
-  const auto upright = [height](const poppler::rectf &rect) {
-    return Box{rect.left(), height - rect.top(), rect.right(), height - rect.bottom()};
-  };
-  PageText result;
-  uint32_t offset = 0;
-  for (const poppler::text_box &box : that.pdf->text_list()) {
-    WordText word;
-    word.text = codePoints(box.text());
-    if (word.text.empty()) // characters without a meaning in Unicode: nothing to count or to find
-      continue;
-    word.offset = offset;
-    word.bounds = upright(box.bbox());
-    word.quarterTurns = box.rotation();
-    word.characters.reserve(word.text.size());
-    for (size_t i = 0; i < word.text.size(); ++i) {
-      const poppler::rectf rect = box.char_bbox(i);
-      // A box that the library does not have comes as zeros, which would lie at the upper left of the page.
-      word.characters.push_back(hasArea(rect) ? upright(rect) : Box{});
-    }
-    offset += static_cast<uint32_t>(word.text.size()) + 1;
-    result.words.push_back(std::move(word));
-  }
-  return result;
+  const auto takeWords = [&that](int options) { return wordsOf(that.pdf->text_list(options), that.size.height); };
+  FoundWords found = takeWords(withFonts_ ? poppler::page::text_list_include_font : 0);
+  const bool needFonts = std::any_of(found.words.begin(), found.words.end(), needsFont);
+  if (needFonts && !withFonts_) found = takeWords(poppler::page::text_list_include_font);
+  withFonts_ = needFonts;
+  if (needFonts) correctBoxes(found.words, found.fonts);
+  return {std::move(found.words)};
 }
 
 Image PopplerFile::render(int32_t page, double dpi) {

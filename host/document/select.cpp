@@ -6,10 +6,19 @@
 
 #include <algorithm>
 
+#include "host/document/boxes.h"
+
 namespace host {
 namespace {
 
 bool hasArea(const Box &box) { return box.right > box.left && box.top > box.bottom; }
+
+// Whether a part of the box that is wide enough to be painted lies on the page.
+bool overlaps(const Box &box, const PageSize &page) {
+  constexpr double least = 0.01; // points
+  return std::min(box.right, page.width) - std::max(box.left, 0.0) >= least &&
+         std::min(box.top, page.height) - std::max(box.bottom, 0.0) >= least;
+}
 
 bool same(const Box &a, const Box &b) {
   return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
@@ -37,24 +46,13 @@ std::vector<Span> disjoint(std::span<const tavrel::TextRange> ranges) {
 // they are of the word.
 Box share(const WordText &word, size_t first, size_t end) {
   const double count = static_cast<double>(word.text.size());
-  double from = static_cast<double>(first) / count;
-  double to = static_cast<double>(end) / count;
-  Box box = word.bounds;
-  if (word.quarterTurns >= 2) { // runs to the left or upwards: its start is the far end
-    from = 1 - from;
-    to = 1 - to;
-    std::swap(from, to);
-  }
-  if (word.quarterTurns % 2 == 0) {
-    const double width = box.right - box.left;
-    box.right = box.left + to * width;
-    box.left += from * width;
-  } else {
-    const double height = box.top - box.bottom;
-    box.bottom = box.top - to * height;
-    box.top -= from * height;
-  }
-  return box;
+  const double from = static_cast<double>(first) / count;
+  const double to = static_cast<double>(end) / count;
+  LineBox box = onLine(word.bounds, word.quarterTurns);
+  const double width = box.end - box.start;
+  box.end = box.start + to * width;
+  box.start += from * width;
+  return onPage(box, word.quarterTurns);
 }
 
 Box partOf(const WordText &word, size_t first, size_t end) {
@@ -95,8 +93,9 @@ std::vector<Box> wordBoxes(const PageText &text, std::span<const Span> spans, st
   return boxes;
 }
 
-template <typename BoxesOf> const Selection *
-SelectionStore::get(int32_t page, int16_t version, std::span<const tavrel::TextRange> ranges, const BoxesOf &boxesOf) {
+template <typename BoxesOf> const Selection *SelectionStore::get(int32_t page, const PageSize &size, int16_t version,
+                                                                 std::span<const tavrel::TextRange> ranges,
+                                                                 const BoxesOf &boxesOf) {
   Key key{page, version, {}};
   auto &places = std::get<2>(key);
   places.reserve(ranges.size());
@@ -111,8 +110,12 @@ SelectionStore::get(int32_t page, int16_t version, std::span<const tavrel::TextR
   selection->page = page;
   selection->boxes = boxesOf(disjoint(ranges));
   if (selection->boxes.empty()) return nullptr;
-  for (const tavrel::TextRange &range : ranges)
-    selection->ranges += boxesOf(disjoint({&range, 1})).empty() ? 0 : 1;
+  for (const tavrel::TextRange &range : ranges) {
+    const std::vector<Box> boxes = boxesOf(disjoint({&range, 1}));
+    const bool isOnPage = std::any_of(boxes.begin(), boxes.end(), [&](const Box &box) { return overlaps(box, size); });
+    selection->ranges += isOnPage ? 1 : 0;
+    selection->offPage += !isOnPage && !boxes.empty() ? 1 : 0;
+  }
   selection->bounds = selection->boxes.front();
   for (const Box &box : selection->boxes)
     selection->bounds = unionOf(selection->bounds, box);
@@ -146,7 +149,8 @@ void SelectionStore::dropUnused() {
 const Selection *SelectionStore::characters(int32_t page, std::span<const tavrel::TextRange> ranges,
                                             Document &document) {
   const PageText &text = document.pageText(page);
-  return get(page, 0, ranges, [&](const std::vector<Span> &spans) { return characterBoxes(text, spans); });
+  return get(page, document.pageSize(page), 0, ranges,
+             [&](const std::vector<Span> &spans) { return characterBoxes(text, spans); });
 }
 
 const Selection *SelectionStore::words(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version,
@@ -156,7 +160,8 @@ const Selection *SelectionStore::words(int32_t page, std::span<const tavrel::Tex
   const PageText &text = document.pageText(page);
   std::span<const uint32_t> order;
   if (version == contentOrderVersion) order = document.contentOrder(page);
-  return get(page, version, ranges, [&](const std::vector<Span> &spans) { return wordBoxes(text, spans, order); });
+  return get(page, document.pageSize(page), version, ranges,
+             [&](const std::vector<Span> &spans) { return wordBoxes(text, spans, order); });
 }
 
 tavrel::TextSelection Selections::add(const Selection *selection) {

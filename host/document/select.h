@@ -44,7 +44,7 @@ public:
 private:
   // Page, version of word extraction (0 for characters), each range's start and length.
   using Key = std::tuple<int32_t, int16_t, std::vector<std::pair<uint16_t, uint16_t>>>;
-  template <typename BoxesOf> const Selection *get(int32_t page, int16_t version,
+  template <typename BoxesOf> const Selection *get(int32_t page, const PageSize &size, int16_t version,
                                                    std::span<const tavrel::TextRange> ranges, const BoxesOf &boxesOf);
 
   using Made = std::map<Key, std::unique_ptr<Selection>>;

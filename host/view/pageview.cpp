@@ -168,8 +168,9 @@ void PageView::paint(const Selection &selection) {
   if (selection.page != drawing_->page)
     throw HostError(tavrel::errBadArgument, "the selection is not on the page being drawn");
   multiply(drawing_->image, selection.boxes,
-           {scale(), document_.pageSize(selection.page).height, drawing_->x, drawing_->y}, rgbOf(drawColor_));
+             {scale(), document_.pageSize(selection.page).height, drawing_->x, drawing_->y}, rgbOf(drawColor_));
   drawing_->marks += selection.ranges;
+  drawing_->offPage += selection.offPage;
 }
 
 const Image *PageView::background() {
@@ -182,7 +183,7 @@ const Image *PageView::background() {
 }
 
 Drawing PageView::cut(const Image &page) const {
-  Drawing drawing{{}, page_, 0, 0, 0, dpi_};
+  Drawing drawing{.page = page_, .dpi = dpi_};
   if (window_.width == 0) {
     drawing.image = page;
     return drawing;

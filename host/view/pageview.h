@@ -15,10 +15,11 @@ namespace host {
 
 /// A drawn page, or as much of it as a window shows.
 struct Drawing {
-  Image image;
+  Image image = {};
   int32_t page = 0;
-  size_t marks = 0; ///< how many ranges were painted
-  int x = 0, y = 0; ///< where on the page the image begins, in pixels
+  size_t marks = 0;   ///< how many ranges were painted
+  size_t offPage = 0; ///< how many were to be painted and lie outside of the page
+  int x = 0, y = 0;   ///< where on the page the image begins, in pixels
   double dpi = 0;
 };
 

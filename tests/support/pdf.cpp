@@ -46,13 +46,14 @@ std::u32string decoded(const std::string &utf8) {
   return result;
 }
 
-// The codes of one font: ASCII is itself, everything else gets the next code from 0x80.
+// The codes of one font: in a typewriter font ASCII is itself, everything else gets the next code from 0x80.
 class Font {
 public:
-  explicit Font(const ReadAs &readAs) : readAs_(readAs) {}
+  Font(const ReadAs &readAs, PdfFont::Kind kind)
+      : readAs_(readAs), hasAscii_(kind == PdfFont::typewriter), digits_(kind == PdfFont::vertical ? 4 : 2) {}
 
   uint32_t code(char32_t c) {
-    if (c < 0x80) return c;
+    if (c < 0x80 && hasAscii_) return c;
     const auto [place, isNew] = codes_.emplace(c, 0x80 + static_cast<uint32_t>(codes_.size()));
     if (place->second > 0xFE) throw std::logic_error("too many different characters for one font");
     return place->second;
@@ -61,7 +62,7 @@ public:
   std::string hexCodes(const std::string &utf8) {
     std::string result;
     for (const char32_t c : decoded(utf8))
-      result += hex(code(c), 2);
+      result += hex(code(c), digits_);
     return result;
   }
 
@@ -73,14 +74,17 @@ public:
     for (const auto &[c, text] : readAs_)
       all[code(c)] = text;
     std::string map = "/CIDInit /ProcSet findresource begin 12 dict begin begincmap /CMapType 2 def\n"
-                      "1 begincodespacerange <00> <FF> endcodespacerange\n";
+                      "1 begincodespacerange <" +
+                      hex(0, digits_) + "> <" + hex(digits_ == 2 ? 0xFF : 0xFFFF, digits_) + "> endcodespacerange\n";
     for (const auto &[code, text] : all)
-      map += "1 beginbfchar <" + hex(code, 2) + "> <" + utf16Hex(text) + "> endbfchar\n";
+      map += "1 beginbfchar <" + hex(code, digits_) + "> <" + utf16Hex(text) + "> endbfchar\n";
     return map + "endcmap CMapName currentdict /CMap defineresource pop end end\n";
   }
 
 private:
   const ReadAs &readAs_;
+  bool hasAscii_;
+  int digits_; // hexadecimal ones of a code
   std::map<char32_t, uint32_t> codes_;
 };
 
@@ -114,11 +118,48 @@ private:
 
 std::string reference(size_t object) { return std::to_string(object) + " 0 R"; }
 
+// Of 256 characters.
+std::string repeated(const std::string &item) {
+  std::string all;
+  for (int code = 0; code < 256; ++code)
+    all += item + " ";
+  return all;
+}
+
+// The dictionary of a font whose characters all are the drawing in one object.
+std::string drawnFont(const PdfFont &font, size_t glyph, const std::string &common) {
+  std::string names, glyphs;
+  for (int code = 0; code < 256; ++code) {
+    const std::string name = " /c" + std::to_string(code);
+    names += name;
+    glyphs += name + " " + reference(glyph);
+  }
+  return "/Subtype /Type3 /FontBBox [" + font.box + "] /FontMatrix [.001 0 0 .001 0 0] /Resources << >> /Encoding << " +
+         "/Type /Encoding /Differences [0" + names + "] >> /CharProcs <<" + glyphs + " >> " + common;
+}
+
+std::string fontDictionary(const PdfFont &font, size_t meanings, size_t glyph) {
+  const std::string toUnicode = "/ToUnicode " + reference(meanings);
+  const std::string common =
+      "/FirstChar 0 /LastChar 255 /Widths [" + repeated(std::to_string(font.width)) + "] " + toUnicode;
+  switch (font.kind) {
+  case PdfFont::drawn:
+    return drawnFont(font, glyph, common);
+  case PdfFont::vertical:
+    return "/Subtype /Type0 /BaseFont /Vertical /Encoding /Identity-V " + toUnicode +
+           " /DescendantFonts [<< /Type /Font /Subtype /CIDFontType2 /BaseFont /Vertical /CIDSystemInfo << /Registry "
+           "(Adobe) /Ordering (Identity) /Supplement 0 >> >>]";
+  default:
+    return "/Subtype /Type1 /BaseFont /Courier " + common;
+  }
+}
+
 } // namespace
 
-std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs) {
+std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs, const PdfFont &fontKind) {
   constexpr size_t tree = 2, font = 3, meanings = 4, firstPage = 5; // a page and its content alternate
-  Font codes(readAs);
+  const size_t glyph = firstPage + 2 * pages.size();
+  Font codes(readAs, fontKind.kind);
   std::vector<std::string> contents;
   std::string kids;
   for (const PdfPage &page : pages) {
@@ -130,15 +171,10 @@ std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs) {
     contents.push_back(content);
   }
 
-  std::string widths;
-  for (int code = 0; code < 256; ++code)
-    widths += "600 ";
-
   Writer writer;
   writer.add("<< /Type /Catalog /Pages " + reference(tree) + " >>");
   writer.add("<< /Type /Pages /Kids [" + kids + "] /Count " + std::to_string(pages.size()) + " >>");
-  writer.add("<< /Type /Font /Subtype /Type1 /BaseFont /Courier /FirstChar 0 /LastChar 255 /Widths [" + widths +
-             "] /ToUnicode " + reference(meanings) + " >>");
+  writer.add("<< /Type /Font " + fontDictionary(fontKind, meanings, glyph) + " >>");
   writer.addStream(codes.meanings());
   for (size_t i = 0; i < pages.size(); ++i) {
     const PdfPage &page = pages[i];
@@ -148,6 +184,7 @@ std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs) {
                " >> >> /Contents " + reference(firstPage + 2 * i + 1) + " >>");
     writer.addStream(contents[i]);
   }
+  if (fontKind.kind == PdfFont::drawn) writer.addStream(std::to_string(fontKind.width) + " 0 d0 50 0 500 700 re f");
   return writer.finish();
 }
 

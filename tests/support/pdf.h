@@ -1,7 +1,7 @@
 // Small PDFs for tests, written when the test runs: pages with text at given places. And a folder to put them in.
 //
-// The text is set in a typewriter font: every character is 0.6 times as wide as the font is high, so a test can say
-// where each of them lies.
+// The text is set in one font. In a typewriter font every character is 0.6 times as wide as the font is high, so a test
+// can say where each of them lies.
 #pragma once
 
 #include <filesystem>
@@ -30,8 +30,20 @@ struct PdfPage {
 /// What a character is extracted as, if not as itself: U+FB01 as "fi", for instance.
 using ReadAs = std::map<char32_t, std::u32string>;
 
-/// The bytes of a PDF. At most 127 different characters beyond ASCII.
-std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {});
+/// The font of a document.
+struct PdfFont {
+  enum Kind {
+    typewriter, ///< not embedded
+    drawn,      ///< every character is a black rectangle from the base line to 0.7 of the font's height
+    vertical    ///< not embedded; writes from the top down, each character as high as the font
+  };
+  Kind kind = typewriter;
+  int width = 600;             ///< of each character, in thousandths of the font's height
+  std::string box = "0 0 0 0"; ///< of a drawn font, as the file states it
+};
+
+/// The bytes of a PDF. At most 127 different characters; those of ASCII do not count in a typewriter font.
+std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {}, const PdfFont &font = {});
 
 /// A folder of its own that goes away with everything in it.
 class ScratchFolder {
@@ -45,8 +57,9 @@ public:
   /// A file in the folder with these bytes.
   std::filesystem::path write(const std::string &name, const std::string &bytes) const;
   /// A PDF in the folder.
-  std::filesystem::path pdf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {}) const {
-    return write("test.pdf", pdfOf(pages, readAs));
+  std::filesystem::path pdf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {},
+                            const PdfFont &font = {}) const {
+    return write("test.pdf", pdfOf(pages, readAs, font));
   }
 
 private:

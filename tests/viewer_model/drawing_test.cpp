@@ -55,6 +55,28 @@ struct DrawingTest : test::Sessions {
   }
 };
 
+// ---- marks ----
+
+TEST_F(DrawingTest, HitsOutsideOfThePageAreReported) {
+  const tavrel::PageDrawProc paint = [](tavrel::PageView view, void *) {
+    const tavrel::Page page = DocModel::DocOpenPage(TavrelView::DocGetModelDoc(TavrelView::GetFrontDoc()),
+                                                    TavrelView::PageViewGetPageNum(view));
+    const tavrel::TextRange first{0, 1};
+    TavrelView::PageViewPaintSelection(view, DocModel::SelectionFromWordRanges(page, &first, 1, 2));
+  };
+  app.registerPageDraw({guest.callback(paint), nullptr, guest.id});
+  // The glyphs of a vertical line that starts at the foot of the page lie below it.
+  open(folder.write("foot.pdf", test::pdfOf({test::pageWith("a", 50, 0), test::pageWith("b")}, {},
+                                            {.kind = test::PdfFont::vertical})));
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(drawing().marks, 0U);
+  EXPECT_EQ(session().message(), "Page 1: 1 hit is outside of the page and not marked");
+  session().view()->showPage(1);
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(drawing().marks, 1U);
+  EXPECT_EQ(session().message(), "");
+}
+
 // ---- waiting for pages ----
 
 TEST_F(DrawingTest, AnOutlineStandsWhereThePageIsAwaited) {

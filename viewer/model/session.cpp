@@ -296,13 +296,26 @@ bool Session::draw() {
   else if (!waitingSince_ || shown_.page != drawn->page())
     waitingSince_ = std::chrono::steady_clock::now();
   requestPages();
-  if (drawing) paintFound(*drawing);
+  if (drawing) {
+    paintFound(*drawing);
+    reportOffPage(*drawing);
+  }
   shown_ = {std::move(drawing), true, drawn->page(), drawn->pageWidth(), drawn->pageHeight(), drawn->scrollX(),
             drawn->scrollY()};
   forgetWords();
   if (!waits) app_.toolBar()->updateStates(); // what a button leads to depends on the page shown
   touch();
   return true;
+}
+
+// The line stays until a page is drawn that has no such hits, and replaces no other message.
+void Session::reportOffPage(const host::Drawing &drawing) {
+  std::string line;
+  if (drawing.offPage > 0)
+    line = "Page " + std::to_string(drawing.page + 1) + ": " + std::to_string(drawing.offPage) +
+           (drawing.offPage == 1 ? " hit is" : " hits are") + " outside of the page and not marked";
+  if (message_ == offPageLine_ && message_ != line) say(line);
+  offPageLine_ = line;
 }
 
 // The words of a page take a hundred times what they say; those of the pages seen last are kept.

@@ -187,6 +187,7 @@ private:
   void prepare(host::ViewerDocument &document);
   const host::Image *pageImage(host::ViewerDocument &document, int32_t page, double dpi);
   void paintFound(host::Drawing &drawing) const;
+  void reportOffPage(const host::Drawing &drawing);
   void showFound();
   OpenDocument *find(const host::ViewerDocument *document);
   OpenDocument *find(uint64_t number);
@@ -210,7 +211,7 @@ private:
   std::optional<FoundOnPage> found_;
   bool searching_ = false;
   bool wrapsAtOnce_ = false;
-  std::string findMessage_, message_, openingLine_;
+  std::string findMessage_, message_, openingLine_, offPageLine_;
   uint64_t changes_ = 1;
   Renderer renderer_; ///< the threads go first
   Searcher searcher_;

@@ -176,6 +176,19 @@ TEST_F(SelectionTest, CountsTheRangesThatCoverSomething) {
   EXPECT_EQ(characters({{0, 1}, {5, 1}, {6, 1}, {99, 1}})->ranges, 2U);
 }
 
+TEST_F(SelectionTest, RangesOutsideOfThePageAreCountedApart) {
+  // The glyph of a vertical line that starts at the foot of the page lies below it.
+  const auto vertical =
+      Document::open(folder.pdf({{.texts = {{.x = 50, .y = 300, .text = "a"}, {.x = 50, .y = 0, .text = "b"}}}}, {},
+                                {.kind = test::PdfFont::vertical}),
+                     "");
+  const std::vector<TextRange> both = {{0, 1}, {1, 1}};
+  const Selection *selection = vertical->selectWords(0, both, readingOrderVersion);
+  EXPECT_EQ(selection->boxes.size(), 2U);
+  EXPECT_EQ(selection->ranges, 1U);
+  EXPECT_EQ(selection->offPage, 1U);
+}
+
 TEST_F(SelectionTest, OverlappingRangesAreOneMark) {
   EXPECT_EQ(characters({{0, 3}, {1, 3}})->boxes.size(), 1U);
   EXPECT_EQ(words({{0, 2}, {1, 1}, {0, 1}})->boxes.size(), 2U);

@@ -43,6 +43,12 @@ public:
     return host::selections().add(&selections_.emplace_back(host::Selection{page, boxes.size(), boxes, boxes.at(0)}));
   }
 
+  /// A selection of one range that lies outside of the page.
+  tavrel::TextSelection selectOffPage(int32_t page) {
+    const host::Box box{0, -10, 10, -20};
+    return host::selections().add(&selections_.emplace_back(host::Selection{page, 0, {box}, box, 1}));
+  }
+
   static constexpr uint32_t paper = 0xFFFFFFFF;
   int renders = 0; ///< how many pages were rendered
 

@@ -105,6 +105,14 @@ TEST_F(Drawing, MarksAreTheRangesPainted) {
   EXPECT_EQ(app.draw(*document)->marks, 3U);
 }
 
+TEST_F(Drawing, RangesOutsideOfThePageAreCountedApart) {
+  plan.selection = model->selectOffPage(0);
+  paintWith(paint);
+  const auto drawing = app.draw(*document);
+  EXPECT_EQ(drawing->marks, 0U);
+  EXPECT_EQ(drawing->offPage, 1U);
+}
+
 TEST_F(Drawing, PaintingOutsideADrawRaises) {
   plan.selection = model->select(0, {{0, 10, 10, 0}});
   EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewPaintSelection(view, plan.selection); }),

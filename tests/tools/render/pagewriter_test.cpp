@@ -69,6 +69,25 @@ TEST_P(Pages, AreWrittenInOrderWithALineEach) {
   EXPECT_EQ(summary, "1 page marked, 2 hits");
 }
 
+TEST_P(Pages, CountTheHitsOutsideOfThePageApart) {
+  const std::string said = write([](host::Drawing &drawing) { drawing.offPage = drawing.page == 3 ? 1 : 0; });
+  EXPECT_THAT(said, HasSubstr("page 4 of 12: 2 hits, 1 outside of the page not marked -> "));
+  EXPECT_EQ(summary, "1 page marked, 2 hits, 1 outside of the page not marked");
+}
+
+TEST_P(Pages, WithoutAMarkAreReportedAndNotWritten) {
+  tools::PageWriter writer(folder.path() / "out", 100, pageCount);
+  host::Drawing drawing;
+  drawing.page = 6;
+  drawing.offPage = 2;
+  testing::internal::CaptureStdout();
+  writer.reportOffPage(drawing);
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "page 7 of 12: 2 hits outside of the page, not marked\n");
+  EXPECT_EQ(writer.summary(), "0 pages marked, 0 hits, 2 outside of the page not marked");
+  EXPECT_EQ(writer.hits(), 0U);
+  EXPECT_FALSE(fs::exists(folder.path() / "out"));
+}
+
 TEST_P(Pages, EndWithTheOneThatCannotBePutInItsPlace) {
   fs::create_directories(place("page-0006.png"));
   EXPECT_EQ(write(), lines(5) + place("page-0006.png").string() + ": Is a directory");

@@ -70,6 +70,13 @@ TEST_F(Walk, WritesNoPageWithoutMarks) {
   EXPECT_THAT(written, ElementsAre(3));
 }
 
+TEST_F(Walk, HandsOnAPageWhoseMarksCannotBePainted) {
+  plan.marks[3] = model->selectOffPage(3);
+  plan.stops = {1, 3, 4};
+  walk();
+  EXPECT_THAT(written, ElementsAre(3));
+}
+
 TEST_F(Walk, WritesAPageOnceHoweverOftenItComesBy) {
   markPages({1, 2});
   plan.stops = {1, 2, 1, 2, 1};

@@ -200,7 +200,7 @@ Drawing PageView::cut(const Image &page) const {
 }
 
 std::optional<Drawing> PageView::draw(const std::function<void()> &painters) {
-  if (drawing() || batchDepth_ > 0) return std::nullopt;
+  if (!mayDraw()) return std::nullopt;
   const Image *page = background();
   if (page == nullptr) return std::nullopt;
   invalid_ = false;

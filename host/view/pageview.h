@@ -92,6 +92,8 @@ public:
   /// Multiplies the selection onto the page being drawn. Throws errBadArgument when none is, or another.
   void paint(const Selection &selection);
   bool drawing() const { return drawing_ != nullptr; }
+  /// Whether nothing keeps draw() from drawing: no batch, no other drawing.
+  bool mayDraw() const { return !drawing() && batchDepth_ == 0; }
   /// Where pages come from instead of the document itself.
   void setSource(PageSource source) { source_ = std::move(source); }
   /// Draws the page shown; `painters` is called when the page is there and may paint onto it. Nothing within a batch

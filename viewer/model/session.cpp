@@ -24,13 +24,13 @@ Session::~Session() {
   if (app_.toolBar() != nullptr) app_.toolBar()->listener = {};
 }
 
-Session::OpenDocument *Session::find(const host::ViewerDocument *document) {
+Session::OpenDocument *Session::find(const host::ViewerDocument *document) const {
   const auto found =
       std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->document == document; });
   return found == open_.end() ? nullptr : found->get();
 }
 
-Session::OpenDocument *Session::find(uint64_t number) {
+Session::OpenDocument *Session::find(uint64_t number) const {
   const auto found = std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->number == number; });
   return found == open_.end() ? nullptr : found->get();
 }
@@ -267,43 +267,60 @@ void Session::requestPages() {
   renderer_.want(std::move(wanted));
 }
 
-bool Session::needsDrawing() const { return view() == nullptr ? shown_.document : view()->invalid(); }
+// Two resolutions can give a page the same width in pixels, and need an image each.
+bool Session::outlineIsShown() const {
+  host::PageView &awaited = *view();
+  if (!waitingSince_ || shown_.page != awaited.page() || shown_.dpi != awaited.dpi() ||
+      shown_.scrollX != awaited.scrollX() || shown_.scrollY != awaited.scrollY())
+    return false;
+  const OpenDocument *document = find(front());
+  return document == nullptr || !cache_.has({document->number, awaited.page(), awaited.dpi()});
+}
+
+bool Session::needsDrawing() const {
+  if (app_.calling()) return false;
+  if (view() == nullptr) return shown_.document;
+  return view()->invalid() && view()->mayDraw() && !outlineIsShown();
+}
 
 bool Session::draw() {
-  if (app_.calling()) return false;
+  if (!needsDrawing()) return false;
   host::PageView *drawn = view();
   if (drawn == nullptr) {
     waitingSince_.reset();
-    const bool news = shown_.document;
     shown_ = {};
-    return news;
+    return true;
   }
-  if (!drawn->invalid() || drawn->drawing()) return false;
-  std::optional<host::Drawing> drawing = app_.draw(*front());
-  const bool waits = !drawing;
-  if (waits && waitingSince_ && shown_.page == drawn->page() && shown_.pageWidth == drawn->pageWidth() &&
-      shown_.scrollX == drawn->scrollX() && shown_.scrollY == drawn->scrollY())
-    return false; // the outline is there already
+  // A plug-in may turn and scroll while it is drawn; the image is of what was to be seen before.
+  Shown shows{{},
+              true,
+              drawn->page(),
+              drawn->dpi(),
+              drawn->pageWidth(),
+              drawn->pageHeight(),
+              drawn->scrollX(),
+              drawn->scrollY()};
+  shows.drawing = app_.draw(*front());
+  const bool waits = !shows.drawing;
   if (!waits)
     waitingSince_.reset();
-  else if (!waitingSince_ || shown_.page != drawn->page())
+  else if (!waitingSince_ || shown_.page != shows.page)
     waitingSince_ = std::chrono::steady_clock::now();
   requestPages();
-  if (drawing) paintFound(*drawing);
-  shown_ = {std::move(drawing), true, drawn->page(), drawn->pageWidth(), drawn->pageHeight(), drawn->scrollX(),
-            drawn->scrollY()};
-  forgetWords();
+  if (!waits) paintFound(*shows.drawing);
+  shown_ = std::move(shows);
+  forgetWords(shown_.page);
   if (!waits) app_.toolBar()->updateStates(); // what a button leads to depends on the page shown
   touch();
   return true;
 }
 
 // The words of a page take a hundred times what they say; those of the pages seen last are kept.
-void Session::forgetWords() {
+void Session::forgetWords(int32_t shown) {
   constexpr size_t kept = 8;
   std::vector<int32_t> &withWords = find(front())->withWords;
-  std::erase(withWords, page());
-  withWords.push_back(page());
+  std::erase(withWords, shown);
+  withWords.push_back(shown);
   if (withWords.size() <= kept) return;
   front()->model->forgetText(withWords.front());
   withWords.erase(withWords.begin());

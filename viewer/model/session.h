@@ -44,8 +44,9 @@ struct Shown {
   std::optional<host::Drawing> drawing; ///< none: the outline
   bool document = false;                ///< whether there is a document at all
   int32_t page = 0;
+  double dpi = 0;
   int pageWidth = 0, pageHeight = 0; ///< of the whole page, in pixels
-  int scrollX = 0, scrollY = 0;
+  int scrollX = 0, scrollY = 0;      ///< when it was drawn
 };
 
 class Session {
@@ -129,7 +130,8 @@ public:
 
   /// Takes over what the threads have done.
   void collect();
-  /// Whether draw() has something to do.
+  /// Whether draw() has something to do now: not while a plug-in is called, nor while the page is awaited and its
+  /// outline is shown.
   bool needsDrawing() const;
   /// Draws the page in front, unless a plug-in is being called; true when there is something new to show.
   bool draw();
@@ -188,9 +190,10 @@ private:
   const host::Image *pageImage(host::ViewerDocument &document, int32_t page, double dpi);
   void paintFound(host::Drawing &drawing) const;
   void showFound();
-  OpenDocument *find(const host::ViewerDocument *document);
-  OpenDocument *find(uint64_t number);
-  void forgetWords();
+  OpenDocument *find(const host::ViewerDocument *document) const;
+  OpenDocument *find(uint64_t number) const;
+  void forgetWords(int32_t shown);
+  bool outlineIsShown() const;
 
   host::Application &app_;
   std::function<void()> wake_;

@@ -19,6 +19,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+// A stream of events must not keep the window from being drawn, nor a plug-in that asks for a drawing in each drawing
+// from being idle in between.
+constexpr auto frame = std::chrono::milliseconds(16);
+
 // A page that takes longer says so.
 constexpr auto patience = std::chrono::milliseconds(300);
 
@@ -44,7 +48,8 @@ void dragAction(::Widget /*widget*/, XEvent *event, String *arguments, Cardinal 
   });
 }
 
-void waitedLong(XtPointer timer, XtIntervalId * /*id*/) { *static_cast<XtIntervalId *>(timer) = 0; }
+// A timer that has the event loop go on.
+void timeIsUp(XtPointer timer, XtIntervalId * /*id*/) { *static_cast<XtIntervalId *>(timer) = 0; }
 
 uint32_t modifiersOf(const XEvent *event) {
   if (event == nullptr || (event->type != ButtonPress && event->type != ButtonRelease)) return 0;
@@ -214,8 +219,6 @@ void MainWindow::loop(const std::function<bool()> &until) {
   while (!quits_ && !until()) {
     XtAppProcessEvent(toolkit_.context(), XtIMAll); // waits
     const Clock::time_point woken = Clock::now();
-    // A stream of events must not keep the window from being drawn.
-    constexpr auto frame = std::chrono::milliseconds(16);
     while (!quits_ && !until() && XtAppPending(toolkit_.context()) != 0 && Clock::now() - woken < frame)
       XtAppProcessEvent(toolkit_.context(), XtIMAll);
     turn();
@@ -252,6 +255,9 @@ void MainWindow::show() {
     pageArea_->show();
     if (session_.shown().drawing && session_.shown().drawing->marks > 0) ++marks_;
   }
+  // A page-draw procedure may have turned or scrolled. A drawing that failed is tried again with the next event only.
+  if (session_.needsDrawing() && redrawTimer_ == 0)
+    redrawTimer_ = XtAppAddTimeOut(toolkit_.context(), frame.count(), timeIsUp, &redrawTimer_);
   watchWaiting();
   if (shownChanges_ != session_.changes()) {
     shownChanges_ = session_.changes();
@@ -280,7 +286,7 @@ void MainWindow::watchWaiting() {
         XtAppAddTimeOut(toolkit_.context(),
                         static_cast<unsigned long>(
                             std::chrono::duration_cast<std::chrono::milliseconds>(patience - waited).count() + 1),
-                        waitedLong, &waitingTimer_);
+                        timeIsUp, &waitingTimer_);
 }
 
 void MainWindow::showStatus() {

@@ -70,7 +70,7 @@ void Session::sayOpened() {
 void Session::takeOpened(OpenedFile opened) {
   const auto waiting =
       std::find_if(pending_.begin(), pending_.end(), [&](const Pending &one) { return one.number == opened.document; });
-  if (waiting == pending_.end()) return;
+  if (waiting == pending_.end()) return renderer_.close(opened.document); // nobody waits for it any more
   const Pending pending = std::move(*waiting);
   pending_.erase(waiting);
   sayOpened();
@@ -89,9 +89,11 @@ void Session::takeOpened(OpenedFile opened) {
   waitingSince_.reset();
   try {
     app_.open(host::Document::of(std::move(opened.pdf)), pending.target.file, screenDpi_, pending.target.parameters);
-  } catch (...) { // memory is exhausted
-    if (open_.back()->document == nullptr) open_.pop_back();
-    throw;
+  } catch (const std::bad_alloc &) {
+    if (open_.back()->document != nullptr) throw;
+    open_.pop_back();
+    renderer_.close(pending.number);
+    return complain(host::nameInMessage(pending.target.file) + ": memory is exhausted");
   }
   if (OpenDocument *before = pending.replaces ? find(*pending.replaces) : nullptr) replace(*before);
   app_.toolBar()->updateStates();
@@ -118,18 +120,20 @@ void Session::replace(OpenDocument &before) {
   now->view->scrollTo(x, y);
 }
 
-// Between a document's being there and the plug-ins' hearing of it.
+// Called when a document is there, before the plug-ins are notified. Where it fails, nothing refers to the document.
 void Session::prepare(host::ViewerDocument &document) {
-  open_.back()->document = &document;
-  order_.push_back(&document);
   host::PageView &view = *document.view;
   view.setMargin(margin_);
   if (windowWidth_ > 0) view.setWindow(windowWidth_, windowHeight_);
   view.setFit(fit_);
   view.setSource([this, &document](int32_t page, double dpi) { return pageImage(document, page, dpi); });
+  order_.push_back(&document);
+  open_.back()->document = &document;
 }
 
 void Session::close(OpenDocument &document) {
+  for (const Pending &one : pending_)
+    if (one.replaces == document.number) renderer_.close(one.number);
   std::erase_if(pending_, [&](const Pending &one) { return one.replaces == document.number; });
   renderer_.close(document.number);
   searcher_.close(document.number);

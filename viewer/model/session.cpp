@@ -11,7 +11,10 @@ namespace viewer {
 Session::Session(host::Application &app, const std::function<void()> &wake)
     : app_(app), wake_(wake), renderer_(wake), searcher_(wake) {
   app_.prepare = [this](host::ViewerDocument &document) { prepare(document); };
-  app_.listener = [this](host::ViewerDocument & /*document*/) { touch(); };
+  app_.listener = [this](host::ViewerDocument & /*document*/) {
+    touch();
+    if (pageListener) pageListener();
+  };
   app_.statusListener = [this] { touch(); };
   if (app_.toolBar() != nullptr) app_.toolBar()->listener = [this] { touch(); };
 }
@@ -313,9 +316,29 @@ bool Session::draw() {
   requestPages();
   if (!waits) paintFound(*shows.drawing);
   shown_ = std::move(shows);
+  shownDocument_ = find(front())->number;
+  withoutHighlights_.reset();
+  highlights_.clear();
+  showHighlights(); // those of the drawing just made
   forgetWords(shown_.page);
   if (!waits) app_.toolBar()->updateStates(); // what a button leads to depends on the page shown
   touch();
+  return true;
+}
+
+bool Session::showHighlights() {
+  const OpenDocument *document = find(front());
+  if (document == nullptr || document->number != shownDocument_ || !shown_.drawing) return false;
+  host::PageView &shown = *view();
+  if (!shown.mayDraw() || shown.highlights() == highlights_) return false;
+  host::Drawing drawing = *shown_.drawing;
+  if (withoutHighlights_) drawing.image = *withoutHighlights_;
+  shown.paintHighlights(drawing);
+  std::vector<host::MarkedArea> highlights = shown.highlights();
+  if (!withoutHighlights_) withoutHighlights_ = std::move(shown_.drawing->image);
+  if (highlights.empty()) withoutHighlights_.reset();
+  shown_.drawing = std::move(drawing);
+  highlights_ = std::move(highlights);
   return true;
 }
 

@@ -135,6 +135,11 @@ public:
   bool needsDrawing() const;
   /// Draws the page in front, unless a plug-in is being called; true when there is something new to show.
   bool draw();
+  /// Brings what plug-ins have highlighted (PageViewHighlightText) onto the drawing shown, also while one is called;
+  /// true when there is something new to show. The drawing itself stays, and no plug-in is called.
+  bool showHighlights();
+  /// Called when the page in front is invalid or its highlights have changed, from within the call into the plug-in.
+  std::function<void()> pageListener;
   const Shown &shown() const { return shown_; }
   /// Since when the page in front is waited for.
   std::optional<std::chrono::steady_clock::time_point> waitingSince() const { return waitingSince_; }
@@ -208,6 +213,9 @@ private:
   std::deque<OpenedFile> arrived_; ///< to be taken over
   PageCache cache_{cacheBytes};
   Shown shown_;
+  uint64_t shownDocument_ = 0;                   ///< the number of the document drawn
+  std::vector<host::MarkedArea> highlights_;     ///< that are on the drawing shown
+  std::optional<host::Image> withoutHighlights_; ///< that drawing as page-draw procedures left it, where there are any
   std::optional<std::chrono::steady_clock::time_point> waitingSince_;
   FindRequest request_;
   std::optional<FoundOnPage> found_;

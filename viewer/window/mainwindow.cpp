@@ -84,9 +84,18 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
     }
   }
   build();
+  // A plug-in may be at work for long after it has highlighted something.
+  session_.pageListener = [this] {
+    guarded([this] {
+      if (!session_.showHighlights()) return;
+      pageArea_->show();
+      XFlush(toolkit_.display());
+    });
+  };
 }
 
 MainWindow::~MainWindow() {
+  session_.pageListener = {};
   s_window = nullptr;
   for (host::ToolButton *button : own_) {
     button->ownAction = {};
@@ -251,10 +260,9 @@ void MainWindow::fillMenus() {
 }
 
 void MainWindow::show() {
-  if (session_.draw()) {
-    pageArea_->show();
-    if (session_.shown().drawing && session_.shown().drawing->marks > 0) ++marks_;
-  }
+  const bool drawn = session_.draw();
+  if (drawn && session_.shown().drawing && session_.shown().drawing->marks > 0) ++marks_;
+  if (session_.showHighlights() || drawn) pageArea_->show();
   // A page-draw procedure may have turned or scrolled. A drawing that failed is tried again with the next event only.
   if (session_.needsDrawing() && redrawTimer_ == 0)
     redrawTimer_ = XtAppAddTimeOut(toolkit_.context(), frame.count(), timeIsUp, &redrawTimer_);

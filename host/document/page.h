@@ -11,6 +11,7 @@ namespace host {
 /// bottom <= top.
 struct Box {
   double left = 0, top = 0, right = 0, bottom = 0;
+  bool operator==(const Box &) const = default;
 };
 
 /// Points, of the page as shown (rotated and cropped).

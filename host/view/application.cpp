@@ -30,15 +30,29 @@ ViewerDocument &Application::open(std::unique_ptr<Document> model, const std::fi
       if (listener) listener(document);
     });
   documents_.push_back(std::move(opened));
-  documentHandles_.add(&document);
-  if (document.view) viewHandles_.add(document.view.get());
-  if (prepare) prepare(document);
+  try {
+    documentHandles_.add(&document);
+    if (document.view) viewHandles_.add(document.view.get());
+    if (prepare) prepare(document);
+  } catch (...) { // no plug-in knows of it yet
+    forget(document);
+    throw;
+  }
   notify(tavrel::notifyDocDidOpen, document);
   return document;
 }
 
 void Application::close(ViewerDocument &document) {
-  notify(tavrel::notifyDocDidClose, document);
+  try {
+    notify(tavrel::notifyDocDidClose, document);
+  } catch (...) {
+    forget(document);
+    throw;
+  }
+  forget(document);
+}
+
+void Application::forget(ViewerDocument &document) {
   documentHandles_.remove(&document);
   if (document.view) viewHandles_.remove(document.view.get());
   std::erase_if(documents_, [&](const auto &one) { return one.get() == &document; });

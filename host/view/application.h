@@ -33,10 +33,11 @@ public:
   explicit Application(Runtime &runtime);
   ~Application() override; ///< closes the documents, with notice
 
-  /// Opens a document in front of all others and tells the plug-ins, after whoever prepares it. dpi 0: without a view.
+  /// Opens a document in front of all others and notifies the plug-ins, after `prepare`; where that throws, the
+  /// document is not opened. dpi 0: without a view.
   ViewerDocument &open(std::unique_ptr<Document> model, const std::filesystem::path &file, double dpi,
                        const std::string &parameters = {});
-  /// Tells the plug-ins, for whom the document is still there, and closes it.
+  /// Notifies the plug-ins, for whom the document is still there, and closes it, also where notifying throws.
   void close(ViewerDocument &document);
   /// Null without any document.
   ViewerDocument *front() const { return documents_.empty() ? nullptr : documents_.back().get(); }
@@ -82,6 +83,7 @@ public:
   std::function<void()> statusListener;
 
 private:
+  void forget(ViewerDocument &document);
   void tellStatus() const;
   void notify(tavrel::Notification selector, ViewerDocument &document);
   void beforeCall() override;

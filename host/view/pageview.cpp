@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include "host/kernel/geometry.h"
-#include "host/view/painting.h"
 
 namespace host {
 namespace {
@@ -134,14 +133,14 @@ tavrel::FixedMatrix PageView::transform() {
 void PageView::endBatch() {
   if (batchDepth_ == 0) throw HostError(tavrel::errBadArgument, "no batch is open");
   --batchDepth_;
-  tellIfInvalid();
+  tellIfChanged();
 }
 
 void PageView::restoreBatchDepth() noexcept {
   // None was saved by a view that was opened during the call.
   batchDepth_ = savedDepths_.empty() ? 0 : savedDepths_.back();
   if (!savedDepths_.empty()) savedDepths_.pop_back();
-  tellIfInvalid();
+  tellIfChanged();
 }
 
 void PageView::setDrawColor(const tavrel::ColorValue &color) {
@@ -151,22 +150,44 @@ void PageView::setDrawColor(const tavrel::ColorValue &color) {
 
 void PageView::invalidate() {
   invalid_ = true;
-  tellIfInvalid();
+  tellIfChanged();
 }
 
-void PageView::tellIfInvalid() {
-  if (invalid_ && batchDepth_ == 0 && listener_) listener_();
+void PageView::tellIfChanged() {
+  if ((!invalid_ && !highlightsChanged_) || batchDepth_ > 0) return;
+  highlightsChanged_ = false;
+  if (listener_) listener_();
 }
 
-void PageView::toggleHighlight(const Selection &selection) {
-  if (highlighted_.erase(&selection) == 0) highlighted_.insert(&selection);
-  if (selection.page == page_) invalidate();
+void PageView::refresh() {
+  highlights_.clear();
+  invalidate();
+}
+
+void PageView::highlight(const Selection &selection) {
+  if (drawnPage_ != selection.page) return;
+  MarkedArea area{selection.page, selection.boxes};
+  if (std::find(painted_.begin(), painted_.end(), area) != painted_.end()) return invalidate();
+  if (std::erase(highlights_, area) == 0) highlights_.push_back(std::move(area));
+  highlightsChanged_ = true;
+  tellIfChanged();
+}
+
+void PageView::paintHighlights(Drawing &drawing) {
+  std::vector<Box> boxes;
+  for (const MarkedArea &area : highlights_)
+    if (area.page == drawing.page) boxes.insert(boxes.end(), area.boxes.begin(), area.boxes.end());
+  const double perPoint = drawing.dpi / pointsPerInch;
+  multiply(drawing.image, boxes, {perPoint, document_.pageSize(drawing.page).height, drawing.x, drawing.y},
+           highlightColor);
 }
 
 void PageView::paint(const Selection &selection) {
   if (drawing_ == nullptr) throw HostError(tavrel::errBadArgument, "no page is being drawn");
   if (selection.page != drawing_->page)
     throw HostError(tavrel::errBadArgument, "the selection is not on the page being drawn");
+  painted_.push_back({selection.page, selection.boxes});
+  std::erase(highlights_, painted_.back()); // or both would be seen
   multiply(drawing_->image, selection.boxes,
              {scale(), document_.pageSize(selection.page).height, drawing_->x, drawing_->y}, rgbOf(drawColor_));
   drawing_->marks += selection.ranges;
@@ -201,15 +222,21 @@ Drawing PageView::cut(const Image &page) const {
 }
 
 std::optional<Drawing> PageView::draw(const std::function<void()> &painters) {
-  if (drawing() || batchDepth_ > 0) return std::nullopt;
+  if (!mayDraw()) return std::nullopt;
   const Image *page = background();
   if (page == nullptr) return std::nullopt;
+  Drawing drawing = cut(*page);
   invalid_ = false;
   seen_ = true;
-  Drawing drawing = cut(*page);
-  {
+  drawnPage_ = page_;
+  painted_.clear();
+  highlights_.clear();
+  try {
     const UnderWay underWay(drawing_, &drawing);
     painters();
+  } catch (...) {
+    invalid_ = true;
+    throw;
   }
   return drawing;
 }

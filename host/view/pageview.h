@@ -6,10 +6,10 @@
 
 #include <functional>
 #include <optional>
-#include <unordered_set>
 #include <vector>
 
 #include "host/document/document.h"
+#include "host/view/painting.h"
 
 namespace host {
 
@@ -21,6 +21,13 @@ struct Drawing {
   size_t offPage = 0; ///< how many were to be painted and lie outside of the page
   int x = 0, y = 0;   ///< where on the page the image begins, in pixels
   double dpi = 0;
+};
+
+/// What a selection marks. A copy, because the selection may be gone when it is looked at again.
+struct MarkedArea {
+  int32_t page = 0;
+  std::vector<Box> boxes;
+  bool operator==(const MarkedArea &) const = default;
 };
 
 /// What decides how large a page is shown.
@@ -86,13 +93,22 @@ public:
   void invalidate();
   bool invalid() const { return invalid_; }
 
-  /// The selection counts as highlighted, or not any more if it did.
-  void toggleHighlight(const Selection &selection);
-  bool highlighted(const Selection &selection) const { return highlighted_.contains(&selection); }
+  /// The same on behalf of a plug-in, which has changed what is to be marked: highlights end.
+  void refresh();
+
+  /// Highlights a selection of the page drawn last, or ends that; no page-draw procedure is called. The next drawing
+  /// ends it, too. Where a page-draw procedure has painted the selection, the page is drawn anew instead.
+  void highlight(const Selection &selection);
+  const std::vector<MarkedArea> &highlights() const { return highlights_; }
+  /// Multiplies what is highlighted onto a drawing of this view, where highlights overlap once.
+  void paintHighlights(Drawing &drawing);
+  static constexpr Rgb highlightColor{0xB4, 0xD5, 0xFE};
 
   /// Multiplies the selection onto the page being drawn. Throws errBadArgument when none is, or another.
   void paint(const Selection &selection);
   bool drawing() const { return drawing_ != nullptr; }
+  /// Whether nothing keeps draw() from drawing: no batch, no other drawing.
+  bool mayDraw() const { return !drawing() && batchDepth_ == 0; }
   /// Where pages come from instead of the document itself.
   void setSource(PageSource source) { source_ = std::move(source); }
   /// Draws the page shown; `painters` is called when the page is there and may paint onto it. Nothing within a batch
@@ -109,7 +125,7 @@ private:
   const Image *background();
   Drawing cut(const Image &page) const;
   void chooseDpi();
-  void tellIfInvalid();
+  void tellIfChanged();
 
   Document &document_;
   std::function<void()> listener_;
@@ -125,7 +141,11 @@ private:
   std::vector<size_t> savedDepths_; ///< a value for each call into a plug-in that is under way
   tavrel::ColorValue drawColor_;
   bool invalid_ = true;
-  std::unordered_set<const Selection *> highlighted_;
+  // Kept apart from pixels: the next drawing begins without them.
+  std::vector<MarkedArea> highlights_;
+  bool highlightsChanged_ = false;  ///< and the listener is not notified yet
+  std::vector<MarkedArea> painted_; ///< by page-draw procedures, in the last drawing
+  std::optional<int32_t> drawnPage_;
   Drawing *drawing_ = nullptr; ///< the one under way
   // The page without marks as it was rendered last: marks come and go more often than pages.
   struct Rendered {

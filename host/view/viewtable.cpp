@@ -126,7 +126,7 @@ void scrollToPoint(ViewHandle handle, int16_t x, int16_t y) {
 
 // A view is drawn as a whole, so an area of it is no more than a reason.
 void refreshArea(ViewHandle handle, const tavrel::DeviceRect * /*area*/) {
-  if (PageView *view = viewOf(handle)) view->invalidate();
+  if (PageView *view = viewOf(handle)) view->refresh();
 }
 
 void registerPageDrawProc(Callback callback, void *clientData) {
@@ -142,7 +142,7 @@ void paintSelection(ViewHandle handle, tavrel::TextSelection selection) {
 }
 
 void highlightText(ViewHandle handle, tavrel::TextSelection selection) {
-  if (PageView *view = viewOf(handle)) view->toggleHighlight(selections().find(selection));
+  if (PageView *view = viewOf(handle)) view->highlight(selections().find(selection));
 }
 
 // ---- the tool bar

@@ -85,7 +85,7 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   /* Scrolls so that the device point (x, y) becomes the upper left of the visible area, as far as the page            \
      reaches. [raises] */                                                                                              \
   OPERATION(14, PageViewScrollToPoint, void(PageView view, int16_t x, int16_t y))                                      \
-  /* Has an area drawn anew; null is the whole view. [raises] */                                                       \
+  /* Has an area drawn anew; null is the whole view. What PageViewHighlightText has marked ends. [raises] */           \
   OPERATION(15, PageViewRefreshArea, void(PageView view, const DeviceRect *area))                                      \
   /* Has a callback (PageDrawProc) called for every page drawn from now on, behind those that came before. A second    \
      registration of the same callback and data is none. [raises] */                                                   \
@@ -116,7 +116,10 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   /* Marks a selection on the page being drawn, in the drawing colour; the marks are multiplied onto the page.         \
      [raises] when nothing is being drawn or another page is */                                                        \
   OPERATION(27, PageViewPaintSelection, void(PageView view, TextSelection selection))                                  \
-  /* Tells that the marks of a selection come or go: its area is drawn anew. [raises] */                               \
+  /* Marks a selection at once on the page as it is on the screen, in the host's selection colour, without a call of   \
+     page-draw procedures; called again for it, takes the mark off. It lasts until the page is drawn anew, which shows \
+     what page-draw procedures paint and nothing else. A selection that they have painted there is not marked twice:   \
+     its page is drawn anew. One of a page that is not on the screen is ignored. [raises] */                           \
   OPERATION(28, PageViewHighlightText, void(PageView view, TextSelection selection))                                   \
   /* Whether any handler is registered for a type of auxiliary data. [no-raise] */                                     \
   OPERATION(29, HasAuxDataHandler, Bool16(Atom type))                                                                  \

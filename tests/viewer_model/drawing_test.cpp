@@ -41,6 +41,17 @@ struct DrawingTest : test::Sessions {
     return made;
   }
 
+  void drawsWith(tavrel::PageDrawProc procedure) {
+    app.registerPageDraw({guest.callback(procedure), nullptr, guest.id});
+  }
+  // As the event loop does before it waits; how many drawings there were.
+  int drawsUntilNothingIsToBeDrawn() {
+    int drawings = 0;
+    for (; session().needsDrawing() && drawings < 10; ++drawings)
+      EXPECT_TRUE(session().draw());
+    return drawings;
+  }
+
   // The words of a page leave a trace in the document as long as they are kept.
   void marksWords(int32_t page) {
     const_cast<host::PageText &>(session().front()->model->pageText(page)).words.clear();
@@ -92,7 +103,7 @@ TEST_F(DrawingTest, TheOutlineIsDrawnOnce) {
   openPages({test::slowPage()});
   EXPECT_TRUE(session().draw());
   EXPECT_FALSE(session().draw());
-  EXPECT_TRUE(session().needsDrawing());
+  EXPECT_TRUE(session().view()->invalid());
 }
 
 TEST_F(DrawingTest, ThePageIsWaitedForUntilItIsThere) {
@@ -105,6 +116,19 @@ TEST_F(DrawingTest, ThePageIsWaitedForUntilItIsThere) {
   EXPECT_EQ(session().waitingSince(), since);
   ASSERT_TRUE(draws());
   EXPECT_FALSE(session().waitingSince());
+}
+
+// Fitted to 302 pixels the page is 201.3 pixels wide, and 202 to 303: either way its image has 202 columns.
+TEST_F(DrawingTest, AnAwaitedPageIsAskedForAgainWhenOnlyItsResolutionChanges) {
+  openPages({test::slowPage()});
+  session().setFit(host::Fit::page);
+  session().setWindow(width, 302, 0);
+  ASSERT_TRUE(session().draw());
+  const int columns = session().shown().pageWidth;
+  session().setWindow(width, 303, 0);
+  ASSERT_EQ(session().view()->pageWidth(), columns);
+  ASSERT_TRUE(draws());
+  EXPECT_EQ(drawing().dpi, session().view()->dpi());
 }
 
 TEST_F(DrawingTest, NothingIsWaitedForWhenTheDocumentIsClosed) {
@@ -338,6 +362,59 @@ TEST_F(DrawingTest, APluginThatTurnsThePageWhileItDrawsIsFollowed) {
   ASSERT_TRUE(draws());
   EXPECT_EQ(drawing().page, 1);
   EXPECT_EQ(session().shown().page, 1);
+}
+
+TEST_F(DrawingTest, APluginThatScrollsWhileItDrawsIsFollowedWithoutAnotherEvent) {
+  openPages(test::numberedPages(1));
+  ASSERT_TRUE(draws());
+  drawsWith([](tavrel::PageView view, void *) { TavrelView::PageViewScrollToPoint(view, 0, 120); });
+  session().view()->invalidate();
+  EXPECT_EQ(drawsUntilNothingIsToBeDrawn(), 2);
+  EXPECT_EQ(session().shown().scrollY, 120);
+}
+
+TEST_F(DrawingTest, AnImageIsShownWhereItWasDrawnThoughAPluginScrollsMeanwhile) {
+  openPages(test::numberedPages(1));
+  ASSERT_TRUE(draws());
+  drawsWith([](tavrel::PageView view, void *) { TavrelView::PageViewScrollToPoint(view, 0, 120); });
+  session().view()->invalidate();
+  ASSERT_TRUE(session().draw());
+  EXPECT_EQ(drawing().y, 0);
+  EXPECT_EQ(session().shown().scrollY, 0);
+}
+
+TEST_F(DrawingTest, AnImageIsOfThePageDrawnThoughAPluginTurnsMeanwhile) {
+  openPages({test::pageWith("first"), {.width = 400, .height = 500}});
+  ASSERT_TRUE(draws());
+  drawsWith([](tavrel::PageView view, void *) { TavrelView::PageViewShowPage(view, 1); });
+  session().view()->invalidate();
+  ASSERT_TRUE(session().draw());
+  EXPECT_EQ(session().shown().page, 0);
+  EXPECT_EQ(session().shown().pageHeight, 600);
+  EXPECT_TRUE(session().needsDrawing());
+}
+
+TEST_F(DrawingTest, AnAwaitedPageNeedsNoDrawingUntilItIsThere) {
+  openPages({test::slowPage()});
+  EXPECT_TRUE(session().needsDrawing());
+  session().draw();
+  EXPECT_FALSE(session().needsDrawing());
+  ASSERT_TRUE(until([&] { return session().needsDrawing(); }));
+  EXPECT_TRUE(session().draw());
+  EXPECT_TRUE(session().shown().drawing);
+}
+
+TEST_F(DrawingTest, NothingNeedsDrawingWhileAPluginIsCalled) {
+  openPages(test::numberedPages(1));
+  session().press(button([](tavrel::ToolButton, void *) {
+                    s_session->view()->invalidate();
+                    s_drew = s_session->needsDrawing();
+                    ++s_presses;
+                  }),
+                  0);
+  EXPECT_EQ(s_presses, 1);
+  EXPECT_FALSE(s_drew);
+  EXPECT_TRUE(session().needsDrawing());
 }
 
 // ---- buttons ----

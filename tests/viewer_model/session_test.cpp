@@ -328,6 +328,40 @@ TEST_F(SessionTest, ReloadingKeepsPasswordAndParameters) {
   EXPECT_EQ(session().front()->parameters, "xml=h.xml");
 }
 
+// The thread does what it is told in order: once it has rendered another file's page, it has closed what is closed.
+TEST_F(SessionTest, AReloadOfADocumentThatIsClosedBeforeGivesTheFileBack) {
+  const auto file = write("paper.pdf", test::numberedPages(1));
+  open(file);
+  const size_t before = bell.rings();
+  session().reload();
+  ASSERT_TRUE(bell.until([&] { return bell.rings() > before; })); // opened, and not taken over yet
+  session().closeFront();
+  openPages(test::numberedPages(1), "other.pdf");
+  ASSERT_TRUE(draws());
+  EXPECT_FALSE(test::hasOpen(file));
+}
+
+TEST_F(SessionTest, AReloadOfADocumentThatIsClosedAtOnceGivesTheFileBack) {
+  const auto file = write("paper.pdf", test::numberedPages(1));
+  open(file);
+  session().reload();
+  session().closeFront();
+  openPages(test::numberedPages(1), "other.pdf");
+  ASSERT_TRUE(draws());
+  EXPECT_FALSE(test::hasOpen(file));
+}
+
+TEST_F(SessionTest, AFileForWhoseDocumentThereIsNoMemoryIsGivenBackAndNamed) {
+  const auto file = write("paper.pdf", test::numberedPages(1));
+  const auto prepare = std::exchange(app.prepare, [](host::ViewerDocument &) { throw std::bad_alloc(); });
+  EXPECT_EQ(complaintsOf(file), "tavrel: " + file.string() + ": memory is exhausted\n");
+  EXPECT_EQ(app.front(), nullptr);
+  app.prepare = prepare;
+  openPages(test::numberedPages(1), "other.pdf");
+  ASSERT_TRUE(draws());
+  EXPECT_FALSE(test::hasOpen(file));
+}
+
 TEST_F(SessionTest, ReloadingDrawsWhatIsInTheFileNow) {
   openPages({test::pageWith("page")});
   ASSERT_TRUE(draws());

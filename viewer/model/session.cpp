@@ -11,7 +11,10 @@ namespace viewer {
 Session::Session(host::Application &app, const std::function<void()> &wake)
     : app_(app), wake_(wake), renderer_(wake), searcher_(wake) {
   app_.prepare = [this](host::ViewerDocument &document) { prepare(document); };
-  app_.listener = [this](host::ViewerDocument & /*document*/) { touch(); };
+  app_.listener = [this](host::ViewerDocument & /*document*/) {
+    touch();
+    if (pageListener) pageListener();
+  };
   app_.statusListener = [this] { touch(); };
   if (app_.toolBar() != nullptr) app_.toolBar()->listener = [this] { touch(); };
 }
@@ -24,13 +27,13 @@ Session::~Session() {
   if (app_.toolBar() != nullptr) app_.toolBar()->listener = {};
 }
 
-Session::OpenDocument *Session::find(const host::ViewerDocument *document) {
+Session::OpenDocument *Session::find(const host::ViewerDocument *document) const {
   const auto found =
       std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->document == document; });
   return found == open_.end() ? nullptr : found->get();
 }
 
-Session::OpenDocument *Session::find(uint64_t number) {
+Session::OpenDocument *Session::find(uint64_t number) const {
   const auto found = std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->number == number; });
   return found == open_.end() ? nullptr : found->get();
 }
@@ -70,7 +73,7 @@ void Session::sayOpened() {
 void Session::takeOpened(OpenedFile opened) {
   const auto waiting =
       std::find_if(pending_.begin(), pending_.end(), [&](const Pending &one) { return one.number == opened.document; });
-  if (waiting == pending_.end()) return;
+  if (waiting == pending_.end()) return renderer_.close(opened.document); // nobody waits for it any more
   const Pending pending = std::move(*waiting);
   pending_.erase(waiting);
   sayOpened();
@@ -89,9 +92,11 @@ void Session::takeOpened(OpenedFile opened) {
   waitingSince_.reset();
   try {
     app_.open(host::Document::of(std::move(opened.pdf)), pending.target.file, screenDpi_, pending.target.parameters);
-  } catch (...) { // memory is exhausted
-    if (open_.back()->document == nullptr) open_.pop_back();
-    throw;
+  } catch (const std::bad_alloc &) {
+    if (open_.back()->document != nullptr) throw;
+    open_.pop_back();
+    renderer_.close(pending.number);
+    return complain(host::nameInMessage(pending.target.file) + ": memory is exhausted");
   }
   if (OpenDocument *before = pending.replaces ? find(*pending.replaces) : nullptr) replace(*before);
   app_.toolBar()->updateStates();
@@ -118,18 +123,20 @@ void Session::replace(OpenDocument &before) {
   now->view->scrollTo(x, y);
 }
 
-// Between a document's being there and the plug-ins' hearing of it.
+// Called when a document is there, before the plug-ins are notified. Where it fails, nothing refers to the document.
 void Session::prepare(host::ViewerDocument &document) {
-  open_.back()->document = &document;
-  order_.push_back(&document);
   host::PageView &view = *document.view;
   view.setMargin(margin_);
   if (windowWidth_ > 0) view.setWindow(windowWidth_, windowHeight_);
   view.setFit(fit_);
   view.setSource([this, &document](int32_t page, double dpi) { return pageImage(document, page, dpi); });
+  order_.push_back(&document);
+  open_.back()->document = &document;
 }
 
 void Session::close(OpenDocument &document) {
+  for (const Pending &one : pending_)
+    if (one.replaces == document.number) renderer_.close(one.number);
   std::erase_if(pending_, [&](const Pending &one) { return one.replaces == document.number; });
   renderer_.close(document.number);
   searcher_.close(document.number);
@@ -274,35 +281,56 @@ void Session::requestPages() {
   renderer_.want(std::move(wanted));
 }
 
-bool Session::needsDrawing() const { return view() == nullptr ? shown_.document : view()->invalid(); }
+// Two resolutions can give a page the same width in pixels, and need an image each.
+bool Session::outlineIsShown() const {
+  host::PageView &awaited = *view();
+  if (!waitingSince_ || shown_.page != awaited.page() || shown_.dpi != awaited.dpi() ||
+      shown_.scrollX != awaited.scrollX() || shown_.scrollY != awaited.scrollY())
+    return false;
+  const OpenDocument *document = find(front());
+  return document == nullptr || !cache_.has({document->number, awaited.page(), awaited.dpi()});
+}
+
+bool Session::needsDrawing() const {
+  if (app_.calling()) return false;
+  if (view() == nullptr) return shown_.document;
+  return view()->invalid() && view()->mayDraw() && !outlineIsShown();
+}
 
 bool Session::draw() {
-  if (app_.calling()) return false;
+  if (!needsDrawing()) return false;
   host::PageView *drawn = view();
   if (drawn == nullptr) {
     waitingSince_.reset();
-    const bool news = shown_.document;
     shown_ = {};
-    return news;
+    return true;
   }
-  if (!drawn->invalid() || drawn->drawing()) return false;
-  std::optional<host::Drawing> drawing = app_.draw(*front());
-  const bool waits = !drawing;
-  if (waits && waitingSince_ && shown_.page == drawn->page() && shown_.pageWidth == drawn->pageWidth() &&
-      shown_.scrollX == drawn->scrollX() && shown_.scrollY == drawn->scrollY())
-    return false; // the outline is there already
+  // A plug-in may turn and scroll while it is drawn; the image is of what was to be seen before.
+  Shown shows{{},
+              true,
+              drawn->page(),
+              drawn->dpi(),
+              drawn->pageWidth(),
+              drawn->pageHeight(),
+              drawn->scrollX(),
+              drawn->scrollY()};
+  shows.drawing = app_.draw(*front());
+  const bool waits = !shows.drawing;
   if (!waits)
     waitingSince_.reset();
-  else if (!waitingSince_ || shown_.page != drawn->page())
+  else if (!waitingSince_ || shown_.page != shows.page)
     waitingSince_ = std::chrono::steady_clock::now();
   requestPages();
-  if (drawing) {
-    paintFound(*drawing);
-    reportOffPage(*drawing);
+  if (!waits) {
+    paintFound(*shows.drawing);
+    reportOffPage(*shows.drawing);
   }
-  shown_ = {std::move(drawing), true, drawn->page(), drawn->pageWidth(), drawn->pageHeight(), drawn->scrollX(),
-            drawn->scrollY()};
-  forgetWords();
+  shown_ = std::move(shows);
+  shownDocument_ = find(front())->number;
+  withoutHighlights_.reset();
+  highlights_.clear();
+  showHighlights(); // those of the drawing just made
+  forgetWords(shown_.page);
   if (!waits) app_.toolBar()->updateStates(); // what a button leads to depends on the page shown
   touch();
   return true;
@@ -318,12 +346,28 @@ void Session::reportOffPage(const host::Drawing &drawing) {
   offPageLine_ = line;
 }
 
+bool Session::showHighlights() {
+  const OpenDocument *document = find(front());
+  if (document == nullptr || document->number != shownDocument_ || !shown_.drawing) return false;
+  host::PageView &shown = *view();
+  if (!shown.mayDraw() || shown.highlights() == highlights_) return false;
+  host::Drawing drawing = *shown_.drawing;
+  if (withoutHighlights_) drawing.image = *withoutHighlights_;
+  shown.paintHighlights(drawing);
+  std::vector<host::MarkedArea> highlights = shown.highlights();
+  if (!withoutHighlights_) withoutHighlights_ = std::move(shown_.drawing->image);
+  if (highlights.empty()) withoutHighlights_.reset();
+  shown_.drawing = std::move(drawing);
+  highlights_ = std::move(highlights);
+  return true;
+}
+
 // The words of a page take a hundred times what they say; those of the pages seen last are kept.
-void Session::forgetWords() {
+void Session::forgetWords(int32_t shown) {
   constexpr size_t kept = 8;
   std::vector<int32_t> &withWords = find(front())->withWords;
-  std::erase(withWords, page());
-  withWords.push_back(page());
+  std::erase(withWords, shown);
+  withWords.push_back(shown);
   if (withWords.size() <= kept) return;
   front()->model->forgetText(withWords.front());
   withWords.erase(withWords.begin());

@@ -44,8 +44,9 @@ struct Shown {
   std::optional<host::Drawing> drawing; ///< none: the outline
   bool document = false;                ///< whether there is a document at all
   int32_t page = 0;
+  double dpi = 0;
   int pageWidth = 0, pageHeight = 0; ///< of the whole page, in pixels
-  int scrollX = 0, scrollY = 0;
+  int scrollX = 0, scrollY = 0;      ///< when it was drawn
 };
 
 class Session {
@@ -129,10 +130,16 @@ public:
 
   /// Takes over what the threads have done.
   void collect();
-  /// Whether draw() has something to do.
+  /// Whether draw() has something to do now: not while a plug-in is called, nor while the page is awaited and its
+  /// outline is shown.
   bool needsDrawing() const;
   /// Draws the page in front, unless a plug-in is being called; true when there is something new to show.
   bool draw();
+  /// Brings what plug-ins have highlighted (PageViewHighlightText) onto the drawing shown, also while one is called;
+  /// true when there is something new to show. The drawing itself stays, and no plug-in is called.
+  bool showHighlights();
+  /// Called when the page in front is invalid or its highlights have changed, from within the call into the plug-in.
+  std::function<void()> pageListener;
   const Shown &shown() const { return shown_; }
   /// Since when the page in front is waited for.
   std::optional<std::chrono::steady_clock::time_point> waitingSince() const { return waitingSince_; }
@@ -189,9 +196,10 @@ private:
   void paintFound(host::Drawing &drawing) const;
   void reportOffPage(const host::Drawing &drawing);
   void showFound();
-  OpenDocument *find(const host::ViewerDocument *document);
-  OpenDocument *find(uint64_t number);
-  void forgetWords();
+  OpenDocument *find(const host::ViewerDocument *document) const;
+  OpenDocument *find(uint64_t number) const;
+  void forgetWords(int32_t shown);
+  bool outlineIsShown() const;
 
   host::Application &app_;
   std::function<void()> wake_;
@@ -206,6 +214,9 @@ private:
   std::deque<OpenedFile> arrived_; ///< to be taken over
   PageCache cache_{cacheBytes};
   Shown shown_;
+  uint64_t shownDocument_ = 0;                   ///< the number of the document drawn
+  std::vector<host::MarkedArea> highlights_;     ///< that are on the drawing shown
+  std::optional<host::Image> withoutHighlights_; ///< that drawing as page-draw procedures left it, where there are any
   std::optional<std::chrono::steady_clock::time_point> waitingSince_;
   FindRequest request_;
   std::optional<FoundOnPage> found_;

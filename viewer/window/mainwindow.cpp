@@ -19,6 +19,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+// A stream of events must not keep the window from being drawn, nor a plug-in that asks for a drawing in each drawing
+// from being idle in between.
+constexpr auto frame = std::chrono::milliseconds(16);
+
 // A page that takes longer says so.
 constexpr auto patience = std::chrono::milliseconds(300);
 
@@ -44,7 +48,8 @@ void dragAction(::Widget /*widget*/, XEvent *event, String *arguments, Cardinal 
   });
 }
 
-void waitedLong(XtPointer timer, XtIntervalId * /*id*/) { *static_cast<XtIntervalId *>(timer) = 0; }
+// A timer that has the event loop go on.
+void timeIsUp(XtPointer timer, XtIntervalId * /*id*/) { *static_cast<XtIntervalId *>(timer) = 0; }
 
 uint32_t modifiersOf(const XEvent *event) {
   if (event == nullptr || (event->type != ButtonPress && event->type != ButtonRelease)) return 0;
@@ -79,9 +84,18 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
     }
   }
   build();
+  // A plug-in may be at work for long after it has highlighted something.
+  session_.pageListener = [this] {
+    guarded([this] {
+      if (!session_.showHighlights()) return;
+      pageArea_->show();
+      XFlush(toolkit_.display());
+    });
+  };
 }
 
 MainWindow::~MainWindow() {
+  session_.pageListener = {};
   s_window = nullptr;
   for (host::ToolButton *button : own_) {
     button->ownAction = {};
@@ -214,8 +228,6 @@ void MainWindow::loop(const std::function<bool()> &until) {
   while (!quits_ && !until()) {
     XtAppProcessEvent(toolkit_.context(), XtIMAll); // waits
     const Clock::time_point woken = Clock::now();
-    // A stream of events must not keep the window from being drawn.
-    constexpr auto frame = std::chrono::milliseconds(16);
     while (!quits_ && !until() && XtAppPending(toolkit_.context()) != 0 && Clock::now() - woken < frame)
       XtAppProcessEvent(toolkit_.context(), XtIMAll);
     turn();
@@ -248,10 +260,12 @@ void MainWindow::fillMenus() {
 }
 
 void MainWindow::show() {
-  if (session_.draw()) {
-    pageArea_->show();
-    if (session_.shown().drawing && session_.shown().drawing->marks > 0) ++marks_;
-  }
+  const bool drawn = session_.draw();
+  if (drawn && session_.shown().drawing && session_.shown().drawing->marks > 0) ++marks_;
+  if (session_.showHighlights() || drawn) pageArea_->show();
+  // A page-draw procedure may have turned or scrolled. A drawing that failed is tried again with the next event only.
+  if (session_.needsDrawing() && redrawTimer_ == 0)
+    redrawTimer_ = XtAppAddTimeOut(toolkit_.context(), frame.count(), timeIsUp, &redrawTimer_);
   watchWaiting();
   if (shownChanges_ != session_.changes()) {
     shownChanges_ = session_.changes();
@@ -280,7 +294,7 @@ void MainWindow::watchWaiting() {
         XtAppAddTimeOut(toolkit_.context(),
                         static_cast<unsigned long>(
                             std::chrono::duration_cast<std::chrono::milliseconds>(patience - waited).count() + 1),
-                        waitedLong, &waitingTimer_);
+                        timeIsUp, &waitingTimer_);
 }
 
 void MainWindow::showStatus() {

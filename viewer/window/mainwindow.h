@@ -100,7 +100,7 @@ private:
   uint64_t shownChanges_ = 0;
   size_t marks_ = 0;
   double longestTurn_ = 0;
-  XtIntervalId waitingTimer_ = 0;
+  XtIntervalId waitingTimer_ = 0, redrawTimer_ = 0;
   bool quits_ = false;
 };
 

@@ -93,6 +93,14 @@ TEST_F(Application, ADocumentThatIsClosedIsNoHandleAnyMore) {
   EXPECT_EQ(guest.attempt([] { TavrelView::DocGetPageView(nullptr); }), tavrel::errBadHandle);
 }
 
+TEST_F(Application, ADocumentThatCannotBePreparedIsNotOpened) {
+  app.prepare = [](host::ViewerDocument &) { throw std::bad_alloc(); };
+  EXPECT_THROW(app.open(std::make_unique<test::FakeDocument>(1), "second.pdf", dpi), std::bad_alloc);
+  EXPECT_EQ(app.front(), document);
+  EXPECT_EQ(app.documents().size(), 1U);
+  EXPECT_EQ(app.views().size(), 1U);
+}
+
 TEST_F(Application, ANullPageViewIsLetPass) {
   const tavrel::TextSelection selection = model->select(0, {{0, 1, 1, 0}});
   EXPECT_EQ(guest.attempt([=] {

@@ -190,22 +190,4 @@ TEST_F(PageViews, TheListenerIsToldOnceNothingHoldsTheDrawingBack) {
   EXPECT_EQ(told, 1);
 }
 
-TEST_F(PageViews, HighlightingASelectionOfThePageShownInvalidates) {
-  const tavrel::TextSelection here = model->select(0, {{0, 10, 10, 0}});
-  const tavrel::TextSelection elsewhere = model->select(2, {{0, 10, 10, 0}});
-  TavrelView::PageViewHighlightText(view, elsewhere);
-  EXPECT_FALSE(invalid());
-  TavrelView::PageViewHighlightText(view, here);
-  EXPECT_TRUE(invalid());
-}
-
-TEST_F(PageViews, HighlightingASecondTimeTakesTheMarkOff) {
-  const tavrel::TextSelection selection = model->select(0, {{0, 10, 10, 0}});
-  const host::Selection &object = host::selections().find(selection);
-  TavrelView::PageViewHighlightText(view, selection);
-  EXPECT_TRUE(document->view->highlighted(object));
-  TavrelView::PageViewHighlightText(view, selection);
-  EXPECT_FALSE(document->view->highlighted(object));
-}
-
 } // namespace

@@ -2,7 +2,6 @@
 // without any other program. Exit statuses: exit.h.
 #include "tools/hits.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -95,8 +94,8 @@ private:
   throw CommandFailure(exitOutput, name + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
 }
 
-// Writes a file that is there whole or not at all. What is no file of its own (a terminal, a pipe, a device) is
-// written to as it stands; a link stays a link, and a file that was there leaves its permissions.
+// Writes a file that is there complete or not at all. A terminal, a pipe or a device is written to as it is; a link
+// stays a link.
 void writeFile(const std::string &name, const std::string &text) {
   std::error_code error;
   const fs::file_status status = fs::status(name, error);
@@ -109,10 +108,8 @@ void writeFile(const std::string &name, const std::string &text) {
     if (!stream) failOutput(name);
     return;
   }
-  const fs::path place = fs::exists(status) ? fs::canonical(name) : fs::path(name);
-  OutputFile file(place);
-  if (std::fwrite(text.data(), 1, text.size(), file.stream()) != text.size()) failOutput(name);
-  if (fs::exists(status)) fchmod(fileno(file.stream()), static_cast<mode_t>(status.permissions()));
+  OutputFile file(fs::exists(status) ? fs::canonical(name) : fs::path(name));
+  file.write(text);
   file.commit();
 }
 

@@ -116,10 +116,11 @@ TEST_F(HitsTest, OutputToADeviceLeavesTheDevice) {
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
-TEST_F(HitsTest, OutputIntoAMissingFolderMakesTheFolder) {
+TEST_F(HitsTest, OutputIntoAMissingFolderNamesTheFolder) {
   options.output = folder.path() / "new" / "hits.xml";
-  EXPECT_EQ(run(), exitDone);
-  EXPECT_THAT(test::bytesOf(options.output), StartsWith("<?xml"));
+  EXPECT_EQ(run(), exitOutput);
+  EXPECT_EQ(err.str(), "tavrel: " + (folder.path() / "new").string() + ": No such file or directory\n");
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "new"));
 }
 
 TEST_F(HitsTest, OutputThatCannotBeThereFails) {

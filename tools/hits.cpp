@@ -17,6 +17,7 @@
 
 #include "host/document/pdf.h"
 #include "tools/ahead.h"
+#include "tools/damage.h"
 #include "tools/exit.h"
 #include "tools/failure.h"
 #include "tools/output.h"
@@ -117,6 +118,7 @@ struct Found {
   std::vector<PageHits> pages;
   size_t hits = 0, leftOut = 0;
   int32_t pageCount = 0;
+  DamagedPages damaged;
 };
 
 Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err) {
@@ -132,7 +134,12 @@ Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err
   PageCounter counter(options.progress, err);
   for (int32_t page = 0; page < found.pageCount; ++page) {
     counter.show(page, found.pageCount);
-    std::vector<Hit> hits = ahead.take(page);
+    std::vector<Hit> hits;
+    try {
+      hits = ahead.take(page);
+    } catch (const host::DocumentError &) {
+      found.damaged.add(page);
+    }
     found.leftOut += dropUnplaceable(hits, options.units == "words");
     found.hits += hits.size();
     if (!hits.empty()) found.pages.push_back({page, std::move(hits)});
@@ -140,11 +147,16 @@ Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err
   return found;
 }
 
-void searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream &err) {
+ExitStatus searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream &err) {
   const std::string color = options.color.empty() ? "" : checkedColor(options.color);
   const Phrase phrase = phraseOf(options.words);
   const Found found = search(options, phrase, err);
   const std::string document = options.document.string();
+  const ExitStatus status = found.damaged.none() ? exitDone : exitDamagedPages;
+  if (!found.damaged.none()) {
+    const std::string line = found.damaged.report(document, found.pageCount);
+    err << "tavrel: " << line << "\n";
+  }
   if (found.leftOut > 0)
     err << "tavrel: " << document << ": " << counted(found.leftOut, "hit")
         << " left out, beyond what a highlight file can place on a page\n";
@@ -157,11 +169,12 @@ void searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream 
     errno = 0;
     out << text << std::flush;
     if (!out) failOutput("standard output");
-    return;
+    return status;
   }
   writeFile(options.output, text);
   out << counted(found.hits, "hit") << " on " << found.pages.size() << " of "
       << counted(static_cast<size_t>(found.pageCount), "page") << " -> " << options.output << std::endl;
+  return status;
 }
 
 } // namespace
@@ -186,8 +199,7 @@ std::string highlightFile(std::span<const PageHits> pages, const std::string &un
 
 int writeHits(const HitsOptions &options, std::ostream &out, std::ostream &err) {
   try {
-    searchAndWrite(options, out, err);
-    return exitDone;
+    return searchAndWrite(options, out, err);
   } catch (const CommandFailure &failure) {
     err << "tavrel: " << failure.what() << "\n";
     return failure.status;

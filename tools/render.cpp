@@ -14,6 +14,7 @@
 #include "host/view/application.h"
 #include "host/view/desktop.h"
 #include "tools/ahead.h"
+#include "tools/damage.h"
 #include "tools/display.h"
 #include "tools/failure.h"
 #include "tools/pagewriter.h"
@@ -74,7 +75,6 @@ void deliver(Viewer &viewer, const RenderOptions &options, host::ViewerDocument 
   viewer.app.auxData.deliver(type, bytes, viewer.app.documents().handle(&document));
 }
 
-// What the host says about a page does not name the document.
 ExitStatus statusOf(const host::HostError &error) {
   switch (error.code) {
   case tavrel::errDocument:
@@ -131,17 +131,20 @@ void walkAll(Viewer &viewer, host::PdfFile &file, host::ViewerDocument &document
   writer.finish();
 }
 
-void walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &file, host::ViewerDocument &document,
-          size_t bytes, PageWriter &writer) {
-  const auto sink = [&](host::Drawing &&drawing) { writer.write(std::move(drawing), viewer.app.statusText()); };
+DamagedPages walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &file, host::ViewerDocument &document,
+                  size_t bytes, PageWriter &writer) {
+  DamagedPages damaged;
+  const PageSink sink{[&](host::Drawing &&drawing) { writer.write(std::move(drawing), viewer.app.statusText()); },
+                      [&](int32_t page) { damaged.add(page); }};
   try {
     if (options.pages == "all")
       walkAll(viewer, file, document, writer, sink);
     else // a press can be in vain once for each page that the file names, and it names no more than it has bytes
       walkMarkedPages(viewer.app, document, bytes, sink);
-  } catch (const host::HostError &error) {
-    throw CommandFailure(statusOf(error), options.document.string() + ": " + error.what());
+  } catch (const host::HostError &error) { // which names the document
+    throw CommandFailure(statusOf(error), error.what());
   }
+  return damaged;
 }
 
 ExitStatus renderPages(const RenderOptions &options) {
@@ -161,14 +164,16 @@ ExitStatus renderPages(const RenderOptions &options) {
   PageWriter writer(options.out, options.dpi, model->pageCount());
   host::ViewerDocument &document = viewer.app.open(std::move(model), options.document, options.dpi);
   deliver(viewer, options, document, bytes);
-  walk(viewer, options, file, document, bytes.size(), writer);
+  const DamagedPages damaged = walk(viewer, options, file, document, bytes.size(), writer);
   writer.clear();
+  if (!damaged.none())
+    std::fprintf(stderr, "tavrel: %s\n", damaged.report(options.document.string(), file.pageCount()).c_str());
   viewer.app.close(document); // while the plug-ins still hear of it
 
   if (writer.hits() == 0)
     throw CommandFailure(exitNothingMarked, nameOf(options.hits) + ": marks nothing in " + options.document.string());
   std::printf("%s\n", writer.summary().c_str());
-  return exitDone;
+  return damaged.none() ? exitDone : exitDamagedPages;
 }
 
 int failed(ExitStatus status, const char *reason) {

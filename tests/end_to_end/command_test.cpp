@@ -1,6 +1,7 @@
 // The command as its user meets it: what it prints, what it refuses, and how it ends.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -131,22 +132,40 @@ TEST_F(Command, RenderOfAllPagesEndsAtTheFirstThatCannotBeDrawn) {
   EXPECT_EQ(all.status, tools::exitUsage);
   EXPECT_EQ(all.files.size(), 8U);
   EXPECT_TRUE(all.files.contains("page-0008.png"));
-  const std::string last = "\ntavrel: " + document + ": " + document + ": page 9 at ";
+  const std::string last = "\ntavrel: " + document + ": page 9 at ";
   EXPECT_NE(all.output.find(last), std::string::npos) << all.output;
 }
 
-TEST_F(Command, RenderOfAllPagesEndsAtTheFirstThatIsDamaged) {
+// Twenty pages; the ninth and the eleventh have empty page boxes.
+std::string damagedPages() {
+  std::vector<test::PdfPage> some = pages(20);
+  some[8].cropBox = some[10].cropBox = "10 10 10 10";
+  return test::pdfOf(some);
+}
+
+TEST_F(Command, RenderOfAllPagesLeavesOutDamagedOnesAndSaysSo) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=4>"));
-  std::string bytes = test::pdfOf(pages(20));
-  const std::string ninth = "/Contents 22 0 R";
-  ASSERT_NE(bytes.find(ninth), std::string::npos);
-  bytes.replace(bytes.find(ninth), ninth.size(), "/Contents /Nothing");
-  const std::string document = file("damaged.pdf", bytes);
+  const std::string document = file("damaged.pdf", damagedPages());
   const Outcome all = outcomeEitherWay("render " + document + " " + hits + " --pages all --dpi 50");
-  EXPECT_EQ(all.status, tools::exitDocument);
-  EXPECT_EQ(all.files.size(), 8U);
-  const std::string last = "\ntavrel: " + document + ": " + document + ": page 9 is damaged\n";
-  EXPECT_NE(all.output.find(last), std::string::npos) << all.output;
+  EXPECT_EQ(all.status, tools::exitDamagedPages);
+  EXPECT_EQ(all.files.size(), 18U);
+  EXPECT_FALSE(all.files.contains("page-0009.png"));
+  EXPECT_FALSE(all.files.contains("page-0011.png"));
+  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 of 20 pages are damaged and left out: 9, 11\n"),
+            std::string::npos)
+      << all.output;
+}
+
+TEST_F(Command, RenderOfThePagesWithHitsLeavesOutDamagedOnesAndSaysSo) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=4>\n<loc pg=8 pos=0 len=4>\n<loc pg=10 "
+                                                          "pos=0 len=4>\n<loc pg=12 pos=0 len=4>"));
+  const std::string document = file("damaged.pdf", damagedPages());
+  const Outcome all = outcome("", "render " + document + " " + hits + " --dpi 50");
+  EXPECT_EQ(all.status, tools::exitDamagedPages);
+  EXPECT_EQ(all.files.size(), 2U);
+  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 of 20 pages are damaged and left out: 9, 11\n"),
+            std::string::npos)
+      << all.output;
 }
 
 TEST_F(Command, HitsOnPagesThatTheDocumentLacksAreSteppedOver) {

@@ -20,6 +20,7 @@
 #include "tools/damage.h"
 #include "tools/exit.h"
 #include "tools/failure.h"
+#include "tools/options.h"
 #include "tools/output.h"
 #include "tools/workers.h"
 
@@ -225,7 +226,7 @@ void addHitsCommand(CLI::App &app, int &status) {
       ->capture_default_str();
   command->add_option("--color", options->color, "Colour of the marks, RRGGBB; the digits of each pair are equal");
   command->add_option("--mode", options->mode, "How the file is to be taken")->check(CLI::IsMember({"active"}));
-  command->add_option("--password", options->password, "The document's password");
+  addPasswordOptions(*command, options->password);
   command->add_option("-o,--output", options->output, "Where to write the highlight file; - is standard output")
       ->capture_default_str();
   command->callback([options, &status] {

@@ -7,7 +7,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <limits>
 #include <memory>
 
 #include "host/kernel/loader.h"
@@ -17,6 +16,8 @@
 #include "tools/damage.h"
 #include "tools/display.h"
 #include "tools/failure.h"
+#include "tools/highlightfile.h"
+#include "tools/options.h"
 #include "tools/pagewriter.h"
 #include "tools/walk.h"
 #include "tools/workers.h"
@@ -27,28 +28,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char *highlightType = "tavrelglt"; // of auxiliary data
-
-std::string nameOf(const std::string &hits) { return hits == "-" ? "standard input" : hits; }
-
-std::string readAll(const std::string &hits) {
-  struct Close {
-    void operator()(FILE *stream) const {
-      if (stream != stdin) std::fclose(stream);
-    }
-  };
-  errno = 0;
-  const std::unique_ptr<FILE, Close> stream(hits == "-" ? stdin : std::fopen(hits.c_str(), "rb"));
-  std::string bytes;
-  char part[1 << 16];
-  if (stream)
-    while (const size_t count = std::fread(part, 1, sizeof part, stream.get()))
-      bytes.append(part, count);
-  if (!stream || std::ferror(stream.get()) != 0)
-    throw CommandFailure(exitHighlightFile, nameOf(hits) + ": " + std::strerror(errno));
-  if (bytes.size() > std::numeric_limits<uint32_t>::max())
-    throw CommandFailure(exitHighlightFile, nameOf(hits) + ": is larger than four gigabytes");
-  return bytes;
-}
 
 std::string joined(const std::vector<fs::path> &directories) {
   std::string names;
@@ -149,7 +128,7 @@ DamagedPages walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &f
 
 ExitStatus renderPages(const RenderOptions &options) {
   Display display; // starts while the files are read
-  const std::string bytes = readAll(options.hits);
+  const std::string bytes = readHits(options.hits, options.hitsLimit);
   const auto reading = options.pages == "all" ? host::PdfFile::Reading::whole : host::PdfFile::Reading::asNeeded;
   std::unique_ptr<host::PdfFile> opened = host::PdfFile::open(options.document, options.password, reading);
   host::PdfFile &file = *opened;
@@ -171,7 +150,8 @@ ExitStatus renderPages(const RenderOptions &options) {
   viewer.app.close(document); // while the plug-ins still hear of it
 
   if (writer.hits() == 0)
-    throw CommandFailure(exitNothingMarked, nameOf(options.hits) + ": marks nothing in " + options.document.string());
+    throw CommandFailure(exitNothingMarked,
+                         nameOfHits(options.hits) + ": marks nothing in " + options.document.string());
   std::printf("%s\n", writer.summary().c_str());
   return damaged.none() ? exitDone : exitDamagedPages;
 }
@@ -211,11 +191,15 @@ void addRenderCommand(CLI::App &app, int &status) {
   command->add_option("DOC", options->document, "The PDF")->required();
   command->add_option("HITS", options->hits, "The highlight file; - is standard input")->required();
   command->add_option("--out", options->out, "Directory for the pages, page-0001.png and so on")->capture_default_str();
-  command->add_option("--dpi", options->dpi, "Dots per inch")->check(CLI::Range(8.0, 1200.0))->capture_default_str();
+  command->add_option("--dpi", options->dpi, "Dots per inch")
+      ->type_name("NUMBER")
+      ->check(number(8, 1200))
+      ->capture_default_str();
   command->add_option("--pages", options->pages, "Write every page, or those with hits")
       ->check(CLI::IsMember({"all", "hits"}))
       ->capture_default_str();
-  command->add_option("--password", options->password, "The document's password");
+  addPasswordOptions(*command, options->password);
+  addHitsLimitOption(*command, options->hitsLimit);
   command->add_option("--answer", options->answer, "What plug-ins are told when they ask")
       ->check(CLI::IsMember({"yes", "no"}))
       ->capture_default_str();

@@ -11,9 +11,12 @@
 #include <memory>
 #include <regex>
 
+#include "host/document/pdf.h"
 #include "plugins/BRZ/content.h"
 #include "tools/exit.h"
+#include "tools/highlightfile.h"
 #include "tools/options.h"
+#include "viewer/model/target.h"
 #include "viewer/window/view.h"
 
 namespace tools {
@@ -60,6 +63,35 @@ CLI::Validator geometry() {
           "a size and position"};
 }
 
+std::string explanation(const std::filesystem::path &hits) {
+  return host::nameInMessage(hits.filename()) +
+         " holds the hits of a search in a document, and no document of that name is beside it.\n\n"
+         "To see them, open their document with it:\ntavrel view DOCUMENT.pdf --hits " +
+         host::nameInMessage(hits) + "\n\n";
+}
+
+// A highlight file opened like a document, as a desktop does it, leads to its document. Where none is beside it, the
+// window says what the file is.
+void openHighlightFiles(viewer::ViewOptions &options) {
+  std::vector<std::string> documents;
+  for (const std::string &argument : options.documents) {
+    const std::filesystem::path file = viewer::targetOf(argument).file;
+    if (!isHighlightFile(file)) {
+      documents.push_back(argument);
+      continue;
+    }
+    if (viewer::Target marked{documentOfHits(file), {}}; !marked.file.empty()) {
+      viewer::addParameter(marked, "xml", std::filesystem::absolute(file));
+      documents.push_back(marked.file.string() + "#" + marked.parameters);
+      continue;
+    }
+    std::fprintf(stderr, "tavrel: %s: is a highlight file, and its document is not beside it\n",
+                 host::nameInMessage(file).c_str());
+    options.note += explanation(file);
+  }
+  options.documents = documents;
+}
+
 } // namespace
 
 void addViewCommand(CLI::App &app, int &status) {
@@ -96,6 +128,7 @@ void addViewCommand(CLI::App &app, int &status) {
   };
   command->callback([options, hitsLimit, &status] {
     setenv(brz::limitVariable, std::to_string(*hitsLimit).c_str(), 1); // for the plug-in that reads highlight files
+    openHighlightFiles(*options);
     status = statusOf(viewer::view(*options));
   });
 }

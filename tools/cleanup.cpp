@@ -1,4 +1,4 @@
-// Undoes on a signal, and on exit() from within a library, what destructors undo otherwise. Output files and the
+// Undoes on a signal, and on exit() or quick_exit(), what destructors undo otherwise. Output files and the
 // private display announce themselves here.
 #include "tools/cleanup.h"
 
@@ -37,7 +37,7 @@ void watch() {
       action.sa_handler = undoAndDie;
       sigaction(signal, &action, nullptr);
     }
-    return std::atexit(undo) == 0;
+    return std::atexit(undo) == 0 && std::at_quick_exit(undo) == 0;
   }();
   static_cast<void>(once);
 }

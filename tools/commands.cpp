@@ -20,12 +20,13 @@ struct StatusLine {
 constexpr StatusLine statusLines[] = {
     {exitDone, "done"},
     {exitHostFailure, "no display, a plug-in is missing, or memory is exhausted"},
-    {exitUsage, "wrong words on the command line"},
+    {exitUsage, "invalid arguments"},
     {exitDocument, "the document cannot be read"},
-    {exitPassword, "the document wants another password"},
+    {exitPassword, "the document is encrypted: a password is needed, or another one"},
     {exitNothingMarked, "no hits: nothing found, or nothing marked"},
     {exitHighlightFile, "the highlight file cannot be read"},
     {exitOutput, "an output cannot be written"},
+    {exitDamagedPages, "done, but some pages of the document are damaged and left out"},
 };
 
 std::string footer() {

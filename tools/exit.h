@@ -6,12 +6,13 @@ namespace tools {
 enum ExitStatus : int {
   exitDone = 0,
   exitHostFailure = 1,   ///< no display, a plug-in that cannot be loaded, memory exhausted
-  exitUsage = 2,         ///< wrong words on the command line
+  exitUsage = 2,         ///< invalid arguments
   exitDocument = 3,      ///< the document cannot be read
-  exitPassword = 4,      ///< the document wants another password
+  exitPassword = 4,      ///< the document is encrypted: a password is needed, or another one
   exitNothingMarked = 5, ///< no hits: nothing found, or nothing in the highlight file that the document has
   exitHighlightFile = 6, ///< the highlight file cannot be read
   exitOutput = 7,        ///< an output cannot be written
+  exitDamagedPages = 8,  ///< done, but for the pages of the document that are damaged
 };
 
 } // namespace tools

@@ -2,7 +2,6 @@
 // without any other program. Exit statuses: exit.h.
 #include "tools/hits.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -18,8 +17,10 @@
 
 #include "host/document/pdf.h"
 #include "tools/ahead.h"
+#include "tools/damage.h"
 #include "tools/exit.h"
 #include "tools/failure.h"
+#include "tools/options.h"
 #include "tools/output.h"
 #include "tools/workers.h"
 
@@ -95,8 +96,8 @@ private:
   throw CommandFailure(exitOutput, name + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
 }
 
-// Writes a file that is there whole or not at all. What is no file of its own (a terminal, a pipe, a device) is
-// written to as it stands; a link stays a link, and a file that was there leaves its permissions.
+// Writes a file that is there complete or not at all. A terminal, a pipe or a device is written to as it is; a link
+// stays a link.
 void writeFile(const std::string &name, const std::string &text) {
   std::error_code error;
   const fs::file_status status = fs::status(name, error);
@@ -109,10 +110,8 @@ void writeFile(const std::string &name, const std::string &text) {
     if (!stream) failOutput(name);
     return;
   }
-  const fs::path place = fs::exists(status) ? fs::canonical(name) : fs::path(name);
-  OutputFile file(place);
-  if (std::fwrite(text.data(), 1, text.size(), file.stream()) != text.size()) failOutput(name);
-  if (fs::exists(status)) fchmod(fileno(file.stream()), static_cast<mode_t>(status.permissions()));
+  OutputFile file(fs::exists(status) ? fs::canonical(name) : fs::path(name));
+  file.write(text);
   file.commit();
 }
 
@@ -120,6 +119,7 @@ struct Found {
   std::vector<PageHits> pages;
   size_t hits = 0, leftOut = 0;
   int32_t pageCount = 0;
+  DamagedPages damaged;
 };
 
 Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err) {
@@ -135,7 +135,12 @@ Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err
   PageCounter counter(options.progress, err);
   for (int32_t page = 0; page < found.pageCount; ++page) {
     counter.show(page, found.pageCount);
-    std::vector<Hit> hits = ahead.take(page);
+    std::vector<Hit> hits;
+    try {
+      hits = ahead.take(page);
+    } catch (const host::DocumentError &) {
+      found.damaged.add(page);
+    }
     found.leftOut += dropUnplaceable(hits, options.units == "words");
     found.hits += hits.size();
     if (!hits.empty()) found.pages.push_back({page, std::move(hits)});
@@ -143,11 +148,16 @@ Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err
   return found;
 }
 
-void searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream &err) {
+ExitStatus searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream &err) {
   const std::string color = options.color.empty() ? "" : checkedColor(options.color);
   const Phrase phrase = phraseOf(options.words);
   const Found found = search(options, phrase, err);
   const std::string document = options.document.string();
+  const ExitStatus status = found.damaged.none() ? exitDone : exitDamagedPages;
+  if (!found.damaged.none()) {
+    const std::string line = found.damaged.report(document, found.pageCount);
+    err << "tavrel: " << line << "\n";
+  }
   if (found.leftOut > 0)
     err << "tavrel: " << document << ": " << counted(found.leftOut, "hit")
         << " left out, beyond what a highlight file can place on a page\n";
@@ -160,11 +170,12 @@ void searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream 
     errno = 0;
     out << text << std::flush;
     if (!out) failOutput("standard output");
-    return;
+    return status;
   }
   writeFile(options.output, text);
   out << counted(found.hits, "hit") << " on " << found.pages.size() << " of "
       << counted(static_cast<size_t>(found.pageCount), "page") << " -> " << options.output << std::endl;
+  return status;
 }
 
 } // namespace
@@ -189,8 +200,7 @@ std::string highlightFile(std::span<const PageHits> pages, const std::string &un
 
 int writeHits(const HitsOptions &options, std::ostream &out, std::ostream &err) {
   try {
-    searchAndWrite(options, out, err);
-    return exitDone;
+    return searchAndWrite(options, out, err);
   } catch (const CommandFailure &failure) {
     err << "tavrel: " << failure.what() << "\n";
     return failure.status;
@@ -216,7 +226,7 @@ void addHitsCommand(CLI::App &app, int &status) {
       ->capture_default_str();
   command->add_option("--color", options->color, "Colour of the marks, RRGGBB; the digits of each pair are equal");
   command->add_option("--mode", options->mode, "How the file is to be taken")->check(CLI::IsMember({"active"}));
-  command->add_option("--password", options->password, "The document's password");
+  addPasswordOptions(*command, options->password);
   command->add_option("-o,--output", options->output, "Where to write the highlight file; - is standard output")
       ->capture_default_str();
   command->callback([options, &status] {

@@ -69,6 +69,7 @@ void PageWriter::put(const Page &page, const std::optional<std::string> &png) {
   char name[32];
   std::snprintf(name, sizeof name, "page-%04d.png", page.number + 1);
   const std::filesystem::path place = directory_ / name;
+  makeDirectories(directory_);
   OutputFile file(place);
   if (!png) throw CommandFailure(exitOutput, place.string() + ": cannot be written as PNG");
   file.write(*png);

@@ -7,15 +7,17 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <limits>
 #include <memory>
 
 #include "host/kernel/loader.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
 #include "tools/ahead.h"
+#include "tools/damage.h"
 #include "tools/display.h"
 #include "tools/failure.h"
+#include "tools/highlightfile.h"
+#include "tools/options.h"
 #include "tools/pagewriter.h"
 #include "tools/walk.h"
 #include "tools/workers.h"
@@ -26,28 +28,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char *highlightType = "tavrelglt"; // of auxiliary data
-
-std::string nameOf(const std::string &hits) { return hits == "-" ? "standard input" : hits; }
-
-std::string readAll(const std::string &hits) {
-  struct Close {
-    void operator()(FILE *stream) const {
-      if (stream != stdin) std::fclose(stream);
-    }
-  };
-  errno = 0;
-  const std::unique_ptr<FILE, Close> stream(hits == "-" ? stdin : std::fopen(hits.c_str(), "rb"));
-  std::string bytes;
-  char part[1 << 16];
-  if (stream)
-    while (const size_t count = std::fread(part, 1, sizeof part, stream.get()))
-      bytes.append(part, count);
-  if (!stream || std::ferror(stream.get()) != 0)
-    throw CommandFailure(exitHighlightFile, nameOf(hits) + ": " + std::strerror(errno));
-  if (bytes.size() > std::numeric_limits<uint32_t>::max())
-    throw CommandFailure(exitHighlightFile, nameOf(hits) + ": is larger than four gigabytes");
-  return bytes;
-}
 
 std::string joined(const std::vector<fs::path> &directories) {
   std::string names;
@@ -74,7 +54,6 @@ void deliver(Viewer &viewer, const RenderOptions &options, host::ViewerDocument 
   viewer.app.auxData.deliver(type, bytes, viewer.app.documents().handle(&document));
 }
 
-// What the host says about a page does not name the document.
 ExitStatus statusOf(const host::HostError &error) {
   switch (error.code) {
   case tavrel::errDocument:
@@ -131,28 +110,31 @@ void walkAll(Viewer &viewer, host::PdfFile &file, host::ViewerDocument &document
   writer.finish();
 }
 
-void walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &file, host::ViewerDocument &document,
-          size_t bytes, PageWriter &writer) {
+DamagedPages walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &file, host::ViewerDocument &document,
+                  size_t bytes, PageWriter &writer) {
   const bool all = options.pages == "all";
-  const auto sink = [&](host::Drawing &&drawing) {
+  DamagedPages damaged;
+  const auto drawn = [&](host::Drawing &&drawing) {
     if (all || drawing.marks > 0)
       writer.write(std::move(drawing), viewer.app.statusText());
     else
       writer.reportOffPage(drawing);
   };
+  const PageSink sink{drawn, [&](int32_t page) { damaged.add(page); }};
   try {
     if (all)
       walkAll(viewer, file, document, writer, sink);
     else // a press can be in vain once for each page that the file names, and it names no more than it has bytes
       walkMarkedPages(viewer.app, document, bytes, sink);
-  } catch (const host::HostError &error) {
-    throw CommandFailure(statusOf(error), options.document.string() + ": " + error.what());
+  } catch (const host::HostError &error) { // which names the document
+    throw CommandFailure(statusOf(error), error.what());
   }
+  return damaged;
 }
 
 ExitStatus renderPages(const RenderOptions &options) {
   Display display; // starts while the files are read
-  const std::string bytes = readAll(options.hits);
+  const std::string bytes = readHits(options.hits, options.hitsLimit);
   const auto reading = options.pages == "all" ? host::PdfFile::Reading::whole : host::PdfFile::Reading::asNeeded;
   std::unique_ptr<host::PdfFile> opened = host::PdfFile::open(options.document, options.password, reading);
   host::PdfFile &file = *opened;
@@ -167,14 +149,17 @@ ExitStatus renderPages(const RenderOptions &options) {
   PageWriter writer(options.out, options.dpi, model->pageCount());
   host::ViewerDocument &document = viewer.app.open(std::move(model), options.document, options.dpi);
   deliver(viewer, options, document, bytes);
-  walk(viewer, options, file, document, bytes.size(), writer);
+  const DamagedPages damaged = walk(viewer, options, file, document, bytes.size(), writer);
   writer.clear();
+  if (!damaged.none())
+    std::fprintf(stderr, "tavrel: %s\n", damaged.report(options.document.string(), file.pageCount()).c_str());
   viewer.app.close(document); // while the plug-ins still hear of it
 
   if (writer.hits() == 0)
-    throw CommandFailure(exitNothingMarked, nameOf(options.hits) + ": marks nothing in " + options.document.string());
+    throw CommandFailure(exitNothingMarked,
+                         nameOfHits(options.hits) + ": marks nothing in " + options.document.string());
   std::printf("%s\n", writer.summary().c_str());
-  return exitDone;
+  return damaged.none() ? exitDone : exitDamagedPages;
 }
 
 int failed(ExitStatus status, const char *reason) {
@@ -212,11 +197,15 @@ void addRenderCommand(CLI::App &app, int &status) {
   command->add_option("DOC", options->document, "The PDF")->required();
   command->add_option("HITS", options->hits, "The highlight file; - is standard input")->required();
   command->add_option("--out", options->out, "Directory for the pages, page-0001.png and so on")->capture_default_str();
-  command->add_option("--dpi", options->dpi, "Dots per inch")->check(CLI::Range(8.0, 1200.0))->capture_default_str();
+  command->add_option("--dpi", options->dpi, "Dots per inch")
+      ->type_name("NUMBER")
+      ->check(number(8, 1200))
+      ->capture_default_str();
   command->add_option("--pages", options->pages, "Write every page, or those with hits")
       ->check(CLI::IsMember({"all", "hits"}))
       ->capture_default_str();
-  command->add_option("--password", options->password, "The document's password");
+  addPasswordOptions(*command, options->password);
+  addHitsLimitOption(*command, options->hitsLimit);
   command->add_option("--answer", options->answer, "What plug-ins are told when they ask")
       ->check(CLI::IsMember({"yes", "no"}))
       ->capture_default_str();

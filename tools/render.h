@@ -15,6 +15,7 @@ struct RenderOptions {
   std::string hits; ///< a highlight file; "-" is standard input
   std::filesystem::path out = "out";
   double dpi = 100;
+  unsigned hitsLimit = 64;    ///< of the highlight file, in megabytes
   std::string pages = "hits"; ///< or "all"
   std::string password;
   std::string answer = "no";              ///< what plug-ins are told when they ask; or "yes"

@@ -5,10 +5,18 @@
 #include <CLI/CLI.hpp>
 #include <unistd.h>
 
+#include <charconv>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
+#include <regex>
 
+#include "host/document/pdf.h"
+#include "plugins/BRZ/content.h"
 #include "tools/exit.h"
+#include "tools/highlightfile.h"
+#include "tools/options.h"
+#include "viewer/model/target.h"
 #include "viewer/window/view.h"
 
 namespace tools {
@@ -26,6 +34,64 @@ ExitStatus statusOf(viewer::ViewEnd end) {
   return exitHostFailure;
 }
 
+// The number of an X window, as xwininfo and the like print it: decimal, or hexadecimal after 0x.
+CLI::Validator windowNumber() {
+  return {[](std::string &text) -> std::string {
+            const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
+            const char *begin = text.data() + (hexadecimal ? 2 : 0), *end = text.data() + text.size();
+            uint32_t number = 0;
+            const auto [behind, error] = std::from_chars(begin, end, number, hexadecimal ? 16 : 10);
+            if (error == std::errc() && behind == end && number != 0) return {};
+            return "\"" + text + "\" is not the number of a window";
+          },
+          "a window"};
+}
+
+// As X has it, the size and the position each left out at will. Numbers have as many digits as the X protocol can hold.
+CLI::Validator geometry() {
+  return {[](std::string &text) -> std::string {
+            static const std::regex form("=?([1-9][0-9]{0,4}x[1-9][0-9]{0,4})?([+-]-?[0-9]{1,5}[+-]-?[0-9]{1,5})?");
+            constexpr unsigned long largest = 32767;
+            bool fits = !text.empty() && std::regex_match(text, form);
+            for (size_t i = 0; fits && (i = text.find_first_of("0123456789", i)) != std::string::npos;) {
+              size_t digits = 0;
+              fits = std::stoul(text.substr(i), &digits) <= largest;
+              i += digits;
+            }
+            return fits ? "" : "\"" + text + "\" is no size and position such as 900x1000+10+10";
+          },
+          "a size and position"};
+}
+
+std::string explanation(const std::filesystem::path &hits) {
+  return host::nameInMessage(hits.filename()) +
+         " holds the hits of a search in a document, and no document of that name is beside it.\n\n"
+         "To see them, open their document with it:\ntavrel view DOCUMENT.pdf --hits " +
+         host::nameInMessage(hits) + "\n\n";
+}
+
+// A highlight file opened like a document, as a desktop does it, leads to its document. Where none is beside it, the
+// window says what the file is.
+void openHighlightFiles(viewer::ViewOptions &options) {
+  std::vector<std::string> documents;
+  for (const std::string &argument : options.documents) {
+    const std::filesystem::path file = viewer::targetOf(argument).file;
+    if (!isHighlightFile(file)) {
+      documents.push_back(argument);
+      continue;
+    }
+    if (viewer::Target marked{documentOfHits(file), {}}; !marked.file.empty()) {
+      viewer::addParameter(marked, "xml", std::filesystem::absolute(file));
+      documents.push_back(marked.file.string() + "#" + marked.parameters);
+      continue;
+    }
+    std::fprintf(stderr, "tavrel: %s: is a highlight file, and its document is not beside it\n",
+                 host::nameInMessage(file).c_str());
+    options.note += explanation(file);
+  }
+  options.documents = documents;
+}
+
 } // namespace
 
 void addViewCommand(CLI::App &app, int &status) {
@@ -34,12 +100,18 @@ void addViewCommand(CLI::App &app, int &status) {
   CLI::Option *documents =
       command->add_option("DOC", options->documents, "PDFs, each perhaps with #page=N or #xml=HITS behind its name");
   command->add_option("--hits", options->hits, "A highlight file for the first document")->needs(documents);
-  command->add_option("--password", options->password, "The documents' password");
-  command->add_option("--into", options->into, "The number of a window to live in");
+  addPasswordOptions(*command, options->password);
+  const auto hitsLimit = std::make_shared<unsigned>(brz::usualLimit);
+  addHitsLimitOption(*command, *hitsLimit);
+  command->add_option("--into", options->into, "The number of the window in which to be embedded")
+      ->type_name("NUMBER")
+      ->check(windowNumber());
   command->add_option("--plugins-dir", options->pluginsDirectory,
                       "Where plug-ins are, besides TAVREL_PLUGIN_PATH, ~/.local/lib/tavrel/plugins and the system's");
   command->add_option("--display", options->toolkit.display, "The X display");
-  command->add_option("--geometry", options->toolkit.geometry, "Size and place of the window: 900x1000+10+10");
+  command->add_option("--geometry", options->toolkit.geometry, "Size and position of the window: 900x1000+10+10")
+      ->type_name("WIDTHxHEIGHT+X+Y")
+      ->check(geometry());
   command->add_option("--xrm", options->toolkit.resources, "A resource: 'Tavrel*ground: grey'")
       ->allow_extra_args(false);
   command->add_option("--test-socket", options->testSocket, "Tells every change to a test that listens there");
@@ -54,7 +126,11 @@ void addViewCommand(CLI::App &app, int &status) {
     std::fflush(nullptr);
     _exit(statusOf(end));
   };
-  command->callback([options, &status] { status = statusOf(viewer::view(*options)); });
+  command->callback([options, hitsLimit, &status] {
+    setenv(brz::limitVariable, std::to_string(*hitsLimit).c_str(), 1); // for the plug-in that reads highlight files
+    openHighlightFiles(*options);
+    status = statusOf(viewer::view(*options));
+  });
 }
 
 } // namespace tools

@@ -6,19 +6,25 @@
 
 namespace tools {
 
-void walkMarkedPages(host::Application &app, host::ViewerDocument &document, size_t patience, const PageSink &sink) {
-  std::unordered_set<int32_t> drawn;
+void walkMarkedPages(host::Application &app, host::ViewerDocument &document, size_t limit, const PageSink &sink) {
+  std::unordered_set<int32_t> seen;
   const auto drawNewPage = [&] {
-    auto drawing = app.drawIfNeeded(document);
-    if (!drawing || !drawn.insert(drawing->page).second) return false;
-    if (drawing->marks > 0 || drawing->offPage > 0) sink(std::move(*drawing));
+    const int32_t page = document.view->page();
+    try {
+      auto drawing = app.drawIfNeeded(document);
+      if (!drawing || !seen.insert(drawing->page).second) return false;
+      if (drawing->marks > 0 || drawing->offPage > 0) sink.drawn(std::move(*drawing));
+    } catch (const host::DocumentError &) {
+      if (!seen.insert(page).second) return false;
+      sink.damaged(page);
+    }
     return true;
   };
   drawNewPage();
   const host::ToolBar *bar = app.toolBar();
   if (bar == nullptr) return;
   const tavrel::Atom name = host::Runtime::current().atoms.atom(nextButton);
-  for (size_t idle = 0; idle <= patience;) {
+  for (size_t idle = 0; idle <= limit;) {
     host::ToolButton *button = bar->find(name);
     if (button == nullptr || !bar->test(*button)) return;
     bar->press(*button);
@@ -29,7 +35,11 @@ void walkMarkedPages(host::Application &app, host::ViewerDocument &document, siz
 void walkAllPages(host::Application &app, host::ViewerDocument &document, const PageSink &sink) {
   for (int32_t page = 0; page < document.model->pageCount(); ++page) {
     document.view->showPage(page);
-    if (auto drawing = app.draw(document)) sink(std::move(*drawing));
+    try {
+      if (auto drawing = app.draw(document)) sink.drawn(std::move(*drawing));
+    } catch (const host::DocumentError &) {
+      sink.damaged(page);
+    }
   }
 }
 

@@ -27,6 +27,13 @@ constexpr double pointsPerInch = 72;
   throw DocumentError(DocumentError::unreadable, nameInMessage(file) + ": " + reason);
 }
 
+std::ifstream openedStream(const std::filesystem::path &file) {
+  errno = 0;
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) fail(file, errno != 0 ? std::generic_category().message(errno) : "cannot be read");
+  return stream;
+}
+
 // Finds out what can be said without the PDF library, which only knows that it could not open a file.
 void checkFile(const std::filesystem::path &file) {
   std::error_code error;
@@ -34,14 +41,17 @@ void checkFile(const std::filesystem::path &file) {
   if (!std::filesystem::exists(status)) fail(file, error ? error.message() : "no such file");
   if (std::filesystem::is_directory(status)) fail(file, "is a directory");
   if (!std::filesystem::is_regular_file(status)) fail(file, "is not a regular file");
-  errno = 0;
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) fail(file, errno != 0 ? std::generic_category().message(errno) : "cannot be read");
-  char head[1024]; // as far into a file as readers look for its mark
+  if (openedStream(file).peek() == std::ifstream::traits_type::eof()) fail(file, "is empty");
+}
+
+// What a file is that the library cannot open. The library needs no "%PDF-", and so this is not asked before.
+[[noreturn]] void failUnreadable(const std::filesystem::path &file, const char *damage) {
+  char head[1024]; // as far into a file as readers look for the mark
+  std::ifstream stream = openedStream(file);
   stream.read(head, sizeof head);
-  if (stream.gcount() == 0) fail(file, "is empty");
-  if (std::string_view(head, static_cast<size_t>(stream.gcount())).find("%PDF-") == std::string_view::npos)
-    fail(file, "is not a PDF");
+  const bool hasMark =
+      std::string_view(head, static_cast<size_t>(stream.gcount())).find("%PDF-") != std::string_view::npos;
+  fail(file, hasMark ? damage : "is not a PDF");
 }
 
 // As readers count.
@@ -169,12 +179,12 @@ PopplerFile::PopplerFile(const std::filesystem::path &file, const std::string &p
         poppler::document::load_from_raw_data(bytes_->data(), static_cast<int>(bytes_->size()), password, password));
   else
     pdf_.reset(poppler::document::load_from_file(file.string(), password, password));
-  if (!pdf_) fail(file, "is damaged");
+  if (!pdf_) failUnreadable(file, "is damaged");
   if (pdf_->is_locked())
     throw DocumentError(DocumentError::wrongPassword,
                         nameInMessage(file) + (password.empty() ? ": wants a password" : ": the password is wrong"));
   pages_ = pdf_->pages();
-  if (pages_ <= 0) fail(file, "is damaged: it has no pages");
+  if (pages_ <= 0) failUnreadable(file, "is damaged: it has no pages");
 }
 
 PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
@@ -190,6 +200,8 @@ PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
   const auto orientation = made.pdf->orientation();
   if (orientation == poppler::page::landscape || orientation == poppler::page::seascape)
     std::swap(made.size.width, made.size.height);
+  if (!(made.size.width > 0 && made.size.height > 0))
+    fail(file_, "page " + numberOf(page) + " is damaged: its page box is empty");
   return shown_.emplace(page, std::move(made)).first->second;
 }
 

@@ -29,7 +29,8 @@ public:
   enum class Reading { asNeeded, whole };
   static constexpr uintmax_t largestWhole = 64 << 20; ///< bytes
 
-  /// Throws DocumentError with one clear line that names the file.
+  /// Opens what the library can read as a PDF, whatever its first line. Throws DocumentError with one clear line that
+  /// names the file.
   static std::unique_ptr<PdfFile> open(const std::filesystem::path &file, const std::string &password,
                                        Reading reading = Reading::asNeeded);
   virtual ~PdfFile() = default;
@@ -38,7 +39,8 @@ public:
   virtual std::unique_ptr<PdfFile> again() const = 0;
 
   virtual int32_t pageCount() const = 0;
-  // All of these throw HostError errBadPage for a page that is not there, DocumentError for one that is damaged.
+  // All of these throw HostError errBadPage for a page that is not there, DocumentError for one that is damaged or
+  // whose box is empty; the line names the file and the page, counted from 1.
   /// A page that is damaged is as large as a letter, so that a reader can turn to it and further on.
   virtual PageSize pageSize(int32_t page) = 0;
   /// Worked out anew at each call.

@@ -64,7 +64,10 @@ int reportError(::Display *display, XErrorEvent *event) {
 
 int reportLoss(::Display *display) {
   std::fprintf(stderr, "tavrel: lost the connection to display %s\n", DisplayString(display));
-  std::exit(EXIT_FAILURE); // through atexit: a private display's temporary files go, too
+  std::fflush(stdout); // what was written before
+  // Not exit(): it would destroy what threads still use. Unfinished files and a private display are ended by
+  // quick_exit.
+  std::quick_exit(EXIT_FAILURE);
 }
 
 } // namespace

@@ -8,8 +8,10 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
+#include "content.h"
 #include "file.h"
 #include "parameters.h"
 #include "tavrel/Kernel.h"
@@ -73,21 +75,21 @@ void showPage(Doc document, std::string_view value) {
 
 /// Reads a file that a document's link names: as on a web page it lies beside the document, or else in the current
 /// folder. `file` becomes the one that there is.
-int readNamedBy(Doc document, char (&file)[PATH_MAX], std::string_view *content) {
+int readNamedBy(Doc document, char (&file)[PATH_MAX], size_t limit, std::string_view *content) {
   if (file[0] != '/') {
     const char *source = TavrelView::DocGetFile(document);
     const auto folder = static_cast<int>(brz::baseName(source) - source);
     char beside[PATH_MAX];
     const int length = snprintf(beside, sizeof beside, "%.*s%s", folder, source, file);
     if (length >= 0 && static_cast<size_t>(length) < sizeof beside) {
-      const int error = brz::readFile(beside, content);
+      const int error = brz::readFile(beside, limit, content);
       if (error != ENOENT && error != ENOTDIR) {
         memcpy(file, beside, sizeof beside);
         return error;
       }
     }
   }
-  return brz::readFile(file, content);
+  return brz::readFile(file, limit, content);
 }
 
 void attach(Doc document, const char *file, std::string_view content) {
@@ -100,6 +102,12 @@ void attach(Doc document, const char *file, std::string_view content) {
     sayOfFile(document, file, "marks nothing in ", TavrelView::DocGetFile(document));
 }
 
+void sayTooLarge(Doc document, const char *file, uint32_t limit) {
+  char reason[100];
+  snprintf(reason, sizeof reason, "is larger than %u MB (--hits-limit raises the limit)", limit);
+  sayOfFile(document, file, reason);
+}
+
 void showHits(Doc document, std::string_view value) {
   char file[PATH_MAX];
   if (brz::isRemote(value)) {
@@ -109,9 +117,15 @@ void showHits(Doc document, std::string_view value) {
   }
   if (!brz::decodeFile(value, file, sizeof file)) return sayOfFile(document, "xml", strerror(ENAMETOOLONG));
   if (file[0] == 0) return writeWrongValue(document, "xml", value, "file");
+  const uint32_t limit = brz::limitOf(getenv(brz::limitVariable));
   std::string_view content;
-  const int error = readNamedBy(document, file, &content);
+  const int error = readNamedBy(document, file, limit * brz::bytesPerMegabyte, &content);
+  if (error == EFBIG) return sayTooLarge(document, file, limit);
   if (error != 0) return sayOfFile(document, file, strerror(error));
+  if (const char *kind = brz::otherKind(content)) {
+    brz::releaseFile();
+    return sayOfFile(document, file, kind);
+  }
   attach(document, file, content);
 }
 

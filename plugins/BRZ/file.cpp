@@ -6,12 +6,11 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstdlib>
 
 namespace brz {
 namespace {
-
-constexpr off_t largestFile = off_t{256} << 20;
 
 char *s_bytes;
 
@@ -28,16 +27,16 @@ ssize_t readAll(int descriptor, char *bytes, size_t size) {
   return static_cast<ssize_t>(length);
 }
 
-int readOpened(int descriptor, std::string_view *content) {
+int readOpened(int descriptor, size_t limit, std::string_view *content) {
   struct stat status = {};
   if (fstat(descriptor, &status) != 0) return errno;
   if (S_ISDIR(status.st_mode)) return EISDIR;
   if (!S_ISREG(status.st_mode)) return ENOTSUP;
-  if (status.st_size > largestFile) return EFBIG;
-  const auto size = static_cast<size_t>(status.st_size);
-  s_bytes = static_cast<char *>(malloc(size + 1)); // an empty file has a block, too
+  const auto size = static_cast<uint64_t>(status.st_size);
+  if (size > limit) return EFBIG;
+  s_bytes = static_cast<char *>(malloc(static_cast<size_t>(size) + 1)); // an empty file has a block, too
   if (s_bytes == nullptr) return ENOMEM;
-  const ssize_t length = readAll(descriptor, s_bytes, size);
+  const ssize_t length = readAll(descriptor, s_bytes, static_cast<size_t>(size));
   if (length < 0) return errno;
   *content = {s_bytes, static_cast<size_t>(length)};
   return 0;
@@ -45,11 +44,11 @@ int readOpened(int descriptor, std::string_view *content) {
 
 } // namespace
 
-int readFile(const char *file, std::string_view *content) {
+int readFile(const char *file, size_t limit, std::string_view *content) {
   releaseFile();
   const int descriptor = open(file, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK); // a pipe would make it wait
   if (descriptor < 0) return errno;
-  const int error = readOpened(descriptor, content);
+  const int error = readOpened(descriptor, limit, content);
   close(descriptor);
   return error;
 }

@@ -39,20 +39,41 @@ uint32_t hitsOn(const HLL *list, uint32_t pageIndex) {
   return count;
 }
 
-/// Nothing where there is no current hit.
-void describePosition(Doc document, char *text, size_t size) {
+/// What of a list can be shown: the hits on pages that the document has. A file may name others, in any number.
+struct Shown {
+  uint32_t pages, hits;
+};
+
+Shown operator+(const Shown &a, const Shown &b) { return {a.pages + b.pages, a.hits + b.hits}; }
+
+/// What can be shown of the pages of the list with these indices.
+Shown shownBetween(const HLL *list, uint32_t first, uint32_t end, int32_t documentPages) {
+  Shown shown = {0, 0};
+  for (uint32_t i = first; i < end; ++i) {
+    int32_t page = 0;
+    uint16_t pos = 0, len = 0;
+    if (!TavrelGLT::HLL_GetHL(list, i, 0, &page, &pos, &len) || page < 0 || page >= documentPages) continue;
+    shown = shown + Shown{1, hitsOn(list, i)};
+  }
+  return shown;
+}
+
+/// Nothing where there is no current hit, or where it is on a page that the document lacks.
+void describePosition(Doc document, PageView view, char *text, size_t size) {
   text[0] = 0;
   const HLL *list = TavrelGLT::GLT_GetHLL(document);
   uint32_t pageIndex = 0;
   uint16_t wordIndex = 0;
   if (list == nullptr || !TavrelGLT::GLT_GetPos(document, &pageIndex, &wordIndex)) return;
-  if (!hasHit(list, pageIndex, 0)) return;
+  const int32_t documentPages = TavrelView::PageViewGetPageCount(view);
+  const Shown current = shownBetween(list, pageIndex, pageIndex + 1, documentPages);
+  if (current.hits == 0) return;
+  const Shown before = shownBetween(list, 0, pageIndex, documentPages);
+  const Shown after = shownBetween(list, pageIndex + 1, TavrelGLT::HLL_GetPageCount(list), documentPages);
+  const Shown all = before + current + after;
   // Stepping by words goes one beyond a page's last hit before it turns the page.
-  uint32_t number = std::min(uint32_t{wordIndex} + 1, hitsOn(list, pageIndex));
-  for (uint32_t i = 0; i < pageIndex; ++i)
-    number += hitsOn(list, i);
-  snprintf(text, size, "hit %u of %u, page %u of %u", number, TavrelGLT::HLL_GetWordCount(list), pageIndex + 1,
-           TavrelGLT::HLL_GetPageCount(list));
+  const uint32_t number = before.hits + std::min(uint32_t{wordIndex} + 1, current.hits);
+  snprintf(text, size, "hit %u of %u, page %u of %u", number, all.hits, before.pages + 1, all.pages);
 }
 
 /// The status line is the front document's.
@@ -62,7 +83,7 @@ void pageDrawn(PageView view, void * /*clientData*/) {
   Doc document = TavrelView::PageViewGetDoc(view);
   if (!isInFront(document)) return;
   char text[100];
-  describePosition(document, text, sizeof text);
+  describePosition(document, view, text, sizeof text);
   TavrelView::SetStatusText(s_self, text);
 }
 
@@ -99,7 +120,7 @@ uint32_t setUp(uint32_t version, SetupRecord *record) {
   if (version != handshakeVersion) return 0;
   s_self = record->extension;
   gKernelHFT = record->kernel;
-  gTavrelViewHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelView"), tavrelViewStatusVersion);
+  gTavrelViewHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelView"), tavrelViewVersion);
   if (gTavrelViewHFT == nullptr) return 0;
   record->handshake = callbackOf(shakeHands);
   return 1;

@@ -35,14 +35,17 @@ bool hasRoom(size_t count) {
   return true;
 }
 
-/// Puts the numbers of the pages that have a hit into the array and gives their number: none where memory is out.
-uint32_t collectPages(const HLL *list) {
+/// Puts the numbers of those of the first `documentPages` pages that have a hit into the array and returns how many
+/// they are: none where memory is exhausted. A file may name pages that the document lacks, in any number.
+uint32_t collectPages(const HLL *list, int32_t documentPages) {
   const uint32_t pageCount = list == nullptr ? 0 : TavrelGLT::HLL_GetPageCount(list);
-  if (!hasRoom(pageCount)) return 0;
+  if (documentPages <= 0 || !hasRoom(std::min(pageCount, static_cast<uint32_t>(documentPages)))) return 0;
   uint32_t count = 0;
-  for (uint32_t i = 0; i < pageCount; ++i) {
+  for (uint32_t i = 0; i < pageCount && count < static_cast<uint32_t>(documentPages); ++i) {
+    int32_t page = -1;
     uint16_t pos = 0, len = 0;
-    if (TavrelGLT::HLL_GetHL(list, i, 0, &s_pages[count], &pos, &len)) ++count;
+    if (TavrelGLT::HLL_GetHL(list, i, 0, &page, &pos, &len) && page >= 0 && page < documentPages)
+      s_pages[count++] = page;
   }
   return count;
 }
@@ -51,7 +54,7 @@ uint32_t collectPages(const HLL *list) {
 void pageDrawn(PageView view, void * /*clientData*/) {
   Doc document = TavrelView::PageViewGetDoc(view);
   if (document == nullptr) return;
-  const uint32_t count = collectPages(TavrelGLT::GLT_GetHLL(document));
+  const uint32_t count = collectPages(TavrelGLT::GLT_GetHLL(document), TavrelView::PageViewGetPageCount(view));
   TavrelView::DocMarkPages(s_self, document, s_pages, count);
 }
 

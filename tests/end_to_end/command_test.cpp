@@ -1,9 +1,11 @@
 // The command as its user meets it: what it prints, what it refuses, and how it ends.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <sstream>
 
 #include "support/pdf.h"
 #include "tests/end_to_end/oracle.h"
@@ -131,22 +133,40 @@ TEST_F(Command, RenderOfAllPagesEndsAtTheFirstThatCannotBeDrawn) {
   EXPECT_EQ(all.status, tools::exitUsage);
   EXPECT_EQ(all.files.size(), 8U);
   EXPECT_TRUE(all.files.contains("page-0008.png"));
-  const std::string last = "\ntavrel: " + document + ": " + document + ": page 9 at ";
+  const std::string last = "\ntavrel: " + document + ": page 9 at ";
   EXPECT_NE(all.output.find(last), std::string::npos) << all.output;
 }
 
-TEST_F(Command, RenderOfAllPagesEndsAtTheFirstThatIsDamaged) {
+// Twenty pages; the ninth and the eleventh have empty page boxes.
+std::string damagedPages() {
+  std::vector<test::PdfPage> some = pages(20);
+  some[8].cropBox = some[10].cropBox = "10 10 10 10";
+  return test::pdfOf(some);
+}
+
+TEST_F(Command, RenderOfAllPagesLeavesOutDamagedOnesAndSaysSo) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=4>"));
-  std::string bytes = test::pdfOf(pages(20));
-  const std::string ninth = "/Contents 22 0 R";
-  ASSERT_NE(bytes.find(ninth), std::string::npos);
-  bytes.replace(bytes.find(ninth), ninth.size(), "/Contents /Nothing");
-  const std::string document = file("damaged.pdf", bytes);
+  const std::string document = file("damaged.pdf", damagedPages());
   const Outcome all = outcomeEitherWay("render " + document + " " + hits + " --pages all --dpi 50");
-  EXPECT_EQ(all.status, tools::exitDocument);
-  EXPECT_EQ(all.files.size(), 8U);
-  const std::string last = "\ntavrel: " + document + ": " + document + ": page 9 is damaged\n";
-  EXPECT_NE(all.output.find(last), std::string::npos) << all.output;
+  EXPECT_EQ(all.status, tools::exitDamagedPages);
+  EXPECT_EQ(all.files.size(), 18U);
+  EXPECT_FALSE(all.files.contains("page-0009.png"));
+  EXPECT_FALSE(all.files.contains("page-0011.png"));
+  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 of 20 pages are damaged and left out: 9, 11\n"),
+            std::string::npos)
+      << all.output;
+}
+
+TEST_F(Command, RenderOfThePagesWithHitsLeavesOutDamagedOnesAndSaysSo) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=4>\n<loc pg=8 pos=0 len=4>\n<loc pg=10 "
+                                                          "pos=0 len=4>\n<loc pg=12 pos=0 len=4>"));
+  const std::string document = file("damaged.pdf", damagedPages());
+  const Outcome all = outcome("", "render " + document + " " + hits + " --dpi 50");
+  EXPECT_EQ(all.status, tools::exitDamagedPages);
+  EXPECT_EQ(all.files.size(), 2U);
+  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 of 20 pages are damaged and left out: 9, 11\n"),
+            std::string::npos)
+      << all.output;
 }
 
 TEST_F(Command, HitsOnPagesThatTheDocumentLacksAreSteppedOver) {
@@ -215,6 +235,133 @@ TEST_F(Command, BadInputIsMetWithOneClearLineAndItsOwnStatus) {
   }
   EXPECT_FALSE(fs::exists(folder / "none.xml"));
   EXPECT_EQ(written(), 0U);
+}
+
+// ---- numbers ----
+
+// Every option that takes a number, and numbers just outside of what it takes.
+struct NumericOption {
+  const char *command, *option;
+  std::vector<std::string> outside;
+};
+
+std::vector<NumericOption> numericOptions() {
+  return {{"render d.pdf h.xml", "--dpi", {"7.999", "1200.001", "0", "1e4"}},
+          {"render d.pdf h.xml", "--hits-limit", {"0", "4096", "1.5", "1e2"}},
+          {"view d.pdf", "--hits-limit", {"0", "4096", "1.5", "1e2"}},
+          {"view d.pdf", "--into", {"0", "4294967296", "0x100000000", "0x", "1.5", "window"}},
+          {"view d.pdf", "--geometry", {"0x0", "40000x100", "100x40000", "100x100+99999+0", "100", "x", "+5"}}};
+}
+
+// What is no number, and what is no finite one.
+const char *const notNumbers[] = {"",       "nan",  "NaN",      "-nan", "inf", "-inf", "infinity", "1e999",
+                                  "-1e999", "-100", "many",     "12ab", "1,5", "1 00", " 100",     "100 ",
+                                  "0x64g",  "--",   "100\t100", "+",    ".",   "e5",   "\xC3\xBC", "1e"};
+
+TEST_F(Command, ANumericOptionRefusesWhatIsNoNumberOfItsRange) {
+  for (const NumericOption &numeric : numericOptions()) {
+    std::vector<std::string> values(std::begin(notNumbers), std::end(notNumbers));
+    values.insert(values.end(), numeric.outside.begin(), numeric.outside.end());
+    for (const std::string &value : values) {
+      const std::string arguments = std::string(numeric.command) + " " + numeric.option + "='" + value + "'";
+      const CommandResult result = run(tavrel + " " + arguments + " </dev/null");
+      EXPECT_EQ(result.status, tools::exitUsage) << arguments << "\n" << result.output;
+      EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1) << arguments << "\n" << result.output;
+      EXPECT_NE(result.output.find(numeric.option), std::string::npos) << arguments << "\n" << result.output;
+    }
+  }
+}
+
+TEST_F(Command, EveryOptionThatSaysThatItTakesANumberIsTestedForIt) {
+  const std::vector<NumericOption> tested = numericOptions();
+  for (const std::string command : {"view", "render", "hits"}) {
+    std::istringstream help(run(tavrel + " " + command + " --help").output);
+    for (std::string line; std::getline(help, line);) {
+      EXPECT_EQ(line.find(" FLOAT"), std::string::npos) << "has no check: " << line;
+      EXPECT_EQ(line.find(" INT"), std::string::npos) << "has no check: " << line;
+      EXPECT_EQ(line.find(" UINT"), std::string::npos) << "has no check: " << line;
+      if (line.find(" NUMBER") == std::string::npos) continue;
+      EXPECT_TRUE(std::any_of(tested.begin(), tested.end(),
+                              [&](const NumericOption &one) {
+                                return std::string(one.command).starts_with(command) &&
+                                       line.find(one.option) != std::string::npos;
+                              }))
+          << command << ": " << line;
+    }
+  }
+}
+
+TEST_F(Command, ANumericOptionTakesTheEndsOfItsRange) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=1>"));
+  const std::string document =
+      file("small.pdf", test::pdfOf({{.texts = {{.x = 5, .y = 5, .text = "x"}}, .width = 40, .height = 40}}));
+  for (const char *options : {"--dpi 8", "--dpi 1200", "--dpi 72.5", "--hits-limit 1", "--hits-limit 4095"})
+    EXPECT_EQ(render(document, hits, options).status, tools::exitDone) << options;
+}
+
+// ---- highlight files that are none ----
+
+TEST_F(Command, AnEndlessHighlightFileIsRefusedAtTheLimitAndNamed) {
+  const std::string document = documents + "/two-columns.pdf";
+  const CommandResult device = render(document, "/dev/zero");
+  EXPECT_EQ(device.status, tools::exitHighlightFile);
+  EXPECT_EQ(device.output, "tavrel: /dev/zero: is larger than 64 MB (--hits-limit raises the limit)\n");
+  const CommandResult pipe =
+      run("yes | TAVREL_HITS_LIMIT=2 " + tavrel + " render " + document + " - --out " + std::string(folder / "out"));
+  EXPECT_EQ(pipe.status, tools::exitHighlightFile);
+  EXPECT_EQ(pipe.output, "tavrel: standard input: is larger than 2 MB (--hits-limit raises the limit)\n");
+  EXPECT_EQ(render(document, "/dev/zero", "--hits-limit 3").output,
+            "tavrel: /dev/zero: is larger than 3 MB (--hits-limit raises the limit)\n");
+}
+
+TEST_F(Command, ADocumentGivenAsHighlightFileIsCalledWhatItIs) {
+  const std::string document = documents + "/two-columns.pdf";
+  const CommandResult result = render(document, document);
+  EXPECT_EQ(result.status, tools::exitHighlightFile);
+  EXPECT_EQ(result.output, "tavrel: " + document + ": is a PDF, not a highlight file\n");
+}
+
+// ---- passwords ----
+
+TEST_F(Command, APasswordIsReadFromAFile) {
+  const std::string document = documents + "/encrypted.pdf";
+  const std::string right = file("right", "secret\nnot this line\n");
+  const std::string hits = folder / "hits.xml";
+  ASSERT_EQ(run(tavrel + " hits " + document + " the -o " + hits + " --password-file " + right).status,
+            tools::exitDone);
+  EXPECT_EQ(render(document, hits, "--dpi 20 --password-file " + right).status, tools::exitDone);
+  EXPECT_EQ(render(document, hits, "--password-file " + file("wrong", "wrong\r\n")).status, tools::exitPassword);
+}
+
+TEST_F(Command, APasswordIsReadFromStandardInputBeforeTheHits) {
+  const std::string document = documents + "/encrypted.pdf";
+  const std::string secret = file("secret", "secret\n");
+  const std::string hits = folder / "hits.xml";
+  ASSERT_EQ(run(tavrel + " hits " + document + " the -o " + hits + " --password-file - < " + secret).status,
+            tools::exitDone);
+  EXPECT_EQ(
+      render(document, "-", "--dpi 20 --password-file - < " + file("both", test::bytesOf(secret) + test::bytesOf(hits)))
+          .status,
+      tools::exitDone);
+}
+
+TEST_F(Command, APasswordFileThatHasNoneIsNamed) {
+  const std::string document = documents + "/encrypted.pdf";
+  const std::pair<std::string, const char *> table[] = {
+      {folder / "missing", "missing: No such file or directory"},
+      {folder, "Is a directory"},
+      {file("empty", ""), "empty: has no password in its first line"},
+      {file("blank", "\nsecret\n"), "blank: has no password in its first line"},
+      {"/dev/zero", "/dev/zero: its first line is longer than a password"},
+      {file("secret", "user\n") + " --password user", "--password"},
+  };
+  for (const auto &[argument, said] : table)
+    for (const std::string &command : {"hits " + document + " word", "view " + document}) {
+      const CommandResult result = run(tavrel + " " + command + " --password-file " + argument);
+      EXPECT_EQ(result.status, tools::exitUsage) << argument << "\n" << result.output;
+      EXPECT_NE(result.output.find(said), std::string::npos) << result.output;
+      EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1) << result.output;
+    }
 }
 
 TEST_F(Command, WithoutAnyPlugInItNamesTheFoldersInWhichItLooked) {

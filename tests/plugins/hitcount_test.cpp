@@ -151,6 +151,34 @@ TEST_F(Plugins, CountAPageFullOfHits) {
   EXPECT_EQ(statusAfterJump(GLT_JUMP_LAST), "hit 1001 of 1001, page 2 of 2");
 }
 
+TEST_F(Plugins, CountOnlyThePagesThatTheDocumentHas) {
+  HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
+  for (const int32_t page : {-7, 1, 4, 2, 1000, 3})
+    for (uint16_t pos = 0; pos < 2; ++pos)
+      TavrelGLT::HLL_AddHL(list, page, pos, 1);
+  TavrelGLT::GLT_RegisterHLL(doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
+  TavrelGLT::GLT_DeleteHLL(list);
+  document->view->showPage(2);
+  EXPECT_EQ(statusAfterADraw(), "hit 3 of 6, page 2 of 3");
+  document->view->showPage(3);
+  EXPECT_EQ(statusAfterADraw(), "hit 5 of 6, page 3 of 3");
+  EXPECT_EQ(TavrelGLT::HLL_GetWordCount(TavrelGLT::GLT_GetHLL(doc)), 12U) << "the list is what the file says";
+  EXPECT_EQ(TavrelGLT::HLL_GetPageCount(TavrelGLT::GLT_GetHLL(doc)), 6U);
+}
+
+TEST_F(Plugins, SayNothingOfAHitOnAPageThatTheDocumentLacks) {
+  HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
+  for (const int32_t page : {1, 4})
+    TavrelGLT::HLL_AddHL(list, page, 0, 1);
+  TavrelGLT::GLT_RegisterHLL(doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
+  TavrelGLT::GLT_DeleteHLL(list);
+  document->view->showPage(0);
+  TavrelGLT::GLT_SetPos(doc, 1, 0, 0);
+  EXPECT_EQ(statusAfterADraw(), "");
+  document->view->showPage(1);
+  EXPECT_EQ(statusAfterADraw(), "hit 1 of 1, page 1 of 1");
+}
+
 TEST_F(Plugins, SayNothingAnyMoreWhenTheListGoes) {
   registerInCharacters();
   draw();

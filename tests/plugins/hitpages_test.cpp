@@ -68,6 +68,11 @@ TEST_F(HitPages, AreOnlyThoseThatTheDocumentHas) {
   EXPECT_THAT(markedAfterADraw(), ElementsAre(2, 3));
 }
 
+TEST_F(HitPages, AreFoundBehindAnyNumberThatTheDocumentLacks) {
+  registerHits({-1, 900, 3, 4, 70'000, 0});
+  EXPECT_THAT(markedAfterADraw(), ElementsAre(0, 3));
+}
+
 TEST_F(HitPages, GoWithTheList) {
   registerHits({1, 3});
   app.draw(*document);

@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdlib>
+#include <numeric>
 #include <sstream>
 
 #include "support/pdf.h"
@@ -116,10 +117,11 @@ TEST_F(HitsTest, OutputToADeviceLeavesTheDevice) {
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
-TEST_F(HitsTest, OutputIntoAMissingFolderMakesTheFolder) {
+TEST_F(HitsTest, OutputIntoAMissingFolderNamesTheFolder) {
   options.output = folder.path() / "new" / "hits.xml";
-  EXPECT_EQ(run(), exitDone);
-  EXPECT_THAT(test::bytesOf(options.output), StartsWith("<?xml"));
+  EXPECT_EQ(run(), exitOutput);
+  EXPECT_EQ(err.str(), "tavrel: " + (folder.path() / "new").string() + ": No such file or directory\n");
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "new"));
 }
 
 TEST_F(HitsTest, OutputThatCannotBeThereFails) {
@@ -279,16 +281,68 @@ TEST_F(HitsCommandLine, WordsAreRequired) {
   EXPECT_THAT(parseError, HasSubstr("WORDS"));
 }
 
-TEST_F(HitsTest, ADocumentWithDamagedPagesIsRefusedForTheFirstOfThem) {
-  std::string bytes = test::pdfOf(std::vector<test::PdfPage>(20, {.texts = {{.x = 50, .y = 500, .text = "fox"}}}));
-  for (const std::string contents : {"/Contents 22 0 R", "/Contents 30 0 R"}) {
-    ASSERT_NE(bytes.find(contents), std::string::npos);
-    bytes.replace(bytes.find(contents), contents.size(), "/Contents /Nothing");
+// ---- damaged pages ----
+
+class HitsOfADamagedDocument : public HitsTest {
+protected:
+  // Twenty pages with one hit each, some with an empty page box.
+  void damage(const std::vector<size_t> &pages) {
+    std::vector<test::PdfPage> all(20, {.texts = {{.x = 50, .y = 500, .text = "fox"}}});
+    for (const size_t page : pages)
+      all[page - 1].cropBox = "10 10 10 10";
+    write(test::pdfOf(all));
   }
-  options.document = folder.write("damaged.pdf", bytes);
+  void write(const std::string &bytes) {
+    options.document = folder.write("damaged.pdf", bytes);
+    options.output = folder.path() / "hits.xml";
+  }
+  std::string line(const std::string &text) const {
+    return "tavrel: " + options.document.string() + ": " + text + "\n";
+  }
+};
+
+TEST_F(HitsOfADamagedDocument, AreThoseOfTheOtherPagesAndTheStatusSaysSo) {
+  damage({9, 13});
+  EXPECT_EQ(run(), exitDamagedPages);
+  EXPECT_EQ(err.str(), line("2 of 20 pages are damaged and left out: 9, 13"));
+  EXPECT_EQ(out.str(), "18 hits on 18 of 20 pages -> " + options.output + "\n");
+  EXPECT_THAT(test::bytesOf(options.output), HasSubstr("<loc pg=\"7\" pos=\"0\" len=\"3\"/>\n<loc pg=\"9\" "));
+}
+
+TEST_F(HitsOfADamagedDocument, GoToStandardOutputLikewise) {
+  damage({1});
+  options.output = "-";
+  EXPECT_EQ(run(), exitDamagedPages);
+  EXPECT_EQ(err.str(), line("1 of 20 pages is damaged and left out: 1"));
+  EXPECT_THAT(out.str(), StartsWith("<?xml"));
+}
+
+TEST_F(HitsOfADamagedDocument, AreNoneWhereThereAreNone) {
+  damage({2, 3, 4});
+  options.words = {"whale"};
+  EXPECT_EQ(run(), exitNothingMarked);
+  EXPECT_EQ(err.str(), line("3 of 20 pages are damaged and left out: 2-4") + line("no hits of \"whale\""));
+  EXPECT_FALSE(std::filesystem::exists(options.output));
+}
+
+// The library does not get past a page whose dictionary is malformed: those after it cannot be read either.
+TEST_F(HitsOfADamagedDocument, AreThoseBeforeAMalformedPage) {
+  std::string bytes = test::pdfOf(std::vector<test::PdfPage>(20, {.texts = {{.x = 50, .y = 500, .text = "fox"}}}));
+  const std::string ninth = "/Contents 22 0 R";
+  ASSERT_NE(bytes.find(ninth), std::string::npos);
+  write(bytes.replace(bytes.find(ninth), ninth.size(), "/Contents /Nothing"));
+  EXPECT_EQ(run(), exitDamagedPages);
+  EXPECT_EQ(err.str(), line("12 of 20 pages are damaged and left out: 9-20"));
+  EXPECT_EQ(out.str(), "8 hits on 8 of 20 pages -> " + options.output + "\n");
+}
+
+TEST_F(HitsOfADamagedDocument, CannotBeFoundWhereAllPagesAreDamaged) {
+  std::vector<size_t> all(20);
+  std::iota(all.begin(), all.end(), 1);
+  damage(all);
   EXPECT_EQ(run(), exitDocument);
-  EXPECT_EQ(err.str(), "tavrel: " + options.document.string() + ": page 9 is damaged\n");
-  EXPECT_EQ(out.str(), "");
+  EXPECT_EQ(err.str(), line("all 20 pages are damaged"));
+  EXPECT_FALSE(std::filesystem::exists(options.output));
 }
 
 } // namespace

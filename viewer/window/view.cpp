@@ -184,6 +184,7 @@ ViewEnd run(const ViewOptions &options) {
   awaitDocument(bell, session);
   fonts.await();
   MainWindow &window = windows.get();
+  if (!options.note.empty()) window.dialogs().tell("Tavrel", options.note);
   Collector collector{bell, session, app};
   const XtInputId input = XtAppAddInput(toolkit.context(), bell.end(), reinterpret_cast<XtPointer>(XtInputReadMask),
                                         collectResults, &collector);

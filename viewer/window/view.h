@@ -19,6 +19,7 @@ enum class ViewEnd {
 struct ViewOptions {
   std::vector<std::string> documents; ///< files, perhaps with parameters behind a '#'
   std::string hits;                   ///< a highlight file for the first document; empty: none
+  std::string note;                   ///< shown in a dialog from the start; empty: none
   std::string password;
   std::string into; ///< the number of a window to live in; empty: a window of one's own
   std::filesystem::path pluginsDirectory;

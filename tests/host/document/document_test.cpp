@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
+#include <functional>
 #include <limits>
 #include <set>
 
@@ -83,6 +84,17 @@ TEST_F(DocumentTest, OtherFileIsNotAPdf) {
   EXPECT_EQ(refusal(file), file.string() + ": is not a PDF");
 }
 
+TEST_F(DocumentTest, PdfWithoutItsFirstLineIsOpened) {
+  const std::string whole = test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "kept"}}}});
+  const auto document = Document::open(folder.write("late.pdf", whole.substr(whole.find('\n') + 1)), "");
+  EXPECT_THAT(textsOf(document->pageText(0)), ElementsAre(U"kept"));
+}
+
+TEST_F(DocumentTest, MarkupIsNotAPdf) {
+  const auto file = folder.write("page.xml", "<?xml version=\"1.0\"?>\n<XML>\ntrailer\n</XML>\n");
+  EXPECT_EQ(refusal(file), file.string() + ": is not a PDF");
+}
+
 TEST_F(DocumentTest, PdfCutBeforeItsFirstPageIsDamaged) {
   const std::string whole = test::pdfOf({PdfPage{}});
   EXPECT_THAT(refusal(folder.write("cut.pdf", whole.substr(0, 60))), HasSubstr("is damaged"));
@@ -97,6 +109,27 @@ TEST_F(DocumentTest, PdfWithoutItsLastLinesOpensWithWhatIsThere) {
 TEST_F(DocumentTest, PdfWithoutPagesIsRefused) {
   EXPECT_THAT(refusal(folder.write("none.pdf", test::pdfOf({}))), HasSubstr("is damaged"));
 }
+
+// The page box of a PDF page, "left bottom right top"; its cropping makes it one without area.
+class EmptyBox : public DocumentTest, public testing::WithParamInterface<const char *> {};
+
+TEST_P(EmptyBox, MakesAPageDamagedAndNoOther) {
+  const auto document = open({PdfPage{}, {.cropBox = GetParam()}});
+  EXPECT_EQ(document->render(0, 72).width, 400);
+  const std::string line = (folder.path() / "test.pdf").string() + ": page 2 is damaged: its page box is empty";
+  for (const auto &use :
+       std::vector<std::function<void()>>{[&] { document->render(1, 72); }, [&] { document->pageText(1); }}) {
+    try {
+      use();
+      ADD_FAILURE() << "there is no such page";
+    } catch (const DocumentError &error) {
+      EXPECT_EQ(error.what(), line);
+    }
+  }
+  EXPECT_EQ(document->pageSize(1).width, 612) << "as large as a letter, so that a reader can turn to it";
+}
+
+INSTANTIATE_TEST_SUITE_P(Boxes, EmptyBox, testing::Values("10 10 10 10", "10 20 300 20", "500 700 600 800"));
 
 TEST_F(DocumentTest, NameWithLineBreakStaysOneLine) {
   EXPECT_THAT(refusal(folder.write("a\nb.pdf", "no")), testing::Not(HasSubstr("\n")));

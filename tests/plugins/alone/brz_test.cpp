@@ -204,10 +204,29 @@ TEST_F(OpenedWith, AFileThatCannotBeOpenedIsNamed) {
   EXPECT_EQ(open("xml=circle"), std::string(scratch.path() / "circle") + ": Too many levels of symbolic links\n");
 }
 
-TEST_F(OpenedWith, AFileOfMoreThanAQuarterOfAGigabyteIsRefused) {
+TEST_F(OpenedWith, AFileAboveTheLimitIsRefused) {
   const std::string hits = scratch.write("hits.xml", "");
-  fs::resize_file(hits, (256U << 20) + 1);
-  EXPECT_EQ(open("xml=hits.xml"), hits + ": File too large\n");
+  fs::resize_file(hits, (64U << 20) + 1);
+  EXPECT_EQ(open("xml=hits.xml"), hits + ": is larger than 64 MB (--hits-limit raises the limit)\n");
+  EXPECT_EQ(app.statusText(), "hits.xml: is larger than 64 MB (--hits-limit raises the limit)");
+  EXPECT_TRUE(received.empty());
+}
+
+TEST_F(OpenedWith, TheEnvironmentNamesAnotherLimit) {
+  const std::string hits = scratch.write("hits.xml", "<XML>");
+  fs::resize_file(hits, (1U << 20) + 1);
+  setenv("TAVREL_HITS_LIMIT", "1", 1);
+  EXPECT_EQ(open("xml=hits.xml"), hits + ": is larger than 1 MB (--hits-limit raises the limit)\n");
+  setenv("TAVREL_HITS_LIMIT", "2", 1);
+  EXPECT_EQ(open("xml=hits.xml"), "");
+  unsetenv("TAVREL_HITS_LIMIT");
+  EXPECT_EQ(received.size(), 1U);
+}
+
+TEST_F(OpenedWith, AFileOfAnotherKindIsCalledWhatItIs) {
+  const std::string pdf = scratch.write("hits.pdf", "%PDF-1.7\n");
+  EXPECT_EQ(open("xml=hits.pdf"), pdf + ": is a PDF, not a highlight file\n");
+  EXPECT_EQ(app.statusText(), "hits.pdf: is a PDF, not a highlight file");
   EXPECT_TRUE(received.empty());
 }
 

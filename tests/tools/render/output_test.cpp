@@ -1,9 +1,13 @@
-// Files that are there whole or not at all; images as PNG; the lines and the bar.
+// Files that are there complete or not at all; images as PNG; the lines and the bar.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <png.h>
+#include <sys/stat.h>
 #include <unistd.h>
+
+#include <cerrno>
+#include <climits>
 
 #include "support/pdf.h"
 #include "tools/failure.h"
@@ -14,6 +18,35 @@
 namespace {
 
 namespace fs = std::filesystem;
+
+// What is asked of the disk, and one step that fails: the functions below take the place of the C library's.
+struct Disk {
+  std::vector<std::string> steps; ///< "sync file", "sync directory", "rename"
+  std::string failing;
+  bool step(const std::string &name) {
+    steps.push_back(name);
+    if (name != failing) return true;
+    errno = EIO;
+    return false;
+  }
+} disk;
+
+} // namespace
+
+extern "C" int fsync(int descriptor) {
+  struct stat status {};
+  fstat(descriptor, &status);
+  return disk.step(S_ISDIR(status.st_mode) ? "sync directory" : "sync file") ? 0 : -1;
+}
+
+extern "C" int rename(const char *from, const char *to) noexcept {
+  // Closed, and as long as it is going to be.
+  for (const auto &open : fs::directory_iterator("/proc/self/fd"))
+    EXPECT_NE(fs::exists(open) ? fs::read_symlink(open).string() : "", from);
+  return disk.step("rename " + std::to_string(fs::file_size(from))) ? renameat(AT_FDCWD, from, AT_FDCWD, to) : -1;
+}
+
+namespace {
 
 struct Output : testing::Test {
   // How many files lie in the folder, finished or not.
@@ -30,6 +63,7 @@ struct Output : testing::Test {
     }
     return "";
   }
+  ~Output() override { disk = {}; }
   test::ScratchFolder folder;
 };
 
@@ -54,10 +88,17 @@ TEST_F(Output, LeavesTheOldFileUntilTheNewOneIsWhole) {
   EXPECT_EQ(test::bytesOf(place), "old");
 }
 
-TEST_F(Output, MakesTheDirectoriesThatLeadThere) {
-  const fs::path place = folder.path() / "b/c/a";
-  tools::OutputFile(place).commit();
-  EXPECT_TRUE(fs::exists(place));
+TEST_F(Output, NamesTheDirectoryThatIsMissing) {
+  const fs::path directory = folder.path() / "b/c";
+  EXPECT_EQ(failure(directory / "a"), directory.string() + ": No such file or directory");
+  EXPECT_FALSE(fs::exists(folder.path() / "b"));
+}
+
+TEST_F(Output, DirectoriesAreMadeWhereThatIsAskedFor) {
+  const fs::path directory = folder.path() / "b/c";
+  tools::makeDirectories(directory);
+  tools::makeDirectories(directory);
+  EXPECT_EQ(failure(directory / "a"), "");
 }
 
 TEST_F(Output, NamesThePlaceThatCannotBeWritten) {
@@ -88,6 +129,80 @@ TEST_F(Output, AFullDiskIsNamedAsTheReason) {
     EXPECT_EQ(error.status, tools::exitOutput);
     EXPECT_EQ(error.what(), place.string() + ": No space left on device");
   }
+}
+
+TEST_F(Output, IsOnTheDiskBeforeItHasItsNameAndThenTheNameIs) {
+  tools::OutputFile file(folder.path() / "a");
+  file.write("all of it");
+  EXPECT_EQ(disk.steps, std::vector<std::string>{});
+  file.commit();
+  EXPECT_EQ(disk.steps, (std::vector<std::string>{"sync file", "rename 9", "sync directory"}));
+}
+
+TEST_F(Output, LeavesTheOldFileWhereADiskFails) {
+  const fs::path target = folder.write("a", "old");
+  for (const char *step : {"sync file", "rename 3"}) {
+    disk.failing = step;
+    {
+      tools::OutputFile file(target);
+      file.write("new");
+      EXPECT_THROW(file.commit(), tools::CommandFailure) << step;
+    }
+    EXPECT_EQ(test::bytesOf(target), "old") << step;
+    EXPECT_EQ(files(), 1U) << step;
+  }
+}
+
+TEST_F(Output, SaysThatADirectoryCannotBeSynchronized) {
+  disk.failing = "sync directory";
+  EXPECT_EQ(failure(folder.path() / "a"), folder.path().string() + ": cannot be synchronized: Input/output error");
+  EXPECT_TRUE(fs::exists(folder.path() / "a"));
+}
+
+TEST_F(Output, HasANameUntilThenThatNobodyCanGuess) {
+  const tools::OutputFile one(folder.path() / "a"), other(folder.path() / "a");
+  std::vector<std::string> names;
+  for (const auto &entry : fs::directory_iterator(folder.path()))
+    names.push_back(entry.path().filename());
+  ASSERT_EQ(names.size(), 2U);
+  EXPECT_THAT(names, testing::Each(testing::MatchesRegex("\\.tavrel-[0-9a-f]{16}\\.part")));
+}
+
+TEST_F(Output, AFileOfTheLongestNameCanBeWritten) {
+  const fs::path target = folder.path() / std::string(NAME_MAX, 'n');
+  EXPECT_EQ(failure(target), "");
+  EXPECT_TRUE(fs::exists(target));
+}
+
+TEST_F(Output, ReplacesALinkAndNotWhatItLeadsTo) {
+  const fs::path target = folder.write("target", "old"), link = folder.path() / "a";
+  fs::create_symlink(target, link);
+  EXPECT_EQ(failure(link), "");
+  EXPECT_TRUE(fs::is_regular_file(fs::symlink_status(link)));
+  EXPECT_EQ(test::bytesOf(target), "old");
+}
+
+TEST_F(Output, ANewFileHasThePermissionsThatTheUserLeavesIt) {
+  const mode_t before = umask(027);
+  EXPECT_EQ(failure(folder.path() / "a"), "");
+  umask(before);
+  EXPECT_EQ(fs::status(folder.path() / "a").permissions(), fs::perms(0640));
+}
+
+TEST_F(Output, APrivateFileIsPrivateFromTheStart) {
+  const fs::path target = folder.write("a", "old");
+  fs::permissions(target, fs::perms(0600));
+  tools::OutputFile file(target);
+  struct stat status {};
+  ASSERT_EQ(fstat(fileno(file.stream()), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600U);
+  file.commit();
+  EXPECT_EQ(fs::status(target).permissions(), fs::perms(0600));
+}
+
+TEST_F(Output, AProgramStartedMeanwhileDoesNotGetTheFile) {
+  const tools::OutputFile file(folder.path() / "a");
+  EXPECT_NE(fcntl(fileno(file.stream()), F_GETFD) & FD_CLOEXEC, 0);
 }
 
 host::Image threeColours() { return {3, 1, {0xFFFF0000, 0xFF00FF00, 0xFF0000FF}}; }

@@ -1,6 +1,7 @@
 // The loop that steps from hit to hit, with a plug-in that lives in the test.
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <functional>
 #include <map>
 
@@ -49,11 +50,22 @@ struct Walk : test::Viewer {
       plan.marks[page] = model->select(page, {{0, 10, 10, 0}});
   }
   tools::PageSink sink() {
-    return [this](const host::Drawing &drawing) { written.push_back(drawing.page); };
+    return {[this](const host::Drawing &drawing) { written.push_back(drawing.page); },
+            [this](int32_t page) { damaged.push_back(page); }};
   }
   void walk(size_t patience = 10) { tools::walkMarkedPages(app, *document, patience, sink()); }
 
-  std::vector<int32_t> written;
+  // A page that throws what the PDF library's side throws of a damaged one.
+  void damagePages(const std::vector<int32_t> &pages) const {
+    document->view->setSource([this, pages](int32_t page, double) -> const host::Image * {
+      if (std::count(pages.begin(), pages.end(), page) > 0)
+        throw host::DocumentError(host::DocumentError::unreadable, "test.pdf: page is damaged");
+      return &blank;
+    });
+  }
+
+  const host::Image blank{100, 100, std::vector<uint32_t>(10'000, 0xFFFFFFFF)};
+  std::vector<int32_t> written, damaged;
 };
 
 TEST_F(Walk, WritesTheMarkedPagesThatItComesBy) {
@@ -112,6 +124,22 @@ TEST_F(Walk, EndsWhereTheSamePagesComeBackForEver) {
   walk(10);
   EXPECT_THAT(written, ElementsAre(1, 2));
   EXPECT_EQ(plan.next, 13U);
+}
+
+TEST_F(Walk, GoesOnAfterADamagedPageAndReportsItOnce) {
+  markPages({0, 1, 3, 4});
+  damagePages({1, 3});
+  plan.stops = {1, 3, -1, 1, 4};
+  walk();
+  EXPECT_THAT(written, ElementsAre(0, 4));
+  EXPECT_THAT(damaged, ElementsAre(1, 3));
+}
+
+TEST_F(Walk, OfAllPagesGoesOnAfterADamagedOne) {
+  damagePages({0, 3});
+  tools::walkAllPages(app, *document, sink());
+  EXPECT_THAT(written, ElementsAre(1, 2, 4));
+  EXPECT_THAT(damaged, ElementsAre(0, 3));
 }
 
 TEST_F(Walk, WithoutTheButtonThereIsThePageShown) {

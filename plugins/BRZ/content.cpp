@@ -1,0 +1,68 @@
+// Looks at a file's bytes before they are handed on. Owns nothing.
+#include "content.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace brz {
+namespace {
+
+constexpr std::string_view whitespace = " \t\r\n\v\f", byteOrderMark = "\xEF\xBB\xBF";
+
+struct Kind {
+  std::string_view start;
+  const char *name;
+};
+
+// The two bytes that begin UTF-16, with its mark or with the '<' that begins all markup.
+constexpr Kind kinds[] = {{"%PDF-", "is a PDF, not a highlight file"},
+                          {{"\xFF\xFE", 2}, "is UTF-16; a highlight file has one byte for each character"},
+                          {{"\xFE\xFF", 2}, "is UTF-16; a highlight file has one byte for each character"},
+                          {{"<\0", 2}, "is UTF-16; a highlight file has one byte for each character"},
+                          {{"\0<", 2}, "is UTF-16; a highlight file has one byte for each character"}};
+
+char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+/// `name` is in lower case.
+bool contains(std::string_view content, std::string_view name) {
+  return std::search(content.begin(), content.end(), name.begin(), name.end(),
+                     [](char a, char b) { return lower(a) == b; }) != content.end();
+}
+
+std::string_view withoutLeadingSpace(std::string_view content) {
+  if (content.starts_with(byteOrderMark)) content.remove_prefix(byteOrderMark.size());
+  return content.substr(std::min(content.size(), content.find_first_not_of(whitespace)));
+}
+
+bool isControl(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte < 0x20 || byte == 0x7F) && whitespace.find(c) == std::string_view::npos;
+}
+
+} // namespace
+
+uint32_t limitOf(const char *text) {
+  if (text == nullptr || *text < '0' || *text > '9') return usualLimit;
+  char *end = nullptr;
+  const unsigned long number = strtoul(text, &end, 10);
+  return *end != 0 || number < 1 || number > highestLimit ? usualLimit : static_cast<uint32_t>(number);
+}
+
+const char *otherKind(std::string_view content) {
+  constexpr size_t enough = 4096; // text has no control characters, and noise has one in ten
+  const std::string_view begin = withoutLeadingSpace(content);
+  const char *kind = nullptr;
+  for (const Kind &one : kinds)
+    if (kind == nullptr && begin.starts_with(one.start)) kind = one.name;
+  const std::string_view head = begin.substr(0, enough);
+  if (kind == nullptr && !begin.starts_with('<') && std::any_of(head.begin(), head.end(), isControl))
+    kind = "is binary data, not a highlight file";
+  return kind == nullptr || contains(content, "<highlights") ? nullptr : kind;
+}
+
+bool looksLikeHighlights(std::string_view beginning) {
+  return withoutLeadingSpace(beginning).starts_with('<') && contains(beginning, "<body") &&
+         contains(beginning, "<highlights");
+}
+
+} // namespace brz

@@ -1,0 +1,77 @@
+// What is no highlight file, by its bytes, and how large one may be.
+#include "plugins/BRZ/content.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+
+namespace {
+
+constexpr char hits[] = "<XML>\n<Body Units=\"words\">\n<highlights>\n<loc pg=0 pos=0 len=1>\n</highlights>\n";
+
+std::string kindOf(const std::string &content) {
+  const char *kind = brz::otherKind(content);
+  return kind == nullptr ? "" : kind;
+}
+
+std::string utf16(const std::string &text, bool littleEndian) {
+  std::string result;
+  for (const char c : text)
+    result += littleEndian ? std::string{c, '\0'} : std::string{'\0', c};
+  return result;
+}
+
+TEST(Content, OfTextIsPerhapsAHighlightFile) {
+  for (const std::string &text : {std::string(), std::string(hits), std::string("<html>"), std::string("a letter\r\n"),
+                                  std::string("\xEF\xBB\xBF") + hits, std::string("<XML>\0</XML>", 12)})
+    EXPECT_EQ(kindOf(text), "") << text;
+}
+
+TEST(Content, OfAPdfIsCalledThat) {
+  for (const std::string pdf : {"%PDF-1.7\n%\xE2\xE3\xCF\xD3\n", "\n%PDF-1.7", "\xEF\xBB\xBF%PDF-2.0"})
+    EXPECT_EQ(kindOf(pdf), "is a PDF, not a highlight file") << pdf;
+}
+
+TEST(Content, InUtf16IsCalledThat) {
+  const std::string line = "is UTF-16; a highlight file has one byte for each character";
+  EXPECT_EQ(kindOf("\xFF\xFE" + utf16(hits, true)), line);
+  EXPECT_EQ(kindOf("\xFE\xFF" + utf16(hits, false)), line);
+  EXPECT_EQ(kindOf(utf16(hits, true)), line);
+  EXPECT_EQ(kindOf(utf16(hits, false)), line);
+}
+
+TEST(Content, OfNoiseIsCalledBinary) {
+  std::mt19937 random(7); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same noise each time
+  std::string noise(5000, 'x');
+  for (char &byte : noise)
+    byte = static_cast<char>(random());
+  EXPECT_EQ(kindOf(noise), "is binary data, not a highlight file");
+  EXPECT_EQ(kindOf(std::string(100, '\0')), "is binary data, not a highlight file");
+  EXPECT_EQ(kindOf("\x7F"
+                   "ELF"),
+            "is binary data, not a highlight file");
+}
+
+// The reader finds its tags among any bytes.
+TEST(Content, WithHighlightsIsHandedOnWhateverIsBeforeThem) {
+  EXPECT_EQ(kindOf(std::string("\0\1\2", 3) + hits), "");
+  EXPECT_EQ(kindOf(std::string("%PDF-1.7 ") + "<HIGHLIGHTS>"), "");
+}
+
+TEST(Content, LooksLikeHighlightsByBodyAndList) {
+  EXPECT_TRUE(brz::looksLikeHighlights(hits));
+  EXPECT_TRUE(brz::looksLikeHighlights("\xEF\xBB\xBF\n<?xml version=\"1.0\"?><body><HighLights>"));
+  for (const char *other : {"", "<XML>\n<Body>\n</Body>", "<highlights>", "%PDF-1.7 <Body><highlights>", "a <Body>"})
+    EXPECT_FALSE(brz::looksLikeHighlights(other)) << other;
+}
+
+TEST(Content, IsLimitedToSixtyFourMegabytesUnlessAnotherNumberIsNamed) {
+  EXPECT_EQ(brz::limitOf(nullptr), 64U);
+  EXPECT_EQ(brz::limitOf("1"), 1U);
+  EXPECT_EQ(brz::limitOf("4095"), 4095U);
+  for (const char *none : {"", "0", "4096", "-1", "+5", " 5", "5 ", "5M", "nan", "99999999999999999999999"})
+    EXPECT_EQ(brz::limitOf(none), 64U) << none;
+}
+
+} // namespace

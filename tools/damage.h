@@ -1,0 +1,22 @@
+// The damaged pages of a document. Commands leave them out, go on with the others, and report them at the end.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tools {
+
+class DamagedPages {
+public:
+  void add(int32_t page) { pages_.push_back(page); } ///< counted from 0; the same page once
+  bool none() const { return pages_.empty(); }
+  /// What is wrong with the document, in one line, however many pages it is. Where all its pages are damaged, throws
+  /// CommandFailure (exitDocument) with the line instead.
+  std::string report(const std::string &document, int32_t pageCount) const;
+
+private:
+  std::vector<int32_t> pages_;
+};
+
+} // namespace tools

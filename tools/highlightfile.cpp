@@ -1,0 +1,86 @@
+// Reads highlight files. What they mean is known to plug-ins only; how large they may be, and what is none, to the
+// plug-in that hands them on in the window, whose source is used here too.
+#include "tools/highlightfile.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <system_error>
+
+#include "plugins/BRZ/content.h"
+#include "tools/failure.h"
+
+namespace tools {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Close {
+  void operator()(FILE *stream) const {
+    if (stream != stdin) std::fclose(stream);
+  }
+};
+using Stream = std::unique_ptr<FILE, Close>;
+
+Stream opened(const std::string &hits) { return Stream(hits == "-" ? stdin : std::fopen(hits.c_str(), "rbe")); }
+
+// At most one byte more than the limit.
+std::string readUpTo(FILE *stream, size_t limit) {
+  std::string bytes;
+  char part[1 << 16];
+  while (bytes.size() <= limit) {
+    const size_t count = std::fread(part, 1, std::min(sizeof part, limit + 1 - bytes.size()), stream);
+    if (count == 0) break;
+    bytes.append(part, count);
+  }
+  return bytes;
+}
+
+} // namespace
+
+std::string nameOfHits(const std::string &hits) { return hits == "-" ? "standard input" : hits; }
+
+std::string readHits(const std::string &hits, unsigned megabytes) {
+  const auto fail = [&](const std::string &reason) {
+    throw CommandFailure(exitHighlightFile, nameOfHits(hits) + ": " + reason);
+  };
+  errno = 0;
+  const Stream stream = opened(hits);
+  if (!stream) fail(std::strerror(errno));
+  const size_t limit = megabytes * brz::bytesPerMegabyte;
+  std::string bytes;
+  try {
+    bytes = readUpTo(stream.get(), limit);
+  } catch (const std::bad_alloc &) {
+    fail("memory is exhausted");
+  }
+  if (std::ferror(stream.get()) != 0) fail(std::strerror(errno));
+  if (bytes.size() > limit) fail("is larger than " + std::to_string(megabytes) + " MB (--hits-limit raises the limit)");
+  if (const char *kind = brz::otherKind(bytes)) fail(kind);
+  return bytes;
+}
+
+bool isHighlightFile(const fs::path &file) {
+  constexpr size_t beginning = 4096;
+  std::error_code unknown;
+  if (!fs::is_regular_file(file, unknown)) return false;
+  const Stream stream = opened(file.string());
+  return stream && brz::looksLikeHighlights(readUpTo(stream.get(), beginning));
+}
+
+fs::path documentOfHits(const fs::path &hits) {
+  const std::string name = hits.filename().string();
+  for (const std::string ending : {".hits.xml", ".xml", ".tavrelglt"}) {
+    if (!name.ends_with(ending)) continue;
+    const std::string stem = name.substr(0, name.size() - ending.size());
+    const fs::path file = hits.parent_path() / (stem.ends_with(".pdf") ? stem : stem + ".pdf");
+    std::error_code unknown;
+    if (fs::is_regular_file(file, unknown)) return file;
+  }
+  return {};
+}
+
+} // namespace tools

@@ -1,0 +1,25 @@
+// Highlight files as the commands get them: read into memory, and told from other files.
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+
+namespace tools {
+
+/// A file's name in a message; "-" is standard input.
+std::string nameOfHits(const std::string &hits);
+
+/// All bytes of a highlight file of at most so many megabytes; "-" is standard input. Reads no more than the limit,
+/// also of a pipe or a device. Throws CommandFailure (exitHighlightFile) that names the file, also for what is another
+/// kind of file: a PDF, UTF-16, binary data.
+std::string readHits(const std::string &hits, unsigned megabytes);
+
+/// Whether a file is a highlight file, by its first bytes. False for what cannot be read.
+bool isHighlightFile(const std::filesystem::path &file);
+
+/// The document that a highlight file belongs to by its name: "paper.pdf" beside "paper.xml", "paper.hits.xml",
+/// "paper.pdf.xml" or "paper.tavrelglt". Empty where there is none.
+std::filesystem::path documentOfHits(const std::filesystem::path &hits);
+
+} // namespace tools

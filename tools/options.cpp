@@ -1,0 +1,89 @@
+// Shared options. What is wrong with a value is thrown as an error of the command line, in one line.
+#include "tools/options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+#include "plugins/BRZ/content.h"
+
+namespace tools {
+namespace {
+
+std::string textOf(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.15g", value);
+  return text;
+}
+
+// Not the parser's own check of a range, which accepts NaN because that is neither below nor above anything.
+CLI::Validator checked(double low, double high, bool whole) {
+  const std::string range = textOf(low) + " to " + textOf(high);
+  const char *kind = whole ? "a whole number" : "a number";
+  return {[=](std::string &text) -> std::string {
+            double value = 0;
+            const char *end = text.data() + text.size();
+            const auto [behind, error] = std::from_chars(text.data(), end, value);
+            const bool taken = error == std::errc() && behind == end && std::isfinite(value) &&
+                               !(whole && text.find_first_not_of("0123456789") != std::string::npos);
+            if (taken && value >= low && value <= high) return {};
+            return "\"" + text + "\" is not " + kind + " from " + range;
+          },
+          range};
+}
+
+// The first line, without its end.
+std::string readPassword(const std::string &file) {
+  constexpr size_t longest = 4096;
+  struct Close {
+    void operator()(FILE *stream) const {
+      if (stream != stdin) std::fclose(stream);
+    }
+  };
+  const auto fail = [](const std::string &reason) { throw CLI::ValidationError("--password-file", reason); };
+  const std::string name = file == "-" ? "standard input" : file;
+  errno = 0;
+  const std::unique_ptr<FILE, Close> stream(file == "-" ? stdin : std::fopen(file.c_str(), "rbe"));
+  if (!stream) fail(name + ": " + std::strerror(errno));
+  std::string password;
+  int byte = 0;
+  while ((byte = std::fgetc(stream.get())) != EOF && byte != '\n') {
+    if (password.size() == longest) fail(name + ": its first line is longer than a password");
+    password += static_cast<char>(byte);
+  }
+  if (std::ferror(stream.get()) != 0) fail(name + ": " + std::strerror(errno));
+  if (password.ends_with('\r')) password.pop_back();
+  if (password.empty()) fail(name + ": has no password in its first line");
+  return password;
+}
+
+} // namespace
+
+CLI::Validator number(double low, double high) { return checked(low, high, false); }
+
+CLI::Validator wholeNumber(double low, double high) { return checked(low, high, true); }
+
+void addPasswordOptions(CLI::App &command, std::string &password) {
+  CLI::Option *given =
+      command.add_option("--password", password, "The document's password; other users can read it there");
+  command
+      .add_option_function<std::string>(
+          "--password-file", [&password](const std::string &file) { password = readPassword(file); },
+          "A file with the password in its first line; - is standard input")
+      ->excludes(given);
+}
+
+void addHitsLimitOption(CLI::App &command, unsigned &megabytes) {
+  command.add_option("--hits-limit", megabytes, "How large a highlight file may be, in megabytes")
+      ->type_name("NUMBER")
+      ->check(wholeNumber(1, brz::highestLimit))
+      ->envname(brz::limitVariable)
+      ->capture_default_str();
+}
+
+} // namespace tools

@@ -86,11 +86,6 @@ ListSource lentList(const HLL *list) {
   return {list, nullptr, noRecord};
 }
 
-/// Whether a registration lends the list.
-bool isLentBy(const ListSource &source, const GLTRecordRef &ref) {
-  return source.lender.serial != 0 && source.lender.serial == ref.serial;
-}
-
 /// A list that a registration lends is destroyed with that registration.
 bool isAlive(const ListSource &source) {
   return source.lender.serial == 0 || GLTStillRegistered(source.lender) != nullptr;
@@ -117,7 +112,7 @@ void retire(const GLTRecordRef &old, PageView view, const ListSource &source) {
   notifyNewList(old);
   if (GLTStillRegistered(old) == nullptr) return;
   const DocumentKey key = fetchKey(old.document); // before the removal: if the host fails here, all is as before
-  if (!isLentBy(source, old)) removeRecord(old, key);
+  if (source.lender.serial != old.serial) removeRecord(old, key);
 }
 
 /// A record without a list, at the list's first highlight.

@@ -452,6 +452,16 @@ TEST_F(Afterwards, ListThatTheHostTakesAwayIsNotRegisteredElsewhere) {
   EXPECT_EQ(GLT_GetHLL(host.otherDoc), nullptr);
 }
 
+TEST_F(Afterwards, ListThatTheHostTakesAwayReplacesNoOther) {
+  const HLL *list = GLT_GetHLL(host.doc);
+  const ListOwner other({{3, 1, 1}});
+  GLT_RegisterHLL(host.otherDoc, other, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
+  host.clear();
+  host.during(0, [this] { miPIDocDidClose(host.doc, nullptr); });
+  EXPECT_EQ(GLT_RegisterHLL(host.otherDoc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr), 1);
+  EXPECT_EQ(highlightsOf(GLT_GetHLL(host.otherDoc)), (Highlights{{3, 1, 1}}));
+}
+
 TEST_F(Afterwards, ListThatTheOtherRegistrantTakesAwayIsNotRegisteredThere) {
   const ListOwner other({{3, 1, 1}}, &s_identities[1]);
   GLT_RegisterHLL(host.otherDoc, other, GLT_CHARACTER_OFFSETS, nullptr, newProc, 0, nullptr);

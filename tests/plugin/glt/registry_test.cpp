@@ -468,10 +468,18 @@ TEST(RegistryTable, NullOverNullIsNone) {
 TEST(RegistryTable, ThingsOfOthersInTheTableAreNoRegistrations) {
   RecordingHost host;
   const ListOwner list({{4, 1, 1}});
-  AssociateNew(&host, 1, 2, "bytes", 5);
+  GLTRecord likeOne = {};
+  likeOne.hll = list;
+  likeOne.filed = true;
+  likeOne.serial = 5;
+  const Atom glt = host.atom("GLT"), other = host.atom("other");
+  GLT_GetHLL(host.doc); // from here on the registry knows the atom of its key
+  AssociateNew(&host, glt, other, &likeOne, sizeof likeOne);
+  AssociateNew(&host, other, glt, &likeOne, sizeof likeOne);
   EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 1, nullptr), 1);
   EXPECT_EQ(highlightsOf(GLT_GetHLL(host.doc)), (Highlights{{4, 1, 1}}));
-  AssociateDelete(&host, 1, 2);
+  AssociateDelete(&host, glt, other);
+  AssociateDelete(&host, other, glt);
 }
 
 /// A list registered afresh holds what it was given, and nothing of one that was on its way before.

@@ -192,12 +192,11 @@ const char *readExpectedLocations(Reading &reading, const char *at) {
 }
 
 /// Reads a location word by word, from the end of its name up to a word that ends with '>'. Returns where that word
-/// ends; null when the text ends before. Notes what its shape can be learned from.
+/// ends; null when the text ends before. `notes` is empty and takes what the location's shape can be learned from.
 const char *readLocation(Reading &reading, const char *at, TagNotes &notes) {
   LocationValues values;
   memcpy(values, noValues, sizeof values);
   uint8_t pending = reading.locationPending;
-  notes.numbers = 0;
   bool plain = pending == 0;
   for (bool last = false; !last;) {
     const char *begin = lexStepOver(at);
@@ -256,7 +255,7 @@ Outcome readWords(Reading &reading) {
       break;
     case Role::location:
       if (reading.inSection && !endsWithBracket(word)) {
-        TagNotes notes;
+        TagNotes notes = {};
         at = readLocation(reading, at, notes);
         if (at != nullptr && unsplit && shapeMiss(reading.shape)) shapeLearn(reading.shape, before, at, notes);
       }

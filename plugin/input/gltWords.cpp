@@ -72,7 +72,6 @@ const char *lexNextByLexer(LexText &text, const char *at, LexWord &word) {
 }
 
 const char *lexSkipText(LexText &text, const char *at) {
-  if (text.token != nullptr) return at; // the next piece begins with '<'
   const char *run = at; // where the word characters begin that `at` is among; each 250 of them are a token
   for (;;) {
     const char *const found = nextNotable(text, at);

@@ -94,7 +94,8 @@ inline const char *lexNextWord(LexText &text, const char *at, LexWord &word) {
 }
 
 /// Skips words that do not begin with '<'. Takes where the word before ended, and returns where to go on: no word that
-/// begins with '<' has been skipped, but the next word may be another one.
+/// begins with '<' has been skipped, but the next word may be another one. A further piece is never skipped: it begins
+/// with '<'.
 const char *lexSkipText(LexText &text, const char *at);
 
 /// Numbers with more digits are not read by lexDigits.

@@ -89,12 +89,15 @@ void TableRegistry::closeServers(tavrel::ExtensionID extension) {
     const auto newest = std::find_if(servers_.rbegin(), servers_.rend(), isOwn);
     if (newest == servers_.rend()) return;
     // Out of every list before it is called: a destroy procedure may do anything with tables and servers.
-    const std::unique_ptr<Server> server = std::move(*newest);
+    const auto forget = [this](Server *server) {
+      serverHandles_.remove(server);
+      delete server;
+    };
+    const std::unique_ptr<Server, decltype(forget)> server(newest->release(), forget);
     servers_.erase(std::next(newest).base());
     std::erase_if(serversByName_, [&](const auto &named) { return named.second == server.get(); });
     if (server->destroy != nullptr)
       callPlugin({extension, "the destroy procedure"}, server->destroy, serverHandles_.handle(server.get()));
-    serverHandles_.remove(server.get());
   }
 }
 

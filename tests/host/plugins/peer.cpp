@@ -31,14 +31,18 @@ void destroy(tavrel::HFTServer) {
   TavrelSupport::DestroyHFT(offered);
 }
 
-} // namespace
-
 // A library stays loaded from one test to the next: what an earlier host gave is forgotten.
-void offerTable() {
+void makeServer(tavrel::DestroyProc destroyProc) {
   offered = nullptr;
   gTavrelSupportHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelSupport"), 0x00050000);
-  TavrelSupport::NewHFTServer(testPlugin.name, provide, destroy, nullptr);
+  TavrelSupport::NewHFTServer(testPlugin.name, provide, destroyProc, nullptr);
 }
+
+} // namespace
+
+void offerTable() { makeServer(destroy); }
+
+void offerTableForEver() { makeServer(nullptr); }
 
 void getTable(const char *plugin) { gPeerHFT = Kernel::RequestTable(Kernel::AtomFromString(plugin), version); }
 

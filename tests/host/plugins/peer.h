@@ -3,6 +3,8 @@
 
 /// Offers the plug-in's own table; in the export callback.
 void offerTable();
+/// The same, and the plug-in never destroys the table.
+void offerTableForEver();
 /// Gets another plug-in's table; in the import callback.
 void getTable(const char *plugin);
 /// Calls the operation of the table that getTable got.

@@ -284,6 +284,8 @@ TEST(FindParted, LineThatRunsUpThePageGoesOnBesideIt) {
   PageText page = linesDownThePage();
   for (WordText &each : page.words)
     each.quarterTurns = 3;
+  page.words[2].bounds.top = page.words[1].bounds.top; // beside it all along
+  page.words[2].bounds.bottom = page.words[1].bounds.bottom;
   EXPECT_THAT(find("parameter", page), ElementsAre("para-|meter"));
 }
 

@@ -286,4 +286,11 @@ TEST_F(Loader, FindsTheVersionAmongOtherNotes) {
   EXPECT_EQ(loader.plugins().at(0).version, "a version of 31 characters.....");
 }
 
+TEST_F(Loader, ReadsNoVersionThatIsLongerThanTheNotes) {
+  install("brokennote", "a.so");
+  load();
+  EXPECT_EQ(loader.plugins().at(0).version, "");
+  EXPECT_EQ(loader.plugins().at(0).state, host::PluginState::initialised);
+}
+
 } // namespace

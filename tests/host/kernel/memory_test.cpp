@@ -28,8 +28,21 @@ TEST_F(Memory, ABlockCanBeWrittenToItsLastByte) {
 }
 
 TEST_F(Memory, ABlockOfNothingIsABlock) {
+  const size_t before = liveBytes();
   void *block = TavrelSupport::Malloc(0);
   EXPECT_NE(block, nullptr);
+  EXPECT_EQ(liveBytes(), before + 1);
+  TavrelSupport::Free(block);
+}
+
+// The C library's own operation frees a block that is resized to nothing.
+TEST_F(Memory, ABlockResizedToNothingIsABlock) {
+  const size_t before = liveBytes();
+  void *block = TavrelSupport::Realloc(TavrelSupport::Malloc(10), 0);
+  EXPECT_NE(block, nullptr);
+  EXPECT_EQ(liveBytes(), before + 1);
+  EXPECT_EQ(runtime.memory.blocks(), 1U);
+  EXPECT_EQ(runtime.memory.bytes(), 0U);
   TavrelSupport::Free(block);
 }
 

@@ -1,0 +1,12 @@
+// A plug-in whose version's note says that it is longer than all the notes of the library.
+#include "TestPlugin.h"
+#include "tavrel/plugin.h"
+
+const TestPlugin testPlugin = {.name = "brokennote"};
+
+namespace {
+
+[[gnu::section(".note.tavrel"), gnu::used, gnu::aligned(4)]] const tavrel::VersionNote note{.textSize = 0x10000,
+                                                                                            .text = "1.2.3"};
+
+} // namespace

@@ -167,7 +167,7 @@ void PageView::paint(const Selection &selection) {
   if (drawing_ == nullptr) throw HostError(tavrel::errBadArgument, "no page is being drawn");
   if (selection.page != drawing_->page)
     throw HostError(tavrel::errBadArgument, "the selection is not on the page being drawn");
-  multiply(drawing_->image, selection.boxes,
+  paintMarks(drawing_->image, selection.boxes,
              {scale(), document_.pageSize(selection.page).height, drawing_->x, drawing_->y}, rgbOf(drawColor_));
   drawing_->marks += selection.ranges;
   drawing_->offPage += selection.offPage;

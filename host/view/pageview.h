@@ -90,7 +90,7 @@ public:
   void toggleHighlight(const Selection &selection);
   bool highlighted(const Selection &selection) const { return highlighted_.contains(&selection); }
 
-  /// Multiplies the selection onto the page being drawn. Throws errBadArgument when none is, or another.
+  /// Marks the selection on the page being drawn. Throws errBadArgument when none is, or another.
   void paint(const Selection &selection);
   bool drawing() const { return drawing_ != nullptr; }
   /// Where pages come from instead of the document itself.

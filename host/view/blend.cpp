@@ -14,10 +14,10 @@ namespace {
 
 // What was readable has this contrast after blending, or its own where that was less: a reserve for rounding and for
 // colours that were not looked at.
-constexpr double wanted = readable + 0.1;
+constexpr double wanted = readable + 0.2;
 
-// A component has to change by so much for a mark to be visible.
-constexpr int visibleChange = 24;
+// A component has to change by so much for a mark to be visible; where the colour is ours to choose, by more.
+constexpr int visibleChange = 24, clearChange = 40;
 
 // From this contrast on a colour is no other shade of the background. Less than `readable`, because backgrounds in
 // pictures vary: what is readable on one part of it has to stay, too.
@@ -63,9 +63,20 @@ Vector difference(const Rgb &from, const Rgb &to) {
 
 double dot(const Vector &a, const Vector &b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
 
-bool isVisible(const Rgb &before, const Rgb &after) {
+bool isVisible(const Rgb &before, const Rgb &after, int least) {
   const Vector change = difference(before, after);
-  return std::any_of(change.begin(), change.end(), [](double one) { return std::abs(one) >= visibleChange; });
+  return std::any_of(change.begin(), change.end(), [least](double one) { return std::abs(one) >= least; });
+}
+
+// The colour of a text whose thin strokes are all edge: the farthest one that is mixed with the background to this.
+Rgb extended(const Rgb &background, const Rgb &edge) {
+  const Vector way = difference(background, edge);
+  const Vector from = difference({0, 0, 0}, background);
+  double reach = 255;
+  for (size_t i = 0; i < way.size(); ++i)
+    if (way[i] != 0) reach = std::min(reach, (way[i] > 0 ? 255 - from[i] : -from[i]) / way[i]);
+  const auto component = [&](size_t i) { return static_cast<uint8_t>(std::lround(from[i] + reach * way[i])); };
+  return {component(0), component(1), component(2)};
 }
 
 // Whether a colour lies between the background and a text, or is much the same as that text.
@@ -115,11 +126,9 @@ uint32_t Blend::operator()(uint32_t pixel) const {
       coverage = std::max(coverage, static_cast<float>(given[0] - background_[0]) * text[0] +
                                         static_cast<float>(given[1] - background_[1]) * text[1] +
                                         static_cast<float>(given[2] - background_[2]) * text[2]);
-    const float share = 1 - std::min(coverage, 1.0F);
-    for (size_t i = 0; i < result.size(); ++i) {
-      const float sum = static_cast<float>(given[i]) + share * static_cast<float>(change_[i]);
-      result[i] = static_cast<int>(std::clamp(sum, 0.0F, 255.0F) + 0.5F);
-    }
+    const int share = static_cast<int>(std::lround(256 * (1 - std::min(coverage, 1.0F)))); // in 256ths
+    for (size_t i = 0; i < result.size(); ++i)
+      result[i] = std::clamp(given[i] + ((change_[i] * share + 128) >> 8), 0, 255);
   }
   return (pixel & 0xFF000000U) | static_cast<uint32_t>(result[0]) << 16U | static_cast<uint32_t>(result[1]) << 8U |
          static_cast<uint32_t>(result[2]);
@@ -215,8 +224,14 @@ std::vector<Rgb> Blender::textsOf(const Rgb &background, std::span<const Shade> 
     return dot(first, first) > dot(second, second);
   });
   std::vector<Rgb> texts;
-  for (const Shade &shade : others)
-    if (texts.size() < mostTexts && !isEdge(background, texts, shade.color)) texts.push_back(shade.color);
+  for (size_t i = 0; i < others.size() && texts.size() < mostTexts; ++i) {
+    const Rgb &farthest = others[i].color;
+    if (isEdge(background, texts, farthest)) continue;
+    int edges = 0;
+    for (size_t j = i; j < others.size(); ++j)
+      if (isEdge(background, {&farthest, 1}, others[j].color)) edges += others[j].count;
+    texts.push_back(others[i].count < edges / 4 ? extended(background, farthest) : farthest);
+  }
   return texts;
 }
 
@@ -233,7 +248,7 @@ Blender::Colors Blender::colorsIn(const PixelBox &box) {
   int edges = 0;
   for (const Shade &shade : shades)
     if (isShade(shade) && isTextEdge(shade)) edges += shade.count;
-  const bool isPicture = 8 * edges > all;
+  const bool isPicture = 5 * edges > all;
   for (const Shade &shade : shades)
     if (isShade(shade) && (isPicture || !isTextEdge(shade)) && colors.backgrounds.size() < mostBackgrounds)
       colors.backgrounds.push_back(shade);
@@ -241,7 +256,7 @@ Blender::Colors Blender::colorsIn(const PixelBox &box) {
 }
 
 // Of what was readable, the least share of the contrast wanted, at most 1; 0 where the mark would not be visible.
-double Blender::suitability(const Blend &blend, const Colors &colors) {
+double Blender::suitability(const Blend &blend, const Colors &colors, int leastChange) {
   struct Luminances {
     double before, after;
   };
@@ -252,7 +267,7 @@ double Blender::suitability(const Blend &blend, const Colors &colors) {
     const Rgb after = rgbOf(blend(pixelOf(shade.color)));
     changes.push_back({shade.luminance, luminanceOf(after)});
     all += shade.count;
-    if (isVisible(shade.color, after)) visible += shade.count;
+    if (isVisible(shade.color, after, leastChange)) visible += shade.count;
   }
   if (4 * visible < 3 * all) return 0;
   for (const Rgb &text : colors.texts)
@@ -273,22 +288,24 @@ Blend Blender::blendFor(const Colors &colors) const {
   // Multiplied, a dark background would come out black.
   const bool isLight = contrastOf(background, black) > contrastOf(background, white);
   Blend best = Blend::multiply(mark_);
-  double bestSuitability = isLight ? suitability(best, colors) : 0;
+  double bestSuitability = isLight ? suitability(best, colors, visibleChange) : 0;
   const auto suits = [&] { return bestSuitability >= 1; };
-  const auto attempt = [&](const Blend &blend) {
+  const auto attempt = [&](const Blend &blend, int leastChange) {
     if (suits()) return;
-    const double found = suitability(blend, colors);
+    const double found = suitability(blend, colors, leastChange);
     if (found <= bestSuitability) return;
     best = blend;
     bestSuitability = found;
   };
+  const auto tint = [&](const Rgb &towards, int step) { return mix(mark_, towards, double{1} * step / steps); };
   for (int step = 1; step < steps && isLight && !suits(); ++step)
-    attempt(Blend::multiply(mix(mark_, white, double{1} * step / steps)));
-  for (int step = 0; step < steps && !suits(); ++step)
-    for (const Rgb &towards : {black, white})
-      attempt(Blend::recolour(background, mix(mark_, towards, double{1} * step / steps), colors.texts));
+    attempt(Blend::multiply(tint(white, step)), visibleChange);
+  for (const int leastChange : {clearChange, visibleChange})
+    for (int step = 0; step < steps && !suits(); ++step)
+      for (const Rgb &towards : {black, white})
+        attempt(Blend::recolour(background, tint(towards, step), colors.texts), leastChange);
   for (int step = 1; step < steps && !suits(); ++step) // text of several colours leaves little choice
-    attempt(Blend::recolour(background, mix(mark_, background, double{1} * step / steps), colors.texts));
+    attempt(Blend::recolour(background, tint(background, step), colors.texts), visibleChange);
   return best;
 }
 

@@ -90,7 +90,7 @@ private:
   static std::vector<Rgb> textsOf(const Rgb &background, std::span<const Shade> shades, int few);
   Colors colorsIn(const PixelBox &box);
   Blend blendFor(const Colors &colors) const;
-  static double suitability(const Blend &blend, const Colors &colors);
+  static double suitability(const Blend &blend, const Colors &colors, int leastChange);
 
   const Image &image_;
   const Rgb mark_;

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
 #include <random>
 #include <string>
 
@@ -142,11 +143,27 @@ TEST(OnPaper, BlackTextIsMultiplied) {
     }
 }
 
+// Black strokes thinner than a pixel are nowhere black.
+TEST(OnPaper, ThinBlackTextIsMultipliedLikeAnyOther) {
+  Image before = wordOn(plain(white), {white});
+  constexpr uint8_t greys[] = {0x80, 0x90, 0x98, 0xA0, 0xA8, 0xB0, 0x90, 0xA0};
+  for (int y = 3; y < height - 3; ++y)
+    for (int x = 0; x < width; x += 4) {
+      const uint8_t grey = greys[static_cast<size_t>(x / 4 + y) % std::size(greys)];
+      before.row(y)[x] = pixelOf({grey, grey, grey});
+    }
+  const Image after = marked(before, red);
+  const Blend multiply = Blend::multiply(red);
+  for (size_t i = 0; i < before.pixels.size(); ++i)
+    ASSERT_EQ(after.pixels[i], multiply(before.pixels[i]));
+}
+
 TEST(OnPaper, AColourTooDarkForBlackTextIsLightened) {
   const Image image = marked(wordOn(plain(white), {black}), blue);
   const Rgb now = colorOf(image.row(middle)[0]);
   EXPECT_EQ(now.blue, 255);
   EXPECT_EQ(now.red, now.green);
+  EXPECT_GT(now.red, 0);
   EXPECT_LT(now.red, 128);
 }
 

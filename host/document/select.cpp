@@ -1,7 +1,7 @@
 // Selections: turns ranges of characters or words into boxes, and keeps one selection for equal ranges.
 //
-// Ranges may overlap, but marks are multiplied onto the page: what two ranges share must not get two boxes, or it
-// would come out darker. So ranges are joined to disjoint spans first.
+// Ranges may overlap, but marks change the colours of the page: what two ranges share must not get two boxes, or it
+// would be changed twice. So ranges are joined to disjoint spans first.
 #include "host/document/select.h"
 
 #include <algorithm>

@@ -178,8 +178,8 @@ void PageView::paintHighlights(Drawing &drawing) {
   for (const MarkedArea &area : highlights_)
     if (area.page == drawing.page) boxes.insert(boxes.end(), area.boxes.begin(), area.boxes.end());
   const double perPoint = drawing.dpi / pointsPerInch;
-  multiply(drawing.image, boxes, {perPoint, document_.pageSize(drawing.page).height, drawing.x, drawing.y},
-           highlightColor);
+  paintMarks(drawing.image, boxes, {perPoint, document_.pageSize(drawing.page).height, drawing.x, drawing.y},
+             highlightColor);
 }
 
 void PageView::paint(const Selection &selection) {
@@ -188,7 +188,7 @@ void PageView::paint(const Selection &selection) {
     throw HostError(tavrel::errBadArgument, "the selection is not on the page being drawn");
   painted_.push_back({selection.page, selection.boxes});
   std::erase(highlights_, painted_.back()); // or both would be seen
-  multiply(drawing_->image, selection.boxes,
+  paintMarks(drawing_->image, selection.boxes,
              {scale(), document_.pageSize(selection.page).height, drawing_->x, drawing_->y}, rgbOf(drawColor_));
   drawing_->marks += selection.ranges;
   drawing_->offPage += selection.offPage;

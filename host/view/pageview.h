@@ -104,7 +104,7 @@ public:
   void paintHighlights(Drawing &drawing);
   static constexpr Rgb highlightColor{0xB4, 0xD5, 0xFE};
 
-  /// Multiplies the selection onto the page being drawn. Throws errBadArgument when none is, or another.
+  /// Marks the selection on the page being drawn. Throws errBadArgument when none is, or another.
   void paint(const Selection &selection);
   bool drawing() const { return drawing_ != nullptr; }
   /// Whether nothing keeps draw() from drawing: no batch, no other drawing.

@@ -1,4 +1,4 @@
-// Paints marks the way a felt pen does: multiplied, so that black text stays black. Called while a page is drawn.
+// Paints marks on the image of a page: each box once, blended by what it covers. Called while a page is drawn.
 #include "host/view/painting.h"
 
 #include <algorithm>
@@ -10,10 +10,6 @@
 
 namespace host {
 namespace {
-
-struct PixelBox {
-  int left, top, right, bottom; // right and bottom are the first beyond
-};
 
 PixelBox pixelsOf(const Box &box, const Scale &scale, const Image &image) {
   // Boxes that end on a pixel's edge but for rounding do not reach into the next one.
@@ -31,12 +27,39 @@ PixelBox pixelsOf(const Box &box, const Scale &scale, const Image &image) {
           high((scale.pageHeight - box.bottom) * perPoint, scale.y, image.height)};
 }
 
-// One colour component multiplied by each possible value of a pixel's.
-std::array<uint8_t, 256> productsOf(uint8_t component) {
-  std::array<uint8_t, 256> products{};
-  for (unsigned value = 0; value < products.size(); ++value)
-    products[value] = static_cast<uint8_t>((value * component + 127) / 255);
-  return products;
+// Where a mark has been painted already, within a rectangle.
+class Mask {
+public:
+  explicit Mask(const PixelBox &bounds)
+      : bounds_(bounds), width_(static_cast<size_t>(bounds.right - bounds.left)),
+        taken_(width_ * static_cast<size_t>(bounds.bottom - bounds.top)) {}
+
+  uint8_t *row(int y, int left) {
+    return taken_.data() + width_ * static_cast<size_t>(y - bounds_.top) + (left - bounds_.left);
+  }
+
+private:
+  PixelBox bounds_;
+  size_t width_;
+  std::vector<uint8_t> taken_;
+};
+
+void paintPatch(Image &image, const Blender::Patch &patch, Mask &mask) {
+  const auto &[box, blend] = patch;
+  uint32_t before = image.row(box.top)[box.left], after = blend(before); // mostly the next pixel is the same
+  for (int y = box.top; y < box.bottom; ++y) {
+    uint32_t *row = image.row(y) + box.left;
+    uint8_t *taken = mask.row(y, box.left);
+    for (int x = 0; x < box.right - box.left; ++x) {
+      if (taken[x] != 0) continue;
+      taken[x] = 1;
+      if (row[x] != before) {
+        before = row[x];
+        after = blend(before);
+      }
+      row[x] = after;
+    }
+  }
 }
 
 } // namespace
@@ -54,38 +77,27 @@ Rgb rgbOf(const tavrel::ColorValue &color) {
   return {bytes[0], bytes[1], bytes[2]};
 }
 
-void multiply(Image &image, std::span<const Box> boxes, const Scale &scale, const Rgb &color) {
-  // The union of the boxes, as a mask over the rectangle that holds them all.
+void paintMarks(Image &image, std::span<const Box> boxes, const Scale &scale, const Rgb &color) {
   std::vector<PixelBox> pixels;
   PixelBox bounds{image.width, image.height, 0, 0};
   for (const Box &box : boxes) {
     if (!(box.left < box.right) || !(box.bottom < box.top)) continue; // no area
     const PixelBox marked = pixelsOf(box, scale, image);
-    if (marked.left >= marked.right || marked.top >= marked.bottom) continue; // not on the page
+    if (marked.left >= marked.right || marked.top >= marked.bottom) continue; // not on the image
     bounds = {std::min(bounds.left, marked.left), std::min(bounds.top, marked.top),
               std::max(bounds.right, marked.right), std::max(bounds.bottom, marked.bottom)};
     pixels.push_back(marked);
   }
   if (pixels.empty()) return;
-  const auto width = static_cast<size_t>(bounds.right - bounds.left);
-  std::vector<uint8_t> mask(width * static_cast<size_t>(bounds.bottom - bounds.top));
-  for (const PixelBox &box : pixels)
-    for (int y = box.top; y < box.bottom; ++y) {
-      const auto row = mask.begin() + static_cast<std::ptrdiff_t>(width) * (y - bounds.top);
-      std::fill(row + (box.left - bounds.left), row + (box.right - bounds.left), uint8_t{1});
-    }
 
-  const auto red = productsOf(color.red), green = productsOf(color.green), blue = productsOf(color.blue);
-  const uint8_t *marked = mask.data();
-  for (int y = bounds.top; y < bounds.bottom; ++y) {
-    uint32_t *row = image.row(y) + bounds.left;
-    for (size_t x = 0; x < width; ++x, ++marked) {
-      if (*marked == 0) continue;
-      const uint32_t pixel = row[x];
-      row[x] = (pixel & 0xFF000000U) | uint32_t{red[pixel >> 16U & 0xFFU]} << 16U |
-               uint32_t{green[pixel >> 8U & 0xFFU]} << 8U | blue[pixel & 0xFFU];
-    }
-  }
+  // All blends are chosen before any box is painted: boxes may overlap.
+  Blender blender(image, color);
+  std::vector<Blender::Patch> patches;
+  for (const PixelBox &box : pixels)
+    blender.choose(box, patches);
+  Mask mask(bounds);
+  for (const Blender::Patch &patch : patches)
+    paintPatch(image, patch, mask);
 }
 
 } // namespace host

@@ -5,13 +5,9 @@
 #include <span>
 
 #include "host/document/document.h"
+#include "host/view/blend.h"
 
 namespace host {
-
-/// A colour as it is painted.
-struct Rgb {
-  uint8_t red, green, blue;
-};
 
 /// A component above 1.0 is on the scale 0 to 255, and then all of them are. Throws errBadArgument for a colour space
 /// other than RGB.
@@ -24,7 +20,8 @@ struct Scale {
   int x = 0, y = 0;
 };
 
-/// Multiplies a colour onto the boxes, each rounded outwards to whole pixels. Where boxes overlap, once.
-void multiply(Image &image, std::span<const Box> boxes, const Scale &scale, const Rgb &color);
+/// Blends a colour with the image in the boxes (Blender), each rounded outwards to whole pixels. Where boxes overlap,
+/// once.
+void paintMarks(Image &image, std::span<const Box> boxes, const Scale &scale, const Rgb &color);
 
 } // namespace host

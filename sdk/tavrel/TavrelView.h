@@ -113,7 +113,7 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(25, ToolButtonAttachEnabledTest, void(ToolButton button, Callback callback, void *clientData))             \
   /* Sets the help text; it is copied. [raises] */                                                                     \
   OPERATION(26, ToolButtonAttachTip, void(ToolButton button, const char *text))                                        \
-  /* Marks a selection on the page being drawn, in the drawing colour; the marks are multiplied onto the page.         \
+  /* Marks a selection on the page being drawn, in the drawing colour; text stays readable on any background.          \
      [raises] when nothing is being drawn or another page is */                                                        \
   OPERATION(27, PageViewPaintSelection, void(PageView view, TextSelection selection))                                  \
   /* Marks a selection at once on the page as it is on the screen, in the host's selection colour, without a call of   \

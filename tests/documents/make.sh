@@ -3,6 +3,7 @@
 # have; texts are our own.
 set -euo pipefail
 export LC_ALL=C.UTF-8 # the texts below are UTF-8, whatever the caller speaks
+here=$(cd "$(dirname "$0")" && pwd)
 mkdir -p "$1"
 cd "$1"
 
@@ -33,3 +34,5 @@ qpdf --encrypt secret owner 256 -- two-columns.pdf encrypted.pdf
 pango-view -q --font='Droid Sans Fallback 14' -o cjk.pdf --text='検索 結果 を 表示 する
 東京 大阪 検索'
 pango-view -q --font='DejaVu Sans 16' -o astral.pdf --text='plain 𝔸𝔹ℂ𝔻 words 𝔼𝔽 behind 𝔸𝔹ℂ𝔻 again'
+"$here/vertical.py" "$(fc-match -f '%{file}' 'Droid Sans Fallback')" vertical.pdf
+for angle in 90 180 270; do qpdf --rotate=+$angle vertical.pdf vertical-$angle.pdf; done

@@ -97,7 +97,7 @@ void Session::paintFound(host::Drawing &drawing) const {
   if (!found_ || found_->document != front() || found_->page != drawing.page) return;
   const host::Scale scale{drawing.dpi / 72, front()->model->pageSize(drawing.page).height, drawing.x, drawing.y};
   for (size_t i = 0; i < found_->found.size(); ++i)
-    host::multiply(drawing.image, found_->found[i].boxes, scale, i == found_->current ? currentPlace : everyPlace);
+    host::paintMarks(drawing.image, found_->found[i].boxes, scale, i == found_->current ? currentPlace : everyPlace);
 }
 
 } // namespace viewer

@@ -82,7 +82,7 @@ TEST_F(Drawing, AProcedureRegisteredTwiceIsCalledOnce) {
   EXPECT_EQ(plan.pages.size(), 1U);
 }
 
-TEST_F(Drawing, ASelectionIsMultipliedOntoThePage) {
+TEST_F(Drawing, ASelectionIsMarkedOnThePage) {
   plan.selection = model->select(0, {{0, 200, 2, 198}});
   paintWith(paint);
   const auto drawing = app.draw(*document);

@@ -1,6 +1,8 @@
 // Marks on an image.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "host/view/painting.h"
 
 namespace {
@@ -18,7 +20,7 @@ Image blank(int width, int height, uint32_t color = white) {
 
 // left, top, right, bottom in page space; the page is as high as the image.
 void mark(Image &image, const std::vector<Box> &boxes, const Rgb &color, double scale = 1) {
-  host::multiply(image, boxes, {scale, image.height / scale}, color);
+  host::paintMarks(image, boxes, {scale, image.height / scale}, color);
 }
 
 tavrel::ColorValue rgb(double red, double green, double blue) {
@@ -38,16 +40,36 @@ TEST(Painting, WhiteTakesTheColour) {
   EXPECT_EQ(image.pixels, blank(4, 4, yellow).pixels);
 }
 
-TEST(Painting, BlackStaysBlack) {
-  Image image = blank(4, 4, black);
+TEST(Painting, BlackOnWhiteStaysBlack) {
+  Image image = blank(4, 4);
+  image.pixels[5] = black;
   mark(image, {{0, 4, 4, 0}}, yellowPen);
-  EXPECT_EQ(image.pixels, blank(4, 4, black).pixels);
+  Image expected = blank(4, 4, yellow);
+  expected.pixels[5] = black;
+  EXPECT_EQ(image.pixels, expected.pixels);
 }
 
-TEST(Painting, GreyIsMultipliedComponentByComponent) {
-  Image image = blank(1, 1, 0xFF804020);
-  mark(image, {{0, 1, 1, 0}}, {0x80, 0xFF, 0x00});
-  EXPECT_EQ(image.pixels[0], 0xFF404000U);
+TEST(Painting, AColourOnWhiteIsMultipliedComponentByComponent) {
+  Image image = blank(4, 4);
+  image.pixels[5] = 0xFF804020;
+  mark(image, {{0, 4, 4, 0}}, {0x80, 0xFF, 0x00});
+  Image expected = blank(4, 4, 0xFF80FF00);
+  expected.pixels[5] = 0xFF404000;
+  EXPECT_EQ(image.pixels, expected.pixels);
+}
+
+TEST(Painting, EachBoxIsBlendedByWhatItCovers) {
+  Image image = blank(8, 4);
+  for (int y = 0; y < 4; ++y)
+    std::fill_n(image.row(y) + 4, 4, black);
+  mark(image, {{0, 4, 4, 0}, {4, 4, 8, 0}}, {0xFF, 0, 0});
+  EXPECT_EQ(image.pixels, blank(8, 4, 0xFFFF0000).pixels);
+}
+
+TEST(Painting, OverlappingBoxesAreJudgedByThePageWithoutMarks) {
+  Image image = blank(4, 4, black);
+  mark(image, {{0, 4, 4, 0}, {0, 4, 4, 1}}, yellowPen);
+  EXPECT_EQ(image.pixels, blank(4, 4, yellow).pixels);
 }
 
 TEST(Painting, TheUpperEdgeOfThePageIsTheFirstRow) {

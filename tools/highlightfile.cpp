@@ -76,7 +76,7 @@ fs::path documentOfHits(const fs::path &hits) {
   for (const std::string ending : {".hits.xml", ".xml", ".tavrelglt"}) {
     if (!name.ends_with(ending)) continue;
     const std::string stem = name.substr(0, name.size() - ending.size());
-    const fs::path file = hits.parent_path() / (stem.ends_with(".pdf") ? stem : stem + ".pdf");
+    fs::path file = hits.parent_path() / (stem.ends_with(".pdf") ? stem : stem + ".pdf");
     std::error_code unknown;
     if (fs::is_regular_file(file, unknown)) return file;
   }

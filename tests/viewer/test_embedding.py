@@ -88,11 +88,16 @@ class Embedding(ViewerTest):
         self.fills(600, 500)
 
     def test_no_such_window(self):
-        for number in ("4711", "0", "window"):
+        viewer = self.view(document("cjk.pdf"), "--into", "4711", complaints=1)
+        self.assertEqual(viewer.ends(), 1)
+        self.assertEqual(viewer.complaints(), "tavrel: window 4711: there is no such window\n")
+
+    def test_what_is_no_number_of_a_window(self):
+        for number in ("0", "window"):
             with self.subTest(number):
                 viewer = self.view(document("cjk.pdf"), "--into", number, complaints=1)
-                self.assertEqual(viewer.ends(), 1)
-                self.assertEqual(viewer.complaints(), f"tavrel: window {number}: there is no such window\n")
+                self.assertEqual(viewer.ends(), 2)
+                self.assertIn(f'--into: "{number}" is not the number of a window', viewer.complaints())
 
 
 class EmbeddingManaged(Embedding):

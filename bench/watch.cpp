@@ -37,7 +37,7 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr milliseconds patience{30000};
+constexpr milliseconds timeout{30000};
 
 struct Rectangle {
   int x = 0, y = 0, width = 0, height = 0;
@@ -337,7 +337,7 @@ public:
     siginfo_t information{};
     if (waitid(P_PID, id_t(process_), &information, WEXITED | WNOHANG | WNOWAIT) != 0 || information.si_pid != 0)
       throw std::runtime_error("the viewer has ended");
-    if (age() > double(patience.count())) throw std::runtime_error("waited in vain");
+    if (age() > double(timeout.count())) throw std::runtime_error("waited in vain");
   }
 
 private:
@@ -378,7 +378,7 @@ void measure(ScreenView &screen, const Criterion &criterion, milliseconds later,
 
 void awaitNoMoreWindowsThan(unsigned count, ScreenView &screen) {
   for (const Clock::time_point since = Clock::now(); screen.windows() > count;) {
-    if (Clock::now() - since > patience) throw std::runtime_error("the viewer's windows stay");
+    if (Clock::now() - since > timeout) throw std::runtime_error("the viewer's windows stay");
     std::this_thread::sleep_for(milliseconds(1));
   }
 }

@@ -13,7 +13,7 @@ set(loader_plugins good second refuses otherversion nosetup raises raisesunload 
                    brokennote)
 set(peers provider client ping pong)
 foreach(name ${loader_plugins} ${peers})
-  set(sources ${plugin_sources}/TestPlugin.cpp ${plugin_sources}/${name}.cpp)
+  set(sources ${plugin_sources}/LoadedPlugin.cpp ${plugin_sources}/${name}.cpp)
   if(name IN_LIST peers)
     list(APPEND sources ${plugin_sources}/peer.cpp)
   endif()

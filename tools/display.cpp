@@ -19,7 +19,7 @@
 namespace tools {
 namespace {
 
-constexpr int patience = 20000; // milliseconds; a server on a busy machine takes one second
+constexpr int timeout = 20000; // milliseconds; a server on a busy machine takes one second
 
 [[noreturn]] void fail(const std::string &reason) { throw CommandFailure(exitHostFailure, reason); }
 
@@ -96,7 +96,7 @@ void Display::await() {
   while (text.back() != '\n') {
     pollfd ready{number_, POLLIN, 0};
     char byte = 0;
-    const int events = poll(&ready, 1, patience);
+    const int events = poll(&ready, 1, timeout);
     if (events < 0 && errno == EINTR) continue;
     if (events <= 0 || read(number_, &byte, 1) != 1) fail("private display: Xvfb did not start");
     text += byte;

@@ -1,4 +1,4 @@
-// The rounds of a trial.
+// The rounds of a test.
 #include "tests/host/Faults.h"
 
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A trial that goes on for longer has lost its way.
+/// A test that goes on for longer has lost its way.
 constexpr size_t mostRounds = 10000;
 
 /// What may be open before and after a round.
@@ -15,11 +15,11 @@ struct Balance {
   explicit Balance(const RecordingHost &host)
       : pages(host.openPages.size()), blocks(host.blocks.size()), brackets(host.brackets) {}
 
-  void expect(const RecordingHost &host, const Trial &trial) const {
+  void expect(const RecordingHost &host, const FaultTest &test) const {
     EXPECT_EQ(host.frames(), 0U);
-    EXPECT_TRUE(trial.leavesPagesOpen || host.openPages.size() == pages) << "a page object was left open";
-    EXPECT_TRUE(trial.leavesBlocks || host.blocks.size() == blocks) << "a block of the host's was not freed";
-    EXPECT_TRUE(trial.leavesBrackets || host.brackets == brackets) << "a bracket was left open";
+    EXPECT_TRUE(test.leavesPagesOpen || host.openPages.size() == pages) << "a page object was left open";
+    EXPECT_TRUE(test.leavesBlocks || host.blocks.size() == blocks) << "a block of the host's was not freed";
+    EXPECT_TRUE(test.leavesBrackets || host.brackets == brackets) << "a bracket was left open";
   }
 
   size_t pages, blocks;
@@ -34,26 +34,26 @@ std::string operationOf(const std::string &call) {
 }
 
 /// Rounds whose faults are counted in host calls. `set` prepares the n-th; `struck` says afterwards whether it was one.
-size_t roundsOverCalls(const Trial &trial, const std::function<void(RecordingHost &, size_t)> &set,
+size_t roundsOverCalls(const FaultTest &test, const std::function<void(RecordingHost &, size_t)> &set,
                        const std::function<bool(const RecordingHost &, size_t)> &struck) {
   size_t count = 0;
   for (size_t n = 0; n < mostRounds; ++n) {
     RecordingHost host;
-    trial.prepare(host);
+    test.prepare(host);
     host.clear();
     const Balance balance(host);
     set(host, n);
-    host.run([&] { trial.act(host); });
+    host.run([&] { test.act(host); });
     host.noFaults();
     const bool reached = host.trace.size() > n;
     const std::string call = callAt(host, n);
     if (reached && host.canFail(operationOf(call)) && struck(host, n)) {
       ++count;
       SCOPED_TRACE("fault at host call " + std::to_string(n) + ", " + call);
-      balance.expect(host, trial);
-      if (trial.check) trial.check(host, call);
+      balance.expect(host, test);
+      if (test.check) test.check(host, call);
     }
-    if (trial.finish) trial.finish(host);
+    if (test.finish) test.finish(host);
     if (!reached) return count;
   }
   ADD_FAILURE() << "no end after " << mostRounds << " rounds";
@@ -63,42 +63,42 @@ size_t roundsOverCalls(const Trial &trial, const std::function<void(RecordingHos
 bool always(const RecordingHost & /*host*/, size_t /*n*/) { return true; }
 
 /// Which calls of a deed without faults return 0 or null: to make those do so would be no fault.
-std::set<size_t> callsThatGiveNothing(const Trial &trial) {
+std::set<size_t> callsThatGiveNothing(const FaultTest &test) {
   RecordingHost host;
-  trial.prepare(host);
+  test.prepare(host);
   host.clear();
-  host.run([&] { trial.act(host); });
+  host.run([&] { test.act(host); });
   const std::set<size_t> calls = host.gaveNothing;
-  if (trial.finish) trial.finish(host);
+  if (test.finish) test.finish(host);
   return calls;
 }
 
 } // namespace
 
-size_t raiseAtEveryCall(const Trial &trial, int32_t code) {
+size_t raiseAtEveryCall(const FaultTest &test, int32_t code) {
   return roundsOverCalls(
-      trial, [code](RecordingHost &host, size_t n) { host.raiseAt(n, code); }, always);
+      test, [code](RecordingHost &host, size_t n) { host.raiseAt(n, code); }, always);
 }
 
-size_t raiseFromEveryCall(const Trial &trial, int32_t code) {
+size_t raiseFromEveryCall(const FaultTest &test, int32_t code) {
   // Where nothing is called after the first raise, it is the round of a single one again.
   return roundsOverCalls(
-      trial, [code](RecordingHost &host, size_t n) { host.raiseFrom(n, code); },
+      test, [code](RecordingHost &host, size_t n) { host.raiseFrom(n, code); },
       [](const RecordingHost &host, size_t) { return host.raises > 1; });
 }
 
-size_t failAtEveryCall(const Trial &trial) {
-  const std::set<size_t> nothing = callsThatGiveNothing(trial);
+size_t failAtEveryCall(const FaultTest &test) {
+  const std::set<size_t> nothing = callsThatGiveNothing(test);
   return roundsOverCalls(
-      trial, [](RecordingHost &host, size_t n) { host.failAt(n); },
+      test, [](RecordingHost &host, size_t n) { host.failAt(n); },
       [&nothing](const RecordingHost &host, size_t n) {
         return RecordingHost::canFailByValue(operationOf(host.trace[n])) && !nothing.contains(n);
       });
 }
 
-size_t interruptEveryCall(const Trial &trial, const std::function<void(RecordingHost &)> &interruption) {
+size_t interruptEveryCall(const FaultTest &test, const std::function<void(RecordingHost &)> &interruption) {
   return roundsOverCalls(
-      trial,
+      test,
       [&interruption](RecordingHost &host, size_t n) {
         host.during(n, [&host, &interruption] { interruption(host); });
       },
@@ -107,27 +107,27 @@ size_t interruptEveryCall(const Trial &trial, const std::function<void(Recording
 
 namespace {
 
-size_t roundsOverAllocations(const Trial &trial, FailingMemory::Extent extent) {
+size_t roundsOverAllocations(const FaultTest &test, FailingMemory::Extent extent) {
   for (size_t n = 0; n < mostRounds; ++n) {
     RecordingHost host;
-    trial.prepare(host);
+    test.prepare(host);
     host.clear();
     const Balance balance(host);
     bool failed = false;
     {
       const FailingMemory memory(n, extent);
-      host.run([&] { trial.act(host); });
+      host.run([&] { test.act(host); });
       failed = memory.failed();
     }
     if (!failed) {
-      if (trial.finish) trial.finish(host);
+      if (test.finish) test.finish(host);
       return n;
     }
     SCOPED_TRACE("allocation " + std::to_string(n) + (extent == FailingMemory::once ? "" : " and all later ones") +
                  " failed");
-    balance.expect(host, trial);
-    if (trial.check) trial.check(host, "");
-    if (trial.finish) trial.finish(host);
+    balance.expect(host, test);
+    if (test.check) test.check(host, "");
+    if (test.finish) test.finish(host);
   }
   ADD_FAILURE() << "no end after " << mostRounds << " rounds";
   return mostRounds;
@@ -135,6 +135,8 @@ size_t roundsOverAllocations(const Trial &trial, FailingMemory::Extent extent) {
 
 } // namespace
 
-size_t failAtEveryAllocation(const Trial &trial) { return roundsOverAllocations(trial, FailingMemory::once); }
+size_t failAtEveryAllocation(const FaultTest &test) { return roundsOverAllocations(test, FailingMemory::once); }
 
-size_t failFromEveryAllocation(const Trial &trial) { return roundsOverAllocations(trial, FailingMemory::fromThereOn); }
+size_t failFromEveryAllocation(const FaultTest &test) {
+  return roundsOverAllocations(test, FailingMemory::fromThereOn);
+}

@@ -8,7 +8,7 @@
 #include "tests/host/RecordingHost.h"
 
 /// What is tried.
-struct Trial {
+struct FaultTest {
   /// Before the fault; the trace is cleared afterwards.
   std::function<void(RecordingHost &)> prepare;
   /// Runs inside a frame of the host's own.
@@ -23,22 +23,22 @@ struct Trial {
 };
 
 // Each returns in how many rounds the fault struck, for tests to see that there were any. In every round no frame may
-// be left, and no page, block or bracket beyond those of `prepare` but where the trial says so.
+// be left, and no page, block or bracket beyond those of `prepare` but where the test says so.
 
 /// The n-th host call raises.
-size_t raiseAtEveryCall(const Trial &trial, int32_t code = tavrel::errGeneric);
+size_t raiseAtEveryCall(const FaultTest &test, int32_t code = tavrel::errGeneric);
 
 /// The n-th host call raises, and so does every later one.
-size_t raiseFromEveryCall(const Trial &trial, int32_t code = tavrel::errGeneric);
+size_t raiseFromEveryCall(const FaultTest &test, int32_t code = tavrel::errGeneric);
 
 /// The n-th host call, if its operation can, returns 0 or null.
-size_t failAtEveryCall(const Trial &trial);
+size_t failAtEveryCall(const FaultTest &test);
 
 /// The n-th allocation yields null; `check` gets no call.
-size_t failAtEveryAllocation(const Trial &trial);
+size_t failAtEveryAllocation(const FaultTest &test);
 
 /// The n-th allocation and every later one yield null, until the deed is done; `check` gets no call.
-size_t failFromEveryAllocation(const Trial &trial);
+size_t failFromEveryAllocation(const FaultTest &test);
 
 /// `interruption` runs in the middle of the n-th host call.
-size_t interruptEveryCall(const Trial &trial, const std::function<void(RecordingHost &)> &interruption);
+size_t interruptEveryCall(const FaultTest &test, const std::function<void(RecordingHost &)> &interruption);

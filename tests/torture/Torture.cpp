@@ -172,36 +172,36 @@ void expectAllIsWell(RecordingHost &host, const Scenario &scenario, const Round 
 Count torture(const Scenario &scenario) {
   freshDayOfWork();
   Round round;
-  Trial trial;
-  trial.prepare = [&](RecordingHost &host) {
+  FaultTest test;
+  test.prepare = [&](RecordingHost &host) {
     round = {liveBlocks(), host.view, false};
     s_terminated = false;
     if (scenario.prepare) scenario.prepare(host);
   };
-  trial.act = [&](RecordingHost &host) {
+  test.act = [&](RecordingHost &host) {
     s_deedIsOn = true;
     scenario.act(host);
     round.finished = true;
   };
-  trial.check = [&](RecordingHost &host, const std::string &call) {
+  test.check = [&](RecordingHost &host, const std::string &call) {
     expectAllIsWell(host, scenario, round, call.empty());
   };
-  trial.finish = release;
-  trial.leavesPagesOpen = trial.leavesBlocks = trial.leavesBrackets = true; // looked at above
+  test.finish = release;
+  test.leavesPagesOpen = test.leavesBlocks = test.leavesBrackets = true; // looked at above
 
   Count count;
   {
     RecordingHost host;
-    trial.prepare(host);
+    test.prepare(host);
     host.clear();
     const FailingMemory memory(SIZE_MAX);
-    EXPECT_TRUE(host.run([&] { trial.act(host); })) << "a raise without a fault";
+    EXPECT_TRUE(host.run([&] { test.act(host); })) << "a raise without a fault";
     count.calls = host.calls;
     count.allocations = memory.allocations();
     expectAllIsWell(host, scenario, round, false);
   }
-  count.faults = failAtEveryCall(trial) + raiseAtEveryCall(trial) + raiseAtEveryCall(trial, errNone) +
-                 raiseFromEveryCall(trial) + failAtEveryAllocation(trial) + failFromEveryAllocation(trial);
+  count.faults = failAtEveryCall(test) + raiseAtEveryCall(test) + raiseAtEveryCall(test, errNone) +
+                 raiseFromEveryCall(test) + failAtEveryAllocation(test) + failFromEveryAllocation(test);
   return count;
 }
 

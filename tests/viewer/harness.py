@@ -14,7 +14,7 @@ import unittest
 
 from pixels import Picture
 
-PATIENCE = int(os.environ.get("TAVREL_TEST_PATIENCE", "30"))  # seconds; half a second is usual
+TIMEOUT = int(os.environ.get("TAVREL_TEST_TIMEOUT", "30"))  # seconds; half a second is usual
 
 TAVREL = os.environ["TAVREL"]
 DOCUMENTS = os.environ["TAVREL_DOCUMENTS"]
@@ -37,7 +37,7 @@ def document(name):
 
 
 def limit():
-    return time.monotonic() + PATIENCE
+    return time.monotonic() + TIMEOUT
 
 
 class Display:
@@ -53,7 +53,7 @@ class Display:
              "1280x1024x24"], pass_fds=[writing], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         os.close(writing)
         with open(reading) as stream:
-            if not select.select([stream], [], [], PATIENCE)[0]:
+            if not select.select([stream], [], [], TIMEOUT)[0]:
                 raise AssertionError("Xvfb does not start")
             self.environment["DISPLAY"] = ":" + stream.readline().strip()
         self.managed = managed
@@ -64,7 +64,7 @@ class Display:
             self.run(os.path.join(HELPERS, "managed"), "_MOTIF_WM_INFO")
 
     def run(self, *command):
-        subprocess.run(command, env=self.environment, check=True, timeout=PATIENCE, cwd=self.folder)
+        subprocess.run(command, env=self.environment, check=True, timeout=TIMEOUT, cwd=self.folder)
 
     def xdotool(self, *words):
         self.run("xdotool", *[str(word) for word in words])
@@ -103,7 +103,7 @@ class Display:
         for process in (self.manager, self.server):
             if process is not None:
                 process.kill()
-                process.wait(PATIENCE)
+                process.wait(TIMEOUT)
         shutil.rmtree(self.folder)
 
 
@@ -276,7 +276,7 @@ class Viewer:
         while self._connection is not None and self._read(max(0.1, end - time.monotonic())):
             if time.monotonic() > end:
                 self._fail("its end")
-        return self.process.wait(PATIENCE)
+        return self.process.wait(TIMEOUT)
 
     def close(self):
         if self.process.poll() is None:

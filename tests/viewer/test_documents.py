@@ -4,7 +4,7 @@ import shutil
 import subprocess
 import unittest
 
-from harness import NEXT, PATIENCE, TAVREL, Display, Viewer, ViewerTest, document, middle
+from harness import NEXT, TIMEOUT, TAVREL, Display, Viewer, ViewerTest, document, middle
 
 THREE = ["two-columns.pdf", "three-hundred.pdf", "cjk.pdf"]
 
@@ -208,7 +208,7 @@ class WithoutADisplay(unittest.TestCase):
     def run_view(self, **environment):
         rest = {name: value for name, value in os.environ.items() if name != "DISPLAY"}
         return subprocess.run([TAVREL, "view", document("cjk.pdf")], env={**rest, **environment}, text=True,
-                              capture_output=True, timeout=PATIENCE, check=False)
+                              capture_output=True, timeout=TIMEOUT, check=False)
 
     def test_no_display_is_one_line(self):
         ended = self.run_view()

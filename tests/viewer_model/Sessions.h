@@ -7,9 +7,9 @@
 
 #include <optional>
 
-#include "Bell.h"
-#include "Papers.h"
-#include "host/kernel/Guest.h"
+#include "TestDocuments.h"
+#include "Waker.h"
+#include "host/kernel/TestPlugin.h"
 #include "viewer/model/session.h"
 
 namespace test {
@@ -20,7 +20,7 @@ protected:
 
   Sessions() {
     host::addHostTables(runtime);
-    session_.emplace(app, [this] { bell.ring(); });
+    session_.emplace(app, [this] { waker.wake(); });
     session().setScreenDpi(96);
     session().setWindow(width, height, 0);
   }
@@ -30,7 +30,7 @@ protected:
 
   /// Collects until it is so.
   bool until(const std::function<bool()> &done) {
-    return bell.until([&] {
+    return waker.until([&] {
       session().collect();
       return done();
     });
@@ -61,9 +61,9 @@ protected:
   }
 
   ScratchFolder folder;
-  Bell bell;
+  Waker waker;
   host::Runtime runtime;
-  Guest guest{runtime};
+  TestPlugin testPlugin{runtime};
   host::Application app{runtime};
 
 private:

@@ -34,15 +34,15 @@ struct DrawingTest : test::Sessions {
   }
 
   host::ToolButton &button(tavrel::ButtonActionProc action) {
-    host::ToolButton &made = app.toolBar()->create(runtime.atoms.atom("guest:Button"), 0);
-    made.action = {guest.callback(action), nullptr, guest.id};
-    made.test = {guest.callback(+[](tavrel::ToolButton, void *) { return s_enabled; }), nullptr, guest.id};
+    host::ToolButton &made = app.toolBar()->create(runtime.atoms.atom("testPlugin:Button"), 0);
+    made.action = {testPlugin.callback(action), nullptr, testPlugin.id};
+    made.test = {testPlugin.callback(+[](tavrel::ToolButton, void *) { return s_enabled; }), nullptr, testPlugin.id};
     app.toolBar()->insert(made, false, nullptr);
     return made;
   }
 
   void drawsWith(tavrel::PageDrawProc procedure) {
-    app.registerPageDraw({guest.callback(procedure), nullptr, guest.id});
+    app.registerPageDraw({testPlugin.callback(procedure), nullptr, testPlugin.id});
   }
   // As the event loop does before it waits; how many drawings there were.
   int drawsUntilNothingIsToBeDrawn() {
@@ -75,7 +75,7 @@ TEST_F(DrawingTest, HitsOutsideOfThePageAreReported) {
     const tavrel::TextRange first{0, 1};
     TavrelView::PageViewPaintSelection(view, DocModel::SelectionFromWordRanges(page, &first, 1, 2));
   };
-  app.registerPageDraw({guest.callback(paint), nullptr, guest.id});
+  app.registerPageDraw({testPlugin.callback(paint), nullptr, testPlugin.id});
   // The glyphs of a vertical line that starts at the foot of the page lie below it.
   open(folder.write("foot.pdf", test::pdfOf({test::pageWith("a", 50, 0), test::pageWith("b")}, {},
                                             {.kind = test::PdfFont::vertical})));
@@ -315,14 +315,14 @@ TEST_F(DrawingTest, WordsThatAPluginHoldsOutliveTheDocumentsOwn) {
   const tavrel::ModelDoc model = host::modelDocs().handle(session().front()->model.get());
   static tavrel::Word *s_words;
   static int32_t s_count;
-  ASSERT_EQ(guest.attempt([=] {
+  ASSERT_EQ(testPlugin.attempt([=] {
     const tavrel::WordFinder finder = DocModel::WordFinderCreate(model, nullptr, nullptr, nullptr, 2, 8, nullptr);
     DocModel::WordFinderAcquirePage(finder, 0, &s_words, nullptr, nullptr, &s_count);
   }),
             0);
   visit(0, 9);
   ASSERT_EQ(s_count, 2);
-  EXPECT_EQ(guest.attempt([] {
+  EXPECT_EQ(testPlugin.attempt([] {
     if (DocModel::WordGetLength(s_words[0]) != 4 || DocModel::WordGetCharOffset(s_words[1]) != 5) Kernel::RaiseError(1);
   }),
             0);
@@ -349,7 +349,7 @@ TEST_F(DrawingTest, NothingIsDrawnWithinADrawing) {
     s_drew |= s_session->draw();
     ++s_presses;
   };
-  app.registerPageDraw({guest.callback(draw), nullptr, guest.id});
+  app.registerPageDraw({testPlugin.callback(draw), nullptr, testPlugin.id});
   ASSERT_TRUE(draws());
   EXPECT_EQ(s_presses, 1);
   EXPECT_FALSE(s_drew);
@@ -358,7 +358,7 @@ TEST_F(DrawingTest, NothingIsDrawnWithinADrawing) {
 TEST_F(DrawingTest, APluginThatTurnsThePageWhileItDrawsIsFollowed) {
   openPages(test::numberedPages(2));
   const tavrel::PageDrawProc turn = [](tavrel::PageView view, void *) { TavrelView::PageViewShowPage(view, 1); };
-  app.registerPageDraw({guest.callback(turn), nullptr, guest.id});
+  app.registerPageDraw({testPlugin.callback(turn), nullptr, testPlugin.id});
   ASSERT_TRUE(draws());
   EXPECT_EQ(drawing().page, 1);
   EXPECT_EQ(session().shown().page, 1);
@@ -455,7 +455,7 @@ TEST_F(DrawingTest, AButtonThatRaisesLetsTheModifiersGo) {
   const tavrel::ButtonActionProc raise = [](tavrel::ToolButton, void *) { Kernel::RaiseError(7); };
   session().press(button(raise), tavrel::modifierControl);
   EXPECT_EQ(app.modifierKeys, 0U);
-  EXPECT_THAT(guest.reports, SizeIs(1));
+  EXPECT_THAT(testPlugin.reports, SizeIs(1));
 }
 
 } // namespace

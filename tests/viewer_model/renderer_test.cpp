@@ -5,8 +5,8 @@
 
 #include <fstream>
 
-#include "Bell.h"
-#include "Papers.h"
+#include "TestDocuments.h"
+#include "Waker.h"
 
 namespace viewer {
 namespace {
@@ -20,11 +20,11 @@ struct RendererTest : testing::Test {
     renderer.emplace([this] {
       const auto deed = onThread; // which may put another in its place
       if (deed) deed();
-      bell.ring();
+      waker.wake();
     });
   }
   bool until(const std::function<bool()> &done) {
-    return bell.until([&] {
+    return waker.until([&] {
       Renderer::Results news = renderer->collect();
       std::move(news.opened.begin(), news.opened.end(), std::back_inserter(opened));
       std::move(news.rendered.begin(), news.rendered.end(), std::back_inserter(rendered));
@@ -48,8 +48,8 @@ struct RendererTest : testing::Test {
   }
 
   test::ScratchFolder folder;
-  test::Bell bell;
-  std::function<void()> onThread; ///< called before the bell; nothing is done there meanwhile
+  test::Waker waker;
+  std::function<void()> onThread; ///< called before the waker; nothing is done there meanwhile
   std::vector<OpenedFile> opened;
   std::vector<RenderedPage> rendered;
   std::vector<uint64_t> changed;
@@ -122,7 +122,7 @@ TEST_F(RendererTest, APageThatIsUnderWayIsRenderedOnce) {
   // Whoever waits asks at every event; only the first page keeps the thread for long.
   ASSERT_TRUE(until([&] {
     renderer->want(wish);
-    bell.ring();
+    waker.wake();
     return !rendered.empty();
   }));
   ASSERT_TRUE(until([&] { return rendered.back().key.page == 1; }));
@@ -234,9 +234,9 @@ TEST_F(RendererTest, EndsWhileItIsBusy) {
   open(1, folder.pdf({test::slowPage(), test::slowPage(), test::slowPage()}));
   renderer->want({{1, 0, 72}, {1, 1, 72}, {1, 2, 72}});
   ASSERT_TRUE(renders(1));
-  const size_t rings = bell.rings();
+  const size_t wakes = waker.wakes();
   renderer.reset();
-  EXPECT_LE(bell.rings(), rings + 1); // the page under way
+  EXPECT_LE(waker.wakes(), wakes + 1); // the page under way
 }
 
 TEST_F(RendererTest, EndsWithFilesToOpen) {
@@ -244,7 +244,7 @@ TEST_F(RendererTest, EndsWithFilesToOpen) {
   for (uint64_t document = 1; document <= 50; ++document)
     renderer->open(document, file, {});
   renderer.reset();
-  EXPECT_LE(bell.rings(), 50U);
+  EXPECT_LE(waker.wakes(), 50U);
 }
 
 } // namespace

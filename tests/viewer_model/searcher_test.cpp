@@ -5,8 +5,8 @@
 
 #include <future>
 
-#include "Bell.h"
-#include "Papers.h"
+#include "TestDocuments.h"
+#include "Waker.h"
 
 namespace viewer {
 namespace {
@@ -20,14 +20,14 @@ struct SearcherTest : testing::Test {
     searcher.emplace([this] {
       const auto deed = onThread; // which may put another in its place
       if (deed) deed();
-      bell.ring();
+      waker.wake();
     });
   }
   Search search(const std::string &text, int32_t page = 0) const { return {1, file, {}, text, {}, page, pages}; }
   // The next result.
   SearchResult result() {
     std::optional<SearchResult> got;
-    EXPECT_TRUE(bell.until([&] { return (got = searcher->collect()).has_value(); }));
+    EXPECT_TRUE(waker.until([&] { return (got = searcher->collect()).has_value(); }));
     return got.value_or(SearchResult());
   }
   SearchResult find(const Search &wanted) {
@@ -44,8 +44,8 @@ struct SearcherTest : testing::Test {
   std::filesystem::path file = folder.pdf({test::pageWith("one door"), test::pageWith("a lamp"), test::pageWith("door"),
                                            test::pageWith("lamp and lamp"), test::pageWith("end")});
   int32_t pages = 5;
-  test::Bell bell;
-  std::function<void()> onThread; ///< called before the bell; the thread does nothing else meanwhile
+  test::Waker waker;
+  std::function<void()> onThread; ///< called before the waker; the thread does nothing else meanwhile
   std::optional<Searcher> searcher;
 };
 
@@ -111,7 +111,7 @@ TEST_F(SearcherTest, AStoppedSearchGivesNoResult) {
     stopped = true;
   };
   searcher->start(search("cellar"));
-  ASSERT_TRUE(bell.until([&] { return bell.rings() > 0; }));
+  ASSERT_TRUE(waker.until([&] { return waker.wakes() > 0; }));
   EXPECT_TRUE(stopped);
   EXPECT_EQ(find(search("lamp")).search.text, "lamp");
 }
@@ -119,7 +119,7 @@ TEST_F(SearcherTest, AStoppedSearchGivesNoResult) {
 TEST_F(SearcherTest, AResultThatNobodyTookGoesWhenTheSearchIsStopped) {
   onThread = [this] { searcher->stop(); };
   searcher->start(search("door"));
-  ASSERT_TRUE(bell.until([&] { return bell.rings() > 0; }));
+  ASSERT_TRUE(waker.until([&] { return waker.wakes() > 0; }));
   EXPECT_FALSE(searcher->collect());
 }
 
@@ -197,9 +197,9 @@ TEST_F(SearcherTest, EndsWhileItSearches) {
   file = folder.pdf(test::numberedPages(200));
   pages = 200;
   searcher->start(search("cellar"));
-  ASSERT_TRUE(bell.until([&] { return bell.rings() > 0; }));
+  ASSERT_TRUE(waker.until([&] { return waker.wakes() > 0; }));
   searcher.reset();
-  EXPECT_LE(bell.rings(), 200U);
+  EXPECT_LE(waker.wakes(), 200U);
 }
 
 } // namespace

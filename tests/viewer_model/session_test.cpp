@@ -92,7 +92,7 @@ TEST_F(SessionTest, APluginThatIsNotifiedOfADocumentAsksForItsParameters) {
     const char *parameters = TavrelView::DocGetOpenParameters(document);
     *s_heard = parameters == nullptr ? "none" : parameters;
   };
-  app.registerNotification(tavrel::notifyDocDidOpen, {guest.callback(ask), nullptr, guest.id});
+  app.registerNotification(tavrel::notifyDocDidOpen, {testPlugin.callback(ask), nullptr, testPlugin.id});
   open(write("paper.pdf", test::numberedPages(1)), "page=3&xml=h.xml");
   EXPECT_EQ(heard, "page=3&xml=h.xml");
 }
@@ -332,9 +332,9 @@ TEST_F(SessionTest, ReloadingKeepsPasswordAndParameters) {
 TEST_F(SessionTest, AReloadOfADocumentThatIsClosedBeforeGivesTheFileBack) {
   const auto file = write("paper.pdf", test::numberedPages(1));
   open(file);
-  const size_t before = bell.rings();
+  const size_t before = waker.wakes();
   session().reload();
-  ASSERT_TRUE(bell.until([&] { return bell.rings() > before; })); // opened, and not taken over yet
+  ASSERT_TRUE(waker.until([&] { return waker.wakes() > before; })); // opened, and not taken over yet
   session().closeFront();
   openPages(test::numberedPages(1), "other.pdf");
   ASSERT_TRUE(draws());
@@ -393,7 +393,7 @@ TEST_F(SessionTest, MarkedPagesOfAllPluginsAreOneList) {
 
 TEST_F(SessionTest, WhatPluginsSayCountsAsAChange) {
   const uint64_t before = session().changes();
-  app.setStatusText(guest.id, "3 hits");
+  app.setStatusText(testPlugin.id, "3 hits");
   EXPECT_THAT(session().changes(), Not(before));
 }
 

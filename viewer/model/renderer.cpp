@@ -42,11 +42,11 @@ Renderer::~Renderer() {
   thread_.join();
 }
 
-bool Renderer::finish(std::chrono::milliseconds patience) {
+bool Renderer::finish(std::chrono::milliseconds timeout) {
   std::unique_lock lock(mutex_);
   ends_ = true;
   work_.notify_one();
-  return end_.wait_for(lock, patience, [this] { return ended_; });
+  return end_.wait_for(lock, timeout, [this] { return ended_; });
 }
 
 void Renderer::open(uint64_t document, const std::filesystem::path &file, const std::string &password) {

@@ -44,7 +44,7 @@ public:
   Renderer &operator=(const Renderer &) = delete;
 
   /// Has the thread end and waits so long for it; false where a page is still under way.
-  bool finish(std::chrono::milliseconds patience);
+  bool finish(std::chrono::milliseconds timeout);
   /// Opens a file under a number of the owner's choice.
   void open(uint64_t document, const std::filesystem::path &file, const std::string &password);
   void close(uint64_t document);

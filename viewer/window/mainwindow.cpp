@@ -24,7 +24,7 @@ using Clock = std::chrono::steady_clock;
 constexpr auto frame = std::chrono::milliseconds(16);
 
 // A page that takes longer says so.
-constexpr auto patience = std::chrono::milliseconds(300);
+constexpr auto noteDelay = std::chrono::milliseconds(300);
 
 MainWindow *s_window; // for the toolkit's action procedures, which are told nothing but a widget
 
@@ -287,13 +287,13 @@ void MainWindow::watchWaiting() {
     return;
   }
   const auto waited = Clock::now() - *since;
-  if (waited >= patience)
+  if (waited >= noteDelay)
     pageArea_->note("rendering");
   else if (waitingTimer_ == 0)
     waitingTimer_ =
         XtAppAddTimeOut(toolkit_.context(),
                         static_cast<unsigned long>(
-                            std::chrono::duration_cast<std::chrono::milliseconds>(patience - waited).count() + 1),
+                            std::chrono::duration_cast<std::chrono::milliseconds>(noteDelay - waited).count() + 1),
                         timeIsUp, &waitingTimer_);
 }
 

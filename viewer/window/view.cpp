@@ -95,9 +95,9 @@ private:
 // Waits a little for the first document, so that its page is rendered while the window is being made. A document that
 // takes longer arrives later.
 void awaitDocument(const Bell &bell, Session &session) {
-  constexpr int patience = 100; // milliseconds
+  constexpr int timeout = 100; // milliseconds
   pollfd ready{bell.end(), POLLIN, 0};
-  if (!session.opening() || poll(&ready, 1, patience) <= 0) return;
+  if (!session.opening() || poll(&ready, 1, timeout) <= 0) return;
   bell.silence();
   session.collect();
   session.draw(); // asks for the page
@@ -200,8 +200,8 @@ ViewEnd run(const ViewOptions &options) {
   window.watcher = {};
   const ViewEnd end = hopeless ? ViewEnd::noDocument : ViewEnd::closed;
   session.closeAll();
-  constexpr auto patience = std::chrono::milliseconds(300);
-  if (!session.finish(patience) && options.leave) {
+  constexpr auto timeout = std::chrono::milliseconds(300);
+  if (!session.finish(timeout) && options.leave) {
     plugins.unload();
     options.leave(end); // a page that takes minutes is not waited for
   }

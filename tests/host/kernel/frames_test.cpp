@@ -5,14 +5,14 @@
 #include <csignal>
 #include <stdexcept>
 
-#include "Guest.h"
+#include "TestPlugin.h"
 #include "host/kernel/table.h"
 #include "tavrel/Kernel.h"
 
 namespace {
 
 using tavrel::ExceptionFrame;
-using test::Guest;
+using test::TestPlugin;
 using testing::ElementsAre;
 
 void jumpBack(ExceptionFrame *frame) { longjmp(frame->context, 1); }
@@ -50,9 +50,9 @@ int32_t forgetFrames() {
 
 struct Frames : testing::Test {
   host::Runtime runtime;
-  Guest guest{runtime};
+  TestPlugin testPlugin{runtime};
 
-  int32_t call(int32_t (*function)()) { return host::callPlugin({guest.id, "the call"}, function); }
+  int32_t call(int32_t (*function)()) { return host::callPlugin({testPlugin.id, "the call"}, function); }
 };
 
 TEST_F(Frames, ABodyThatSucceedsGoesOn) {
@@ -91,7 +91,7 @@ TEST_F(Frames, ARaiseLeavesTheFrameForTheHandlerToPop) {
 
 TEST_F(Frames, AsManyAsPromisedNest) {
   static ExceptionFrame frames[tavrel::maxFrames];
-  EXPECT_EQ(guest.attempt([] {
+  EXPECT_EQ(testPlugin.attempt([] {
     for (ExceptionFrame &frame : frames)
       Kernel::PushExceptionFrame(&frame, jumpBack);
     for (size_t n = 0; n < tavrel::maxFrames; ++n)
@@ -107,7 +107,7 @@ TEST_F(Frames, OneTooManyIsAnErrorLikeAnyOther) {
     raises(deeper);
   };
   depth = 0;
-  EXPECT_EQ(guest.attempt([] { raises(deeper); }), 0);
+  EXPECT_EQ(testPlugin.attempt([] { raises(deeper); }), 0);
   EXPECT_EQ(depth, tavrel::maxFrames);
   EXPECT_EQ(Kernel::GetExceptionCode(), tavrel::errFrames);
   EXPECT_EQ(runtime.frames.depth(), 0U);
@@ -115,15 +115,15 @@ TEST_F(Frames, OneTooManyIsAnErrorLikeAnyOther) {
 
 TEST_F(Frames, AFrameWithoutARestoreProcedureRaises) {
   static ExceptionFrame frame;
-  EXPECT_EQ(guest.attempt([] { Kernel::PushExceptionFrame(&frame, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { Kernel::PushExceptionFrame(&frame, nullptr); }), tavrel::errBadArgument);
 }
 
 TEST_F(Frames, ARestoreProcedureWithoutAFrameRaises) {
-  EXPECT_EQ(guest.attempt([] { Kernel::PushExceptionFrame(nullptr, jumpBack); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { Kernel::PushExceptionFrame(nullptr, jumpBack); }), tavrel::errBadArgument);
 }
 
 TEST_F(Frames, AFrameThatIsPoppedHasRoomForTheNextOne) {
-  EXPECT_EQ(guest.attempt([] {
+  EXPECT_EQ(testPlugin.attempt([] {
     static ExceptionFrame frame;
     for (size_t n = 0; n < 3 * tavrel::maxFrames; ++n) {
       Kernel::PushExceptionFrame(&frame, jumpBack);
@@ -135,28 +135,28 @@ TEST_F(Frames, AFrameThatIsPoppedHasRoomForTheNextOne) {
 
 TEST_F(Frames, ALongReasonIsTruncated) {
   static const std::string reason(10000, 'r');
-  guest.attempt([] {
+  testPlugin.attempt([] {
     host::noteReason(reason.c_str());
     host::raise(tavrel::errGeneric);
   });
-  ASSERT_EQ(guest.reports.size(), 1U);
-  EXPECT_THAT(guest.reports[0], testing::MatchesRegex("guest: the body failed with error [0-9]+: r+"));
-  EXPECT_LT(guest.reports[0].size(), 1000U);
-  guest.attempt([] { Kernel::PopExceptionFrame(); });
-  ASSERT_EQ(guest.reports.size(), 2U);
-  EXPECT_EQ(guest.reports[1], "guest: the body failed with error 6: an exception frame popped too often")
+  ASSERT_EQ(testPlugin.reports.size(), 1U);
+  EXPECT_THAT(testPlugin.reports[0], testing::MatchesRegex("test plug-in: the body failed with error [0-9]+: r+"));
+  EXPECT_LT(testPlugin.reports[0].size(), 1000U);
+  testPlugin.attempt([] { Kernel::PopExceptionFrame(); });
+  ASSERT_EQ(testPlugin.reports.size(), 2U);
+  EXPECT_EQ(testPlugin.reports[1], "test plug-in: the body failed with error 6: an exception frame popped too often")
       << "nothing of the long one";
 }
 
 TEST_F(Frames, PoppingTooOftenRaisesAndLeavesTheHostsFrame) {
-  EXPECT_EQ(guest.attempt([] { Kernel::PopExceptionFrame(); }), tavrel::errFrames);
+  EXPECT_EQ(testPlugin.attempt([] { Kernel::PopExceptionFrame(); }), tavrel::errFrames);
   EXPECT_EQ(runtime.frames.depth(), 0U);
 }
 
 TEST_F(Frames, APluginThatRaisesGivesTheFailureValue) {
   EXPECT_EQ(call(one), 1);
   EXPECT_EQ(call(raiseThree), 0);
-  EXPECT_THAT(guest.reports, ElementsAre("guest: the call failed with error 3: raised by the plug-in"));
+  EXPECT_THAT(testPlugin.reports, ElementsAre("test plug-in: the call failed with error 3: raised by the plug-in"));
 }
 
 TEST_F(Frames, TheHostGoesOnAfterARaise) {
@@ -168,13 +168,13 @@ TEST_F(Frames, TheHostGoesOnAfterARaise) {
 TEST_F(Frames, ForgottenFramesAreClosedAndNoted) {
   EXPECT_EQ(call(forgetFrames), 1);
   EXPECT_EQ(runtime.frames.depth(), 0U);
-  EXPECT_THAT(guest.reports, ElementsAre("guest: the call left 3 exception frames open"));
+  EXPECT_THAT(testPlugin.reports, ElementsAre("test plug-in: the call left 3 exception frames open"));
 }
 
 TEST_F(Frames, AnExceptionOfAPluginEndsTheCall) {
   EXPECT_EQ(call(throwSomething), 0);
   EXPECT_EQ(runtime.frames.depth(), 0U);
-  EXPECT_THAT(guest.reports, ElementsAre("guest: the call threw an exception"));
+  EXPECT_THAT(testPlugin.reports, ElementsAre("test plug-in: the call threw an exception"));
 }
 
 TEST_F(Frames, ARaiseInsideACallWithinACallEndsOnlyTheInnerOne) {
@@ -204,7 +204,7 @@ TEST_F(Frames, ARaiseNeverPassesAFrameOfTheHost) {
 // it.
 TEST_F(Frames, WhatABodyStoresBeforeItRaisesIsThere) {
   int stored = 0;
-  guest.attempt([&] {
+  testPlugin.attempt([&] {
     stored = 42;
     host::raise(tavrel::errGeneric);
   });
@@ -230,8 +230,9 @@ TEST_F(Frames, CallsWithoutEndFailInsteadOfOverflowing) {
 }
 
 TEST_F(Frames, AnOperationThatFailsSaysWhy) {
-  guest.attempt([] { Kernel::PopExceptionFrame(); });
-  EXPECT_THAT(guest.reports, ElementsAre("guest: the body failed with error 6: an exception frame popped too often"));
+  testPlugin.attempt([] { Kernel::PopExceptionFrame(); });
+  EXPECT_THAT(testPlugin.reports,
+              ElementsAre("test plug-in: the body failed with error 6: an exception frame popped too often"));
 }
 
 struct Told : host::CallWatcher {

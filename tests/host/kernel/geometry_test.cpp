@@ -4,7 +4,7 @@
 #include <climits>
 #include <cmath>
 
-#include "Guest.h"
+#include "TestPlugin.h"
 #include "host/kernel/geometry.h"
 #include "tavrel/TavrelSupport.h"
 
@@ -87,9 +87,10 @@ TEST(Geometry, TheOperationMayWriteOverItsInput) {
 
 TEST(Geometry, TheOperationRaisesWithoutARectangle) {
   host::Runtime runtime;
-  test::Guest guest(runtime);
+  test::TestPlugin testPlugin(runtime);
   static FixedRect rect;
-  EXPECT_EQ(guest.attempt([] { TavrelSupport::TransformFixedRect(&rect, nullptr, &rect); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { TavrelSupport::TransformFixedRect(&rect, nullptr, &rect); }),
+            tavrel::errBadArgument);
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-#include "Guest.h"
+#include "TestPlugin.h"
 #include "host/kernel/loader.h"
 #include "host/plugins/journal.h"
 #include "support/pdf.h"
@@ -32,9 +32,9 @@ struct Loader : testing::Test {
     fs::create_symlink(fs::path(TEST_PLUGINS) / (std::string(plugin) + ".so"), folder.path() / name);
   }
   void load() { loader.load({folder.path()}); }
-  static tavrel::HFT requestTable(const test::Guest &guest, const char *name) {
+  static tavrel::HFT requestTable(const test::TestPlugin &testPlugin, const char *name) {
     tavrel::HFT table = nullptr;
-    guest.attempt([&] { table = Kernel::RequestTable(Kernel::AtomFromString(name), 1); });
+    testPlugin.attempt([&] { table = Kernel::RequestTable(Kernel::AtomFromString(name), 1); });
     return table;
   }
   std::string reasonOf(size_t index) const { return loader.plugins().at(index).reason; }
@@ -76,8 +76,8 @@ TEST_F(Loader, UnloadsOnce) {
 TEST_F(Loader, CallsNoPluginAfterItIsUnloaded) {
   install("provider", "a.so");
   load();
-  const test::Guest guest(runtime);
-  const tavrel::HFT table = requestTable(guest, "provider");
+  const test::TestPlugin testPlugin(runtime);
+  const tavrel::HFT table = requestTable(testPlugin, "provider");
   ASSERT_NE(table, nullptr);
   loader.unload();
   journal.clear();
@@ -88,8 +88,8 @@ TEST_F(Loader, CallsNoPluginAfterItIsUnloaded) {
               0U);
     EXPECT_THROW(runtime.callbacks.owner(callback), host::HostError);
   }
-  EXPECT_EQ(requestTable(guest, "provider"), nullptr) << "its provide procedure";
-  EXPECT_EQ(guest.attempt([=] { table[0](); }), tavrel::errBadHandle) << "the operation of its table";
+  EXPECT_EQ(requestTable(testPlugin, "provider"), nullptr) << "its provide procedure";
+  EXPECT_EQ(testPlugin.attempt([=] { table[0](); }), tavrel::errBadHandle) << "the operation of its table";
   loader.unload();
   EXPECT_THAT(journal, ElementsAre());
 }
@@ -134,8 +134,8 @@ TEST_F(Loader, AnEndedPluginsNumberIsRefused) {
   load();
   loader.unload();
   const tavrel::ExtensionID ended = loader.plugins().at(0).extension;
-  const test::Guest guest(runtime);
-  EXPECT_EQ(guest.attempt([=] { Kernel::CreateCallback(ended, journalTable[0]); }), tavrel::errBadHandle);
+  const test::TestPlugin testPlugin(runtime);
+  EXPECT_EQ(testPlugin.attempt([=] { Kernel::CreateCallback(ended, journalTable[0]); }), tavrel::errBadHandle);
 }
 
 TEST_F(Loader, IgnoresWhatIsNoLibrary) {

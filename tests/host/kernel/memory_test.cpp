@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "Guest.h"
+#include "TestPlugin.h"
 #include "support/FailingMemory.h"
 #include "tavrel/TavrelSupport.h"
 
@@ -13,11 +13,11 @@ extern "C" [[gnu::weak]] void __lsan_do_leak_check();
 
 namespace {
 
-using test::Guest;
+using test::TestPlugin;
 
 struct Memory : testing::Test {
   host::Runtime runtime;
-  Guest guest{runtime};
+  TestPlugin testPlugin{runtime};
 };
 
 TEST_F(Memory, ABlockCanBeWrittenToItsLastByte) {
@@ -55,7 +55,7 @@ TEST_F(Memory, ExhaustedMemoryIsNullNotARaise) {
   narrow.rlim_cur = 1U << 30U;
   setrlimit(RLIMIT_AS, &narrow);
   void *fresh = nullptr, *resized = nullptr, *small = TavrelSupport::Malloc(10);
-  EXPECT_EQ(guest.attempt([&] {
+  EXPECT_EQ(testPlugin.attempt([&] {
     fresh = TavrelSupport::Malloc(UINT32_MAX);
     resized = TavrelSupport::Realloc(small, UINT32_MAX);
   }),
@@ -77,22 +77,22 @@ TEST_F(Memory, ResizingKeepsTheBytes) {
 }
 
 TEST_F(Memory, MemoryIsAccountedToThePluginBeingCalled) {
-  void *ofGuest = nullptr;
-  guest.attempt([&] { ofGuest = TavrelSupport::Malloc(10); });
+  void *ofTestPlugin = nullptr;
+  testPlugin.attempt([&] { ofTestPlugin = TavrelSupport::Malloc(10); });
   void *ofHost = TavrelSupport::Malloc(7);
-  EXPECT_EQ(runtime.memory.bytes(guest.id), 10U);
+  EXPECT_EQ(runtime.memory.bytes(testPlugin.id), 10U);
   EXPECT_EQ(runtime.memory.bytes(host::hostExtension), 7U);
   EXPECT_EQ(runtime.memory.bytes(), 17U);
-  TavrelSupport::Free(ofGuest);
+  TavrelSupport::Free(ofTestPlugin);
   TavrelSupport::Free(ofHost);
 }
 
 TEST_F(Memory, FreeingNullDoesNothing) {
-  EXPECT_EQ(guest.attempt([] { TavrelSupport::Free(nullptr); }), 0);
+  EXPECT_EQ(testPlugin.attempt([] { TavrelSupport::Free(nullptr); }), 0);
 }
 
 TEST_F(Memory, FreeingTwiceRaises) {
-  EXPECT_EQ(guest.attempt([] {
+  EXPECT_EQ(testPlugin.attempt([] {
     void *block = TavrelSupport::Malloc(1);
     TavrelSupport::Free(block);
     TavrelSupport::Free(block);
@@ -102,19 +102,19 @@ TEST_F(Memory, FreeingTwiceRaises) {
 
 TEST_F(Memory, FreeingAnUnknownBlockRaises) {
   static int mine;
-  EXPECT_EQ(guest.attempt([] { TavrelSupport::Free(&mine); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([] { TavrelSupport::Free(&mine); }), tavrel::errBadHandle);
 }
 
 TEST_F(Memory, ResizingAnUnknownBlockRaises) {
-  EXPECT_EQ(guest.attempt([] { TavrelSupport::Realloc(nullptr, 1); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([] { TavrelSupport::Realloc(nullptr, 1); }), tavrel::errBadHandle);
 }
 
 TEST_F(Memory, WhatAPluginLeavesIsFreedWithTheHost) {
   const size_t before = liveBlocks();
   {
     host::Memory memory;
-    memory.allocate(guest.id, 100);
-    memory.resize(memory.allocate(guest.id, 10), 1000);
+    memory.allocate(testPlugin.id, 100);
+    memory.resize(memory.allocate(testPlugin.id, 10), 1000);
     EXPECT_EQ(liveBlocks(), before + 2);
   }
   EXPECT_EQ(liveBlocks(), before);

@@ -2,19 +2,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Guest.h"
+#include "TestPlugin.h"
 #include "tavrel/Kernel.h"
 
 namespace {
 
-using test::Guest;
+using test::TestPlugin;
 
 void someFunction() {}
 void anotherFunction() {}
 
 struct Names : testing::Test {
   host::Runtime runtime;
-  Guest guest{runtime};
+  TestPlugin testPlugin{runtime};
 };
 
 TEST_F(Names, TheSameNameHasTheSameAtom) {
@@ -33,7 +33,7 @@ TEST_F(Names, TheNameOfAnAtomIsCopied) {
 }
 
 TEST_F(Names, AnAtomWithoutANameRaises) {
-  EXPECT_EQ(guest.attempt([] { Kernel::AtomFromString(nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { Kernel::AtomFromString(nullptr); }), tavrel::errBadArgument);
 }
 
 TEST_F(Names, OneAtomTooManyRaisesInsteadOfReusingANumber) {
@@ -43,47 +43,47 @@ TEST_F(Names, OneAtomTooManyRaisesInsteadOfReusingANumber) {
     } catch (const host::HostError &) {
       break; // the host's own tables have some of them
     }
-  EXPECT_EQ(guest.attempt([] { Kernel::AtomFromString("one more"); }), tavrel::errNoMemory);
+  EXPECT_EQ(testPlugin.attempt([] { Kernel::AtomFromString("one more"); }), tavrel::errNoMemory);
   EXPECT_EQ(runtime.atoms.name(0xFFFF).substr(0, 5), "name ");
 }
 
 TEST_F(Names, ACallbackIsTheFunctionItself) {
-  EXPECT_EQ(Kernel::CreateCallback(guest.id, someFunction), tavrel::entryOf(someFunction));
+  EXPECT_EQ(Kernel::CreateCallback(testPlugin.id, someFunction), tavrel::entryOf(someFunction));
 }
 
 TEST_F(Names, RegisteringACallbackAgainCostsNothing) {
   const auto before = runtime.callbacks.size();
   for (int n = 0; n < 1000; ++n)
-    Kernel::CreateCallback(guest.id, someFunction);
+    Kernel::CreateCallback(testPlugin.id, someFunction);
   EXPECT_EQ(runtime.callbacks.size(), before + 1);
 }
 
 TEST_F(Names, TheHostKnowsWhoseACallbackIs) {
   const tavrel::ExtensionID other = runtime.extensions.add("other");
-  Kernel::CreateCallback(guest.id, someFunction);
+  Kernel::CreateCallback(testPlugin.id, someFunction);
   Kernel::CreateCallback(other, anotherFunction);
-  EXPECT_EQ(runtime.callbacks.owner(tavrel::entryOf(someFunction)), guest.id);
+  EXPECT_EQ(runtime.callbacks.owner(tavrel::entryOf(someFunction)), testPlugin.id);
   EXPECT_EQ(runtime.callbacks.owner(tavrel::entryOf(anotherFunction)), other);
 }
 
 TEST_F(Names, ACallbackOfAnotherPluginRaises) {
   const tavrel::ExtensionID other = runtime.extensions.add("other");
-  Kernel::CreateCallback(guest.id, someFunction);
-  EXPECT_EQ(guest.attempt([=] { Kernel::CreateCallback(other, someFunction); }), tavrel::errBadArgument);
+  Kernel::CreateCallback(testPlugin.id, someFunction);
+  EXPECT_EQ(testPlugin.attempt([=] { Kernel::CreateCallback(other, someFunction); }), tavrel::errBadArgument);
 }
 
 TEST_F(Names, ACallbackWithoutAFunctionRaises) {
-  EXPECT_EQ(guest.attempt([this] { Kernel::CreateCallback(guest.id, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([this] { Kernel::CreateCallback(testPlugin.id, nullptr); }), tavrel::errBadArgument);
 }
 
 TEST_F(Names, ACallbackOfAStrangerRaises) {
-  EXPECT_EQ(guest.attempt([] { Kernel::CreateCallback(4711, someFunction); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([] { Kernel::CreateCallback(4711, someFunction); }), tavrel::errBadHandle);
 }
 
 TEST_F(Names, ARetiredPluginIsNotCalled) {
   bool called = false;
-  runtime.extensions.retire(guest.id);
-  guest.attempt([&] { called = true; });
+  runtime.extensions.retire(testPlugin.id);
+  testPlugin.attempt([&] { called = true; });
   EXPECT_FALSE(called);
 }
 

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "Guest.h"
+#include "TestPlugin.h"
 #include "host/kernel/table.h"
 #include "tavrel/Kernel.h"
 #include "tavrel/TavrelSupport.h"
@@ -11,14 +11,14 @@ namespace {
 
 using tavrel::HFT;
 using tavrel::HFTServer;
-using test::Guest;
+using test::TestPlugin;
 
 HFT request(const char *name, uint32_t version) { return Kernel::RequestTable(Kernel::AtomFromString(name), version); }
 
 void someFunction() {}
 void anotherFunction() {}
 
-HFT offered; // what the guest's provide procedure gives out
+HFT offered; // what the test plug-in's provide procedure gives out
 HFTServer askedServer;
 int destroyed;
 HFT provide(HFTServer server, uint32_t version) {
@@ -34,11 +34,11 @@ struct Tables : testing::Test {
   }
   HFTServer serve(const char *name) {
     HFTServer server = nullptr;
-    guest.attempt([&] { server = TavrelSupport::NewHFTServer(name, provide, destroy, nullptr); });
+    testPlugin.attempt([&] { server = TavrelSupport::NewHFTServer(name, provide, destroy, nullptr); });
     return server;
   }
   host::Runtime runtime;
-  Guest guest{runtime};
+  TestPlugin testPlugin{runtime};
 };
 
 TEST_F(Tables, TheHostsOwnAreThereAtExactlyTheirVersion) {
@@ -84,7 +84,7 @@ TEST_F(Tables, AServersTableIsWhatItProvides) {
 }
 
 TEST_F(Tables, AProvideProcedureThatRaisesGivesNoTable) {
-  guest.attempt([] {
+  testPlugin.attempt([] {
     TavrelSupport::NewHFTServer(
         "Broken",
         [](HFTServer, uint32_t) -> HFT {
@@ -94,35 +94,35 @@ TEST_F(Tables, AProvideProcedureThatRaisesGivesNoTable) {
         nullptr, nullptr);
   });
   EXPECT_EQ(request("Broken", 1), nullptr);
-  EXPECT_EQ(guest.reports.size(), 1U);
+  EXPECT_EQ(testPlugin.reports.size(), 1U);
 }
 
 TEST_F(Tables, ASecondServerOfANameRaises) {
   serve("Mine");
-  EXPECT_EQ(guest.attempt([] { TavrelSupport::NewHFTServer("Mine", provide, destroy, nullptr); }),
+  EXPECT_EQ(testPlugin.attempt([] { TavrelSupport::NewHFTServer("Mine", provide, destroy, nullptr); }),
             tavrel::errBadArgument);
-  EXPECT_EQ(guest.attempt([] { TavrelSupport::NewHFTServer("Kernel", provide, destroy, nullptr); }),
+  EXPECT_EQ(testPlugin.attempt([] { TavrelSupport::NewHFTServer("Kernel", provide, destroy, nullptr); }),
             tavrel::errBadArgument);
 }
 
 TEST_F(Tables, AServerWithoutNameOrProvideProcedureRaises) {
-  EXPECT_EQ(guest.attempt([] { TavrelSupport::NewHFTServer(nullptr, provide, destroy, nullptr); }),
+  EXPECT_EQ(testPlugin.attempt([] { TavrelSupport::NewHFTServer(nullptr, provide, destroy, nullptr); }),
             tavrel::errBadArgument);
-  EXPECT_EQ(guest.attempt([] { TavrelSupport::NewHFTServer("Mine", nullptr, destroy, nullptr); }),
+  EXPECT_EQ(testPlugin.attempt([] { TavrelSupport::NewHFTServer("Mine", nullptr, destroy, nullptr); }),
             tavrel::errBadArgument);
 }
 
 TEST_F(Tables, ServersAreDestroyedOnceAndAreGone) {
   serve("Mine");
   serve("Yours");
-  runtime.tables.closeServers(guest.id);
-  runtime.tables.closeServers(guest.id);
+  runtime.tables.closeServers(testPlugin.id);
+  runtime.tables.closeServers(testPlugin.id);
   EXPECT_EQ(destroyed, 2);
   EXPECT_EQ(request("Mine", 1), nullptr);
 }
 
 TEST_F(Tables, ADestroyProcedureCannotMakeANewServer) {
-  guest.attempt([] {
+  testPlugin.attempt([] {
     TavrelSupport::NewHFTServer(
         "Mine", provide,
         [](HFTServer) {
@@ -131,32 +131,33 @@ TEST_F(Tables, ADestroyProcedureCannotMakeANewServer) {
         },
         nullptr);
   });
-  runtime.tables.closeServers(guest.id);
-  runtime.tables.closeServers(guest.id);
+  runtime.tables.closeServers(testPlugin.id);
+  runtime.tables.closeServers(testPlugin.id);
   EXPECT_EQ(destroyed, 1);
-  EXPECT_THAT(guest.reports,
-              testing::ElementsAre("guest: the destroy procedure failed with error 5: a table server of a plug-in that "
-                                   "is ending"));
+  EXPECT_THAT(
+      testPlugin.reports,
+      testing::ElementsAre("test plug-in: the destroy procedure failed with error 5: a table server of a plug-in that "
+                           "is ending"));
   offered = gTavrelSupportHFT;
   EXPECT_EQ(request("Again", 1), nullptr);
 }
 
 TEST_F(Tables, AServerIsNotOfferedWhileItsDestroyProcedureRuns) {
   static HFT table;
-  guest.attempt([] {
+  testPlugin.attempt([] {
     TavrelSupport::NewHFTServer(
         "Mine", provide, [](HFTServer) { table = request("Mine", 1); }, nullptr);
   });
   table = offered = gTavrelSupportHFT;
-  runtime.tables.closeServers(guest.id);
+  runtime.tables.closeServers(testPlugin.id);
   EXPECT_EQ(table, nullptr);
 }
 
 TEST_F(Tables, ServersOfOtherPluginsStay) {
-  Guest other(runtime, "other");
+  TestPlugin other(runtime, "other");
   other.attempt([] { TavrelSupport::NewHFTServer("Theirs", provide, destroy, nullptr); });
   serve("Mine");
-  runtime.tables.closeServers(guest.id);
+  runtime.tables.closeServers(testPlugin.id);
   EXPECT_EQ(destroyed, 1);
   offered = gTavrelSupportHFT;
   EXPECT_EQ(request("Theirs", 1), offered);
@@ -171,43 +172,43 @@ TEST_F(Tables, ADestroyedTableRaisesAndItsAddressNeverReturns) {
     ASSERT_NE(table, stale);
     TavrelSupport::DestroyHFT(table);
   }
-  EXPECT_EQ(guest.attempt([=] { stale[1](); }), tavrel::errBadHandle);
-  const tavrel::Callback callback = guest.callback(someFunction);
-  EXPECT_EQ(guest.attempt([=] { TavrelSupport::ReplaceHFTEntry(stale, 1, callback, 0); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { stale[1](); }), tavrel::errBadHandle);
+  const tavrel::Callback callback = testPlugin.callback(someFunction);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::ReplaceHFTEntry(stale, 1, callback, 0); }), tavrel::errBadHandle);
 }
 
 TEST_F(Tables, TooManySelectorsRaise) {
   const HFTServer server = serve("Mine");
   constexpr uint32_t largest = 0x10000;
-  EXPECT_EQ(guest.attempt([=] {
+  EXPECT_EQ(testPlugin.attempt([=] {
     for (size_t made = 0; made < host::TableRegistry::mostSelectors; made += largest)
       TavrelSupport::DestroyHFT(TavrelSupport::NewHFT(server, largest));
   }),
             0);
-  EXPECT_EQ(guest.attempt([=] { TavrelSupport::NewHFT(server, 1); }), tavrel::errNoMemory);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::NewHFT(server, 1); }), tavrel::errNoMemory);
 }
 
 TEST_F(Tables, TheCallbackOfARetiredPluginInAnothersTableRaises) {
-  Guest other(runtime, "other");
+  TestPlugin other(runtime, "other");
   const HFT table = TavrelSupport::NewHFT(serve("Mine"), 2);
-  TavrelSupport::ReplaceHFTEntry(table, 0, guest.callback(someFunction), 0);
+  TavrelSupport::ReplaceHFTEntry(table, 0, testPlugin.callback(someFunction), 0);
   TavrelSupport::ReplaceHFTEntry(table, 1, other.callback(anotherFunction), 0);
   runtime.tables.retire(other.id, runtime.callbacks);
-  EXPECT_EQ(guest.attempt([=] { table[0](); }), 0);
-  EXPECT_EQ(guest.attempt([=] { table[1](); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { table[0](); }), 0);
+  EXPECT_EQ(testPlugin.attempt([=] { table[1](); }), tavrel::errBadHandle);
 }
 
 TEST_F(Tables, WhoGotWhoseTableIsKnown) {
-  Guest client(runtime, "client");
+  TestPlugin client(runtime, "client");
   serve("Mine");
   const auto requestMine = [] { request("Mine", 1); };
   client.attempt(requestMine);
   EXPECT_THAT(runtime.tables.uses(), testing::ElementsAre()) << "the server gave nothing";
   offered = gTavrelSupportHFT;
   client.attempt(requestMine);
-  guest.attempt(requestMine);
+  testPlugin.attempt(requestMine);
   requestMine();
-  EXPECT_THAT(runtime.tables.uses(), testing::ElementsAre(host::TableUse{client.id, guest.id}))
+  EXPECT_THAT(runtime.tables.uses(), testing::ElementsAre(host::TableUse{client.id, testPlugin.id}))
       << "neither the provider itself nor the host is a client";
 }
 
@@ -220,34 +221,35 @@ TEST_F(Tables, ANewTableIsEmpty) {
 
 TEST_F(Tables, AnEntryIsTheCallbackStored) {
   const HFT table = TavrelSupport::NewHFT(serve("Mine"), 2);
-  TavrelSupport::ReplaceHFTEntry(table, 1, guest.callback(someFunction), 0);
+  TavrelSupport::ReplaceHFTEntry(table, 1, testPlugin.callback(someFunction), 0);
   EXPECT_EQ(table[1], tavrel::entryOf(someFunction));
   TavrelSupport::DestroyHFT(table);
 }
 
 TEST_F(Tables, AnEntryBeyondTheTableRaises) {
   const HFT table = TavrelSupport::NewHFT(serve("Mine"), 2);
-  const tavrel::Callback callback = guest.callback(someFunction);
-  EXPECT_EQ(guest.attempt([=] { TavrelSupport::ReplaceHFTEntry(table, 2, callback, 0); }), tavrel::errBadArgument);
-  EXPECT_EQ(guest.attempt([=] { TavrelSupport::ReplaceHFTEntry(table, 0, callback, 1); }), tavrel::errBadArgument);
+  const tavrel::Callback callback = testPlugin.callback(someFunction);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::ReplaceHFTEntry(table, 2, callback, 0); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::ReplaceHFTEntry(table, 0, callback, 1); }), tavrel::errBadArgument);
 }
 
 TEST_F(Tables, AnEntryThatIsNoCallbackRaises) {
   const HFT table = TavrelSupport::NewHFT(serve("Mine"), 2);
-  EXPECT_EQ(guest.attempt([=] { TavrelSupport::ReplaceHFTEntry(table, 1, someFunction, 0); }), tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([=] { TavrelSupport::ReplaceHFTEntry(table, 1, nullptr, 0); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::ReplaceHFTEntry(table, 1, someFunction, 0); }),
+            tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::ReplaceHFTEntry(table, 1, nullptr, 0); }), tavrel::errBadHandle);
 }
 
 TEST_F(Tables, TablesOfUnknownServersAndOfNoSelectorsRaise) {
   const HFTServer server = serve("Mine");
-  EXPECT_EQ(guest.attempt([] { TavrelSupport::NewHFT(nullptr, 1); }), tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([=] { TavrelSupport::NewHFT(server, 0); }), tavrel::errBadArgument);
-  EXPECT_EQ(guest.attempt([=] { TavrelSupport::NewHFT(server, UINT32_MAX); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { TavrelSupport::NewHFT(nullptr, 1); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::NewHFT(server, 0); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::NewHFT(server, UINT32_MAX); }), tavrel::errBadArgument);
 }
 
 TEST_F(Tables, DestroyingATableTwiceRaisesAndNullIsLetPass) {
   const HFTServer server = serve("Mine");
-  EXPECT_EQ(guest.attempt([=] {
+  EXPECT_EQ(testPlugin.attempt([=] {
     const HFT table = TavrelSupport::NewHFT(server, 1);
     TavrelSupport::DestroyHFT(nullptr);
     TavrelSupport::DestroyHFT(table);
@@ -263,7 +265,7 @@ TEST_F(Tables, AskingForTwoHundredThousandVersionsEndsWithTheRightOne) {
   runtime.addTable("TavrelView", 0x00020002, entries);
   HFT table = nullptr;
   uint32_t version = 0x00050001;
-  guest.attempt([&] {
+  testPlugin.attempt([&] {
     while ((table = request("TavrelView", version)) == nullptr)
       --version;
   });

@@ -1,8 +1,8 @@
 // A plug-in whose version's note says that it is longer than all the notes of the library.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "tavrel/plugin.h"
 
-const TestPlugin testPlugin = {.name = "brokennote"};
+const LoadedPlugin loadedPlugin = {.name = "brokennote"};
 
 namespace {
 

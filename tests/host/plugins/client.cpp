@@ -1,5 +1,5 @@
 // A plug-in that uses the table of "provider" to its end.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "peer.h"
 
-const TestPlugin testPlugin = {.name = "client", .importTables = [] { getTable("provider"); }, .unload = askPeer};
+const LoadedPlugin loadedPlugin = {.name = "client", .importTables = [] { getTable("provider"); }, .unload = askPeer};

@@ -1,8 +1,8 @@
 // A plug-in that leaves an exception frame open.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "tavrel/Kernel.h"
 
 static tavrel::ExceptionFrame forgotten;
 
-const TestPlugin testPlugin = {
+const LoadedPlugin loadedPlugin = {
     .name = "forgets", .initialise = [] { Kernel::PushExceptionFrame(&forgotten, [](tavrel::ExceptionFrame *) {}); }};

@@ -1,4 +1,4 @@
 // A plug-in that does everything right.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 
-const TestPlugin testPlugin = {.name = "good"};
+const LoadedPlugin loadedPlugin = {.name = "good"};

@@ -1,4 +1,4 @@
 // A plug-in that fails at its set-up.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 
-const TestPlugin testPlugin = {.name = "nosetup", .setupResult = 0};
+const LoadedPlugin loadedPlugin = {.name = "nosetup", .setupResult = 0};

@@ -1,9 +1,9 @@
 // A plug-in with notes before its version's, each of which a careless search takes for it: another owner of the same
 // length, the same owner with another type, an owner and a content whose sizes are no multiples of four.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "tavrel/plugin.h"
 
-const TestPlugin testPlugin = {.name = "notes"};
+const LoadedPlugin loadedPlugin = {.name = "notes"};
 
 namespace {
 

@@ -1,4 +1,4 @@
 // A plug-in that speaks a handshake version that there is not.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 
-const TestPlugin testPlugin = {.name = "otherversion", .version = 0x00030000};
+const LoadedPlugin loadedPlugin = {.name = "otherversion", .version = 0x00030000};

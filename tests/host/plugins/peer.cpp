@@ -1,7 +1,7 @@
 // One table offered, one used. Every call is noted in the journal.
 #include "peer.h"
 
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "tavrel/Kernel.h"
 #include "tavrel/TavrelSupport.h"
 
@@ -35,7 +35,7 @@ void destroy(tavrel::HFTServer) {
 void makeServer(tavrel::DestroyProc destroyProc) {
   offered = nullptr;
   gTavrelSupportHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelSupport"), 0x00050000);
-  TavrelSupport::NewHFTServer(testPlugin.name, provide, destroyProc, nullptr);
+  TavrelSupport::NewHFTServer(loadedPlugin.name, provide, destroyProc, nullptr);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 // A plug-in that uses the table of "pong", which uses its own.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "peer.h"
 
-const TestPlugin testPlugin = {
+const LoadedPlugin loadedPlugin = {
     .name = "ping", .exportTables = offerTable, .importTables = [] { getTable("pong"); }, .unload = askPeer};

@@ -1,6 +1,6 @@
 // A plug-in that uses the table of "ping", which uses its own, and leaves its table behind.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "peer.h"
 
-const TestPlugin testPlugin = {
+const LoadedPlugin loadedPlugin = {
     .name = "pong", .exportTables = offerTableForEver, .importTables = [] { getTable("ping"); }, .unload = askPeer};

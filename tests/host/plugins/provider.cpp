@@ -1,5 +1,5 @@
 // A plug-in that offers a table.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "peer.h"
 
-const TestPlugin testPlugin = {.name = "provider", .exportTables = offerTable};
+const LoadedPlugin loadedPlugin = {.name = "provider", .exportTables = offerTable};

@@ -1,5 +1,5 @@
 // A plug-in that raises in its initialisation.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "tavrel/Kernel.h"
 
-const TestPlugin testPlugin = {.name = "raises", .initialise = [] { Kernel::RaiseError(tavrel::errDocument); }};
+const LoadedPlugin loadedPlugin = {.name = "raises", .initialise = [] { Kernel::RaiseError(tavrel::errDocument); }};

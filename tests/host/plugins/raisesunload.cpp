@@ -1,5 +1,5 @@
 // A plug-in that raises in its unload callback.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "tavrel/Kernel.h"
 
-const TestPlugin testPlugin = {.name = "raisesunload", .unload = [] { Kernel::RaiseError(tavrel::errGeneric); }};
+const LoadedPlugin loadedPlugin = {.name = "raisesunload", .unload = [] { Kernel::RaiseError(tavrel::errGeneric); }};

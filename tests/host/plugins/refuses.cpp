@@ -1,4 +1,4 @@
 // A plug-in that fails at its entry point.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 
-const TestPlugin testPlugin = {.name = "refuses", .mainResult = 0};
+const LoadedPlugin loadedPlugin = {.name = "refuses", .mainResult = 0};

@@ -1,7 +1,7 @@
 // A plug-in that does everything right, too.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 #include "tavrel/plugin.h"
 
-const TestPlugin testPlugin = {.name = "second"};
+const LoadedPlugin loadedPlugin = {.name = "second"};
 
 TAVREL_PLUGIN_VERSION("1.2.3");

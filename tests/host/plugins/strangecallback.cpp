@@ -1,4 +1,4 @@
 // A plug-in that hands back a function that it did not make a callback.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 
-const TestPlugin testPlugin = {.name = "strangecallback", .strangeCallback = true};
+const LoadedPlugin loadedPlugin = {.name = "strangecallback", .strangeCallback = true};

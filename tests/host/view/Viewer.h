@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "FakeDocument.h"
-#include "host/kernel/Guest.h"
+#include "host/kernel/TestPlugin.h"
 #include "host/view/application.h"
 #include "tavrel/Kernel.h"
 #include "tavrel/TavrelView.h"
@@ -26,7 +26,7 @@ struct Viewer : testing::Test {
   }
 
   host::Runtime runtime;
-  Guest guest{runtime};
+  TestPlugin testPlugin{runtime};
   host::Application app{runtime};
   FakeDocument *model = nullptr;
   host::ViewerDocument *document = nullptr;

@@ -33,7 +33,7 @@ struct Application : test::Viewer {
     answer = 1;
   }
   void listen(int32_t selector, tavrel::DocNotifyProc procedure) {
-    TavrelView::RegisterNotification(selector, guest.id, guest.callback(procedure), nullptr);
+    TavrelView::RegisterNotification(selector, testPlugin.id, testPlugin.callback(procedure), nullptr);
   }
   host::ViewerDocument &openAnother() { return app.open(std::make_unique<test::FakeDocument>(1), "b.pdf", dpi); }
   bool deliver(Atom type, const std::string &bytes) { return app.auxData.deliver(type, bytes, doc); }
@@ -60,7 +60,7 @@ TEST_F(Application, OpeningAndClosingAreTold) {
   EXPECT_THAT(opened, ElementsAre(handle));
   app.close(second);
   EXPECT_THAT(closed, ElementsAre(handle));
-  EXPECT_TRUE(guest.reports.empty()) << guest.reports.front();
+  EXPECT_TRUE(testPlugin.reports.empty()) << testPlugin.reports.front();
 }
 
 TEST_F(Application, WhoRegistersTwiceIsToldOnce) {
@@ -71,26 +71,26 @@ TEST_F(Application, WhoRegistersTwiceIsToldOnce) {
 }
 
 TEST_F(Application, AnUnknownNotificationRaises) {
-  const tavrel::Callback callback = guest.callback(didOpen);
-  EXPECT_EQ(guest.attempt([=, this] { TavrelView::RegisterNotification(5, guest.id, callback, nullptr); }),
+  const tavrel::Callback callback = testPlugin.callback(didOpen);
+  EXPECT_EQ(testPlugin.attempt([=, this] { TavrelView::RegisterNotification(5, testPlugin.id, callback, nullptr); }),
             tavrel::errBadArgument);
 }
 
 TEST_F(Application, AFunctionThatIsNoCallbackRaises) {
   const tavrel::Entry function = tavrel::entryOf(didOpen);
-  EXPECT_EQ(guest.attempt([=, this] { TavrelView::RegisterNotification(4, guest.id, function, nullptr); }),
+  EXPECT_EQ(testPlugin.attempt([=, this] { TavrelView::RegisterNotification(4, testPlugin.id, function, nullptr); }),
             tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([=] { TavrelView::RegisterPageDrawProc(function, nullptr); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::RegisterPageDrawProc(function, nullptr); }), tavrel::errBadHandle);
 }
 
 TEST_F(Application, ADocumentThatIsClosedIsNoHandleAnyMore) {
   const Doc stale = doc;
   const tavrel::PageView staleView = view;
   app.close(*document);
-  EXPECT_EQ(guest.attempt([=] { TavrelView::DocGetPageView(stale); }), tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([=] { TavrelView::DocGetModelDoc(stale); }), tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([=] { TavrelView::PageViewBeginBatch(staleView); }), tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([] { TavrelView::DocGetPageView(nullptr); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::DocGetPageView(stale); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::DocGetModelDoc(stale); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::PageViewBeginBatch(staleView); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([] { TavrelView::DocGetPageView(nullptr); }), tavrel::errBadHandle);
 }
 
 TEST_F(Application, ADocumentThatCannotBePreparedIsNotOpened) {
@@ -103,7 +103,7 @@ TEST_F(Application, ADocumentThatCannotBePreparedIsNotOpened) {
 
 TEST_F(Application, ANullPageViewIsLetPass) {
   const tavrel::TextSelection selection = model->select(0, {{0, 1, 1, 0}});
-  EXPECT_EQ(guest.attempt([=] {
+  EXPECT_EQ(testPlugin.attempt([=] {
     tavrel::DeviceRect rect{};
     tavrel::ColorValue color{};
     tavrel::FixedMatrix matrix{};
@@ -126,21 +126,22 @@ TEST_F(Application, ANullPageViewIsLetPass) {
 }
 
 TEST_F(Application, ANullPlaceForAResultRaises) {
-  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewGetVisibleRect(view, nullptr); }), tavrel::errBadArgument);
-  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewGetPageTransform(view, nullptr); }), tavrel::errBadArgument);
-  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewApplyDrawColor(view, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewGetVisibleRect(view, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewGetPageTransform(view, nullptr); }),
+            tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewApplyDrawColor(view, nullptr); }), tavrel::errBadArgument);
 }
 
 TEST_F(Application, AnUnknownSelectionRaises) {
-  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewHighlightText(view, nullptr); }), tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewPaintSelection(view, nullptr); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewHighlightText(view, nullptr); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewPaintSelection(view, nullptr); }), tavrel::errBadHandle);
 }
 
 TEST_F(Application, AuxiliaryDataGoesToTheHandlerOfItsType) {
-  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
+  const tavrel::AuxDataHandler handler{8, testPlugin.callback(receive)};
   const Atom type = runtime.atoms.atom("tavrelglt"), other = runtime.atoms.atom("other");
   EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 0);
-  EXPECT_EQ(TavrelView::RegisterAuxDataHandler(guest.id, type, &handler), 1);
+  EXPECT_EQ(TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &handler), 1);
   EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 1);
   EXPECT_FALSE(deliver(other, "not for it"));
   EXPECT_TRUE(deliver(type, std::string("with a \0 in it", 14)));
@@ -148,10 +149,10 @@ TEST_F(Application, AuxiliaryDataGoesToTheHandlerOfItsType) {
 }
 
 TEST_F(Application, TheNextHandlerIsAskedOnlyIfItWasNotTheFirstOnesBusiness) {
-  const tavrel::AuxDataHandler first{8, guest.callback(receive)}, second{8, guest.callback(receive)};
+  const tavrel::AuxDataHandler first{8, testPlugin.callback(receive)}, second{8, testPlugin.callback(receive)};
   const Atom type = runtime.atoms.atom("xml");
-  TavrelView::RegisterAuxDataHandler(guest.id, type, &first);
-  TavrelView::RegisterAuxDataHandler(guest.id, type, &second);
+  TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &first);
+  TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &second);
   EXPECT_TRUE(deliver(type, "a"));
   EXPECT_EQ(delivered.size(), 1U);
   answer = 0;
@@ -160,18 +161,18 @@ TEST_F(Application, TheNextHandlerIsAskedOnlyIfItWasNotTheFirstOnesBusiness) {
 }
 
 TEST_F(Application, TheSameHandlerIsRegisteredOnceForAType) {
-  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
+  const tavrel::AuxDataHandler handler{8, testPlugin.callback(receive)};
   const Atom type = runtime.atoms.atom("xml");
-  EXPECT_EQ(TavrelView::RegisterAuxDataHandler(guest.id, type, &handler), 1);
-  EXPECT_EQ(TavrelView::RegisterAuxDataHandler(guest.id, type, &handler), 0);
+  EXPECT_EQ(TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &handler), 1);
+  EXPECT_EQ(TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &handler), 0);
 }
 
 TEST_F(Application, AHandlerIsRemovedOnce) {
-  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
+  const tavrel::AuxDataHandler handler{8, testPlugin.callback(receive)};
   const Atom type = runtime.atoms.atom("xml");
-  TavrelView::RegisterAuxDataHandler(guest.id, type, &handler);
-  EXPECT_EQ(TavrelView::UnregisterAuxDataHandler(guest.id, type, &handler), 1);
-  EXPECT_EQ(TavrelView::UnregisterAuxDataHandler(guest.id, type, &handler), 0);
+  TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &handler);
+  EXPECT_EQ(TavrelView::UnregisterAuxDataHandler(testPlugin.id, type, &handler), 1);
+  EXPECT_EQ(TavrelView::UnregisterAuxDataHandler(testPlugin.id, type, &handler), 0);
   EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 0);
 }
 
@@ -189,28 +190,28 @@ TEST_F(Application, AHandlerUnregisteredByAnEarlierOneIsNotAsked) {
     delete two->second;
     return tavrel::Bool16{0};
   };
-  TwoHandlers handlers{guest.id,
-                       {8, guest.callback(removeTheOther)},
-                       new tavrel::AuxDataHandler{8, guest.callback(receive)}}; // the first handler deletes it
+  TwoHandlers handlers{testPlugin.id,
+                       {8, testPlugin.callback(removeTheOther)},
+                       new tavrel::AuxDataHandler{8, testPlugin.callback(receive)}}; // the first handler deletes it
   two = &handlers;
   const Atom type = runtime.atoms.atom("xml");
-  TavrelView::RegisterAuxDataHandler(guest.id, type, &handlers.first);
-  TavrelView::RegisterAuxDataHandler(guest.id, type, handlers.second);
+  TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &handlers.first);
+  TavrelView::RegisterAuxDataHandler(testPlugin.id, type, handlers.second);
   EXPECT_FALSE(deliver(type, "a"));
   EXPECT_THAT(delivered, ElementsAre());
 }
 
 TEST_F(Application, WhatARetiredPluginRegisteredIsDropped) {
-  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
+  const tavrel::AuxDataHandler handler{8, testPlugin.callback(receive)};
   const Atom type = runtime.atoms.atom("xml");
   const int32_t page = 1;
   int told = 0;
   listen(tavrel::notifyDocDidOpen, didOpen);
-  TavrelView::RegisterAuxDataHandler(guest.id, type, &handler);
-  TavrelView::SetStatusText(guest.id, "at work");
-  TavrelView::DocMarkPages(guest.id, doc, &page, 1);
+  TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &handler);
+  TavrelView::SetStatusText(testPlugin.id, "at work");
+  TavrelView::DocMarkPages(testPlugin.id, doc, &page, 1);
   app.statusListener = [&] { ++told; };
-  runtime.retire(guest.id);
+  runtime.retire(testPlugin.id);
   openAnother();
   EXPECT_THAT(opened, ElementsAre());
   EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 0);
@@ -221,14 +222,15 @@ TEST_F(Application, WhatARetiredPluginRegisteredIsDropped) {
 }
 
 TEST_F(Application, ARetiredPluginRegistersNothing) {
-  runtime.retire(guest.id);
-  const test::Guest other(runtime, "other");
+  runtime.retire(testPlugin.id);
+  const test::TestPlugin other(runtime, "other");
   const tavrel::AuxDataHandler handler{8, runtime.callbacks.create(other.id, tavrel::entryOf(receive))};
   const auto *const record = &handler;
   const Atom type = runtime.atoms.atom("xml");
-  EXPECT_EQ(other.attempt([=, this] { TavrelView::SetStatusText(guest.id, "still here"); }), tavrel::errBadHandle);
-  EXPECT_EQ(other.attempt([=, this] { TavrelView::DocMarkPages(guest.id, doc, nullptr, 0); }), tavrel::errBadHandle);
-  EXPECT_EQ(other.attempt([=, this] { TavrelView::RegisterAuxDataHandler(guest.id, type, record); }),
+  EXPECT_EQ(other.attempt([=, this] { TavrelView::SetStatusText(testPlugin.id, "still here"); }), tavrel::errBadHandle);
+  EXPECT_EQ(other.attempt([=, this] { TavrelView::DocMarkPages(testPlugin.id, doc, nullptr, 0); }),
+            tavrel::errBadHandle);
+  EXPECT_EQ(other.attempt([=, this] { TavrelView::RegisterAuxDataHandler(testPlugin.id, type, record); }),
             tavrel::errBadHandle);
 }
 
@@ -237,14 +239,15 @@ TEST_F(Application, AHandlerThatTheHostCannotReadRaises) {
   const Atom type = runtime.atoms.atom("xml");
   const auto attempt = [&](uint32_t size, tavrel::Callback perform) {
     handler = {size, perform};
-    return guest.attempt([=, this] { TavrelView::RegisterAuxDataHandler(guest.id, type, &handler); });
+    return testPlugin.attempt([=, this] { TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &handler); });
   };
-  EXPECT_EQ(attempt(16, guest.callback(receive)), tavrel::errBadArgument);
+  EXPECT_EQ(attempt(16, testPlugin.callback(receive)), tavrel::errBadArgument);
   EXPECT_EQ(attempt(8, nullptr), tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([=, this] { TavrelView::RegisterAuxDataHandler(guest.id, type, nullptr); }),
+  EXPECT_EQ(testPlugin.attempt([=, this] { TavrelView::RegisterAuxDataHandler(testPlugin.id, type, nullptr); }),
             tavrel::errBadArgument);
-  handler = {8, guest.callback(receive)};
-  EXPECT_EQ(guest.attempt([this] { TavrelView::RegisterAuxDataHandler(guest.id, 0, &handler); }), tavrel::errBadHandle);
+  handler = {8, testPlugin.callback(receive)};
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::RegisterAuxDataHandler(testPlugin.id, 0, &handler); }),
+            tavrel::errBadHandle);
 }
 
 TEST_F(Application, AnAlertIsAnsweredNoUnlessToldOtherwise) {
@@ -294,24 +297,24 @@ TEST_F(Application, ModifierKeysAreWhatTheWindowSays) {
 }
 
 TEST_F(Application, EachPlugInHasAStatusTextOfItsOwn) {
-  const test::Guest another(runtime, "another");
+  const test::TestPlugin another(runtime, "another");
   TavrelView::SetStatusText(another.id, "page 2");
-  TavrelView::SetStatusText(guest.id, "hit 7");
+  TavrelView::SetStatusText(testPlugin.id, "hit 7");
   EXPECT_EQ(app.statusText(), "hit 7; page 2");
-  TavrelView::SetStatusText(guest.id, "hit 8");
+  TavrelView::SetStatusText(testPlugin.id, "hit 8");
   EXPECT_EQ(app.statusText(), "hit 8; page 2");
 }
 
 TEST_F(Application, AnEmptyStatusTextIsNone) {
   for (const char *none : {static_cast<const char *>(nullptr), ""}) {
-    TavrelView::SetStatusText(guest.id, "hit 7");
-    TavrelView::SetStatusText(guest.id, none);
+    TavrelView::SetStatusText(testPlugin.id, "hit 7");
+    TavrelView::SetStatusText(testPlugin.id, none);
     EXPECT_EQ(app.statusText(), "");
   }
 }
 
 TEST_F(Application, AStrangerHasNoStatusText) {
-  EXPECT_EQ(guest.attempt([] { TavrelView::SetStatusText(4711, "hello"); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([] { TavrelView::SetStatusText(4711, "hello"); }), tavrel::errBadHandle);
   EXPECT_EQ(app.statusText(), "");
 }
 
@@ -340,13 +343,13 @@ TEST(HostTables, AreKnownAtTheirVersions) {
 
 TEST(HostTables, WithoutAnApplicationQuestionsAreAnsweredAndTheRestRaises) {
   host::Runtime runtime;
-  test::Guest guest(runtime);
+  test::TestPlugin testPlugin(runtime);
   EXPECT_EQ(TavrelView::GetFrontDoc(), nullptr);
   EXPECT_EQ(TavrelView::GetToolBar(), nullptr);
   EXPECT_EQ(TavrelView::GetModifierKeyState(), 0U);
   EXPECT_EQ(TavrelView::HasAuxDataHandler(1), 0);
-  EXPECT_EQ(TavrelView::UnregisterAuxDataHandler(guest.id, 1, nullptr), 0);
-  EXPECT_EQ(guest.attempt([] { TavrelView::Alert(0, "?", nullptr, nullptr, nullptr, 0); }), tavrel::errGeneric);
+  EXPECT_EQ(TavrelView::UnregisterAuxDataHandler(testPlugin.id, 1, nullptr), 0);
+  EXPECT_EQ(testPlugin.attempt([] { TavrelView::Alert(0, "?", nullptr, nullptr, nullptr, 0); }), tavrel::errGeneric);
 }
 
 } // namespace

@@ -35,7 +35,7 @@ void drawAgain(PageView, void *) { plan.drewWithinDraw = plan.app->draw(*plan.do
 struct Drawing : test::Viewer {
   Drawing() { plan = {&app, document, nullptr, {}, false}; }
   void paintWith(tavrel::PageDrawProc procedure) {
-    TavrelView::RegisterPageDrawProc(guest.callback(procedure), nullptr);
+    TavrelView::RegisterPageDrawProc(testPlugin.callback(procedure), nullptr);
   }
 };
 
@@ -115,7 +115,7 @@ TEST_F(Drawing, RangesOutsideOfThePageAreCountedApart) {
 
 TEST_F(Drawing, PaintingOutsideADrawRaises) {
   plan.selection = model->select(0, {{0, 10, 10, 0}});
-  EXPECT_EQ(guest.attempt([this] { TavrelView::PageViewPaintSelection(view, plan.selection); }),
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewPaintSelection(view, plan.selection); }),
             tavrel::errBadArgument);
 }
 

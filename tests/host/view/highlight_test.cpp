@@ -28,7 +28,7 @@ struct Highlights : test::Viewer {
     s_painted = nullptr;
     s_calls = 0;
     s_highlightsFirst = false;
-    TavrelView::RegisterPageDrawProc(guest.callback(paint), nullptr);
+    TavrelView::RegisterPageDrawProc(testPlugin.callback(paint), nullptr);
     here = model->select(0, {{0, 200, 10, 190}});
     draw();
   }

@@ -48,8 +48,8 @@ TEST_F(PageViews, AnotherPageIsShownFromItsUpperLeft) {
 
 TEST_F(PageViews, APageThatIsNotThereRaises) {
   const PageView v = view;
-  EXPECT_EQ(guest.attempt([=] { TavrelView::PageViewShowPage(v, pageCount); }), tavrel::errBadPage);
-  EXPECT_EQ(guest.attempt([=] { TavrelView::PageViewShowPage(v, -1); }), tavrel::errBadPage);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::PageViewShowPage(v, pageCount); }), tavrel::errBadPage);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::PageViewShowPage(v, -1); }), tavrel::errBadPage);
   EXPECT_EQ(TavrelView::PageViewGetPageNum(view), 0);
   EXPECT_FALSE(invalid());
 }
@@ -140,7 +140,7 @@ TEST_F(PageViews, GiveBackTheColourApplied) {
 TEST_F(PageViews, AColourThatCannotBePaintedRaises) {
   static constexpr tavrel::ColorValue strange{7, {0, 0, 0, 0}};
   const PageView v = view;
-  EXPECT_EQ(guest.attempt([=] { TavrelView::PageViewApplyDrawColor(v, &strange); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::PageViewApplyDrawColor(v, &strange); }), tavrel::errBadArgument);
 }
 
 TEST_F(PageViews, NothingIsDrawnWithinABatch) {
@@ -155,13 +155,13 @@ TEST_F(PageViews, NothingIsDrawnWithinABatch) {
 
 TEST_F(PageViews, ClosingABatchThatIsNotOpenRaises) {
   const PageView v = view;
-  EXPECT_EQ(guest.attempt([=] { TavrelView::PageViewEndBatch(v); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::PageViewEndBatch(v); }), tavrel::errBadArgument);
 }
 
 TEST_F(PageViews, ABatchThatAPluginLeavesOpenIsClosed) {
-  guest.attempt([this] { TavrelView::PageViewBeginBatch(view); });
+  testPlugin.attempt([this] { TavrelView::PageViewBeginBatch(view); });
   EXPECT_EQ(document->view->batchDepth(), 0U);
-  guest.attempt([this] {
+  testPlugin.attempt([this] {
     TavrelView::PageViewBeginBatch(view);
     Kernel::RaiseError(1);
   });
@@ -171,7 +171,7 @@ TEST_F(PageViews, ABatchThatAPluginLeavesOpenIsClosed) {
 TEST_F(PageViews, ABatchOfTheCallerStaysOpenWhateverAPluginCalledWithinItDoes) {
   static size_t depthInside;
   TavrelView::PageViewBeginBatch(view);
-  guest.attempt([this] {
+  testPlugin.attempt([this] {
     TavrelView::PageViewEndBatch(view);
     depthInside = document->view->batchDepth();
   });

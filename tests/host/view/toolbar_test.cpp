@@ -8,7 +8,7 @@ namespace {
 using tavrel::Atom;
 using tavrel::Bool16;
 using tavrel::ToolButton;
-using ::test::Guest;
+using ::test::TestPlugin;
 using testing::ElementsAre;
 using testing::SizeIs;
 
@@ -81,7 +81,7 @@ TEST_F(ToolBar, InsertingTwiceMovesTheButton) {
 
 TEST_F(ToolBar, AnAnchorThatIsNotOnTheBarRaises) {
   const ToolButton a = create("a"), b = create("b");
-  EXPECT_EQ(guest.attempt([=, this] { insert(a, false, b); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([=, this] { insert(a, false, b); }), tavrel::errBadArgument);
 }
 
 TEST_F(ToolBar, AButtonOffTheBarIsNotFound) {
@@ -109,8 +109,8 @@ TEST_F(ToolBar, ANameThatIsTakenGivesTheButtonThatHasIt) {
 
 TEST_F(ToolBar, AButtonWithoutANameOrWithReservedArgumentsRaises) {
   const Atom name = runtime.atoms.atom("a");
-  EXPECT_EQ(guest.attempt([] { TavrelView::ToolButtonCreate(0, 0, 0, 0); }), tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonCreate(name, 0, 1, 0); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { TavrelView::ToolButtonCreate(0, 0, 0, 0); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonCreate(name, 0, 1, 0); }), tavrel::errBadArgument);
 }
 
 TEST_F(ToolBar, HasSpaceUntilItIsFull) {
@@ -121,7 +121,7 @@ TEST_F(ToolBar, HasSpaceUntilItIsFull) {
     insert(create(std::to_string(++count).c_str()), false, nullptr);
   EXPECT_EQ(app.toolBar()->order().size(), host::ToolBar::room);
   const ToolButton oneMore = create("one more");
-  EXPECT_EQ(guest.attempt([=, this] { insert(oneMore, false, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([=, this] { insert(oneMore, false, nullptr); }), tavrel::errBadArgument);
 }
 
 TEST_F(ToolBar, AFullBarLetsButtonsMove) {
@@ -134,7 +134,7 @@ TEST_F(ToolBar, AFullBarLetsButtonsMove) {
 
 TEST_F(ToolBar, APressCallsTheActionWithItsData) {
   const ToolButton a = create("a");
-  TavrelView::ToolButtonAttachAction(a, guest.callback(press), reinterpret_cast<void *>(intptr_t{7}));
+  TavrelView::ToolButtonAttachAction(a, testPlugin.callback(press), reinterpret_cast<void *>(intptr_t{7}));
   app.toolBar()->press(object(a));
   EXPECT_EQ(presses, 7);
 }
@@ -147,7 +147,7 @@ TEST_F(ToolBar, AButtonWithoutActionDoesNothing) {
 TEST_F(ToolBar, TheTestTellsWhetherAButtonIsEnabled) {
   const ToolButton a = create("a");
   EXPECT_TRUE(app.toolBar()->test(object(a))) << "without a test";
-  TavrelView::ToolButtonAttachEnabledTest(a, guest.callback(test1), nullptr);
+  TavrelView::ToolButtonAttachEnabledTest(a, testPlugin.callback(test1), nullptr);
   EXPECT_TRUE(app.toolBar()->test(object(a)));
   enabled = 0;
   EXPECT_FALSE(app.toolBar()->test(object(a)));
@@ -155,14 +155,14 @@ TEST_F(ToolBar, TheTestTellsWhetherAButtonIsEnabled) {
 
 TEST_F(ToolBar, ATestThatRaisesDisables) {
   const ToolButton a = create("a");
-  TavrelView::ToolButtonAttachEnabledTest(a, guest.callback(raising), nullptr);
+  TavrelView::ToolButtonAttachEnabledTest(a, testPlugin.callback(raising), nullptr);
   EXPECT_FALSE(app.toolBar()->test(object(a)));
 }
 
 TEST_F(ToolBar, UpdatingAsksEveryButtonOnTheBar) {
   const ToolButton a = create("a");
   insert(a, false, nullptr);
-  TavrelView::ToolButtonAttachEnabledTest(a, guest.callback(test1), nullptr);
+  TavrelView::ToolButtonAttachEnabledTest(a, testPlugin.callback(test1), nullptr);
   enabled = 0;
   int told = 0;
   app.toolBar()->listener = [&] { ++told; };
@@ -174,7 +174,7 @@ TEST_F(ToolBar, UpdatingAsksEveryButtonOnTheBar) {
 TEST_F(ToolBar, ATestThatAsksForAllTestsComesToAnEnd) {
   const ToolButton a = create("a");
   insert(a, false, nullptr);
-  TavrelView::ToolButtonAttachEnabledTest(a, guest.callback(askingAgain), nullptr);
+  TavrelView::ToolButtonAttachEnabledTest(a, testPlugin.callback(askingAgain), nullptr);
   TavrelView::ToolBarUpdateButtonStates(bar);
   EXPECT_EQ(presses, 1);
 }
@@ -189,7 +189,7 @@ TEST_F(ToolBar, TheTipIsCopied) {
 
 TEST_F(ToolBar, AnEmbeddedViewerShowsOfThePluginsButtonsThoseThatBelongThere) {
   ToolButton inside = nullptr, both = nullptr;
-  guest.attempt([&] {
+  testPlugin.attempt([&] {
     inside = TavrelView::ToolButtonCreate(Kernel::AtomFromString("inside"), 0, 0, 0);
     both = TavrelView::ToolButtonCreate(Kernel::AtomFromString("both"), 0, 0, 0);
   });
@@ -208,7 +208,7 @@ TEST_F(ToolBar, AttributesAreKept) {
   const ToolButton a = create("a");
   TavrelView::ToolButtonSetAttribute(a, tavrel::buttonAlsoInBrowser);
   EXPECT_THAT(object(a).attributes, ElementsAre(tavrel::buttonAlsoInBrowser));
-  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonSetAttribute(a, 77); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonSetAttribute(a, 77); }), tavrel::errBadArgument);
 }
 
 TEST_F(ToolBar, TheApplicationsOwnButtonsDoWhatItSays) {
@@ -220,26 +220,26 @@ TEST_F(ToolBar, TheApplicationsOwnButtonsDoWhatItSays) {
   EXPECT_FALSE(app.toolBar()->test(own));
 }
 
-// A button of the guest's, on the tool bar, with the callbacks of a plug-in.
+// A button of the test plug-in's, on the tool bar, with the callbacks of a plug-in.
 struct WithTwoPlugins : ToolBar {
-  ToolButton ofGuest(const Guest &attached, const char *name = "a") {
+  ToolButton ofTestPlugin(const TestPlugin &attached, const char *name = "a") {
     ToolButton button = nullptr;
     const Atom atom = runtime.atoms.atom(name);
-    guest.attempt([&] { button = TavrelView::ToolButtonCreate(atom, 0, 0, 0); });
+    testPlugin.attempt([&] { button = TavrelView::ToolButtonCreate(atom, 0, 0, 0); });
     TavrelView::ToolButtonAttachAction(button, runtime.callbacks.create(attached.id, tavrel::entryOf(press)), nullptr);
     TavrelView::ToolButtonAttachEnabledTest(button, runtime.callbacks.create(attached.id, tavrel::entryOf(test1)),
                                             nullptr);
     insert(button, false, nullptr);
     return button;
   }
-  Guest other{runtime, "other"};
+  TestPlugin other{runtime, "other"};
 };
 
 TEST_F(WithTwoPlugins, AButtonIsRemovedWhenItsPluginIsRetired) {
-  const ToolButton a = ofGuest(guest);
+  const ToolButton a = ofTestPlugin(testPlugin);
   int told = 0;
   app.toolBar()->listener = [&] { ++told; };
-  runtime.retire(guest.id);
+  runtime.retire(testPlugin.id);
   EXPECT_EQ(find("a"), nullptr);
   EXPECT_EQ(other.attempt([=] { TavrelView::ToolButtonAttachTip(a, "tip"); }), tavrel::errBadHandle);
   EXPECT_EQ(told, 1);
@@ -247,8 +247,8 @@ TEST_F(WithTwoPlugins, AButtonIsRemovedWhenItsPluginIsRetired) {
 }
 
 TEST_F(WithTwoPlugins, AButtonMadeForAnotherPluginIsRemovedWithThatOne) {
-  const ToolButton a = ofGuest(other);
-  runtime.retire(guest.id);
+  const ToolButton a = ofTestPlugin(other);
+  runtime.retire(testPlugin.id);
   EXPECT_EQ(find("a"), a);
   enabled = 0;
   EXPECT_FALSE(app.toolBar()->test(object(a))) << "the other plug-in is still asked";
@@ -259,16 +259,16 @@ TEST_F(WithTwoPlugins, AButtonMadeForAnotherPluginIsRemovedWithThatOne) {
 TEST_F(WithTwoPlugins, AButtonWithoutCallbacksIsRemovedWithThePluginThatMadeIt) {
   ToolButton button = nullptr;
   const Atom name = runtime.atoms.atom("a");
-  guest.attempt([&] { button = TavrelView::ToolButtonCreate(name, 0, 0, 0); });
+  testPlugin.attempt([&] { button = TavrelView::ToolButtonCreate(name, 0, 0, 0); });
   insert(button, false, nullptr);
-  runtime.retire(guest.id);
+  runtime.retire(testPlugin.id);
   EXPECT_EQ(find("a"), nullptr);
 }
 
 TEST_F(WithTwoPlugins, TheApplicationsOwnButtonsStayWhateverWasAttachedToThem) {
   const ToolButton next = find("NextPage");
-  TavrelView::ToolButtonAttachAction(next, guest.callback(press), reinterpret_cast<void *>(intptr_t{1}));
-  runtime.retire(guest.id);
+  TavrelView::ToolButtonAttachAction(next, testPlugin.callback(press), reinterpret_cast<void *>(intptr_t{1}));
+  runtime.retire(testPlugin.id);
   EXPECT_EQ(find("NextPage"), next);
   app.toolBar()->press(object(next));
   EXPECT_EQ(presses, 0);
@@ -276,7 +276,7 @@ TEST_F(WithTwoPlugins, TheApplicationsOwnButtonsStayWhateverWasAttachedToThem) {
 
 TEST_F(ToolBar, ANullToolBarIsLetPass) {
   const ToolButton a = create("a");
-  EXPECT_EQ(guest.attempt([=] {
+  EXPECT_EQ(testPlugin.attempt([=] {
     TavrelView::ToolBarInsertButton(nullptr, a, 0, nullptr);
     TavrelView::ToolBarUpdateButtonStates(nullptr);
   }),
@@ -289,19 +289,19 @@ TEST_F(ToolBar, UnknownHandlesRaise) {
   static int something;
   const auto stranger = reinterpret_cast<ToolButton>(&something);
   const auto strangeBar = reinterpret_cast<tavrel::ToolBar>(&something);
-  const tavrel::Callback callback = guest.callback(press);
-  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonDetach(stranger); }), tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonAttachTip(nullptr, "tip"); }), tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonAttachAction(stranger, callback, nullptr); }),
+  const tavrel::Callback callback = testPlugin.callback(press);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonDetach(stranger); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonAttachTip(nullptr, "tip"); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonAttachAction(stranger, callback, nullptr); }),
             tavrel::errBadHandle);
-  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolBarUpdateButtonStates(strangeBar); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolBarUpdateButtonStates(strangeBar); }), tavrel::errBadHandle);
 }
 
 TEST_F(ToolBar, WithoutAToolBarThereIsNone) {
   app.removeToolBar();
   EXPECT_EQ(TavrelView::GetToolBar(), nullptr);
   const Atom name = runtime.atoms.atom("a");
-  EXPECT_EQ(guest.attempt([=] { TavrelView::ToolButtonCreate(name, 0, 0, 0); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonCreate(name, 0, 0, 0); }), tavrel::errBadHandle);
 }
 
 } // namespace

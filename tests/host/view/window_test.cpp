@@ -105,7 +105,7 @@ void paint(tavrel::PageView view, void *) { TavrelView::PageViewPaintSelection(v
 
 TEST_F(Window, MarksLieWhereThePageHasThem) {
   s_painted = corner();
-  TavrelView::RegisterPageDrawProc(guest.callback(paint), nullptr);
+  TavrelView::RegisterPageDrawProc(testPlugin.callback(paint), nullptr);
   shown().setWindow(50, 50);
   shown().scrollTo(20, 40); // shows half of the mark's height
   const auto drawing = app.draw(*document);
@@ -156,12 +156,12 @@ TEST_F(Window, MarkedPagesAreKeptInOrderEachOnceAndOnlyThoseThatThereAre) {
   int told = 0;
   app.statusListener = [&] { ++told; };
   const int32_t pages[] = {3, 1, 3, -1, pageCount};
-  TavrelView::DocMarkPages(guest.id, doc, pages, 5);
-  EXPECT_THAT(document->markedPages.at(guest.id), ElementsAre(1, 3));
+  TavrelView::DocMarkPages(testPlugin.id, doc, pages, 5);
+  EXPECT_THAT(document->markedPages.at(testPlugin.id), ElementsAre(1, 3));
   EXPECT_EQ(told, 1);
-  TavrelView::DocMarkPages(guest.id, doc, pages, 5);
+  TavrelView::DocMarkPages(testPlugin.id, doc, pages, 5);
   EXPECT_EQ(told, 1) << "the same again is no news";
-  TavrelView::DocMarkPages(guest.id, doc, nullptr, 0);
+  TavrelView::DocMarkPages(testPlugin.id, doc, nullptr, 0);
   EXPECT_TRUE(document->markedPages.empty());
   EXPECT_EQ(told, 2);
 }
@@ -175,8 +175,8 @@ tavrel::Bool16 receive(tavrel::Atom, const void *data, uint32_t length, tavrel::
 TEST_F(Window, APluginMayAttachAuxiliaryData) {
   s_received.clear();
   const tavrel::Atom type = Kernel::AtomFromString("notes");
-  const tavrel::AuxDataHandler handler{8, guest.callback(receive)};
-  TavrelView::RegisterAuxDataHandler(guest.id, type, &handler);
+  const tavrel::AuxDataHandler handler{8, testPlugin.callback(receive)};
+  TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &handler);
   EXPECT_EQ(TavrelView::DocAttachAuxData(doc, type, "abc", 3), 1);
   EXPECT_EQ(s_received, "abc");
   EXPECT_EQ(TavrelView::DocAttachAuxData(doc, Kernel::AtomFromString("other"), "abc", 3), 0);

@@ -205,9 +205,9 @@ TEST(ReaderMemory, PageThatGotNoRoomIsNotRegistered) {
 
 TEST(ReaderMemory, FailureOfAnyAllocationIsSurvived) {
   const std::string file = fileOf("<loc pg=3 pos=1> <loc pg=3 pos=2> <loc pg=4 pos=1>");
-  Trial trial = {[](RecordingHost &) {}, [&](RecordingHost &) { readFile(file); }};
-  trial.leavesBlocks = true;
-  EXPECT_GT(failAtEveryAllocation(trial), 5U);
+  FaultTest test = {[](RecordingHost &) {}, [&](RecordingHost &) { readFile(file); }};
+  test.leavesBlocks = true;
+  EXPECT_GT(failAtEveryAllocation(test), 5U);
 }
 
 // A host that has little to show registers the highlights all the same.

@@ -1,7 +1,7 @@
 // Documents opened at a page and with a file, which this test takes from whoever hands it on.
 #include <sys/stat.h>
 
-#include "tests/host/kernel/Guest.h"
+#include "tests/host/kernel/TestPlugin.h"
 #include "tests/plugins/Plugins.h"
 
 namespace {
@@ -50,13 +50,13 @@ protected:
 
   void handleWith(AuxDataProc procedure) {
     leaveUnhandled();
-    handler = {8, guest.callback(procedure)};
+    handler = {8, testPlugin.callback(procedure)};
     for (const char *type : {"tavrelglt", "xml"})
-      TavrelView::RegisterAuxDataHandler(guest.id, Kernel::AtomFromString(type), &handler);
+      TavrelView::RegisterAuxDataHandler(testPlugin.id, Kernel::AtomFromString(type), &handler);
   }
   void leaveUnhandled() {
     for (const char *type : {"tavrelglt", "xml"})
-      TavrelView::UnregisterAuxDataHandler(guest.id, Kernel::AtomFromString(type), &handler);
+      TavrelView::UnregisterAuxDataHandler(testPlugin.id, Kernel::AtomFromString(type), &handler);
   }
   /// Opens the document in front of all others and gives what is said of it on standard error.
   std::string open(const std::string &parameters) {
@@ -78,7 +78,7 @@ protected:
   const test::ScratchFolder scratch;
   test::PluginHost host{folderWithOne(scratch.path() / "plugins")};
   host::Application &app = host.app;
-  test::Guest guest{host.runtime};
+  test::TestPlugin testPlugin{host.runtime};
   AuxDataHandler handler = {};
   const fs::path file = scratch.path() / "test.pdf";
   host::ViewerDocument *document = nullptr;
@@ -112,7 +112,7 @@ TEST_F(OpenedWith, NoViewNoPageIsShown) {
   testing::internal::CaptureStderr();
   app.open(test::fourPages(scratch), file, 0, "page=2");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
-  EXPECT_EQ(guest.reports, std::vector<std::string>{});
+  EXPECT_EQ(testPlugin.reports, std::vector<std::string>{});
 }
 
 TEST_F(OpenedWith, AFileBesideTheDocumentIsHandedOn) {

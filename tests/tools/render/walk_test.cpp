@@ -39,10 +39,10 @@ struct Walk : test::Viewer {
   Walk() {
     plan = {};
     plan.view = view;
-    TavrelView::RegisterPageDrawProc(guest.callback(paint), nullptr);
+    TavrelView::RegisterPageDrawProc(testPlugin.callback(paint), nullptr);
     const tavrel::ToolButton button = TavrelView::ToolButtonCreate(runtime.atoms.atom(tools::nextButton), 0, 0, 0);
-    TavrelView::ToolButtonAttachAction(button, guest.callback(press), nullptr);
-    TavrelView::ToolButtonAttachEnabledTest(button, guest.callback(isEnabled), nullptr);
+    TavrelView::ToolButtonAttachAction(button, testPlugin.callback(press), nullptr);
+    TavrelView::ToolButtonAttachEnabledTest(button, testPlugin.callback(isEnabled), nullptr);
     TavrelView::ToolBarInsertButton(bar, button, 0, nullptr);
   }
   void markPages(const std::vector<int32_t> &pages) {
@@ -53,7 +53,7 @@ struct Walk : test::Viewer {
     return {[this](const host::Drawing &drawing) { written.push_back(drawing.page); },
             [this](int32_t page) { damaged.push_back(page); }};
   }
-  void walk(size_t patience = 10) { tools::walkMarkedPages(app, *document, patience, sink()); }
+  void walk(size_t limit = 10) { tools::walkMarkedPages(app, *document, limit, sink()); }
 
   // A page that throws what the PDF library's side throws of a damaged one.
   void damagePages(const std::vector<int32_t> &pages) const {

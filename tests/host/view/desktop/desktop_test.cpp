@@ -3,7 +3,7 @@
 
 #include <cstdlib>
 
-#include "host/kernel/Guest.h"
+#include "host/kernel/TestPlugin.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
 #include "support/pdf.h"
@@ -60,7 +60,7 @@ struct WindowSystem : testing::Test {
   }
 
   host::Runtime runtime;
-  test::Guest guest{runtime};
+  test::TestPlugin testPlugin{runtime};
   std::unique_ptr<host::TopLevel> top;
   std::unique_ptr<host::WindowSystem> windows;
 };
@@ -226,10 +226,10 @@ TEST_F(WithResources, ABitmapFileThatCannotBeReadIsNamedAndTheBitsCount) {
 }
 
 TEST_F(WindowSystem, WhatMakesNoSenseRaises) {
-  EXPECT_EQ(guest.attempt([] { Desktop::RegisterResourceClass(nullptr, nullptr); }), tavrel::errBadArgument);
-  EXPECT_EQ(guest.attempt([] { Desktop::GetResourceBitmap(nullptr, nullptr, "c", checkers, 8, 2); }),
+  EXPECT_EQ(testPlugin.attempt([] { Desktop::RegisterResourceClass(nullptr, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, nullptr, "c", checkers, 8, 2); }),
             tavrel::errBadArgument);
-  EXPECT_EQ(guest.attempt([] { Desktop::GetResourceBitmap(nullptr, "n", "c", checkers, 100000, 2); }),
+  EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, "n", "c", checkers, 100000, 2); }),
             tavrel::errBadArgument);
 }
 

@@ -3,7 +3,7 @@
 
 #include "tavrel/plugin.h"
 
-struct TestPlugin {
+struct LoadedPlugin {
   const char *name;
   uint32_t mainResult = 1;
   uint32_t version = tavrel::handshakeVersion;
@@ -16,7 +16,7 @@ struct TestPlugin {
   void (*unload)() = nullptr;
 };
 
-extern const TestPlugin testPlugin;
+extern const LoadedPlugin loadedPlugin;
 
 /// Notes in the journal what the plug-in does.
 void say(const char *what);

@@ -9,17 +9,17 @@
 
 namespace test {
 
-class Guest {
+class TestPlugin {
 public:
-  explicit Guest(host::Runtime &runtime, const char *name = "guest")
+  explicit TestPlugin(host::Runtime &runtime, const char *name = "test plug-in")
       : id(runtime.extensions.add(name)), runtime_(runtime) {
     runtime.reporter = [this](const std::string &line) { reports.push_back(line); };
   }
-  ~Guest() {
+  ~TestPlugin() {
     runtime_.reporter = [](const std::string &) {};
   }
-  Guest(const Guest &) = delete;
-  Guest &operator=(const Guest &) = delete;
+  TestPlugin(const TestPlugin &) = delete;
+  TestPlugin &operator=(const TestPlugin &) = delete;
 
   /// Runs the body as the host runs a plug-in; gives the code of the error that ended it, or 0. The body has no object
   /// with a destructor.
@@ -28,7 +28,7 @@ public:
     return host::runInPlugin({id, "the body"}, run, &body) ? 0 : runtime_.frames.code();
   }
 
-  /// A callback of the guest's.
+  /// A callback of the test plug-in's.
   template <typename Function> tavrel::Callback callback(Function *function) {
     return runtime_.callbacks.create(id, tavrel::entryOf(function));
   }

@@ -1,6 +1,6 @@
-// The frame of every plug-in of the loader's tests: it notes each call in the journal and does what its TestPlugin
+// The frame of every plug-in of the loader's tests: it notes each call in the journal and does what its LoadedPlugin
 // says.
-#include "TestPlugin.h"
+#include "LoadedPlugin.h"
 
 #include <cstdio>
 
@@ -13,7 +13,7 @@ tavrel::ExtensionID self;
 
 void say(const char *what) {
   char line[64];
-  std::snprintf(line, sizeof line, "%s %s", testPlugin.name, what);
+  std::snprintf(line, sizeof line, "%s %s", loadedPlugin.name, what);
   if (gJournalHFT != nullptr) test::note(line);
 }
 
@@ -25,32 +25,32 @@ tavrel::Callback callback(tavrel::LifecycleProc function) {
 
 uint32_t exportTables() {
   say("export");
-  if (testPlugin.exportTables != nullptr) testPlugin.exportTables();
+  if (loadedPlugin.exportTables != nullptr) loadedPlugin.exportTables();
   return 1;
 }
 
 uint32_t importTables() {
-  testPlugin.importTables();
+  loadedPlugin.importTables();
   return 1;
 }
 
 uint32_t initialise() {
   say("initialise");
-  if (testPlugin.initialise != nullptr) testPlugin.initialise();
+  if (loadedPlugin.initialise != nullptr) loadedPlugin.initialise();
   return 1;
 }
 
 uint32_t unload() {
   say("unload");
-  if (testPlugin.unload != nullptr) testPlugin.unload();
+  if (loadedPlugin.unload != nullptr) loadedPlugin.unload();
   return 1;
 }
 
 uint32_t handshake(uint32_t, tavrel::HandshakeRecord *record) {
   say("handshake");
-  record->name = Kernel::AtomFromString(testPlugin.name);
-  record->exportTables = testPlugin.strangeCallback ? tavrel::entryOf(exportTables) : callback(exportTables);
-  if (testPlugin.importTables != nullptr) record->importTables = callback(importTables);
+  record->name = Kernel::AtomFromString(loadedPlugin.name);
+  record->exportTables = loadedPlugin.strangeCallback ? tavrel::entryOf(exportTables) : callback(exportTables);
+  if (loadedPlugin.importTables != nullptr) record->importTables = callback(importTables);
   record->initialise = callback(initialise);
   record->unload = callback(unload);
   return 1;
@@ -62,15 +62,15 @@ uint32_t setUp(uint32_t, tavrel::SetupRecord *record) {
   gJournalHFT = Kernel::RequestTable(Kernel::AtomFromString(test::journalName), test::journalVersion);
   say("set up");
   record->handshake = Kernel::CreateCallback(self, tavrel::entryOf(handshake));
-  return testPlugin.setupResult;
+  return loadedPlugin.setupResult;
 }
 
 } // namespace
 
-extern "C" __attribute__((visibility("protected"))) uint32_t testPluginMain(uint32_t, uint32_t *version,
-                                                                            void **setup) __asm__("main");
-uint32_t testPluginMain(uint32_t, uint32_t *version, void **setup) {
-  *version = testPlugin.version;
+extern "C" __attribute__((visibility("protected"))) uint32_t loadedPluginMain(uint32_t, uint32_t *version,
+                                                                              void **setup) __asm__("main");
+uint32_t loadedPluginMain(uint32_t, uint32_t *version, void **setup) {
+  *version = loadedPlugin.version;
   *setup = reinterpret_cast<void *>(setUp);
-  return testPlugin.mainResult;
+  return loadedPlugin.mainResult;
 }

@@ -1,4 +1,4 @@
-// Rung by a thread that has something to collect. A test waits for it and never longer than a limit, which fails it.
+// A thread that has something to collect wakes the test. A test waits for it, and fails after a limit.
 #pragma once
 
 #include <chrono>
@@ -9,34 +9,34 @@
 
 namespace test {
 
-class Bell {
+class Waker {
 public:
-  void ring() {
+  void wake() {
     {
       const std::lock_guard lock(mutex_);
-      ++rings_;
+      ++wakes_;
     }
-    rung_.notify_all();
+    woken_.notify_all();
   }
-  size_t rings() {
+  size_t wakes() {
     const std::lock_guard lock(mutex_);
-    return rings_;
+    return wakes_;
   }
-  /// Asks now and after each ring, until the answer is yes; false when that takes too long.
+  /// Asks now and after each wake-up, until the answer is yes; false when that takes too long.
   bool until(const std::function<bool()> &done) {
     const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     for (;;) {
-      const size_t heard = rings();
+      const size_t before = wakes();
       if (done()) return true;
       std::unique_lock lock(mutex_);
-      if (!rung_.wait_until(lock, limit, [&] { return rings_ != heard; })) return false;
+      if (!woken_.wait_until(lock, limit, [&] { return wakes_ != before; })) return false;
     }
   }
 
 private:
   std::mutex mutex_;
-  std::condition_variable rung_;
-  size_t rings_ = 0;
+  std::condition_variable woken_;
+  size_t wakes_ = 0;
 };
 
 } // namespace test

@@ -1,7 +1,6 @@
 // In which order plug-ins end: the clients of a table before the plug-in that offers it.
 #pragma once
 
-#include <compare>
 #include <set>
 #include <span>
 
@@ -12,7 +11,10 @@ namespace host {
 /// A plug-in, the client, got a table from a server of another one, the provider.
 struct TableUse {
   tavrel::ExtensionID client, provider;
-  auto operator<=>(const TableUse &) const = default;
+  bool operator==(const TableUse &) const = default;
+  bool operator<(const TableUse &other) const {
+    return client != other.client ? client < other.client : provider < other.provider;
+  }
 };
 
 /// Which of the plug-ins that still run, given in order of loading and at least one, ends next: the one loaded last of

@@ -11,13 +11,13 @@
 #include <X11/Xresource.h>
 
 #include <algorithm>
-#include <compare>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <optional>
 #include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace host {
@@ -35,7 +35,12 @@ struct BitmapKey {
   std::string name, classOfName;
   uint32_t width, height;
   std::string bits; ///< the built-in ones
-  auto operator<=>(const BitmapKey &) const = default;
+  bool operator<(const BitmapKey &other) const {
+    const auto all = [](const BitmapKey &key) {
+      return std::tie(key.resourceClass, key.name, key.classOfName, key.width, key.height, key.bits);
+    };
+    return all(*this) < all(other);
+  }
 };
 
 std::string bytesOf(const unsigned char *bits, uint32_t width, uint32_t height) {

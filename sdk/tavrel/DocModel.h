@@ -5,9 +5,9 @@
 // order, joined by one space. Page space is in points, origin at the lower left of the page as shown, y upwards.
 //
 // A text selection is never given back. A document keeps the 1,024 selections used last, and fewer where they cover
-// more than a million words and ranges together, but always the 16 used last. Making a selection uses it, and so does every
-// operation that takes it. So a plug-in may hold a selection, during a call or longer, while it makes few others; when
-// in doubt it makes the selection anew, which costs little as long as the document still has it. The handle of a
+// more than a million words and ranges together, but always the 16 used last. Making a selection uses it, and so does
+// every operation that takes it. So a plug-in may hold a selection, during a call or longer, while it makes few others;
+// when in doubt it makes the selection anew, which costs little as long as the document still has it. The handle of a
 // selection that was dropped raises errBadHandle for ever; it never names another selection.
 // Tags: see Kernel.h.
 #pragma once

@@ -12,11 +12,14 @@ if(Python3_FOUND)
   endforeach()
 
   set(viewer_plugins ${CMAKE_BINARY_DIR}/viewer-plugins)
-  add_library(viewer_plugin_jumps MODULE ${viewer_tests}/plugins/jumps.cpp)
-  target_compile_options(viewer_plugin_jumps PRIVATE -fvisibility=hidden)
-  target_link_libraries(viewer_plugin_jumps PRIVATE sdk)
-  set_target_properties(viewer_plugin_jumps PROPERTIES PREFIX "" OUTPUT_NAME jumps
-                                                       LIBRARY_OUTPUT_DIRECTORY ${viewer_plugins})
+  foreach(plugin jumps feedback)
+    add_library(viewer_plugin_${plugin} MODULE ${viewer_tests}/plugins/${plugin}.cpp)
+    target_compile_options(viewer_plugin_${plugin} PRIVATE -fvisibility=hidden)
+    target_link_libraries(viewer_plugin_${plugin} PRIVATE sdk)
+    set_target_properties(viewer_plugin_${plugin} PROPERTIES PREFIX "" OUTPUT_NAME ${plugin}
+                                                             LIBRARY_OUTPUT_DIRECTORY ${viewer_plugins})
+  endforeach()
+  set_target_properties(viewer_plugin_feedback PROPERTIES LIBRARY_OUTPUT_DIRECTORY ${viewer_plugins}/feedback)
 
   set(viewer_environment
       TAVREL=$<TARGET_FILE:tavrel>

@@ -1,4 +1,4 @@
-# What is on the screen after a plug-in has highlighted, registered or scrolled, by its pixels.
+# What is on the screen after a plug-in has highlighted or registered, by its pixels.
 import unittest
 
 from harness import FEEDBACK_PLUGINS, ViewerTest, document
@@ -12,7 +12,7 @@ class Feedback(ViewerTest):
         super().setUp()
         self.viewer = self.view(document("two-columns.pdf"), "--plugins-dir", FEEDBACK_PLUGINS)
         self.area = self.viewer.shown(1)["area"]
-        self.viewer.until(lambda state: any(one["name"] == "f:S" for one in state["buttons"]), "buttons")
+        self.viewer.until(lambda state: any(one["name"] == "f:D" for one in state["buttons"]), "buttons")
 
     def press(self, name):
         self.viewer.press("f:" + name)
@@ -67,10 +67,6 @@ class Feedback(ViewerTest):
         self.showsNeither(HIGHLIGHTED, GREEN)
         self.press("R")
         self.assertEqual(self.shows(HIGHLIGHTED).count, count)
-
-    def test_a_scroll_within_a_drawing_reaches_the_screen(self):
-        self.press("S")
-        self.viewer.until(lambda state: state["drawn"]["scrollY"] == 50, "the page scrolled")
 
 
 if __name__ == "__main__":

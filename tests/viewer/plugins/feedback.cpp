@@ -1,5 +1,5 @@
-// A plug-in with a button for each of the things that a test wants to see on the screen: highlights, registrations, a
-// page-draw procedure that scrolls. Its hits are the first word of the first page, in green.
+// A plug-in with a button for each of the things that a test wants to see on the screen: highlights, registrations,
+// drawings. Its hits are the first word of the first page, in green.
 #include <algorithm>
 
 #include "tavrel/DocModel.h"
@@ -15,7 +15,6 @@ HFT gKernelHFT, gTavrelViewHFT, gTavrelGLTHFT, gDocModelHFT;
 namespace {
 
 ExtensionID s_self;
-bool s_scrolls;
 
 template <typename Function> Callback callbackOf(Function function) {
   return Kernel::CreateCallback(s_self, entryOf(function));
@@ -53,16 +52,6 @@ void unregisterHits(ToolButton /*button*/, void * /*clientData*/) {
 
 void redraw(ToolButton /*button*/, void * /*clientData*/) { TavrelView::PageViewRefreshArea(frontView(), nullptr); }
 
-void scroll(ToolButton /*button*/, void * /*clientData*/) {
-  s_scrolls = true;
-  TavrelView::PageViewRefreshArea(frontView(), nullptr);
-}
-
-void pageDrawn(PageView view, void * /*clientData*/) {
-  if (s_scrolls) TavrelView::PageViewScrollToPoint(view, 0, 50);
-  s_scrolls = false;
-}
-
 uint32_t importTables() {
   gTavrelGLTHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelGLT"), tavrelGLTVersion);
   return 1;
@@ -73,14 +62,13 @@ uint32_t initialise() {
   constexpr struct {
     const char *name;
     ButtonActionProc action;
-  } buttons[] = {{"f:H", highlight},      {"f:I", highlight}, {"f:A", highlightAndAsk}, {"f:R", registerHits},
-                 {"f:U", unregisterHits}, {"f:D", redraw},    {"f:S", scroll}};
+  } buttons[] = {{"f:H", highlight},    {"f:I", highlight},      {"f:A", highlightAndAsk},
+                 {"f:R", registerHits}, {"f:U", unregisterHits}, {"f:D", redraw}};
   for (const auto &[name, action] : buttons) {
     const ToolButton button = TavrelView::ToolButtonCreate(Kernel::AtomFromString(name), 0, 0, 0);
     TavrelView::ToolButtonAttachAction(button, callbackOf(action), nullptr);
     TavrelView::ToolBarInsertButton(TavrelView::GetToolBar(), button, 0, nullptr);
   }
-  TavrelView::RegisterPageDrawProc(callbackOf(pageDrawn), nullptr);
   return 1;
 }
 

@@ -12,7 +12,7 @@ if(Python3_FOUND)
   endforeach()
 
   set(viewer_plugins ${CMAKE_BINARY_DIR}/viewer-plugins)
-  foreach(plugin buttons jumps)
+  foreach(plugin buttons feedback jumps)
     add_library(viewer_plugin_${plugin} MODULE ${viewer_tests}/plugins/${plugin}.cpp)
     target_compile_options(viewer_plugin_${plugin} PRIVATE -fvisibility=hidden)
     target_link_libraries(viewer_plugin_${plugin} PRIVATE sdk)

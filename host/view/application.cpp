@@ -135,6 +135,8 @@ void Application::removeToolBar() {
 
 void Application::beforeCall() {
   for (const auto &document : documents_)
+    if (document->view) document->view->expectCall();
+  for (const auto &document : documents_)
     if (document->view) document->view->saveBatchDepth();
 }
 

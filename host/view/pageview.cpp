@@ -27,7 +27,10 @@ private:
 } // namespace
 
 PageView::PageView(Document &document, double dpi, std::function<void()> listener)
-    : document_(document), listener_(std::move(listener)), dpi_(dpi), wantedDpi_(dpi), drawColor_(black) {}
+    : document_(document), listener_(std::move(listener)), dpi_(dpi), wantedDpi_(dpi), drawColor_(black) {
+  constexpr size_t usualDepth = 16; // calls of plug-ins within each other then need no memory
+  savedDepths_.reserve(usualDepth);
+}
 
 void PageView::showPage(int32_t page) {
   if (page < 0 || page >= document_.pageCount())

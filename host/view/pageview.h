@@ -83,6 +83,8 @@ public:
   void endBatch();
   size_t batchDepth() const { return batchDepth_; }
   // Around a call into a plug-in: brackets that it leaves open are closed, those that it closes too many are opened.
+  // Memory for one of them is taken before.
+  void expectCall() { savedDepths_.reserve(savedDepths_.size() + 1); }
   void saveBatchDepth() { savedDepths_.push_back(batchDepth_); }
   void restoreBatchDepth() noexcept;
 

@@ -21,8 +21,8 @@ DOCUMENTS = os.environ["TAVREL_DOCUMENTS"]
 HELPERS = os.environ["TAVREL_HELPERS"]
 BUILT_PLUGINS = os.environ["TAVREL_BUILT_PLUGINS"]
 TEST_PLUGINS = os.environ["TAVREL_TEST_PLUGINS"]
-BUTTONS_PLUGIN = os.path.join(os.environ["TAVREL_VIEWER_PLUGINS"], "buttons")
-JUMPS_PLUGIN = os.path.join(os.environ["TAVREL_VIEWER_PLUGINS"], "jumps")
+BUTTONS_PLUGIN, FEEDBACK_PLUGIN, JUMPS_PLUGIN = (os.path.join(os.environ["TAVREL_VIEWER_PLUGINS"], name)
+                                                for name in ("buttons", "feedback", "jumps"))
 SCREENSHOTS = os.environ.get("TAVREL_SCREENSHOTS") or os.environ["TAVREL_SCREENSHOTS_OTHERWISE"]
 
 NEXT, PREVIOUS = "TavrelGLT:Next", "TavrelGLT:Prev"

@@ -173,20 +173,19 @@ TEST_F(SearcherTest, AnotherDocumentIsSearchedWithItsPassword) {
   EXPECT_THAT(find({2, other, "user", "secret", {}, 0, 1}).found, SizeIs(1));
 }
 
-// The file of a failing search is none: what was open before stays so unless it was closed.
-TEST_F(SearcherTest, AClosedDocumentsFileIsGivenBack) {
+// A search that fails has no file: what was open before stays open unless it was closed.
+TEST_F(SearcherTest, AClosedFileIsGivenBack) {
   find(search("lamp"));
   EXPECT_TRUE(test::hasOpen(file));
-  searcher->close(1);
+  searcher->closeFile();
   find({2, "/nowhere/missing.pdf", {}, "lamp", {}, 0, 1});
   EXPECT_FALSE(test::hasOpen(file));
 }
 
-TEST_F(SearcherTest, TheFilesOfTwoDocumentsClosedAtOnceAreGivenBack) {
+TEST_F(SearcherTest, AFileClosedWhileItIsSearchedIsGivenBack) {
   onThread = [this] {
     onThread = {};
-    searcher->close(1);
-    searcher->close(2);
+    searcher->closeFile();
   };
   find(search("door"));
   find({3, "/nowhere/missing.pdf", {}, "lamp", {}, 0, 1});

@@ -12,11 +12,13 @@ const host::Image *PageCache::find(const PageKey &key) {
   return &found->second->image;
 }
 
-void PageCache::insert(const PageKey &key, host::Image image) {
+void PageCache::insert(const PageKey &key, host::Image &&image) {
   if (const auto found = places_.find(key); found != places_.end()) erase(found->second);
-  bytes_ += bytesOf(image);
-  pages_.push_front({key, std::move(image)});
-  places_[key] = pages_.begin();
+  std::list<Page> page(1);
+  places_.emplace(key, page.begin());
+  pages_.splice(pages_.begin(), page);
+  pages_.front() = {key, std::move(image)};
+  bytes_ += bytesOf(pages_.front().image);
   while (bytes_ > bound_ && pages_.size() > 1)
     erase(std::prev(pages_.end()));
 }

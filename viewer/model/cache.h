@@ -27,7 +27,8 @@ public:
   const host::Image *find(const PageKey &key);
   bool has(const PageKey &key) const { return places_.contains(key); }
   /// Keeps a page, and drops those not used for the longest time until all fit. The page itself stays in any case.
-  void insert(const PageKey &key, host::Image image);
+  /// Where memory is exhausted, the image stays with the caller.
+  void insert(const PageKey &key, host::Image &&image);
   /// Drops a document's pages.
   void drop(uint64_t document);
 

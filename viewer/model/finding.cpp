@@ -21,7 +21,7 @@ void Session::find(const FindRequest &request, bool backwards) {
   if (here && (backwards ? found_->current > 0 : found_->current + 1 < found_->found.size())) {
     found_->current += backwards ? -1 : 1;
     findMessage_.clear();
-    return showFound();
+    return showFound({});
   }
   Search search{document->number, document->target.file, document->password, request.text, request.options,
                 page(),           pageCount(),           backwards};
@@ -33,37 +33,41 @@ void Session::find(const FindRequest &request, bool backwards) {
   }
   searching_ = true;
   findMessage_ = "Searching";
-  searcher_.start(search);
+  searched_.reset();
+  searcher_.start(std::move(search));
   touch();
 }
 
-void Session::takeFound(SearchResult result) {
+// Done as a whole or, where memory is exhausted, not at all: what needs memory comes first.
+void Session::takeFound(SearchResult &result) {
+  const OpenDocument *document = find(result.search.document);
+  const bool wanted = document != nullptr && document->document == front();
+  std::string message = result.error;
+  if (result.error.empty() && result.found.empty())
+    message = "\u201C" + result.search.text + "\u201D is not in the document";
+  else if (result.error.empty() && (result.wrapped || wrapsAtOnce_))
+    message =
+        result.search.backwards ? "Reached the start, went on from the end" : "Reached the end, went on from the start";
+  if (!wanted) message.clear();
+  std::string line = message;
   searching_ = false;
-  findMessage_.clear();
+  findMessage_ = std::move(message);
   touch();
-  OpenDocument *document = find(result.search.document);
-  if (document == nullptr || document->document != front()) return;
-  if (!result.error.empty()) {
-    findMessage_ = result.error;
-    return complain(result.error);
-  }
+  if (!wanted) return;
+  if (!result.error.empty()) return complain(std::move(line));
   if (result.found.empty()) {
     found_.reset();
-    findMessage_ = "\u201C" + result.search.text + "\u201D is not in the document";
     view()->invalidate();
-    return say(findMessage_);
+    return say(std::move(line));
   }
   const size_t count = result.found.size();
   found_ = {front(), result.page, std::move(result.found), result.search.backwards ? count - 1 : 0};
-  findMessage_.clear();
-  if (result.wrapped || wrapsAtOnce_)
-    findMessage_ =
-        result.search.backwards ? "Reached the start, went on from the end" : "Reached the end, went on from the start";
-  showFound();
+  showFound(std::move(line));
 }
 
 void Session::endFinding() {
   searcher_.stop();
+  searched_.reset();
   searching_ = false;
   findMessage_.clear();
   if (found_) {
@@ -73,10 +77,10 @@ void Session::endFinding() {
   say("");
 }
 
-// Turns to the place and, where it is out of sight, moves it to the middle.
-void Session::showFound() {
+// Turns to the current one and, where it is out of sight, moves it to the middle; the line is for the status line.
+void Session::showFound(std::string line) {
   goToPage(found_->page);
-  say(findMessage_);
+  say(std::move(line));
   host::PageView &shown = *view();
   const double scale = shown.dpi() / 72, height = front()->model->pageSize(found_->page).height;
   host::Box all{1e9, -1e9, -1e9, 1e9};

@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
 namespace viewer {
@@ -26,13 +25,22 @@ std::optional<Identity> identityOf(const std::filesystem::path &file) {
   return Identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
+// A line about a failure, for which there may be no memory either.
+template <typename Line> std::string lineOf(const Line &line) {
+  try {
+    return line();
+  } catch (const std::bad_alloc &) {
+    return "out of memory"; // short enough to need none
+  }
+}
+
 } // namespace
 
 struct Renderer::Source {
   std::filesystem::path file;
-  std::unique_ptr<host::PdfFile> pdf;
-  std::optional<Identity> identity;
-  bool changed = false;
+  std::list<uint64_t> note; ///< the document's number, for the results when the file has changed; empty afterwards
+  std::unique_ptr<host::PdfFile> pdf = nullptr;
+  std::optional<Identity> identity = std::nullopt;
 };
 
 Renderer::Renderer(std::function<void()> wake) : wake_(std::move(wake)), thread_([this] { run(); }) {}
@@ -50,27 +58,36 @@ bool Renderer::finish(std::chrono::milliseconds timeout) {
 }
 
 void Renderer::open(uint64_t document, const std::filesystem::path &file, const std::string &password) {
+  std::list<Order> order(1);
+  order.front().password = password;
+  order.front().source.emplace(document, std::make_unique<Source>(Source{file, {document}}));
+  order.front().answer.emplace_back().document = document;
   const std::lock_guard lock(mutex_);
-  orders_.push_back({document, file, password});
+  // A document is closed twice at most: when nobody waits for it any more, and when it is there after all.
+  closed_.reserve(2 * (ordered_ + 1));
+  ++ordered_;
+  orders_.splice(orders_.end(), order);
   work_.notify_one();
 }
 
 void Renderer::close(uint64_t document) {
   const std::lock_guard lock(mutex_);
   closed_.push_back(document);
-  std::erase_if(orders_, [=](const Order &order) { return order.document == document; });
-  std::erase_if(wanted_, [=](const PageKey &key) { return key.document == document; });
+  std::erase_if(orders_, [=](const Order &order) { return order.source.contains(document); });
+  std::erase_if(wanted_, [=](const RenderedPage &page) { return page.key.document == document; });
   work_.notify_one();
 }
 
-void Renderer::want(std::vector<PageKey> pages) {
+void Renderer::want(const std::vector<PageKey> &pages) {
+  std::list<RenderedPage> wanted;
+  for (const PageKey &key : pages)
+    wanted.push_back({key, {}, {}});
   const std::lock_guard lock(mutex_);
-  const auto done = [this](const PageKey &key) {
-    return key == underWay_ || std::any_of(results_.rendered.begin(), results_.rendered.end(),
-                                           [&](const RenderedPage &page) { return page.key == key; });
-  };
-  wanted_.clear();
-  std::remove_copy_if(pages.begin(), pages.end(), std::back_inserter(wanted_), done);
+  std::erase_if(wanted, [this](const RenderedPage &page) {
+    return page.key == underWay_ || std::any_of(results_.rendered.begin(), results_.rendered.end(),
+                                                [&](const RenderedPage &done) { return done.key == page.key; });
+  });
+  wanted_.swap(wanted);
   work_.notify_one();
 }
 
@@ -110,63 +127,63 @@ bool Renderer::step(std::unique_lock<std::mutex> &lock) {
 }
 
 void Renderer::openNext(std::unique_lock<std::mutex> &lock) {
-  const Order order = std::move(orders_.front());
-  orders_.pop_front();
+  std::list<Order> order;
+  order.splice(order.begin(), orders_, orders_.begin());
   lock.unlock();
-  OpenedFile opened{order.document, nullptr, {}, false};
-  auto source = std::make_unique<Source>(Source{order.file, nullptr, identityOf(order.file)});
+  const std::string &password = order.front().password;
+  Source &source = *order.front().source.begin()->second;
+  OpenedFile &opened = order.front().answer.front();
+  source.identity = identityOf(source.file);
   try {
-    opened.pdf = host::PdfFile::open(order.file, order.password);
+    opened.pdf = host::PdfFile::open(source.file, password);
   } catch (const host::DocumentError &error) {
-    opened.error = error.what();
+    opened.error = lineOf([&] { return std::string(error.what()); });
     opened.wantsPassword = error.reason == host::DocumentError::wrongPassword;
+  } catch (const std::bad_alloc &) {
+    opened.error = lineOf([&] { return host::nameInMessage(source.file) + ": memory is exhausted"; });
   } catch (const std::exception &error) {
-    opened.error = host::nameInMessage(order.file) + ": " + error.what();
+    opened.error = lineOf([&] { return host::nameInMessage(source.file) + ": " + error.what(); });
   }
   const bool there = opened.pdf != nullptr;
   lock.lock();
-  results_.opened.push_back(std::move(opened));
+  results_.opened.splice(results_.opened.end(), order.front().answer);
   lock.unlock();
   wake_();
   // The owner is busy with its own by now.
   if (there) {
     try {
-      source->pdf = host::PdfFile::open(order.file, order.password);
+      source.pdf = host::PdfFile::open(source.file, password);
     } catch (const std::exception &) {
-      source->pdf.reset(); // each page says so
+      source.pdf.reset(); // each page says so
     }
   }
   lock.lock();
-  if (there) sources_[order.document] = std::move(source);
+  if (there) sources_.merge(order.front().source);
 }
 
 void Renderer::renderNext(std::unique_lock<std::mutex> &lock) {
-  const PageKey key = wanted_.front();
-  wanted_.pop_front();
-  underWay_ = key;
-  const auto found = sources_.find(key.document);
-  if (found == sources_.end()) {
-    underWay_.reset();
-    return;
-  }
+  std::list<RenderedPage> next;
+  next.splice(next.begin(), wanted_, wanted_.begin());
+  RenderedPage &page = next.front();
+  const auto found = sources_.find(page.key.document);
+  if (found == sources_.end()) return;
   Source &source = *found->second;
+  underWay_ = page.key;
   lock.unlock();
-  const bool changes = !source.changed && identityOf(source.file) != source.identity;
-  source.changed |= changes;
-  RenderedPage page{key, {}, {}};
+  const bool changes = identityOf(source.file) != source.identity;
   try {
     if (source.pdf == nullptr)
       page.error = host::nameInMessage(source.file) + ": cannot be read any more";
     else
-      page.image = source.pdf->render(key.page, key.dpi);
+      page.image = source.pdf->render(page.key.page, page.key.dpi);
   } catch (const std::bad_alloc &) {
-    page.error = host::nameInMessage(source.file) + ": memory is exhausted";
+    page.error = lineOf([&] { return host::nameInMessage(source.file) + ": memory is exhausted"; });
   } catch (const std::exception &error) {
-    page.error = error.what();
+    page.error = lineOf([&] { return std::string(error.what()); });
   }
   lock.lock();
-  if (changes) results_.changed.push_back(key.document);
-  results_.rendered.push_back(std::move(page));
+  if (changes) results_.changed.splice(results_.changed.end(), source.note);
+  results_.rendered.splice(results_.rendered.end(), next);
   underWay_.reset();
   lock.unlock();
   wake_();

@@ -4,9 +4,9 @@
 
 #include <chrono>
 #include <condition_variable>
-#include <deque>
 #include <filesystem>
 #include <functional>
+#include <list>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -49,14 +49,15 @@ public:
   void open(uint64_t document, const std::filesystem::path &file, const std::string &password);
   void close(uint64_t document);
   /// The pages to render, the most urgent first. Replaces what was wanted before, but for the page under way.
-  void want(std::vector<PageKey> pages);
+  void want(const std::vector<PageKey> &pages);
 
   struct Results {
-    std::vector<OpenedFile> opened;
-    std::vector<RenderedPage> rendered;
-    std::vector<uint64_t> changed; ///< documents whose files are no longer what they were
+    std::list<OpenedFile> opened;
+    std::list<RenderedPage> rendered;
+    std::list<uint64_t> changed; ///< documents whose files are no longer what they were
   };
   Results collect();
+  // open() and want() throw std::bad_alloc and do nothing where memory is exhausted; the others need none.
 
 private:
   struct Source;
@@ -68,18 +69,21 @@ private:
   std::function<void()> wake_;
   std::mutex mutex_; ///< of everything below but the sources, which are the thread's
   std::condition_variable work_, end_;
+  using Sources = std::map<uint64_t, std::unique_ptr<Source>>;
+  // An order has everything that its answer is put into: the thread could not say that there is no memory for it.
   struct Order {
-    uint64_t document;
-    std::filesystem::path file;
     std::string password;
+    Sources source;               ///< the one
+    std::list<OpenedFile> answer; ///< the one
   };
-  std::deque<Order> orders_;
-  std::vector<uint64_t> closed_;
-  std::deque<PageKey> wanted_;
+  std::list<Order> orders_;
+  size_t ordered_ = 0;           ///< how many there ever were
+  std::vector<uint64_t> closed_; ///< with memory for each that was ordered
+  std::list<RenderedPage> wanted_;
   std::optional<PageKey> underWay_;
   Results results_;
   bool ends_ = false, ended_ = false;
-  std::map<uint64_t, std::unique_ptr<Source>> sources_;
+  Sources sources_;
   std::thread thread_; ///< last: it uses all of the above
 };
 

@@ -1,7 +1,6 @@
 // The searching thread; it keeps the file that it searched last.
 #include "viewer/model/searcher.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace viewer {
@@ -20,9 +19,9 @@ bool Searcher::finish(std::chrono::milliseconds timeout) {
   return end_.wait_for(lock, timeout, [this] { return ended_; });
 }
 
-void Searcher::start(const Search &search) {
+void Searcher::start(Search next) {
   const std::lock_guard lock(mutex_);
-  next_ = search;
+  next_ = std::move(next);
   result_.reset();
   stops_ = false;
   progress_ = 0;
@@ -37,9 +36,9 @@ void Searcher::stop() {
   stops_ = true;
 }
 
-void Searcher::close(uint64_t document) {
+void Searcher::closeFile() {
   const std::lock_guard lock(mutex_);
-  closed_.push_back(document);
+  closes_ = true;
   work_.notify_one();
 }
 
@@ -56,15 +55,15 @@ std::optional<int32_t> Searcher::progress() {
 void Searcher::run() {
   std::unique_lock lock(mutex_);
   while (!ends_) {
-    if (std::find(closed_.begin(), closed_.end(), document_) != closed_.end()) pdf_.reset();
-    closed_.clear();
+    if (std::exchange(closes_, false)) pdf_.reset();
     if (!next_) {
       work_.wait(lock);
       continue;
     }
-    const Search search = *std::exchange(next_, std::nullopt);
+    Search search = std::move(*next_);
+    next_.reset();
     lock.unlock();
-    SearchResult result = look(search);
+    SearchResult result = look(std::move(search));
     lock.lock();
     if (next_ || stops_ || ends_) continue; // nobody waits for this one any more
     result_ = std::move(result);
@@ -82,8 +81,10 @@ bool Searcher::overtaken() {
   return next_.has_value() || stops_ || ends_;
 }
 
-SearchResult Searcher::look(const Search &search) {
-  SearchResult result{search, search.page, {}, false, {}};
+SearchResult Searcher::look(Search asked) {
+  SearchResult result{std::move(asked), 0, {}, false, {}}; // the thread could not say that there is no memory for it
+  const Search &search = result.search;
+  result.page = search.page;
   try {
     const host::Finder finder(search.text, search.options);
     if (pdf_ == nullptr || document_ != search.document) {
@@ -110,6 +111,9 @@ SearchResult Searcher::look(const Search &search) {
       }
       wake_();
     }
+  } catch (const std::bad_alloc &) {
+    result.found.clear();
+    result.error = "out of memory"; // short enough to need none
   } catch (const std::exception &error) {
     result.error = error.what();
   }

@@ -49,17 +49,17 @@ public:
   Searcher &operator=(const Searcher &) = delete;
 
   /// Ends the search under way, if any.
-  void start(const Search &search);
+  void start(Search next);
   void stop();
-  /// Gives the file back that it has open.
-  void close(uint64_t document);
+  /// Gives the file back that it has open, whichever that is; another search opens it again.
+  void closeFile();
   std::optional<SearchResult> collect();
   /// How many pages it has looked at, while a search is under way.
   std::optional<int32_t> progress();
 
 private:
   void run();
-  SearchResult look(const Search &search);
+  SearchResult look(Search asked);
   bool overtaken();
 
   std::function<void()> wake_;
@@ -68,8 +68,7 @@ private:
   std::optional<Search> next_;
   std::optional<SearchResult> result_;
   std::optional<int32_t> progress_;
-  bool stops_ = false, ends_ = false, ended_ = false;
-  std::vector<uint64_t> closed_;
+  bool stops_ = false, ends_ = false, ended_ = false, closes_ = false;
   // The thread's own.
   uint64_t document_ = 0;
   std::unique_ptr<host::PdfFile> pdf_;

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <iterator>
+#include <utility>
 
 namespace viewer {
 
@@ -50,10 +50,17 @@ void Session::open(const Target &target, const std::string &password) {
     if (same(one->target))
       return bringToFront(static_cast<size_t>(std::find(order_.begin(), order_.end(), one->document) - order_.begin()));
   if (std::any_of(pending_.begin(), pending_.end(), [&](const Pending &one) { return same(one.target); })) return;
-  openingLine_ = "Opening " + target.file.filename().string();
-  say(openingLine_);
-  pending_.push_back({++numbers_, absolute, password, std::nullopt});
-  renderer_.open(numbers_, absolute.file, password);
+  std::string line = "Opening " + target.file.filename().string();
+  request({++numbers_, absolute, password, std::nullopt});
+  openingLine_ = line;
+  say(std::move(line));
+}
+
+// Either both it and the renderer have it, or neither.
+void Session::request(Pending pending) {
+  pending_.reserve(pending_.size() + 1);
+  renderer_.open(pending.number, pending.target.file, pending.password);
+  pending_.push_back(std::move(pending));
 }
 
 void Session::reload() {
@@ -61,8 +68,7 @@ void Session::reload() {
   if (document == nullptr) return;
   const auto already = [=](const Pending &one) { return one.replaces == document->number; };
   if (std::any_of(pending_.begin(), pending_.end(), already)) return;
-  pending_.push_back({++numbers_, document->target, document->password, document->number});
-  renderer_.open(numbers_, document->target.file, document->password);
+  request({++numbers_, document->target, document->password, document->number});
 }
 
 // Its line goes, not that of another file that could not be opened.
@@ -70,7 +76,7 @@ void Session::sayOpened() {
   if (message_ == openingLine_) say("");
 }
 
-void Session::takeOpened(OpenedFile opened) {
+void Session::takeOpened(OpenedFile &opened) {
   const auto waiting =
       std::find_if(pending_.begin(), pending_.end(), [&](const Pending &one) { return one.number == opened.document; });
   if (waiting == pending_.end()) return renderer_.close(opened.document); // nobody waits for it any more
@@ -78,25 +84,32 @@ void Session::takeOpened(OpenedFile opened) {
   pending_.erase(waiting);
   sayOpened();
   touch();
-  if (opened.pdf == nullptr) {
-    asksPassword_ = opened.wantsPassword && questions != nullptr;
-    if (asksPassword_)
-      questions->askPassword(pending.target, !pending.password.empty());
-    else
-      complain(opened.error);
-    return;
-  }
-  open_.push_back(
-      std::make_unique<OpenDocument>(OpenDocument{pending.number, nullptr, pending.target, pending.password, {}, {}}));
-  found_.reset();
-  waitingSince_.reset();
+  if (opened.pdf != nullptr) return takeDocument(pending, std::move(opened.pdf));
+  asksPassword_ = opened.wantsPassword && questions != nullptr;
+  if (asksPassword_)
+    questions->askPassword(pending.target, !pending.password.empty());
+  else
+    complain(std::move(opened.error));
+}
+
+void Session::takeDocument(const Pending &pending, std::unique_ptr<host::PdfFile> pdf) {
   try {
-    app_.open(host::Document::of(std::move(opened.pdf)), pending.target.file, screenDpi_, pending.target.parameters);
-  } catch (const std::bad_alloc &) {
-    if (open_.back()->document != nullptr) throw;
-    open_.pop_back();
-    renderer_.close(pending.number);
-    return complain(host::nameInMessage(pending.target.file) + ": memory is exhausted");
+    order_.reserve(order_.size() + 1);
+    open_.push_back(std::make_unique<OpenDocument>(
+        OpenDocument{pending.number, nullptr, pending.target, pending.password, {}, {}}));
+    found_.reset();
+    waitingSince_.reset();
+    app_.open(host::Document::of(std::move(pdf)), pending.target.file, screenDpi_, pending.target.parameters);
+  } catch (const std::exception &error) {
+    const OpenDocument *last = find(pending.number);
+    if (last == nullptr || last->document == nullptr) {
+      if (last != nullptr) open_.pop_back();
+      renderer_.close(pending.number);
+      const bool memory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
+      return complain(host::nameInMessage(pending.target.file) + ": " +
+                      (memory ? "memory is exhausted" : error.what()));
+    }
+    if (!failure_) failure_ = std::current_exception(); // it is there, though a plug-in may not know of it
   }
   if (OpenDocument *before = pending.replaces ? find(*pending.replaces) : nullptr) replace(*before);
   app_.toolBar()->updateStates();
@@ -105,22 +118,17 @@ void Session::takeOpened(OpenedFile opened) {
 // The document that came last takes the place of another: its page, its size, its line in the menu.
 void Session::replace(OpenDocument &before) {
   const host::PageView &old = *before.document->view;
-  const int32_t page = old.page();
-  const int x = old.scrollX(), y = old.scrollY();
-  const host::Fit fit = old.fit();
-  const double dpi = old.dpi();
   host::ViewerDocument *const now = order_.back();
   *std::find(order_.begin(), order_.end(), before.document) = now;
   order_.pop_back();
-  close(before);
-  app_.bringToFront(*now);
-  showFront();
-  if (fit == host::Fit::none)
-    now->view->setDpi(dpi);
+  host::PageView &view = *now->view;
+  if (old.fit() == host::Fit::none)
+    view.setDpi(old.dpi());
   else
-    now->view->setFit(fit);
-  goToPage(page);
-  now->view->scrollTo(x, y);
+    view.setFit(old.fit());
+  goToPage(old.page());
+  view.scrollTo(old.scrollX(), old.scrollY());
+  close(before);
 }
 
 // Called when a document is there, before the plug-ins are notified. Where it fails, nothing refers to the document.
@@ -139,18 +147,24 @@ void Session::close(OpenDocument &document) {
     if (one.replaces == document.number) renderer_.close(one.number);
   std::erase_if(pending_, [&](const Pending &one) { return one.replaces == document.number; });
   renderer_.close(document.number);
-  searcher_.close(document.number);
+  searcher_.closeFile();
   cache_.drop(document.number);
   if (found_ && found_->document == document.document) found_.reset();
   if (searching_) {
     searcher_.stop();
+    searched_.reset();
     searching_ = false;
     findMessage_.clear();
   }
   std::erase(order_, document.document);
   host::ViewerDocument &closing = *document.document;
   std::erase_if(open_, [&](const auto &one) { return one.get() == &document; });
-  app_.close(closing);
+  try {
+    app_.close(closing);
+  } catch (const std::exception &) { // it is closed all the same
+    showFront();
+    throw;
+  }
   showFront();
   say("");
 }
@@ -182,7 +196,11 @@ bool Session::finish(std::chrono::milliseconds timeout) {
 
 void Session::closeAll() {
   while (!open_.empty())
-    close(*open_.back());
+    try {
+      close(*open_.back());
+    } catch (const std::exception &error) {
+      std::fprintf(stderr, "tavrel: %s\n", error.what());
+    }
 }
 
 void Session::bringToFront(size_t index) {
@@ -207,45 +225,74 @@ void Session::setWindow(int width, int height, int margin) {
   touch();
 }
 
-void Session::collect() {
-  Renderer::Results results = renderer_.collect();
-  std::move(results.opened.begin(), results.opened.end(), std::back_inserter(arrived_));
-  if (!arrived_.empty()) { // one at a time: plug-ins may have much to do with each
-    OpenedFile opened = std::move(arrived_.front());
-    arrived_.pop_front();
-    takeOpened(std::move(opened));
-    if (!arrived_.empty()) wake_();
+// A step that fails keeps none of the others from being done.
+template <typename Step> bool Session::attempt(const Step &step) {
+  try {
+    step();
+    return true;
+  } catch (const std::exception &) {
+    if (!failure_) failure_ = std::current_exception();
+    return false;
   }
-  for (const uint64_t number : results.changed)
-    if (const OpenDocument *document = find(number))
-      complain(host::nameInMessage(document->target.file) + ": has changed; Reload shows it as it is now");
-  for (RenderedPage &page : results.rendered)
-    takeRendered(std::move(page));
-  if (auto result = searcher_.collect()) takeFound(std::move(*result));
+}
+
+void Session::collect() {
+  failure_ = nullptr;
+  Renderer::Results results = renderer_.collect();
+  arrived_.opened.splice(arrived_.opened.end(), results.opened);
+  arrived_.rendered.splice(arrived_.rendered.end(), results.rendered);
+  arrived_.changed.splice(arrived_.changed.end(), results.changed);
+  if (!searched_) searched_ = searcher_.collect();
+  if (!arrived_.opened.empty()) { // one at a time: plug-ins may have much to do with each
+    std::list<OpenedFile> opened;
+    opened.splice(opened.begin(), arrived_.opened, arrived_.opened.begin());
+    attempt([&] { takeOpened(opened.front()); });
+    if (!arrived_.opened.empty()) wake_();
+  }
+  std::erase_if(arrived_.changed, [this](uint64_t number) {
+    return attempt([&] {
+      if (const OpenDocument *document = find(number))
+        complain(host::nameInMessage(document->target.file) + ": has changed; Reload shows it as it is now");
+    });
+  });
+  std::erase_if(arrived_.rendered, [this](RenderedPage &page) { return attempt([&] { takeRendered(page); }); });
+  if (searched_ && attempt([this] { takeFound(*searched_); })) searched_.reset();
+  attempt([this] { showProgress(); });
+  constexpr int atOnce = 3; // and then with whatever wakes next: memory may stay exhausted
+  failures_ = failure_ ? failures_ + 1 : 0;
+  if (!failure_) return;
+  if (failures_ < atOnce) wake_();
+  std::rethrow_exception(std::exchange(failure_, nullptr));
+}
+
+void Session::showProgress() {
   if (!searching_) return;
   if (const auto looked = searcher_.progress())
     findMessage_ = "Searching, " + std::to_string(*looked) + " of " + std::to_string(pageCount()) + " pages";
   touch();
 }
 
-void Session::takeRendered(RenderedPage page) {
+// Done as a whole or, where memory is exhausted, not at all.
+void Session::takeRendered(RenderedPage &page) {
   OpenDocument *document = find(page.key.document);
   if (document == nullptr) return;
   host::PageView &of = *document->document->view;
-  if (page.error.empty()) {
+  const bool shown = page.key.page == of.page();
+  std::string error = page.error;
+  if (error.empty()) {
     document->errors.erase(page.key.page);
   } else {
-    document->errors[page.key.page] = page.error;
     // White paper in its place: the window shows the reason on it.
     const host::PageSize size = document->document->model->pageSize(page.key.page);
     page.image.width = std::max(1, static_cast<int>(size.width * page.key.dpi / 72));
     page.image.height = std::max(1, static_cast<int>(size.height * page.key.dpi / 72));
     page.image.pixels.assign(static_cast<size_t>(page.image.width) * static_cast<size_t>(page.image.height),
                              0xFFFFFFFF);
-    if (page.key.page == of.page()) complain(page.error);
+    document->errors[page.key.page] = page.error;
   }
   cache_.insert(page.key, std::move(page.image));
-  if (page.key.page == of.page() && page.key.dpi == of.dpi()) of.invalidate();
+  if (!error.empty() && shown) complain(std::move(error));
+  if (shown && page.key.dpi == of.dpi()) of.invalidate();
 }
 
 std::string Session::pageError() const {
@@ -299,21 +346,24 @@ bool Session::needsDrawing() const {
 
 bool Session::draw() {
   if (!needsDrawing()) return false;
-  host::PageView *drawn = view();
-  if (drawn == nullptr) {
+  if (host::PageView *drawn = view()) {
+    try {
+      drawPage(*drawn);
+    } catch (const std::exception &) {
+      drawn->invalidate(); // it is not shown yet
+      throw;
+    }
+  } else {
     waitingSince_.reset();
     shown_ = {};
-    return true;
   }
+  return true;
+}
+
+void Session::drawPage(host::PageView &drawn) {
   // A plug-in may turn and scroll while it is drawn; the image is of what was to be seen before.
-  Shown shows{{},
-              true,
-              drawn->page(),
-              drawn->dpi(),
-              drawn->pageWidth(),
-              drawn->pageHeight(),
-              drawn->scrollX(),
-              drawn->scrollY()};
+  Shown shows{
+      {}, true, drawn.page(), drawn.dpi(), drawn.pageWidth(), drawn.pageHeight(), drawn.scrollX(), drawn.scrollY()};
   shows.drawing = app_.draw(*front());
   const bool waits = !shows.drawing;
   if (!waits)
@@ -333,7 +383,6 @@ bool Session::draw() {
   forgetWords(shown_.page);
   if (!waits) app_.toolBar()->updateStates(); // what a button leads to depends on the page shown
   touch();
-  return true;
 }
 
 // The line stays until a page is drawn that has no such hits, and replaces no other message.
@@ -388,14 +437,14 @@ bool Session::press(host::ToolButton &button, uint32_t modifiers) {
   return enabled;
 }
 
-void Session::say(const std::string &line) {
-  message_ = line;
+void Session::say(std::string line) {
+  message_ = std::move(line);
   touch();
 }
 
-void Session::complain(const std::string &line) {
+void Session::complain(std::string line) {
   std::fprintf(stderr, "tavrel: %s\n", line.c_str());
-  say(line);
+  say(std::move(line));
 }
 
 std::string Session::title() const {

@@ -6,7 +6,7 @@
 #pragma once
 
 #include <chrono>
-#include <deque>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -128,7 +128,8 @@ public:
 
   // ---- showing
 
-  /// Takes over what the threads have done.
+  /// Takes over what the threads have done. Where that fails for lack of memory, what follows is taken over all the
+  /// same; the rest stays for the next call, which `wake` asks for, and the failure is thrown at the end.
   void collect();
   /// Whether draw() has something to do now: not while a plug-in is called, nor while the page is awaited and its
   /// outline is shown.
@@ -151,8 +152,8 @@ public:
   void touch() { ++changes_; }
   /// The host's own line on the status line; one error line goes to standard error, too.
   const std::string &message() const { return message_; }
-  void say(const std::string &line);
-  void complain(const std::string &line);
+  void say(std::string line);
+  void complain(std::string line);
   std::string title() const;
   std::vector<int32_t> markedPages() const;
 
@@ -183,19 +184,24 @@ private:
     size_t current = 0;
   };
 
-  void takeOpened(OpenedFile opened);
+  void request(Pending pending);
+  template <typename Step> bool attempt(const Step &step);
+  void takeOpened(OpenedFile &opened);
+  void takeDocument(const Pending &pending, std::unique_ptr<host::PdfFile> pdf);
   void replace(OpenDocument &before);
   void showFront();
   void sayOpened();
-  void takeRendered(RenderedPage page);
-  void takeFound(SearchResult result);
+  void takeRendered(RenderedPage &page);
+  void takeFound(SearchResult &result);
+  void showProgress();
   void close(OpenDocument &document);
   void requestPages();
   void prepare(host::ViewerDocument &document);
   const host::Image *pageImage(host::ViewerDocument &document, int32_t page, double dpi);
   void paintFound(host::Drawing &drawing) const;
   void reportOffPage(const host::Drawing &drawing);
-  void showFound();
+  void showFound(std::string line);
+  void drawPage(host::PageView &drawn);
   OpenDocument *find(const host::ViewerDocument *document) const;
   OpenDocument *find(uint64_t number) const;
   void forgetWords(int32_t shown);
@@ -211,7 +217,10 @@ private:
   std::vector<Pending> pending_;
   uint64_t numbers_ = 0;
   bool asksPassword_ = false;
-  std::deque<OpenedFile> arrived_; ///< to be taken over
+  Renderer::Results arrived_; ///< to be taken over
+  std::optional<SearchResult> searched_;
+  std::exception_ptr failure_; ///< the first one of a collect()
+  int failures_ = 0;           ///< calls of collect() in a row that failed
   PageCache cache_{cacheBytes};
   Shown shown_;
   uint64_t shownDocument_ = 0;                   ///< the number of the document drawn

@@ -21,7 +21,7 @@ using Clock = std::chrono::steady_clock;
 
 // A stream of events must not keep the window from being drawn, nor a plug-in that asks for a drawing in each drawing
 // from being idle in between.
-constexpr auto frame = std::chrono::milliseconds(16);
+constexpr auto frame = std::chrono::milliseconds(16), retry = std::chrono::milliseconds(1000);
 
 // A page that takes longer says so.
 constexpr auto noteDelay = std::chrono::milliseconds(300);
@@ -237,7 +237,14 @@ void MainWindow::loop(const std::function<bool()> &until) {
 }
 
 void MainWindow::turn() {
-  guarded([this] { show(); });
+  bool shown = false;
+  guarded([&] {
+    show();
+    shown = true;
+  });
+  // A page-draw procedure may have turned or scrolled. A drawing that failed is tried again, but not in haste.
+  if (session_.needsDrawing() && redrawTimer_ == 0)
+    redrawTimer_ = XtAppAddTimeOut(toolkit_.context(), (shown ? frame : retry).count(), timeIsUp, &redrawTimer_);
   XFlush(toolkit_.display());
   // Behind the first page, but not behind one that takes long.
   const auto since = session_.waitingSince();
@@ -263,9 +270,6 @@ void MainWindow::show() {
   const bool drawn = session_.draw();
   if (drawn && session_.shown().drawing && session_.shown().drawing->marks > 0) ++marks_;
   if (session_.showHighlights() || drawn) pageArea_->show();
-  // A page-draw procedure may have turned or scrolled. A drawing that failed is tried again with the next event only.
-  if (session_.needsDrawing() && redrawTimer_ == 0)
-    redrawTimer_ = XtAppAddTimeOut(toolkit_.context(), frame.count(), timeIsUp, &redrawTimer_);
   watchWaiting();
   if (shownChanges_ != session_.changes()) {
     shownChanges_ = session_.changes();

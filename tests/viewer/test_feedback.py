@@ -1,0 +1,73 @@
+# What is on the screen after a plug-in has highlighted or registered, by its pixels.
+import unittest
+
+from harness import FEEDBACK_PLUGIN, ViewerTest, document
+
+HIGHLIGHTED = (0xB4, 0xD5, 0xFE)
+GREEN = (0, 255, 0)
+
+
+class Feedback(ViewerTest):
+    def setUp(self):
+        super().setUp()
+        self.viewer = self.view(document("two-columns.pdf"), "--plugins-dir", FEEDBACK_PLUGIN)
+        self.area = self.viewer.shown(1)["area"]
+        self.viewer.until(lambda state: any(one["name"] == "f:D" for one in state["buttons"]), "buttons")
+
+    def press(self, name):
+        self.viewer.press("f:" + name)
+
+    def shows(self, color):
+        return self.display.screen(lambda picture: picture.find(color, self.area), f"the colour {color}")
+
+    def showsNeither(self, *colors):
+        self.display.screen(lambda picture: not any(picture.find(color, self.area) for color in colors),
+                            f"none of the colours {colors}")
+
+    def test_a_highlight_is_on_the_screen_until_a_second_call_or_a_drawing(self):
+        self.press("H")
+        self.shows(HIGHLIGHTED)
+        self.press("I")
+        self.showsNeither(HIGHLIGHTED)
+        self.press("H")
+        self.shows(HIGHLIGHTED)
+        self.press("D")
+        self.showsNeither(HIGHLIGHTED)
+
+    def test_a_highlight_is_on_the_screen_before_its_plug_in_returns(self):
+        self.press("A")
+        self.viewer.dialog("alert")
+        self.shows(HIGHLIGHTED)
+        self.viewer.answer("alert", "OK")
+        self.viewer.noDialog()
+        self.shows(HIGHLIGHTED)
+
+    def test_a_registration_is_highlighted_until_its_marks_are_painted(self):
+        self.press("R")
+        first = self.shows(HIGHLIGHTED)
+        self.press("D")
+        painted = self.shows(GREEN)
+        self.showsNeither(HIGHLIGHTED)
+        self.assertEqual((painted.left, painted.top, painted.count), (first.left, first.top, first.count))
+
+    def test_nothing_of_a_registration_lasts_when_it_is_taken_off(self):
+        self.press("R")
+        self.shows(HIGHLIGHTED)
+        self.press("U")
+        self.showsNeither(HIGHLIGHTED, GREEN)
+
+    def test_equal_ranges_are_marked_when_they_are_registered_again(self):
+        self.press("R")
+        self.press("D")
+        count = self.shows(GREEN).count
+        self.press("R")  # takes the place of the first
+        self.press("D")
+        self.assertEqual(self.shows(GREEN).count, count)
+        self.press("U")
+        self.showsNeither(HIGHLIGHTED, GREEN)
+        self.press("R")
+        self.assertEqual(self.shows(HIGHLIGHTED).count, count)
+
+
+if __name__ == "__main__":
+    unittest.main()

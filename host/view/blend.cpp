@@ -230,7 +230,7 @@ std::vector<Rgb> Blender::textsOf(const Rgb &background, std::span<const Shade> 
     int edges = 0;
     for (size_t j = i; j < others.size(); ++j)
       if (isEdge(background, {&farthest, 1}, others[j].color)) edges += others[j].count;
-    texts.push_back(others[i].count < edges / 4 ? extended(background, farthest) : farthest);
+    texts.push_back(2 * others[i].count < edges ? extended(background, farthest) : farthest);
   }
   return texts;
 }
@@ -242,13 +242,15 @@ Blender::Colors Blender::colorsIn(const PixelBox &box) {
   for (const Shade &shade : shades)
     all += shade.count;
   colors.texts = textsOf(colors.background, shades, all / 500);
-  // The edges of text are no background. Where they would be a good part of the box they are none: it is a picture.
+  // The edges of text are no background. Where they would be a good part of the box they are none: it is a
+  // picture, unless the background is white, as under the smallest text.
   const auto isShade = [&](const Shade &shade) { return contrastOf(shade.color, colors.background) < distinct; };
   const auto isTextEdge = [&](const Shade &shade) { return isEdge(colors.background, colors.texts, shade.color); };
   int edges = 0;
   for (const Shade &shade : shades)
     if (isShade(shade) && isTextEdge(shade)) edges += shade.count;
-  const bool isPicture = 5 * edges > all;
+  const bool isPaper = contrastOf(colors.background, {255, 255, 255}) < 1.1;
+  const bool isPicture = !isPaper && 5 * edges > all;
   for (const Shade &shade : shades)
     if (isShade(shade) && (isPicture || !isTextEdge(shade)) && colors.backgrounds.size() < mostBackgrounds)
       colors.backgrounds.push_back(shade);

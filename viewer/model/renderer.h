@@ -67,7 +67,7 @@ private:
   void renderNext(std::unique_lock<std::mutex> &lock);
 
   std::function<void()> wake_;
-  std::mutex mutex_; ///< of everything below but the sources, which are the thread's
+  std::mutex mutex_; ///< of everything below; what a source holds is the thread's
   std::condition_variable work_, end_;
   using Sources = std::map<uint64_t, std::unique_ptr<Source>>;
   // An order has everything that its answer is put into: the thread could not say that there is no memory for it.
@@ -77,8 +77,8 @@ private:
     std::list<OpenedFile> answer; ///< the one
   };
   std::list<Order> orders_;
-  size_t ordered_ = 0;           ///< how many there ever were
-  std::vector<uint64_t> closed_; ///< with memory for each that was ordered
+  std::optional<uint64_t> opening_;
+  std::vector<uint64_t> closed_; ///< documents to close, each once; has memory for all that are open or ordered
   std::list<RenderedPage> wanted_;
   std::optional<PageKey> underWay_;
   Results results_;

@@ -9,7 +9,7 @@ function(test_plugin name)
 endfunction()
 
 set(plugin_sources ${CMAKE_CURRENT_SOURCE_DIR}/host/plugins)
-set(loader_plugins good second refuses otherversion nosetup raises raisesunload forgets strangecallback notes
+set(loader_plugins good second refuses otherversion nosetup raises raisesunload forgets unknowncallback notes
                    brokennote)
 set(peers provider client ping pong)
 foreach(name ${loader_plugins} ${peers})

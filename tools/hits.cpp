@@ -125,7 +125,7 @@ struct Found {
 Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err) {
   constexpr size_t pagesAhead = 64; // hits weigh little
   const std::unique_ptr<host::PdfFile> file =
-      host::PdfFile::open(options.document, options.password, host::PdfFile::Reading::whole);
+      host::PdfFile::open(options.document, options.password, host::PdfFile::Reading::inMemory);
   Found found;
   found.pageCount = file->pageCount();
   Workers workers(*file, Workers::worthHaving(found.pageCount));

@@ -135,7 +135,7 @@ DamagedPages walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &f
 ExitStatus renderPages(const RenderOptions &options) {
   Display display; // starts while the files are read
   const std::string bytes = readHits(options.hits, options.hitsLimit);
-  const auto reading = options.pages == "all" ? host::PdfFile::Reading::whole : host::PdfFile::Reading::asNeeded;
+  const auto reading = options.pages == "all" ? host::PdfFile::Reading::inMemory : host::PdfFile::Reading::asNeeded;
   std::unique_ptr<host::PdfFile> opened = host::PdfFile::open(options.document, options.password, reading);
   host::PdfFile &file = *opened;
   std::unique_ptr<host::Document> model = host::Document::of(std::move(opened));

@@ -72,7 +72,7 @@ struct Candidate {
 template <typename Each> void forEachPart(std::u32string_view text, const Each &each) {
   for (size_t i = 0; i < text.size();) {
     const size_t start = i;
-    while (i < text.size() && !host::isBlank(text[i]))
+    while (i < text.size() && !host::isWhiteSpace(text[i]))
       ++i;
     if (i > start)
       each(text.substr(start, i - start), static_cast<uint32_t>(start));

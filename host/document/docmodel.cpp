@@ -1,5 +1,5 @@
 // The "DocModel" table, and what plug-ins hold through it: live documents and selections, pages, word finders, words.
-// All of it belongs to the document: one that closes takes along what a plug-in has not given back.
+// All of it belongs to a document, which destroys what a plug-in has not released when it closes.
 #include "tavrel/DocModel.h"
 
 #include <algorithm>
@@ -54,11 +54,11 @@ int32_t checkedPage(const Document &document, int32_t page) {
   return page;
 }
 
-void require(bool condition, const char *complaint) {
-  if (!condition) throw HostError(errBadArgument, complaint);
+void require(bool condition, const char *reason) {
+  if (!condition) throw HostError(errBadArgument, reason);
 }
 
-// The words of an acquired page. They are copies: the document may forget a page's text while a plug-in looks at it.
+// The words of an acquired page. They are copies: the document may forget a page's text while a plug-in reads it.
 class AcquiredPage {
 public:
   AcquiredPage(Document &document, int32_t page, int16_t version) {
@@ -75,13 +75,13 @@ public:
     for (size_t i = 0; i < order.size(); ++i)
       own[i] = reading[order[i]];
 
-    std::vector<uint32_t> byPlace(words_.size());
-    std::iota(byPlace.begin(), byPlace.end(), 0);
-    std::stable_sort(byPlace.begin(), byPlace.end(), [&text](uint32_t a, uint32_t b) {
+    std::vector<uint32_t> byPosition(words_.size());
+    std::iota(byPosition.begin(), byPosition.end(), 0);
+    std::stable_sort(byPosition.begin(), byPosition.end(), [&text](uint32_t a, uint32_t b) {
       const Box &first = text.words[a].bounds, &second = text.words[b].bounds;
       return first.top != second.top ? first.top > second.top : first.left < second.left;
     });
-    for (const uint32_t index : byPlace)
+    for (const uint32_t index : byPosition)
       sorted.push_back(reading[index]);
   }
   AcquiredPage(const AcquiredPage &) = delete;
@@ -93,7 +93,7 @@ public:
 
   int acquisitions = 0;
   std::vector<Word> own;     // in the order of the finder's version
-  std::vector<Word> sorted;  // by place: from the top down, then from the left
+  std::vector<Word> sorted;  // by position: from the top down, then from the left
   std::vector<Word> reading; // in reading order
 
 private:
@@ -138,7 +138,7 @@ public:
 private:
   Document &document_;
   int16_t version_;
-  std::map<int32_t, std::unique_ptr<AcquiredPage>> acquired_; // null where a page's words could not be had
+  std::map<int32_t, std::unique_ptr<AcquiredPage>> acquired_; // null where a page's words could not be read
   int32_t last_ = -1;
 };
 
@@ -171,12 +171,12 @@ void pageClose(Page handle) {
 
 WordFinder wordFinderCreate(ModelDoc handle, void *encoding, void *names, void *map, int16_t version, uint32_t flags,
                             void *clientData) {
-  constexpr uint32_t wordsAsTheyStand = 8;
+  constexpr uint32_t wordsUnchanged = 8;
   Document &document = registry().documents.find(handle);
   if (version != contentOrderVersion && version != readingOrderVersion) return nullptr;
   require(encoding == nullptr && names == nullptr && map == nullptr && clientData == nullptr,
           "a word finder takes no options");
-  require(flags == wordsAsTheyStand, "a word finder knows no flags but 8");
+  require(flags == wordsUnchanged, "a word finder knows no flags but 8");
   auto made = std::make_unique<Finder>(document, version);
   Finder *const address = made.get();
   registry().belongings[&document].finders.emplace(address, std::move(made));
@@ -222,7 +222,7 @@ int32_t selectionPageNumber(TextSelection handle) { return registry().selections
 
 void selectionBounds(TextSelection handle, FixedRect *bounds) {
   const Box &box = registry().selections.find(handle).bounds;
-  require(bounds != nullptr, "no place for the bounds");
+  require(bounds != nullptr, "a null pointer for the bounds");
   *bounds = {fixedOf(box.left), fixedOf(box.top), fixedOf(box.right), fixedOf(box.bottom)};
 }
 

@@ -21,7 +21,7 @@ namespace host {
 inline constexpr int16_t contentOrderVersion = 1, readingOrderVersion = 2;
 
 /// Words or characters of one page. Equal ranges of a page are the same selection. A document keeps those used last
-/// (select.h), so a pointer to one is good until the next selection is made.
+/// (select.h), so a pointer to one is valid until the next selection is made.
 struct Selection {
   int32_t page = 0;
   size_t ranges = 0;      ///< how many of the ranges that it was made from cover something on the page
@@ -58,13 +58,14 @@ public:
   Document &operator=(const Document &) = delete;
 
   virtual int32_t pageCount() const = 0;
-  // All of these throw HostError errBadPage for a page that is not there.
+  // All of these throw HostError errBadPage for a page that is not there; those that read a damaged page throw
+  // DocumentError.
   virtual PageSize pageSize(int32_t page) = 0;
   virtual const PageText &pageText(int32_t page) = 0;
   /// Indices into the page's words, in the order of the content stream (word-extraction version 1); every word once.
   virtual const std::vector<uint32_t> &contentOrder(int32_t page) = 0;
-  /// Gives the memory of a page's text back; it is worked out anew when next asked for. What pageText() and
-  /// contentOrder() returned for the page is gone; selections stay.
+  /// Frees the memory of a page's text, which is computed again when it is next needed. References that pageText() and
+  /// contentOrder() returned for the page become invalid; selections stay.
   virtual void forgetText(int32_t page) = 0;
   /// The page on white, without marks, width and height rounded up to whole pixels. Throws errBadArgument for
   /// an image of no pixels or of more than 20,000 a side.
@@ -81,14 +82,14 @@ protected:
   Document();
 };
 
-// The live documents and selections, by the handles that plug-ins hold. A Document enters and leaves by itself.
+// The live documents and selections, by the handles that plug-ins hold. A Document registers and unregisters itself.
 Handles<tavrel::ModelDoc, Document> &modelDocs();
 Selections &selections();
 
 /// The "DocModel" table, complete (docmodel.cpp).
 tavrel::HFT docModelTable();
 
-/// What plug-ins have open just now, for tests and for the host's report at the end.
+/// What plug-ins have open at present, for tests.
 struct OpenObjects {
   size_t pages = 0, wordFinders = 0, acquiredPages = 0;
 };

@@ -1,8 +1,8 @@
-// Finds a text on a page. The page's words, joined by blanks, are folded to one string, in which every unit knows the
-// character that it comes from; the text to find is folded alike and then looked for from every unit on.
+// Finds a text on a page. The page's words, joined by spaces, are folded to one string; for every unit of it the offset
+// of its character is stored. The text to find is folded in the same way and compared at every unit.
 //
-// Where a hyphen parts a word at a line's end, hyphen and blank may each be left out: "para-" and "meter" on the next
-// line are found by "parameter", "para-meter" and "para- meter".
+// Where a word is hyphenated at a line's end, the text may omit the space after the hyphen, or both: "para-" and
+// "meter" on the next line are found by "parameter", "para-meter" and "para- meter".
 #include "host/document/find.h"
 
 #include <utf8proc.h>
@@ -16,8 +16,9 @@
 namespace host {
 namespace {
 
-// Stands for a hyphen that parts a word at a line's end, a blank behind it. No code point, so no page has it.
-constexpr char32_t partingHyphen = 0x110000;
+// A hyphen that divides a word at a line's end; a space follows it. It is no code point, so it does not occur on a
+// page.
+constexpr char32_t lineEndHyphen = 0x110000;
 
 constexpr size_t nowhere = SIZE_MAX;
 
@@ -29,10 +30,10 @@ bool isLetterOrDigit(char32_t c) {
          (category >= UTF8PROC_CATEGORY_ND && category <= UTF8PROC_CATEGORY_NO);
 }
 
-// Vowels and finals of Hangul, which are parts of a syllable that began before them.
-bool goesOnASyllable(char32_t c) { return c >= 0x1160 && c <= 0x11FF; }
+// Vowels and final consonants of Hangul, which continue a syllable.
+bool continuesSyllable(char32_t c) { return c >= 0x1160 && c <= 0x11FF; }
 
-// Either may lie higher: a word at the foot of a column goes on at the head of the next one.
+// Either may be higher: a word at the foot of a column continues at the top of the next one.
 bool onAnotherLine(const WordText &word, const WordText &next) {
   if (word.quarterTurns != next.quarterTurns) return false;
   if (word.quarterTurns % 2 == 0) {
@@ -43,14 +44,14 @@ bool onAnotherLine(const WordText &word, const WordText &next) {
   return middle < word.bounds.left || middle > word.bounds.right;
 }
 
-// Whether a hyphen at the word's end parts it from what the next line starts with. A lone dash parts nothing.
-bool isParted(const WordText &word, const WordText &next) {
+// Whether a hyphen at the word's end divides it from the start of the next line. A lone dash divides nothing.
+bool isHyphenated(const WordText &word, const WordText &next) {
   return !word.text.empty() && isHyphen(word.text.back()) &&
          !std::all_of(word.text.begin(), word.text.end(), isHyphen) && onAnotherLine(word, next);
 }
 
 void append(char32_t c, Case letterCase, std::u32string &to) {
-  if (!isBlank(c))
+  if (!isWhiteSpace(c))
     appendFolded(c, letterCase, to);
   else if (!to.empty() && to.back() != U' ')
     to += U' ';
@@ -61,30 +62,30 @@ public:
   ComparedPage(const PageText &page, Case letterCase) : letterCase_(letterCase) {
     for (size_t i = 0; i < page.words.size(); ++i) {
       const WordText &word = page.words[i];
-      add(word, i + 1 < page.words.size() && isParted(word, page.words[i + 1]));
+      add(word, i + 1 < page.words.size() && isHyphenated(word, page.words[i + 1]));
     }
-    offsets_.push_back(page.words.empty() ? 0 : offsetBehind(page.words.back()));
+    offsets_.push_back(page.words.empty() ? 0 : offsetAfter(page.words.back()));
   }
 
   size_t size() const { return units_.size(); }
 
-  // Behind the last unit of the text if it stands here.
+  // The end of the text if it occurs at this unit, else `nowhere`.
   size_t endOf(std::u32string_view text, size_t at) const {
-    if (!isSame(unit(at), text.front())) return nowhere; // a hit starts with a letter of its own
+    if (!isSame(unit(at), text.front())) return nowhere; // a hit does not start with an omitted unit
     for (const char32_t c : text) {
       if (!isSame(unit(at), c)) at = joined(at);
       if (!isSame(unit(at), c)) return nowhere;
       ++at;
     }
-    return goesOnASyllable(unit(at)) ? nowhere : at;
+    return continuesSyllable(unit(at)) ? nowhere : at;
   }
 
   bool isWhole(size_t first, size_t end) const {
-    const char32_t before = isPartingBlank(first - 1) ? unit(first - 3) : unit(first - 1);
+    const char32_t before = isLineEndSpace(first - 1) ? unit(first - 3) : unit(first - 1);
     return !isLetterOrDigit(before) && !isLetterOrDigit(unit(joined(end)));
   }
 
-  // Where the next character begins: one may be several units, which only together have a place on the page.
+  // The start of the next character: one may be several units, which have one position on the page.
   size_t nextCharacter(size_t at) const {
     const uint32_t offset = offsets_[at];
     while (at < size() && offsets_[at] == offset)
@@ -95,34 +96,34 @@ public:
   uint32_t offset(size_t at) const { return offsets_[at]; }
 
 private:
-  static uint32_t offsetBehind(const WordText &word) { return word.offset + static_cast<uint32_t>(word.text.size()); }
+  static uint32_t offsetAfter(const WordText &word) { return word.offset + static_cast<uint32_t>(word.text.size()); }
 
   static bool isSame(char32_t unit, char32_t wanted) {
-    return unit == wanted || (unit == partingHyphen && wanted == U'-');
+    return unit == wanted || (unit == lineEndHyphen && wanted == U'-');
   }
 
-  void add(const WordText &word, bool parted) {
+  void add(const WordText &word, bool hyphenated) {
     const size_t count = word.text.size();
     for (size_t i = 0; i < count; ++i) {
-      if (parted && i + 1 == count)
-        units_ += partingHyphen;
+      if (hyphenated && i + 1 == count)
+        units_ += lineEndHyphen;
       else
         append(word.text[i], letterCase_, units_);
       offsets_.resize(units_.size(), word.offset + static_cast<uint32_t>(i));
     }
     append(U' ', letterCase_, units_);
-    offsets_.resize(units_.size(), offsetBehind(word));
+    offsets_.resize(units_.size(), offsetAfter(word));
   }
 
-  // Before the first and behind the last there are blanks.
+  // Before the first and after the last there are spaces.
   char32_t unit(size_t at) const { return at < size() ? units_[at] : U' '; }
 
-  bool isPartingBlank(size_t at) const { return unit(at) == U' ' && unit(at - 1) == partingHyphen; }
+  bool isLineEndSpace(size_t at) const { return unit(at) == U' ' && unit(at - 1) == lineEndHyphen; }
 
-  // Where the text goes on as if what a line's end parts were written together.
+  // The unit at which the text continues if a hyphen and space at a line's end are skipped.
   size_t joined(size_t at) const {
-    if (unit(at) == partingHyphen) return at + 2;
-    return isPartingBlank(at) ? at + 1 : at;
+    if (unit(at) == lineEndHyphen) return at + 2;
+    return isLineEndSpace(at) ? at + 1 : at;
   }
 
   Case letterCase_;
@@ -150,7 +151,7 @@ std::vector<Found> Finder::find(const PageText &page) const {
       ++at;
       continue;
     }
-    // What has no place of its own, like an accent, goes with the letter before it.
+    // A character without its own position, like an accent, belongs to the letter before it.
     const size_t next = compared.nextCharacter(end - 1);
     const Span span{compared.offset(at), compared.offset(next)};
     result.push_back({characterBoxes(page, {&span, 1})});

@@ -1,5 +1,5 @@
-// Finds a text on a page as people expect of a viewer's Find dialog: any piece of the page's text, whatever its
-// accents, over line ends, and in words that a hyphen parts there.
+// Finds a text on a page for a viewer's Find dialog: any part of the page's text, without regard to accents, across
+// line ends, and in words that are hyphenated there.
 #pragma once
 
 #include <string>
@@ -11,24 +11,24 @@ namespace host {
 
 struct FindOptions {
   bool matchCase = false;
-  bool wholeWords = false; ///< no letter or digit stands before or after it
+  bool wholeWords = false; ///< no letter or digit is directly before or after it
 };
 
-/// A place where the text stands on a page.
+/// An occurrence of the text on a page.
 struct Found {
   std::vector<Box> boxes; ///< a box a word (or part of a word) that it covers, in page space
 };
 
 class Finder {
 public:
-  /// A run of blanks in the text counts as one, blanks at its ends do not count. Throws std::invalid_argument, with one
-  /// clear line, for bad UTF-8.
+  /// A run of white space in the text counts as one space; white space at its ends is ignored. Throws
+  /// std::invalid_argument, with one clear line, for bad UTF-8.
   Finder(const std::string &utf8, FindOptions options);
 
-  /// Whether the text says nothing: then it is found nowhere.
+  /// Whether the text is empty; then it is not found anywhere.
   bool empty() const { return text_.empty(); }
 
-  /// All places on a page in reading order, none overlapping the one before.
+  /// All occurrences on a page in reading order; they do not overlap.
   std::vector<Found> find(const PageText &page) const;
 
 private:

@@ -1,5 +1,5 @@
-// Text as searches compare it. A character is folded without regard to its neighbours, so that whoever looks for a text
-// can tell which character of a page each piece of a folded text comes from.
+// Text as searches compare it. A character is folded without regard to its neighbours, so that a search knows which
+// character of a page each part of a folded text comes from.
 #include "host/document/fold.h"
 
 #include <utf8proc.h>
@@ -16,7 +16,7 @@ struct Typed {
   char32_t printed, typed;
 };
 
-// What typesetting prints for the keys that people have.
+// Printed characters, and the keys typed for them.
 constexpr Typed typedForms[] = {
     {U'\u2010', U'-'},  {U'\u2011', U'-'},  {U'\u2212', U'-'}, {U'\u2018', U'\''},
     {U'\u2019', U'\''}, {U'\u02BC', U'\''}, {U'\u201C', U'"'}, {U'\u201D', U'"'},
@@ -45,8 +45,8 @@ void appendFolded(char32_t c, Case letterCase, std::u32string &to) {
     to += c;
     return;
   }
-  // An accent that stands by itself is a space with an accent; stripped like any other, it leaves no space behind.
-  const size_t first = count > 0 && parts[0] == U' ' && !isBlank(c) ? 1 : 0;
+  // A separate accent decomposes to a space and an accent; the space is dropped, too.
+  const size_t first = count > 0 && parts[0] == U' ' && !isWhiteSpace(c) ? 1 : 0;
   for (size_t i = first; i < static_cast<size_t>(count); ++i)
     to += typedForm(static_cast<char32_t>(parts.at(i)));
 }
@@ -59,7 +59,7 @@ std::u32string folded(std::u32string_view text, Case letterCase) {
   return result;
 }
 
-bool isBlank(char32_t c) {
+bool isWhiteSpace(char32_t c) {
   return c <= U' ' || (c >= 0x80 && utf8proc_category(static_cast<utf8proc_int32_t>(c)) == UTF8PROC_CATEGORY_ZS);
 }
 

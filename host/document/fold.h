@@ -16,9 +16,9 @@ std::u32string folded(std::u32string_view text, Case letterCase = Case::folded);
 void appendFolded(char32_t c, Case letterCase, std::u32string &to);
 
 /// Spaces of any width, and control characters.
-bool isBlank(char32_t c);
+bool isWhiteSpace(char32_t c);
 
-/// The code points of UTF-8. Throws std::invalid_argument, with one clear line, where it is none.
+/// The code points of UTF-8. Throws std::invalid_argument, with one clear line, for other bytes.
 std::u32string decoded(std::string_view utf8);
 
 } // namespace host

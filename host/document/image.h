@@ -7,7 +7,7 @@
 
 namespace host {
 
-/// Of an image, in pixels; a square of that already takes 1.6 GB.
+/// Of an image, in pixels; a square of that side takes 1.6 GB.
 inline constexpr double longestSide = 20'000;
 
 struct Image {

@@ -23,9 +23,9 @@ struct PageSize {
 struct WordText {
   std::u32string text = {};
   uint32_t offset = 0;              ///< of its first character in the page's text
-  Box bounds = {};                  ///< of the whole word
+  Box bounds = {};                  ///< of the word
   std::vector<Box> characters = {}; ///< as many as the text has code points; some have no area
-  int quarterTurns = 0;             ///< clockwise, of the line that it stands on: 1 runs down the page
+  int quarterTurns = 0;             ///< clockwise, of its line: 1 runs down the page
 };
 
 /// The words of a page.

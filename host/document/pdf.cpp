@@ -34,7 +34,7 @@ std::ifstream openedStream(const std::filesystem::path &file) {
   return stream;
 }
 
-// Finds out what can be said without the PDF library, which only knows that it could not open a file.
+// Finds the errors that can be named without the PDF library, which only reports that it could not open a file.
 void checkFile(const std::filesystem::path &file) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);
@@ -44,9 +44,10 @@ void checkFile(const std::filesystem::path &file) {
   if (openedStream(file).peek() == std::ifstream::traits_type::eof()) fail(file, "is empty");
 }
 
-// What a file is that the library cannot open. The library needs no "%PDF-", and so this is not asked before.
+// The error of a file that the library cannot open. The library opens files without "%PDF-", so this is not checked
+// before.
 [[noreturn]] void failUnreadable(const std::filesystem::path &file, const char *damage) {
-  char head[1024]; // as far into a file as readers look for the mark
+  char head[1024]; // PDF readers look for the mark in these bytes
   std::ifstream stream = openedStream(file);
   stream.read(head, sizeof head);
   const bool hasMark =
@@ -54,14 +55,14 @@ void checkFile(const std::filesystem::path &file) {
   fail(file, hasMark ? damage : "is not a PDF");
 }
 
-// As readers count.
+// Counted from 1, as in messages.
 std::string numberOf(int32_t page) { return std::to_string(int64_t{page} + 1); }
 
 void dropMessage(const std::string & /*message*/, void * /*closure*/) {}
 
 bool hasArea(const poppler::rectf &rect) { return rect.width() > 0 && rect.height() > 0; }
 
-// What tells that a file is still the one that was opened.
+// Identifies a version of a file: if it is equal, the file is still the one that was opened.
 struct Stamp {
   std::filesystem::file_time_type written = {};
   uintmax_t size = 0;
@@ -75,9 +76,9 @@ Stamp stampOf(const std::filesystem::path &file) {
 
 using Bytes = std::vector<char>;
 
-// All bytes of a file; null where that is not the way to read it.
-std::shared_ptr<const Bytes> wholeOf(const std::filesystem::path &file, uintmax_t size) {
-  if (size > PdfFile::largestWhole) return nullptr;
+// All bytes of a file; null where it is too large or cannot be read.
+std::shared_ptr<const Bytes> bytesOf(const std::filesystem::path &file, uintmax_t size) {
+  if (size > PdfFile::largestInMemory) return nullptr;
   std::ifstream stream(file, std::ios::binary);
   auto bytes = std::make_shared<Bytes>(size);
   if (!stream.read(bytes->data(), static_cast<std::streamsize>(size))) return nullptr;
@@ -107,7 +108,7 @@ FoundWords wordsOf(const std::vector<poppler::text_box> &list, double height) {
     word.characters.reserve(word.text.size());
     for (size_t i = 0; i < word.text.size(); ++i) {
       const poppler::rectf rect = box.char_bbox(i);
-      // A box that the library does not have comes as zeros, which would lie at the upper left of the page.
+      // A box that the library does not have is all zeros, which is the upper left of the page.
       word.characters.push_back(hasArea(rect) ? upright(rect) : Box{});
     }
     offset += static_cast<uint32_t>(word.text.size()) + 1;
@@ -131,7 +132,7 @@ public:
       if (!bytes_) checkFile(file_);
       auto opened = std::make_unique<PopplerFile>(file_, password_, stamp_, bytes_);
       if (bytes_ || stampOf(file_) == stamp_) return opened;
-    } catch (const std::exception &) { // who has this one can do without another
+    } catch (const std::exception &) { // null: the caller keeps the file that it has
     }
     return nullptr;
   }
@@ -145,7 +146,7 @@ public:
     boxes.reserve(text.words.size());
     for (const WordText &word : text.words)
       boxes.emplace_back(word.text);
-    // A rectangle beyond any page: characters that stick out of the page are wanted too.
+    // A rectangle beyond any page: characters that are partly off the page are included.
     const poppler::rectf everything(-1e6, -1e6, 2e6, 2e6);
     return orderByContent(boxes, codePoints(shown(page).pdf->text(everything, poppler::page::raw_order_layout)));
   }
@@ -163,11 +164,11 @@ private:
   const std::string password_;
   const Stamp stamp_;
   const std::shared_ptr<const Bytes> bytes_;
-  std::unique_ptr<poppler::document> pdf_; // before the pages, which it outlives
+  std::unique_ptr<poppler::document> pdf_; // declared before the pages, which it outlives
   int32_t pages_ = 0;
   std::unordered_map<int32_t, ShownPage> shown_;
-  // Font information costs half as much again as the words alone, so it is only asked for where boxes need it; the page
-  // after such a page mostly needs it, too.
+  // Font information costs half as much again as the words alone, so it is only requested where boxes need it, and at
+  // once for the page after such a page, which mostly needs it, too.
   bool withFonts_ = false;
 };
 
@@ -182,7 +183,8 @@ PopplerFile::PopplerFile(const std::filesystem::path &file, const std::string &p
   if (!pdf_) failUnreadable(file, "is damaged");
   if (pdf_->is_locked())
     throw DocumentError(DocumentError::wrongPassword,
-                        nameInMessage(file) + (password.empty() ? ": wants a password" : ": the password is wrong"));
+                        nameInMessage(file) +
+                            (password.empty() ? ": is encrypted: a password is needed" : ": the password is wrong"));
   pages_ = pdf_->pages();
   if (pages_ <= 0) failUnreadable(file, "is damaged: it has no pages");
 }
@@ -207,7 +209,7 @@ PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
 
 PageSize PopplerFile::pageSize(int32_t page) {
   constexpr PageSize letter{612, 792};
-  constexpr double longest = 200'000; // a thousand times what anybody prints
+  constexpr double longest = 200'000; // far beyond any printed page
   try {
     const PageSize size = shown(page).size;
     const bool usable = size.width >= 1 && size.height >= 1 && size.width <= longest && size.height <= longest;
@@ -230,7 +232,7 @@ PageText PopplerFile::text(int32_t page) {
 
 Image PopplerFile::render(int32_t page, double dpi) {
   const ShownPage &that = shown(page);
-  // A hair less, so that 8.5 inches at 150 dots are 1275 whatever the floating point makes of them.
+  // Minus an epsilon, so that 8.5 inches at 150 dpi are 1275 pixels in spite of rounding errors.
   const double width = std::ceil(that.size.width * dpi / pointsPerInch - 1e-6);
   const double height = std::ceil(that.size.height * dpi / pointsPerInch - 1e-6);
   if (!(width >= 1 && height >= 1 && width <= longestSide && height <= longestSide))
@@ -269,12 +271,12 @@ std::string nameInMessage(const std::filesystem::path &file) {
 
 std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const std::string &password,
                                        Reading reading) {
-  // Once, because other threads may be at work.
+  // Once, because other threads may use the library.
   [[maybe_unused]] static const bool silent = (poppler::set_debug_error_function(dropMessage, nullptr), true);
   checkFile(file);
   const Stamp stamp = stampOf(file);
   return std::make_unique<PopplerFile>(file, password, stamp,
-                                       reading == Reading::whole ? wholeOf(file, stamp.size) : nullptr);
+                                       reading == Reading::inMemory ? bytesOf(file, stamp.size) : nullptr);
 }
 
 } // namespace host

@@ -24,10 +24,10 @@ struct DocumentError : HostError {
 
 class PdfFile {
 public:
-  /// Whoever goes through all pages is faster with the whole file in memory. A large one is read as needed all the
-  /// same.
-  enum class Reading { asNeeded, whole };
-  static constexpr uintmax_t largestWhole = 64 << 20; ///< bytes
+  /// Reading all pages is faster with the file in memory. A larger file than `largestInMemory` is read as needed
+  /// anyway.
+  enum class Reading { asNeeded, inMemory };
+  static constexpr uintmax_t largestInMemory = 64 << 20; ///< bytes
 
   /// Opens what the library can read as a PDF, whatever its first line. Throws DocumentError with one clear line that
   /// names the file.
@@ -41,9 +41,9 @@ public:
   virtual int32_t pageCount() const = 0;
   // All of these throw HostError errBadPage for a page that is not there, DocumentError for one that is damaged or
   // whose box is empty; the line names the file and the page, counted from 1.
-  /// A page that is damaged is as large as a letter, so that a reader can turn to it and further on.
+  /// A page that is damaged has the size of a letter page, so that a reader can turn to it and beyond.
   virtual PageSize pageSize(int32_t page) = 0;
-  /// Worked out anew at each call.
+  /// Computed at each call.
   virtual PageText text(int32_t page) = 0;
   /// Indices into the words of a page's text, in the order of the content stream; every word once.
   virtual std::vector<uint32_t> contentOrder(int32_t page, const PageText &text) = 0;
@@ -52,7 +52,7 @@ public:
   virtual Image render(int32_t page, double dpi) = 0;
 };
 
-/// A file's name in a message: whatever the name holds, the message stays one line.
+/// A file's name in a message: control characters are replaced, so that the message stays one line.
 std::string nameInMessage(const std::filesystem::path &file);
 
 } // namespace host

@@ -42,8 +42,8 @@ std::vector<Span> disjoint(std::span<const tavrel::TextRange> ranges) {
   return result;
 }
 
-// The part of a word that characters first to end take when they have no boxes of their own: as much of the line as
-// they are of the word.
+// The box of a word's characters from first to end when they have none of their own: the same share of the word's box
+// as of its characters.
 Box share(const WordText &word, size_t first, size_t end) {
   const double count = static_cast<double>(word.text.size());
   const double from = static_cast<double>(first) / count;
@@ -97,10 +97,10 @@ template <typename BoxesOf> const Selection *SelectionStore::get(int32_t page, c
                                                                  std::span<const tavrel::TextRange> ranges,
                                                                  const BoxesOf &boxesOf) {
   Key key{page, version, {}};
-  auto &places = std::get<2>(key);
-  places.reserve(ranges.size());
+  auto &keyRanges = std::get<2>(key);
+  keyRanges.reserve(ranges.size());
   for (const tavrel::TextRange &range : ranges)
-    places.emplace_back(range.pos, range.len);
+    keyRanges.emplace_back(range.pos, range.len);
   if (const auto known = made_.find(key); known != made_.end()) {
     selections().noteUse(*known->second);
     return known->second.get();

@@ -11,7 +11,7 @@
 
 namespace host {
 
-/// A range without the bounds of its 16-bit form: from `first` up to, not including, `end`.
+/// A range that is not limited to 16 bits: from `first` up to, not including, `end`.
 struct Span {
   uint32_t first = 0, end = 0;
 };
@@ -23,13 +23,13 @@ std::vector<Box> characterBoxes(const PageText &text, std::span<const Span> span
 /// The bounds of the words in disjoint spans of word numbers. `order` maps a number to a word; empty is reading order.
 std::vector<Box> wordBoxes(const PageText &text, std::span<const Span> spans, std::span<const uint32_t> order);
 
-/// The selections of one document, among the live selections that plug-ins may name. A plug-in never gives one back, so
-/// only those used last are kept: `mostSelections`, and fewer where they have more than `mostParts` boxes and ranges
+/// The selections of one document, among the live selections of all documents. Plug-ins do not release them, so only
+/// those used last are kept: `mostSelections`, and fewer where they have more than `mostParts` boxes and ranges
 /// together, but always `fewestSelections`. The handle of one that is dropped is unknown from then on.
 class SelectionStore {
 public:
   static constexpr size_t mostSelections = 1024, fewestSelections = 16;
-  static constexpr size_t mostParts = 1U << 20U; ///< of which the larger, a box, takes 32 bytes
+  static constexpr size_t mostParts = 1U << 20U; ///< the larger of the two, a box, takes 32 bytes
 
   SelectionStore() = default;
   SelectionStore(const SelectionStore &) = delete;

@@ -1,9 +1,9 @@
 // Words of a page: UTF-16 into code points, and the order of the content stream.
 //
-// The PDF library places words only in reading order. In the order of the content stream it gives nothing but a text,
-// so that order is worked out here by finding the text's words among the boxes. Where a text occurs more than once
-// this is a guess, a good one: the box after the one found last wins, then the place from which most of the words that
-// follow fit too. A box whose text is never found stays behind its predecessor in reading order.
+// The PDF library gives boxes only in reading order. In the order of the content stream it gives only a text, so the
+// text's words are searched among the boxes. Where a text occurs more than once this is a heuristic: the box after the
+// one found last wins, then the box from which most of the following words fit, too. A box whose text is never found
+// stays after its predecessor in reading order.
 #include "host/document/words.h"
 
 #include <algorithm>
@@ -12,16 +12,16 @@
 namespace host {
 namespace {
 
-// How far a guess looks ahead, and how many places it weighs: bounds for pages of ten thousand equal words.
-constexpr size_t lookAhead = 16, mostPlaces = 64;
+// How far the heuristic looks ahead, and how many candidates it compares: limits for pages of ten thousand equal words.
+constexpr size_t lookAhead = 16, mostCandidates = 64;
 
 constexpr uint32_t none = UINT32_MAX;
 
-bool isBlank(char32_t c) { return c <= U' ' || c == U'\u00A0'; }
+bool isSpace(char32_t c) { return c <= U' ' || c == U'\u00A0'; }
 
-std::u32string withoutBlanks(std::u32string_view text) {
+std::u32string withoutSpaces(std::u32string_view text) {
   std::u32string result;
-  std::copy_if(text.begin(), text.end(), std::back_inserter(result), [](char32_t c) { return !isBlank(c); });
+  std::copy_if(text.begin(), text.end(), std::back_inserter(result), [](char32_t c) { return !isSpace(c); });
   return result;
 }
 
@@ -31,11 +31,11 @@ public:
     readStream(raw);
     keys_.reserve(boxes.size());
     for (const std::u32string_view box : boxes) {
-      keys_.push_back(withoutBlanks(box));
+      keys_.push_back(withoutSpaces(box));
       longest_ = std::max(longest_, keys_.back().size());
     }
     for (uint32_t i = 0; i < keys_.size(); ++i)
-      places_[keys_[i]].push_back(i);
+      boxesByText_[keys_[i]].push_back(i);
   }
 
   std::vector<uint32_t> order() {
@@ -56,13 +56,13 @@ public:
   }
 
 private:
-  // The stream without its blanks, and for each character where its word ends.
+  // The stream without its spaces, and for each character where its word ends.
   void readStream(std::u32string_view raw) {
     for (size_t i = 0; i < raw.size();) {
       const size_t start = stream_.size();
-      for (; i < raw.size() && !isBlank(raw[i]); ++i)
+      for (; i < raw.size() && !isSpace(raw[i]); ++i)
         stream_ += raw[i];
-      for (; i < raw.size() && isBlank(raw[i]); ++i) {
+      for (; i < raw.size() && isSpace(raw[i]); ++i) {
       }
       wordEnd_.insert(wordEnd_.end(), stream_.size() - start, stream_.size());
     }
@@ -81,17 +81,17 @@ private:
     return length;
   }
 
-  // Of the boxes with exactly this text that are still to be had, the one with the longest run; the first of equals.
-  uint32_t bestPlace(const std::u32string &text, size_t at) {
-    const auto found = places_.find(text);
-    if (found == places_.end()) return none;
-    std::vector<uint32_t> &places = found->second;
-    std::erase_if(places, [this](uint32_t box) { return used_[box]; });
+  // Of the boxes with exactly this text that are still unused, the one with the longest run; the first of equals.
+  uint32_t bestBox(const std::u32string &text, size_t at) {
+    const auto found = boxesByText_.find(text);
+    if (found == boxesByText_.end()) return none;
+    std::vector<uint32_t> &candidates = found->second;
+    std::erase_if(candidates, [this](uint32_t box) { return used_[box]; });
     uint32_t best = none;
     size_t bestRun = 0;
-    for (size_t i = 0; i < std::min(places.size(), mostPlaces); ++i)
-      if (const size_t length = run(places[i], at); length > bestRun) {
-        best = places[i];
+    for (size_t i = 0; i < std::min(candidates.size(), mostCandidates); ++i)
+      if (const size_t length = run(candidates[i], at); length > bestRun) {
+        best = candidates[i];
         bestRun = length;
       }
     return best;
@@ -100,12 +100,12 @@ private:
   uint32_t boxAt(size_t at, uint32_t next) {
     const size_t length = wordEnd_[at] - at;
     if (fits(next, at) && keys_[next].size() == length) return next;
-    if (const uint32_t box = length <= longest_ ? bestPlace(stream_.substr(at, length), at) : none; box != none)
+    if (const uint32_t box = length <= longest_ ? bestBox(stream_.substr(at, length), at) : none; box != none)
       return box;
-    // The two texts need not agree where a word ends: one may run words together that the other keeps apart.
+    // The two texts need not agree where a word ends: one may join words that the other separates.
     if (fits(next, at)) return next;
     for (size_t part = std::min(length - 1, longest_); part > 0; --part)
-      if (const uint32_t box = bestPlace(stream_.substr(at, part), at); box != none) return box;
+      if (const uint32_t box = bestBox(stream_.substr(at, part), at); box != none) return box;
     return none;
   }
 
@@ -126,10 +126,10 @@ private:
 
   std::u32string stream_;
   std::vector<size_t> wordEnd_;
-  std::vector<std::u32string> keys_; // the boxes' texts without blanks
+  std::vector<std::u32string> keys_; // the boxes' texts without spaces
   size_t longest_ = 0;
   std::vector<bool> used_;
-  std::unordered_map<std::u32string, std::vector<uint32_t>> places_; // the boxes of a text, those used dropped late
+  std::unordered_map<std::u32string, std::vector<uint32_t>> boxesByText_; // used ones are removed at a look-up
 };
 
 } // namespace

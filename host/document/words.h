@@ -13,7 +13,7 @@ namespace host {
 std::u32string codePoints(std::span<const unsigned short> utf16);
 
 /// Brings the boxes of a page into the order of its content stream. `boxes` are their texts in reading order, `raw` is
-/// the page's text as the stream has it, words parted by white space. Returns a permutation of the boxes' indices.
+/// the page's text as the stream has it, words separated by white space. Returns a permutation of the boxes' indices.
 std::vector<uint32_t> orderByContent(std::span<const std::u32string_view> boxes, std::u32string_view raw);
 
 } // namespace host

@@ -1,4 +1,4 @@
-// Atoms, the names of everything that plug-ins and host talk about. The runtime owns the one set.
+// Atoms: numbers for the names that plug-ins and host use. The runtime owns the only set.
 #include "host/kernel/atoms.h"
 
 #include <limits>

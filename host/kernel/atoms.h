@@ -24,7 +24,7 @@ private:
     using is_transparent = void;
   };
   std::unordered_map<std::string, tavrel::Atom, Hash, std::equal_to<>> atoms_;
-  std::vector<const std::string *> names_; ///< the keys of `atoms_`, which never move; atom 1 stands first
+  std::vector<const std::string *> names_; ///< the keys of `atoms_`, which never move; atom 1 is first
 };
 
 } // namespace host

@@ -1,12 +1,12 @@
-// Callback handles. The runtime owns the one set; every room that keeps a callback asks here whose it is.
+// Callback handles. The runtime owns the only set; every layer that stores a callback asks here for its owner.
 #include "host/kernel/callbacks.h"
 
 namespace host {
 
 tavrel::Callback Callbacks::create(tavrel::ExtensionID extension, tavrel::Entry function) {
   if (function == nullptr) throw HostError(tavrel::errBadArgument, "a callback without a function");
-  const auto [place, isNew] = owners_.emplace(function, extension);
-  if (!isNew && place->second != extension)
+  const auto [entry, isNew] = owners_.emplace(function, extension);
+  if (!isNew && entry->second != extension)
     throw HostError(tavrel::errBadArgument, "a callback that is another plug-in's");
   return function;
 }

@@ -1,4 +1,4 @@
-// The functions that the host may call in plug-ins. A handle is the function itself; here stands whose it is.
+// The functions that the host may call in plug-ins. A handle is the function itself; this class stores its owner.
 #pragma once
 
 #include <unordered_map>
@@ -10,10 +10,10 @@ namespace host {
 
 class Callbacks {
 public:
-  /// The handle of a plug-in's function. Asking again gives the same one and keeps nothing new. Throws errBadArgument
-  /// for null and for a function that belongs to another plug-in.
+  /// The handle of a plug-in's function. A second call gives the same handle and stores nothing new. Throws
+  /// errBadArgument for null and for a function that belongs to another plug-in.
   tavrel::Callback create(tavrel::ExtensionID extension, tavrel::Entry function);
-  /// Whose it is; throws errBadHandle for a handle that create did not give out (null included).
+  /// The plug-in that owns it; throws errBadHandle for a handle that create did not give out (null included).
   tavrel::ExtensionID owner(tavrel::Callback callback) const;
   bool isOwnedBy(tavrel::Callback callback, tavrel::ExtensionID extension) const noexcept;
   /// From now on the plug-in's handles are unknown.

@@ -1,7 +1,7 @@
-// The one instance of a class that table entries reach: an operation has no argument for the host itself.
+// The current instance of a class that table entries reach: an operation has no argument for the host itself.
 //
-// Making an object makes it the current one; when it goes, the one before it is current again. Tests make a fresh one
-// each.
+// Making an object makes it the current one; when it is destroyed, the previous one is current again. Each test makes a
+// new one.
 #pragma once
 
 #include "host/kernel/error.h"

@@ -1,4 +1,4 @@
-// The plug-ins by number. The runtime owns the one list; the loader fills it.
+// The plug-ins by number. The runtime owns the only list; the loader fills it.
 #include "host/kernel/extensions.h"
 
 namespace host {

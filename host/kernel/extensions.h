@@ -1,4 +1,4 @@
-// Who the plug-ins are: their numbers, names, and whether they still take part.
+// The plug-ins: their numbers, names, and whether they are active.
 #pragma once
 
 #include <string>
@@ -19,7 +19,7 @@ public:
   /// A new number; the name is what messages call the plug-in.
   tavrel::ExtensionID add(const std::string &name);
   void rename(tavrel::ExtensionID extension, const std::string &name);
-  /// A retired plug-in is not called any more; its functions stay where they are, because nothing is ever unmapped.
+  /// A retired plug-in is not called any more; its functions stay mapped, because no library is ever unmapped.
   void retire(tavrel::ExtensionID extension) noexcept;
 
   bool known(tavrel::ExtensionID extension) const noexcept { return extension < members_.size(); }

@@ -1,5 +1,5 @@
-// The stack of exception frames and the one place from which a raise sets out. The runtime owns the stack; the thin
-// entry points of the tables raise (table.h), plugincall.cpp opens the host's own frames.
+// The stack of exception frames, and the only function that raises. The runtime owns the stack; the entry points of the
+// tables raise (table.h), plugincall.cpp opens the host's own frames.
 #include "host/kernel/frames.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace host {
 void FrameStack::push(tavrel::ExceptionFrame *frame, tavrel::RestoreProc restore) {
   if (frame == nullptr || restore == nullptr)
     throw HostError(tavrel::errBadArgument, "an exception frame without a restore procedure");
-  // Counted apart from the host's own: a plug-in has all of its frames, however deep the host stands.
+  // Counted apart from the host's frames: plug-ins have all of theirs, however many the host has open.
   if (depth_ - hostDepth_ == tavrel::maxFrames) throw HostError(tavrel::errFrames, "too many exception frames");
   open({frame, restore, false});
 }
@@ -52,7 +52,7 @@ void FrameStack::raise(int32_t code) {
   }
   const Open &innermost = open_[depth_ - 1];
   innermost.restore(innermost.frame);
-  std::fputs("tavrel: a restore procedure came back\n", stderr);
+  std::fputs("tavrel: a restore procedure returned\n", stderr);
   std::abort();
 }
 

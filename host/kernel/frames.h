@@ -1,4 +1,4 @@
-// The stack of exception frames (sdk/tavrel/frame.h has the laws). Frames of plug-ins and the host's own stand on one
+// The stack of exception frames (sdk/tavrel/frame.h has the rules). Frames of plug-ins and of the host are on one
 // stack; a raise goes to the innermost and pops nothing.
 #pragma once
 
@@ -22,7 +22,7 @@ public:
 
   /// Opens a frame of the host's own; throws errFrames when `maxHostFrames` are open.
   void pushHost(tavrel::ExceptionFrame *frame, tavrel::RestoreProc restore);
-  /// Closes the host's frame opened last and whatever stands on top of it; gives how many frames those were.
+  /// Closes the host's frame opened last and the frames on top of it; returns the number of the latter.
   size_t closeHost();
 
   /// Stores the code and calls the innermost restore procedure, which does not return. Ends the program with a line
@@ -32,7 +32,7 @@ public:
   int32_t code() const { return code_; }
   size_t depth() const { return depth_; }
 
-  /// Why the next raise happens; cut where it is too long.
+  /// Why the next raise happens; truncated where it is too long.
   void noteReason(const char *reason) noexcept;
   const char *reason() const { return reason_.data(); }
 
@@ -44,7 +44,7 @@ private:
   };
   void open(const Open &frame);
 
-  // Plain arrays: nothing here may need an allocation while an error is on its way.
+  // Plain arrays: nothing here may need an allocation while an error is raised.
   std::array<Open, tavrel::maxFrames + maxHostFrames> open_{};
   std::array<char, 256> reason_{};
   size_t depth_ = 0;

@@ -9,7 +9,7 @@ namespace host {
 tavrel::Fixed fixedOf(double value);
 inline double doubleOf(tavrel::Fixed value) { return static_cast<double>(value) / tavrel::fixedOne; }
 
-/// The nearest end of the range for whatever does not fit into 16 bits.
+/// The nearest end of the range for a value that does not fit into 16 bits.
 int16_t saturate16(double value);
 
 /// The bounds of the transformed rectangle, left <= right and bottom <= top, computed without overflow.

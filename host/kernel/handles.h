@@ -1,9 +1,8 @@
 // The live objects of one kind, and the handles by which plug-ins name them.
 //
-// A handle is a number in the shape of a pointer, not an address. Each number is given out once in the life of the
-// program, over all kinds of handles. So the handle of an object that has been destroyed stays an error for ever: it
-// never names the object that took the same place in memory, and a handle of one kind is never accepted as one of
-// another kind.
+// A handle is a number in a pointer type, not an address. Each number is given out once in the life of the program,
+// over all kinds of handles. So the handle of an object that has been destroyed stays an error for ever: it never names
+// the object that has the same address later, and a handle of one kind is never accepted as one of another kind.
 #pragma once
 
 #include <cstdint>
@@ -30,7 +29,7 @@ private:
   uintptr_t last_;
 };
 
-/// The program's one source of handle numbers.
+/// The program's only source of handle numbers.
 inline HandleNumbers &handleNumbers() {
   static HandleNumbers numbers;
   return numbers;
@@ -41,7 +40,7 @@ public:
   /// `kind` names the handle in errors ("page", "text selection").
   explicit Handles(const char *kind) : kind_(kind) {}
 
-  /// Makes an object known, which the set does not own, and gives its handle; the same one when it is known already.
+  /// Registers an object, which the set does not own, and returns its handle; the same one if it is registered already.
   Handle add(Object *object) {
     const auto [entry, isNew] = handles_.try_emplace(object);
     if (!isNew) return entry->second;

@@ -1,4 +1,4 @@
-// The "Kernel" table: each operation is a line to the runtime's part that does it.
+// The "Kernel" table: each operation calls the part of the runtime that implements it.
 #include "tavrel/Kernel.h"
 
 #include "host/kernel/runtime.h"
@@ -9,7 +9,7 @@ namespace {
 
 using namespace tavrel;
 
-// Bare: between the plug-in and the jump there must be nothing, and there is nothing to catch.
+// Bare: the jump skips no object with a destructor, and nothing throws.
 void raiseError(int32_t code) {
   noteReason("raised by the plug-in");
   raise(code);

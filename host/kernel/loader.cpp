@@ -17,7 +17,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// By name, so that a plug-in can rely on another's being there first, and a user's own takes the system's place.
+// By name: plug-ins load in a fixed order, and a file of an earlier directory hides one of the same name in a later
+// one.
 std::map<fs::path, fs::path> librariesIn(const std::vector<fs::path> &directories) {
   std::map<fs::path, fs::path> files;
   for (const fs::path &directory : directories) {
@@ -43,7 +44,7 @@ bool isOwn(const Runtime &runtime, tavrel::ExtensionID extension, tavrel::Callba
   }
 }
 
-// dlerror names the file in front of its reason; the line that we write has it already.
+// dlerror puts the file before its reason; the line that is printed has it already.
 std::string openError(const fs::path &file) {
   const char *text = dlerror();
   std::string reason = text == nullptr ? "cannot be opened" : text;
@@ -51,22 +52,22 @@ std::string openError(const fs::path &file) {
   return reason;
 }
 
-// Holds back what is said of a plug-in during a call: where the call fails, it is the reason, and one line is enough.
-class HeldBack {
+// Delays the reports about a plug-in during a call: if the call fails, the first one is its reason and is not printed.
+class DelayedReports {
 public:
-  explicit HeldBack(Runtime &runtime)
+  explicit DelayedReports(Runtime &runtime)
       : runtime_(runtime), reporter_([this](const std::string &line) { lines_.push_back(line); }) {
     runtime_.reporter.swap(reporter_);
   }
-  ~HeldBack() {
+  ~DelayedReports() {
     runtime_.reporter.swap(reporter_);
     for (const std::string &line : lines_)
       runtime_.report(line);
   }
-  HeldBack(const HeldBack &) = delete;
-  HeldBack &operator=(const HeldBack &) = delete;
+  DelayedReports(const DelayedReports &) = delete;
+  DelayedReports &operator=(const DelayedReports &) = delete;
 
-  /// What was said first, which then is not said any more; empty where nothing was.
+  /// Removes and returns the first report, which is then not printed; empty where there is none.
   std::string take() {
     if (lines_.empty()) return {};
     std::string first = lines_.front();
@@ -80,13 +81,13 @@ private:
   std::vector<std::string> lines_;
 };
 
-// Calls a plug-in that is being loaded. Where that fails with a line about it, the line is the reason.
+// Calls a plug-in that is being loaded. If the call fails and was reported, the report is the reason.
 template <typename Function, typename... A>
 uint32_t ask(Runtime &runtime, Plugin &plugin, const char *what, Function function, A... arguments) {
-  HeldBack said(runtime);
+  DelayedReports reports(runtime);
   const uint32_t result = callPlugin({plugin.extension, what}, function, arguments...);
   if (result != 0) return result;
-  plugin.reason = said.take();
+  plugin.reason = reports.take();
   if (const std::string prefix = plugin.name + ": "; plugin.reason.starts_with(prefix))
     plugin.reason.erase(0, prefix.size());
   return result;
@@ -183,12 +184,12 @@ void PluginLoader::unload() {
     end(*std::find_if(plugins_.begin(), plugins_.end(),
                       [=](const Plugin &plugin) { return plugin.extension == next; }));
   }
-  // Those that failed to start were retired then; nobody runs any more who could call their tables.
+  // Plug-ins that failed to start are retired already; no plug-in that could call their tables runs any more.
   for (const Plugin &plugin : plugins_)
     runtime_.tables.retire(plugin.extension, runtime_.callbacks);
 }
 
-// A plug-in's mistakes end here, so that the other plug-ins end as they should.
+// Errors of a plug-in are reported here, so that the other plug-ins are ended, too.
 void PluginLoader::end(Plugin &plugin) {
   plugin.state = PluginState::unloaded;
   try {

@@ -1,4 +1,4 @@
-// Finds plug-ins, brings them up in the order of sdk/tavrel/plugin.h, and takes them down again.
+// Finds plug-ins, starts them in the order of sdk/tavrel/plugin.h, and ends them.
 #pragma once
 
 #include <filesystem>
@@ -34,15 +34,15 @@ public:
   PluginLoader &operator=(const PluginLoader &) = delete;
 
   /// Loads every *.so of the directories, in order of the files' names; of several of one name only that of the first
-  /// directory. A directory that is not there has none. Reports each plug-in that fails, with its reason, and goes on
+  /// directory. A directory that is not there has none. Reports each plug-in that fails, with its reason, and continues
   /// with the others.
   void load(const std::vector<std::filesystem::path> &directories);
   /// Ends the plug-ins one after the other, in the order of unloadorder.h: the clients of a table before the plug-in
   /// that offers it, and apart from that the one loaded last first. For each, its servers are removed and their destroy
   /// procedures called, then its unload callback, then everything is retired that it registered; after that nothing of
-  /// it is called. So the destroy procedures find the plug-in as it was while it ran. A callback that raises ends
-  /// there, and the next plug-in follows. Libraries stay mapped, because a function of a plug-in may have been handed
-  /// to the C library.
+  /// it is called. So the state of the plug-in is unchanged when its destroy procedures run. After a callback that
+  /// raises the next plug-in follows. Libraries stay mapped, because a function of a plug-in may have been handed to
+  /// the C library.
   void unload();
 
   const std::vector<Plugin> &plugins() const { return plugins_; }
@@ -59,7 +59,7 @@ private:
   std::vector<Plugin> plugins_;
 };
 
-/// What is said of a plug-in's state: "running".
+/// The word for a plug-in's state: "running".
 const char *describe(PluginState state);
 
 /// The folder of installed plug-ins, for the program with that path: the configured folder relative to the program's,
@@ -67,10 +67,10 @@ const char *describe(PluginState state);
 /// read, or if the folders of the installation were configured as absolute paths.
 std::filesystem::path systemPluginDirectory(const std::filesystem::path &program);
 
-/// Where plug-ins are looked for, all of these: the directory given, if any; those of TAVREL_PLUGIN_PATH, separated by
-/// colons; the user's, ~/.local/lib/tavrel/plugins, if HOME is an absolute path; that of installed plug-ins. No folder
-/// below the current one, unless a user names it. The plug-ins of a build tree are in none of the last two: ./run and
-/// the tests name their folder in TAVREL_PLUGIN_PATH.
+/// The folders that are searched for plug-ins, all of these: the directory given, if any; those of TAVREL_PLUGIN_PATH,
+/// separated by colons; the user's, ~/.local/lib/tavrel/plugins, if HOME is an absolute path; that of installed
+/// plug-ins. No folder below the current one, unless a user names it. The plug-ins of a build tree are in none of the
+/// last two: ./run and the tests name their folder in TAVREL_PLUGIN_PATH.
 std::vector<std::filesystem::path> pluginDirectories(const std::filesystem::path &given);
 
 } // namespace host

@@ -1,4 +1,4 @@
-// Accounts for the memory that plug-ins take from the host. The runtime owns the one account.
+// Accounts for the memory that plug-ins take from the host. The runtime owns the only account.
 #include "host/kernel/memory.h"
 
 #include <algorithm>
@@ -25,7 +25,7 @@ void *Memory::allocate(tavrel::ExtensionID extension, uint32_t size) noexcept {
 }
 
 void *Memory::resize(void *block, uint32_t size) {
-  // The entry travels as a node, so that nothing can fail once the block has moved.
+  // The entry is kept as a node, so that nothing can fail after the block has moved.
   auto account = blocks_.extract(block);
   if (account.empty()) throw HostError(tavrel::errBadHandle, "no such block of memory");
   void *resized = std::realloc(block, std::max<size_t>(size, 1));

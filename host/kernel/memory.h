@@ -21,7 +21,7 @@ public:
   void *allocate(tavrel::ExtensionID extension, uint32_t size) noexcept;
   /// The block in its new size, or null, and then the old one stays. Throws errBadHandle for an unknown block.
   void *resize(void *block, uint32_t size);
-  /// Throws errBadHandle for an unknown block; null is let pass.
+  /// Throws errBadHandle for an unknown block; null is ignored.
   void release(void *block);
 
   size_t blocks() const { return blocks_.size(); }

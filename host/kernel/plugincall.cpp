@@ -1,5 +1,5 @@
-// The only setjmp of the kernel. Objects with destructors stand outside protectedCall; what a raise jumps over is the
-// plug-in, the body and nothing else.
+// The only setjmp of the kernel. Objects with destructors are outside of protectedCall: a raise jumps over nothing but
+// the plug-in and the body.
 #include "host/kernel/plugincall.h"
 
 #include <csetjmp>
@@ -11,13 +11,13 @@ namespace {
 
 void jumpToHost(tavrel::ExceptionFrame *frame) { std::longjmp(frame->context, 1); }
 
-enum class Outcome { cameBack, raised, threw };
+enum class Outcome { returned, raised, threw };
 
-// A plug-in may be written in C++; its exceptions end here as a raise does.
+// A plug-in may be written in C++; its exceptions end the call as a raise does.
 Outcome runBody(void (*body)(void *), void *argument) {
   try {
     body(argument);
-    return Outcome::cameBack;
+    return Outcome::returned;
   } catch (...) {
     return Outcome::threw;
   }
@@ -32,7 +32,7 @@ Outcome protectedCall(FrameStack &frames, void (*body)(void *), void *argument) 
   return run(body, argument);
 }
 
-// Who is called, and what its watchers keep, for as long as the call lasts.
+// Sets the plug-in that is running, and notifies the watchers, for the duration of a call.
 class CallScope {
 public:
   CallScope(Runtime &runtime, tavrel::ExtensionID extension) : runtime_(runtime), caller_(runtime.enter(extension)) {}
@@ -45,7 +45,7 @@ private:
   tavrel::ExtensionID caller_;
 };
 
-void complain(Runtime &runtime, const PluginCall &call, const std::string &text) {
+void reportFailure(Runtime &runtime, const PluginCall &call, const std::string &text) {
   runtime.report(runtime.extensions.name(call.extension) + ": " + call.what + " " + text);
 }
 
@@ -58,12 +58,12 @@ bool runInPlugin(const PluginCall &call, void (*body)(void *), void *argument) {
   const Outcome outcome = protectedCall(runtime.frames, body, argument);
   const size_t forgotten = runtime.frames.closeHost();
   if (outcome == Outcome::raised)
-    complain(runtime, call,
-             "failed with error " + std::to_string(runtime.frames.code()) + ": " + runtime.frames.reason());
+    reportFailure(runtime, call,
+                  "failed with error " + std::to_string(runtime.frames.code()) + ": " + runtime.frames.reason());
   else if (outcome == Outcome::threw)
-    complain(runtime, call, "threw an exception");
-  if (forgotten > 0) complain(runtime, call, "left " + std::to_string(forgotten) + " exception frames open");
-  return outcome == Outcome::cameBack;
+    reportFailure(runtime, call, "threw an exception");
+  if (forgotten > 0) reportFailure(runtime, call, "left " + std::to_string(forgotten) + " exception frames open");
+  return outcome == Outcome::returned;
 }
 
 } // namespace host

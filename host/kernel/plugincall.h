@@ -1,5 +1,5 @@
-// The way into a plug-in. Every call takes it: the host opens a frame of its own around the call, closes what the
-// plug-in forgot, says what went wrong in one line, and goes on living.
+// All calls into plug-ins. The host opens its own frame around the call, closes the frames that the plug-in left open,
+// and reports a failure in one line.
 #pragma once
 
 #include <tuple>
@@ -10,7 +10,7 @@
 
 namespace host {
 
-/// Which call it is, for messages: whose function, and what it is asked ("the page-draw procedure").
+/// A call as messages name it: the plug-in and its function ("the page-draw procedure").
 struct PluginCall {
   tavrel::ExtensionID extension;
   const char *what;
@@ -37,8 +37,8 @@ R callPlugin(const PluginCall &call, R (*function)(P...), A... arguments) {
     else
       inner.result = std::apply(inner.function, inner.arguments);
   };
-  const bool cameBack = runInPlugin(call, body, &pending);
-  if constexpr (!std::is_void_v<R>) return cameBack ? pending.result : R();
+  const bool returned = runInPlugin(call, body, &pending);
+  if constexpr (!std::is_void_v<R>) return returned ? pending.result : R();
 }
 
 } // namespace host

@@ -9,8 +9,7 @@ namespace {
 
 void reportOnStandardError(const std::string &line) { std::fprintf(stderr, "tavrel: %s\n", line.c_str()); }
 
-// Tables that plug-ins insist on and that have no operations yet; one empty entry, because the pointer must not be
-// null.
+// Tables that plug-ins require and that have no operations; one empty entry, because the pointer must not be null.
 tavrel::HFT emptyTable() {
   static tavrel::Entry none[1] = {};
   return none;

@@ -1,5 +1,5 @@
-// What plug-ins run on: atoms, callbacks, frames, memory, tables. Knows no document and no window; rooms above register
-// their tables here.
+// The runtime of plug-ins: atoms, callbacks, frames, memory, tables. It knows no document and no window; the layers
+// above register their tables here.
 #pragma once
 
 #include <functional>
@@ -16,7 +16,7 @@
 
 namespace host {
 
-/// Notified of what happens to plug-ins, so that a layer above can put back what one leaves open.
+/// Notified of what happens to plug-ins, so that a layer above can restore what one leaves open.
 class CallWatcher {
 public:
   virtual ~CallWatcher() = default;
@@ -28,13 +28,13 @@ public:
 
 class Runtime : public Current<Runtime> {
 public:
-  /// Knows the tables "Kernel", "TavrelSupport", "Cobble" and "TSExtra" from the start.
+  /// Has the tables "Kernel", "TavrelSupport", "Cobble" and "TSExtra" from the start.
   Runtime();
 
-  /// Makes one more table known.
+  /// Registers one more table.
   void addTable(const char *name, uint32_t version, tavrel::HFT entries);
 
-  /// One line about a plug-in's mistake; to standard error unless a test listens.
+  /// One line about a plug-in's error; printed on standard error unless `reporter` is replaced.
   void report(const std::string &line) const { reporter(line); }
   std::function<void(const std::string &line)> reporter;
 
@@ -44,9 +44,9 @@ public:
   /// From now on the plug-in is not called any more, its callbacks are unknown, and what it registered is dropped.
   void retire(tavrel::ExtensionID extension);
 
-  /// The plug-in being called just now, or `hostExtension`.
+  /// The plug-in being called at present, or `hostExtension`.
   tavrel::ExtensionID running() const { return running_; }
-  // For plugincall.cpp only. enter gives what leave takes.
+  // For plugincall.cpp only. leave takes the result of enter.
   tavrel::ExtensionID enter(tavrel::ExtensionID extension);
   void leave(tavrel::ExtensionID caller) noexcept;
 
@@ -62,7 +62,7 @@ private:
   tavrel::ExtensionID running_ = hostExtension;
 };
 
-/// The "Kernel" table, which the set-up record hands out.
+/// The "Kernel" table, which the set-up record contains.
 tavrel::HFT kernelTable();
 /// The "TavrelSupport" table.
 tavrel::HFT supportTable();

@@ -1,5 +1,5 @@
-// The host's tables and the plug-ins' servers. The runtime owns the one registry; RequestTable and the TavrelSupport
-// table work on it, and whoever builds the application fills it.
+// The host's tables and the plug-ins' servers. The runtime owns the only registry and fills it (addTable); RequestTable
+// and the TavrelSupport table work on it.
 #include "host/kernel/servers.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace host {
 namespace {
 
 // What is called in place of an operation of a table that has been destroyed or whose plug-in has ended. The arguments
-// are whatever the operation takes; they are not looked at, and nothing is returned.
+// are those of the operation; they are not read, and nothing is returned.
 void raiseRetired() {
   noteReason("an operation of a plug-in that has ended or taken its table back");
   raise(tavrel::errBadHandle);
@@ -88,7 +88,7 @@ void TableRegistry::closeServers(tavrel::ExtensionID extension) {
   for (;;) {
     const auto newest = std::find_if(servers_.rbegin(), servers_.rend(), isOwn);
     if (newest == servers_.rend()) return;
-    // Out of every list before it is called: a destroy procedure may do anything with tables and servers.
+    // Removed from every list before it is called: a destroy procedure may do anything with tables and servers.
     const auto forget = [this](Server *server) {
       serverHandles_.remove(server);
       delete server;

@@ -32,7 +32,7 @@ public:
   /// Selectors that plug-ins' tables may have together, those destroyed included.
   static constexpr size_t mostSelectors = 1U << 20U;
 
-  /// Makes a table of the host's own known at exactly this version. The entries live as long as the registry.
+  /// Registers a table of the host at exactly this version. The entries live as long as the registry.
   void add(tavrel::Atom name, uint32_t version, tavrel::HFT entries);
   /// The host's table, or what a plug-in's server gives for that version, or null. Remembers that the client, if it is
   /// a plug-in, uses the server's.
@@ -48,13 +48,13 @@ public:
   tavrel::HFT newTable(tavrel::HFTServer server, uint32_t selectors);
   /// Throws errBadHandle for a table that newTable did not give or that is destroyed already; null is ignored.
   void destroyTable(tavrel::HFT table);
-  /// Throws errBadHandle for such a table and errBadArgument for a selector beyond its end.
+  /// Throws errBadHandle for a table that is unknown or destroyed and errBadArgument for a selector beyond its end.
   void replaceEntry(tavrel::HFT table, uint32_t selector, tavrel::Callback callback);
 
   /// Removes a plug-in's servers and calls their destroy procedures, each once, the newest server first. A server can
   /// not be requested any more when its procedure is called. From now on the plug-in makes no new server.
   void closeServers(tavrel::ExtensionID extension);
-  /// Has the entries raise errBadHandle that are a plug-in's: all of its own tables, and its callbacks in others.
+  /// Makes the entries of a plug-in raise errBadHandle: all of its own tables, and its callbacks in others.
   void retire(tavrel::ExtensionID extension, const Callbacks &callbacks) noexcept;
 
   /// Tables of plug-ins that are not destroyed.

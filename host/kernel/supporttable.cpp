@@ -31,7 +31,7 @@ void destroyTable(HFT table) { Runtime::current().tables.destroyTable(table); }
 
 void replaceEntry(HFT table, uint32_t selector, Callback callback, uint32_t flags) {
   Runtime &runtime = Runtime::current();
-  runtime.callbacks.owner(callback); // throws for what is no callback
+  runtime.callbacks.owner(callback); // throws for an unknown callback
   if (flags != 0) throw HostError(errBadArgument, "flags of a table entry other than 0");
   runtime.tables.replaceEntry(table, selector, callback);
 }

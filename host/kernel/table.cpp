@@ -1,4 +1,4 @@
-// Tables of the host's own operations: only the check that none was forgotten.
+// Tables of the host's own operations: only the check that none is missing.
 #include "host/kernel/table.h"
 
 namespace host {

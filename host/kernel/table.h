@@ -1,7 +1,7 @@
 // Builds a host function table from typed functions.
 //
-// Every entry is a thin wrapper around the host's own function: it catches whatever that throws, lets every object
-// go, and only then raises, because a raise jumps over C++ frames.
+// Every entry is a thin wrapper around the host's own function: it catches every exception, destroys every object, and
+// only then raises, because a raise jumps over C++ frames.
 #pragma once
 
 #include <new>
@@ -19,7 +19,7 @@ namespace host {
 /// there is none. No object with a destructor may be alive in the caller.
 void raise(int32_t code);
 
-/// Remembers why the next raise happens, for the line that the host prints if nobody catches it.
+/// Remembers why the next raise happens, for the line that the host prints if no frame of the plug-in is open.
 void noteReason(const char *reason) noexcept;
 
 template <auto Function, typename R, typename... A> R guarded(A... arguments) {
@@ -54,7 +54,7 @@ public:
     entries_.at(Index) = tavrel::entryOf(&guarded<Function, R, A...>);
   }
 
-  /// The same for a function that never throws and may raise by itself.
+  /// The same for a function that never throws and may raise directly.
   template <auto Function, tavrel::HFT &Global, uint32_t Index, typename R, typename... A>
   void provideBare(const tavrel::Operation<Global, Index, R(A...)> & /*operation*/) {
     static_assert(std::is_same_v<decltype(Function), R (*)(A...)>, "the function has not the operation's type");

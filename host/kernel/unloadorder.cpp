@@ -1,5 +1,5 @@
-// The order of unloading, a function of who uses whose tables. The loader asks it before each plug-in that ends,
-// because a plug-in may still get tables while others end.
+// The order of unloading, a function of the uses of tables. The loader asks it before each plug-in that ends, because a
+// plug-in may still get tables while others end.
 #include "host/kernel/unloadorder.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // Finds the version note among the notes that the system's loader has mapped with a library. The loader of plug-ins
-// calls it once a library.
+// calls it once for each library.
 #include "host/kernel/versionnote.h"
 
 #include <dlfcn.h>
@@ -20,7 +20,7 @@ struct Search {
 
 size_t padded(size_t size) { return (size + 3) / 4 * 4; }
 
-// The notes of one segment stand one behind the other: a header, the owner's name, the content.
+// The notes of one segment follow one another, each of them a header, the owner's name, the content.
 std::string versionIn(const char *notes, size_t size) {
   while (size >= sizeof(ElfW(Nhdr))) {
     ElfW(Nhdr) header;

@@ -1,4 +1,4 @@
-// Alerts: what a plug-in asks, and who answers.
+// Alerts: questions of plug-ins, and their answers.
 #pragma once
 
 #include <array>
@@ -21,8 +21,8 @@ struct Alert {
 /// Shows an alert and gives the number of the button pressed, from 1; 0 where there is none.
 using AlertHandler = std::function<int32_t(const Alert &alert)>;
 
-/// Answers without asking anybody, and says on standard error what it answered: yes is the first button, no the second
-/// or, where there is no second, the last.
+/// Answers without a user, and prints the answer on standard error: yes is the first button, no the second or, where
+/// there is no second, the last.
 AlertHandler answerAlerts(bool yes);
 
 } // namespace host

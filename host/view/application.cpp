@@ -59,9 +59,9 @@ void Application::forget(ViewerDocument &document) {
 }
 
 void Application::bringToFront(ViewerDocument &document) {
-  const auto place =
+  const auto found =
       std::find_if(documents_.begin(), documents_.end(), [&](const auto &one) { return one.get() == &document; });
-  if (place != documents_.end()) std::rotate(place, place + 1, documents_.end());
+  if (found != documents_.end()) std::rotate(found, found + 1, documents_.end());
 }
 
 std::optional<Drawing> Application::draw(ViewerDocument &document) {
@@ -87,22 +87,22 @@ void Application::notify(tavrel::Notification selector, ViewerDocument &document
 }
 
 ViewerDocument *Application::documentOf(const PageView &view) const {
-  const auto place =
+  const auto found =
       std::find_if(documents_.begin(), documents_.end(), [&](const auto &one) { return one->view.get() == &view; });
-  return place == documents_.end() ? nullptr : place->get();
+  return found == documents_.end() ? nullptr : found->get();
 }
 
 void Application::setStatusText(tavrel::ExtensionID extension, const std::string &text) {
-  const auto said = statusTexts_.find(extension);
-  if ((said == statusTexts_.end() ? std::string() : said->second) == text) return;
+  const auto known = statusTexts_.find(extension);
+  if ((known == statusTexts_.end() ? std::string() : known->second) == text) return;
   if (text.empty())
     statusTexts_.erase(extension);
   else
     statusTexts_[extension] = text;
-  tellStatus();
+  notifyStatus();
 }
 
-void Application::tellStatus() const {
+void Application::notifyStatus() const {
   if (statusListener) statusListener();
 }
 
@@ -118,7 +118,7 @@ void Application::markPages(tavrel::ExtensionID extension, ViewerDocument &docum
     document.markedPages.erase(extension);
   else
     document.markedPages[extension] = std::move(marked);
-  tellStatus();
+  notifyStatus();
 }
 
 std::string Application::statusText() const {
@@ -154,12 +154,12 @@ void Application::retired(tavrel::ExtensionID extension) {
   size_t shown = statusTexts_.erase(extension);
   for (const auto &document : documents_)
     shown += document->markedPages.erase(extension);
-  if (shown > 0) tellStatus();
+  if (shown > 0) notifyStatus();
 }
 
 void addHostTables(Runtime &runtime) {
   runtime.addTable("DocModel", 0x00050000, docModelTable());
-  // The older versions are the same table: who asks for one does not look beyond its end.
+  // The older versions are the same table: a client of one does not read beyond its end.
   runtime.addTable("TavrelView", 0x00050001, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewStatusVersion, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewVersion, viewTable());

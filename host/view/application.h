@@ -22,8 +22,8 @@ namespace host {
 struct ViewerDocument {
   std::filesystem::path file;
   std::unique_ptr<Document> model;
-  std::unique_ptr<PageView> view; ///< null for a document that nobody looks at
-  std::string parameters;         ///< what stood behind the file's name when it was opened: "page=3"
+  std::unique_ptr<PageView> view; ///< null for a document that is not shown
+  std::string parameters;         ///< those after the file's name when it was opened: "page=3"
   /// What plug-ins have marked (DocMarkPages), in order of page, none empty.
   std::map<tavrel::ExtensionID, std::vector<int32_t>> markedPages;
 };
@@ -31,13 +31,13 @@ struct ViewerDocument {
 class Application : public Current<Application>, private CallWatcher {
 public:
   explicit Application(Runtime &runtime);
-  ~Application() override; ///< closes the documents, with notice
+  ~Application() override; ///< closes the documents and notifies the plug-ins
 
   /// Opens a document in front of all others and notifies the plug-ins, after `prepare`; where that throws, the
   /// document is not opened. dpi 0: without a view.
   ViewerDocument &open(std::unique_ptr<Document> model, const std::filesystem::path &file, double dpi,
                        const std::string &parameters = {});
-  /// Notifies the plug-ins, for whom the document is still there, and closes it, also where notifying throws.
+  /// Notifies the plug-ins while the document still exists, and closes it, also where notifying throws.
   void close(ViewerDocument &document);
   /// Null without any document.
   ViewerDocument *front() const { return documents_.empty() ? nullptr : documents_.back().get(); }
@@ -46,7 +46,7 @@ public:
   /// Draws the page shown and has every page-draw procedure paint on it. Nothing within a batch or another drawing, or
   /// without a view.
   std::optional<Drawing> draw(ViewerDocument &document);
-  /// The same, and nothing where nothing has changed since.
+  /// The same; nothing where nothing has changed since the last drawing.
   std::optional<Drawing> drawIfNeeded(ViewerDocument &document);
 
   void registerNotification(int32_t selector, const Registration &registration);
@@ -63,35 +63,35 @@ public:
   tavrel::ToolBar toolBarHandle() const { return toolBarHandles_.handle(toolBar_.get()); }
   void removeToolBar();
 
-  /// What a plug-in says on the status line; empty takes it away.
+  /// Sets a plug-in's text on the status line; empty removes it.
   void setStatusText(tavrel::ExtensionID extension, const std::string &text);
-  /// What all plug-ins say there, in the order in which they were loaded.
+  /// The status texts of all plug-ins, in the order in which they were loaded.
   std::string statusText() const;
-  /// Marks pages on a document's scroll bar; pages that it has not are left out.
+  /// Marks pages on a document's scroll bar; pages that it does not have are ignored.
   void markPages(tavrel::ExtensionID extension, ViewerDocument &document, std::span<const int32_t> pages);
   /// Whether a call into a plug-in is under way: then nothing is drawn.
   bool calling() const { return runtime_.running() != hostExtension; }
 
   AuxData auxData;
-  AlertHandler alert;        ///< at first one that answers no
+  AlertHandler alert;        ///< initially one that answers no
   uint32_t modifierKeys = 0; ///< flags (ModifierKey)
-  /// Gets a document before the plug-ins hear of it: how large its window is, where its pages come from.
+  /// Called before the plug-ins are notified of a document: sets the size of its window and where its pages come from.
   std::function<void(ViewerDocument &document)> prepare;
-  /// Told when a document's view has something to draw.
+  /// Called when a document's view has something to draw.
   std::function<void(ViewerDocument &document)> listener;
-  /// Told when the status text or the marked pages of a document have changed.
+  /// Called when the status text or the marked pages of a document have changed.
   std::function<void()> statusListener;
 
 private:
   void forget(ViewerDocument &document);
-  void tellStatus() const;
+  void notifyStatus() const;
   void notify(tavrel::Notification selector, ViewerDocument &document);
   void beforeCall() override;
   void afterCall() noexcept override;
   void retired(tavrel::ExtensionID extension) override;
 
   Runtime &runtime_;
-  std::vector<std::unique_ptr<ViewerDocument>> documents_; ///< the front one stands last
+  std::vector<std::unique_ptr<ViewerDocument>> documents_; ///< the front one is last
   Handles<tavrel::Doc, ViewerDocument> documentHandles_{"document"};
   Handles<tavrel::PageView, PageView> viewHandles_{"page view"};
   Handles<tavrel::ToolBar, ToolBar> toolBarHandles_{"tool bar"};
@@ -101,7 +101,7 @@ private:
   std::map<tavrel::ExtensionID, std::string> statusTexts_; ///< none is empty
 };
 
-/// Makes the tables "DocModel", "TavrelView" and "Desktop" known to a runtime.
+/// Registers the tables "DocModel", "TavrelView" and "Desktop" with a runtime.
 void addHostTables(Runtime &runtime);
 /// The "TavrelView" table; its operations work on the current application.
 tavrel::HFT viewTable();

@@ -1,4 +1,4 @@
-// The handlers of auxiliary data. The application owns the one list.
+// The handlers of auxiliary data. The application owns the only list.
 #include "host/view/auxdata.h"
 
 #include <limits>
@@ -6,7 +6,7 @@
 namespace host {
 namespace {
 
-constexpr uint32_t recordVersion = 8; // what AuxDataHandler::size says on every machine
+constexpr uint32_t recordVersion = 8; // the value of AuxDataHandler::size on every machine
 
 } // namespace
 

@@ -12,8 +12,8 @@ namespace host {
 
 class AuxData {
 public:
-  /// False when this very record is registered for the type already. The record stays the plug-in's. Throws
-  /// errBadArgument for a record of another size, errBadHandle for one without a callback.
+  /// False when this record is already registered for the type. The plug-in owns the record. Throws errBadArgument for
+  /// a record of another size, errBadHandle for one without a callback.
   bool add(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel::AuxDataHandler *handler);
   /// False when it was not registered.
   bool remove(tavrel::ExtensionID extension, tavrel::Atom type, const tavrel::AuxDataHandler *handler) noexcept;
@@ -21,8 +21,8 @@ public:
   void retire(tavrel::ExtensionID extension) noexcept;
   bool has(tavrel::Atom type) const noexcept { return handlers_.contains(type); }
 
-  /// Asks the handlers of the type in the order of their registration until one says that it handled the bytes. A
-  /// handler that is unregistered before its turn is not asked, and its record not read.
+  /// Asks the handlers of the type in the order of their registration until one has handled the bytes. A handler that
+  /// is unregistered meanwhile is not asked, and its record not read.
   bool deliver(tavrel::Atom type, std::span<const char> bytes, tavrel::Doc document) const;
 
 private:

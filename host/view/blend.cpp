@@ -1,8 +1,8 @@
 // Chooses how a mark is blended by the colours that it covers.
 //
-// A highlighter multiplies, which keeps dark text on light paper. On a dark or coloured background the same would take
-// the text's contrast, or change nothing. There the background gets another colour and the text stays: a pixel of an
-// edge, between background and text, changes in proportion, so that edges stay smooth.
+// A highlighter multiplies, which keeps dark text on light paper. On a dark or coloured background the same would
+// reduce the text's contrast, or change nothing. There the background gets another colour and the text stays: a pixel
+// of an edge, between background and text, changes in proportion, so that edges stay smooth.
 #include "host/view/blend.h"
 
 #include <algorithm>
@@ -12,15 +12,15 @@
 namespace host {
 namespace {
 
-// What was readable has this contrast after blending, or its own where that was less: a reserve for rounding and for
-// colours that were not looked at.
+// Readable text has this contrast after blending, or its original one where that is less: a reserve for rounding and
+// for colours that are not sampled.
 constexpr double wanted = readable + 0.2;
 
-// A component has to change by so much for a mark to be visible; where the colour is ours to choose, by more.
+// A component has to change by so much for a mark to be visible; where the host chooses the colour, by more.
 constexpr int visibleChange = 24, clearChange = 40;
 
-// From this contrast on a colour is no other shade of the background. Less than `readable`, because backgrounds in
-// pictures vary: what is readable on one part of it has to stay, too.
+// From this contrast on a colour is not a shade of the background. Less than `readable`, because backgrounds in
+// pictures vary: text that is readable on a part of one must stay readable.
 constexpr double distinct = 2;
 
 constexpr size_t mostBackgrounds = 32, mostTexts = 6;
@@ -68,7 +68,8 @@ bool isVisible(const Rgb &before, const Rgb &after, int least) {
   return std::any_of(change.begin(), change.end(), [least](double one) { return std::abs(one) >= least; });
 }
 
-// The colour of a text whose thin strokes are all edge: the farthest one that is mixed with the background to this.
+// The colour of a text whose thin strokes are only edges: the farthest one that gives this edge when it is mixed with
+// the background.
 Rgb extended(const Rgb &background, const Rgb &edge) {
   const Vector way = difference(background, edge);
   const Vector from = difference({0, 0, 0}, background);
@@ -167,7 +168,8 @@ void Blender::countRow(int y, int left, int right, int step) {
   count(last, times);
 }
 
-// Of large boxes some thousand pixels. Text leaves the upper and lower edge free, so pixels there count once more.
+// Samples some thousand pixels of a large box. Text leaves the upper and lower edge free, so pixels there are counted
+// again.
 std::vector<Blender::Shade> Blender::shadesIn(const PixelBox &box) {
   constexpr double enough = 4096;
   const double area = double{1} * (box.right - box.left) * (box.bottom - box.top);
@@ -189,8 +191,8 @@ std::vector<Blender::Shade> Blender::shadesIn(const PixelBox &box) {
   return shades;
 }
 
-// The background is the colour that, with those of nearly the same lightness, covers most: in a picture the text may
-// well be the most frequent single colour. The shades come by their count.
+// The background is the colour that, with those of nearly the same lightness, covers most: in a picture the text may be
+// the most frequent single colour. The shades are sorted by count.
 Blender::Colors Blender::withBackground(std::span<const Shade> shades) {
   constexpr double sameLightness = 1.6; // contrast
   constexpr size_t candidates = 16;
@@ -210,8 +212,8 @@ Blender::Colors Blender::withBackground(std::span<const Shade> shades) {
   return colors;
 }
 
-// Of the shades that are distinct from the background the farthest ones are text; what lies between it and them is the
-// edge of text. The shades come by their count.
+// Of the shades that are distinct from the background the farthest ones are text; what is between it and them is the
+// edge of text. The shades are sorted by count.
 std::vector<Rgb> Blender::textsOf(const Rgb &background, std::span<const Shade> shades, int few) {
   std::vector<Shade> others;
   const auto isOther = [&](const Shade &shade) { return contrastOf(shade.color, background) >= distinct; };
@@ -242,8 +244,8 @@ Blender::Colors Blender::colorsIn(const PixelBox &box) {
   for (const Shade &shade : shades)
     all += shade.count;
   colors.texts = textsOf(colors.background, shades, all / 500);
-  // The edges of text are no background. Where they would be a good part of the box they are none: it is a
-  // picture, unless the background is white, as under the smallest text.
+  // The edges of text are no background. Where they are a large part of the box they are not edges: it is a picture,
+  // unless the background is white, as under the smallest text.
   const auto isShade = [&](const Shade &shade) { return contrastOf(shade.color, colors.background) < distinct; };
   const auto isTextEdge = [&](const Shade &shade) { return isEdge(colors.background, colors.texts, shade.color); };
   int edges = 0;
@@ -257,7 +259,7 @@ Blender::Colors Blender::colorsIn(const PixelBox &box) {
   return colors;
 }
 
-// Of what was readable, the least share of the contrast wanted, at most 1; 0 where the mark would not be visible.
+// The least share of the wanted contrast that readable colours keep, at most 1; 0 where the mark would not be visible.
 double Blender::suitability(const Blend &blend, const Colors &colors, int leastChange) {
   struct Luminances {
     double before, after;
@@ -287,7 +289,7 @@ Blend Blender::blendFor(const Colors &colors) const {
   constexpr Rgb white{255, 255, 255}, black{0, 0, 0};
   constexpr int steps = 10;
   const Rgb background = colors.background;
-  // Multiplied, a dark background would come out black.
+  // Multiplying would make a dark background black.
   const bool isLight = contrastOf(background, black) > contrastOf(background, white);
   Blend best = Blend::multiply(mark_);
   double bestSuitability = isLight ? suitability(best, colors, visibleChange) : 0;

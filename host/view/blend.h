@@ -18,16 +18,16 @@ struct Rgb {
 /// The contrast of two colours as WCAG defines it, from 1 to 21.
 double contrastOf(const Rgb &a, const Rgb &b);
 
-/// Text of less contrast to its background is not taken for readable.
+/// Text of less contrast to its background does not count as readable.
 inline constexpr double readable = 3;
 
-/// The pixels from left to right and from top to bottom; right and bottom are the first beyond.
+/// The pixels from left to right and from top to bottom; right and bottom are exclusive.
 struct PixelBox {
   int left, top, right, bottom;
 };
 
-/// Changes pixels under a mark: multiplies them by a colour, or exchanges the colour of their background and leaves
-/// text as it is.
+/// Changes pixels under a mark: multiplies them by a colour, or replaces the colour of their background and leaves text
+/// unchanged.
 class Blend {
 public:
   static Blend multiply(const Rgb &color);

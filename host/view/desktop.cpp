@@ -1,5 +1,5 @@
-// Texts and images from the X resource database, and the top-level widget of a program without a window. The only place
-// of the host that knows X.
+// Texts and images from the X resource database, and the top-level widget of a program without a window. The only
+// source of the host that uses X.
 #include "host/view/desktop.h"
 
 #include <X11/Intrinsic.h>
@@ -28,8 +28,8 @@ struct ResourceClass {
   XrmDatabase fallbacks = nullptr;
 };
 
-// What two requests for a bitmap have in common that get the same one. Plug-ins use the same names for different
-// images.
+// Requests for a bitmap with equal keys get the same one. Plug-ins use the same names for different images, so the key
+// contains the bits.
 struct BitmapKey {
   std::string resourceClass; ///< of the widget; empty: none
   std::string name, classOfName;
@@ -48,7 +48,7 @@ std::string bytesOf(const unsigned char *bits, uint32_t width, uint32_t height) 
   return {reinterpret_cast<const char *>(bits), size_t{height} * ((width + 7) / 8)};
 }
 
-// Asked with quarks: a key may contain blanks and dots, which a name in writing cannot.
+// Looked up with quarks: a key may contain spaces and dots, which a resource name as text cannot.
 std::optional<std::string> lookUp(XrmDatabase database, const std::string &className, const char *name,
                                   const char *classOfName) {
   if (database == nullptr) return std::nullopt;
@@ -70,8 +70,8 @@ int reportError(::Display *display, XErrorEvent *event) {
 int reportLoss(::Display *display) {
   std::fprintf(stderr, "tavrel: lost the connection to display %s\n", DisplayString(display));
   std::fflush(stdout); // what was written before
-  // Not exit(): it would destroy what threads still use. Unfinished files and a private display are ended by
-  // quick_exit.
+  // Not exit(): it would destroy what threads still use. Handlers of quick_exit remove unfinished files and end a
+  // private display.
   std::quick_exit(EXIT_FAILURE);
 }
 
@@ -80,7 +80,7 @@ int reportLoss(::Display *display) {
 struct WindowSystem::State {
   ::Widget topLevel = nullptr;
   std::vector<ResourceClass> classes;
-  std::set<std::string> texts; // a node each: what was handed out never moves
+  std::set<std::string> texts; // nodes: a text that was returned never moves
   std::map<BitmapKey, Pixmap> bitmaps;
 
   const ResourceClass *classNamed(const char *name) const {
@@ -88,8 +88,8 @@ struct WindowSystem::State {
     return found == classes.end() ? nullptr : &*found;
   }
 
-  // Of the widget or the nearest of its parents that has one: by its name or, because a shell without a parent has the
-  // name of the program, by the class that its plug-in gave it. Null where none has one.
+  // The class of the widget or of its nearest parent that has one: by its name or, because a shell without a parent has
+  // the name of the program, by the class that its plug-in gave it. Null where none has one.
   const ResourceClass *classOf(::Widget widget) const {
     for (; widget != nullptr; widget = XtParent(widget)) {
       const ResourceClass *found = classNamed(XtName(widget));
@@ -125,7 +125,7 @@ struct WindowSystem::State {
     if (XReadBitmapFile(display, XDefaultRootWindow(display), file.c_str(), &width, &height, &bitmap, &hotX, &hotY) ==
         BitmapSuccess)
       return bitmap;
-    std::fprintf(stderr, "tavrel: %s: is no bitmap file that can be read\n", file.c_str());
+    std::fprintf(stderr, "tavrel: %s: cannot be read as a bitmap file\n", file.c_str());
     return 0;
   }
 };
@@ -162,7 +162,7 @@ const char *WindowSystem::text(tavrel::Widget widget, const char *key, const cha
 
 tavrel::Bitmap WindowSystem::bitmap(tavrel::Widget widget, const char *name, const char *className,
                                     const unsigned char *bits, uint32_t width, uint32_t height) {
-  constexpr uint32_t largest = 0x7FFF; // what the X protocol can say
+  constexpr uint32_t largest = 0x7FFF; // the limit of the X protocol
   if (name == nullptr || className == nullptr) throw HostError(tavrel::errBadArgument, "a bitmap without a name");
   if (width > largest || height > largest) throw HostError(tavrel::errBadArgument, "a bitmap that is too large");
   if (state_->topLevel == nullptr) return 0;
@@ -200,14 +200,14 @@ TopLevel::TopLevel() {
   XtToolkitInitialize();
   int argc = 0;
   XtDisplayInitialize(XtCreateApplicationContext(), display, "tavrel", "Tavrel", nullptr, 0, &argc, nullptr);
-  // The shell's size is its own business as long as it is not realised.
+  // The shell needs no size as long as it is not realised.
   Arg values[] = {{const_cast<char *>(XtNmappedWhenManaged), False}};
   widget_ = XtAppCreateShell("tavrel", "Tavrel", applicationShellWidgetClass, display, values, XtNumber(values));
 }
 
 TopLevel::~TopLevel() {
   XtAppContext context = XtWidgetToApplicationContext(widget_);
-  XtDestroyWidget(widget_);             // does not go with its context
+  XtDestroyWidget(widget_);             // the context does not destroy it
   XtDestroyApplicationContext(context); // closes the display
 }
 

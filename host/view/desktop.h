@@ -16,7 +16,7 @@ public:
   ~WindowSystem();
 
   tavrel::Widget topLevel() const;
-  /// Makes a class known; its lines count where the user says nothing. `lines` is null or ends with a null.
+  /// Registers a class; its lines apply where the user sets nothing. `lines` is null or ends with a null.
   void registerClass(const char *className, const char *const *lines);
   /// The text of a key, or `builtIn` itself. It is looked up in the class of the widget or of its nearest parent that
   /// has one: its name, or the class that a plug-in gave its application shell. Where none of these is a registered
@@ -33,7 +33,7 @@ private:
 };
 
 /// A top-level widget of its own application context, neither realised nor mapped. Throws HostError when the display
-/// cannot be opened. From then on errors of the X server are lines on standard error.
+/// cannot be opened. From then on errors of the X server are reported on standard error.
 class TopLevel {
 public:
   TopLevel();

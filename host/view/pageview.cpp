@@ -12,23 +12,23 @@ namespace {
 constexpr double pointsPerInch = 72;
 constexpr tavrel::ColorValue black{tavrel::colorSpaceRGB, {0, 0, 0, 0}};
 
-// Whatever way a drawing ends, the next one may start.
+// Ends a drawing also when an exception is thrown, so that the next one may start.
 class UnderWay {
 public:
-  UnderWay(Drawing *&place, Drawing *drawing) : place_(place) { place_ = drawing; }
-  ~UnderWay() { place_ = nullptr; }
+  UnderWay(Drawing *&current, Drawing *drawing) : current_(current) { current_ = drawing; }
+  ~UnderWay() { current_ = nullptr; }
   UnderWay(const UnderWay &) = delete;
   UnderWay &operator=(const UnderWay &) = delete;
 
 private:
-  Drawing *&place_;
+  Drawing *&current_;
 };
 
 } // namespace
 
 PageView::PageView(Document &document, double dpi, std::function<void()> listener)
     : document_(document), listener_(std::move(listener)), dpi_(dpi), wantedDpi_(dpi), drawColor_(black) {
-  constexpr size_t usualDepth = 16; // calls of plug-ins within each other then need no memory
+  constexpr size_t usualDepth = 16; // nested calls into plug-ins then need no allocation
   savedDepths_.reserve(usualDepth);
 }
 
@@ -82,7 +82,7 @@ void PageView::chooseDpi() {
   dpi_ = dpi;
   const Pixels now = window();
   const auto moved = [&](int scroll, int sizeBefore, int sizeNow) {
-    if (scroll == 0 && !seen_) return 0; // nobody has scrolled yet
+    if (scroll == 0 && !drawn_) return 0; // not scrolled yet
     return static_cast<int>(std::lround((scroll + sizeBefore / 2.0) * ratio - sizeNow / 2.0));
   };
   scrollTo(moved(scrollX_, before.width, now.width), moved(scrollY_, before.height, now.height));
@@ -92,7 +92,7 @@ void PageView::chooseDpi() {
 void PageView::setWindow(int width, int height) {
   if (width == window_.width && height == window_.height) return;
   const Pixels before = window();
-  const bool keepMiddle = !seen_ && window_.width > 0;
+  const bool keepMiddle = !drawn_ && window_.width > 0;
   const auto moved = [=](int scroll, int sizeBefore, int sizeNow) {
     return keepMiddle && scroll > 0 ? scroll + (sizeBefore - sizeNow) / 2 : scroll;
   };
@@ -106,7 +106,7 @@ void PageView::setWindow(int width, int height) {
 
 PageView::Pixels PageView::pagePixels() {
   const PageSize size = document_.pageSize(page());
-  // A hair less, as the images are made.
+  // Minus an epsilon, as the images are rendered.
   return {static_cast<int>(std::ceil(size.width * scale() - 1e-6)),
           static_cast<int>(std::ceil(size.height * scale() - 1e-6))};
 }
@@ -114,9 +114,9 @@ PageView::Pixels PageView::pagePixels() {
 PageView::Pixels PageView::window() { return window_.width == 0 ? pagePixels() : window_; }
 
 void PageView::scrollTo(int x, int y) {
-  const Pixels whole = pagePixels(), part = window();
-  const int newX = std::clamp(x, 0, std::max(0, whole.width - part.width));
-  const int newY = std::clamp(y, 0, std::max(0, whole.height - part.height));
+  const Pixels full = pagePixels(), part = window();
+  const int newX = std::clamp(x, 0, std::max(0, full.width - part.width));
+  const int newY = std::clamp(y, 0, std::max(0, full.height - part.height));
   if (newX == scrollX_ && newY == scrollY_) return;
   scrollX_ = newX;
   scrollY_ = newY;
@@ -136,14 +136,14 @@ tavrel::FixedMatrix PageView::transform() {
 void PageView::endBatch() {
   if (batchDepth_ == 0) throw HostError(tavrel::errBadArgument, "no batch is open");
   --batchDepth_;
-  tellIfChanged();
+  notifyIfChanged();
 }
 
 void PageView::restoreBatchDepth() noexcept {
-  // None was saved by a view that was opened during the call.
+  // A view that was opened during the call has saved none.
   batchDepth_ = savedDepths_.empty() ? 0 : savedDepths_.back();
   if (!savedDepths_.empty()) savedDepths_.pop_back();
-  tellIfChanged();
+  notifyIfChanged();
 }
 
 void PageView::setDrawColor(const tavrel::ColorValue &color) {
@@ -153,10 +153,10 @@ void PageView::setDrawColor(const tavrel::ColorValue &color) {
 
 void PageView::invalidate() {
   invalid_ = true;
-  tellIfChanged();
+  notifyIfChanged();
 }
 
-void PageView::tellIfChanged() {
+void PageView::notifyIfChanged() {
   if ((!invalid_ && !highlightsChanged_) || batchDepth_ > 0) return;
   highlightsChanged_ = false;
   if (listener_) listener_();
@@ -173,7 +173,7 @@ void PageView::highlight(const Selection &selection) {
   if (std::find(painted_.begin(), painted_.end(), area) != painted_.end()) return invalidate();
   if (std::erase(highlights_, area) == 0) highlights_.push_back(std::move(area));
   highlightsChanged_ = true;
-  tellIfChanged();
+  notifyIfChanged();
 }
 
 void PageView::paintHighlights(Drawing &drawing) {
@@ -190,7 +190,7 @@ void PageView::paint(const Selection &selection) {
   if (selection.page != drawing_->page)
     throw HostError(tavrel::errBadArgument, "the selection is not on the page being drawn");
   painted_.push_back({selection.page, selection.boxes});
-  std::erase(highlights_, painted_.back()); // or both would be seen
+  std::erase(highlights_, painted_.back()); // or both would be visible
   paintMarks(drawing_->image, selection.boxes,
              {scale(), document_.pageSize(selection.page).height, drawing_->x, drawing_->y}, rgbOf(drawColor_));
   drawing_->marks += selection.ranges;
@@ -206,7 +206,7 @@ const Image *PageView::background() {
   return &rendered_->image;
 }
 
-Drawing PageView::cut(const Image &page) const {
+Drawing PageView::crop(const Image &page) const {
   Drawing drawing{.page = page_, .dpi = dpi_};
   if (window_.width == 0) {
     drawing.image = page;
@@ -228,9 +228,9 @@ std::optional<Drawing> PageView::draw(const std::function<void()> &painters) {
   if (!mayDraw()) return std::nullopt;
   const Image *page = background();
   if (page == nullptr) return std::nullopt;
-  Drawing drawing = cut(*page);
+  Drawing drawing = crop(*page);
   invalid_ = false;
-  seen_ = true;
+  drawn_ = true;
   drawnPage_ = page_;
   painted_.clear();
   highlights_.clear();

@@ -1,7 +1,7 @@
-// The part of a viewer document that shows a page: which page, how large, which piece of it, and what is painted on it.
+// The part of a viewer document that shows a page: which page, how large, which part of it, and what is painted on it.
 //
-// Nothing is drawn when something changes. A change marks the view invalid and tells the listener; the program draws
-// when it wants, which is never within a batch and never within another drawing.
+// Nothing is drawn when something changes. A change marks the view invalid and notifies the listener; the program draws
+// later, never within a batch or within another drawing.
 #pragma once
 
 #include <functional>
@@ -23,23 +23,23 @@ struct Drawing {
   double dpi = 0;
 };
 
-/// What a selection marks. A copy, because the selection may be gone when it is looked at again.
+/// What a selection marks. A copy, because the selection may be destroyed before the area is used again.
 struct MarkedArea {
   int32_t page = 0;
   std::vector<Box> boxes;
   bool operator==(const MarkedArea &) const = default;
 };
 
-/// What decides how large a page is shown.
+/// How the size of a page is chosen.
 enum class Fit { none, width, page };
 
-/// Gives a page's image, which then stays until it is asked for again; null where it is not there yet. Whoever gives
-/// null invalidates the view when it is.
+/// Returns a page's image, which is valid until the next call; null where it is not rendered yet. A source that returns
+/// null invalidates the view when the image is ready.
 using PageSource = std::function<const Image *(int32_t page, double dpi)>;
 
 class PageView {
 public:
-  /// Shows page 0. The document outlives the view. The listener is told when there is something to draw.
+  /// Shows page 0. The document outlives the view. The listener is notified when there is something to draw.
   PageView(Document &document, double dpi, std::function<void()> listener = {});
   PageView(const PageView &) = delete;
   PageView &operator=(const PageView &) = delete;
@@ -50,21 +50,22 @@ public:
   void showPage(int32_t page);
 
   double dpi() const { return dpi_; }
-  /// Shows all pages at that size, as near as a window comes to it (largestDpi).
+  /// Shows all pages at that size, in a window at most at largestDpi.
   void setDpi(double dpi);
   Fit fit() const { return fit_; }
   /// Shows every page as large as the window, as long as there is one; Fit::none leaves the size as it is.
   void setFit(Fit fit);
-  /// How large a page is when it is shown, whatever page that is.
+  /// The resolution at which a page is shown, whether it is the current one or not.
   double dpiOf(int32_t page);
-  /// Beyond that a page's image takes more than `largestImage` pixels, and a window does not show it.
+  /// Beyond it a page's image has more than `largestImage` pixels or a side that is too long, and a window does not
+  /// show it.
   double largestDpi(int32_t page);
   static constexpr double largestImage = 16.0 * 1024 * 1024;
 
-  /// The window's size in pixels; 0, 0 is as large as the page. Until the first drawing what is in the middle stays
-  /// there: somebody may have scrolled to it before the window had its size.
+  /// The window's size in pixels; 0, 0 is as large as the page. Until the first drawing the middle of the view stays in
+  /// the middle: the view may be scrolled before the window has its final size.
   void setWindow(int width, int height);
-  /// Draws so many pixels more on each side, where the page has them; they do not count as visible.
+  /// Draws that many more pixels on each side, where the page has them; they do not count as visible.
   void setMargin(int pixels) { margin_ = pixels; }
   /// The page's size in pixels.
   int pageWidth() { return pagePixels().width; }
@@ -82,8 +83,8 @@ public:
   /// Throws errBadArgument when none is open.
   void endBatch();
   size_t batchDepth() const { return batchDepth_; }
-  // Around a call into a plug-in: brackets that it leaves open are closed, those that it closes too many are opened.
-  // Memory for one of them is taken before.
+  // Around a call into a plug-in: batches that it leaves open are closed, batches that it closes too often are opened
+  // again. expectCall reserves the memory for one call.
   void expectCall() { savedDepths_.reserve(savedDepths_.size() + 1); }
   void saveBatchDepth() { savedDepths_.push_back(batchDepth_); }
   void restoreBatchDepth() noexcept;
@@ -95,18 +96,18 @@ public:
   void invalidate();
   bool invalid() const { return invalid_; }
 
-  /// The same on behalf of a plug-in, which has changed what is to be marked: highlights end.
+  /// The same on behalf of a plug-in that has changed its marks: highlights end.
   void refresh();
 
   /// Highlights a selection of the page drawn last, or ends that; no page-draw procedure is called. The next drawing
   /// ends it, too. Where a page-draw procedure has painted the selection, the page is drawn anew instead.
   void highlight(const Selection &selection);
   const std::vector<MarkedArea> &highlights() const { return highlights_; }
-  /// Multiplies what is highlighted onto a drawing of this view, where highlights overlap once.
+  /// Multiplies what is highlighted onto a drawing of this view; pixels in several highlights once.
   void paintHighlights(Drawing &drawing);
   static constexpr Rgb highlightColor{0xB4, 0xD5, 0xFE};
 
-  /// Marks the selection on the page being drawn. Throws errBadArgument when none is, or another.
+  /// Marks the selection on the page being drawn. Throws errBadArgument when no page or another one is being drawn.
   void paint(const Selection &selection);
   bool drawing() const { return drawing_ != nullptr; }
   /// Whether nothing keeps draw() from drawing: no batch, no other drawing.
@@ -125,9 +126,9 @@ private:
   Pixels window();
   double scale() const { return (drawing_ ? drawing_->dpi : dpi_) / 72; }
   const Image *background();
-  Drawing cut(const Image &page) const;
+  Drawing crop(const Image &page) const;
   void chooseDpi();
-  void tellIfChanged();
+  void notifyIfChanged();
 
   Document &document_;
   std::function<void()> listener_;
@@ -136,20 +137,20 @@ private:
   int32_t page_ = 0;
   Pixels window_{0, 0};
   int margin_ = 0;
-  bool seen_ = false; ///< has been drawn
+  bool drawn_ = false; ///< at least once
   PageSource source_;
   int scrollX_ = 0, scrollY_ = 0;
   size_t batchDepth_ = 0;
   std::vector<size_t> savedDepths_; ///< a value for each call into a plug-in that is under way
   tavrel::ColorValue drawColor_;
   bool invalid_ = true;
-  // Kept apart from pixels: the next drawing begins without them.
+  // Not painted into pixels: the next drawing begins without them.
   std::vector<MarkedArea> highlights_;
   bool highlightsChanged_ = false;  ///< and the listener is not notified yet
   std::vector<MarkedArea> painted_; ///< by page-draw procedures, in the last drawing
   std::optional<int32_t> drawnPage_;
   Drawing *drawing_ = nullptr; ///< the one under way
-  // The page without marks as it was rendered last: marks come and go more often than pages.
+  // The page without marks as it was rendered last: marks change more often than pages.
   struct Rendered {
     Image image;
     int32_t page;

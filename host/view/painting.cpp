@@ -12,7 +12,7 @@ namespace host {
 namespace {
 
 PixelBox pixelsOf(const Box &box, const Scale &scale, const Image &image) {
-  // Boxes that end on a pixel's edge but for rounding do not reach into the next one.
+  // Boxes that end on a pixel's edge, apart from rounding errors, do not reach into the next one.
   constexpr double slack = 1e-4;
   const auto low = [](double value, int begin, int size) {
     return static_cast<int>(std::clamp(std::floor(value + slack) - begin, 0.0, static_cast<double>(size)));
@@ -27,7 +27,7 @@ PixelBox pixelsOf(const Box &box, const Scale &scale, const Image &image) {
           high((scale.pageHeight - box.bottom) * perPoint, scale.y, image.height)};
 }
 
-// Where a mark has been painted already, within a rectangle.
+// The pixels of a rectangle that have been painted already.
 class Mask {
 public:
   explicit Mask(const PixelBox &bounds)

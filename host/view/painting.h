@@ -21,7 +21,7 @@ struct Scale {
 };
 
 /// Blends a colour with the image in the boxes (Blender), each rounded outwards to whole pixels. Where boxes overlap,
-/// once.
+/// it is blended once.
 void paintMarks(Image &image, std::span<const Box> boxes, const Scale &scale, const Rgb &color);
 
 } // namespace host

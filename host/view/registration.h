@@ -1,4 +1,4 @@
-// A plug-in's function that is called again and again, with what it wants to be told each time.
+// A plug-in's function that is called repeatedly, with its client data.
 #pragma once
 
 #include <algorithm>
@@ -17,12 +17,12 @@ struct Registration {
   bool operator==(const Registration &) const = default;
 };
 
-/// Throws errBadHandle for what is no callback.
+/// Throws errBadHandle for an unknown callback.
 inline Registration registrationOf(tavrel::Callback callback, void *clientData) {
   return {callback, clientData, Runtime::current().callbacks.owner(callback)};
 }
 
-/// Once each, in the order in which they came.
+/// Appends a registration that is not in the list yet.
 inline void addOnce(std::vector<Registration> &list, const Registration &registration) {
   if (std::find(list.begin(), list.end(), registration) == list.end()) list.push_back(registration);
 }
@@ -32,7 +32,7 @@ inline void retire(std::vector<Registration> &list, tavrel::ExtensionID extensio
   std::erase_if(list, [=](const Registration &registration) { return registration.owner == extension; });
 }
 
-/// Calls Procedure(argument, clientData) for each; what is registered meanwhile comes next time.
+/// Calls Procedure(argument, clientData) for each; what is registered meanwhile is called the next time.
 template <typename Procedure, typename Argument>
 void callEach(const std::vector<Registration> &list, const char *what, Argument argument) {
   const size_t count = list.size();

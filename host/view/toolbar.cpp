@@ -21,7 +21,7 @@ constexpr OwnButton ownButtons[] = {
     {"ZoomOut", "Shows the page smaller"},
     {"ZoomIn", "Shows the page larger"},
     {"FitWidth", "Shows the page as wide as the window"},
-    {"FitPage", "Shows the page as a whole"},
+    {"FitPage", "Shows the complete page"},
     {"FindDialog", "Finds a text"},
     {"FindAgainDialog", "Finds the text again"},
 };
@@ -53,10 +53,10 @@ ToolButton &ToolBar::create(tavrel::Atom name, tavrel::Bitmap icon, tavrel::Exte
   return button;
 }
 
-void ToolBar::attach(ToolButton &button, Registration ToolButton::*place, const Registration &registration) {
-  button.*place = registration;
+void ToolBar::attach(ToolButton &button, Registration ToolButton::*member, const Registration &registration) {
+  button.*member = registration;
   // A plug-in may have the button made by another one, through an operation of a table. A button of the application
-  // stays its own whatever is attached to it.
+  // stays its own button whatever is attached to it.
   if (button.owner != hostExtension) button.owner = registration.owner;
 }
 
@@ -80,23 +80,23 @@ void ToolBar::retire(tavrel::ExtensionID extension) {
   });
   retired_.insert(retired_.end(), std::make_move_iterator(first), std::make_move_iterator(buttons_.end()));
   buttons_.erase(first, buttons_.end());
-  tell();
+  notify();
 }
 
 void ToolBar::insert(ToolButton &button, bool before, ToolButton *reference) {
   if (&button == reference) return;
   if (reference != nullptr && std::find(order_.begin(), order_.end(), reference) == order_.end())
-    throw HostError(tavrel::errBadArgument, "the button to stand beside is not on the tool bar");
+    throw HostError(tavrel::errBadArgument, "the reference button is not on the tool bar");
   const bool moves = std::erase(order_, &button) > 0;
   if (!moves && !hasSpace(1, 0)) throw HostError(tavrel::errBadArgument, "the tool bar is full");
-  auto place = order_.end();
-  if (reference != nullptr) place = std::find(order_.begin(), order_.end(), reference) + (before ? 0 : 1);
-  order_.insert(place, &button);
-  tell();
+  auto position = order_.end();
+  if (reference != nullptr) position = std::find(order_.begin(), order_.end(), reference) + (before ? 0 : 1);
+  order_.insert(position, &button);
+  notify();
 }
 
 void ToolBar::detach(ToolButton &button) {
-  if (std::erase(order_, &button) > 0) tell();
+  if (std::erase(order_, &button) > 0) notify();
 }
 
 std::vector<ToolButton *> ToolBar::visible() const {
@@ -109,7 +109,7 @@ std::vector<ToolButton *> ToolBar::visible() const {
 
 bool ToolBar::hasSpace(int32_t buttons, int32_t separators) const {
   const int64_t wanted = int64_t{buttons} + separators;
-  return wanted <= static_cast<int64_t>(room - order_.size());
+  return wanted <= static_cast<int64_t>(capacity - order_.size());
 }
 
 bool ToolBar::test(ToolButton &button) const {
@@ -129,7 +129,7 @@ void ToolBar::press(ToolButton &button) const {
 }
 
 void ToolBar::updateStates() {
-  // A test that asks for all tests again would never come to an end.
+  // A test that calls this function again would not terminate.
   if (updating_) return;
   {
     struct Updating {
@@ -140,10 +140,10 @@ void ToolBar::updateStates() {
     for (ToolButton *button : asked)
       button->enabled = test(*button);
   }
-  tell();
+  notify();
 }
 
-void ToolBar::tell() const {
+void ToolBar::notify() const {
   if (listener) listener();
 }
 

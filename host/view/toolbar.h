@@ -1,5 +1,4 @@
-// The model of a tool bar: which buttons there are, in which order they stand, what they say and do. Nothing here
-// draws.
+// The model of a tool bar: its buttons, their order, texts and actions. It draws nothing.
 #pragma once
 
 #include <functional>
@@ -19,7 +18,7 @@ struct ToolButton {
   tavrel::Bitmap icon = 0;
   std::string tip;
   std::set<int32_t> attributes;
-  bool enabled = true; ///< what its test said last
+  bool enabled = true; ///< the last result of its test
   /// The plug-in with which it is removed: the one whose callback was attached last, else the one that made it. The
   /// host's own number for a button of the application itself.
   tavrel::ExtensionID owner = hostExtension;
@@ -31,8 +30,8 @@ struct ToolButton {
 
 class ToolBar {
 public:
-  /// How many buttons and separators fit.
-  static constexpr size_t room = 32;
+  /// The number of buttons and separators that fit.
+  static constexpr size_t capacity = 32;
 
   /// A tool bar with the application's own buttons: those of `ownButtons`, without actions yet.
   explicit ToolBar(Atoms &atoms);
@@ -45,7 +44,7 @@ public:
   ToolButton &create(tavrel::Atom name, tavrel::Bitmap icon, tavrel::ExtensionID owner = hostExtension);
   /// Sets what a press calls.
   void attachAction(ToolButton &button, const Registration &action);
-  /// Sets what says whether the button is enabled.
+  /// Sets the test of whether the button is enabled.
   void attachTest(ToolButton &button, const Registration &test);
   /// Removes a plug-in's buttons from the tool bar, and its callbacks from the others. The objects stay: a window may
   /// show them until it is drawn anew.
@@ -56,26 +55,26 @@ public:
   void detach(ToolButton &button);
   bool hasSpace(int32_t buttons, int32_t separators) const;
 
-  /// Asks the button's test; without one, or with one that fails, it is enabled or disabled respectively.
+  /// Asks the button's test. Without a test the button is enabled; if the test fails, it is disabled.
   bool test(ToolButton &button) const;
   void press(ToolButton &button) const;
-  /// Asks the test of every button on the tool bar, then tells the listener.
+  /// Asks the test of every button on the tool bar, then notifies the listener.
   void updateStates();
 
   /// On the tool bar, from left to right.
   const std::vector<ToolButton *> &order() const { return order_; }
-  /// Those of them that a reader sees: in a viewer that is embedded in another window, of the plug-ins' buttons only
+  /// Those of them that are visible: in a viewer that is embedded in another window, of the plug-ins' buttons only
   /// those with buttonAlsoInBrowser.
   std::vector<ToolButton *> visible() const;
   /// Whether the viewer is embedded in another window.
   bool embedded = false;
   Handles<tavrel::ToolButton, ToolButton> &handles() { return handles_; }
-  /// Told when buttons come, go, move or change their state.
+  /// Called when buttons are added, removed, moved or change their state.
   std::function<void()> listener;
 
 private:
-  void tell() const;
-  static void attach(ToolButton &button, Registration ToolButton::*place, const Registration &registration);
+  void notify() const;
+  static void attach(ToolButton &button, Registration ToolButton::*member, const Registration &registration);
 
   Handles<tavrel::ToolButton, ToolButton> handles_{"tool button"};
   std::vector<std::unique_ptr<ToolButton>> buttons_;

@@ -1,4 +1,4 @@
-// The "TavrelView" table: each operation checks its handles and is then a line to the application's part that does it.
+// The "TavrelView" table: each operation checks its handles and calls the part of the application that implements it.
 #include "tavrel/TavrelView.h"
 
 #include "host/kernel/table.h"
@@ -8,7 +8,7 @@ namespace host {
 namespace {
 
 using tavrel::Atom, tavrel::Bool16, tavrel::Callback, tavrel::errBadArgument, tavrel::ExtensionID;
-// What plug-ins hold, as against the host's own objects of the same names.
+// The handles that plug-ins hold; the host's objects have the same names.
 using DocHandle = tavrel::Doc;
 using ViewHandle = tavrel::PageView;
 using BarHandle = tavrel::ToolBar;
@@ -18,7 +18,7 @@ Application &app() { return Application::current(); }
 
 ViewerDocument &documentOf(DocHandle handle) { return app().documents().find(handle); }
 
-// Null is let pass, and then nothing is done.
+// Null is accepted, and then nothing is done.
 PageView *viewOf(ViewHandle handle) { return handle == nullptr ? nullptr : &app().views().find(handle); }
 ToolBar *barOf(BarHandle handle) { return handle == nullptr ? nullptr : &app().findToolBar(handle); }
 
@@ -124,7 +124,7 @@ void scrollToPoint(ViewHandle handle, int16_t x, int16_t y) {
   if (PageView *view = viewOf(handle)) view->scrollTo(x, y);
 }
 
-// A view is drawn as a whole, so an area of it is no more than a reason.
+// A view is always drawn completely, so the area is ignored.
 void refreshArea(ViewHandle handle, const tavrel::DeviceRect * /*area*/) {
   if (PageView *view = viewOf(handle)) view->refresh();
 }
@@ -173,7 +173,7 @@ void updateButtonStates(BarHandle handle) {
 
 ButtonHandle createButton(Atom name, tavrel::Bitmap icon, int32_t reserved1, int32_t reserved2) {
   if (reserved1 != 0 || reserved2 != 0) throw HostError(errBadArgument, "reserved arguments of a button are not 0");
-  Runtime::current().atoms.name(name); // throws for what is no atom
+  Runtime::current().atoms.name(name); // throws for an unknown atom
   ToolBar &bar = theBar();
   return bar.handles().handle(&bar.create(name, icon, Runtime::current().running()));
 }
@@ -203,7 +203,7 @@ void setStatusText(ExtensionID extension, const char *text) {
   app().setStatusText(extension, text == nullptr ? "" : text);
 }
 
-// ---- what a document came with, and what is known of its pages
+// ---- open parameters, files, auxiliary data, pages
 
 const char *openParameters(DocHandle handle) {
   const ViewerDocument &document = documentOf(handle);
@@ -213,8 +213,8 @@ const char *openParameters(DocHandle handle) {
 const char *file(DocHandle handle) { return documentOf(handle).file.c_str(); }
 
 Bool16 attachAuxData(DocHandle handle, Atom type, const void *data, uint32_t length) {
-  documentOf(handle); // throws for a stranger
-  // A copy: who gets it may not change what the giver still reads.
+  documentOf(handle); // throws for an unknown handle
+  // A copy: a handler may not change the bytes of the caller.
   const auto *bytes = static_cast<const char *>(length == 0 ? nullptr : &reference(static_cast<const char *>(data)));
   const std::vector<char> copy(bytes, bytes + length);
   return app().auxData.deliver(type, copy, handle) ? 1 : 0;

@@ -10,12 +10,12 @@ extern tavrel::HFT gDesktopHFT;
 #define DESKTOP_OPERATIONS(OPERATION)                                                                                  \
   /* The application's top-level widget, or null. [no-raise] */                                                        \
   OPERATION(0, GetTopLevelWidget, Widget())                                                                            \
-  /* Makes a resource class known, with resource lines that count where the user says nothing; a null ends them.       \
+  /* Registers a resource class with resource lines that apply where the user sets nothing; a null ends the list.      \
      [raises] */                                                                                                       \
   OPERATION(1, RegisterResourceClass, void(const char *className, const char *const *fallbackLines))                   \
-  /* The resource of that key, or the default given. It is looked up in the registered class that the widget or the    \
-     nearest of its parents is named after, or that was given to it as application class when it was made as a shell   \
-     without parent; where there is no such class, in all of them. [raises] [borrowed until the host ends] */          \
+  /* The resource of that key, or the given default. It is looked up in one registered class: the one whose name the   \
+     widget or its nearest parent has, or that is the application class of a shell without parent among them; without  \
+     such a class, in all of them. [raises] [borrowed until the host ends] */                                          \
   OPERATION(2, GetResourceString, const char *(Widget widget, const char *key, const char *builtIn))                   \
   /* The bitmap file that the resource names, looked up likewise, or the given X11 bitmap data as a pixmap of depth 1, \
      or 0. [raises] [borrowed until the host ends] */                                                                  \

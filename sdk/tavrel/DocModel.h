@@ -4,12 +4,12 @@
 // content stream (version 1). A character offset counts code points, from 0, of the page's text: its words in reading
 // order, joined by one space. Page space is in points, origin at the lower left of the page as shown, y upwards.
 //
-// A text selection is never given back. A document keeps the 1,024 selections used last, and fewer where they cover
-// more than a million words and ranges together, but always the 16 used last. Making a selection uses it, and so does
-// every operation that takes it. So a plug-in may hold a selection, during a call or longer, while it makes few others;
-// when in doubt it makes the selection anew, which costs little as long as the document still has it. The handle of a
-// selection that was dropped raises errBadHandle for ever; it never names another selection.
-// Tags: see Kernel.h.
+// A plug-in does not release text selections. A document keeps the 1,024 selections used last, and fewer where they
+// cover more than a million words and ranges together, but always the 16 used last. Making a selection uses it, and so
+// does every operation that takes it. So a plug-in may hold a selection, during a call or longer, while it makes few
+// others; when in doubt it makes the selection anew, which costs little as long as the document still has it. The
+// handle of a selection that was dropped raises errBadHandle for ever; it never names another selection. Tags: see
+// Kernel.h.
 #pragma once
 
 #include "tavrel/hft.h"
@@ -18,19 +18,19 @@ extern tavrel::HFT gDocModelHFT;
 
 // clang-format off
 #define DOC_MODEL_OPERATIONS(OPERATION)                                                                                \
-  /* The page object of a page number; each is to be given back with PageClose. [raises] [owned] */                    \
+  /* The page object of a page number; each must be released with PageClose. [raises] [owned] */                       \
   OPERATION(0, DocOpenPage, Page(ModelDoc document, int32_t page))                                                     \
-  /* Gives a page object back. [raises] */                                                                             \
+  /* Releases a page object. [raises] */                                                                               \
   OPERATION(1, PageClose, void(Page page))                                                                             \
-  /* The words of a document by one version of word extraction, or null if there is no such version. The three         \
-     options are null, flags 8 (words as they stand, punctuation included), clientData 0. [raises] [owned] */          \
+  /* The words of a document by one version of word extraction, or null if there is no such version. The three options \
+     are null, flags 8 (words unchanged, with their punctuation), clientData 0. [raises] [owned] */                    \
   OPERATION(2, WordFinderCreate, WordFinder(ModelDoc document, void *encoding, void *names, void *map,                 \
                                             int16_t version, uint32_t flags, void *clientData))                        \
   /* Destroys a word finder, and with it every word. [raises] */                                                       \
   OPERATION(3, WordFinderDestroy, void(WordFinder finder))                                                             \
-  /* Extracts a page's words. Outputs, each may be null: the words in the finder's order, the same again sorted by     \
-     place on the page, the words in reading order (arrays borrowed until the page is released), their number.         \
-     A page acquired twice is to be released twice. [raises] */                                                        \
+  /* Extracts a page's words. Outputs, each may be null: the words in the finder's order, the same sorted by position  \
+     on the page, the words in reading order (arrays borrowed until the page is released), their number. A page        \
+     acquired twice must be released twice. [raises] */                                                                \
   OPERATION(4, WordFinderAcquirePage, void(WordFinder finder, int32_t page, Word **words, Word **sorted,               \
                                            Word **reading, int32_t *count))                                            \
   /* The n-th word of the page acquired last, from 0, or null. [raises] [borrowed until the page is released] */       \

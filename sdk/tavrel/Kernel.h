@@ -1,8 +1,8 @@
-// The "Kernel" table: atoms, callbacks, exception frames, and the way to every other table. The host hands it over in
-// the set-up record.
+// The "Kernel" table: atoms, callbacks, exception frames, and access to every other table. The set-up record contains
+// it.
 //
-// Tags of all tables: [raises] fails by raising (frame.h); [no-raise] never fails; [owned] the caller releases what
-// it gets; [borrowed until X] it may only look, until then. Booleans are 1 and 0.
+// Tags of all tables: [raises] fails by raising (frame.h); [no-raise] never fails; [owned] the caller releases the
+// result; [borrowed until X] the caller may read the result until X and does not release it. Booleans are 1 and 0.
 #pragma once
 
 #include "tavrel/frame.h"

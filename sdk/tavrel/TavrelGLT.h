@@ -1,8 +1,8 @@
 // The "TavrelGLT" table, up to version 0x00050000: what the highlight plug-in offers to other plug-ins. A client asks
-// for it with Kernel::RequestTable, keeps it in a `gTavrelGLTHFT` of its own and calls `TavrelGLT::GLT_Jump(...)`.
+// for it with Kernel::RequestTable, stores it in its own global `gTavrelGLTHFT` and calls `TavrelGLT::GLT_Jump(...)`.
 //
 // A highlight list (HLL) holds the hits of one document, grouped by page. A hit is addressed by a page index (the
-// place of its page in the list, not the page number) and a word index within that page. Booleans are 1 and 0.
+// position of its page in the list, not the page number) and a word index within that page. Booleans are 1 and 0.
 #pragma once
 
 #include <iterator>
@@ -15,12 +15,12 @@ extern tavrel::HFT gTavrelGLTHFT;
 
 namespace tavrel {
 
-/// Codes of GLT_Jump; the jump procedure is told the same ones.
+/// Codes of GLT_Jump; the jump procedure gets the same ones.
 enum GLTJumpCode : uint32_t {
   GLT_JUMP_NEXT = 0,
-  GLT_JUMP_NEXT_BEYOND = 1, ///< only the jump procedure is told
+  GLT_JUMP_NEXT_BEYOND = 1, ///< only for the jump procedure
   GLT_JUMP_PREV = 2,
-  GLT_JUMP_PREV_BEYOND = 3, ///< only the jump procedure is told
+  GLT_JUMP_PREV_BEYOND = 3, ///< only for the jump procedure
   GLT_JUMP_FIRST = 4,
   GLT_JUMP_LAST = 5,
 };
@@ -31,9 +31,9 @@ enum GLTViewMode : int32_t { GLT_VIEW_ALL = 0, GLT_VIEW_ONE = 1, GLT_VIEW_NONE =
 /// `offsetUnits` of character offsets; any other value means word numbers.
 inline constexpr int32_t GLT_CHARACTER_OFFSETS = 1;
 
-/// Told after every move, before the view follows: the document, the registered list, the code, the list's user data.
+/// Called after every move, before the view follows: the document, the registered list, the code, the list's user data.
 using GLTJumpProc = void (*)(Doc document, HLL *list, uint32_t code, void *userData);
-/// Told just before the registered list goes: the document, that list, its user data.
+/// Called just before the registered list is destroyed: the document, that list, its user data.
 using GLTNewProc = void (*)(Doc document, HLL *list, void *userData);
 
 inline constexpr uint32_t tavrelGLTVersion = 0x00050000;
@@ -51,7 +51,7 @@ inline constexpr uint32_t tavrelGLTVersion = 0x00050000;
   /* Shows a copy of the list on a document, in place of any other. color null: red. Always 1. */                      \
   OPERATION(4, GLT_RegisterHLL, Bool16(Doc document, const HLL *list, int32_t offsetUnits, GLTJumpProc jumpProc,       \
                                        GLTNewProc newProc, Bool16 scroll, const ColorValue *color))                    \
-  /* Takes a registered list off; the list must be the one that GLT_GetHLL gave. */                                    \
+  /* Unregisters a list, which must be the one that GLT_GetHLL returned. */                                            \
   OPERATION(5, GLT_UnregisterHLL, void(Doc document, HLL *list))                                                       \
   /* How many hits are shown (GLTViewMode). */                                                                         \
   OPERATION(6, GLT_GetViewMode, int32_t(Doc document))                                                                 \
@@ -62,9 +62,9 @@ inline constexpr uint32_t tavrelGLTVersion = 0x00050000;
   /* The current hit; 0 without a registered list. The word index may be one beyond its page's last hit, and is 65535  \
      on a page without any. */                                                                                         \
   OPERATION(9, GLT_GetPos, Bool16(Doc document, uint32_t *pageIndex, uint16_t *wordIndex))                             \
-  /* Moves it; 0 where there is no such hit. redraw 1 turns and scrolls to it. */                                      \
+  /* Moves to another hit; 0 where there is none. redraw 1 shows its page and scrolls to it. */                        \
   OPERATION(10, GLT_SetPos, Bool16(Doc document, uint32_t pageIndex, uint16_t wordIndex, Bool16 redraw))               \
-  /* Moves it by a jump code (GLTJumpCode). */                                                                         \
+  /* Moves the current hit by a jump code (GLTJumpCode). */                                                            \
   OPERATION(11, GLT_Jump, void(Doc document, uint32_t code))                                                           \
   /* The list's user data. */                                                                                          \
   OPERATION(12, HLL_GetData, void *(const HLL *list))                                                                  \
@@ -84,9 +84,9 @@ inline constexpr uint32_t tavrelGLTVersion = 0x00050000;
   OPERATION(19, GLT_GetColor, void(Doc document, ColorValue *color))                                                   \
   /* Sets it; takes effect with the next redraw. */                                                                    \
   OPERATION(20, GLT_SetColor, void(Doc document, const ColorValue *color))                                             \
-  /* Puts Prev and Next on the tool bar after a button (null: after Find Again). 0 without a tool bar or room. */      \
+  /* Puts Prev and Next on the tool bar after a button (null: after Find Again). 0 without a tool bar or space. */     \
   OPERATION(21, GLT_ShowButtons, Bool16(Bool16 show, ToolButton anchor))                                               \
-  /* GLT_RegisterHLL for word numbers of one version of word extraction. Stands last: the order never changes. */      \
+  /* GLT_RegisterHLL for word numbers of one version of word extraction. It is last: the order never changes. */       \
   OPERATION(22, GLT_RegisterWordOffsetHLL, Bool16(Doc document, const HLL *list, GLTJumpProc jumpProc,                 \
                                                   GLTNewProc newProc, Bool16 scroll, const ColorValue *color,          \
                                                   int16_t wordFinderVersion))

@@ -7,7 +7,7 @@
 extern tavrel::HFT gTavrelSupportHFT;
 
 namespace tavrel {
-/// Gives out a server's table for a requested version, or null. Called when somebody asks for the table.
+/// Returns a server's table for a requested version, or null. Called when the table is requested.
 using ProvideProc = HFT (*)(HFTServer server, uint32_t version);
 /// Called once, just before the plug-in's unload callback (plugin.h). The server is not requested any more.
 using DestroyProc = void (*)(HFTServer server);
@@ -19,13 +19,13 @@ using DestroyProc = void (*)(HFTServer server);
   OPERATION(0, Malloc, void *(uint32_t size))                                                                          \
   /* Resizes a block; on null the old one stays as it is. [raises] on an unknown block. [owned] */                     \
   OPERATION(1, Realloc, void *(void *block, uint32_t size))                                                            \
-  /* Releases a block; null is let pass. [raises] on an unknown block. */                                              \
+  /* Releases a block; null is ignored. [raises] on an unknown block. */                                               \
   OPERATION(2, Free, void(void *block))                                                                                \
   /* Offers a table under a name; the host calls provide when it is asked for, destroy at the end. [raises] also when \
      the plug-in is ending. */                                                                                         \
   OPERATION(3, NewHFTServer, HFTServer(const char *name, ProvideProc provide, DestroyProc destroy, void *clientData))  \
-  /* An empty table of that many selectors. Released tables keep their address: make a few in a session, not many.     \
-     [raises] [owned] */                                                                                               \
+  /* An empty table of that many selectors. The memory of released tables stays reserved, so make only a few. [raises] \
+     [owned] */                                                                                                        \
   OPERATION(4, NewHFT, HFT(HFTServer server, uint32_t selectors))                                                      \
   /* Releases a table made with NewHFT; null is ignored. A plug-in that calls through it after that gets a raise,      \
      errBadHandle. [raises] */                                                                                         \

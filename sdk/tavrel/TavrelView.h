@@ -1,9 +1,9 @@
 // The "TavrelView" table: viewer documents, page views, the tool bar, alerts, notifications, auxiliary data, the status
 // line and the scroll bar. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with SetStatusText, 0x00050003
-// with DocMarkPages; a host grants each.
+// with DocMarkPages; a host provides all three.
 //
-// Where a page view, a tool bar or an anchor button may be missing, null is let pass: the operation does nothing.
-// Any other unknown handle raises. Tags: see Kernel.h.
+// Null is accepted as page view or tool bar: the operation then does nothing and returns 0 or null. Any other unknown
+// handle raises. Tags: see Kernel.h.
 #pragma once
 
 #include "tavrel/hft.h"
@@ -23,10 +23,10 @@ using PageDrawProc = void (*)(PageView view, void *clientData);
 using ButtonActionProc = void (*)(ToolButton button, void *clientData);
 using ButtonTestProc = Bool16 (*)(ToolButton button, void *clientData);
 
-/// Receives auxiliary data for a document. The bytes are borrowed until it returns; 1 says that they were its business.
+/// Receives auxiliary data for a document. The bytes are borrowed until it returns; 1 means that it handled them.
 using AuxDataProc = Bool16 (*)(Atom type, const void *data, uint32_t length, Doc document);
 
-/// How a plug-in handles auxiliary data. Stays the plug-in's; the host keeps its address.
+/// How a plug-in handles auxiliary data. The plug-in owns the record; the host keeps its address.
 struct AuxDataHandler {
   uint32_t size;    ///< 8, on every machine: the version of the record
   Callback perform; ///< an AuxDataProc
@@ -35,8 +35,8 @@ struct AuxDataHandler {
 /// Flags of GetModifierKeyState.
 enum ModifierKey : uint32_t { modifierShift = 1, modifierControl = 2, modifierAlt = 4 };
 
-/// Attributes of a tool button. A viewer that is embedded in another window, as in a web browser, shows only the buttons
-/// that have buttonAlsoInBrowser; a viewer in a window of its own shows all.
+/// Attributes of a tool button. A viewer that is embedded in another window, as in a web browser, shows only the
+/// buttons that have buttonAlsoInBrowser; a viewer in a window of its own shows all.
 enum ButtonAttribute : int32_t { buttonInternal = 1, buttonAlsoInBrowser = 2 };
 
 /// The version that ends with SetStatusText, and the newest, which has all operations below.
@@ -58,11 +58,11 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(1, GetFrontDoc, Doc())                                                                                     \
   /* The tool bar, or null. [no-raise] */                                                                              \
   OPERATION(2, GetToolBar, ToolBar())                                                                                  \
-  /* Has a callback (DocNotifyProc) called at every such event from now on, behind those that came before. A second    \
-     registration of the same callback and data is none. [raises] */                                                   \
+  /* Registers a callback (DocNotifyProc) for every such event, after the callbacks registered before. A second        \
+     registration of the same callback and data is ignored. [raises] */                                                \
   OPERATION(3, RegisterNotification, void(int32_t selector, ExtensionID extension, Callback callback,                  \
                                           void *clientData))                                                           \
-  /* The document model behind a viewer document. [raises] [borrowed until it closes] */                               \
+  /* The document model of a viewer document. [raises] [borrowed until it closes] */                                   \
   OPERATION(4, DocGetModelDoc, ModelDoc(Doc document))                                                                 \
   /* The page view of a viewer document, or null. [raises] [borrowed until it closes] */                               \
   OPERATION(5, DocGetPageView, PageView(Doc document))                                                                 \
@@ -72,23 +72,23 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(7, PageViewGetVisibleRect, void(PageView view, DeviceRect *visible))                                       \
   /* The number of the page shown; while a page is drawn, of that page. 0 for no view. [raises] */                     \
   OPERATION(8, PageViewGetPageNum, int32_t(PageView view))                                                             \
-  /* Copies the drawing colour out. [raises] */                                                                        \
+  /* Copies the drawing colour to color. [raises] */                                                                   \
   OPERATION(9, PageViewFetchDrawColor, void(PageView view, ColorValue *color))                                         \
   /* Sets the drawing colour. [raises] */                                                                              \
   OPERATION(10, PageViewApplyDrawColor, void(PageView view, const ColorValue *color))                                  \
-  /* Opens a bracket of changes: nothing is drawn before the outermost is closed. [raises] */                          \
+  /* Opens a batch of changes: nothing is drawn before the outermost one is closed. [raises] */                        \
   OPERATION(11, PageViewBeginBatch, void(PageView view))                                                               \
-  /* Closes it. [raises] when none is open */                                                                          \
+  /* Closes a batch. [raises] when none is open */                                                                     \
   OPERATION(12, PageViewEndBatch, void(PageView view))                                                                 \
   /* Shows a page, from its upper left; the page already shown stays as it is. [raises] when there is no such page */  \
   OPERATION(13, PageViewShowPage, void(PageView view, int32_t page))                                                   \
   /* Scrolls so that the device point (x, y) becomes the upper left of the visible area, as far as the page            \
      reaches. [raises] */                                                                                              \
   OPERATION(14, PageViewScrollToPoint, void(PageView view, int16_t x, int16_t y))                                      \
-  /* Has an area drawn anew; null is the whole view. What PageViewHighlightText has marked ends. [raises] */           \
+  /* Requests a redraw of an area; null is the complete view. Marks of PageViewHighlightText are removed. [raises] */  \
   OPERATION(15, PageViewRefreshArea, void(PageView view, const DeviceRect *area))                                      \
-  /* Has a callback (PageDrawProc) called for every page drawn from now on, behind those that came before. A second    \
-     registration of the same callback and data is none. [raises] */                                                   \
+  /* Registers a callback (PageDrawProc) for every page drawn, after the callbacks registered before. A second         \
+     registration of the same callback and data is ignored. [raises] */                                                \
   OPERATION(16, RegisterPageDrawProc, void(Callback callback, void *clientData))                                       \
   /* The matrix from page space to device space. [raises] */                                                           \
   OPERATION(17, PageViewGetPageTransform, void(PageView view, FixedMatrix *matrix))                                    \
@@ -99,9 +99,9 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   /* Puts a button next to another: before it (1), after it (0); without a reference, at the end. A button already     \
      on the tool bar moves there. [raises] */                                                                          \
   OPERATION(20, ToolBarInsertButton, void(ToolBar bar, ToolButton button, Bool16 before, ToolButton reference))        \
-  /* Whether there is room for that many more buttons and separators. [raises] */                                      \
+  /* Whether there is space for that many more buttons and separators. [raises] */                                     \
   OPERATION(21, ToolBarHasSpace, Bool16(ToolBar bar, int32_t buttons, int32_t separators))                             \
-  /* Asks every button's enabled test anew. [raises] */                                                                \
+  /* Calls every button's enabled test again. [raises] */                                                              \
   OPERATION(22, ToolBarUpdateButtonStates, void(ToolBar bar))                                                          \
   /* A button, on no tool bar yet; the two further arguments are 0. The icon stays the caller's. A name that is        \
      taken gives the button that has it. [raises] [borrowed until the plug-in ends whose callback was attached last,   \
@@ -109,43 +109,43 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(23, ToolButtonCreate, ToolButton(Atom name, Bitmap icon, int32_t reserved1, int32_t reserved2))            \
   /* Sets what a press calls (ButtonActionProc). [raises] */                                                           \
   OPERATION(24, ToolButtonAttachAction, void(ToolButton button, Callback callback, void *clientData))                  \
-  /* Sets what tells whether the button is enabled (ButtonTestProc). [raises] */                                       \
+  /* Sets the test of whether the button is enabled (ButtonTestProc). [raises] */                                      \
   OPERATION(25, ToolButtonAttachEnabledTest, void(ToolButton button, Callback callback, void *clientData))             \
   /* Sets the help text; it is copied. [raises] */                                                                     \
   OPERATION(26, ToolButtonAttachTip, void(ToolButton button, const char *text))                                        \
   /* Marks a selection on the page being drawn, in the drawing colour; text stays readable on any background.          \
      [raises] when nothing is being drawn or another page is */                                                        \
   OPERATION(27, PageViewPaintSelection, void(PageView view, TextSelection selection))                                  \
-  /* Marks a selection at once on the page as it is on the screen, in the host's selection colour, without a call of   \
-     page-draw procedures; called again for it, takes the mark off. It lasts until the page is drawn anew, which shows \
-     what page-draw procedures paint and nothing else. A selection that they have painted there is not marked twice:   \
-     its page is drawn anew. One of a page that is not on the screen is ignored. [raises] */                           \
+  /* Marks a selection at once on the page as it is on the screen, in the host's selection colour, #B4D5FE, without a  \
+     call of page-draw procedures. A second call for it removes the mark. The mark lasts until the page is redrawn,    \
+     which shows only what page-draw procedures paint. A selection that they have painted is not marked twice: its     \
+     page is redrawn. A selection on a page that is not on the screen is ignored. [raises] */                          \
   OPERATION(28, PageViewHighlightText, void(PageView view, TextSelection selection))                                   \
   /* Whether any handler is registered for a type of auxiliary data. [no-raise] */                                     \
   OPERATION(29, HasAuxDataHandler, Bool16(Atom type))                                                                  \
-  /* Registers a handler; 0 when this very record is registered for the type already. [raises] */                      \
+  /* Registers a handler; 0 when this record is already registered for the type. [raises] */                           \
   OPERATION(30, RegisterAuxDataHandler, Bool16(ExtensionID extension, Atom type, const AuxDataHandler *handler))       \
   /* Removes a handler; 0 when it was not registered. [no-raise] */                                                    \
   OPERATION(31, UnregisterAuxDataHandler, Bool16(ExtensionID extension, Atom type, const AuxDataHandler *handler))     \
   /* Sets an attribute of a button (ButtonAttribute). [raises] */                                                      \
   OPERATION(32, ToolButtonSetAttribute, void(ToolButton button, int32_t attribute))                                    \
-  /* Takes a button off its tool bar; the button lives on. [raises] */                                                 \
+  /* Removes a button from its tool bar; the button stays valid. [raises] */                                           \
   OPERATION(33, ToolButtonDetach, void(ToolButton button))                                                             \
-  /* Sets what a plug-in says on the status line, in UTF-8; it is copied. Null or empty: nothing. Each plug-in has a   \
-     text of its own. [raises] */                                                                                      \
+  /* Sets a plug-in's text on the status line, in UTF-8; it is copied. Null or empty: none. Each plug-in has its own   \
+     text. [raises] */                                                                                                 \
   OPERATION(34, SetStatusText, void(ExtensionID extension, const char *text))                                          \
-  /* What stood behind the document's name when it was opened ("page=3&xml=hits.xml"), or null. [raises]               \
-     [borrowed until it closes] */                                                                                     \
+  /* The parameters after the document's name when it was opened ("page=3&xml=hits.xml"), or null. [raises] [borrowed  \
+     until it closes] */                                                                                               \
   OPERATION(35, DocGetOpenParameters, const char *(Doc document))                                                      \
   /* The document's file, as an absolute path. [raises] [borrowed until it closes] */                                  \
   OPERATION(36, DocGetFile, const char *(Doc document))                                                                \
-  /* Hands auxiliary data of a type to its handlers, one after the other until one says that it was its business;      \
-     0 when none did. The bytes are copied. [raises] */                                                                \
+  /* Passes auxiliary data of a type to its handlers, one after the other until one handles it; 0 when none does. The  \
+     bytes are copied. [raises] */                                                                                     \
   OPERATION(37, DocAttachAuxData, Bool16(Doc document, Atom type, const void *data, uint32_t length))                  \
   /* How many pages there are. [raises] */                                                                             \
   OPERATION(38, PageViewGetPageCount, int32_t(PageView view))                                                          \
-  /* Sets the pages that a plug-in wants to be seen on the scroll bar of a document; a page that it has not is left    \
-     out. Each plug-in has pages of its own; none takes them away. [raises] */                                         \
+  /* Sets the pages that a plug-in marks on the scroll bar of a document; pages that do not exist are ignored. Each    \
+     plug-in has its own marked pages; an empty list removes them. [raises] */                                         \
   OPERATION(39, DocMarkPages, void(ExtensionID extension, Doc document, const int32_t *pages, uint32_t count))
 // clang-format on
 

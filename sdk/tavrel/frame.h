@@ -1,12 +1,11 @@
-// Exception frames: how a failing host operation gets back to whoever wants to know.
+// Exception frames: how the failure of a host operation reaches the plug-in.
 //
-// A host operation marked [raises] does not return when it fails: the host stores the error code and calls the
-// restore procedure of the innermost frame, which jumps back into the function that opened it. The laws:
+// A host operation marked [raises] does not return when it fails: the host stores the error code and calls the restore
+// procedure of the innermost frame, which jumps back into the function that opened it. The rules:
 //
 //  1. Push the frame, then call setjmp on its context: 0 enters the protected body.
-//  2. Pop it on both paths, in the function that pushed it, before that function returns. The host pops nothing.
-//  3. Between a frame and a call that may raise there is no object with a destructor that does something: the jump
-//     skips it.
+//  2. Pop it on both paths, in the function that pushed it, before that function returns. A raise pops nothing.
+//  3. Between a frame and a call that may raise there is no object with a non-trivial destructor: the jump skips it.
 //  4. What the handler needs after the jump is kept in memory that the body reaches through a pointer, not in a
 //     local of the function that calls setjmp.
 //  5. A failure with no frame of the plug-in open goes to a frame of the host, which ends that call into the plug-in.

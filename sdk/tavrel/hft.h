@@ -1,16 +1,16 @@
-// How a host function table is called, by whoever holds it, and the one cast between an entry and a function.
+// How a host function table is called, and the only cast between an entry and a function.
 //
-// Every table has a header of its own, in which each operation stands on one line: its index, its name and its
-// signature. From that line follow the plug-in's call (`TavrelView::GetFrontDoc()`), the type that the host's
-// function must have, and the name in a trace.
+// Every table has its own header, with one line for each operation: its index, its name and its signature. That line
+// determines the plug-in's call (`TavrelView::GetFrontDoc()`), the type that the host's function must have, and the
+// name in a trace.
 #pragma once
 
 #include "tavrel/types.h"
 
 namespace tavrel {
 
-/// The function behind an entry. `Function` is a pointer-to-function type, or void * where a function is handed out as
-/// data (the set-up procedure).
+/// The function of an entry. `Function` is a pointer-to-function type, or void * where a function is passed as data
+/// (the set-up procedure).
 template <typename Function> Function functionOf(Entry entry) { return reinterpret_cast<Function>(entry); }
 
 /// A function as an untyped entry.
@@ -27,7 +27,7 @@ template <HFT &Table, uint32_t Index, typename R, typename... A> struct Operatio
   R operator()(A... arguments) const { return functionOf<Function>(Table[Index])(arguments...); }
 };
 
-/// A line of a table, for whoever goes through all of them (a host that fills its table, a trace).
+/// A line of a table, for code that goes through all of them (a host that fills its table, a trace).
 struct ListedOperation {
   uint32_t index;
   const char *name;

@@ -1,17 +1,16 @@
 // How the host enters a plug-in: the exported entry point and the two records that are exchanged.
 //
 // A plug-in is a shared library that exports one symbol, `main`, of type `PluginMain`. The host then calls, in this
-// order: main; the set-up procedure that main handed back; the handshake callback; then the export callback of
-// every plug-in, the import callback of every plug-in and the initialisation callback of every plug-in, so that each
-// finds what the others offer.
+// order: main; the set-up procedure that main returned; the handshake callback; then the export callback of every
+// plug-in, the import callback of every plug-in and the initialisation callback of every plug-in, so that each finds
+// what the others offer.
 //
 // At the end of the program plug-ins end one after the other. A plug-in that got a table from another one ends before
 // it; apart from that, the plug-in loaded last ends first. Plug-ins that got tables from each other end one by one,
 // too, the one loaded last first. To end a plug-in, the host
 //
-//  1. removes its table servers, so that nobody gets its tables any more, and calls their destroy procedures, the
-//  newest
-//     server's first. The plug-in can make no new server from here on;
+//  1. removes its table servers, so that no plug-in gets its tables any more, and calls their destroy procedures, the
+//     newest server's first. The plug-in can make no new server from here on;
 //  2. calls its unload callback, in which everything else still works, the tables of other plug-ins included;
 //  3. drops what it registered: buttons, notifications, page-draw procedures, handlers of auxiliary data, its text on
 //     the status line and its marked pages. Its callbacks are unknown from then on, and an operation of a table that it
@@ -30,7 +29,7 @@ inline constexpr uint32_t handshakeVersion = 0x00020000;
 /// Given to the set-up procedure.
 struct SetupRecord {
   uint32_t handshakeVersion; ///< must equal the negotiated one
-  ExtensionID extension;     ///< who the plug-in is from now on
+  ExtensionID extension;     ///< the plug-in's number
   HFT kernel;                ///< the "Kernel" table
   Callback handshake;        ///< written by the plug-in
 };
@@ -46,8 +45,9 @@ struct HandshakeRecord {
   Callback unload;       ///< uint32_t(): undo it
 };
 
-/// The plug-in's version, for the viewer's list of plug-ins: a note in the library, which can be read even of one that
-/// fails to start. `TAVREL_PLUGIN_VERSION("5.0.5");` stands once in a plug-in, in a source with the entry point.
+/// The plug-in's version, for the viewer's list of plug-ins: a note in the library, which the host can read even if the
+/// plug-in fails to start. `TAVREL_PLUGIN_VERSION("5.0.5");` occurs once in a plug-in, in the source with the entry
+/// point.
 struct VersionNote {
   uint32_t ownerSize = 7;   ///< of `owner`, with its terminator
   uint32_t textSize = 32;   ///< of `text`
@@ -68,7 +68,7 @@ using SetupProc = uint32_t (*)(uint32_t handshakeVersion, SetupRecord *record);
 using HandshakeProc = uint32_t (*)(uint32_t handshakeVersion, HandshakeRecord *record);
 using LifecycleProc = uint32_t (*)();
 
-/// What an offset must be where pointers are of 32 bits, and where they are of 64.
+/// The offset for pointers of 32 bits (narrow) or of 64 bits (wide).
 constexpr size_t byPointerSize(size_t narrow, size_t wide) { return sizeof(void *) == 4 ? narrow : wide; }
 
 static_assert(offsetof(SetupRecord, handshakeVersion) == 0 && offsetof(SetupRecord, extension) == 4);

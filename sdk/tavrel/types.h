@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-struct _WidgetRec; // the X toolkit's own name for what a `Widget` points to
+struct _WidgetRec; // the X toolkit's name for what a `Widget` points to
 
 namespace tavrel {
 
@@ -16,10 +16,10 @@ using Bool16 = uint16_t;
 /// A name known to the host: the same name always has the same atom, and 0 is never one.
 using Atom = uint16_t;
 
-/// Who a plug-in is to the host; handed out in the set-up record.
+/// The number of a plug-in; the set-up record contains it.
 using ExtensionID = uint32_t;
 
-/// Any entry point, stored without its type. hft.h has the one cast between it and a function.
+/// Any entry point, stored without its type. hft.h has the only cast between it and a function.
 using Entry = void (*)();
 
 /// A function that the host may call in a plug-in. The handle is itself a callable entry point.
@@ -28,11 +28,11 @@ using Callback = Entry;
 /// A host function table: an array of entry points, an operation being a fixed index.
 using HFT = Entry *;
 
-// Handles. All name the host's own objects. A handle is a number in the shape of a pointer, given out once: when its
-// object has been destroyed, the handle is an error (errBadHandle) from then on and never names another object.
+// Handles. All name objects of the host. A handle is a number in a pointer type, given out once: after its object has
+// been destroyed, the handle is an error (errBadHandle) and never names another object.
 using HFTServer = struct HFTServerRec *;         ///< provides a table by name
 using Doc = struct DocRec *;                     ///< a viewer document: an open document and its window
-using ModelDoc = struct ModelDocRec *;           ///< the document model behind a viewer document
+using ModelDoc = struct ModelDocRec *;           ///< the document model of a viewer document
 using Page = struct PageRec *;                   ///< one page of a model document, to be closed after use
 using TextSelection = struct TextSelectionRec *; ///< words or characters of one page (DocModel.h says how long)
 using WordFinder = struct WordFinderRec *;       ///< the words of a document's pages

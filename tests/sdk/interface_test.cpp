@@ -1,4 +1,4 @@
-// A plug-in with widgets of its own includes X first; the interface must compile behind it, though both have an Atom.
+// A plug-in with widgets of its own includes X first; the interface must compile after it, though both have an Atom.
 #include <gtest/gtest.h>
 
 #include <X11/Intrinsic.h>
@@ -21,12 +21,12 @@ struct Result<const tavrel::Operation<Table, Index, R(A...)>> {
   using Type = R;
 };
 
-TEST(InterfaceBehindX, AtomsAreTheHostsOwn) {
+TEST(InterfaceAfterX, AtomsAreTheHostsOwn) {
   EXPECT_TRUE((std::is_same_v<Result<decltype(Kernel::AtomFromString)>::Type, uint16_t>));
   EXPECT_FALSE((std::is_same_v<tavrel::Atom, ::Atom>));
 }
 
-TEST(InterfaceBehindX, WidgetsAreTheSame) { EXPECT_TRUE((std::is_same_v<tavrel::Widget, ::Widget>)); }
+TEST(InterfaceAfterX, WidgetsAreTheSame) { EXPECT_TRUE((std::is_same_v<tavrel::Widget, ::Widget>)); }
 
 TEST(Interface, HasItsOperationsInOrder) {
   const std::span<const tavrel::ListedOperation> tables[] = {

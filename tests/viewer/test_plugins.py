@@ -4,7 +4,7 @@ import unittest
 
 from harness import BUTTONS_PLUGIN, NEXT, TEST_PLUGINS, ViewerTest, document
 
-NOT_RUNNING = ["nomain", "nosetup", "otherversion", "raises", "refuses", "strangecallback"]
+NOT_RUNNING = ["nomain", "nosetup", "otherversion", "raises", "refuses", "unknowncallback"]
 UNLOADING_FAILS = ["raisesunload", "ping"]
 FAILING = ["forgets", *NOT_RUNNING]  # one does not tidy up and runs all the same
 

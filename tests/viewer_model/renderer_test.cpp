@@ -73,7 +73,7 @@ TEST_F(RendererTest, AMissingFilesLineNamesIt) {
 TEST_F(RendererTest, ALockedFileWantsAPassword) {
   open(1, test::locked(folder.pdf(test::numberedPages(1))));
   EXPECT_TRUE(opened[0].wantsPassword);
-  EXPECT_THAT(opened[0].error, HasSubstr("wants a password"));
+  EXPECT_THAT(opened[0].error, HasSubstr("is encrypted: a password is needed"));
 }
 
 TEST_F(RendererTest, AnotherPasswordIsWantedAfterAWrongOne) {

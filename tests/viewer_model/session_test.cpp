@@ -206,7 +206,7 @@ TEST_F(SessionTest, ThePasswordOpensTheFile) {
 }
 
 TEST_F(SessionTest, WhereNobodyCanBeAskedTheFileIsRefused) {
-  EXPECT_THAT(complaintsOf(secret()), EndsWith("wants a password\n"));
+  EXPECT_THAT(complaintsOf(secret()), EndsWith("is encrypted: a password is needed\n"));
   EXPECT_FALSE(session().asksPassword());
 }
 

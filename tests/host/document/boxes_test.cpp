@@ -1,4 +1,4 @@
-// Boxes of words that the PDF library places wrongly or gives no area: vertical writing, fonts without metrics.
+// Boxes of words that the PDF library positions wrongly or gives no area: vertical writing, fonts without metrics.
 #include "host/document/boxes.h"
 
 #include <gmock/gmock.h>
@@ -136,7 +136,7 @@ TEST(DegenerateBoxes, CharactersAtOnePositionShareTheBox) {
   EXPECT_THAT(words[0].characters, ElementsAre(IsBox(50, 98, 60, 108), IsBox(50, 98, 60, 108), IsBox(50, 98, 60, 108)));
 }
 
-TEST(DegenerateBoxes, CharactersWithAPlaceOfTheirOwnBecomeAsHighAsTheWord) {
+TEST(DegenerateBoxes, CharactersWithTheirOwnPositionBecomeAsHighAsTheWord) {
   std::vector<WordText> words = {word(U"ab", {50, 100.5, 62, 100})};
   words[0].characters = {{50, 100.5, 56, 100}, {56, 100.5, 62, 100}};
   correctBoxes(words, std::vector<WordFont>(1, {10, false}));

@@ -75,7 +75,7 @@ protected:
   ModelDoc model;
 };
 
-// A handle that nobody gave out.
+// A handle that was never given out.
 template <typename Handle> Handle invented() {
   static int something = 0;
   return reinterpret_cast<Handle>(&something);
@@ -91,7 +91,7 @@ TEST_F(DocModelTest, PageOpensAndCloses) {
   EXPECT_EQ(openObjects().pages, 0U);
 }
 
-TEST_F(DocModelTest, EveryOpeningIsGivenBackByItself) {
+TEST_F(DocModelTest, EveryOpenedPageIsClosedSeparately) {
   const Page first = DocModel::DocOpenPage(model, 0), second = DocModel::DocOpenPage(model, 0);
   EXPECT_NE(first, second);
   DocModel::PageClose(first);
@@ -135,7 +135,7 @@ TEST_F(DocModelTest, NullHandlesRaise) {
   EXPECT_EQ(raised([] { DocModel::SelectionPageNumber(nullptr); }), errBadHandle);
 }
 
-TEST_F(DocModelTest, HandlesGoWithTheirDocument) {
+TEST_F(DocModelTest, HandlesEndWithTheirDocument) {
   const Page page = DocModel::DocOpenPage(model, 0);
   const WordFinder finder = finderOf(2);
   Word *words = nullptr;
@@ -154,11 +154,11 @@ TEST_F(DocModelTest, HandlesGoWithTheirDocument) {
 TEST_F(DocModelTest, HandlesOfAnotherDocumentStay) {
   const auto other = Document::open(folder.write("other.pdf", test::pdfOf({test::PdfPage{}})), "");
   const ModelDoc otherModel = modelDocs().handle(other.get());
-  const Page page = DocModel::DocOpenPage(otherModel, 0), gone = DocModel::DocOpenPage(model, 0);
+  const Page page = DocModel::DocOpenPage(otherModel, 0), closed = DocModel::DocOpenPage(model, 0);
   EXPECT_EQ(openObjects().pages, 2U);
   document.reset();
   EXPECT_EQ(openObjects().pages, 1U);
-  EXPECT_EQ(raised([&] { DocModel::PageClose(gone); }), errBadHandle);
+  EXPECT_EQ(raised([&] { DocModel::PageClose(closed); }), errBadHandle);
   EXPECT_EQ(raised([&] { DocModel::PageClose(page); }), errNone);
   EXPECT_EQ(openObjects().pages, 0U);
   EXPECT_EQ(raised([&] { DocModel::PageClose(DocModel::DocOpenPage(otherModel, 0)); }), errNone);
@@ -181,7 +181,7 @@ TEST_F(DocModelTest, WordFinderTakesNoOptions) {
   EXPECT_EQ(openObjects().wordFinders, 0U);
 }
 
-TEST_F(DocModelTest, WordsInReadingOrderByPlaceAndInTheFindersOrder) {
+TEST_F(DocModelTest, WordsInReadingOrderByPositionAndInTheFindersOrder) {
   Word *words = nullptr, *sorted = nullptr, *reading = nullptr;
   int32_t count = 0;
   DocModel::WordFinderAcquirePage(finderOf(1), 0, &words, &sorted, &reading, &count);
@@ -245,7 +245,7 @@ TEST_F(DocModelTest, PageAcquiredTwiceIsReleasedTwice) {
   EXPECT_EQ(raised([&] { DocModel::WordFinderReleasePage(finder, 0); }), errBadArgument);
 }
 
-TEST_F(DocModelTest, WordsGoWithTheirFinder) {
+TEST_F(DocModelTest, WordsEndWithTheirFinder) {
   const WordFinder finder = finderOf(2);
   DocModel::WordFinderAcquirePage(finder, 0, nullptr, nullptr, nullptr, nullptr);
   const Word word = DocModel::WordFinderGetNthWord(finder, 0);

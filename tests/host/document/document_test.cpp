@@ -85,8 +85,8 @@ TEST_F(DocumentTest, OtherFileIsNotAPdf) {
 }
 
 TEST_F(DocumentTest, PdfWithoutItsFirstLineIsOpened) {
-  const std::string whole = test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "kept"}}}});
-  const auto document = Document::open(folder.write("late.pdf", whole.substr(whole.find('\n') + 1)), "");
+  const std::string complete = test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "kept"}}}});
+  const auto document = Document::open(folder.write("late.pdf", complete.substr(complete.find('\n') + 1)), "");
   EXPECT_THAT(textsOf(document->pageText(0)), ElementsAre(U"kept"));
 }
 
@@ -95,14 +95,15 @@ TEST_F(DocumentTest, MarkupIsNotAPdf) {
   EXPECT_EQ(refusal(file), file.string() + ": is not a PDF");
 }
 
-TEST_F(DocumentTest, PdfCutBeforeItsFirstPageIsDamaged) {
-  const std::string whole = test::pdfOf({PdfPage{}});
-  EXPECT_THAT(refusal(folder.write("cut.pdf", whole.substr(0, 60))), HasSubstr("is damaged"));
+TEST_F(DocumentTest, PdfTruncatedBeforeItsFirstPageIsDamaged) {
+  const std::string complete = test::pdfOf({PdfPage{}});
+  EXPECT_THAT(refusal(folder.write("truncated.pdf", complete.substr(0, 60))), HasSubstr("is damaged"));
 }
 
 TEST_F(DocumentTest, PdfWithoutItsLastLinesOpensWithWhatIsThere) {
-  const std::string whole = test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "kept"}}}});
-  const auto document = Document::open(folder.write("cut.pdf", whole.substr(0, whole.find("startxref"))), "");
+  const std::string complete = test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "kept"}}}});
+  const auto document =
+      Document::open(folder.write("truncated.pdf", complete.substr(0, complete.find("startxref"))), "");
   EXPECT_THAT(textsOf(document->pageText(0)), ElementsAre(U"kept"));
 }
 
@@ -136,18 +137,18 @@ TEST_F(DocumentTest, NameWithLineBreakStaysOneLine) {
 }
 
 TEST_F(DocumentTest, LibraryStaysSilentAboutDamage) {
-  const std::string whole = test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "kept"}}}});
-  const auto file = folder.write("cut.pdf", whole.substr(0, whole.find("startxref")));
+  const std::string complete = test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "kept"}}}});
+  const auto file = folder.write("truncated.pdf", complete.substr(0, complete.find("startxref")));
   testing::internal::CaptureStderr();
   Document::open(file, "")->pageText(0);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(DocumentTest, EncryptedWithoutPasswordWantsOne) {
-  EXPECT_THAT(refusal(encrypted(), DocumentError::wrongPassword), HasSubstr("wants a password"));
+TEST_F(DocumentTest, EncryptedWithoutPasswordIsRefused) {
+  EXPECT_THAT(refusal(encrypted(), DocumentError::wrongPassword), HasSubstr("is encrypted: a password is needed"));
 }
 
-TEST_F(DocumentTest, EncryptedWithWrongPasswordSaysSo) {
+TEST_F(DocumentTest, EncryptedWithWrongPasswordIsRefused) {
   EXPECT_THAT(refusal(encrypted(), DocumentError::wrongPassword, "guess"), HasSubstr("the password is wrong"));
 }
 
@@ -159,7 +160,7 @@ TEST_F(DocumentTest, EncryptedOpensWithOwnersPassword) {
   EXPECT_THAT(textsOf(Document::open(encrypted(), "owner")->pageText(0)), ElementsAre(U"secret"));
 }
 
-TEST_F(DocumentTest, LivesAmongTheModelDocsUntilItCloses) {
+TEST_F(DocumentTest, IsAmongTheModelDocsUntilItCloses) {
   auto document = open({PdfPage{}});
   const tavrel::ModelDoc handle = modelDocs().handle(document.get());
   EXPECT_EQ(&modelDocs().find(handle), document.get());
@@ -231,20 +232,20 @@ TEST_F(DocumentTest, ReadingOrderAndContentOrderDiffer) {
   EXPECT_THAT(document->contentOrder(0), ElementsAre(2, 3, 0, 1));
 }
 
-TEST_F(DocumentTest, TextIsWorkedOutOnceAndKept) {
+TEST_F(DocumentTest, TextIsComputedOnceAndKept) {
   const auto document = open({{.texts = {{.x = 50, .y = 500, .text = "kept"}}}});
   EXPECT_EQ(&document->pageText(0), &document->pageText(0));
   EXPECT_EQ(document->pageText(0).words.data(), document->pageText(0).words.data());
 }
 
-TEST_F(DocumentTest, ForgottenTextComesBackTheSame) {
+TEST_F(DocumentTest, ForgottenTextIsComputedAgain) {
   const auto document = open({{.texts = {{.x = 50, .y = 500, .text = "come back"}}}});
   const std::u32string before = document->pageText(0).text();
   document->forgetText(0);
   EXPECT_EQ(document->pageText(0).text(), before);
 }
 
-// ---- places ----
+// ---- positions ----
 
 // Of a character at 10 points, from its base line: the font's own ascent and descent are what a box is high.
 constexpr double width = 6, below = 1.57, above = 6.29;
@@ -309,7 +310,7 @@ TEST_F(DocumentTest, TextOutsideTheCropBoxIsNotThere) {
   EXPECT_THAT(document->contentOrder(0), ElementsAre(0));
 }
 
-TEST_F(DocumentTest, EachCharacterHasItsPlace) {
+TEST_F(DocumentTest, EachCharacterHasItsPosition) {
   const auto document = open({{.texts = {{.x = 100, .y = 500, .text = "abc"}}}});
   const WordText &word = document->pageText(0).words.at(0);
   for (size_t i = 0; i < 3; ++i)
@@ -414,16 +415,16 @@ TEST_P(OnceMore, NeedsNoFileThatIsInMemory) {
   EXPECT_EQ(first->again() == nullptr, GetParam() == PdfFile::Reading::asNeeded);
 }
 
-INSTANTIATE_TEST_SUITE_P(Reading, OnceMore, testing::Values(PdfFile::Reading::asNeeded, PdfFile::Reading::whole),
+INSTANTIATE_TEST_SUITE_P(Reading, OnceMore, testing::Values(PdfFile::Reading::asNeeded, PdfFile::Reading::inMemory),
                          [](const auto &reading) {
-                           return reading.param == PdfFile::Reading::whole ? "Whole" : "AsNeeded";
+                           return reading.param == PdfFile::Reading::inMemory ? "InMemory" : "AsNeeded";
                          });
 
-TEST_F(DocumentTest, AFileReadWholeIsRefusedForTheSameReasons) {
-  for (const auto &file : {folder.write("cut.pdf", test::pdfOf({PdfPage{}}).substr(0, 60)),
+TEST_F(DocumentTest, AFileReadIntoMemoryIsRefusedForTheSameReasons) {
+  for (const auto &file : {folder.write("truncated.pdf", test::pdfOf({PdfPage{}}).substr(0, 60)),
                            folder.write("none.pdf", test::pdfOf({})), folder.write("short.pdf", "%PDF-"), encrypted()})
     try {
-      PdfFile::open(file, "", PdfFile::Reading::whole);
+      PdfFile::open(file, "", PdfFile::Reading::inMemory);
       ADD_FAILURE() << file << " was opened";
     } catch (const DocumentError &error) {
       EXPECT_EQ(error.what(), refusal(file, error.reason));

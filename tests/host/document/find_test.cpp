@@ -1,4 +1,4 @@
-// Finding a text on a page: any piece of it, folded, over line ends and in hyphenated words; and what a hit marks.
+// Finding a text on a page: any part of it, folded, across line ends and in hyphenated words; and what a hit marks.
 #include "host/document/find.h"
 
 #include <gmock/gmock.h>
@@ -61,7 +61,7 @@ std::vector<uint32_t> marked(const PageText &page, const Found &found) {
   return result;
 }
 
-// What a hit on a page of ASCII marks, its boxes parted by bars.
+// What a hit on a page of ASCII marks, its boxes separated by bars.
 std::string read(const PageText &page, const Found &found) {
   const std::u32string text = page.text();
   std::string result;
@@ -80,52 +80,53 @@ std::vector<std::string> find(const std::string &text, const PageText &page, Fin
   return result;
 }
 
-std::vector<std::vector<uint32_t>> places(const std::string &text, const PageText &page, FindOptions options = {}) {
+std::vector<std::vector<uint32_t>> occurrences(const std::string &text, const PageText &page,
+                                               FindOptions options = {}) {
   std::vector<std::vector<uint32_t>> result;
   for (const Found &found : Finder(text, options).find(page))
     result.push_back(marked(page, found));
   return result;
 }
 
-// ---- pieces of a page's text ----
+// ---- parts of a page's text ----
 
-TEST(Find, FindsAPieceOfAWord) { EXPECT_THAT(find("light", pageOf({{"the", "highlights"}})), ElementsAre("light")); }
+TEST(Find, FindsAPartOfAWord) { EXPECT_THAT(find("light", pageOf({{"the", "highlights"}})), ElementsAre("light")); }
 
 TEST(Find, MarksTheCharactersThatItFinds) {
-  EXPECT_THAT(places("light", pageOf({{"the", "highlights"}})), ElementsAre(ElementsAre(8, 9, 10, 11, 12)));
+  EXPECT_THAT(occurrences("light", pageOf({{"the", "highlights"}})), ElementsAre(ElementsAre(8, 9, 10, 11, 12)));
 }
 
-TEST(Find, FindsAllPlacesInReadingOrder) {
-  EXPECT_THAT(places("at", pageOf({{"cat", "dog"}, {"at", "bat"}})),
+TEST(Find, FindsAllOccurrencesInReadingOrder) {
+  EXPECT_THAT(occurrences("at", pageOf({{"cat", "dog"}, {"at", "bat"}})),
               ElementsAre(ElementsAre(1, 2), ElementsAre(8, 9), ElementsAre(12, 13)));
 }
 
-TEST(Find, PlacesDoNotOverlap) {
-  EXPECT_THAT(places("aa", pageOf({{"aaaaa"}})), ElementsAre(ElementsAre(0, 1), ElementsAre(2, 3)));
+TEST(Find, OccurrencesDoNotOverlap) {
+  EXPECT_THAT(occurrences("aa", pageOf({{"aaaaa"}})), ElementsAre(ElementsAre(0, 1), ElementsAre(2, 3)));
 }
 
-TEST(Find, PlaceMayStartInsideABrokenOffOne) {
-  EXPECT_THAT(places("aab", pageOf({{"aaab"}})), ElementsAre(ElementsAre(1, 2, 3)));
+TEST(Find, OccurrenceMayStartInsideAFailedMatch) {
+  EXPECT_THAT(occurrences("aab", pageOf({{"aaab"}})), ElementsAre(ElementsAre(1, 2, 3)));
 }
 
 TEST(Find, HasABoxForEachWordThatItTouches) {
   EXPECT_THAT(find("n source c", pageOf({{"open", "source", "code"}})), ElementsAre("n|source|c"));
 }
 
-TEST(Find, LineEndIsABlank) {
+TEST(Find, LineEndIsASpace) {
   EXPECT_THAT(find("open source", pageOf({{"is", "open"}, {"source"}})), ElementsAre("open|source"));
   EXPECT_THAT(find("opensource", pageOf({{"is", "open"}, {"source"}})), IsEmpty());
 }
 
-TEST(Find, RunOfBlanksIsOneAndAtTheEndsTheyDoNotCount) {
+TEST(Find, RunOfSpacesIsOneAndSpacesAtTheEndsAreIgnored) {
   EXPECT_THAT(find(" \topen \n\u00A0 source ", pageOf({{"open", "source."}})), ElementsAre("open|source"));
 }
 
-TEST(Find, BlankIsNotLeftOut) { EXPECT_THAT(find("o pen", pageOf({{"open"}})), IsEmpty()); }
+TEST(Find, SpaceIsNotOptional) { EXPECT_THAT(find("o pen", pageOf({{"open"}})), IsEmpty()); }
 
-TEST(Find, BlankInsideAWordOfThePageIsOneLikeOthers) {
-  EXPECT_THAT(places("big house", pageOf({{"the\u00A0big", "house"}})), ElementsAre(SizeIs(8)));
-  EXPECT_THAT(places("the big", pageOf({{"the\u00A0 big"}})), ElementsAre(ElementsAre(0, 1, 2, 3, 4, 5, 6, 7)));
+TEST(Find, SpaceInsideAWordOfThePageIsLikeOthers) {
+  EXPECT_THAT(occurrences("big house", pageOf({{"the\u00A0big", "house"}})), ElementsAre(SizeIs(8)));
+  EXPECT_THAT(occurrences("the big", pageOf({{"the\u00A0 big"}})), ElementsAre(ElementsAre(0, 1, 2, 3, 4, 5, 6, 7)));
 }
 
 TEST(Find, BeginningAtThePagesEndIsNoHit) { EXPECT_THAT(find("source code", pageOf({{"source"}})), IsEmpty()); }
@@ -139,7 +140,7 @@ TEST(Find, EmptyPageHasNoHits) { EXPECT_THAT(find("a", PageText{}), IsEmpty()); 
 
 // ---- what there is to find ----
 
-TEST(Find, NothingButBlanksFindsNothing) {
+TEST(Find, NothingButSpacesFindsNothing) {
   for (const char *text : {"", " ", " \t\n", "\u00A0", "\u00AD"}) {
     const Finder finder(text, {});
     EXPECT_TRUE(finder.empty());
@@ -162,97 +163,97 @@ TEST(Find, AccentsDoNotCount) {
   const PageText page = pageOf({{"résumé", "Resume"}});
   for (const char *text : {"resume", "RÉSUMÉ", "re\u0301sume"})
     EXPECT_THAT(find(text, page), SizeIs(2));
-  EXPECT_THAT(places("resumé", page, matchCase), ElementsAre(ElementsAre(0, 1, 2, 3, 4, 5)));
+  EXPECT_THAT(occurrences("resumé", page, matchCase), ElementsAre(ElementsAre(0, 1, 2, 3, 4, 5)));
 }
 
 TEST(Find, DecomposedAccentIsPartOfTheHit) {
-  EXPECT_THAT(places("cafe", pageOf({{"cafe\u0301s"}})), ElementsAre(ElementsAre(0, 1, 2, 3, 4)));
+  EXPECT_THAT(occurrences("cafe", pageOf({{"cafe\u0301s"}})), ElementsAre(ElementsAre(0, 1, 2, 3, 4)));
 }
 
 TEST(Find, TypographicFormsAreFoundAsTyped) {
-  EXPECT_THAT(places("\"don't\"", pageOf({{"“don’t”"}})), ElementsAre(SizeIs(7)));
+  EXPECT_THAT(occurrences("\"don't\"", pageOf({{"“don’t”"}})), ElementsAre(SizeIs(7)));
 }
 
 TEST(Find, HitInsideALigatureMarksAllOfIt) {
   const PageText page = pageOf({{"o\uFB03ce"}}); // o, ffi, c, e
-  EXPECT_THAT(places("of", page), ElementsAre(ElementsAre(0, 1)));
-  EXPECT_THAT(places("ic", page), ElementsAre(ElementsAre(1, 2)));
-  EXPECT_THAT(places("office", page), ElementsAre(ElementsAre(0, 1, 2, 3)));
+  EXPECT_THAT(occurrences("of", page), ElementsAre(ElementsAre(0, 1)));
+  EXPECT_THAT(occurrences("ic", page), ElementsAre(ElementsAre(1, 2)));
+  EXPECT_THAT(occurrences("office", page), ElementsAre(ElementsAre(0, 1, 2, 3)));
 }
 
 TEST(Find, LigatureIsMarkedOnce) {
-  EXPECT_THAT(places("f", pageOf({{"o\uFB00", "f"}})), ElementsAre(ElementsAre(1), ElementsAre(3)));
+  EXPECT_THAT(occurrences("f", pageOf({{"o\uFB00", "f"}})), ElementsAre(ElementsAre(1), ElementsAre(3)));
 }
 
 TEST(Find, SyllableOfHangulIsNotTakenApart) {
-  EXPECT_THAT(places("가", pageOf({{"각가", "강"}})), ElementsAre(ElementsAre(1)));
+  EXPECT_THAT(occurrences("가", pageOf({{"각가", "강"}})), ElementsAre(ElementsAre(1)));
 }
 
 // ---- hyphens at the ends of lines ----
 
-struct Parting {
+struct Hyphenation {
   const char *name;
   const char *text;
   std::vector<std::string> found;
 };
 
-void PrintTo(const Parting &parting, std::ostream *out) { *out << parting.name; }
+void PrintTo(const Hyphenation &hyphenation, std::ostream *out) { *out << hyphenation.name; }
 
-class FindParted : public testing::TestWithParam<Parting> {};
+class FindHyphenated : public testing::TestWithParam<Hyphenation> {};
 
-TEST_P(FindParted, WordIsFound) {
+TEST_P(FindHyphenated, WordIsFound) {
   const PageText page = pageOf({{"a", "para-"}, {"meter", "b"}});
   EXPECT_EQ(find(GetParam().text, page), GetParam().found);
 }
 
-INSTANTIATE_TEST_SUITE_P(By, FindParted,
-                         testing::Values(Parting{"TheWholeWord", "parameter", {"para-|meter"}},
-                                         Parting{"ThePlaceWhereItIsParted", "ram", {"ra-|m"}},
-                                         Parting{"TheWordWithItsHyphen", "para-meter", {"para-|meter"}},
-                                         Parting{"TheWordAsItStands", "para- meter", {"para-|meter"}},
-                                         Parting{"ItsFirstPart", "para", {"para"}},
-                                         Parting{"ItsFirstPartWithTheHyphen", "para-", {"para-"}},
-                                         Parting{"ItsSecondPart", "meter", {"meter"}},
-                                         Parting{"ItsSecondPartWithTheHyphen", "-meter", {"-|meter"}},
-                                         Parting{"TheWordsAround", "a parameter b", {"a|para-|meter|b"}},
-                                         Parting{"NoBlankAlone", "para meter", {}},
-                                         Parting{"NoOtherHyphen", "para--meter", {}}),
-                         [](const testing::TestParamInfo<Parting> &instance) { return instance.param.name; });
+INSTANTIATE_TEST_SUITE_P(By, FindHyphenated,
+                         testing::Values(Hyphenation{"TheCompleteWord", "parameter", {"para-|meter"}},
+                                         Hyphenation{"ThePositionWhereItIsDivided", "ram", {"ra-|m"}},
+                                         Hyphenation{"TheWordWithItsHyphen", "para-meter", {"para-|meter"}},
+                                         Hyphenation{"TheWordWithHyphenAndSpace", "para- meter", {"para-|meter"}},
+                                         Hyphenation{"ItsFirstPart", "para", {"para"}},
+                                         Hyphenation{"ItsFirstPartWithTheHyphen", "para-", {"para-"}},
+                                         Hyphenation{"ItsSecondPart", "meter", {"meter"}},
+                                         Hyphenation{"ItsSecondPartWithTheHyphen", "-meter", {"-|meter"}},
+                                         Hyphenation{"TheWordsAround", "a parameter b", {"a|para-|meter|b"}},
+                                         Hyphenation{"NoSpaceAlone", "para meter", {}},
+                                         Hyphenation{"NoOtherHyphen", "para--meter", {}}),
+                         [](const testing::TestParamInfo<Hyphenation> &instance) { return instance.param.name; });
 
-TEST(FindParted, AnyHyphenPartsAWord) {
+TEST(FindHyphenated, AnyHyphenDividesAWord) {
   for (const char *part : {"para-", "para\u2010", "para\u00AD"})
     for (const char *text : {"parameter", "para-meter"})
-      EXPECT_THAT(places(text, pageOf({{part}, {"meter"}})), ElementsAre(SizeIs(10))) << part << text;
+      EXPECT_THAT(occurrences(text, pageOf({{part}, {"meter"}})), ElementsAre(SizeIs(10))) << part << text;
 }
 
-TEST(FindParted, EachHyphenOfAHitIsTakenAsItFits) {
+TEST(FindHyphenated, EachHyphenOfAHitIsTakenAsItFits) {
   EXPECT_THAT(find("well-known parameter", pageOf({{"well-"}, {"known", "para-"}, {"meter"}})),
               ElementsAre("well-|known|para-|meter"));
 }
 
-TEST(FindParted, PartedAgainOnTheNextLine) {
+TEST(FindHyphenated, DividedAgainOnTheNextLine) {
   EXPECT_THAT(find("parameter", pageOf({{"pa-"}, {"ra-"}, {"meter"}})), ElementsAre("pa-|ra-|meter"));
 }
 
-TEST(FindParted, HyphenInsideALinePartsNothing) {
+TEST(FindHyphenated, HyphenInsideALineDividesNothing) {
   EXPECT_THAT(find("prefix", pageOf({{"pre-", "fix"}})), IsEmpty());
   EXPECT_THAT(find("pre- fix", pageOf({{"pre-", "fix"}})), ElementsAre("pre-|fix"));
 }
 
-TEST(FindParted, HyphenInsideAWordIsNotLeftOut) {
+TEST(FindHyphenated, HyphenInsideAWordIsNotOptional) {
   EXPECT_THAT(find("wellknown", pageOf({{"well-known"}, {"x"}})), IsEmpty());
 }
 
-TEST(FindParted, LoneDashPartsNothing) {
+TEST(FindHyphenated, LoneDashDividesNothing) {
   EXPECT_THAT(find("a b", pageOf({{"a", "-"}, {"b"}})), IsEmpty());
   EXPECT_THAT(find("a - b", pageOf({{"a", "-"}, {"b"}})), ElementsAre("a|-|b"));
 }
 
-TEST(FindParted, HyphenAtThePagesEndIsAHyphen) {
+TEST(FindHyphenated, HyphenAtThePagesEndIsAHyphen) {
   EXPECT_THAT(find("para-", pageOf({{"para-"}})), ElementsAre("para-"));
 }
 
-TEST(FindParted, WordGoesOnAtTheHeadOfTheNextColumn) {
+TEST(FindHyphenated, WordContinuesAtTheTopOfTheNextColumn) {
   PageText page = pageOf({{"para-"}});
   page.words.push_back(word("meter", 6, 300, 700));
   EXPECT_THAT(find("parameter", page), ElementsAre("para-|meter"));
@@ -271,16 +272,16 @@ PageText linesDownThePage() {
   return {.words = {downwards(U"a-", 0, 100, 500), downwards(U"para-", 3, 100, 470), downwards(U"meter", 9, 80, 500)}};
 }
 
-TEST(FindParted, LinesRunDownThePage) {
+TEST(FindHyphenated, LinesRunDownThePage) {
   EXPECT_THAT(find("parameter", linesDownThePage()), ElementsAre("para-|meter"));
 }
 
-TEST(FindParted, LowerOnALineThatRunsDownIsTheSameLine) {
+TEST(FindHyphenated, LowerOnALineThatRunsDownIsTheSameLine) {
   EXPECT_THAT(find("apara", linesDownThePage()), IsEmpty());
   EXPECT_THAT(find("a- para", linesDownThePage()), ElementsAre("a-|para"));
 }
 
-TEST(FindParted, LineThatRunsUpThePageGoesOnBesideIt) {
+TEST(FindHyphenated, LineThatRunsUpThePageContinuesBesideIt) {
   PageText page = linesDownThePage();
   for (WordText &each : page.words)
     each.quarterTurns = 3;
@@ -290,7 +291,7 @@ TEST(FindParted, LineThatRunsUpThePageGoesOnBesideIt) {
 }
 
 // Across the line's direction: the second word's middle against the first word's edges.
-TEST(FindParted, WordWhoseMiddleIsOnTheEdgeIsOnTheSameLine) {
+TEST(FindHyphenated, WordWhoseMiddleIsOnTheEdgeIsOnTheSameLine) {
   for (const double bottom : {495.0, 505.0}) {
     PageText page = pageOf({{"para-", "meter"}});
     page.words[1].bounds.bottom = bottom;
@@ -309,7 +310,7 @@ TEST(FindParted, WordWhoseMiddleIsOnTheEdgeIsOnTheSameLine) {
   }
 }
 
-TEST(FindParted, LineOfAnotherDirectionDoesNotGoOn) {
+TEST(FindHyphenated, LineOfAnotherDirectionDoesNotContinue) {
   PageText page = pageOf({{"para-"}, {"meter"}});
   page.words[1].quarterTurns = 1;
   EXPECT_THAT(find("parameter", page), IsEmpty());
@@ -317,9 +318,9 @@ TEST(FindParted, LineOfAnotherDirectionDoesNotGoOn) {
 
 // ---- whole words ----
 
-TEST(FindWholeWords, NoLetterOrDigitStandsBesideThem) {
+TEST(FindWholeWords, NoLetterOrDigitIsBesideThem) {
   const PageText page = pageOf({{"set", "reset", "sets", "set2", "(set)", "sét"}});
-  EXPECT_THAT(places("set", page, wholeWords),
+  EXPECT_THAT(occurrences("set", page, wholeWords),
               ElementsAre(ElementsAre(0, 1, 2), ElementsAre(21, 22, 23), ElementsAre(26, 27, 28)));
 }
 
@@ -342,11 +343,11 @@ TEST(FindWholeWords, SeveralAreWholeAtBothEnds) {
               ElementsAre("open|source"));
 }
 
-TEST(FindWholeWords, LetterOfTheSameLigatureStandsBesideThem) {
-  EXPECT_THAT(places("f", pageOf({{"\uFB01", "f"}}), wholeWords), ElementsAre(ElementsAre(2)));
+TEST(FindWholeWords, LetterOfTheSameLigatureIsBesideThem) {
+  EXPECT_THAT(occurrences("f", pageOf({{"\uFB01", "f"}}), wholeWords), ElementsAre(ElementsAre(2)));
 }
 
-TEST(FindWholeWords, HyphenPartsThemInsideALine) {
+TEST(FindWholeWords, HyphenSeparatesThemInsideALine) {
   EXPECT_THAT(find("known", pageOf({{"well-known"}}), wholeWords), ElementsAre("known"));
 }
 
@@ -354,8 +355,8 @@ TEST(FindWholeWords, AtALinesEndTheJoinedWordCounts) {
   const PageText page = pageOf({{"para-"}, {"meter"}});
   for (const char *part : {"para", "para-", "-meter", "meter", "ram"})
     EXPECT_THAT(find(part, page, wholeWords), IsEmpty()) << part;
-  for (const char *whole : {"parameter", "para-meter", "para- meter"})
-    EXPECT_THAT(find(whole, page, wholeWords), ElementsAre("para-|meter")) << whole;
+  for (const char *joined : {"parameter", "para-meter", "para- meter"})
+    EXPECT_THAT(find(joined, page, wholeWords), ElementsAre("para-|meter")) << joined;
 }
 
 TEST(FindWholeWords, AtALinesEndPunctuationEndsTheJoinedWord) {
@@ -384,7 +385,7 @@ TEST(FindBoxes, CharacterWithoutAreaAddsNothing) {
 
 // ---- large pages, documents ----
 
-TEST(Find, EveryPlaceOnALargePage) {
+TEST(Find, EveryOccurrenceOnALargePage) {
   const std::vector<std::vector<std::string>> lines(20'000, {"first", "second", "third-"});
   EXPECT_THAT(Finder("thirdfirst second", {}).find(pageOf(lines)), SizeIs(19'999));
 }

@@ -1,4 +1,4 @@
-// Text as searches compare it: folding, blanks, UTF-8.
+// Text as searches compare it: folding, white space, UTF-8.
 #include "host/document/fold.h"
 
 #include <gtest/gtest.h>
@@ -69,17 +69,17 @@ TEST(Folding, KeepsSpacesThatAreNoAccents) {
   EXPECT_EQ(folded(U"\u00A8"), U"") << "an accent alone decomposes to a space and the accent";
 }
 
-TEST(AppendFolded, GoesBehindWhatIsThere) {
+TEST(AppendFolded, AppendsToTheText) {
   std::u32string text = U"o";
   appendFolded(U'\uFB03', Case::folded, text);
   EXPECT_EQ(text, U"offi");
 }
 
-TEST(IsBlank, SpacesAndControlCharactersOnly) {
+TEST(IsWhiteSpace, SpacesAndControlCharactersOnly) {
   for (const char32_t c : {U' ', U'\t', U'\n', U'\u00A0', U'\u2003', U'\u3000'})
-    EXPECT_TRUE(isBlank(c)) << static_cast<uint32_t>(c);
+    EXPECT_TRUE(isWhiteSpace(c)) << static_cast<uint32_t>(c);
   for (const char32_t c : {U'a', U'-', U'\u00AD', U'\u00B4', U'\u0301'})
-    EXPECT_FALSE(isBlank(c)) << static_cast<uint32_t>(c);
+    EXPECT_FALSE(isWhiteSpace(c)) << static_cast<uint32_t>(c);
 }
 
 TEST(Decoded, OneToFourBytes) { EXPECT_EQ(decoded("a\xC3\xA4\xE2\x82\xAC\xF0\x9F\x98\x80"), U"aä€\U0001F600"); }

@@ -46,16 +46,16 @@ TEST(CharacterBoxes, OneBoxAWord) {
 
 TEST(CharacterBoxes, SeparatorCoversNothing) { EXPECT_THAT(characters(twoWords(), {{3, 4}}), IsEmpty()); }
 
-TEST(CharacterBoxes, BeyondTheEndIsCut) {
+TEST(CharacterBoxes, BeyondTheEndIsClamped) {
   EXPECT_THAT(characters(twoWords(), {{5, 5000}}), ElementsAre(IsBox(110, 0, 120, 10)));
   EXPECT_THAT(characters(twoWords(), {{6, 5000}}), IsEmpty());
 }
 
-TEST(CharacterBoxes, TwoPlacesInAWordAreTwoBoxes) {
+TEST(CharacterBoxes, TwoPartsOfAWordAreTwoBoxes) {
   EXPECT_THAT(characters(twoWords(), {{0, 1}, {2, 3}}), ElementsAre(IsBox(0, 0, 10, 10), IsBox(20, 0, 30, 10)));
 }
 
-TEST(CharacterBoxes, LettersOfALigatureInTwoPlacesAreOneBox) {
+TEST(CharacterBoxes, LettersOfALigatureInTwoRangesAreOneBox) {
   PageText page = twoWords();
   page.words[0].characters.assign(3, Box{0, 10, 30, 0});
   EXPECT_THAT(characters(page, {{0, 1}, {2, 3}}), ElementsAre(IsBox(0, 0, 30, 10)));
@@ -77,7 +77,7 @@ void PrintTo(const Bare &word, std::ostream *out) { *out << word.name; }
 
 class WithoutCharacterBoxes : public testing::TestWithParam<Bare> {};
 
-TEST_P(WithoutCharacterBoxes, ShareOfTheWordStandsForThem) {
+TEST_P(WithoutCharacterBoxes, ShareOfTheWordIsUsedInstead) {
   PageText page{.words = {WordText{.text = U"abcd", .bounds = {0, 40, 40, 0}, .characters = std::vector<Box>(4)}}};
   page.words[0].quarterTurns = GetParam().quarterTurns;
   const Box &box = GetParam().box;
@@ -102,7 +102,7 @@ TEST(WordBoxes, NumberedInAnotherOrder) {
   EXPECT_THAT(wordBoxes(twoWords(), spans, order), ElementsAre(IsBox(100, 0, 120, 10)));
 }
 
-TEST(WordBoxes, BeyondTheEndIsCut) {
+TEST(WordBoxes, BeyondTheEndIsClamped) {
   const std::vector<Span> spans = {{1, 70'000}};
   EXPECT_THAT(wordBoxes(twoWords(), spans, {}), ElementsAre(IsBox(100, 0, 120, 10)));
 }
@@ -167,7 +167,7 @@ TEST_F(SelectionTest, NothingCoveredIsNoSelection) {
   EXPECT_EQ(document->selectionCount(), 0U);
 }
 
-TEST_F(SelectionTest, RangesBeyondTheEndAreCut) {
+TEST_F(SelectionTest, RangesBeyondTheEndAreClamped) {
   EXPECT_EQ(words({{1, 65535}})->boxes.size(), 1U);
   EXPECT_THAT(characters({{8, 65535}})->boxes, ElementsAre(IsBox(62, 100 - 1.57, 74, 100 + 6.29)));
 }
@@ -230,7 +230,7 @@ protected:
   }
 };
 
-TEST_F(SelectionBoundTest, KeepsAsManyAsItSays) {
+TEST_F(SelectionBoundTest, KeepsAsManyAsSpecified) {
   const tavrel::TextSelection first = make(0);
   for (size_t n = 1; n < SelectionStore::mostSelections; ++n)
     make(n);
@@ -262,7 +262,7 @@ TEST_F(SelectionBoundTest, AHandleThatWasDroppedNeverReturns) {
   EXPECT_TRUE(lives(again));
 }
 
-TEST_F(SelectionBoundTest, FewerWhereTheyAreLargeButNeverLessThanItSays) {
+TEST_F(SelectionBoundTest, FewerWhereTheyAreLargeButNeverFewerThanSpecified) {
   std::vector<TextRange> ranges(SelectionStore::mostParts / 2);
   for (uint16_t n = 1; n <= SelectionStore::fewestSelections + 2; ++n) {
     ranges[0] = {0, n};

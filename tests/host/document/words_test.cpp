@@ -43,7 +43,7 @@ TEST(OrderByContent, OfEqualWordsTakesTheNextUnusedOtherwise) {
   EXPECT_THAT(ordered({U"x", U"x", U"y"}, U"y x x"), ElementsAre(2, 0, 1));
 }
 
-TEST(OrderByContent, BoxNotInTheStreamStaysBehindItsPredecessor) {
+TEST(OrderByContent, BoxNotInTheStreamStaysAfterItsPredecessor) {
   EXPECT_THAT(ordered({U"a", U"lost", U"b"}, U"b a"), ElementsAre(2, 0, 1));
 }
 
@@ -59,7 +59,7 @@ TEST(OrderByContent, WordsRunTogetherInTheStreamAreTakenApart) {
   EXPECT_THAT(ordered({U"c", U"foo", U"bar"}, U"foobar c"), ElementsAre(1, 2, 0));
 }
 
-TEST(OrderByContent, BoxWithABlankInItIsFound) {
+TEST(OrderByContent, BoxWithASpaceInItIsFound) {
   EXPECT_THAT(ordered({U"z", U"two words"}, U"z two words"), ElementsAre(0, 1));
 }
 

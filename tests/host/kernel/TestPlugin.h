@@ -1,4 +1,4 @@
-// A plug-in that lives in the test: it has a number, calls the host's tables, and the host calls its functions.
+// A plug-in inside of the test: it has a number, calls the host's tables, and the host calls its functions.
 #pragma once
 
 #include <string>
@@ -34,7 +34,7 @@ public:
   }
 
   const tavrel::ExtensionID id;
-  std::vector<std::string> reports; ///< what the host had to say about plug-ins
+  std::vector<std::string> reports; ///< what the host reported about plug-ins
 
 private:
   host::Runtime &runtime_;

@@ -55,7 +55,7 @@ struct Frames : testing::Test {
   int32_t call(int32_t (*function)()) { return host::callPlugin({testPlugin.id, "the call"}, function); }
 };
 
-TEST_F(Frames, ABodyThatSucceedsGoesOn) {
+TEST_F(Frames, ABodyThatSucceedsReturns) {
   EXPECT_FALSE(raises(nothing));
   EXPECT_EQ(runtime.frames.depth(), 0U);
 }
@@ -122,7 +122,7 @@ TEST_F(Frames, ARestoreProcedureWithoutAFrameRaises) {
   EXPECT_EQ(testPlugin.attempt([] { Kernel::PushExceptionFrame(nullptr, jumpBack); }), tavrel::errBadArgument);
 }
 
-TEST_F(Frames, AFrameThatIsPoppedHasRoomForTheNextOne) {
+TEST_F(Frames, AFrameThatIsPoppedLeavesSpaceForTheNextOne) {
   EXPECT_EQ(testPlugin.attempt([] {
     static ExceptionFrame frame;
     for (size_t n = 0; n < 3 * tavrel::maxFrames; ++n) {
@@ -159,7 +159,7 @@ TEST_F(Frames, APluginThatRaisesGivesTheFailureValue) {
   EXPECT_THAT(testPlugin.reports, ElementsAre("test plug-in: the call failed with error 3: raised by the plug-in"));
 }
 
-TEST_F(Frames, TheHostGoesOnAfterARaise) {
+TEST_F(Frames, TheHostContinuesAfterARaise) {
   call(raiseThree);
   EXPECT_EQ(call(one), 1);
   EXPECT_EQ(runtime.frames.depth(), 0U);
@@ -229,27 +229,27 @@ TEST_F(Frames, CallsWithoutEndFailInsteadOfOverflowing) {
   EXPECT_EQ(runtime.frames.depth(), 0U);
 }
 
-TEST_F(Frames, AnOperationThatFailsSaysWhy) {
+TEST_F(Frames, AnOperationThatFailsGivesAReason) {
   testPlugin.attempt([] { Kernel::PopExceptionFrame(); });
   EXPECT_THAT(testPlugin.reports,
               ElementsAre("test plug-in: the body failed with error 6: an exception frame popped too often"));
 }
 
-struct Told : host::CallWatcher {
+struct CountingWatcher : host::CallWatcher {
   void beforeCall() override { ++before; }
   void afterCall() noexcept override { ++after; }
   int before = 0, after = 0;
 };
 
-TEST_F(Frames, WatchersAreToldAroundEveryCallAlsoOneThatFails) {
-  Told told;
-  runtime.watch(&told);
+TEST_F(Frames, WatchersAreNotifiedAroundEveryCallAlsoOneThatFails) {
+  CountingWatcher watcher;
+  runtime.watch(&watcher);
   call(one);
   call(raiseThree);
-  runtime.unwatch(&told);
+  runtime.unwatch(&watcher);
   call(one);
-  EXPECT_EQ(told.before, 2);
-  EXPECT_EQ(told.after, 2);
+  EXPECT_EQ(watcher.before, 2);
+  EXPECT_EQ(watcher.after, 2);
 }
 
 using FramesDeathTest = Frames;
@@ -260,7 +260,7 @@ TEST(NoRuntimeDeathTest, ARaiseWithoutAHostEndsTheProgramWithALine) {
 }
 
 TEST(NoRuntime, AReasonWithoutAHostIsIgnored) {
-  host::noteReason("nobody listens");
+  host::noteReason("without a host");
   EXPECT_EQ(host::Runtime::find(), nullptr);
 }
 
@@ -269,11 +269,11 @@ TEST_F(FramesDeathTest, ARaiseWithoutAnyFrameEndsTheProgramWithALine) {
               "error 4 outside every exception frame: raised by the plug-in");
 }
 
-TEST_F(FramesDeathTest, ARestoreProcedureThatComesBackEndsTheProgram) {
+TEST_F(FramesDeathTest, ARestoreProcedureThatReturnsEndsTheProgram) {
   ExceptionFrame frame;
   Kernel::PushExceptionFrame(&frame, [](ExceptionFrame *) {});
   EXPECT_EXIT(Kernel::RaiseError(1), testing::KilledBySignal(SIGABRT),
-              testing::EndsWith("tavrel: a restore procedure came back\n"));
+              testing::EndsWith("tavrel: a restore procedure returned\n"));
   Kernel::PopExceptionFrame();
 }
 

@@ -24,7 +24,7 @@ void expectRect(const FixedRect &actual, const FixedRect &expected) {
 }
 
 TEST(Geometry, ScalesAndFlips) {
-  // From page space at 144 dots per inch: y turns over, and what was the top has the smaller y.
+  // From page space at 144 dots per inch: y is flipped, and what was the top has the smaller y.
   const FixedMatrix matrix{f(2), 0, 0, f(-2), 0, f(1584)};
   expectRect(host::transform(matrix, {f(10), f(700), f(20), f(690)}), {f(20), f(204), f(40), f(184)});
 }

@@ -160,10 +160,10 @@ constexpr BadPlugin badPlugins[] = {
     {"otherversion", "speaks handshake version 0x30000"},
     {"nosetup", "its set-up failed"},
     {"raises", "the initialisation callback failed"},
-    {"strangecallback", "gave a callback that it did not create"},
+    {"unknowncallback", "gave a callback that it did not create"},
 };
 
-TEST_F(Loader, NamesEachPluginThatFailsWithItsReasonAndGoesOn) {
+TEST_F(Loader, NamesEachPluginThatFailsWithItsReasonAndContinues) {
   for (const BadPlugin &bad : badPlugins)
     install(bad.plugin, std::string("a-") + bad.plugin + ".so");
   install("good", "b.so");
@@ -198,7 +198,7 @@ TEST_F(Loader, APluginThatRaisesIsNotCalledAgain) {
   EXPECT_THAT(journal, testing::Not(testing::Contains("raises unload")));
 }
 
-TEST_F(Loader, APluginThatForgetsAFrameLivesOn) {
+TEST_F(Loader, APluginThatForgetsAFrameKeepsRunning) {
   install("forgets", "a.so");
   load();
   EXPECT_EQ(loader.plugins().at(0).state, host::PluginState::initialised);
@@ -234,7 +234,7 @@ TEST(PluginDirectories, AreTheOneGivenThenTheEnvironmentsTheUsersAndTheSystems) 
                           fs::path("/home/reader/.local/lib/tavrel/plugins"), systems()));
 }
 
-TEST(PluginDirectories, AreTheSystemsAloneWhereNobodyNamesOne) {
+TEST(PluginDirectories, AreTheSystemsAloneWithoutOthers) {
   const Variables variables("", "");
   EXPECT_THAT(host::pluginDirectories(""), ElementsAre(systems()));
 }
@@ -254,7 +254,7 @@ TEST(PluginDirectories, TheSystemsIsTheConfiguredOneWhereTheProgramsPathIsNotKno
   EXPECT_TRUE(host::systemPluginDirectory("").is_absolute());
 }
 
-TEST_F(Loader, GoesByTheFilesNamesWhateverTheirDirectories) {
+TEST_F(Loader, LoadsInOrderOfFileNamesWhateverTheirDirectories) {
   const test::ScratchFolder other;
   install("good", "b.so");
   fs::create_symlink(fs::path(TEST_PLUGINS) / "second.so", other.path() / "a.so");

@@ -8,7 +8,7 @@
 #include "support/FailingMemory.h"
 #include "tavrel/TavrelSupport.h"
 
-// There where a sanitizer is.
+// Defined where a sanitizer is linked.
 extern "C" [[gnu::weak]] void __lsan_do_leak_check();
 
 namespace {
@@ -35,7 +35,7 @@ TEST_F(Memory, ABlockOfNothingIsABlock) {
   TavrelSupport::Free(block);
 }
 
-// The C library's own operation frees a block that is resized to nothing.
+// The C library's realloc frees a block that is resized to nothing.
 TEST_F(Memory, ABlockResizedToNothingIsABlock) {
   const size_t before = liveBytes();
   void *block = TavrelSupport::Realloc(TavrelSupport::Malloc(10), 0);

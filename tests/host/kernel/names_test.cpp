@@ -76,7 +76,7 @@ TEST_F(Names, ACallbackWithoutAFunctionRaises) {
   EXPECT_EQ(testPlugin.attempt([this] { Kernel::CreateCallback(testPlugin.id, nullptr); }), tavrel::errBadArgument);
 }
 
-TEST_F(Names, ACallbackOfAStrangerRaises) {
+TEST_F(Names, ACallbackOfAnUnknownPluginRaises) {
   EXPECT_EQ(testPlugin.attempt([] { Kernel::CreateCallback(4711, someFunction); }), tavrel::errBadHandle);
 }
 

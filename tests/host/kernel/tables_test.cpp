@@ -57,7 +57,7 @@ TEST_F(Tables, AnUnknownTableIsNull) {
   EXPECT_EQ(Kernel::RequestTable(0, 1), nullptr);
 }
 
-TEST_F(Tables, WhoBuildsTheApplicationAddsTablesAtAnyVersion) {
+TEST_F(Tables, TheApplicationAddsTablesAtAnyVersion) {
   tavrel::Entry entries[1] = {};
   runtime.addTable("TavrelView", 0x00020002, entries);
   EXPECT_EQ(request("TavrelView", 0x00020002), entries);
@@ -112,7 +112,7 @@ TEST_F(Tables, AServerWithoutNameOrProvideProcedureRaises) {
             tavrel::errBadArgument);
 }
 
-TEST_F(Tables, ServersAreDestroyedOnceAndAreGone) {
+TEST_F(Tables, ServersAreDestroyedOnceAndRemoved) {
   serve("Mine");
   serve("Yours");
   runtime.tables.closeServers(testPlugin.id);
@@ -198,7 +198,7 @@ TEST_F(Tables, TheCallbackOfARetiredPluginInAnothersTableRaises) {
   EXPECT_EQ(testPlugin.attempt([=] { table[1](); }), tavrel::errBadHandle);
 }
 
-TEST_F(Tables, WhoGotWhoseTableIsKnown) {
+TEST_F(Tables, UsesOfTablesAreRecorded) {
   TestPlugin client(runtime, "client");
   serve("Mine");
   const auto requestMine = [] { request("Mine", 1); };
@@ -247,7 +247,7 @@ TEST_F(Tables, TablesOfUnknownServersAndOfNoSelectorsRaise) {
   EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::NewHFT(server, UINT32_MAX); }), tavrel::errBadArgument);
 }
 
-TEST_F(Tables, DestroyingATableTwiceRaisesAndNullIsLetPass) {
+TEST_F(Tables, DestroyingATableTwiceRaisesAndNullIsIgnored) {
   const HFTServer server = serve("Mine");
   EXPECT_EQ(testPlugin.attempt([=] {
     const HFT table = TavrelSupport::NewHFT(server, 1);
@@ -259,7 +259,7 @@ TEST_F(Tables, DestroyingATableTwiceRaisesAndNullIsLetPass) {
   EXPECT_EQ(runtime.tables.tableCount(), 0U);
 }
 
-// A plug-in that knows many versions asks for every number between two of them.
+// A plug-in may request every version between two numbers.
 TEST_F(Tables, AskingForTwoHundredThousandVersionsEndsWithTheRightOne) {
   tavrel::Entry entries[1] = {};
   runtime.addTable("TavrelView", 0x00020002, entries);

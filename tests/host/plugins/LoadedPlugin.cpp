@@ -1,5 +1,5 @@
-// The frame of every plug-in of the loader's tests: it notes each call in the journal and does what its LoadedPlugin
-// says.
+// The common part of every plug-in of the loader's tests: it records each call in the journal and behaves as its
+// LoadedPlugin specifies.
 #include "LoadedPlugin.h"
 
 #include <cstdio>
@@ -11,7 +11,7 @@ tavrel::HFT gKernelHFT, gJournalHFT;
 
 tavrel::ExtensionID self;
 
-void say(const char *what) {
+void noteCall(const char *what) {
   char line[64];
   std::snprintf(line, sizeof line, "%s %s", loadedPlugin.name, what);
   if (gJournalHFT != nullptr) test::note(line);
@@ -24,7 +24,7 @@ tavrel::Callback callback(tavrel::LifecycleProc function) {
 }
 
 uint32_t exportTables() {
-  say("export");
+  noteCall("export");
   if (loadedPlugin.exportTables != nullptr) loadedPlugin.exportTables();
   return 1;
 }
@@ -35,21 +35,21 @@ uint32_t importTables() {
 }
 
 uint32_t initialise() {
-  say("initialise");
+  noteCall("initialise");
   if (loadedPlugin.initialise != nullptr) loadedPlugin.initialise();
   return 1;
 }
 
 uint32_t unload() {
-  say("unload");
+  noteCall("unload");
   if (loadedPlugin.unload != nullptr) loadedPlugin.unload();
   return 1;
 }
 
 uint32_t handshake(uint32_t, tavrel::HandshakeRecord *record) {
-  say("handshake");
+  noteCall("handshake");
   record->name = Kernel::AtomFromString(loadedPlugin.name);
-  record->exportTables = loadedPlugin.strangeCallback ? tavrel::entryOf(exportTables) : callback(exportTables);
+  record->exportTables = loadedPlugin.unknownCallback ? tavrel::entryOf(exportTables) : callback(exportTables);
   if (loadedPlugin.importTables != nullptr) record->importTables = callback(importTables);
   record->initialise = callback(initialise);
   record->unload = callback(unload);
@@ -60,7 +60,7 @@ uint32_t setUp(uint32_t, tavrel::SetupRecord *record) {
   self = record->extension;
   gKernelHFT = record->kernel;
   gJournalHFT = Kernel::RequestTable(Kernel::AtomFromString(test::journalName), test::journalVersion);
-  say("set up");
+  noteCall("set up");
   record->handshake = Kernel::CreateCallback(self, tavrel::entryOf(handshake));
   return loadedPlugin.setupResult;
 }

@@ -8,7 +8,7 @@ struct LoadedPlugin {
   uint32_t mainResult = 1;
   uint32_t version = tavrel::handshakeVersion;
   uint32_t setupResult = 1;
-  bool strangeCallback = false; ///< hands back a function that is no callback
+  bool unknownCallback = false; ///< returns a function that is no callback
   // What it does in its callbacks, apart from noting them.
   void (*exportTables)() = nullptr;
   void (*importTables)() = nullptr;
@@ -18,7 +18,7 @@ struct LoadedPlugin {
 
 extern const LoadedPlugin loadedPlugin;
 
-/// Notes in the journal what the plug-in does.
-void say(const char *what);
+/// Records in the journal what the plug-in does.
+void noteCall(const char *what);
 /// The plug-in's number, from its set-up on.
 extern tavrel::ExtensionID self;

@@ -1,4 +1,4 @@
-// A plug-in whose version's note says that it is longer than all the notes of the library.
+// A plug-in whose version's note claims to be longer than all the notes of the library.
 #include "LoadedPlugin.h"
 #include "tavrel/plugin.h"
 

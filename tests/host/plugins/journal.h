@@ -1,4 +1,4 @@
-// A table by which the plug-ins of the loader's tests say what was called. The test offers it.
+// A table by which the plug-ins of the loader's tests record what was called. The test offers it.
 #pragma once
 
 #include "tavrel/hft.h"

@@ -15,10 +15,10 @@ constexpr tavrel::Operation<gPeerHFT, 0, void()> ask{"ask"};
 
 tavrel::HFT offered;
 
-void answer() { say("is asked"); }
+void answer() { noteCall("is asked"); }
 
 tavrel::HFT provide(tavrel::HFTServer server, uint32_t) {
-  say("provides");
+  noteCall("provides");
   if (offered == nullptr) {
     offered = TavrelSupport::NewHFT(server, 1);
     TavrelSupport::ReplaceHFTEntry(offered, 0, Kernel::CreateCallback(self, tavrel::entryOf(answer)), 0);
@@ -27,7 +27,7 @@ tavrel::HFT provide(tavrel::HFTServer server, uint32_t) {
 }
 
 void destroy(tavrel::HFTServer) {
-  say("destroys");
+  noteCall("destroys");
   TavrelSupport::DestroyHFT(offered);
 }
 

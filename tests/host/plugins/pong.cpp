@@ -1,4 +1,4 @@
-// A plug-in that uses the table of "ping", which uses its own, and leaves its table behind.
+// A plug-in that uses the table of "ping", which uses its own, and does not destroy its table.
 #include "LoadedPlugin.h"
 #include "peer.h"
 

@@ -9,13 +9,13 @@ using tavrel::Atom;
 using tavrel::Doc;
 using testing::ElementsAre;
 
-// What callbacks saw; they are functions without data.
+// What callbacks received; they are functions without data.
 std::vector<Doc> opened, closed;
 std::vector<std::string> delivered;
 tavrel::Bool16 answer;
 
 void didOpen(Doc document, void *) { opened.push_back(document); }
-// The document is still there for whoever is told that it closes.
+// The document still exists while a plug-in is notified that it closes.
 void didClose(Doc document, void *) {
   TavrelView::PageViewRefreshArea(TavrelView::DocGetPageView(document), nullptr);
   closed.push_back(document);
@@ -52,7 +52,7 @@ TEST_F(Application, WithoutADocumentThereIsNoFrontOne) {
   EXPECT_EQ(TavrelView::GetFrontDoc(), nullptr);
 }
 
-TEST_F(Application, OpeningAndClosingAreTold) {
+TEST_F(Application, OpeningAndClosingAreNotified) {
   listen(tavrel::notifyDocDidOpen, didOpen);
   listen(tavrel::notifyDocDidClose, didClose);
   host::ViewerDocument &second = openAnother();
@@ -63,7 +63,7 @@ TEST_F(Application, OpeningAndClosingAreTold) {
   EXPECT_TRUE(testPlugin.reports.empty()) << testPlugin.reports.front();
 }
 
-TEST_F(Application, WhoRegistersTwiceIsToldOnce) {
+TEST_F(Application, ACallbackRegisteredTwiceIsNotifiedOnce) {
   listen(tavrel::notifyDocDidOpen, didOpen);
   listen(tavrel::notifyDocDidOpen, didOpen);
   openAnother();
@@ -101,7 +101,7 @@ TEST_F(Application, ADocumentThatCannotBePreparedIsNotOpened) {
   EXPECT_EQ(app.views().size(), 1U);
 }
 
-TEST_F(Application, ANullPageViewIsLetPass) {
+TEST_F(Application, ANullPageViewIsAccepted) {
   const tavrel::TextSelection selection = model->select(0, {{0, 1, 1, 0}});
   EXPECT_EQ(testPlugin.attempt([=] {
     tavrel::DeviceRect rect{};
@@ -125,7 +125,7 @@ TEST_F(Application, ANullPageViewIsLetPass) {
   EXPECT_EQ(TavrelView::PageViewGetDoc(nullptr), nullptr);
 }
 
-TEST_F(Application, ANullPlaceForAResultRaises) {
+TEST_F(Application, ANullPointerForAResultRaises) {
   EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewGetVisibleRect(view, nullptr); }), tavrel::errBadArgument);
   EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewGetPageTransform(view, nullptr); }),
             tavrel::errBadArgument);
@@ -148,7 +148,7 @@ TEST_F(Application, AuxiliaryDataGoesToTheHandlerOfItsType) {
   EXPECT_THAT(delivered, ElementsAre(std::string("with a \0 in it", 14)));
 }
 
-TEST_F(Application, TheNextHandlerIsAskedOnlyIfItWasNotTheFirstOnesBusiness) {
+TEST_F(Application, TheNextHandlerIsAskedOnlyIfTheFirstOneDidNotHandleTheData) {
   const tavrel::AuxDataHandler first{8, testPlugin.callback(receive)}, second{8, testPlugin.callback(receive)};
   const Atom type = runtime.atoms.atom("xml");
   TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &first);
@@ -205,19 +205,19 @@ TEST_F(Application, WhatARetiredPluginRegisteredIsDropped) {
   const tavrel::AuxDataHandler handler{8, testPlugin.callback(receive)};
   const Atom type = runtime.atoms.atom("xml");
   const int32_t page = 1;
-  int told = 0;
+  int notified = 0;
   listen(tavrel::notifyDocDidOpen, didOpen);
   TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &handler);
   TavrelView::SetStatusText(testPlugin.id, "at work");
   TavrelView::DocMarkPages(testPlugin.id, doc, &page, 1);
-  app.statusListener = [&] { ++told; };
+  app.statusListener = [&] { ++notified; };
   runtime.retire(testPlugin.id);
   openAnother();
   EXPECT_THAT(opened, ElementsAre());
   EXPECT_EQ(TavrelView::HasAuxDataHandler(type), 0);
   EXPECT_EQ(app.statusText(), "");
   EXPECT_TRUE(document->markedPages.empty());
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   EXPECT_THROW(runtime.callbacks.owner(handler.perform), host::HostError);
 }
 
@@ -250,7 +250,7 @@ TEST_F(Application, AHandlerThatTheHostCannotReadRaises) {
             tavrel::errBadHandle);
 }
 
-TEST_F(Application, AnAlertIsAnsweredNoUnlessToldOtherwise) {
+TEST_F(Application, AnAlertIsAnsweredNoByDefault) {
   testing::internal::CaptureStderr();
   EXPECT_EQ(TavrelView::Alert(tavrel::alertQuestion, "Go on?", "Yes", "No", nullptr, 1), 2);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "tavrel: asked \"Go on?\", answered \"No\"\n");
@@ -277,7 +277,7 @@ TEST_F(Application, YesIsTheFirstButtonAndNoTheSecondOrLast) {
   testing::internal::GetCapturedStderr();
 }
 
-TEST_F(Application, AWindowGetsTheWholeAlert) {
+TEST_F(Application, AWindowGetsTheCompleteAlert) {
   host::Alert shown;
   app.alert = [&](const host::Alert &alert) {
     shown = alert;
@@ -290,13 +290,13 @@ TEST_F(Application, AWindowGetsTheWholeAlert) {
   EXPECT_TRUE(shown.beep);
 }
 
-TEST_F(Application, ModifierKeysAreWhatTheWindowSays) {
+TEST_F(Application, ModifierKeysComeFromTheWindow) {
   EXPECT_EQ(TavrelView::GetModifierKeyState(), 0U);
   app.modifierKeys = tavrel::modifierShift | tavrel::modifierAlt;
   EXPECT_EQ(TavrelView::GetModifierKeyState(), 5U);
 }
 
-TEST_F(Application, EachPlugInHasAStatusTextOfItsOwn) {
+TEST_F(Application, EachPlugInHasItsOwnStatusText) {
   const test::TestPlugin another(runtime, "another");
   TavrelView::SetStatusText(another.id, "page 2");
   TavrelView::SetStatusText(testPlugin.id, "hit 7");
@@ -313,7 +313,7 @@ TEST_F(Application, AnEmptyStatusTextIsNone) {
   }
 }
 
-TEST_F(Application, AStrangerHasNoStatusText) {
+TEST_F(Application, AnUnknownPluginHasNoStatusText) {
   EXPECT_EQ(testPlugin.attempt([] { TavrelView::SetStatusText(4711, "hello"); }), tavrel::errBadHandle);
   EXPECT_EQ(app.statusText(), "");
 }

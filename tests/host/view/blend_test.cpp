@@ -55,9 +55,9 @@ Image wordOn(const ColorAt &background, const std::vector<Rgb> &texts) {
   for (int y = 0; y < height; ++y)
     for (int x = 0; x < width; ++x) {
       const Rgb &text = texts[static_cast<size_t>(x / period) % texts.size()];
-      const int place = x % period;
-      const bool inStroke = y >= 3 && y < height - 3 && place >= stroke - 1 && place <= stroke + 2;
-      const double coverage = !inStroke ? 0 : place == stroke - 1 || place == stroke + 2 ? 0.5 : 1;
+      const int position = x % period;
+      const bool inStroke = y >= 3 && y < height - 3 && position >= stroke - 1 && position <= stroke + 2;
+      const double coverage = !inStroke ? 0 : position == stroke - 1 || position == stroke + 2 ? 0.5 : 1;
       image.row(y)[x] = pixelOf(between(background(x, y), text, coverage));
     }
   return image;
@@ -204,7 +204,7 @@ void PrintTo(const Picture &picture, std::ostream *out) { *out << picture.name; 
 
 uint8_t clamped(double value) { return static_cast<uint8_t>(std::clamp(value, 0.0, 255.0)); }
 
-// Noise is a function of the place, so that every run has the same.
+// Noise is a function of the position, so that every run has the same.
 ColorAt noisy(const ColorAt &from, int amplitude) {
   return [=](int x, int y) {
     std::minstd_rand random(static_cast<unsigned>(x * 131 + y * 7919 + 1));

@@ -14,7 +14,7 @@ struct Plan {
   host::Application *app = nullptr;
   host::ViewerDocument *document = nullptr;
   tavrel::TextSelection selection = nullptr;
-  std::vector<int32_t> pages; ///< that were drawn, by what the view says
+  std::vector<int32_t> pages; ///< the pages drawn, as the view reports them
   bool drewWithinDraw = false;
 };
 Plan plan;

@@ -55,7 +55,7 @@ TEST_F(Highlights, AreOnThePageAtOnceWithoutACallOfPageDrawProcedures) {
   EXPECT_FALSE(document->view->invalid());
 }
 
-TEST_F(Highlights, AreTakenOffByASecondCall) {
+TEST_F(Highlights, AreRemovedByASecondCall) {
   highlight(here);
   highlight(here);
   EXPECT_EQ(pixel(0, 0), paper);
@@ -102,7 +102,7 @@ TEST_F(Highlights, ThatOverlapAreBlendedOnce) {
   EXPECT_EQ(pixel(15, 15), highlighted);
 }
 
-TEST_F(Highlights, ThatOverlapAreTakenOffOneByOne) {
+TEST_F(Highlights, ThatOverlapAreRemovedOneByOne) {
   highlight(here);
   highlight(model->select(0, {{5, 195, 20, 180}}));
   highlight(here);
@@ -129,7 +129,7 @@ TEST_F(Highlights, BeforeTheFirstDrawingAreIgnored) {
   EXPECT_EQ(unseen.view->highlights().size(), 0U);
 }
 
-// A list that is taken off asks for a drawing, and one with equal ranges may be registered before it is made.
+// Unregistering a list requests a drawing, and a list with equal ranges may be registered before it.
 TEST_F(Highlights, BeginAnewWhenThePageIsToBeDrawnAnew) {
   highlight(here);
   TavrelView::PageViewRefreshArea(view, nullptr);

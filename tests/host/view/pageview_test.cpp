@@ -54,7 +54,7 @@ TEST_F(PageViews, APageThatIsNotThereRaises) {
   EXPECT_FALSE(invalid());
 }
 
-TEST_F(PageViews, WithoutAWindowTheWholePageIsVisible) { expectVisible(0, 0, 100, 200); }
+TEST_F(PageViews, WithoutAWindowTheCompletePageIsVisible) { expectVisible(0, 0, 100, 200); }
 
 TEST_F(PageViews, ScrollAsFarAsThePageReaches) {
   document->view->setWindow(50, 50);
@@ -65,7 +65,7 @@ TEST_F(PageViews, ScrollAsFarAsThePageReaches) {
 }
 
 TEST_F(PageViews, AScrollThatChangesNothingDrawsNothing) {
-  TavrelView::PageViewScrollToPoint(view, 1000, 1000); // the page is visible as a whole
+  TavrelView::PageViewScrollToPoint(view, 1000, 1000); // the page is completely visible
   EXPECT_FALSE(invalid());
 }
 
@@ -94,7 +94,7 @@ TEST_F(PageViews, ALargerScaleKeepsTheMiddleInPlace) {
   expectVisible(65, 105, 115, 155);
 }
 
-TEST_F(PageViews, TheTransformTurnsPageSpaceOver) {
+TEST_F(PageViews, TheTransformFlipsPageSpace) {
   tavrel::FixedMatrix matrix{};
   document->view->setDpi(2 * dpi);
   TavrelView::PageViewGetPageTransform(view, &matrix);
@@ -121,7 +121,7 @@ TEST_F(PageViews, RefreshingInvalidates) {
   EXPECT_TRUE(invalid());
 }
 
-TEST_F(PageViews, DrawInBlackUntilTold) {
+TEST_F(PageViews, DrawInBlackByDefault) {
   tavrel::ColorValue color{9, {9, 9, 9, 9}};
   TavrelView::PageViewFetchDrawColor(view, &color);
   EXPECT_EQ(color.space, tavrel::colorSpaceRGB);
@@ -138,9 +138,9 @@ TEST_F(PageViews, GiveBackTheColourApplied) {
 }
 
 TEST_F(PageViews, AColourThatCannotBePaintedRaises) {
-  static constexpr tavrel::ColorValue strange{7, {0, 0, 0, 0}};
+  static constexpr tavrel::ColorValue unsupported{7, {0, 0, 0, 0}};
   const PageView v = view;
-  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::PageViewApplyDrawColor(v, &strange); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::PageViewApplyDrawColor(v, &unsupported); }), tavrel::errBadArgument);
 }
 
 TEST_F(PageViews, NothingIsDrawnWithinABatch) {
@@ -180,14 +180,14 @@ TEST_F(PageViews, ABatchOfTheCallerStaysOpenWhateverAPluginCalledWithinItDoes) {
   TavrelView::PageViewEndBatch(view);
 }
 
-TEST_F(PageViews, TheListenerIsToldOnceNothingHoldsTheDrawingBack) {
-  int told = 0;
-  app.listener = [&](host::ViewerDocument &) { ++told; };
+TEST_F(PageViews, TheListenerIsNotifiedOnceNothingHoldsTheDrawingBack) {
+  int notified = 0;
+  app.listener = [&](host::ViewerDocument &) { ++notified; };
   TavrelView::PageViewBeginBatch(view);
   TavrelView::PageViewShowPage(view, 1);
-  EXPECT_EQ(told, 0);
+  EXPECT_EQ(notified, 0);
   TavrelView::PageViewEndBatch(view);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
 }
 
 } // namespace

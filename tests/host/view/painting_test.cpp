@@ -109,7 +109,7 @@ TEST(Painting, ASecondMarkIsMultipliedOntoTheFirst) {
   EXPECT_EQ(image.pixels[0], 0xFF00FF00U);
 }
 
-TEST(Painting, WhatLiesOffThePageIsCut) {
+TEST(Painting, WhatLiesOffThePageIsClipped) {
   Image image = blank(2, 2);
   mark(image, {{-1e12, 1e12, 1, 1}, {5, 9, 6, 8}}, yellowPen);
   EXPECT_EQ(image.pixels, (std::vector<uint32_t>{yellow, white, white, white}));
@@ -125,9 +125,9 @@ TEST(Painting, ComponentsUpToOneAreFractions) { expectRgb(host::rgbOf(rgb(1, 0.5
 
 TEST(Painting, IfAnyComponentIsAboveOneAllAreOnTheScaleTo255) { expectRgb(host::rgbOf(rgb(255, 0.5, 1)), 255, 1, 1); }
 
-TEST(Painting, AColourBeyondItsScaleIsCut) { expectRgb(host::rgbOf(rgb(4000, -1, 255)), 255, 0, 255); }
+TEST(Painting, AColourBeyondItsScaleIsClamped) { expectRgb(host::rgbOf(rgb(4000, -1, 255)), 255, 0, 255); }
 
-TEST(Painting, TheFourthComponentOfAColourIsNotLookedAt) {
+TEST(Painting, TheFourthComponentOfAColourIsIgnored) {
   tavrel::ColorValue color = rgb(1, 1, 0);
   color.component[3] = 200 * tavrel::fixedOne;
   expectRgb(host::rgbOf(color), 255, 255, 0);

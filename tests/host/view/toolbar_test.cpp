@@ -93,7 +93,7 @@ TEST_F(ToolBar, AButtonOffTheBarIsNotFound) {
   EXPECT_EQ(find("a"), nullptr);
 }
 
-TEST_F(ToolBar, ADetachedButtonLivesOn) {
+TEST_F(ToolBar, ADetachedButtonStaysValid) {
   const ToolButton a = create("a");
   insert(a, false, nullptr);
   TavrelView::ToolButtonDetach(a);
@@ -119,7 +119,7 @@ TEST_F(ToolBar, HasSpaceUntilItIsFull) {
   int count = 0;
   while (TavrelView::ToolBarHasSpace(bar, 1, 0) != 0)
     insert(create(std::to_string(++count).c_str()), false, nullptr);
-  EXPECT_EQ(app.toolBar()->order().size(), host::ToolBar::room);
+  EXPECT_EQ(app.toolBar()->order().size(), host::ToolBar::capacity);
   const ToolButton oneMore = create("one more");
   EXPECT_EQ(testPlugin.attempt([=, this] { insert(oneMore, false, nullptr); }), tavrel::errBadArgument);
 }
@@ -144,7 +144,7 @@ TEST_F(ToolBar, AButtonWithoutActionDoesNothing) {
   EXPECT_EQ(presses, 0);
 }
 
-TEST_F(ToolBar, TheTestTellsWhetherAButtonIsEnabled) {
+TEST_F(ToolBar, TheTestDecidesWhetherAButtonIsEnabled) {
   const ToolButton a = create("a");
   EXPECT_TRUE(app.toolBar()->test(object(a))) << "without a test";
   TavrelView::ToolButtonAttachEnabledTest(a, testPlugin.callback(test1), nullptr);
@@ -164,14 +164,14 @@ TEST_F(ToolBar, UpdatingAsksEveryButtonOnTheBar) {
   insert(a, false, nullptr);
   TavrelView::ToolButtonAttachEnabledTest(a, testPlugin.callback(test1), nullptr);
   enabled = 0;
-  int told = 0;
-  app.toolBar()->listener = [&] { ++told; };
+  int notified = 0;
+  app.toolBar()->listener = [&] { ++notified; };
   TavrelView::ToolBarUpdateButtonStates(bar);
   EXPECT_FALSE(object(a).enabled);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
 }
 
-TEST_F(ToolBar, ATestThatAsksForAllTestsComesToAnEnd) {
+TEST_F(ToolBar, ATestThatAsksForAllTestsTerminates) {
   const ToolButton a = create("a");
   insert(a, false, nullptr);
   TavrelView::ToolButtonAttachEnabledTest(a, testPlugin.callback(askingAgain), nullptr);
@@ -211,7 +211,7 @@ TEST_F(ToolBar, AttributesAreKept) {
   EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonSetAttribute(a, 77); }), tavrel::errBadArgument);
 }
 
-TEST_F(ToolBar, TheApplicationsOwnButtonsDoWhatItSays) {
+TEST_F(ToolBar, TheApplicationsOwnButtonsCallItsFunctions) {
   host::ToolButton &own = object(find("NextPage"));
   own.ownAction = [] { presses = 100; };
   own.ownTest = [] { return false; };
@@ -237,12 +237,12 @@ struct WithTwoPlugins : ToolBar {
 
 TEST_F(WithTwoPlugins, AButtonIsRemovedWhenItsPluginIsRetired) {
   const ToolButton a = ofTestPlugin(testPlugin);
-  int told = 0;
-  app.toolBar()->listener = [&] { ++told; };
+  int notified = 0;
+  app.toolBar()->listener = [&] { ++notified; };
   runtime.retire(testPlugin.id);
   EXPECT_EQ(find("a"), nullptr);
   EXPECT_EQ(other.attempt([=] { TavrelView::ToolButtonAttachTip(a, "tip"); }), tavrel::errBadHandle);
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   EXPECT_NE(create("a"), a) << "the name is free";
 }
 
@@ -274,7 +274,7 @@ TEST_F(WithTwoPlugins, TheApplicationsOwnButtonsStayWhateverWasAttachedToThem) {
   EXPECT_EQ(presses, 0);
 }
 
-TEST_F(ToolBar, ANullToolBarIsLetPass) {
+TEST_F(ToolBar, ANullToolBarIsAccepted) {
   const ToolButton a = create("a");
   EXPECT_EQ(testPlugin.attempt([=] {
     TavrelView::ToolBarInsertButton(nullptr, a, 0, nullptr);
@@ -287,12 +287,12 @@ TEST_F(ToolBar, ANullToolBarIsLetPass) {
 
 TEST_F(ToolBar, UnknownHandlesRaise) {
   static int something;
-  const auto stranger = reinterpret_cast<ToolButton>(&something);
+  const auto unknown = reinterpret_cast<ToolButton>(&something);
   const auto strangeBar = reinterpret_cast<tavrel::ToolBar>(&something);
   const tavrel::Callback callback = testPlugin.callback(press);
-  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonDetach(stranger); }), tavrel::errBadHandle);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonDetach(unknown); }), tavrel::errBadHandle);
   EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonAttachTip(nullptr, "tip"); }), tavrel::errBadHandle);
-  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonAttachAction(stranger, callback, nullptr); }),
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonAttachAction(unknown, callback, nullptr); }),
             tavrel::errBadHandle);
   EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolBarUpdateButtonStates(strangeBar); }), tavrel::errBadHandle);
 }

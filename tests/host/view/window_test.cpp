@@ -20,7 +20,7 @@ TEST_F(Window, IsFilledInWidth) {
   EXPECT_EQ(shown().pageHeight(), 500);
 }
 
-TEST_F(Window, IsFilledAsFarAsThePageAsAWholeAllows) {
+TEST_F(Window, IsFilledAsFarAsTheCompletePageAllows) {
   shown().setWindow(250, 100);
   shown().setFit(Fit::page);
   EXPECT_EQ(shown().pageHeight(), 100);
@@ -34,7 +34,7 @@ TEST_F(Window, ThatChangesItsSizeIsFilledAgain) {
   EXPECT_EQ(shown().pageWidth(), 300);
 }
 
-TEST_F(Window, AScaleOfOnesOwnEndsTheFitting) {
+TEST_F(Window, AnotherScaleEndsTheFitting) {
   shown().setFit(Fit::width);
   shown().setWindow(250, 100);
   shown().setDpi(72);
@@ -127,7 +127,7 @@ TEST_F(Window, APageThatIsNotThereYetIsDrawnLater) {
   EXPECT_EQ(model->renders, 1) << "the view renders nothing itself";
 }
 
-TEST_F(Window, IsPreparedBeforeThePluginsHearOfADocument) {
+TEST_F(Window, IsPreparedBeforeThePluginsAreNotifiedOfADocument) {
   int width = 0;
   app.prepare = [&](host::ViewerDocument &opened) {
     opened.view->setWindow(30, 40);
@@ -153,17 +153,17 @@ TEST_F(Window, AViewKnowsItsNumberOfPages) {
 }
 
 TEST_F(Window, MarkedPagesAreKeptInOrderEachOnceAndOnlyThoseThatThereAre) {
-  int told = 0;
-  app.statusListener = [&] { ++told; };
+  int notified = 0;
+  app.statusListener = [&] { ++notified; };
   const int32_t pages[] = {3, 1, 3, -1, pageCount};
   TavrelView::DocMarkPages(testPlugin.id, doc, pages, 5);
   EXPECT_THAT(document->markedPages.at(testPlugin.id), ElementsAre(1, 3));
-  EXPECT_EQ(told, 1);
+  EXPECT_EQ(notified, 1);
   TavrelView::DocMarkPages(testPlugin.id, doc, pages, 5);
-  EXPECT_EQ(told, 1) << "the same again is no news";
+  EXPECT_EQ(notified, 1) << "equal pages are not notified again";
   TavrelView::DocMarkPages(testPlugin.id, doc, nullptr, 0);
   EXPECT_TRUE(document->markedPages.empty());
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(notified, 2);
 }
 
 std::string s_received;

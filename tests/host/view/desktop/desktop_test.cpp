@@ -19,7 +19,7 @@ namespace {
 constexpr unsigned char checkers[] = {0x55, 0xAA};
 const char *const builtIn = "built in";
 
-// A display for the whole program, and a user whose home is an empty folder.
+// A display for the program, and a user whose home is an empty folder.
 class PrivateDisplay : public testing::Environment {
 public:
   void SetUp() override {
@@ -95,7 +95,7 @@ TEST_F(WindowSystem, AnEmptyKeyGivesTheDefaultItself) {
   EXPECT_EQ(text(nullptr), builtIn);
 }
 
-TEST_F(WindowSystem, FallbackLinesCountWhereTheUserSaysNothing) {
+TEST_F(WindowSystem, FallbackLinesApplyWhereTheUserSetsNothing) {
   const char *const lines[] = {"Highlight.version: from the fallback", nullptr};
   Desktop::RegisterResourceClass("Highlight", lines);
   EXPECT_STREQ(text("version"), "from the fallback");
@@ -222,10 +222,10 @@ TEST_F(WithResources, ABitmapFileThatCannotBeReadIsNamedAndTheBitsCount) {
   testing::internal::CaptureStderr();
   unsigned depth = 0;
   EXPECT_EQ(widthOf(bitmap("prev"), &depth), 8U);
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "tavrel: /nowhere/prev.xbm: is no bitmap file that can be read\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "tavrel: /nowhere/prev.xbm: cannot be read as a bitmap file\n");
 }
 
-TEST_F(WindowSystem, WhatMakesNoSenseRaises) {
+TEST_F(WindowSystem, BadArgumentsRaise) {
   EXPECT_EQ(testPlugin.attempt([] { Desktop::RegisterResourceClass(nullptr, nullptr); }), tavrel::errBadArgument);
   EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, nullptr, "c", checkers, 8, 2); }),
             tavrel::errBadArgument);
@@ -233,7 +233,7 @@ TEST_F(WindowSystem, WhatMakesNoSenseRaises) {
             tavrel::errBadArgument);
 }
 
-TEST_F(WindowSystem, AnErrorOfTheServerIsALineAndNotTheEnd) {
+TEST_F(WindowSystem, AnErrorOfTheServerIsReportedAndDoesNotEndTheProgram) {
   Display *display = XtDisplay(top->widget());
   testing::internal::CaptureStderr();
   XFreePixmap(display, 0x7FFFFFFF);

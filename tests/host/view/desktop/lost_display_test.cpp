@@ -54,14 +54,14 @@ TEST(LostDisplay, EndsTheCommandWithoutDestructorsBesideItsThreads) {
     loseTheDisplay(folder.path());
   }
   close(lines[1]);
-  std::string said;
+  std::string printed;
   for (char byte = 0; read(lines[0], &byte, 1) == 1;)
-    said += byte;
+    printed += byte;
   close(lines[0]);
   int status = 0;
   waitpid(child, &status, 0);
   EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == EXIT_FAILURE);
-  EXPECT_EQ(said, "tavrel: lost the connection to display " + std::string(getenv("DISPLAY")) + "\npage 1 of 2\n")
+  EXPECT_EQ(printed, "tavrel: lost the connection to display " + std::string(getenv("DISPLAY")) + "\npage 1 of 2\n")
       << "lines that were written are not lost, and nothing else is done";
   EXPECT_TRUE(std::filesystem::is_empty(folder.path())) << "the unfinished file is removed";
 }

@@ -11,7 +11,7 @@ AuxDataHandler auxDataRec;
 
 namespace {
 
-/// The record's size as hosts know it, on every machine.
+/// The record's size in the host interface, on every machine.
 constexpr uint32_t handlerSize = 8;
 
 Atom highlightType() { return Kernel::AtomFromString("tavrelglt"); }
@@ -32,7 +32,7 @@ Bool16 gltUnregisterAuxdata() {
   Bool16 result = 1;
   if (TavrelView::HasAuxDataHandler(highlightType()))
     result = TavrelView::UnregisterAuxDataHandler(gExtensionID, highlightType(), &auxDataRec);
-  if (TavrelView::HasAuxDataHandler(xmlType())) // the first type's outcome is lost then, on purpose
+  if (TavrelView::HasAuxDataHandler(xmlType())) // its result replaces that of the first type
     result = TavrelView::UnregisterAuxDataHandler(gExtensionID, xmlType(), &auxDataRec);
   return result;
 }
@@ -40,7 +40,8 @@ Bool16 gltUnregisterAuxdata() {
 Bool16 gltAuxdataPerformProc(Atom type, const void *data, uint32_t length, Doc document) {
   if (type != highlightType() && type != xmlType()) return 0;
   if (document == nullptr) return 0;
-  if (data != nullptr && length != 0) registerGLT(document, data, length); // handled also when it could not be read
+  if (data != nullptr && length != 0)
+    registerGLT(document, data, length); // the result is 1 also when the file could not be read
   return 1;
 }
 

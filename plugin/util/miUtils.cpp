@@ -19,7 +19,7 @@ uint16_t unitAt(const char *string, uint32_t i) {
 
 int32_t order(int a, int b) { return (a > b) - (a < b); }
 
-/// Two UCS strings, unit by unit after the mark. Folding takes case out where both units are of one byte.
+/// Compares two UCS strings, unit by unit after the mark. Folding ignores case where both units are below 0x100.
 int32_t compareUnits(const char *a, const char *b, bool fold) {
   for (uint32_t i = 2;; i += 2) {
     int x = unitAt(a, i), y = unitAt(b, i);
@@ -120,7 +120,7 @@ Bool16 miStrEq(const char *a, const char *b) {
 
 char *miStrcpySAFE(char *destination, const char *source) {
   if (!miIsUCS(source)) return miStrcpy_localSAFE(destination, source);
-  // The place behind the terminator, not the destination, on purpose.
+  // Unlike a byte string's copy, returns the position after the terminator.
   const uint32_t length = miStrlen(source) + 2;
   miMemmoveSAFE(destination, source, length);
   return destination + length;
@@ -172,7 +172,8 @@ Bool16 miStrncatSAFE(char *destination, const char *source, uint32_t size) {
   const bool ucs = miIsUCS(destination);
   if (used + 1 < size) strncat(destination, source, size - (used + 1));
   destination[size - 1] = 0;
-  if (ucs && size >= 2) miMemsetSAFE(destination + (size & ~uint32_t{1}) - 2, 0, 2); // ends for readers of units, too
+  if (ucs && size >= 2)
+    miMemsetSAFE(destination + (size & ~uint32_t{1}) - 2, 0, 2); // a terminator for readers of units, too
   return 0;
 }
 

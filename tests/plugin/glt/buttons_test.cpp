@@ -135,7 +135,7 @@ TavrelView.GetToolBar()
 }
 
 TEST_F(Buttons, NeedRoomForTwo) {
-  host.roomOnToolBar = false;
+  host.spaceOnToolBar = false;
   EXPECT_EQ(GLT_ShowButtons(1, nullptr), 0);
   EXPECT_EQ(host.story(), R"(
 TavrelView.GetToolBar()
@@ -146,7 +146,7 @@ TavrelView.ToolBarHasSpace(toolBar, 2, 0)
 TEST_F(Buttons, StayWhenThereIsNoRoomForAnotherShowing) {
   GLT_ShowButtons(1, nullptr);
   const ToolButton before = gData->prevButton;
-  host.roomOnToolBar = false;
+  host.spaceOnToolBar = false;
   EXPECT_EQ(GLT_ShowButtons(1, nullptr), 0);
   EXPECT_EQ(gData->prevButton, before);
   EXPECT_EQ(host.count("ToolButtonDetach"), 0U);

@@ -157,7 +157,7 @@ TEST_F(Lifecycle, InitialisationIgnoresTheRegistrationForTheOtherType) {
 }
 
 TEST_F(Lifecycle, InitialisationIgnoresThatTheButtonsHaveNoRoom) {
-  host.roomOnToolBar = false;
+  host.spaceOnToolBar = false;
   EXPECT_EQ(ExtensionInit(), 1U);
 }
 

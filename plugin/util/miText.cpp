@@ -59,7 +59,7 @@ uint32_t miCountStr(const char *string, const char *part) {
   const uint32_t length = miStrlen(part);
   uint32_t count = 0;
   while (*string != 0) {
-    const bool match = miStandsAt(string, end, part, length);
+    const bool match = miOccursAt(string, end, part, length);
     count += match ? 1 : 0;
     string += match ? length : 1;
   }
@@ -88,7 +88,7 @@ const char *miSnarf(const char *source, const char *start, const char *end, char
   const char *terminator = source + miStrlen(source);
   if (start != nullptr && *start != 0) {
     const uint32_t length = miStrlen(start);
-    while (*source != 0 && !miStandsAt(source, terminator, start, length))
+    while (*source != 0 && !miOccursAt(source, terminator, start, length))
       ++source;
     if (*source == 0) return nullptr;
     source += length;
@@ -99,7 +99,7 @@ const char *miSnarf(const char *source, const char *start, const char *end, char
   }
   const uint32_t length = miStrlen(end);
   uint32_t copied = 0;
-  while (*source != 0 && copied < max && !miStandsAt(source, terminator, end, length))
+  while (*source != 0 && copied < max && !miOccursAt(source, terminator, end, length))
     out[copied++] = *source++;
   out[copied] = 0;
   return *source != 0 ? source + length : source; // the length is added also where `max` bytes were copied
@@ -164,18 +164,18 @@ const char *miStrftime(const char *format) {
 }
 
 int32_t miFloor(double value) {
-  const auto whole = static_cast<int32_t>(value);
-  return value > 0.0 || whole == value ? whole : static_cast<int32_t>(value - 1.0);
+  const auto truncated = static_cast<int32_t>(value);
+  return value > 0.0 || truncated == value ? truncated : static_cast<int32_t>(value - 1.0);
 }
 
 int32_t miCeil(double value) {
-  const auto whole = static_cast<int32_t>(value);
-  return value < 0.0 || whole == value ? whole : static_cast<int32_t>(value + 1.0);
+  const auto truncated = static_cast<int32_t>(value);
+  return value < 0.0 || truncated == value ? truncated : static_cast<int32_t>(value + 1.0);
 }
 
 int32_t miRoundToInt(double value) {
-  const auto whole = static_cast<int32_t>(value);
-  const double fraction = value - whole;
-  if (value > 0.0) return fraction > 0.5 ? whole + 1 : whole; // halves towards zero
-  return fraction < -0.5 ? whole - 1 : whole;
+  const auto truncated = static_cast<int32_t>(value);
+  const double fraction = value - truncated;
+  if (value > 0.0) return fraction > 0.5 ? truncated + 1 : truncated; // halves towards zero
+  return fraction < -0.5 ? truncated - 1 : truncated;
 }

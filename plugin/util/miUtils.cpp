@@ -177,7 +177,7 @@ Bool16 miStrncatSAFE(char *destination, const char *source, uint32_t size) {
   return 0;
 }
 
-bool miStandsAt(const char *at, const char *end, const char *part, uint32_t length) {
+bool miOccursAt(const char *at, const char *end, const char *part, uint32_t length) {
   return length != 0 && length <= static_cast<size_t>(end - at) && memcmp(at, part, length) == 0;
 }
 
@@ -187,7 +187,7 @@ char *miReplaceStrSAFE(char *destination, const char *source, const char *find, 
   const uint32_t replacementLength = replacement != nullptr ? miStrlen(replacement) : 0;
   char *out = destination;
   while (*source != 0) {
-    if (miStandsAt(source, end, find, findLength)) {
+    if (miOccursAt(source, end, find, findLength)) {
       miMemmoveSAFE(out, replacement, replacementLength);
       out += replacementLength;
       source += findLength;
@@ -206,7 +206,7 @@ char *miReplaceStrExSAFE(char *destination, const char *source, const char *find
   if (replacement == nullptr) replacementLength = 0;
   char *out = destination;
   while (static_cast<size_t>(end - source) >= step) {
-    if (miStandsAt(source, end, find, findLength)) {
+    if (miOccursAt(source, end, find, findLength)) {
       miMemmoveSAFE(out, replacement, replacementLength);
       out += replacementLength;
       source += findLength;

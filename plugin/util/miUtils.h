@@ -33,7 +33,7 @@ char *miStrcpy_localSAFE(char *destination, const char *source);
 char *miStrcat_localSAFE(char *destination, const char *source);
 int32_t miSprintfSAFE(char *destination, const char *format, ...);
 int32_t miVsprintfSAFE(char *destination, const char *format, va_list arguments);
-/// Always terminated within `size`; returns the length that the whole text would have.
+/// Always terminated within `size`; returns the length of the text without truncation.
 int32_t miSnprintfSAFE(char *destination, uint32_t size, const char *format, ...);
 int32_t miVsnprintfSAFE(char *destination, uint32_t size, const char *format, va_list arguments);
 char *miStrchr(const char *string, int c);
@@ -73,7 +73,7 @@ tavrel::Bool16 miStrncpy_StandardSAFE(char *destination, const char *source, uin
 tavrel::Bool16 miStrncatSAFE(char *destination, const char *source, uint32_t size);
 
 /// Whether a part of `length` bytes occurs at position `at` of a string that ends at `end`. An empty part never occurs.
-bool miStandsAt(const char *at, const char *end, const char *part, uint32_t length);
+bool miOccursAt(const char *at, const char *end, const char *part, uint32_t length);
 
 /// Builds into `destination`, which must not overlap, the source with every `find` replaced (by nothing for null).
 char *miReplaceStrSAFE(char *destination, const char *source, const char *find, const char *replacement);

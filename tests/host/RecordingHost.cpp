@@ -298,7 +298,7 @@ void RecordingHost::installDefaults() {
            frames_.push_back({frame, restore});
          }));
   answer(Kernel::PopExceptionFrame, std::function([this] {
-           ASSERT_FALSE(frames_.empty()) << "a frame was popped that nobody pushed";
+           ASSERT_FALSE(frames_.empty()) << "a frame was popped that was not pushed";
            ASSERT_NE(frames_.back().restore, restoreHostFrame) << "the plug-in popped a frame of the host";
            frames_.pop_back();
          }));

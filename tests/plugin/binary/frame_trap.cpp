@@ -188,11 +188,11 @@ bool holds() {
   int before = 0, inside = 0, between = 0;
   const bool completed = protect<outer::PIProtectCall>([&]() OUT_OF_LINE {
     before = 1;
-    const bool innerWhole = protect<inner::PIProtectCall>([&]() OUT_OF_LINE {
+    const bool innerCompleted = protect<inner::PIProtectCall>([&]() OUT_OF_LINE {
       inside = 2;
       raiseDeclared();
     });
-    between = innerWhole ? -1 : inside + 1;
+    between = innerCompleted ? -1 : inside + 1;
     raiseDeclared();
   });
   return !completed && before == 1 && inside == 2 && between == 3;

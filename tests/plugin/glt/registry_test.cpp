@@ -16,15 +16,15 @@ using namespace tavrel;
 
 namespace {
 
-constexpr ColorValue red = {1, {fixedOne, 0, 0, 0}}, blue = {1, {0, 0, fixedOne, 0x1234}}, odd = {9, {1, 2, 3, 4}};
+constexpr ColorValue red = {1, {fixedOne, 0, 0, 0}}, blue = {1, {0, 0, fixedOne, 0x1234}}, unset = {9, {1, 2, 3, 4}};
 
 std::vector<int32_t> parts(const ColorValue &c) {
   return {c.space, c.component[0], c.component[1], c.component[2], c.component[3]};
 }
 
-/// The document's colour; `odd` where it has none.
+/// The document's colour; `unset` if it has none.
 std::vector<int32_t> colorOf(Doc document) {
-  ColorValue color = odd;
+  ColorValue color = unset;
   GLT_GetColor(document, &color);
   return parts(color);
 }
@@ -308,7 +308,7 @@ TEST_F(Registry, WithoutARecordReportsNothing) {
   EXPECT_EQ(GLT_GetPos(host.doc, &page, &word), 0);
   EXPECT_EQ((Position{page, word}), (Position{7, 8})) << "untouched";
   EXPECT_EQ(GLT_SetPos(host.doc, 0, 0, 1), 0);
-  EXPECT_EQ(colorOf(host.doc), parts(odd)) << "untouched";
+  EXPECT_EQ(colorOf(host.doc), parts(unset)) << "untouched";
 }
 
 TEST_F(Registry, WithoutARecordSetsNothing) {

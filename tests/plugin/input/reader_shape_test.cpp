@@ -43,10 +43,12 @@ const std::string two = tag("3", "1", "1") + "\n" + tag("3", "2", "2") + "\n";
 const std::string twoJoined = "<a>" + tag("3", "1", "1") + tag("3", "2", "2");
 
 /// Two tags before the tested one and two after it, one per line.
-std::string among(const std::string &odd) { return two + odd + "\n" + tag("3", "8", "8") + "\n" + tag("3", "9", "9"); }
+std::string among(const std::string &middle) {
+  return two + middle + "\n" + tag("3", "8", "8") + "\n" + tag("3", "9", "9");
+}
 
 /// Likewise, joined, the first one to another tag.
-std::string joined(const std::string &odd) { return twoJoined + odd + tag("3", "8", "8") + tag("3", "9", "9"); }
+std::string joined(const std::string &middle) { return twoJoined + middle + tag("3", "8", "8") + tag("3", "9", "9"); }
 
 /// The highlights of those tags, with `more` in the middle.
 Highlights amongThem(const Highlights &more) {

@@ -40,8 +40,7 @@ Bool16 gltUnregisterAuxdata() {
 Bool16 gltAuxdataPerformProc(Atom type, const void *data, uint32_t length, Doc document) {
   if (type != highlightType() && type != xmlType()) return 0;
   if (document == nullptr) return 0;
-  if (data != nullptr && length != 0)
-    registerGLT(document, data, length); // the result is 1 also when the file could not be read
+  if (data != nullptr && length != 0) registerGLT(document, data, length); // handled also when it could not be read
   return 1;
 }
 

@@ -172,8 +172,7 @@ Bool16 miStrncatSAFE(char *destination, const char *source, uint32_t size) {
   const bool ucs = miIsUCS(destination);
   if (used + 1 < size) strncat(destination, source, size - (used + 1));
   destination[size - 1] = 0;
-  if (ucs && size >= 2)
-    miMemsetSAFE(destination + (size & ~uint32_t{1}) - 2, 0, 2); // a terminator for readers of units, too
+  if (ucs && size >= 2) miMemsetSAFE(destination + (size & ~uint32_t{1}) - 2, 0, 2); // terminated as units, too
   return 0;
 }
 

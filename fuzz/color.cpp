@@ -1,6 +1,6 @@
-// The small conversions of a highlight file's words over any text: each against a computation of its own.
+// The small conversions of a highlight file's words over any text, each compared with a separate computation.
 //
-// Input: a text, and behind its first zero byte a second one to compare it with.
+// Input: a text, and after its first zero byte a second one to compare it with.
 #include <algorithm>
 #include <cstdint>
 #include <string>
@@ -23,13 +23,13 @@ std::string each(char (*change)(char), std::string text) {
   return text;
 }
 
-/// Its place among the digits, 16 for what is none.
+/// The value of a hexadecimal digit, 16 for other characters.
 unsigned digitValue(char c) {
   const std::string digits = hexDigits;
   return static_cast<unsigned>(std::min(digits.find(upper(c)), digits.size()));
 }
 
-/// Two digits of a text, the left one counting least; what is missing is 0.
+/// Two digits of a text, the left one the least significant; missing ones are 0.
 unsigned pairAt(const std::string &text, size_t at) {
   return (at < text.size() ? digitValue(text[at]) : 0) + (at + 1 < text.size() ? 16 * digitValue(text[at + 1]) : 0);
 }
@@ -41,8 +41,9 @@ void colour(const std::string &text) {
   copy.shrink_to_fit();
   uint16_t red = 0xABCD, green = 0xABCD, blue = 0xABCD;
   const bool parsed = ParseRGB(copy.data(), &red, &green, &blue) != 0;
-  require(parsed == (good == text.end()), "a colour is one when every character is a digit");
-  require(copy.data() == each(upper, text.substr(0, reach)) + text.substr(reach), "upper case, as far as it gets");
+  require(parsed == (good == text.end()), "a colour is valid when every character is a digit");
+  require(copy.data() == each(upper, text.substr(0, reach)) + text.substr(reach),
+          "upper case up to the first character that is no digit");
   if (parsed)
     require(red == pairAt(text, 0) && green == pairAt(text, 2) && blue == pairAt(text, 4), "three pairs of digits");
   else
@@ -66,7 +67,7 @@ void number(const std::string &text) {
   for (; *digit >= '0' && *digit <= '9'; ++digit)
     value = std::min<int64_t>(value * 10 + (*digit - '0'), int64_t{INT32_MAX} + 1);
   value = negative ? -value : std::min<int64_t>(value, INT32_MAX);
-  require(miAtol(text.c_str()) == value, "a decimal number, cut to 32 bits");
+  require(miAtol(text.c_str()) == value, "a decimal number, clamped to 32 bits");
 }
 
 int sign(int value) { return (value > 0) - (value < 0); }

@@ -1,6 +1,6 @@
-// The lexer over any text: it ends, no token is empty or longer than the limit, every kind is one of the six, line
-// breaks hold as many line feeds as their kind says, and all tokens together are the text. The reader finds the lexer's
-// words, and all tags where it skips the text between them.
+// The lexer over any text: it terminates, no token is empty or longer than the limit, every kind is one of the six,
+// line breaks hold as many line feeds as their kind says, and all tokens together are the text. The reader finds the
+// lexer's words, and finds all tags when it skips the text between them.
 //
 // Input: the text, which ends at its first zero byte.
 #include <algorithm>
@@ -39,7 +39,7 @@ void requireReaderFindsThem(const std::string &text) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
-  std::vector<char> bytes(data, data + size); // alone in memory, so that a byte read beyond its end is seen
+  std::vector<char> bytes(data, data + size); // a separate block, so that a read beyond its end is detected
   bytes.push_back('\0');
   bytes.shrink_to_fit();
   const std::string text = bytes.data();

@@ -1,6 +1,7 @@
-// The reader of highlight files over any bytes, with a host and a memory that fail where the input says: no frame is
-// left, and a good file read afterwards is registered as ever. Where nothing fails, nothing stays open, and no block of
-// the host's stays but the working copy of what is no highlight file. Memory is lost only where a call raises.
+// The reader of highlight files over any bytes, with host calls and allocations that fail where the input says: no
+// frame is left open, and a good file that is read afterwards is registered. Where nothing fails, nothing stays open,
+// and no block of the host's stays allocated except the working copy of a file that is no highlight file. Memory is
+// lost only where a call raises.
 //
 // Input: the fault ('0' none, '1' a call raises, '2' it and all later ones raise, '3' a call returns nothing, '4' an
 // allocation fails), which one, counted from '0', the answer to the host's question ('1' is yes), then the file.
@@ -35,8 +36,8 @@ tavrel::Bool16 read(RecordingHost &host, const std::string &file) {
 
 void requireNothingLeft(const RecordingHost &host) {
   require(host.openPages.empty() && host.finders.empty() && host.brackets == 0, "nothing stays open");
-  // One call only: the working copy was made, and then the reader went its early way out.
-  require(host.blocks.empty() || host.calls == 1, "no block stays but the copy of what is no highlight file");
+  // One call only: the working copy was allocated, and then the reader returned early.
+  require(host.blocks.empty() || host.calls == 1, "no block stays but the copy of a file that is no highlight file");
 }
 
 void requireGoodFileRegistered(RecordingHost &host) {
@@ -50,7 +51,7 @@ void requireGoodFileRegistered(RecordingHost &host) {
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
-  GTEST_FLAG_SET(throw_on_failure, true); // what the host finds wrong ends in an abort as well
+  GTEST_FLAG_SET(throw_on_failure, true); // the host's failed expectations abort as well
   return 0;
 }
 
@@ -65,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   if (fault == raiseOn) host.raiseFrom(n);
   if (fault == fail) host.failAt(n);
   tavrel::Bool16 result = 0;
-  // What was read when a call raises is lost on purpose: not to be taken for a leak.
+  // A raise loses the list and the copy, which would otherwise be reported as leaks.
   const bool raises = fault == raiseOnce || fault == raiseOn;
   if (raises) __lsan_disable();
   {

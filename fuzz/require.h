@@ -1,5 +1,5 @@
-// What every fuzzing program ends in when something does not hold: the property on standard error, and an abort, which
-// the fuzzer turns into a finding.
+// The assertion of every fuzzing program: prints a property that does not hold to standard error and aborts, which the
+// fuzzer reports as a finding.
 #pragma once
 
 #include <cstdio>

@@ -1,7 +1,7 @@
 // The string functions of plugin/util and plugin/md over strings of both kinds, in blocks exactly as long as their
-// contracts say: no byte too far, and results as a few lines of the checks compute them.
+// contracts say: no access beyond them, and results as the checks compute them.
 //
-// Input: a letter for the function (below), two numbers counted from '0', then three strings, each behind its length
+// Input: a letter for the function (below), two numbers counted from '0', then three strings, each after its length
 // (counted from '0' too). One that begins with the mark of UCS strings ends at its first zero unit, another one at its
 // first zero byte.
 #include "fuzz/text.h"
@@ -26,7 +26,7 @@ constexpr Row rows[] = {
     {'M', checkButtonString},  {'b', checkSwab},        {'i', checkPlatformComparison},
 };
 
-/// An input from its front; what has run out reads as zeros.
+/// An input, read from its front; after its end come zeros.
 struct Input {
   std::string rest;
 

@@ -1,5 +1,5 @@
-// What the text fuzzer's checks share: the arguments taken out of an input, and heap blocks exactly as long as a
-// contract says, so that a byte too far is seen.
+// Shared by the text fuzzer's checks: the arguments taken from an input, and heap blocks exactly as long as a contract
+// says, so that an access beyond them is detected.
 #pragma once
 
 #include <cstdint>
@@ -11,22 +11,22 @@ using Block = std::unique_ptr<char[]>;
 inline bool isUCS(const std::string &text) { return text.starts_with("\xFE\xFF"); }
 
 /// The length of its terminator.
-inline uint32_t ending(const std::string &text) { return isUCS(text) ? 2 : 1; }
+inline uint32_t terminatorLength(const std::string &text) { return isUCS(text) ? 2 : 1; }
 
 inline uint32_t length(const std::string &text) { return static_cast<uint32_t>(text.size()); }
 
 /// A block full of dots.
-inline Block room(size_t size) {
+inline Block dottedBlock(size_t size) {
   Block block(new char[size]);
   std::string(size, '.').copy(block.get(), size);
   return block;
 }
 
-/// The text and its terminator, with room for `size` bytes where that is more.
-inline Block ended(const std::string &text, size_t size = 0) {
-  const std::string whole = text + std::string(ending(text), '\0');
-  Block block = room(whole.size() < size ? size : whole.size());
-  whole.copy(block.get(), whole.size());
+/// The text and its terminator, in a block of `size` bytes if that is more.
+inline Block terminated(const std::string &text, size_t size = 0) {
+  const std::string bytes = text + std::string(terminatorLength(text), '\0');
+  Block block = dottedBlock(bytes.size() < size ? size : bytes.size());
+  bytes.copy(block.get(), bytes.size());
   return block;
 }
 
@@ -35,7 +35,7 @@ inline bool holds(const Block &block, const std::string &text, uint32_t zeros) {
   return text + std::string(zeros, '\0') == std::string(block.get(), text.size() + zeros);
 }
 
-/// Two numbers and three strings of either kind, without their terminators, which `ended` adds.
+/// Two numbers and three strings of either kind, without their terminators, which `terminated` adds.
 struct Arguments {
   uint8_t n, m;
   std::string a, b, c;

@@ -12,33 +12,33 @@ namespace {
 
 bool isSpace(char c) { return std::string(" \t\n\v\f\r").find(c) != std::string::npos; }
 
-/// A byte string, whatever came: no format, path or field is a UCS string.
+/// A byte string: empty for a UCS string, as no format, path or field is one.
 std::string bytesOf(const std::string &text) { return isUCS(text) ? "" : text; }
 
 void *hostMalloc(uint32_t size) { return malloc(size); }
 void *hostRealloc(void *block, uint32_t size) { return realloc(block, size); }
 void hostFree(void *block) { free(block); }
 
-/// A host that has memory and nothing else, in the order of the table's first lines.
+/// A host table with the memory operations only, in the order of their selectors.
 tavrel::Entry memoryTable[] = {tavrel::entryOf(hostMalloc), tavrel::entryOf(hostRealloc), tavrel::entryOf(hostFree)};
 
 } // namespace
 
 void checkFormat(const Arguments &in) {
   const std::string text = bytesOf(in.a), expected = text + '-' + std::to_string(in.n);
-  const Block source = ended(text), whole = room(expected.size() + 1), cut = room(in.m);
+  const Block source = terminated(text), complete = dottedBlock(expected.size() + 1), truncated = dottedBlock(in.m);
   const auto size = static_cast<int32_t>(expected.size());
-  require(miSprintfSAFE(whole.get(), "%s-%d", source.get(), in.n) == size, "a format's length");
-  require(expected == whole.get(), "a format's text");
-  require(miSnprintfSAFE(cut.get(), in.m, "%s-%d", source.get(), in.n) == size, "the length it would have");
-  if (in.m != 0) require(expected.substr(0, in.m - 1U) == cut.get(), "what fits, terminated");
+  require(miSprintfSAFE(complete.get(), "%s-%d", source.get(), in.n) == size, "a format's length");
+  require(expected == complete.get(), "a format's text");
+  require(miSnprintfSAFE(truncated.get(), in.m, "%s-%d", source.get(), in.n) == size, "the length it would have");
+  if (in.m != 0) require(expected.substr(0, in.m - 1U) == truncated.get(), "what fits, terminated");
 }
 
 void checkSearch(const Arguments &in) {
   const std::string text = bytesOf(in.a), part = bytesOf(in.b);
-  const Block string = ended(text), looked = ended(part);
-  const auto at = [&](const char *place) {
-    return place != nullptr ? size_t(place - string.get()) : std::string::npos;
+  const Block string = terminated(text), looked = terminated(part);
+  const auto at = [&](const char *found) {
+    return found != nullptr ? size_t(found - string.get()) : std::string::npos;
   };
   require(in.n == 0 || at(miStrchr(string.get(), in.n)) == text.find(static_cast<char>(in.n)), "the first byte");
   require(in.n == 0 || at(miStrrchr(string.get(), in.n)) == text.rfind(static_cast<char>(in.n)), "the last byte");
@@ -47,9 +47,9 @@ void checkSearch(const Arguments &in) {
 }
 
 void checkStrip(const Arguments &in) {
-  const Block string = ended(in.a);
+  const Block string = terminated(in.a);
   const bool left = miStrip(string.get()) != 0;
-  if (isUCS(in.a)) { // two zero bytes end it wherever they stand, on purpose: what is left is not computed here
+  if (isUCS(in.a)) { // two zero bytes end it at any offset: the result is not computed here
     const uint32_t size = miStrlen(string.get());
     require(left == (size > 2), "whether units are left");
     require(size <= in.a.size() && miIsUCS(string.get()), "nothing is added, and the mark stays");
@@ -58,7 +58,7 @@ void checkStrip(const Arguments &in) {
   const auto first = std::find_if_not(in.a.begin(), in.a.end(), isSpace);
   const auto last = std::find_if_not(in.a.rbegin(), std::string::const_reverse_iterator(first), isSpace).base();
   require(left == (first != last), "whether something is left");
-  require(holds(string, std::string(first, last), 1), "white space is off both ends");
+  require(holds(string, std::string(first, last), 1), "white space is removed from both ends");
 }
 
 void checkStripAll(const Arguments &in) {
@@ -66,14 +66,14 @@ void checkStripAll(const Arguments &in) {
   const size_t step = isUCS(in.a) ? 2 : 1;
   for (size_t at = 0; at < in.a.size(); at += step)
     if (step == 1 ? !isSpace(in.a[at]) : in.a[at] != 0 || !isSpace(in.a[at + 1])) expected += in.a.substr(at, step);
-  const Block string = ended(in.a);
+  const Block string = terminated(in.a);
   require((miStripAll(string.get()) != 0) == (expected.size() > (isUCS(in.a) ? 2 : 0)), "whether something is left");
-  require(holds(string, expected, ending(in.a)), "white space is out");
+  require(holds(string, expected, terminatorLength(in.a)), "white space is removed");
 }
 
 void checkTranslation(const Arguments &in) {
   std::string expected = bytesOf(in.a);
-  const Block string = ended(expected);
+  const Block string = terminated(expected);
   const char from = static_cast<char>(in.n), to = static_cast<char>(in.m);
   require(miTranslate(string.get(), from, to) == string.get() + expected.size(), "the string's end");
   std::replace(expected.begin(), expected.end(), from, to);
@@ -82,7 +82,7 @@ void checkTranslation(const Arguments &in) {
 
 void checkCount(const Arguments &in) {
   const std::string text = bytesOf(in.a), part = bytesOf(in.b);
-  const Block string = ended(text), looked = ended(part);
+  const Block string = terminated(text), looked = terminated(part);
   uint32_t count = 0;
   for (size_t at = text.find(part); !part.empty() && at != std::string::npos; at = text.find(part, at + part.size()))
     ++count;
@@ -91,11 +91,11 @@ void checkCount(const Arguments &in) {
 
 void checkPath(const Arguments &in) {
   const std::string given = bytesOf(in.a);
-  const Block path = ended(given);
-  require(miSubstituteDots(path.get()) == path.get(), "the path comes back");
+  const Block path = terminated(given);
+  require(miSubstituteDots(path.get()) == path.get(), "the path is returned");
   const std::string result = path.get();
   require(result.size() <= given.size(), "no path gets longer");
-  if (given.find("//") == std::string::npos) // "a/..//b" comes to "/b"
+  if (given.find("//") == std::string::npos) // "a/..//b" becomes "/b"
     require(result.starts_with('/') == given.starts_with('/'), "a path keeps its root, and none gets one");
   const bool dots = result.find("/../") != std::string::npos || result.find("/./") != std::string::npos;
   require(!dots || result.starts_with("/../"), "no dots are left but above the root");
@@ -105,8 +105,9 @@ void checkSnarf(const Arguments &in) {
   const std::string text = bytesOf(in.a), start = bytesOf(in.b), end = bytesOf(in.c);
   const size_t found = text.find(start);
   const std::string rest = found != std::string::npos ? text.substr(found + start.size()) : "";
-  if (end.empty() && isUCS(rest)) return; // the rest of a byte string is taken for a UCS string then
-  const Block source = ended(text), first = ended(start), last = ended(end), out = room(size_t{in.n} + 1);
+  if (end.empty() && isUCS(rest)) return; // the rest of a byte string is then taken for a UCS string
+  const Block source = terminated(text), first = terminated(start), last = terminated(end),
+              out = dottedBlock(size_t{in.n} + 1);
   const char *next = miSnarf(source.get(), first.get(), last.get(), out.get(), in.n);
   require((next == nullptr) == (found == std::string::npos), "null where the start does not occur");
   const size_t most = end.empty() && in.n != 0 ? in.n - 1U : in.n; // without an end, the terminator counts too
@@ -116,7 +117,7 @@ void checkSnarf(const Arguments &in) {
 void checkEntries(const Arguments &in) {
   gTavrelSupportHFT = memoryTable;
   const std::string text = bytesOf(in.a);
-  const Block line = ended(text);
+  const Block line = terminated(text);
   for (uint32_t position = 0; position < text.size();) {
     const uint32_t before = position;
     char *field = miSnarfEntry(line.get(), &position, in.n % 2);
@@ -127,6 +128,6 @@ void checkEntries(const Arguments &in) {
 }
 
 void checkTime(const Arguments &in) {
-  const Block format = ended(bytesOf(in.a));
+  const Block format = terminated(bytesOf(in.a));
   require(std::string(miStrftime(format.get())).size() < 130, "a time fits");
 }

@@ -9,7 +9,7 @@ int sign(int value) { return (value > 0) - (value < 0); }
 
 bool bothUCS(const Arguments &in) { return isUCS(in.a) && isUCS(in.b); }
 
-/// What counts of a string where it is taken for bytes: up to its first zero byte.
+/// A string that is taken for bytes: up to its first zero byte.
 std::string asBytes(const std::string &text) { return text.c_str(); }
 
 std::string replaced(const std::string &source, const std::string &find, const std::string &by, size_t step) {
@@ -25,13 +25,13 @@ std::string replaced(const std::string &source, const std::string &find, const s
 } // namespace
 
 void checkLength(const Arguments &in) {
-  const Block a = ended(in.a);
-  require(miIsUCS(a.get()) == isUCS(in.a), "the mark makes the kind");
+  const Block a = terminated(in.a);
+  require(miIsUCS(a.get()) == isUCS(in.a), "the mark decides the kind");
   require(miStrlen(a.get()) == in.a.size(), "the length");
 }
 
 void checkComparison(const Arguments &in) {
-  const Block a = ended(in.a), b = ended(in.b);
+  const Block a = terminated(in.a), b = terminated(in.b);
   const int expected = bothUCS(in) ? in.a.compare(in.b) : asBytes(in.a).compare(asBytes(in.b));
   const int order = miStrcmp(a.get(), b.get());
   require(sign(order) == sign(expected), "the order is that of unsigned bytes, or of units");
@@ -43,10 +43,10 @@ void checkComparison(const Arguments &in) {
 }
 
 void checkBoundedComparison(const Arguments &in) {
-  const Block a = ended(in.a), b = ended(in.b);
+  const Block a = terminated(in.a), b = terminated(in.b);
   const auto first = [&](const std::string &text) {
-    const std::string whole = (bothUCS(in) ? text : asBytes(text)) + std::string(2, '\0');
-    return whole.substr(0, in.n);
+    const std::string bytes = (bothUCS(in) ? text : asBytes(text)) + std::string(2, '\0');
+    return bytes.substr(0, in.n);
   };
   const int expected = first(in.a).compare(first(in.b));
   require(sign(miStrncmp(a.get(), b.get(), in.n)) == sign(expected), "the order of the first bytes");
@@ -54,32 +54,32 @@ void checkBoundedComparison(const Arguments &in) {
 }
 
 void checkCopy(const Arguments &in) {
-  const Block source = ended(in.a), copy = room(in.a.size() + ending(in.a));
+  const Block source = terminated(in.a), copy = dottedBlock(in.a.size() + terminatorLength(in.a));
   const char *next = miStrcpySAFE(copy.get(), source.get());
-  require(next == copy.get() + (isUCS(in.a) ? in.a.size() + 2 : 0), "where a copy says to go on");
-  require(holds(copy, in.a, ending(in.a)), "a copy");
-  char *own = miCopyStrImpl(source.get());
-  require(miStrEq(own, source.get()) == 1, "a copy of its own");
-  TSIfNotNullFree(own);
+  require(next == copy.get() + (isUCS(in.a) ? in.a.size() + 2 : 0), "the result of a copy");
+  require(holds(copy, in.a, terminatorLength(in.a)), "a copy");
+  char *separate = miCopyStrImpl(source.get());
+  require(miStrEq(separate, source.get()) == 1, "a separate copy");
+  TSIfNotNullFree(separate);
 }
 
 void checkBoundedCopy(const Arguments &in) {
-  const Block source = ended(in.a), copy = room(in.n);
+  const Block source = terminated(in.a), copy = dottedBlock(in.n);
   const uint32_t size = isUCS(in.a) ? in.n & ~1U : in.n;
-  const bool fits = in.a.size() + ending(in.a) <= size;
+  const bool fits = in.a.size() + terminatorLength(in.a) <= size;
   require(miStrncpySAFE(copy.get(), source.get(), in.n) == fits, "whether it fits");
-  if (size < ending(in.a)) return;
-  require(holds(copy, in.a.substr(0, size - ending(in.a)), ending(in.a)), "what fits, terminated");
+  if (size < terminatorLength(in.a)) return;
+  require(holds(copy, in.a.substr(0, size - terminatorLength(in.a)), terminatorLength(in.a)), "what fits, terminated");
 }
 
 void checkStandardCopy(const Arguments &in) {
-  // Of a UCS string whole units are asked for: with an odd size the terminator of a shorter one does not fit.
+  // For a UCS string the size is even: with an odd one the terminator of a shorter string does not fit.
   const uint32_t size = isUCS(in.a) ? in.n & ~1U : in.n;
-  const Block source = ended(in.a), copy = room(size);
+  const Block source = terminated(in.a), copy = dottedBlock(size);
   const bool shorter = in.a.size() < size;
   require(miStrncpy_StandardSAFE(copy.get(), source.get(), size) == shorter, "whether it is shorter");
   if (shorter)
-    require(holds(copy, in.a, ending(in.a)), "a shorter string is copied with its terminator");
+    require(holds(copy, in.a, terminatorLength(in.a)), "a shorter string is copied with its terminator");
   else
     require(in.a.substr(0, size) == std::string(copy.get(), size), "as many bytes as asked for");
 }
@@ -87,42 +87,44 @@ void checkStandardCopy(const Arguments &in) {
 void checkConcatenation(const Arguments &in) {
   if (isUCS(in.a) && !isUCS(in.b)) return; // the destination says that both are UCS strings
   const std::string expected = in.a + (isUCS(in.a) ? in.b.substr(2) : asBytes(in.b));
-  const Block source = ended(in.b), destination = ended(in.a, expected.size() + ending(in.a));
-  require(miStrcatSAFE(destination.get(), source.get()) == destination.get(), "the destination comes back");
-  require(holds(destination, expected, ending(in.a)), "both strings");
+  const Block source = terminated(in.b), destination = terminated(in.a, expected.size() + terminatorLength(in.a));
+  require(miStrcatSAFE(destination.get(), source.get()) == destination.get(), "the destination is returned");
+  require(holds(destination, expected, terminatorLength(in.a)), "both strings");
 }
 
 void checkBoundedConcatenation(const Arguments &in) {
   if (isUCS(in.a) && !isUCS(in.b)) return;
-  const std::string whole = in.a + (isUCS(in.a) ? in.b.substr(2) : asBytes(in.b));
-  const Block source = ended(in.b), destination = ended(in.a, in.n);
+  const std::string expected = in.a + (isUCS(in.a) ? in.b.substr(2) : asBytes(in.b));
+  const Block source = terminated(in.b), destination = terminated(in.a, in.n);
   const bool fits = miStrncatSAFE(destination.get(), source.get(), in.n) != 0;
-  if (!isUCS(in.b)) require(fits == (whole.size() < in.n), "whether it fits");
+  if (!isUCS(in.b)) require(fits == (expected.size() < in.n), "whether it fits");
   if (in.n == 0)
-    require(!fits && holds(destination, in.a, ending(in.a)), "no size, no change");
+    require(!fits && holds(destination, in.a, terminatorLength(in.a)), "no size, no change");
   else if (fits || !isUCS(in.a))
-    require(holds(destination, fits ? whole : whole.substr(0, in.n - 1U), ending(in.a)), "what fits, terminated");
-  else // a UCS string that does not fit, or just fits, is cut as bytes
+    require(holds(destination, fits ? expected : expected.substr(0, in.n - 1U), terminatorLength(in.a)),
+            "what fits, terminated");
+  else // a UCS string that does not fit, or just fits, is truncated as bytes
     require(miStrlen(destination.get()) < in.n, "what is left is terminated");
 }
 
 void checkReplacement(const Arguments &in) {
-  if (isUCS(in.a)) return; // goes by bytes
+  if (isUCS(in.a)) return; // is searched by bytes
   const bool nothing = in.m % 2 != 0;
   const std::string expected = replaced(in.a, in.b, nothing ? "" : in.c, 1);
-  const Block source = ended(in.a), find = ended(in.b), replacement = ended(in.c), result = room(expected.size() + 1);
+  const Block source = terminated(in.a), find = terminated(in.b), replacement = terminated(in.c),
+              result = dottedBlock(expected.size() + 1);
   miReplaceStrSAFE(result.get(), source.get(), find.get(), nothing ? nullptr : replacement.get());
   require(holds(result, expected, 1), "every occurrence is replaced");
 }
 
 void checkReplacementByUnits(const Arguments &in) {
   const bool ucs = isUCS(in.a), nothing = in.m % 2 != 0;
-  // In a UCS string whole units are looked for, with a mark in front or without.
+  // In a UCS string complete units are searched for, with a mark before them or without.
   const size_t mark = isUCS(in.b) && in.m % 4 < 2 ? 2 : 0, end = ucs ? in.b.size() & ~size_t{1} : in.b.size();
   const std::string looked = in.b.substr(mark, end - mark);
   const std::string expected = replaced(in.a, looked, nothing ? "" : in.c, ucs ? 2 : 1);
-  const Block source = ended(in.a), replacement = ended(in.c), result = room(expected.size() + 2);
-  const Block find = room(looked.size() + 2);
+  const Block source = terminated(in.a), replacement = terminated(in.c), result = dottedBlock(expected.size() + 2);
+  const Block find = dottedBlock(looked.size() + 2);
   (looked + std::string(2, '\0')).copy(find.get(), looked.size() + 2);
   miReplaceStrExSAFE(result.get(), source.get(), find.get(), length(looked), nothing ? nullptr : replacement.get(),
                      length(in.c));

@@ -1,10 +1,11 @@
 // The registry: at most one record for a document, filed in the association table under the atom "GLT", twice.
 //
-// Calls into the host and into registrants may call the registry again for the same document. No pointer to a record is
-// kept over such a call but a GLTRecordRef, and the record is used again only after GLTStillRegistered has found it.
+// Calls into the host and into registrants may call the registry again for the same document. Over such a call no
+// pointer to a record is kept, only a GLTRecordRef, and the record is used again only after GLTStillRegistered has
+// found it.
 //
-// A record owns its list. Until the record has one, the list to be registered belongs to somebody else (ListSource),
-// and between the two there is no host call: a raise ends a registration anywhere and loses no list.
+// A record owns its list. Before that the list to be registered has another owner (ListSource), and no host call comes
+// between the two: a registration that any call's raise ends loses no list.
 #include "plugin/glt/glt.h"
 
 #include <utility>
@@ -18,13 +19,13 @@ using namespace tavrel;
 
 namespace {
 
-/// A document with both its keys, each fetched anew as hosts see it.
+/// A document with both its keys, each fetched from the host separately.
 struct DocumentKey {
   Doc document;
   Atom key1, key2;
 };
 
-/// The atom as the host gave it last: the same name has the same atom, so a look-up without a host call can use it.
+/// The atom that the host returned last. A name always has the same atom, so a look-up without a host call can use it.
 Atom s_gltAtom;
 
 uint32_t s_lastSerial;
@@ -47,18 +48,18 @@ uint32_t nextSerial() {
 
 constexpr ColorValue defaultColor = {colorSpaceRGB, {fixedOne, 0, 0, 0}};
 
-/// Notifies the registrant that its list is about to be destroyed. Does nothing when it has been.
+/// Notifies the registrant that its list is about to be destroyed. Does nothing when the list is destroyed already.
 void notifyNewList(const GLTRecordRef &ref) {
   GLTRecord *record = GLTStillRegistered(ref);
   if (record == nullptr || record->newProc == nullptr) return;
   GLTNewProc newProc = record->newProc;
-  // Before the call: a registrant frees there what it keeps for the list, so it is notified once, even if it raises or
-  // registers from there.
+  // Cleared before the call: a registrant frees its data for the list in the procedure, so it is notified once, even if
+  // the procedure raises or registers.
   record->newProc = nullptr;
   newProc(ref.document, record->hll, HLL_GetData(record->hll));
 }
 
-/// Destroys a record with its list. Does nothing when it has been.
+/// Destroys a record with its list. Does nothing when the record is destroyed already.
 void removeRecord(const GLTRecordRef &ref, const DocumentKey &key) {
   GLTRecord *record = GLTStillRegistered(ref);
   if (record == nullptr) return;
@@ -66,11 +67,11 @@ void removeRecord(const GLTRecordRef &ref, const DocumentKey &key) {
   AssociateDelete(key.document, key.key1, key.key2);
 }
 
-/// A list that is to be registered, and who owns it until the new record has its own.
+/// A list that is to be registered, and its owner until the new record has a list.
 struct ListSource {
-  const HLL *list;     ///< null is registered, too
-  HLL **given;         ///< the variable of a caller that gives it away; null where the list is only lent
-  GLTRecordRef lender; ///< the registration that owns it, where it came from GLT_GetHLL; none where a caller does
+  const HLL *list;     ///< may be null, and is registered then, too
+  HLL **given;         ///< the variable of a caller that gives the list away; null where it is only lent
+  GLTRecordRef lender; ///< the registration that owns the list, if it came from GLT_GetHLL; else none
 };
 
 constexpr GLTRecordRef noRecord = {nullptr, 0, nullptr};
@@ -91,27 +92,27 @@ bool isAlive(const ListSource &source) {
   return source.lender.serial == 0 || GLTStillRegistered(source.lender) != nullptr;
 }
 
-/// The record's own list: the given one itself where a copy would be the same, else a copy.
+/// The record's list: the given one where a copy would be the same, else a copy.
 HLL *ownList(const ListSource &source) {
   if (source.given != nullptr && HLLIsComplete(source.list)) return std::exchange(*source.given, nullptr);
   return GLT_CopyHLL(source.list);
 }
 
-/// Whether a registration found `old` (or none) and another one has been filed for the document since.
+/// Whether another registration has been filed for the document since this one found `old` (or none).
 bool isOvertaken(const GLTRecordRef &old) {
   const GLTRecord *current = currentRecord(old.document);
   return current != nullptr && current->serial != old.serial;
 }
 
-/// Takes the old record off the screen, notifies its registrant, and removes it, unless it lends the new record's list:
-/// then it stays until that has been copied. The record may be unregistered meanwhile, which changes nothing for the
-/// new one.
+/// Removes the old record's marks from the screen, notifies its registrant, and removes the record, unless it lends the
+/// new record's list: then it stays until the list has been copied. The old record may be unregistered meanwhile, which
+/// changes nothing for the new one.
 void retire(const GLTRecordRef &old, PageView view, const ListSource &source) {
   TextSelection selection = GLTMapHLLToViewer(old.document, GLTStillRegistered(old));
   if (selection != nullptr) TavrelView::PageViewHighlightText(view, selection);
   notifyNewList(old);
   if (GLTStillRegistered(old) == nullptr) return;
-  const DocumentKey key = fetchKey(old.document); // before the removal: if the host fails here, all is as before
+  const DocumentKey key = fetchKey(old.document); // before the removal: if the host raises here, nothing has changed
   if (source.lender.serial != old.serial) removeRecord(old, key);
 }
 
@@ -140,18 +141,18 @@ void showNewRecord(Doc document, PageView view, GLTRecord *record, Bool16 scroll
 Bool16 registerList(Doc document, const ListSource &source, const GLTTerms &terms) {
   PageView view = TavrelView::DocGetPageView(document);
   const GLTRecordRef old = GLTRefer(document, GLTFindRecord(document));
-  if (!isAlive(source)) return 1; // there is nothing left to show
+  if (!isAlive(source)) return 1; // the list has been destroyed
   if (old.serial != 0) retire(old, view, source);
-  if (isOvertaken(old)) return 1; // the registration made last stands
+  if (isOvertaken(old)) return 1; // the latest registration is kept
 
   const DocumentKey key = fetchKey(document);
-  // Asked again: the table would replace the record of a registration made in that call, and lose its list.
+  // Tested again: a registration made in that call has filed a record, and replacing it would lose its list.
   if (isOvertaken(old) || !isAlive(source)) return 1;
   GLTRecord record = newRecord(terms);
   record.hll = ownList(source);
-  removeRecord(old, key); // it is still there where it lent its list
+  removeRecord(old, key); // it still exists where it lent its list
   record.filed = true;
-  // Filed or not, the display goes on with the record as built.
+  // The record is displayed whether or not it could be filed.
   record.filed = AssociateNew(key.document, key.key1, key.key2, &record, sizeof record) != 0;
   showNewRecord(document, view, &record, terms.scroll);
   if (!record.filed) GLT_DeleteHLL(record.hll);

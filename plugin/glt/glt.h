@@ -1,14 +1,14 @@
-// The highlight model and everything done with it: the list, the registry of documents, display, scrolling, jumping
+// The highlight model and its operations: the list, the registry of documents, display, scrolling, jumping
 // and the tool bar buttons. The operations that other plug-ins share are described in tavrel/TavrelGLT.h as well.
 //
-// A highlight's unit is a character offset or a word number, as the list is registered. Page indices count a list's
-// page records; page numbers are the host's.
+// A highlight's unit is a character offset or a word number; the list's registration says which. Page indices count a
+// list's page records; page numbers are the host's.
 #pragma once
 
 #include "tavrel/TavrelGLT.h"
 #include "tavrel/types.h"
 
-/// A highlight. `pos` is its identity within its page. Goes to the host as an array.
+/// A highlight. `pos` is its identity within its page. Passed to the host as an array.
 using HL = tavrel::TextRange;
 
 /// One page's highlights, in order of adding. No two have the same `pos`.
@@ -25,13 +25,13 @@ struct HLL {
   uint32_t pageCount;
   uint32_t pageCapacity;
   uint32_t wordCount; ///< highlights accepted, which after a failed allocation is more than are stored
-  void *data;         ///< the creator's, never looked into
+  void *data;         ///< the creator's; never read through
 };
 
 static_assert(sizeof(HL) == 4);
 static_assert(sizeof(HLP) == (sizeof(void *) == 4 ? 12 : 24) && sizeof(HLL) == (sizeof(void *) == 4 ? 20 : 32));
 
-/// What the registry keeps for a document with highlights. Lives in the association table.
+/// The registry's record of a document with highlights. Stored in the association table.
 struct GLTRecord {
   HLL *hll;            ///< the registry's own copy; null where memory ran out, and then read as an empty list
   int32_t offsetUnits; ///< GLT_CHARACTER_OFFSETS, or anything else for word numbers
@@ -43,18 +43,18 @@ struct GLTRecord {
   tavrel::GLTNewProc newProc;   ///< may be null
   int16_t wordFinderVersion;    ///< resolves word numbers
   bool filed;                   ///< false where memory ran out: then only the registration itself has the record
-  uint32_t serial;              ///< the registration's number, from 1 on; none has the number of another
+  uint32_t serial;              ///< the registration's number, from 1 on; unique
 };
 
-/// A reference to a record that holds over host calls and registrants' procedures, each of which may register,
-/// unregister or jump: a pointer to the record does not.
+/// A reference to a record that stays valid over host calls and registrants' procedures, each of which may register,
+/// unregister or jump; a pointer to the record does not.
 struct GLTRecordRef {
   tavrel::Doc document;
   uint32_t serial;    ///< of the registration; 0 for none
-  GLTRecord *unfiled; ///< the record itself where it could not be filed, which nobody else can retire; else null
+  GLTRecord *unfiled; ///< the record itself where it could not be filed, so that no other call can retire it; else null
 };
 
-// The list (gltList.cpp). None of these fails but for memory, and a null list reads as an empty one.
+// The list (gltList.cpp). These fail only when memory is exhausted, and read a null list as an empty one.
 
 HLL *GLT_NewHLL(void *userData);
 HLL *GLT_CopyHLL(const HLL *list);
@@ -75,8 +75,8 @@ HL *HLPFindWord(const HLP *page, uint16_t pos);
 HL *HLPInsertWord(HLP *page, uint16_t pos, uint16_t len);
 tavrel::Bool16 HLPCheck(HLP *page, uint16_t needed);
 
-/// Whether all highlights are stored that were accepted. Then a copy is the same in everything, if the list came to be
-/// by HLL_AddHL alone.
+/// Whether all accepted highlights are stored. Then a copy is the same in everything, if the list was filled by
+/// HLL_AddHL alone.
 bool HLLIsComplete(const HLL *list);
 
 /// The page record at an index, or null beyond the end.
@@ -93,7 +93,7 @@ tavrel::Bool16 GLT_RegisterHLLCommon(tavrel::Doc document, const HLL *list, int3
                                      tavrel::GLTJumpProc jumpProc, tavrel::GLTNewProc newProc, tavrel::Bool16 scroll,
                                      const tavrel::ColorValue *color, int16_t wordFinderVersion);
 
-/// What a registration says besides the document and the list; the fields as in GLTRecord.
+/// The arguments of a registration besides the document and the list; the fields as in GLTRecord.
 struct GLTTerms {
   int32_t offsetUnits;
   tavrel::GLTJumpProc jumpProc;
@@ -103,12 +103,12 @@ struct GLTTerms {
   int16_t wordFinderVersion;
 };
 
-/// The word extraction of lists that name none.
+/// The version of word extraction of lists that name none.
 inline constexpr int16_t gltDefaultWordFinderVersion = 2;
 
-/// Registers a list that the caller gives away. It came to be by HLL_AddHL alone and nobody else knows it, so that the
-/// record may take the list itself instead of a copy. `list` is null afterwards if the record took it, and is still the
-/// caller's if not. Always 1.
+/// Registers a list that the caller gives away. The list was filled by HLL_AddHL alone and has no other user, so that
+/// the record may take the list itself instead of a copy. `list` is null afterwards if the record took it, and still
+/// belongs to the caller if not. Always 1.
 tavrel::Bool16 GLTRegisterGivenHLL(tavrel::Doc document, HLL *&list, const GLTTerms &terms);
 
 void GLT_UnregisterHLL(tavrel::Doc document, HLL *list);
@@ -120,10 +120,10 @@ void GLT_SetColor(tavrel::Doc document, const tavrel::ColorValue *color);
 tavrel::Bool16 GLT_GetPos(tavrel::Doc document, uint32_t *pageIndex, uint16_t *wordIndex);
 tavrel::Bool16 GLT_SetPos(tavrel::Doc document, uint32_t pageIndex, uint16_t wordIndex, tavrel::Bool16 redraw);
 
-/// A document's record, or null. Asks the host for the key's atom twice, once a key.
+/// A document's record, or null. Asks the host for the atom twice, once per key.
 GLTRecord *GLTFindRecord(tavrel::Doc document);
 
-/// A reference to a record of a document; to none for null.
+/// A reference to a record of a document; for null, a reference to none.
 GLTRecordRef GLTRefer(tavrel::Doc document, GLTRecord *record);
 
 /// The record referred to, or null when it is no longer the document's. Makes no host call.
@@ -135,7 +135,7 @@ GLTRecord *GLTStillRegistered(const GLTRecordRef &ref);
 /// none or the host failed. The selection belongs to the host.
 tavrel::TextSelection GLTMapHLLToViewer(tavrel::Doc document, GLTRecord *record);
 
-/// Turns and scrolls to the current highlights (scroll 1) or paints them (scroll 0). Without a record, has the whole
+/// Turns and scrolls to the current highlights (scroll 1) or paints them (scroll 0). Without a record, has the complete
 /// view redrawn.
 void GLTShowHighlights(tavrel::Doc document, GLTRecord *record, tavrel::Bool16 scroll);
 

@@ -1,5 +1,4 @@
-// The Prev and Next buttons of the host's tool bar: made once, put behind Find Again, asked by the host whether they
-// are enabled.
+// The Prev and Next buttons of the host's tool bar: created once, inserted after Find Again, and their enabled tests.
 #include "plugin/glt/glt.h"
 #include "plugin/md/mdUtils.h"
 #include "plugin/pi/mdPI.h"
@@ -26,7 +25,8 @@ struct ButtonSpec {
   Callback *testCallback;
 };
 
-/// The keys of the tips are crossed on purpose: users' overrides of "helpNext" are written for the Prev button.
+/// The keys of the tips are exchanged: "helpNext" is the key of the Prev button's tip, and users' resource files
+/// override it by that key.
 constexpr ButtonSpec prevSpec = {"TavrelGLT:Prev",        bitmapPrev,      stringHelpPrev,    &GlobalData::prevBitmap,
                                  &GlobalData::prevButton, GLTPrevExecProc, &pGLTPrevExecProc, GLTPrevEnabledProc,
                                  &pGLTPrevEnabledProc};
@@ -49,7 +49,7 @@ void createOnce(const ButtonSpec &spec) {
   TavrelView::ToolButtonAttachTip(button, mdGetString(spec.tipId, tip, sizeof tip));
 }
 
-/// What an enabled test looks at: the front document's record and the page on screen.
+/// The input of an enabled test: the front document's record and the page on screen.
 struct Front {
   const GLTRecord *record; ///< null: disabled
   int32_t page;
@@ -71,7 +71,7 @@ Bool16 GLT_ShowButtons(Bool16 show, ToolButton anchor) {
   ToolBar bar = TavrelView::GetToolBar();
   if (bar == nullptr || gData == nullptr) return 0;
   if (show == 0 || gData->buttonsShown != 0) {
-    // Nothing ever sets the flag, on purpose: the buttons, once on the tool bar, stay there.
+    // Nothing sets the flag, so that buttons on the tool bar stay there.
     if (gData->buttonsShown == 0) return 1;
     if (gData->prevButton != nullptr) TavrelView::ToolButtonDetach(gData->prevButton);
     if (gData->nextButton != nullptr) TavrelView::ToolButtonDetach(gData->nextButton);
@@ -117,7 +117,7 @@ Bool16 GLTNextEnabledProc(ToolButton /*button*/, void * /*clientData*/) {
   const Front at = front();
   const GLTRecord *record = at.record;
   if (record == nullptr) return 0;
-  // Unsigned on purpose: a list without pages enables Next.
+  // Unsigned, so that a list without pages enables Next.
   if (record->curPage < HLL_GetPageCount(record->hll) - 1) return 1;
   if (record->viewMode == GLT_VIEW_ONE) {
     const HLP *page = HLLPageAt(record->hll, record->curPage);

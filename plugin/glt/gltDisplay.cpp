@@ -15,7 +15,7 @@ int32_t entriesShown(int32_t viewMode, uint16_t count) {
   switch (viewMode) {
   case GLT_VIEW_ALL:
     return count;
-  case GLT_VIEW_ONE:           // the page's first highlight whatever the current one is, on purpose
+  case GLT_VIEW_ONE:           // the page's first highlight, whichever the current one is
     return count != 0 ? 1 : 0; // a page without highlights has no array, and the host would read its first entry
   default:
     return 0;
@@ -78,7 +78,7 @@ TextSelection GLTMapHLLToViewer(Doc document, GLTRecord *record) {
     const GLTRecord *still = GLTStillRegistered(ref);
     if (still != nullptr) selection = selectionOn(page, still, still->hll->pages[pageIndex].words, entries);
   });
-  // A page that was opened before the host failed stays open, on purpose: only a raise without a code closes it.
+  // After a raise with a code an opened page stays open; after a raise without a code it is closed.
   if (!done && (Kernel::GetExceptionCode() != errNone || page == nullptr)) return nullptr;
   DocModel::PageClose(page);
   return done ? selection : nullptr;
@@ -88,10 +88,10 @@ void GLTShowHighlights(Doc document, GLTRecord *record, Bool16 scroll) {
   const GLTRecordRef ref = GLTRefer(document, record);
   PIProtect([&] {
     PageView view = TavrelView::DocGetPageView(document);
-    TavrelView::PageViewBeginBatch(view); // also without a view, on purpose: the bracket is the host's to judge
+    TavrelView::PageViewBeginBatch(view); // also without a view: the host handles null
     if (view != nullptr && record == nullptr) TavrelView::PageViewRefreshArea(view, nullptr);
     if (view != nullptr && record != nullptr) showRecord(ref, view, scroll);
     TavrelView::PageViewEndBatch(view);
   });
-  // After a raise the bracket stays open, on purpose: the host closes what a failed call left open.
+  // After a raise the bracket stays open; the host closes it.
 }

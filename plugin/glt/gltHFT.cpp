@@ -44,7 +44,7 @@ HFT GLTProvideHFT(HFTServer /*server*/, uint32_t version) {
 
 void GLTDestroyHFT(HFTServer /*server*/) {
   HFT table = gGLTHFT;
-  gGLTHFT = nullptr; // and not built again, on purpose: who asks after this gets null
+  gGLTHFT = nullptr; // the table is not built again: later requests get null
   TavrelSupport::DestroyHFT(table);
 }
 

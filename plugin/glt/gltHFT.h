@@ -7,7 +7,7 @@
 extern tavrel::HFTServer gGLTHFTServer;
 extern tavrel::HFT gGLTHFT;
 
-/// Set by the first request, whatever came of it: a failed build is not tried again.
+/// Set by the first request, also when the build fails: it is not tried again.
 extern uint16_t gGLTHFTBuilt;
 
 /// Offers the table. 1 when the host made a server for it.
@@ -16,8 +16,8 @@ tavrel::Bool16 GLTExportHFTServer();
 /// Called by the host for a client: the table, built on the first request, or null above version 5.0.
 tavrel::HFT GLTProvideHFT(tavrel::HFTServer server, uint32_t version);
 
-/// Called by the host when the server goes: releases the table. Later requests get null.
+/// Called by the host when the server is destroyed: releases the table. Later requests get null.
 void GLTDestroyHFT(tavrel::HFTServer server);
 
-/// Builds the table; on failure gGLTHFT is null, and what was built is left to the host, whose tables they are.
+/// Builds the table; on failure gGLTHFT is null, and a table that was made is left to the host, which owns its tables.
 void GLTCreateHFT();

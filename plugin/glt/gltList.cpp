@@ -1,5 +1,5 @@
-// The highlight list: three levels of plain arrays, in order of adding, searched one by one: pages with a guess first,
-// entries from the front. A list only grows.
+// The highlight list: three levels of plain arrays, in order of adding, searched linearly: pages after a guess, entries
+// from the front. A list only grows.
 #include <cstdlib>
 #include <cstring>
 
@@ -14,8 +14,8 @@ namespace {
 constexpr uint32_t pageStep = 8;
 constexpr uint32_t wordStep = 16;
 
-/// Where the last search for a page ended, in whatever list: a guess that is checked, nothing more.
-uint32_t s_lately;
+/// The page index that the last search found, in any list: a guess, which each search checks.
+uint32_t s_lastFound;
 
 /// With fewer entries the plain loop is as fast.
 constexpr uint16_t worthSkipping = 8;
@@ -27,7 +27,7 @@ constexpr uint16_t maxWords = UINT16_MAX / wordStep * wordStep - 1;
 constexpr uint32_t targetCapacity(uint32_t n, uint32_t step) { return (n / step + 1) * step; }
 
 /// An array resized to `capacity` entries, new and all zero where there was none; null when memory is exhausted. calloc
-/// would do for a new one, but does not take the small blocks that the C library keeps at hand.
+/// is not used for a new one: it does not take the small blocks that the C library keeps cached.
 template <typename T> T *resized(T *array, size_t capacity) {
   const size_t bytes = capacity * sizeof(T);
   auto *grown = static_cast<T *>(realloc(array, bytes)); // NOLINT(clang-analyzer-optin.portability.UnixAPI): never 0
@@ -35,12 +35,12 @@ template <typename T> T *resized(T *array, size_t capacity) {
   return grown;
 }
 
-/// The places that a page has, while it is copied: a bit each.
-struct Places {
-  bool cleared; ///< the bits; not done before a page needs them
+/// The positions of a page's entries, while it is copied: one bit each.
+struct Positions {
+  bool cleared; ///< whether the bits are; they are cleared when the first page needs them
   uint32_t bits[(UINT16_MAX + 1) / 32];
 
-  /// False when it was there already.
+  /// False when the position was added before.
   bool add(uint16_t pos) {
     const uint32_t bit = 1U << (pos % 32);
     if ((bits[pos / 32] & bit) != 0) return false;
@@ -50,9 +50,9 @@ struct Places {
   void remove(uint16_t pos) { bits[pos / 32] &= ~(1U << (pos % 32)); }
 };
 
-/// Whether all entries of a page start at different places, as they do unless somebody has written over them. `none`
-/// has no places, before and after.
-bool placesDiffer(const HLP &page, Places &none) {
+/// Whether all entries of a page start at different positions, as they do unless entries were overwritten. `none` holds
+/// no positions, before and after.
+bool positionsDiffer(const HLP &page, Positions &none) {
   constexpr uint32_t worthMarking = 16;
   if (page.count < worthMarking) {
     for (uint32_t i = 1; i < page.count; ++i)
@@ -70,10 +70,10 @@ bool placesDiffer(const HLP &page, Places &none) {
   return added == page.count;
 }
 
-/// Appends a page with all its entries at once: what adding them one by one comes to where all places differ. Returns
-/// how many entries are dealt with. When memory is exhausted, that is the first one, which is lost as it would be
-/// alone; none where the first ones, one by one, want less and may still be stored.
-uint32_t appendWhole(HLL *list, const HLP &page) {
+/// Appends a page with all its entries at once, with the same result as adding them one by one where all positions
+/// differ. Returns how many entries are done. When memory is exhausted, that is one, which is dropped as if it had been
+/// added alone; or none, where a smaller array may still hold the first entries when they are added one by one.
+uint32_t appendPage(HLL *list, const HLP &page) {
   HLP *record = HLLInsertPage(list, page.page);
   if (record == nullptr) return 1;
   if (!HLPCheck(record, page.count)) {
@@ -99,12 +99,12 @@ HLL *GLT_CopyHLL(const HLL *list) {
   if (list == nullptr) return nullptr;
   HLL *copy = GLT_NewHLL(list->data);
   if (copy == nullptr) return nullptr;
-  Places places;
-  places.cleared = false;
+  Positions positions;
+  positions.cleared = false;
   for (uint32_t i = 0; i < list->pageCount; ++i) {
     const HLP &page = list->pages[i];
     if (page.count == 0) continue;
-    for (uint32_t k = placesDiffer(page, places) ? appendWhole(copy, page) : 0; k < page.count; ++k)
+    for (uint32_t k = positionsDiffer(page, positions) ? appendPage(copy, page) : 0; k < page.count; ++k)
       HLL_AddHL(copy, page.page, page.words[k].pos, page.words[k].len);
   }
   return copy;
@@ -150,7 +150,7 @@ Bool16 HLL_GetHL(const HLL *list, uint32_t pageIndex, uint16_t wordIndex, int32_
   return 1;
 }
 
-/// With everything that it calls in one piece: it is called for every hit of a file.
+/// Everything that it calls is inlined: it is called for every hit of a file.
 [[gnu::flatten]] Bool16 HLL_AddHL(HLL *list, int32_t page, uint16_t pos, uint16_t len) {
   if (list == nullptr) return 1;
   HLP *record = HLLFindPage(list, page);
@@ -158,17 +158,17 @@ Bool16 HLL_GetHL(const HLL *list, uint32_t pageIndex, uint16_t wordIndex, int32_
   if (record == nullptr) return 1;                   // no memory for the page: the highlight is dropped
   if (HLPFindWord(record, pos) != nullptr) return 1; // the first length given for a position wins
   HLPInsertWord(record, pos, len);
-  ++list->wordCount; // also when it could not be stored, on purpose: the count is of what was accepted
+  ++list->wordCount; // also when it could not be stored: the count is of accepted highlights
   return 1;
 }
 
 Bool16 HLL_FindPagePos(const HLL *list, int32_t page, uint32_t *pageIndex) {
   const uint32_t count = HLL_GetPageCount(list);
   const auto isAt = [=](uint32_t i) { return i < count && list->pages[i].page == page; };
-  // No page is there twice, so it does not matter which is looked at first: files go page by page, or through the pages
-  // once for each word that was searched for.
+  // No page occurs twice, so the order of the search does not matter. Files list their hits page by page, or all pages
+  // once for each word that was searched for: the last page, the page found last and the one after it are tried first.
   uint32_t found = count - 1;
-  if (!isAt(found)) found = s_lately;
+  if (!isAt(found)) found = s_lastFound;
   if (!isAt(found)) ++found;
   if (!isAt(found)) {
     SHORT_LOOP
@@ -176,7 +176,7 @@ Bool16 HLL_FindPagePos(const HLL *list, int32_t page, uint32_t *pageIndex) {
       if (list->pages[found].page == page) break;
   }
   if (found >= count) return 0;
-  *pageIndex = s_lately = found;
+  *pageIndex = s_lastFound = found;
   return 1;
 }
 

@@ -53,6 +53,6 @@ void GLTScrollTo(PageView view, TextSelection selection) {
     const GLTScrollTarget target = GLTScrollTargetFor(visible, bounds);
     if (target.scroll) TavrelView::PageViewScrollToPoint(view, target.x, target.y);
   });
-  if (!done) Kernel::GetExceptionCode(); // asked and ignored: the view stays where the failure left it
+  if (!done) Kernel::GetExceptionCode(); // the code is ignored: the view stays as the raise left it
   TavrelView::PageViewEndBatch(view);
 }

@@ -1,5 +1,5 @@
-// The search in three forms. An entry is 32 bits: where it starts, and its length, which does not count. Four or eight
-// of them are compared at once, and many before anybody looks whether one was found.
+// Three implementations of the search. An entry is 32 bits: its position, and its length, which is not compared. Four
+// or eight entries are compared at once, and the results of many comparisons are tested together.
 #include "plugin/glt/gltSearch.h"
 
 #include <bit>
@@ -16,14 +16,14 @@ namespace {
 
 static_assert(sizeof(TextRange) == 4 && offsetof(TextRange, pos) == 0);
 
-/// Where the place stands in an entry taken as one word, whatever the machine's byte order.
-constexpr uint32_t placeMask = std::endian::native == std::endian::big ? 0xFFFF0000U : 0xFFFFU;
-constexpr uint32_t placeUnit = placeMask & (0U - placeMask);
+/// The bits of the position in an entry that is loaded as one word, for either byte order.
+constexpr uint32_t posMask = std::endian::native == std::endian::big ? 0xFFFF0000U : 0xFFFFU;
+constexpr uint32_t posUnit = posMask & (0U - posMask);
 
-/// Every machine's, without a branch a compiler could not turn into vectors: of all numbers of 16 bits only 0 has its
-/// topmost bit of 32 set when 1 is taken away.
+/// For every machine. The inner loop has no branch, so that compilers can vectorise it: of all 16-bit numbers only 0
+/// has the topmost of 32 bits set after 1 is subtracted.
 uint32_t skipPortably(const TextRange *entries, uint32_t count, uint16_t pos) {
-  const uint32_t wanted = pos * placeUnit;
+  const uint32_t wanted = pos * posUnit;
   constexpr uint32_t block = 64;
   uint32_t i = 0;
   for (; i + block <= count; i += block) {
@@ -31,7 +31,7 @@ uint32_t skipPortably(const TextRange *entries, uint32_t count, uint16_t pos) {
     for (uint32_t k = 0; k < block; ++k) {
       uint32_t entry;
       memcpy(&entry, entries + i + k, sizeof entry);
-      found |= ((entry ^ wanted) & placeMask) / placeUnit - 1;
+      found |= ((entry ^ wanted) & posMask) / posUnit - 1;
     }
     if (found >> 31U != 0) break;
   }
@@ -62,11 +62,11 @@ uint32_t skipByFour(const TextRange *entries, uint32_t count, uint16_t pos) {
     if (!none(_mm_or_si128(compareSixteen(entries + i, wanted), compareSixteen(entries + i + 16, wanted)))) return i;
   while (i + 4 <= count && none(compareFour(entries + i, wanted)))
     i += 4;
-  // The rest once more with what stands before it.
+  // The rest, together with the entries before it.
   return count - i < 4 && count >= 4 && none(compareFour(entries + count - 4, wanted)) ? count : i;
 }
 
-// The same with registers twice as wide, which not every machine has.
+// The same with registers of twice the width, which not every machine has.
 #define TAVREL_AVX2 __attribute__((target("avx2")))
 
 using Eight = __m256i;
@@ -94,7 +94,7 @@ TAVREL_AVX2 uint32_t skipByEight(const TextRange *entries, uint32_t count, uint1
 }
 
 bool hasAvx2() {
-  __builtin_cpu_init(); // this may run before the compiler's own start
+  __builtin_cpu_init(); // this may run before the compiler's own initialisation
   return __builtin_cpu_supports("avx2") != 0;
 }
 

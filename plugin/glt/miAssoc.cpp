@@ -1,4 +1,4 @@
-// The association table: one list for the process, with as many entries as documents show highlights.
+// The association table: one list for the process, with one entry per document that shows highlights.
 #include "plugin/glt/miAssoc.h"
 
 #include <cstdlib>
@@ -40,7 +40,7 @@ Bool16 AssociateNew(void *object, uint16_t key1, uint16_t key2, const void *data
     TSIfNotNullFree(entry->data);
   }
   if (!storeCopy(entry, data, size)) {
-    free(entry); // still linked after a failed replacement, on purpose: the table is given up then
+    free(entry); // still linked after a failed replacement: the table must not be used afterwards
     return 0;
   }
   if (isNew) {
@@ -72,5 +72,5 @@ void AssociateClear() {
     free(entry);
     entry = next;
   }
-  // The head keeps its value on purpose: clearing ends the table's use.
+  // The head keeps its value: the table is not used after clearing.
 }

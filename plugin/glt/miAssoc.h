@@ -13,14 +13,15 @@ struct AssocEntry {
   AssocEntry *next;
 };
 
-/// The entry added last stands first; null for an empty table.
+/// The entry added last is the first; null for an empty table.
 extern AssocEntry *s_AssocList;
 
 /// Stores a copy of the bytes, in place of any already there under the same object and keys. 0 when memory is
 /// exhausted; after a 0 from a replacement the table must not be used again.
 tavrel::Bool16 AssociateNew(void *object, uint16_t key1, uint16_t key2, const void *data, uint32_t size);
 
-/// The table's own copy, to be read and written in place until it is replaced or deleted; null when there is none.
+/// The table's copy of the bytes, which may be read and written until it is replaced or deleted; null when there is
+/// none.
 void *AssociateFind(void *object, uint16_t key1, uint16_t key2);
 
 /// 1 when there was an entry to remove.

@@ -11,7 +11,7 @@ AuxDataHandler auxDataRec;
 
 namespace {
 
-/// The record's size as hosts know it, on every machine.
+/// The record's size in the host interface, on every machine.
 constexpr uint32_t handlerSize = 8;
 
 Atom highlightType() { return Kernel::AtomFromString("tavrelglt"); }
@@ -32,7 +32,7 @@ Bool16 gltUnregisterAuxdata() {
   Bool16 result = 1;
   if (TavrelView::HasAuxDataHandler(highlightType()))
     result = TavrelView::UnregisterAuxDataHandler(gExtensionID, highlightType(), &auxDataRec);
-  if (TavrelView::HasAuxDataHandler(xmlType())) // the first type's outcome is lost then, on purpose
+  if (TavrelView::HasAuxDataHandler(xmlType())) // its result replaces that of the first type
     result = TavrelView::UnregisterAuxDataHandler(gExtensionID, xmlType(), &auxDataRec);
   return result;
 }

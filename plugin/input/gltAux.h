@@ -1,4 +1,4 @@
-// How highlight files come in: the auxiliary-data channel, and the reader of the file.
+// How highlight files arrive: the auxiliary-data channel, and the reader of the file.
 //
 // A highlight file is 8-bit text, written by a search engine:
 //
@@ -11,7 +11,7 @@
 //   </Body>
 //   </XML>
 //
-// It is read word by word, forgivingly: what is not known is skipped, and nothing is reported. Pages count from 0.
+// It is read word by word. Unknown words are skipped without a report. Pages count from 0.
 #pragma once
 
 #include "tavrel/TavrelView.h"
@@ -25,14 +25,14 @@ extern tavrel::AuxDataHandler auxDataRec;
 /// Registers the plug-in as handler of "tavrelglt" and "xml" and has the buttons shown. The result is that of "xml".
 tavrel::Bool16 gltRegisterAuxdata();
 
-/// Takes the registrations back. The result is that of the last one taken back, 1 when there was none.
+/// Removes the registrations. The result is that of the last one removed, 1 when there was none.
 tavrel::Bool16 gltUnregisterAuxdata();
 
-/// Called by the host with auxiliary data. 1 when it was of one of the two types and has a document, whatever came
-/// of it.
+/// Called by the host with auxiliary data. 1 when it is of one of the two types and has a document, also when the file
+/// could not be read.
 tavrel::Bool16 gltAuxdataPerformProc(tavrel::Atom type, const void *data, uint32_t length, tavrel::Doc document);
 
-/// What the reader of a file gives the registry as its procedures: a file wants to know nothing.
+/// The procedures that the reader of a file registers with its list: they do nothing.
 void auxGLTJumpNotification(tavrel::Doc document, HLL *list, uint32_t code, void *userData);
 void auxGLTNewNotification(tavrel::Doc document, HLL *list, void *userData);
 
@@ -42,8 +42,8 @@ int32_t dbgprintf(const char *format, ...);
 /// Reads a highlight file and registers its list for the document. 0 when nothing was registered.
 tavrel::Bool16 registerGLT(tavrel::Doc document, const void *data, uint32_t length);
 
-/// Three pairs of hexadecimal digits, without a mark in front; what is missing is 0. Turns `text` into upper case as
-/// far as it gets. 0 on a character that is no digit.
+/// Three pairs of hexadecimal digits, without a '#' before them; missing digits are 0. Converts `text` to upper case up
+/// to the first character that is no digit, for which the result is 0.
 tavrel::Bool16 ParseRGB(char *text, uint16_t *red, uint16_t *green, uint16_t *blue);
 
 /// At most four hexadecimal digits, the leftmost the least significant. 0 for a null text.

@@ -11,7 +11,7 @@
 #include "plugin/input/gltWords.h"
 
 /// The first eight bytes of a word in lower case, spaces after its end, in the byte order of the machine. Setting the
-/// bit that makes letters small also changes other word characters, but none of them into a byte of a known word.
+/// bit that makes letters lower case also changes other word characters, but none of them into a byte of a known word.
 /// `end` is the text's.
 inline uint64_t lexHead(const LexWord &word, const char *end) {
   constexpr uint64_t spaces = 0x2020202020202020;
@@ -45,11 +45,11 @@ public:
     }
   }
 
-  /// Whether every word can be found: no two share a slot, and all are of two bytes or more, in lower case, and of
-  /// bytes that no word character but a capital letter becomes by the bit that makes letters small.
+  /// Whether every word can be found: no two share a slot, and all have two bytes or more, are in lower case, and
+  /// consist of bytes into which that bit turns no word character except a capital letter.
   constexpr bool sound() const { return sound_; }
 
-  /// What the word means, or `none`. `end` is the text's.
+  /// The word's meaning, or `none`. `end` is the text's.
   Meaning find(const LexWord &word, const char *end, Meaning none) const {
     if (word.length < 2) return none;
     const Slot &slot = slots_[slotOf(word.length, word.begin[1])];

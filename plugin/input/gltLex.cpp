@@ -11,7 +11,7 @@ namespace {
 
 bool continuesPunctuation(int32_t c) { return c == '!' || c == '.' || c == '?' || c == ' ' || c == '\t'; }
 
-/// The token being collected: its bytes go from the text into the state.
+/// The token being collected: its bytes are copied from the text into the state.
 struct Token {
   HWLEX_STATE *state;
   const char *rest; ///< the next byte of the text
@@ -37,8 +37,8 @@ struct Token {
   }
 };
 
-/// How many bytes a quoted word has that is `first` and the beginning of `rest`: it holds spaces and anything else,
-/// until its closing character is followed by a non-word character.
+/// The length of a quoted word that consists of `first` and the beginning of `rest`: it may hold any byte, and ends
+/// where its closing character is followed by a non-word character.
 uint32_t quotedLength(char first, const char *rest) {
   const char closing = first == '(' ? ')' : first;
   uint32_t length = 1;
@@ -49,7 +49,7 @@ uint32_t quotedLength(char first, const char *rest) {
   return length;
 }
 
-/// The spaces before the first line feed, where there are any, and everything after it.
+/// Matches the spaces before the first line feed, if any, and the spaces and line feeds after it.
 int32_t matchLineBreaks(Token token, char **cursor) {
   HWLEX_STATE *state = token.state;
   int32_t kind = HWLEX_NEWLINE;
@@ -77,7 +77,7 @@ int32_t matchLineBreaks(Token token, char **cursor) {
   return kind;
 }
 
-/// A character that waits in the look-ahead comes before those of the text.
+/// Matches a sentence end. A character in the look-ahead comes before those of the text.
 int32_t matchPunctuation(Token token, char **cursor) {
   const int32_t waiting = token.state->pending1;
   if (waiting != 0) {
@@ -92,7 +92,7 @@ int32_t matchPunctuation(Token token, char **cursor) {
   return token.finish(HWLEX_PUNCT, cursor);
 }
 
-/// Tokens that are more than a run of bytes of one class; the first byte is stored.
+/// Matches tokens that are not just a run of bytes of one class; the first byte is stored already.
 [[gnu::noinline]] int32_t matchSpecial(HWLEX_STATE *state, char **cursor) {
   if (state->pending1 != 0) {
     state->pending1 = state->pending2;
@@ -110,14 +110,14 @@ int32_t matchPunctuation(Token token, char **cursor) {
   }
 }
 
-/// The class of bytes that a token is a run of, by its first byte; 0 for what is special from the start.
+/// By a token's first byte: the class of bytes that the token is a run of; 0 for tokens that matchSpecial matches.
 constexpr std::array<uint8_t, 256> runs = [] {
   std::array<uint8_t, 256> classes = lexClasses;
   classes[0] = classes['!'] = classes['\''] = classes['('] = 0;
   return classes;
 }();
 
-/// Whether a run of spaces or line feeds turns out to be part of something longer.
+/// Whether a run of spaces or line feeds is part of a longer token of line breaks.
 bool isLineBreaks(uint8_t run, size_t more, char next) {
   if (run == lexSpace) return next == '\n' && more < HWLEX_LIMIT - 1;
   return more != 0 || lexClass(next) == lexSpace;

@@ -1,9 +1,8 @@
 // The lexer: splits 8-bit text into words, spaces, line breaks, sentence ends and other characters. It is a general
-// word splitter. What a word of a highlight file is, the lexer decides: tags such as "<Body" and "</XML>" are single
-// words.
+// word splitter; tags of a highlight file such as "<Body" and "</XML>" are single words to it.
 //
-// The reader of highlight files does not call the lexer for every token: gltWords.h finds plain words itself and leaves
-// all others to the lexer.
+// The reader of highlight files does not call the lexer for every token: gltWords.h finds plain words itself and calls
+// the lexer for all others.
 #pragma once
 
 #include <cstdint>
@@ -46,7 +45,7 @@ int32_t HWLEX_reset(HWLEX_STATE *state);
 /// cursor at the end of the text the kind is 302 and the text empty: test the cursor first.
 ///
 /// After a call the cursor is one byte after the token: the lexer has read that byte to see that the token ends. A
-/// caller that stops when the cursor is at the end therefore never gets a last token of one byte, unless it is the
-/// first token, too: "a=b c" yields "a", "=", "b" and " ", but never "c", because the cursor is at the end once " " is
+/// caller that stops when the cursor is at the end therefore never gets a last token of one byte, unless it is also the
+/// first token: "a=b c" yields "a", "=", "b" and " ", but never "c", because the cursor is at the end once " " is
 /// known to end.
 int32_t HWLEX_match(HWLEX_STATE *state, char **text, char **cursor);

@@ -10,8 +10,8 @@
 inline constexpr int32_t lexKinds = 300;
 
 /// The kind of token (HWLEX_KIND minus `lexKinds`) that a byte begins: a word, a space, a line feed, another character,
-/// or, for '!' and for the NUL that ends the text, the end of a sentence. The set of word characters is fixed, odd
-/// members included: it is what makes a tag such as "</XML>" one word.
+/// or, for '!' and for the NUL that ends the text, the end of a sentence. The set of word characters is fixed: it
+/// makes a tag such as "</XML>" one word.
 enum HWLEX_CLASS : uint8_t {
   lexPunctuation = HWLEX_PUNCT - lexKinds,
   lexWord = HWLEX_WORD - lexKinds,

@@ -1,15 +1,15 @@
 // The reader of highlight files: registerGLT reads a file's bytes into one highlight list and registers it at
-// "</Body>". It is a forgiving scanner over words, not an XML parser. Reading takes three parts:
+// "</Body>". It is a tolerant scanner over words, not an XML parser. It has three parts:
 //
-//   gltWords.h   finds the next word. It leaves quoted words, sentence ends and the end of the text to the lexer, which
-//                is gltLex.h.
-//   this source  looks the word up (gltKnownWords.h) and does what the word means.
-//   gltShape.h   reads a location tag that is written as the one before was, without finding its words.
+//   gltWords.h   finds the next word. For quoted words, sentence ends and the end of the text it calls the lexer
+//                (gltLex.h).
+//   this source  looks the word up (gltKnownWords.h) and acts on its meaning.
+//   gltShape.h   reads a location tag that is spelled as the one before, without finding its words.
 //
 // The reader owns a working copy of the bytes, from the host's allocator, until it returns, and the list until then or
-// until the registry takes it. Three early returns do not free the copy: the host accounts for what its plug-ins do not
-// give back. No frame is opened around the registration, so a host call that raises there ends the reader and loses
-// what it owns.
+// until the registry takes it. Three early returns do not free the copy: the host's allocator accounts
+// for it. No frame is opened around the registration, so a host call that raises there ends the reader and loses the
+// copy and the list.
 #include <bit>
 #include <cstring>
 
@@ -34,12 +34,12 @@ constexpr size_t unitsLength = 14;
 constexpr size_t versionLength = 9;
 constexpr char defaultVersion[] = "2";
 
-/// The attributes of a tag, in the order in which a word is compared with them: a value that happens to be an earlier
-/// name is that name.
+/// The attributes of a tag, in the order in which a word is compared with them: a value that equals an earlier name is
+/// taken for that name.
 enum HeaderAttribute : uint8_t { attributeUnits, attributeColor, attributeMode, attributeVersion, headerAttributes };
 enum LocationAttribute : uint8_t { attributePage, attributePosition, attributeLength, locationAttributes };
 
-/// What a word outside of attribute lists means.
+/// The meaning of a word outside of attribute lists.
 enum class Role : uint8_t { other, header, body, openSection, closeSection, location, endBody, endFile };
 
 constexpr LexKnownWords<HeaderAttribute> headerNames(
@@ -78,9 +78,9 @@ struct Reading {
   char units[unitsLength + 1];
   char version[versionLength + 1];
   uint16_t red, green, blue;
-  bool hasColor; ///< what the last colour came to
+  bool hasColor; ///< whether the last colour was valid
   Bool16 active;
-  uint8_t headerPending;   ///< a bit for each attribute whose name has come and whose value has not; kept between tags
+  uint8_t headerPending;   ///< a bit for each attribute whose name was read and whose value was not; kept between tags
   uint8_t locationPending; ///< likewise
   TagShape shape;          ///< of locations
 };
@@ -102,8 +102,8 @@ int32_t numberOf(const LexWord &word) {
 }
 
 /// The attribute that a word is the value of, or `count` for none. `name` is the attribute that the word names, or
-/// `count`. A word is the value of the first attribute, in their order, whose name has come and whose value has not;
-/// but a word that names that attribute or an earlier one is a name, and `pending` notes that its value is to come.
+/// `count`. A word is the value of the first pending attribute, in their order. But a word that names that attribute or
+/// an earlier one is a name, and that attribute becomes pending.
 uint8_t valueOf(uint8_t name, uint8_t count, uint8_t &pending) {
   const auto waiting = static_cast<uint8_t>(std::countr_zero(pending | 1U << count));
   if (name > waiting) {
@@ -166,7 +166,7 @@ const char *readHeader(Reading &reading, const char *at) {
   return at;
 }
 
-/// A location's values, by attribute; the last one is for words that are no value.
+/// A location's values, by attribute; the last element takes words that are no value.
 using LocationValues = int32_t[locationAttributes + 1];
 constexpr LocationValues noValues = {-1, 0xFFFF, 0, 0};
 static_assert(attributePage == 0 && attributePosition == 1 && attributeLength == 2);
@@ -179,7 +179,7 @@ void addLocation(Reading &reading, const LocationValues &values) {
 
 /// Reads locations as long as each has the known shape. Returns where the last of them ends.
 const char *readExpectedLocations(Reading &reading, const char *at) {
-  // Not outside of a section, and not where the first word would be the value of an earlier location's attribute.
+  // Only in a section, and only where the first word is not the value of an earlier location's attribute.
   while (reading.inSection && reading.locationPending == 0) {
     LocationValues values;
     memcpy(values, noValues, sizeof values);
@@ -192,7 +192,7 @@ const char *readExpectedLocations(Reading &reading, const char *at) {
 }
 
 /// Reads a location word by word, from the end of its name up to a word that ends with '>'. Returns where that word
-/// ends; null when the text ends before. `notes` is empty and takes what the location's shape can be learned from.
+/// ends; null when the text ends before. `notes` is empty; what the location's shape is learned from is stored there.
 const char *readLocation(Reading &reading, const char *at, TagNotes &notes) {
   LocationValues values;
   memcpy(values, noValues, sizeof values);
@@ -284,7 +284,7 @@ bool hasWordFinder(Doc document, int16_t version) {
   return true;
 }
 
-/// Asks the user whether to show highlights that may be in the wrong places.
+/// Asks the user whether to show highlights that may be at wrong positions.
 bool askDisplayAnyway() {
   char yes[20], no[20], message[256];
   mdGetString(stringYes, yes, sizeof yes);
@@ -294,7 +294,7 @@ bool askDisplayAnyway() {
 }
 
 Bool16 registerList(Reading &reading) {
-  // Whole components, not fractions, on purpose: 255 becomes 255.0, which hosts read on the scale 0 to 255.
+  // The components are integers, not fractions: 255 becomes 255.0.
   const ColorValue color = {colorSpaceRGB, {reading.red << 16, reading.green << 16, reading.blue << 16, 0}};
   const bool characters = gltstricmp(reading.units, "characters") == 0;
   if (*reading.version == 0) miStrcpySAFE(reading.version, defaultVersion);
@@ -317,12 +317,12 @@ Bool16 registerList(Reading &reading) {
 } // namespace
 
 Bool16 registerGLT(Doc document, const void *data, uint32_t length) {
-  if (length == UINT32_MAX) return 0; // the copy would need one byte more than there can be
+  if (length == UINT32_MAX) return 0; // the copy's length would overflow
   auto *copy = static_cast<char *>(TavrelSupport::Malloc(length + 1));
   if (copy == nullptr) return 0;
   if (data != nullptr) memcpy(copy, data, length);
   copy[data != nullptr ? length : 0] = 0;
-  if (document == nullptr || data == nullptr || length == 0) return 0; // the copy stays behind, on purpose
+  if (document == nullptr || data == nullptr || length == 0) return 0; // the copy is not freed
 
   Reading reading;
   memset(&reading, 0, sizeof reading);
@@ -331,7 +331,7 @@ Bool16 registerGLT(Doc document, const void *data, uint32_t length) {
   reading.red = reading.green = reading.blue = 0xFFFF;
 
   const Outcome outcome = readWords(reading);
-  // Not a highlight file, or no memory for a list: the copy stays behind, on purpose.
+  // Not a highlight file, or no memory for a list: the copy is not freed.
   if (outcome == Outcome::abandoned) return 0;
   const Bool16 result = outcome == Outcome::complete ? registerList(reading) : Bool16{0};
   if (result != 0) TavrelView::ToolBarUpdateButtonStates(TavrelView::GetToolBar());

@@ -15,7 +15,7 @@ bool setPart(TagPart &part, const char *begin, const char *end) {
   return true;
 }
 
-/// Whether sixteen bytes of the text, where the mask counts them, are the part's bytes from its `first` eight bytes on.
+/// Whether the text's sixteen bytes from word `first` (of eight bytes) on equal the part's, where its mask has ones.
 bool followsFrom(const TagPart &part, const char *at, size_t first) {
   uint64_t bytes[2];
   memcpy(bytes, at + 8 * first, sizeof bytes);
@@ -23,7 +23,7 @@ bool followsFrom(const TagPart &part, const char *at, size_t first) {
           ((bytes[1] ^ part.bytes[first + 1]) & part.mask[first + 1])) == 0;
 }
 
-/// Whether the text goes on with the part. As many bytes as the longest one has may be looked at.
+/// Whether the text continues with the part. TagPart::longest bytes of the text must be readable.
 bool follows(const TagPart &part, const char *at) {
   static_assert(TagPart::longest == 32);
   return followsFrom(part, at, 0) && (part.length <= 16 || followsFrom(part, at, 2));

@@ -1,6 +1,6 @@
-// The shape of a tag: its bytes without its numbers. A program that writes highlight files writes all tags alike, so
-// each tag is expected to have the shape of the one before. Where it has, only its numbers are read, and nothing else
-// is lost: the same bytes between the same borders give the same words.
+// The shape of a tag: its bytes without its numbers. A program that writes highlight files usually writes all tags
+// alike, so each tag is expected to have the shape of the one before. If it has, only its numbers are read: the same
+// bytes between the same borders give the same words.
 #pragma once
 
 #include "plugin/input/gltWords.h"
@@ -13,7 +13,7 @@ struct TagPart {
 };
 
 struct TagShape {
-  static constexpr uint32_t most = 3; ///< of numbers, whatever they mean
+  static constexpr uint32_t most = 3; ///< numbers of a tag, whatever their attributes
   bool known;                         ///< whether a shape has been learned
   uint32_t misses;                    ///< tags since the last one that had it
   uint32_t numbers;                   ///< how many, `most` at most
@@ -22,7 +22,7 @@ struct TagShape {
   uint32_t lastWord;       ///< that word's length
 };
 
-/// What is noted of a tag while it is read word by word: what its shape can be learned from.
+/// Notes about a tag, taken while it is read word by word, from which its shape can be learned.
 struct TagNotes {
   const char *begins[TagShape::most], *ends[TagShape::most]; ///< of the numbers, in their order
   uint8_t attributes[TagShape::most];                        ///< what each is the value of
@@ -40,11 +40,11 @@ inline void shapeNoteNumber(TagNotes &notes, const char *begin, const char *end,
   ++notes.numbers;
 }
 
-/// Whether all of a tag's first part is within one token when the tag before ended at `at`. Otherwise the tag's name
-/// may have been split, and its bytes do not say where.
+/// Whether the complete first part of a tag is within one token when the tag before ended at `at`. Otherwise the tag's
+/// name may have been split, and its bytes do not say where.
 inline bool shapeIsUnsplit(const LexText &text, const char *at) { return lexCapacity(text, at) >= TagPart::longest; }
 
-/// Counts a tag that has not this shape. True when that tag's own shape is to be learned instead: when none is known,
+/// Counts a tag that does not have this shape. True when that tag's shape is to be learned instead: when none is known,
 /// and at the second miss in a row. Where two spellings alternate, one of them stays known.
 bool shapeMiss(TagShape &shape);
 

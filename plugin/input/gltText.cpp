@@ -1,5 +1,5 @@
-// The small conversions of the highlight file's words: colours, hexadecimal digits, comparison. All of it is ASCII,
-// whatever the locale: a file reads the same everywhere.
+// The small conversions of the highlight file's words: colours, hexadecimal digits, comparison. They handle
+// ASCII in every locale, so that a file is read the same way everywhere.
 #include <cstring>
 
 #include "plugin/input/gltAux.h"
@@ -12,7 +12,7 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 int lower(char c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : static_cast<unsigned char>(c); }
 
-/// Two digits at an offset of a text, as far as the text reaches.
+/// The value of up to two digits at an offset of a text; 0 beyond its end.
 uint16_t pairAt(const char *text, size_t length, size_t offset) {
   char pair[3] = {};
   if (offset < length) memcpy(pair, text + offset, length - offset < 2 ? 1 : 2);
@@ -29,7 +29,7 @@ Bool16 ParseRGB(char *text, uint16_t *red, uint16_t *green, uint16_t *blue) {
     *c = upper(*c);
     if (!isDigit(*c) && (*c < 'A' || *c > 'F')) return 0;
   }
-  // Looked for on purpose although no text with an X comes this far: a "0x" makes the colour invalid above.
+  // Never found: the loop above rejects a text with an X.
   const char *prefix = strstr(text, "0X");
   const char *digits = prefix != nullptr ? prefix + 2 : text; // GCOVR_EXCL_BR_LINE: see above
   const size_t length = strlen(digits);
@@ -41,7 +41,7 @@ Bool16 ParseRGB(char *text, uint16_t *red, uint16_t *green, uint16_t *blue) {
 
 Bool16 HexToInt(const char *text, uint16_t *value) {
   if (text == nullptr) return 0;
-  // The leftmost digit counts least, on purpose: search engines' files are written for it.
+  // The leftmost digit is the least significant.
   uint32_t sum = 0;
   for (unsigned i = 0; i < 4 && text[i] != 0; ++i) {
     const int digit = isDigit(text[i]) ? text[i] - '0' : static_cast<unsigned char>(text[i]) - 55;

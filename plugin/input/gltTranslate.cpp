@@ -1,4 +1,4 @@
-// Translates a highlight list page by page, each in a frame of its own: one page's failure is not the next one's.
+// Translates a highlight list page by page, each in a separate frame, so that a raise ends only one page's translation.
 #include "plugin/input/gltTranslate.h"
 
 #include "plugin/glt/glt.h"
@@ -19,7 +19,7 @@ void translatePage(WordFinder finder, HLL *list, uint32_t pageIndex) {
   uint16_t out = 0;
   for (uint16_t i = 0; i < count; ++i) {
     const uint16_t pos = list->pages[pageIndex].words[i].pos;
-    if (pos > wordCount) { // one beyond the last word is let pass, on purpose: the look-up says what it is
+    if (pos > wordCount) { // one beyond the last word is looked up: the host may return a word
       --list->pages[pageIndex].count;
       continue;
     }
@@ -29,7 +29,7 @@ void translatePage(WordFinder finder, HLL *list, uint32_t pageIndex) {
       translated.pos = static_cast<uint16_t>(DocModel::WordGetCharOffset(word));
       translated.len = static_cast<uint8_t>(DocModel::WordGetLength(word));
     }
-    // A missing word does not move the place on, on purpose: the page's last entry then stays untranslated.
+    // After a missing word the output index stays, so that the page's last entry stays untranslated.
     list->pages[pageIndex].words[out] = translated;
     if (word != nullptr) ++out;
   }

@@ -1,4 +1,4 @@
-// Word numbers into character offsets, for callers that have the one and need the other.
+// Translation of word numbers into character offsets.
 #pragma once
 
 #include "tavrel/types.h"
@@ -6,5 +6,5 @@
 struct HLL;
 
 /// Rewrites a list of word numbers in place into character offsets, with the words of a word finder of its document. A
-/// page whose words cannot be had keeps what was not rewritten yet. The first argument is not used.
+/// page whose words are not available keeps the entries that are not rewritten yet. The first argument is not used.
 void TranslateHLLWordToCharOffsets(void *ignored, tavrel::WordFinder finder, HLL *list);

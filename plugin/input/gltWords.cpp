@@ -1,4 +1,4 @@
-// The words that the fast path does not find itself, and skipping text between tags.
+// The words that the fast path does not find, and skipping text between tags.
 #include "plugin/input/gltWords.h"
 
 #include <bit>
@@ -33,7 +33,7 @@ uint32_t notableOf(const char *at) {
 }
 #endif
 
-/// The first byte that a tag or a quoted word may begin with, or that ends a sentence or the text.
+/// The first byte with which a tag or a quoted word may begin, or that ends a sentence or the text.
 const char *nextNotable([[maybe_unused]] const LexText &text, const char *at) {
 #ifdef __SSE2__
   for (; text.end - at >= 16; at += 16) {
@@ -46,8 +46,8 @@ const char *nextNotable([[maybe_unused]] const LexText &text, const char *at) {
   return at;
 }
 
-/// Where the lexer's next token begins, if it is a word or follows one: then nothing but its first byte may be in the
-/// look-ahead.
+/// Where the lexer's next token begins, if it is a word or follows one: then the look-ahead holds at most its first
+/// byte.
 const char *nextToken(const HWLEX_STATE &state, const char *cursor) { return cursor - (state.pending1 != 0 ? 1 : 0); }
 
 } // namespace

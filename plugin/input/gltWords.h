@@ -1,13 +1,14 @@
 // The words of a highlight file, where they are in the text: the first step of reading it (gltParse.cpp).
 //
-// They are the words that HWLEX_match returns, in the same order, but for one thing: where tags are joined, a word is
+// They are the words that HWLEX_match returns, in the same order, with one difference: where tags are joined, a word is
 // split before every '<' that follows a '>', so that "/><loc" gives the pieces "/>" and "<loc". A token has at most 250
 // bytes (HWLEX_LIMIT), which its pieces share: after a tag of 248 bytes, the joined "<loc" gives "<l", and the next
 // token begins with "oc".
 //
 // lexNextWord is the fast path: it finds plain words, which nearly all words of a highlight file are, without the lexer
-// and without a copy. It leaves to the lexer (lexNextByLexer) what is not plain: quoted words, sentence ends with the
-// word after them, and a word at the end of the text, which the lexer may not return ("c" in "a=b c", HWLEX_match).
+// and without a copy. It calls the lexer (lexNextByLexer) for words that are not plain: quoted words, sentence ends
+// with the word after them, and a word at the end of the text, which the lexer may not return ("c" in "a=b c",
+// HWLEX_match).
 #pragma once
 
 #include <array>
@@ -30,7 +31,7 @@ struct LexText {
   const char *token; ///< where the token begins that the next word is a further piece of; null when it is none
 };
 
-/// What a byte is to the fast path. It steps over bytes that are none of these.
+/// The kinds of bytes that the fast path distinguishes. It skips bytes that are none of these.
 enum LexStep : uint8_t {
   stepThrough = 1, ///< a word character but '<'
   stepOpening = 2, ///< '<', before which a word may be split
@@ -67,7 +68,7 @@ inline uint32_t lexPieceLength(const char *at, uint32_t capacity) {
   return length;
 }
 
-/// How many bytes the token can still have that the next word belongs to, when that word begins at `at`.
+/// The remaining capacity of the token that the next word belongs to, when that word begins at `at`.
 inline uint32_t lexCapacity(const LexText &text, const char *at) {
   return text.token != nullptr ? HWLEX_LIMIT - static_cast<uint32_t>(at - text.token) : HWLEX_LIMIT;
 }
@@ -93,9 +94,9 @@ inline const char *lexNextWord(LexText &text, const char *at, LexWord &word) {
   return end;
 }
 
-/// Skips words that do not begin with '<'. Takes where the word before ended, and returns where to go on: no word that
-/// begins with '<' has been skipped, but the next word may be another one. A further piece is never skipped: it begins
-/// with '<'.
+/// Skips words that do not begin with '<'. `at` is where the word before ended. Returns the position to continue at: no
+/// word that begins with '<' has been skipped, but the next word may begin otherwise. A further piece is never skipped:
+/// it begins with '<'.
 const char *lexSkipText(LexText &text, const char *at);
 
 /// Numbers with more digits are not read by lexDigits.

@@ -11,12 +11,12 @@ namespace {
 
 constexpr uint16_t textSize = 2050;
 
-/// The host's icon by kind. Kinds 1 and 3 share one, on purpose.
+/// The host's icon by kind. Kinds 1 and 3 share one.
 constexpr int32_t icons[] = {alertError, alertNote, alertQuestion, alertNote};
 
 constexpr int16_t none = -1;
 
-/// A set of buttons: their labels, and what each answer of the host means. The last meaning also stands for any
+/// A set of buttons: their labels, and the result of each answer of the host. The last result is also that of any
 /// other answer.
 struct ButtonSet {
   int16_t label[3];
@@ -69,7 +69,7 @@ int32_t mdAlertStr(void *owner, int32_t kind, int32_t buttons, const char *forma
 
 int32_t mdAlertDoIt(void *owner, int32_t kind, int32_t buttons, const char *format, va_list arguments) {
   char text[textSize];
-  miVsnprintfSAFE(text, sizeof text, format, arguments); // callers keep texts short; a longer one must not do harm
+  miVsnprintfSAFE(text, sizeof text, format, arguments); // truncates a longer text
   return mdAlertText(owner, kind, buttons, text);
 }
 

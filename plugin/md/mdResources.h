@@ -1,4 +1,4 @@
-// The built-in resources and their caches, shared by the sources of this folder and their tests.
+// The built-in resources and their caches, shared by the sources of this directory and their tests.
 #pragma once
 
 #include "tavrel/types.h"
@@ -23,7 +23,7 @@ extern const StringEntry stringData[stringCount];
 extern const StringEntry buttonStringData[buttonStringCount];
 extern const BitmapEntry bitmapData[bitmapCount];
 
-// Filled at the first use of an entry and never cleared. What they point to is the host's or the tables'.
+// Filled at the first use of an entry and never cleared. The strings and bitmaps belong to the host or to the tables.
 extern const char *stringCache[stringCount];
 extern const char *buttonStringCache[buttonStringCount];
 extern tavrel::Bitmap bitmapCache[bitmapCount];

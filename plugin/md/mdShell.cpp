@@ -16,7 +16,7 @@ namespace {
 
 constexpr char shellName[] = "Highlight";
 
-/// No lines of our own: what the user does not say is built in.
+/// No lines: the defaults are built into the plug-in.
 const char *const fallbackResources[] = {nullptr};
 
 } // namespace
@@ -33,7 +33,7 @@ tavrel::Widget mdInitUtils() {
                            XtNmappedWhenManaged, mapped, XtNx, x, XtNy, y, XtNwidth, size, XtNheight, size, nullptr);
   } else {
     ::Widget parent = Desktop::GetTopLevelWidget();
-    if (parent == nullptr) return nullptr; // gone meanwhile; the toolkit would end the program
+    if (parent == nullptr) return nullptr; // destroyed meanwhile; the toolkit would end the program
     rootWidget = XtVaCreatePopupShell(shellName, applicationShellWidgetClass, parent, XtNmappedWhenManaged, mapped,
                                       XtNx, x, XtNy, y, XtNwidth, size, XtNheight, size, nullptr);
   }

@@ -1,4 +1,5 @@
-// The built-in texts, labels and bitmaps, asked of the host by key so that users can override them, and kept.
+// The built-in texts, labels and bitmaps: looked up by key in the host's resources, where users can override them, and
+// cached.
 #include "plugin/md/mdUtils.h"
 
 #include <cctype>
@@ -11,8 +12,8 @@
 
 using namespace tavrel;
 
-// The keys are what users' resource files say, so they stay as they are on purpose: those of 3 and 4 crossed, that of
-// 8 misprinted.
+// Users' resource files contain these keys, so that a change would disable their lines: the keys of 3 and 4 are
+// exchanged, that of 8 is misprinted.
 const StringEntry stringData[stringCount] = {
     {"realVersion", "B10"},
     {"language", "ENU"},
@@ -70,12 +71,12 @@ const char *resourceString(const StringEntry &entry) {
   return rootWidget != nullptr ? Desktop::GetResourceString(rootWidget, entry.key, entry.value) : entry.value;
 }
 
-/// Longest byte sequence looked at for one character.
+/// The longest byte sequence that is examined for one character.
 constexpr size_t longestCharacter = 5;
 
 bool multiByteLocale() { return MB_CUR_MAX > 1; }
 
-/// mnemonics out of a string of characters of several bytes: "&&" stays, any other '&' goes.
+/// Removes mnemonics in a multi-byte locale: "&&" stays, any other '&' is removed. Truncates at an invalid character.
 void dropMnemonicsByCharacter(char *buffer) {
   const char *read = buffer;
   char *write = buffer;
@@ -93,8 +94,9 @@ void dropMnemonicsByCharacter(char *buffer) {
   *write = 0;
 }
 
-/// mnemonics out of a string of single bytes. Only a leading '&' goes and a later one swallows what follows it, on
-/// purpose: labels are written for that. Reads and writes only the string and, for a '&' at its end, the byte behind.
+/// Removes mnemonics in a single-byte locale: '&' at the start is removed. A later '&' stays and the byte after it is
+/// lost; after a removed '&', it garbles the rest as well. Writes at most one byte after the terminator, and none
+/// beyond `size`.
 void dropMnemonicsByByte(char *buffer, size_t size) {
   const size_t length = strlen(buffer);
   if (length == 0) return;
@@ -130,9 +132,9 @@ const char *mdGetStringPtr(uint16_t id) {
 
 char *mdGetString(uint16_t id, char *buffer, uint16_t size) {
   const char *source = mdGetStringPtr(id);
-  if (source == nullptr) source = ""; // the host had nothing to give; it is asked again next time
+  if (source == nullptr) source = ""; // the host returned nothing; it is asked again next time
   const size_t length = strlen(source);
-  // A size of 0 wraps here on purpose and copies everything: callers that pass it know that it fits.
+  // A size of 0 wraps around here, so that the complete string is copied.
   if (length <= uint32_t{size} - 1) {
     memcpy(buffer, source, length + 1);
     return buffer;
@@ -203,7 +205,7 @@ const char *mdSwab(const char *source, char *destination, int32_t count) {
 }
 
 int32_t mdStricmp(const char *a, const char *b) {
-  // Signed on purpose, on machines with an unsigned char too: high bytes sort before the letters.
+  // Signed, also on machines with an unsigned char, so that bytes from 0x80 on sort before the letters.
   const auto folded = [](char c) {
     const auto byte = static_cast<signed char>(c);
     return byte >= 0 ? tolower(byte) : byte;

@@ -1,5 +1,5 @@
-// What the plug-in has of its platform: its texts, labels and bitmaps, which users can override; its alerts; its shell
-// widget; and an assertion report.
+// The platform layer: texts, labels and bitmaps, which users can override; alerts; the shell widget; and an assertion
+// report.
 #pragma once
 
 #include <cstdarg>
@@ -17,13 +17,13 @@ inline constexpr uint16_t stringWrongVersion = 7;
 inline constexpr uint16_t bitmapNext = 0;
 inline constexpr uint16_t bitmapPrev = 1;
 
-// Strings and labels. A string's pointer lives as long as the plug-in and is not the caller's to free.
+// Strings and labels. A string's pointer is valid as long as the plug-in is loaded, and the caller does not free it.
 
 /// The string of an identifier, or "Bad String ID".
 const char *mdGetStringPtr(uint16_t id);
 
-/// Copies as much of the string as fits with its NUL into `size` bytes, never cutting a character of the locale in
-/// two. A size of 0 copies the whole string. Returns the buffer.
+/// Copies the string, truncated to `size` bytes with its NUL, but not within a character of the locale. A size of 0
+/// copies the complete string. Returns the buffer.
 char *mdGetString(uint16_t id, char *buffer, uint16_t size);
 
 /// mdGetString without menu mnemonics ('&'). Returns the buffer.
@@ -34,7 +34,7 @@ const char *GetButtonString(uint16_t id);
 
 // Bitmaps.
 
-/// An X pixmap of depth 1, or 0. It stays the plug-in's.
+/// An X pixmap of depth 1, or 0. The caller does not free it.
 tavrel::Bitmap mdGetBitmap(uint16_t id);
 
 /// Does nothing: bitmaps stay cached. Returns its argument.
@@ -43,16 +43,16 @@ tavrel::Bitmap mdReleaseBitmap(tavrel::Bitmap bitmap);
 /// The height of a bitmap in pixels, 0 for none. Bitmaps are square.
 uint32_t mdGetBitmapSize(tavrel::Bitmap bitmap);
 
-/// Two bitmaps behind a signature and a version: five 32-bit words, whatever the machine.
+/// A signature, a version and two bitmaps: five 32-bit words on every machine.
 struct IconBundle {
-  uint32_t signature[2]; ///< "TVICONBU", a character a byte, the first the most significant
+  uint32_t signature[2]; ///< "TVICONBU", one character per byte, the first the most significant
   uint32_t version;
   uint32_t bitmap[2];
 };
 static_assert(sizeof(IconBundle) == 20);
 
-/// A new bundle, to be given back with mdReleaseIconBundle; null when memory is exhausted. It is lost when the lookup
-/// of a bitmap raises.
+/// A new bundle, to be freed with mdReleaseIconBundle; null when memory is exhausted. It is lost when the lookup of a
+/// bitmap raises.
 IconBundle *mdGetIconBundle(uint16_t id1, uint16_t id2);
 void mdReleaseIconBundle(IconBundle *bundle);
 
@@ -67,7 +67,8 @@ enum mdAlertResult : int32_t {
   mdResultYes = 4
 };
 
-/// Shows the string of that identifier, as a printf format for the further arguments. Texts are cut at 2049 bytes.
+/// Shows the string of that identifier, as a printf format for the further arguments. Texts are truncated to 2049
+/// bytes.
 int32_t mdAlert(int32_t kind, int32_t buttons, uint32_t stringId, ...);
 /// The same; the owner is not used.
 int32_t mdAlertEx(void *owner, int32_t kind, int32_t buttons, uint32_t stringId, ...);
@@ -77,16 +78,16 @@ int32_t mdAlertDoIt(void *owner, int32_t kind, int32_t buttons, const char *form
 /// The same with the finished text.
 int32_t mdAlertText(void *owner, int32_t kind, int32_t buttons, const char *text);
 
-/// Writes "Assert EXPRESSION in file FILE, line LINE." to standard error, and goes on.
+/// Writes "Assert EXPRESSION in file FILE, line LINE." to standard error and returns.
 void mdAssert(const char *expression, const char *file, uint16_t line);
 
 // The shell: the widget against which the resources are looked up.
 
 /// Makes the shell, one pixel in the middle of the screen, never mapped; null when the host has no top-level widget.
-/// A pop-up child of that widget, or a shell of its own where TAVREL_PLUGIN_PARENTLESS_ROOT is set.
+/// It is a pop-up child of that widget, or an independent shell where TAVREL_PLUGIN_PARENTLESS_ROOT is set.
 tavrel::Widget mdInitUtils();
 
-/// mdInitUtils, kept in the global data. 0 without a shell.
+/// Calls mdInitUtils and stores the shell in the global data. 0 without a shell.
 tavrel::Bool16 mdInit();
 
 /// Destroys the shell that the global data holds, if there is one.
@@ -94,10 +95,10 @@ void mdTerm();
 
 // Bytes.
 
-/// Swaps the bytes of each pair; an odd last byte is not copied. Returns the source behind the last pair.
+/// Swaps the bytes of each pair; an odd last byte is not copied. Returns the source after the last pair.
 const char *mdSwab(const char *source, char *destination, int32_t count);
 
-/// -1, 0 or 1, without regard to case; bytes from 0x80 on sort before all letters.
+/// Compares without regard to case: -1, 0 or 1. Bytes from 0x80 on sort before all letters.
 int32_t mdStricmp(const char *a, const char *b);
 
 /// Does nothing. 1.

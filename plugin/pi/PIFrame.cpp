@@ -1,4 +1,4 @@
-// The only source of the plug-in that knows setjmp.
+// The only source of the plug-in that uses setjmp.
 #include "plugin/pi/PIFrame.h"
 
 #include "tavrel/Kernel.h"
@@ -14,8 +14,8 @@ bool PIProtectCall(void (*body)(void *), void *argument) {
     Kernel::PopExceptionFrame();
     return false;
   }
-  // Volatile on purpose: where the compiler sees a body that never returns, it drops the body's stores to the caller's
-  // variables, and the handler then reads old values.
+  // Volatile: where the compiler sees that a body never returns, it drops the body's stores to the caller's variables,
+  // and the handler then reads old values.
   void (*volatile call)(void *) = body;
   call(argument);
   Kernel::PopExceptionFrame();

@@ -1,4 +1,4 @@
-// Protected regions: host calls that may raise, inside a frame of the plug-in. The laws are in tavrel/frame.h.
+// Protected regions: host calls that may raise, inside a frame of the plug-in. The rules are in tavrel/frame.h.
 #pragma once
 
 #include <type_traits>
@@ -8,11 +8,11 @@
 /// The restore procedure of every frame of the plug-in: jumps back to it.
 void RestorePlugInFrame(tavrel::ExceptionFrame *frame);
 
-/// Opens a frame, runs body(argument) in it and closes the frame, whichever way the body ends. True when it ran to its
-/// end; false when a host call raised. Then Kernel::GetExceptionCode tells why.
+/// Opens a frame, runs body(argument) in it and closes the frame, whether or not the body raises. True when the body
+/// returned; false when a host call raised. Then Kernel::GetExceptionCode returns the error.
 bool PIProtectCall(void (*body)(void *), void *argument);
 
-/// The same for a lambda that captures by reference. Neither it nor anything in it may need a destructor.
+/// The same for a lambda that captures by reference. Neither the lambda nor any variable in it may need a destructor.
 template <typename Body> bool PIProtect(Body body) {
   static_assert(std::is_trivially_destructible_v<Body>);
   return PIProtectCall([](void *argument) { (*static_cast<Body *>(argument))(); }, &body);

@@ -1,8 +1,8 @@
 // The one symbol that the plug-in exports: `main`, found by the host in the shared library.
 //
 // It has three arguments, so it is written under another name and given the symbol as an assembler label. It is
-// protected, because the program that loads the plug-in has a `main` of its own, which would otherwise take its place
-// wherever the plug-in takes the address.
+// protected, because the program that loads the plug-in has a `main`, too, which the plug-in's references to the symbol
+// would otherwise resolve to.
 #include "plugin/pi/mdPI.h"
 #include "tavrel/plugin.h"
 

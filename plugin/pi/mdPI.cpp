@@ -17,7 +17,7 @@ uint32_t gKernelVersion, gTavrelSupportVersion, gCobbleVersion, gDocModelVersion
 
 namespace {
 
-/// A host table: where it is held, the version asked for first, and the last one that will do.
+/// A host table: where it is held, the version asked for first, and the lowest version accepted.
 struct NeededTable {
   const char *name;
   HFT *table;
@@ -25,7 +25,7 @@ struct NeededTable {
   uint32_t start, minimum;
 };
 
-/// In the order in which the host is asked.
+/// In the order in which they are requested.
 constexpr NeededTable neededTables[] = {
     {"TavrelSupport", &gTavrelSupportHFT, &gTavrelSupportVersion, 0x00050000, 0x00050000},
     {"Cobble", &gCobbleHFT, &gCobbleVersion, 0x00050000, 0x00050000},
@@ -36,7 +36,7 @@ constexpr NeededTable neededTables[] = {
 };
 
 bool acquire(const NeededTable &needed) {
-  // Steps by one over the whole number on purpose: hosts exist at versions between the named ones, and each is asked.
+  // Requests every version number from `start` down to `minimum`.
   for (*needed.version = needed.start; *needed.version >= needed.minimum; --*needed.version) {
     *needed.table = Kernel::RequestTable(Kernel::AtomFromString(needed.name), *needed.version);
     if (*needed.table != nullptr) return true;

@@ -1,5 +1,5 @@
 // Export, initialisation and termination, in the order in which the host drives them, and the document notifications.
-// No frames here: a host call that fails ends the callback and goes to the host's own frame.
+// No frames here: a host call that raises ends the callback and propagates to the host's frame.
 #include "plugin/pi/miPI.h"
 
 #include <cstdlib>
@@ -19,7 +19,7 @@ GlobalData *gData;
 uint32_t ExtensionExportHFTs() {
   gData = static_cast<GlobalData *>(calloc(1, sizeof(GlobalData)));
   if (gData == nullptr) return 0;
-  GLTExportHFTServer(); // without it no client gets the table; everything else works
+  GLTExportHFTServer(); // on failure no client gets the table; everything else works
   return 1;
 }
 
@@ -35,7 +35,7 @@ uint32_t ExtensionTerm() {
     if (gData->prevBitmap != 0) mdReleaseBitmap(gData->prevBitmap);
     if (gData->nextBitmap != 0) mdReleaseBitmap(gData->nextBitmap);
   }
-  free(gData); // the pointer is left as it is on purpose: the plug-in is not used again
+  free(gData); // the pointer keeps its value: nothing reads it after the unload callback
   return gltUnregisterAuxdata();
 }
 

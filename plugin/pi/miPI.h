@@ -1,4 +1,4 @@
-// The plug-in's life: the callbacks that the handshake gives to the host, the notifications, and the global data.
+// The plug-in's lifecycle: the callbacks that the handshake gives to the host, the notifications, and the global data.
 #pragma once
 
 #include "tavrel/types.h"
@@ -20,20 +20,20 @@ extern GlobalData *gData;
 uint32_t ExtensionExportHFTs();
 
 /// Makes the shell, registers the notifications and the auxiliary-data handler. 0 without a shell, and then nothing is
-/// registered; else what the registration of the handler says.
+/// registered; else the result of the handler's registration.
 uint32_t ExtensionInit();
 
-/// Destroys the shell, releases the bitmaps, frees `gData`, unregisters the handler, whose result it returns.
+/// Destroys the shell, releases the bitmaps, frees `gData` and unregisters the handler, whose result it returns.
 uint32_t ExtensionTerm();
 
 /// Registers the three callbacks below, for as long as the plug-in is loaded.
 void miPIRegisterForNotifications();
 
-/// A hook: the highlights of a new document arrive as auxiliary data.
+/// Does nothing: the highlights of a new document arrive as auxiliary data.
 void miPIDocDidOpen(tavrel::Doc document, void *clientData);
 
-/// Takes the document's highlights with it.
+/// Unregisters the document's highlights.
 void miPIDocDidClose(tavrel::Doc document, void *clientData);
 
-/// Moves the current position to the page being drawn, if that has highlights, and has its marks painted.
+/// Moves the current position to the page being drawn, if that page has highlights, and has its marks painted.
 void miPIPageViewDraw(tavrel::PageView view, void *clientData);

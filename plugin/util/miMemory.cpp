@@ -36,13 +36,13 @@ void TSIfNotNullFree(void *block) {
 }
 
 void *miCopyMem(const void *source, uint32_t size) {
-  void *copy = malloc(size); // null for a null, rather than a write through it
+  void *copy = malloc(size); // null when memory is exhausted
   return copy != nullptr ? miMemcpySAFE(copy, source, size) : nullptr;
 }
 
 char *miCopyStrImpl(const char *string) {
   if (string == nullptr) return nullptr;
-  auto *copy = static_cast<char *>(malloc(size_t{miStrlen(string)} + 2)); // room for either kind of terminator
+  auto *copy = static_cast<char *>(malloc(size_t{miStrlen(string)} + 2)); // with space for either kind of terminator
   if (copy != nullptr) miStrcpySAFE(copy, string);
   return copy;
 }

@@ -10,13 +10,13 @@ using tavrel::Bool16;
 
 namespace {
 
-/// No strip keeps more than this many bytes before a blank that it takes out.
+/// miStripAll stops removing white space when it has kept this many bytes.
 constexpr uint32_t examined = 65535;
 
 bool isSpace(char c) { return miIsspace(static_cast<uint8_t>(c)) != 0; }
 
-/// Cuts a string after its last byte that is not white space; `length` is its length.
-void cutTrailingSpace(char *string, size_t length) {
+/// Truncates a string after its last byte that is not white space; `length` is its length.
+void dropTrailingSpace(char *string, size_t length) {
   while (length > 0 && isSpace(string[length - 1]))
     --length;
   string[length] = 0;
@@ -33,7 +33,7 @@ Bool16 miStrip(char *string) {
     ++first;
   const size_t length = strlen(first);
   memmove(string, first, length + 1);
-  cutTrailingSpace(string, length);
+  dropTrailingSpace(string, length);
   return *string != 0;
 }
 
@@ -59,7 +59,7 @@ uint32_t miCountStr(const char *string, const char *part) {
   const uint32_t length = miStrlen(part);
   uint32_t count = 0;
   while (*string != 0) {
-    const bool match = miStandsAt(string, end, part, length);
+    const bool match = miOccursAt(string, end, part, length);
     count += match ? 1 : 0;
     string += match ? length : 1;
   }
@@ -68,7 +68,7 @@ uint32_t miCountStr(const char *string, const char *part) {
 
 char *miSubstituteDots(char *path) {
   if (strncmp(path, "/../", 4) == 0) return path;
-  // All steps up before any step in place, on purpose: "/./../" takes the dot for the segment.
+  // Every "/../" is removed before any "/./": in "/./../" the dot is the removed segment.
   for (char *up = strstr(path, "/../"); up != nullptr && up != path; up = strstr(path, "/../")) {
     char *begin = up - 1;
     while (begin > path && *begin != '/')
@@ -88,30 +88,30 @@ const char *miSnarf(const char *source, const char *start, const char *end, char
   const char *terminator = source + miStrlen(source);
   if (start != nullptr && *start != 0) {
     const uint32_t length = miStrlen(start);
-    while (*source != 0 && !miStandsAt(source, terminator, start, length))
+    while (*source != 0 && !miOccursAt(source, terminator, start, length))
       ++source;
     if (*source == 0) return nullptr;
     source += length;
   }
   if (end == nullptr || *end == 0) {
     miStrncpySAFE(out, source, max);
-    return *source != 0 ? source + max : source; // the whole of max also where less remains, on purpose
+    return *source != 0 ? source + max : source; // max is added also where less text remains
   }
   const uint32_t length = miStrlen(end);
   uint32_t copied = 0;
-  while (*source != 0 && copied < max && !miStandsAt(source, terminator, end, length))
+  while (*source != 0 && copied < max && !miOccursAt(source, terminator, end, length))
     out[copied++] = *source++;
   out[copied] = 0;
-  return *source != 0 ? source + length : source; // also where the copy was full, on purpose
+  return *source != 0 ? source + length : source; // the length is added also where `max` bytes were copied
 }
 
 namespace {
 
-/// What a backslash and the byte behind it stand for.
+/// The byte that a backslash and `c` stand for.
 char escaped(char c) { return c == 'n' ? '\n' : c == 'r' ? '\r' : c; }
 
-/// Resolves the field at the start of `field` in place, up to a comma outside of quotes. Returns how many bytes it
-/// took; `length` is what is left of it.
+/// Resolves the field at the start of `field` in place, up to a comma outside of quotes. Returns how many bytes were
+/// read; `length` is the length of the resolved field.
 uint32_t resolveField(char *field, bool keepEscapes, uint32_t &length) {
   bool quoted = false;
   uint32_t read = 0, write = 0;
@@ -145,7 +145,7 @@ char *miSnarfEntry(const char *line, uint32_t *position, Bool16 keepEscapes) {
   uint32_t length = 0;
   *position += resolveField(field, keepEscapes != 0, length);
   if (line[*position] != 0) ++*position; // the comma
-  cutTrailingSpace(field, length);
+  dropTrailingSpace(field, length);
   return static_cast<char *>(TSSureRealloc(field, static_cast<uint32_t>(strlen(field) + 1)));
 }
 
@@ -164,18 +164,18 @@ const char *miStrftime(const char *format) {
 }
 
 int32_t miFloor(double value) {
-  const auto whole = static_cast<int32_t>(value);
-  return value > 0.0 || whole == value ? whole : static_cast<int32_t>(value - 1.0);
+  const auto truncated = static_cast<int32_t>(value);
+  return value > 0.0 || truncated == value ? truncated : static_cast<int32_t>(value - 1.0);
 }
 
 int32_t miCeil(double value) {
-  const auto whole = static_cast<int32_t>(value);
-  return value < 0.0 || whole == value ? whole : static_cast<int32_t>(value + 1.0);
+  const auto truncated = static_cast<int32_t>(value);
+  return value < 0.0 || truncated == value ? truncated : static_cast<int32_t>(value + 1.0);
 }
 
 int32_t miRoundToInt(double value) {
-  const auto whole = static_cast<int32_t>(value);
-  const double fraction = value - whole;
-  if (value > 0.0) return fraction > 0.5 ? whole + 1 : whole; // halves towards zero, on purpose
-  return fraction < -0.5 ? whole - 1 : whole;
+  const auto truncated = static_cast<int32_t>(value);
+  const double fraction = value - truncated;
+  if (value > 0.0) return fraction > 0.5 ? truncated + 1 : truncated; // halves towards zero
+  return fraction < -0.5 ? truncated - 1 : truncated;
 }

@@ -10,7 +10,7 @@ namespace {
 
 constexpr uint32_t examined = 65535;
 
-/// A unit of one byte that is white space; not miUCSIsSpace, which looks at four bits.
+/// Whether a unit is white space below 0x100. miUCSIsSpace is not used here: it tests only four bits.
 bool isSpaceUnit(const char *unit) { return unit[0] == 0 && miIsspace(static_cast<uint8_t>(unit[1])); }
 
 bool isZeroUnit(const char *unit) { return unit[0] == 0 && unit[1] == 0; }
@@ -18,7 +18,7 @@ bool isZeroUnit(const char *unit) { return unit[0] == 0 && unit[1] == 0; }
 } // namespace
 
 Bool16 miUCSIsSpace(uint16_t unit) {
-  // The low four bits only, on purpose: 0x19 to 0x1D count and 0x20 does not.
+  // Only the low four bits are tested: 0x19 to 0x1D count and 0x20 does not.
   return unit < 0x100 ? miIsspace(unit & 0x0F) : Bool16{0};
 }
 
@@ -28,7 +28,7 @@ Bool16 miUCSStrip(char *string) {
   while (isSpaceUnit(read))
     read += 2;
   // The copying stops at two zero bytes at any offset, and two are written where it stopped. At an odd offset they are
-  // the halves of two units and end nothing: the units after them in the buffer stay part of the string.
+  // the halves of two units and no terminator: the units after them in the buffer stay part of the string.
   char *write = text;
   while (!isZeroUnit(read))
     *write++ = *read++;

@@ -19,7 +19,7 @@ uint16_t unitAt(const char *string, uint32_t i) {
 
 int32_t order(int a, int b) { return (a > b) - (a < b); }
 
-/// Two UCS strings, unit by unit after the mark. Folding takes case out where both units are of one byte.
+/// Compares two UCS strings, unit by unit after the mark. Folding ignores case where both units are below 0x100.
 int32_t compareUnits(const char *a, const char *b, bool fold) {
   for (uint32_t i = 2;; i += 2) {
     int x = unitAt(a, i), y = unitAt(b, i);
@@ -120,7 +120,7 @@ Bool16 miStrEq(const char *a, const char *b) {
 
 char *miStrcpySAFE(char *destination, const char *source) {
   if (!miIsUCS(source)) return miStrcpy_localSAFE(destination, source);
-  // The place behind the terminator, not the destination, on purpose.
+  // Unlike a byte string's copy, returns the position after the terminator.
   const uint32_t length = miStrlen(source) + 2;
   miMemmoveSAFE(destination, source, length);
   return destination + length;
@@ -172,11 +172,11 @@ Bool16 miStrncatSAFE(char *destination, const char *source, uint32_t size) {
   const bool ucs = miIsUCS(destination);
   if (used + 1 < size) strncat(destination, source, size - (used + 1));
   destination[size - 1] = 0;
-  if (ucs && size >= 2) miMemsetSAFE(destination + (size & ~uint32_t{1}) - 2, 0, 2); // ends for readers of units, too
+  if (ucs && size >= 2) miMemsetSAFE(destination + (size & ~uint32_t{1}) - 2, 0, 2); // terminated as units, too
   return 0;
 }
 
-bool miStandsAt(const char *at, const char *end, const char *part, uint32_t length) {
+bool miOccursAt(const char *at, const char *end, const char *part, uint32_t length) {
   return length != 0 && length <= static_cast<size_t>(end - at) && memcmp(at, part, length) == 0;
 }
 
@@ -186,7 +186,7 @@ char *miReplaceStrSAFE(char *destination, const char *source, const char *find, 
   const uint32_t replacementLength = replacement != nullptr ? miStrlen(replacement) : 0;
   char *out = destination;
   while (*source != 0) {
-    if (miStandsAt(source, end, find, findLength)) {
+    if (miOccursAt(source, end, find, findLength)) {
       miMemmoveSAFE(out, replacement, replacementLength);
       out += replacementLength;
       source += findLength;
@@ -205,7 +205,7 @@ char *miReplaceStrExSAFE(char *destination, const char *source, const char *find
   if (replacement == nullptr) replacementLength = 0;
   char *out = destination;
   while (static_cast<size_t>(end - source) >= step) {
-    if (miStandsAt(source, end, find, findLength)) {
+    if (miOccursAt(source, end, find, findLength)) {
       miMemmoveSAFE(out, replacement, replacementLength);
       out += replacementLength;
       source += findLength;

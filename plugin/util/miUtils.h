@@ -1,8 +1,8 @@
-// The utility library: memory that is there or raises, bounded copies, and strings of two kinds.
+// The utility library: allocation, bounded copies, and strings of two kinds.
 //
 // A byte string ends in one zero byte. A UCS string starts with the mark 0xFE 0xFF, goes on in 16-bit big-endian
-// units and ends in a zero unit; the mark is part of it. Sizes and lengths are in bytes. No pointer may be null but
-// where it says so. A size too small for a terminator writes nothing and reports a cut.
+// units and ends in a zero unit; the mark is part of it. Sizes and lengths are in bytes. No pointer may be null unless
+// its function's comment says so.
 #pragma once
 
 #include <cstdarg>
@@ -33,13 +33,13 @@ char *miStrcpy_localSAFE(char *destination, const char *source);
 char *miStrcat_localSAFE(char *destination, const char *source);
 int32_t miSprintfSAFE(char *destination, const char *format, ...);
 int32_t miVsprintfSAFE(char *destination, const char *format, va_list arguments);
-/// Always terminated within `size`; returns the length that the whole text would have.
+/// Always terminated within `size`; returns the length of the text without truncation.
 int32_t miSnprintfSAFE(char *destination, uint32_t size, const char *format, ...);
 int32_t miVsnprintfSAFE(char *destination, uint32_t size, const char *format, va_list arguments);
 char *miStrchr(const char *string, int c);
 char *miStrrchr(const char *string, int c);
 char *miStrstr(const char *string, const char *part);
-/// A number beyond 32 bits is cut to them, so that every machine reads the same.
+/// A number beyond 32 bits is clamped, so that the result is the same on every machine.
 int32_t miAtoi(const char *string);
 int32_t miAtol(const char *string);
 
@@ -48,7 +48,7 @@ bool miIsUCS(const char *string);
 /// Without the terminator; the mark counts.
 uint32_t miStrlen(const char *string);
 
-/// -1, 0, 1 for two UCS strings, whose units compare as numbers; else as strcmp, strcasecmp, strncmp have it. In the
+/// -1, 0, 1 for two UCS strings, whose units compare as numbers; else the result of strcmp, strcasecmp, strncmp. In the
 /// first two `b` may be null, and then `a` is the greater.
 int32_t miStrcmp(const char *a, const char *b);
 int32_t miStricmp(const char *a, const char *b);
@@ -58,24 +58,25 @@ int32_t miUCSStrncmp(const char *a, const char *b, uint32_t n);
 /// Either may be null; two nulls are equal.
 tavrel::Bool16 miStrEq(const char *a, const char *b);
 
-/// Returns the destination for a byte string, the place behind the copied terminator for a UCS string.
+/// Returns the destination for a byte string, the position after the copied terminator for a UCS string.
 char *miStrcpySAFE(char *destination, const char *source);
 /// The destination decides which kind of string both are.
 char *miStrcatSAFE(char *destination, const char *source);
-/// 1 when the whole string fitted into `size` bytes; else 0, and what fitted is there, terminated.
+/// 1 when the complete string fits into `size` bytes; else 0, and the string is truncated and terminated. A size too
+/// small for the terminator writes nothing.
 tavrel::Bool16 miStrncpySAFE(char *destination, const char *source, uint32_t size);
-/// 1 when the string is shorter than n; else 0, and n bytes are there without a terminator. A shorter string comes with
-/// its whole terminator: that of a UCS string may end one byte beyond an odd n.
+/// 1 when the string is shorter than n; else 0, and n bytes are copied without a terminator. A shorter string is copied
+/// with its complete terminator: that of a UCS string may end one byte beyond an odd n.
 tavrel::Bool16 miStrncpy_StandardSAFE(char *destination, const char *source, uint32_t n);
-/// 1 when all of it fitted into `size` bytes; else 0, and what fitted is there, terminated. Cut are bytes,
-/// also of a UCS string, of which nothing sensible may be left then.
+/// 1 when both strings fit into `size` bytes; else 0, and the result is truncated and terminated. The truncation counts
+/// bytes, also in a UCS string, which may then be unusable.
 tavrel::Bool16 miStrncatSAFE(char *destination, const char *source, uint32_t size);
 
-/// Whether a part of that many bytes stands at a place of a string that ends at `end`. An empty part stands nowhere.
-bool miStandsAt(const char *at, const char *end, const char *part, uint32_t length);
+/// Whether a part of `length` bytes occurs at position `at` of a string that ends at `end`. An empty part never occurs.
+bool miOccursAt(const char *at, const char *end, const char *part, uint32_t length);
 
 /// Builds into `destination`, which must not overlap, the source with every `find` replaced (by nothing for null).
 char *miReplaceStrSAFE(char *destination, const char *source, const char *find, const char *replacement);
-/// The same with lengths in bytes; a UCS source goes by units. Ends in two zero bytes.
+/// The same with lengths in bytes; a UCS source is searched by units. The result ends in two zero bytes.
 char *miReplaceStrExSAFE(char *destination, const char *source, const char *find, uint32_t findLength,
                          const char *replacement, uint32_t replacementLength);

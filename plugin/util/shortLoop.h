@@ -1,4 +1,4 @@
-// For loops that mostly end at once: taking the jump back costs more than what is done in them.
+// Unrolls loops that mostly end after a few iterations: there the jump back costs more than the loop's body.
 #pragma once
 
 #ifdef __clang__

@@ -1,9 +1,9 @@
-"""That cost grows as the work grows: python3 growth.py VALGRIND DRIVER [--jobs J]
+"""Tests that the cost grows linearly with the input: python3 growth.py VALGRIND DRIVER [--jobs J]
 
 DRIVER is the program made from growth_driver.cpp. Has callgrind count its instructions for n and for 2n units of each
 family of texts, once for reading the text as a highlight file and once for the lexer alone, and prints a line for each
-such pair. The result is 1 where 2n units cost more than twice as much and a little, or where it was not the work that
-was counted.
+such pair. The result is 1 if 2n units cost more than about twice as much, or if something other than the work was
+counted.
 """
 
 import argparse
@@ -15,22 +15,22 @@ import subprocess
 import sys
 import tempfile
 
-LINEAR = 2.2  # times as many instructions for twice as much, at most
-SQUARE = 4.4
-LEAST = 1.8  # below it, it is not the units that were counted
-BYTES_TO_AN_INSTRUCTION = 8  # at most: with more, the text was copied perhaps, but not read
-DOUBLED = (1.85, 2.05)  # what stands around the units does not double
+LINEAR = 2.2  # times as many instructions for twice as many units, at most
+QUADRATIC = 4.4
+LEAST = 1.8  # below it, something other than the units was counted
+BYTES_TO_AN_INSTRUCTION = 8  # at most: with more, the text was not read byte by byte
+DOUBLED = (1.85, 2.05)  # the text around the units does not double
 
 Family = collections.namedtuple("Family", "name units hits_to_a_unit last_hit reading_limit")
-# Texts of 40 to 100 KB. A list looks for a place among all of its page's: that square is declared, and stands apart as
-# the last family; otherwise a page has a fixed number. The text's last hit is found where the reader gets that far:
-# it ends at a NUL.
+# Texts of 40 to 100 KB. A list searches for a position among all of its page's, which is quadratic: the last family
+# expects that; in the others the number of hits per page is fixed. The text's last hit is found unless a NUL ends the
+# text before.
 FAMILIES = [
     Family("tags", 1600, 1, 1, LINEAR),
     Family("no tags", 1200, 0, 0, LINEAR),
     Family("quotes", 800, 0, 1, LINEAR),
     Family("runs", 216, 0, 1, LINEAR),
-    Family("blanks", 120, 1, 1, LINEAR),
+    Family("spaces", 120, 1, 1, LINEAR),
     Family("line feeds", 160, 1, 1, LINEAR),
     Family("NULs late", 1600, 0, 0, LINEAR),
     Family("many pages", 150, 20, 1, LINEAR),
@@ -38,7 +38,7 @@ FAMILIES = [
     Family("joined tags", 1600, 1, 1, LINEAR),
     Family("attributes without values", 700, 0, 1, LINEAR),
     Family("comments", 800, 1, 1, LINEAR),
-    Family("one page, declared square", 3000, 1, 1, SQUARE),
+    Family("one page, quadratic", 3000, 1, 1, QUADRATIC),
 ]
 ENTRIES = ("reading", "lexer")
 
@@ -51,7 +51,7 @@ def counted(path):
 
 
 def run(valgrind, driver, family, units):
-    """For each entry what the driver did, and the instructions of the entry's function with all that it calls."""
+    """For each entry the driver's output, and the instructions of the entry's function and its callees."""
     with tempfile.TemporaryDirectory() as directory:
         out = os.path.join(directory, "callgrind")
         command = [valgrind, "--tool=callgrind", "--callgrind-out-file=" + out]
@@ -60,17 +60,17 @@ def run(valgrind, driver, family, units):
         if ended.returncode != 0:
             raise RuntimeError("%s: the driver ended with %d:\n%s" % (family, ended.returncode, ended.stderr))
         size, hits, tokens = map(int, ended.stdout.split())
-        return [Run(counted(file), size, hits, tokens) for file in (out + ".1", out)]  # dumped before, and at the end
+        return [Run(counted(file), size, hits, tokens) for file in (out + ".1", out)]  # before measureLexer, at the end
 
 
-def complaints(family, entry, once, twice):
-    """What is wrong with the counts for n and 2n units."""
+def errors(family, entry, once, twice):
+    """The errors in the counts for n and 2n units."""
     wrong = []
     limit = family.reading_limit if entry == "reading" else LINEAR
     if twice.instructions > limit * once.instructions:
-        wrong.append("more than %.1f times as many for twice as much" % limit)
+        wrong.append("more than %.1f times as many for twice as many units" % limit)
     if twice.instructions < LEAST * once.instructions:
-        wrong.append("less than %.1f times as many for twice as much: something else is counted" % LEAST)
+        wrong.append("less than %.1f times as many for twice as many units: something else is counted" % LEAST)
     if once.instructions * BYTES_TO_AN_INSTRUCTION < once.size:
         wrong.append("too few for %d bytes" % once.size)
     if entry == "reading":
@@ -104,7 +104,7 @@ def main():
                 ratio = twice.instructions / max(1, once.instructions)
                 line = "%-25s %-8s %11d %11d" % (family.name, entry, once.instructions, twice.instructions)
                 line += " %6.3f %7.2f %8d %8d" % (ratio, once.instructions / once.size, once.hits, once.tokens)
-                wrong = complaints(family, entry, once, twice)
+                wrong = errors(family, entry, once, twice)
                 print("; ".join([line, *wrong]))
                 pairs += 1
                 failed += wrong != []

@@ -1,9 +1,9 @@
-// What growth.py counts the instructions of: growth_driver FAMILY UNITS makes a text of so many repeated units, reads
-// it as a highlight file and splits it into words, and prints how much was found. Only the two functions whose names
-// begin with "measure" are counted, so neither making the text nor starting the program is.
+// The program whose instructions growth.py counts: growth_driver FAMILY UNITS makes a text of so many repeated units,
+// reads it as a highlight file and splits it into words, and prints how much was found. Only the two functions whose
+// names begin with "measure" are counted, so neither making the text nor starting the program is.
 //
-// Where a search ahead would find nothing up to the end of the text, half of a family's units are of that kind: what
-// looks ahead too far costs most there.
+// In families where a search ahead can fail to find an end, half of the units are of that kind: there a search that
+// runs to the end of the text costs most.
 #include <cstdio>
 #include <cstdlib>
 #include <iterator>
@@ -18,45 +18,45 @@
 
 namespace {
 
-/// The how-manieth unit of how many.
-struct Place {
+/// The index of a unit, and the number of units.
+struct UnitIndex {
   size_t index, units;
 
   bool late() const { return index >= units / 2; }
 };
 
-using Unit = std::string (*)(Place place);
+using Unit = std::string (*)(UnitIndex at);
 
 std::string hit(size_t page, size_t pos) {
   return "<loc pg=\"" + std::to_string(page) + "\" pos=\"" + std::to_string(pos) + "\" len=\"6\"/>";
 }
 
-/// A fixed number, so that it is the pages that grow; and not a small one, so that they stay few.
+/// A fixed number, so that the number of pages grows; and not a small one, so that there are few pages.
 constexpr size_t hitsOnPage = 200;
 
 /// The hits of a search, page by page.
 std::string orderedHit(size_t index) { return hit(index / hitsOnPage, index % hitsOnPage * 13); }
 
-template <size_t N> std::string oneOf(const std::string (&choices)[N], Place place) { return choices[place.index % N]; }
+template <size_t N> std::string oneOf(const std::string (&choices)[N], UnitIndex at) { return choices[at.index % N]; }
 
 // ---------------------------------------------------------------------------------------------------------- the units
 
-std::string tags(Place place) {
-  if (place.index % 2 == 0) return orderedHit(place.index) + "\n";
-  return "<location page=\"" + std::to_string(place.index / hitsOnPage) + "\" position=\"" +
-         std::to_string(place.index % hitsOnPage * 13) + "\" length=\"6\"/>\n";
+std::string tags(UnitIndex at) {
+  if (at.index % 2 == 0) return orderedHit(at.index) + "\n";
+  return "<location page=\"" + std::to_string(at.index / hitsOnPage) + "\" position=\"" +
+         std::to_string(at.index % hitsOnPage * 13) + "\" length=\"6\"/>\n";
 }
 
-std::string noTags(Place place) {
+std::string noTags(UnitIndex at) {
   static const std::string sentences[] = {"A search engine says where on a page the words stand; ",
                                           "the reader wants them marked, and marked at once. ", "Page 12 has none! ",
                                           "Is \"none\" a number? ", "It's 0, or nearly so.\n"};
-  return oneOf(sentences, place);
+  return oneOf(sentences, at);
 }
 
-/// A quoted word runs on to its closing character, where no word character follows it.
-std::string quotes(Place place) {
-  if (place.late()) return "(it is not closed, here or further on, "; // not one ) up to the end
+/// A quoted word ends at its closing character where no word character follows it.
+std::string quotes(UnitIndex at) {
+  if (at.late()) return "(it is not closed, here or further on, "; // no ) up to the end
   static const std::string shapes[] = {"'early' ",
                                        "(so) ",
                                        "'late, " + std::string(200, 'x') + ", but it does' ",
@@ -65,63 +65,61 @@ std::string quotes(Place place) {
                                        "'''''''' ",
                                        "(((((( ",
                                        "'a'b'c'd'e'f' "};
-  return oneOf(shapes, place);
+  return oneOf(shapes, at);
 }
 
-std::string runs(Place place) {
+std::string runs(UnitIndex at) {
   static const std::string shapes[] = {std::string(250, 'a') + " ", std::string(251, '<'), std::string(600, 'b') + "\n",
                                        std::string(250, '='),       std::string(251, '"'), std::string(600, '~') + " ",
                                        "!" + std::string(249, '.'), std::string(600, '?'), "!" + std::string(300, ' ')};
-  return oneOf(shapes, place);
+  return oneOf(shapes, at);
 }
 
-std::string blanks(Place place) {
-  return orderedHit(place.index) + std::string(240 + place.index % 20, place.index % 2 == 0 ? ' ' : '\t') +
+std::string spaces(UnitIndex at) {
+  return orderedHit(at.index) + std::string(240 + at.index % 20, at.index % 2 == 0 ? ' ' : '\t') +
          std::string(300, ' ');
 }
 
-std::string lineFeeds(Place place) {
-  std::string unit = orderedHit(place.index);
+std::string lineFeeds(UnitIndex at) {
+  std::string unit = orderedHit(at.index);
   for (size_t line = 0; line < 60; ++line)
     unit += "\n" + std::string(line % 12, ' ');
   return unit;
 }
 
-std::string nulsLate(Place place) {
-  return tags(place) + (place.index == place.units - 20 ? std::string(3, '\0') : "");
-}
+std::string nulsLate(UnitIndex at) { return tags(at) + (at.index == at.units - 20 ? std::string(3, '\0') : ""); }
 
-/// Few hits on each.
-std::string manyPages(Place place) {
+/// A few hits on each page.
+std::string manyPages(UnitIndex at) {
   std::string unit;
   for (size_t i = 0; i < 20; ++i)
-    unit += hit(place.index, i * 13) + "\n";
+    unit += hit(at.index, i * 13) + "\n";
   return unit;
 }
 
 /// One hit of each page in turn.
-std::string manyHits(Place place) {
-  const size_t pages = place.units / hitsOnPage;
-  return hit(place.index % pages, place.index / pages * 13) + "\n";
+std::string manyHits(UnitIndex at) {
+  const size_t pages = at.units / hitsOnPage;
+  return hit(at.index % pages, at.index / pages * 13) + "\n";
 }
 
-std::string joinedTags(Place place) { return orderedHit(place.index); }
+std::string joinedTags(UnitIndex at) { return orderedHit(at.index); }
 
-std::string attributesWithoutValues(Place /*place*/) {
+std::string attributesWithoutValues(UnitIndex /*at*/) {
   return "<loc pg pos len>\n<location page position length />\n<loc pg= pos= len= >\n";
 }
 
-/// A comment is no mark to the reader: the tags in it are tags.
-std::string comments(Place place) {
-  if (place.late()) return "<!-- never closed, <b>this</b>; see " + orderedHit(place.index) + " ";
-  return "<!-- two words, <b>bold</b> " + orderedHit(place.index) + " --><!----><!-- - -- -> -->\n";
+/// The reader does not know comments: tags in them are read.
+std::string comments(UnitIndex at) {
+  if (at.late()) return "<!-- never closed, <b>this</b>; see " + orderedHit(at.index) + " ";
+  return "<!-- two words, <b>bold</b> " + orderedHit(at.index) + " --><!----><!-- - -- -> -->\n";
 }
 
-std::string hitsOnOnePage(Place place) { return hit(3, place.index) + "\n"; }
+std::string hitsOnOnePage(UnitIndex at) { return hit(3, at.index) + "\n"; }
 
 // ----------------------------------------------------------------------------------------------------------- the text
 
-/// What stands around the units.
+/// The text around the units.
 enum class Around { highlightFile, nothing };
 
 struct Family {
@@ -135,7 +133,7 @@ constexpr Family families[] = {
     {"no tags", noTags, Around::nothing},
     {"quotes", quotes, Around::highlightFile},
     {"runs", runs, Around::highlightFile},
-    {"blanks", blanks, Around::highlightFile},
+    {"spaces", spaces, Around::highlightFile},
     {"line feeds", lineFeeds, Around::highlightFile},
     {"NULs late", nulsLate, Around::highlightFile},
     {"many pages", manyPages, Around::highlightFile},
@@ -143,24 +141,24 @@ constexpr Family families[] = {
     {"joined tags", joinedTags, Around::highlightFile},
     {"attributes without values", attributesWithoutValues, Around::highlightFile},
     {"comments", comments, Around::highlightFile},
-    {"one page, declared square", hitsOnOnePage, Around::highlightFile},
+    {"one page, quadratic", hitsOnOnePage, Around::highlightFile},
 };
 
 std::string textOf(const Family &family, size_t units) {
-  std::string text = "<?xml version=\"1.0\"?>\n"; // what begins otherwise is refused at its first word
+  std::string text = "<?xml version=\"1.0\"?>\n"; // the reader rejects other beginnings at the first word
   if (family.around == Around::highlightFile)
     text += "<XML>\n<Body Units=\"characters\" color=\"#FF0000\" mode=\"active\" version=\"2\">\n<highlights>\n";
   for (size_t index = 0; index < units; ++index)
     text += family.unit({index, units});
   if (family.around == Around::nothing) return text;
-  // Whatever word is open ends among the line feeds, and the last hit tells that the text was read to its end.
+  // An unfinished word ends among the line feeds, and the last hit shows that the text was read to its end.
   return text + std::string(size_t{2} * HWLEX_LIMIT, '\n') + hit(1'000'000, 1) + "\n</highlights>\n</Body>\n</XML>\n";
 }
 
 } // namespace
 
-// A file's whole life: it is read, its list is registered, and the document is closed. The result is the number of
-// hits.
+// A file's complete lifecycle: it is read, its list is registered, and the document is closed. The result is the number
+// of hits.
 extern "C" [[gnu::noinline]] uint32_t measureReading(const char *text, uint32_t length) {
   const tavrel::Doc document = silentDocument(1);
   if (registerGLT(document, text, length) == 0) return 0;

@@ -1,5 +1,5 @@
-// Turns the arguments of a host call into the words of a trace: numbers as they are, texts in quotes, handles and
-// functions by the names that the recording host knows them by.
+// Converts the arguments of a host call into the text of a trace: numbers in decimal, texts in quotes, handles and
+// functions by their names in the recording host.
 #pragma once
 
 #include <cstdint>

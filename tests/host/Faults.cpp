@@ -1,4 +1,4 @@
-// The rounds of a test.
+// The rounds of a fault test.
 #include "tests/host/Faults.h"
 
 #include <gtest/gtest.h>
@@ -7,10 +7,10 @@
 
 namespace {
 
-/// A test that goes on for longer has lost its way.
+/// A limit, against a test that does not end.
 constexpr size_t mostRounds = 10000;
 
-/// What may be open before and after a round.
+/// What is open before a round, and must not be more after it.
 struct Balance {
   explicit Balance(const RecordingHost &host)
       : pages(host.openPages.size()), blocks(host.blocks.size()), brackets(host.brackets) {}
@@ -33,9 +33,9 @@ std::string operationOf(const std::string &call) {
   return call.substr(dot + 1, parenthesis - dot - 1);
 }
 
-/// Rounds whose faults are counted in host calls. `set` prepares the n-th; `struck` says afterwards whether it was one.
+/// Rounds with a fault at the n-th host call. `set` prepares it; `injected` says afterwards whether there was a fault.
 size_t roundsOverCalls(const FaultTest &test, const std::function<void(RecordingHost &, size_t)> &set,
-                       const std::function<bool(const RecordingHost &, size_t)> &struck) {
+                       const std::function<bool(const RecordingHost &, size_t)> &injected) {
   size_t count = 0;
   for (size_t n = 0; n < mostRounds; ++n) {
     RecordingHost host;
@@ -47,7 +47,7 @@ size_t roundsOverCalls(const FaultTest &test, const std::function<void(Recording
     host.noFaults();
     const bool reached = host.trace.size() > n;
     const std::string call = callAt(host, n);
-    if (reached && host.canFail(operationOf(call)) && struck(host, n)) {
+    if (reached && host.canFail(operationOf(call)) && injected(host, n)) {
       ++count;
       SCOPED_TRACE("fault at host call " + std::to_string(n) + ", " + call);
       balance.expect(host, test);
@@ -62,7 +62,7 @@ size_t roundsOverCalls(const FaultTest &test, const std::function<void(Recording
 
 bool always(const RecordingHost & /*host*/, size_t /*n*/) { return true; }
 
-/// Which calls of a deed without faults return 0 or null: to make those do so would be no fault.
+/// The calls that return 0 or null without a fault: making those fail by value would be no fault.
 std::set<size_t> callsThatGiveNothing(const FaultTest &test) {
   RecordingHost host;
   test.prepare(host);
@@ -81,7 +81,7 @@ size_t raiseAtEveryCall(const FaultTest &test, int32_t code) {
 }
 
 size_t raiseFromEveryCall(const FaultTest &test, int32_t code) {
-  // Where nothing is called after the first raise, it is the round of a single one again.
+  // Where no call follows the first raise, the round is the same as with a single raise, and is not counted.
   return roundsOverCalls(
       test, [code](RecordingHost &host, size_t n) { host.raiseFrom(n, code); },
       [](const RecordingHost &host, size_t) { return host.raises > 1; });

@@ -17,7 +17,7 @@ namespace {
 RecordingHost *s_current;
 std::map<const void *, std::string> s_names;
 
-/// Operations that return no nothing. The stubs add those without a result, before main.
+/// Operations that never return 0 or null. The stubs add those without a result, before main.
 std::set<std::string> &neverByValue() {
   static std::set<std::string> names = {"AtomFromString", "CreateCallback", "DocOpenPage"};
   return names;
@@ -30,7 +30,7 @@ template <typename... A> std::string argumentList(A... arguments) {
   return text;
 }
 
-/// Operations that keep working whatever a test makes fail: without them no failure could be handled.
+/// Operations into which no fault is injected: without them no failure could be handled.
 const std::set<std::string> &onFrames() {
   static const std::set<std::string> names = {"PushExceptionFrame", "PopExceptionFrame", "GetExceptionCode",
                                               "RaiseError"};
@@ -44,7 +44,7 @@ std::string nameOfAddress(const void *address) {
   return found != s_names.end() ? found->second : "*";
 }
 
-/// What every stub does: note the call, then fail or behave. Holds no object when it raises.
+/// What every stub does: record the call, then fail or behave. Holds no object when it raises.
 struct RecordedCall {
   template <typename Op> struct Stub;
 
@@ -298,7 +298,7 @@ void RecordingHost::installDefaults() {
            frames_.push_back({frame, restore});
          }));
   answer(Kernel::PopExceptionFrame, std::function([this] {
-           ASSERT_FALSE(frames_.empty()) << "a frame was popped that nobody pushed";
+           ASSERT_FALSE(frames_.empty()) << "a frame was popped that was not pushed";
            ASSERT_NE(frames_.back().restore, restoreHostFrame) << "the plug-in popped a frame of the host";
            frames_.pop_back();
          }));
@@ -386,7 +386,7 @@ void RecordingHost::installDefaults() {
   answer(TavrelView::DocGetModelDoc, std::function([this](Doc) { return modelDoc; }));
   answer(TavrelView::DocGetPageView, std::function([this](Doc) { return view; }));
   answer(TavrelView::PageViewGetDoc, std::function([this](PageView) { return doc; }));
-  // What a view has to give is not written for a null view, as the interface says.
+  // For a null view nothing is written to the results.
   answer(TavrelView::PageViewGetVisibleRect, std::function([this](PageView of, DeviceRect *out) {
            if (of != nullptr) *out = visible;
          }));
@@ -407,7 +407,7 @@ void RecordingHost::installDefaults() {
            return atomName(name) == "FindAgainDialog" ? findAgain : nullptr;
          }));
   answer(TavrelView::ToolBarHasSpace,
-         std::function([this](ToolBar, int32_t, int32_t) { return Bool16{roomOnToolBar}; }));
+         std::function([this](ToolBar, int32_t, int32_t) { return Bool16{spaceOnToolBar}; }));
   answer(TavrelView::ToolButtonCreate, std::function([this](Atom name, Bitmap, int32_t, int32_t) {
            return named(handleAt<ToolButton>(nextHandle_ += 8), atomName(name));
          }));

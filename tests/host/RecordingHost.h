@@ -1,8 +1,8 @@
-// A host for tests: offers every operation, notes every call with its arguments, keeps count of what is open, and
-// fails where a test wants it to.
+// A host for tests: offers every operation, records every call with its arguments, counts what is open, and injects
+// faults.
 //
-// The tables are built from the same lines that declare the operations. Every operation has a plain default behaviour
-// over the public fields below; a test replaces one with `answer`. While a RecordingHost lives it is the host of the
+// The tables are built from the lines that declare the operations. Every operation has a plain default behaviour
+// over the public fields below; a test replaces one with `answer`. While a RecordingHost exists it is the host of the
 // plug-in: its constructor fills the plug-in's table globals and clears the plug-in's state, as at load.
 #pragma once
 
@@ -21,7 +21,7 @@
 #include "tavrel/TavrelView.h"
 #include "tests/host/Describe.h"
 
-/// What an operation does instead of its default. One for every operation, by its type.
+/// The function that replaces an operation's default behaviour. One for every operation, by its type.
 template <typename Op> struct Behaviour;
 template <tavrel::HFT &Table, uint32_t Index, typename R, typename... A>
 struct Behaviour<tavrel::Operation<Table, Index, R(A...)>> {
@@ -43,14 +43,14 @@ public:
   std::set<size_t> gaveNothing;   ///< calls, counted likewise, whose result was 0 or null
   /// How many calls of that operation ("PageViewShowPage") are in the trace.
   size_t count(const std::string &operation) const;
-  /// The trace without calls of these operations, for tests that care about the rest.
+  /// The trace without calls of these operations.
   std::vector<std::string> without(const std::set<std::string> &operations) const;
-  /// The trace as a text: a line feed, then a call a line, each ended by a line feed. Compares well with R"(...)".
+  /// The trace as a text: a line feed, then one line per call, for comparison with R"(...)".
   std::string story() const;
   void clear(); ///< forgets the trace and the count of calls
 
-  /// Runs `action` in that call, after its behaviour and before it returns: a host that draws or calls another plug-in
-  /// there. Not in an operation on frames. Calls are counted as for faults.
+  /// Runs `action` in that call, after its behaviour and before it returns, as a host draws or calls another plug-in.
+  /// Not in an operation on frames. Calls are counted as for faults.
   void during(size_t call, std::function<void()> action);
 
   // What goes wrong. Calls are counted from 0 since the last `clear`; frame operations and GetExceptionCode count but
@@ -59,13 +59,13 @@ public:
   void raiseFrom(size_t call, int32_t code = tavrel::errGeneric); ///< it and every later one raise
   void failAt(size_t call); ///< that call returns 0 or null without effect, if it can
   void raiseIn(const std::string &operation, int32_t code = tavrel::errGeneric); ///< every call of it raises
-  std::set<std::string> reliable; ///< operations ("AtomFromString") that no fault strikes, until the host goes
+  std::set<std::string> reliable; ///< operations ("AtomFromString") without faults, until the host is destroyed
   void noFaults();
 
-  /// Runs `body` inside a frame of the host's own, as a host calls a plug-in. False when it raised.
+  /// Runs `body` in a frame of the host, as a host calls a plug-in. False when it raised.
   bool run(const std::function<void()> &body);
 
-  /// Replaces an operation's behaviour until the host goes.
+  /// Replaces an operation's behaviour until the host is destroyed.
   template <tavrel::HFT &Table, uint32_t Index, typename R, typename... A>
   void answer(const tavrel::Operation<Table, Index, R(A...)> & /*operation*/, std::function<R(A...)> with) {
     using Op = tavrel::Operation<Table, Index, R(A...)>;
@@ -73,14 +73,14 @@ public:
     undo_.push_back([] { Behaviour<Op>::replaced = nullptr; });
   }
 
-  // What the host has: handles that are told apart by address alone.
+  // The host's handles, which differ by address only.
   tavrel::Doc doc = nullptr, otherDoc = nullptr;
   tavrel::ModelDoc modelDoc = nullptr;
   tavrel::PageView view = nullptr; ///< null: the document has no page view
   tavrel::ToolBar toolBar = nullptr;
   tavrel::ToolButton findAgain = nullptr;
   tavrel::TextSelection selection = nullptr;
-  tavrel::Doc frontDoc = nullptr; ///< doc, unless a test says otherwise
+  tavrel::Doc frontDoc = nullptr; ///< doc, unless a test changes it
 
   // What the host shows and answers.
   int32_t shownPage = 0;
@@ -92,9 +92,9 @@ public:
   int32_t alertAnswer = 1;
   std::string alertMessage;
   uint32_t modifiers = 0;
-  bool roomOnToolBar = true;
+  bool spaceOnToolBar = true;
   std::set<int16_t> wordFinderVersions = {1, 2};
-  std::map<std::string, uint32_t> granted; ///< tables by name and the one version at which they are to be had
+  std::map<std::string, uint32_t> granted; ///< tables by name and the only version at which they are granted
   std::map<std::string, std::string> resources;
   tavrel::Widget topLevel = nullptr;
   std::map<uint32_t, tavrel::Callback> exported; ///< entries stored with ReplaceHFTEntry
@@ -118,7 +118,7 @@ public:
     nameAddress(reinterpret_cast<const void *>(handle), name);
     return handle;
   }
-  /// Whether a fault can strike an operation ("PageClose").
+  /// Whether a fault can be injected into an operation ("PageClose").
   bool canFail(const std::string &operation) const;
   /// Whether an operation ("PageClose") can fail by returning 0 or null. Some have no result, and some raise instead,
   /// which callers rely on.

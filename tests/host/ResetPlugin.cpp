@@ -1,4 +1,4 @@
-// The plug-in's globals, as they are at load.
+// Resets the plug-in's globals to their values at load.
 #include "tests/host/ResetPlugin.h"
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// What tests know of the plug-in's insides: how to bring it back to the state at load, and the names of its functions
-// and objects that hosts get to see.
+// Test access to the plug-in's internals: resetting it to the state at load, and the names of its functions and objects
+// that it passes to a host.
 #pragma once
 
 #include <map>
@@ -7,11 +7,11 @@
 
 #include "tavrel/types.h"
 
-/// Frees what the plug-in holds and clears its globals and caches.
+/// Frees the plug-in's memory and clears its globals and caches.
 void resetPlugin();
 
-/// The functions that the plug-in gives to a host, by name.
+/// The functions that the plug-in passes to a host, by name.
 const std::map<std::string, tavrel::Entry> &pluginFunctions();
 
-/// Objects whose address it gives to a host, by name.
+/// The objects whose address it passes to a host, by name.
 const std::map<std::string, const void *> &pluginObjects();

@@ -1,7 +1,7 @@
 """Compares model.py with the plug-in, file by file: python3 compare.py DRIVER [--files N] [--seed S] [--jobs J]
 
 DRIVER is the program made from lexer_reader_driver.cpp. Prints the number of files compared, how many of them were
-registered, and the first differences, each cut down to what it takes to show it. The result is 1 on any difference.
+registered, and the first differences, each with a minimised file. The result is 1 on any difference.
 """
 
 import argparse
@@ -20,14 +20,14 @@ EDGES = -1
 
 
 def driver_lines(driver, files):
-    """The driver's lines for the files; after a crash the last one says so and the rest is missing.
+    """The driver's lines for the files; after a crash the last one reports it and the others are missing.
 
     `driver` is its command line.
     """
     run = subprocess.run(driver, input=generate.framed(files), stdout=subprocess.PIPE, check=False)
     lines = run.stdout.decode("ascii").split("\n")[:-1]
     if run.returncode != 0:
-        if len(lines) == len(files):  # a leak, reported at exit: no one file's fault
+        if len(lines) == len(files):  # a leak, reported at exit: no file can be named
             raise RuntimeError("the driver ended with %d after the last file" % run.returncode)
         lines.append("the driver ended with %d" % run.returncode)
     return lines
@@ -48,7 +48,7 @@ def shorter(data, step):
 
 
 def minimised(driver, data, answer):
-    """A short file that still differs: pieces are left out, ever smaller ones, as long as that is so."""
+    """A short file that still differs: ever smaller pieces are removed as long as the result differs."""
     step = max(1, len(data) // 2)
     until = time.monotonic() + SECONDS_TO_MINIMISE
     while time.monotonic() < until:
@@ -97,7 +97,7 @@ def show(driver, seed, difference):
     number, index, data, answer = difference
     short = minimised(driver, data, answer)
     lines = driver_lines(driver, [(short, answer)])
-    print("seed %s block %d file %d, answer %s, cut down to %d bytes:" % (seed, number, index, answer, len(short)))
+    print("seed %s block %d file %d, answer %s, minimised to %d bytes:" % (seed, number, index, answer, len(short)))
     print("  file    %.*s" % (LONGEST_SHOWN, repr(short)))
     print("  model   %.*s" % (LONGEST_SHOWN, model.line(short, answer)[0]))
     print("  plug-in %.*s" % (LONGEST_SHOWN, lines[0] if lines else "nothing"))

@@ -25,8 +25,8 @@ VERSIONS = b"""
     1234567890 000000002 0000000002 00000000021 000000001x 2x x2 two '2' (2) -""".split()
 MODES = b"active passive activ actives 'active' 1".split() + [b""]
 HEX_DIGITS = b"0123456789abcdefABCDEF"
-BLANK_SEPARATORS = [b" ", b" ", b" ", b"\n", b"\r\n", b"\t", b"  ", b"\n\n", b" \n ", b"\r", b"\v", b"\f"]
-BLANK_SEPARATORS += [b"\r\n\r\n", b" \t\n\t "]
+WHITE_SPACE_SEPARATORS = [b" ", b" ", b" ", b"\n", b"\r\n", b"\t", b"  ", b"\n\n", b" \n ", b"\r", b"\v", b"\f"]
+WHITE_SPACE_SEPARATORS += [b"\r\n\r\n", b" \t\n\t "]
 TAGS = b"""
     <XML> <?XML <Body <Body> </Body> </XML> <highlights> <highlight> </highlights> </highlight> <location> <location
     <loc> <loc <highlights <highlights/> <loc/> </loc> </location> <location/> <Body/> <p> </p> <br/> <html> <!-- -->
@@ -42,7 +42,7 @@ TEXTS += [b"\xc5\xc6\xc7\xc8\xce\xcf\xd8\xd9\xdf\xe0\xed\xee\xff", b"!", b"!!! ?
 TEXTS += [b"e.g.", b"3.14"]
 RUN_CLASSES = [b"a", b"aB3<>./", b"<", b">", b"><", b" ", b"\n", b" \n", b" \t\r\n", b"!", b"!?. \t", b"=", b'="', b"'"]
 RUN_CLASSES += [b"(", b"\xa5\x80", b"\xff\xa6", b"\x14\x15", b"\x01", bytes(range(1, 256))]
-# Bring to light what a file that stops anywhere has left in the reader.
+# Endings that show the state in which a file that stops anywhere has left the reader.
 ENDINGS = [b" ><highlights><loc pg=9 pos=9></body>", b'"/>\n<loc pg="9" pos="9"/>\n</Body>', b"</Body>"]
 ENDINGS += [b" ' > <loc> </Body>"]
 MARKS = [b">", b"<", b"><", b'"', b"'", b"(", b")", b"=", b" ", b"\n", b"!", b"/"]
@@ -52,7 +52,7 @@ class Generator:
     def __init__(self, seed, block):
         self.random = random.Random("%s:%s" % (seed, block))
         self.pool = []
-        self.oddity = 0.1  # share of attributes that are not as they should be
+        self.oddity = 0.1  # share of malformed attributes
 
     # ----------------------------------------------------------------------------------------------- small pieces
 
@@ -66,7 +66,7 @@ class Generator:
         return int(self.random.random() * limit)
 
     def letters(self, word):
-        """The word in some case or other."""
+        """The word in some mixture of upper and lower case."""
         kind = self.below(8)
         if kind < 4:
             return word
@@ -82,7 +82,7 @@ class Generator:
         return bytes(self.below(256) for _ in range(count))
 
     def run(self):
-        """A run of one class of characters, mostly around the length at which tokens are cut."""
+        """A run of one class of characters, mostly around the length at which tokens are split."""
         members = self.pick(RUN_CLASSES)
         kind = self.below(10)
         length = self.random.randint(244, 256)
@@ -92,14 +92,14 @@ class Generator:
             return (members * (length // len(members) + 1))[:length]
         return bytes(self.random.choices(members, k=length))
 
-    def before_cut(self, word):
-        """Word characters before a word, so that the cut falls into the word or exactly before or behind it."""
+    def before_split(self, word):
+        """Word characters before a word, so that the split falls into the word or exactly before or after it."""
         fill = 250 - self.below(len(word) + 2) + self.below(2)
         members = b"a" if self.chance(0.7) else self.pick((b"Z9", b"'", b"(a", b"<b>", b"/"))
         return (members * fill)[:fill] + word
 
-    def blank(self):
-        return self.pick(BLANK_SEPARATORS)
+    def spacing(self):
+        return self.pick(WHITE_SPACE_SEPARATORS)
 
     def number(self):
         kind = self.below(20)
@@ -128,7 +128,7 @@ class Generator:
         if kind == 0:
             return self.run()
         if kind == 1:
-            return self.before_cut(self.letters(self.pick(TAGS)))
+            return self.before_split(self.letters(self.pick(TAGS)))
         if kind < 4:
             return self.any_bytes(self.below(12))
         if kind < 8:
@@ -150,14 +150,14 @@ class Generator:
             name,
             name + b"=",
             b'"' + name + b'"="' + value + b'"',
-            name + self.blank() + b"=" + self.blank() + value,
+            name + self.spacing() + b"=" + self.spacing() + value,
             name + b'="' + value + b'"' + self.text(),
         )[self.below(10)]
 
     def tag(self, opening, attributes, space):
         pieces = [self.letters(opening)]
         for attribute in attributes:
-            pieces.append(self.blank() if space is None else space)
+            pieces.append(self.spacing() if space is None else space)
             pieces.append(attribute)
         kind = self.below(20)
         pieces.append(ENDS_OF_TAG[kind - 13] if kind >= 13 and self.chance(0.6) else b">")
@@ -212,13 +212,13 @@ class Generator:
         if kind < 40:
             return [self.letters(b"<?xml") + self.pick(DECLARATIONS), self.letters(b"<XML>")]
         if kind < 48:
-            return [self.blank() + self.letters(b"<XML>")]
+            return [self.spacing() + self.letters(b"<XML>")]
         return [self.text(), self.letters(b"<XML>")]
 
     def file(self):
         noise = self.pick((0.0, 0.0, 0.03, 0.1))
         self.oddity = self.pick((0.0, 0.02, 0.1, 0.3))
-        style = self.below(4)  # joined, one tag a line, one blank, anything
+        style = self.below(4)  # joined, one tag per line, one space, anything
         most = 4 if self.chance(0.5) else 12 if self.chance(0.97) else 400
         tags = self.opening()
         if not self.chance(0.03):
@@ -249,7 +249,7 @@ class Generator:
             elif style == 2:
                 pieces.append(b" ")
             elif style == 3:
-                pieces.append(self.blank() if self.chance(0.7) else b"")
+                pieces.append(self.spacing() if self.chance(0.7) else b"")
             if noise and self.chance(noise):
                 pieces.append(self.text())
         return b"".join(pieces)
@@ -261,7 +261,7 @@ class Generator:
             kind = self.below(20)
             pieces.append(self.letters(self.pick(TAGS)) if kind < 15 else self.number() if kind < 18 else self.text())
             if self.chance(0.75):
-                pieces.append(self.blank() if self.chance(0.8) else self.pick((b"=", b'="', b'"', b"", b"!", b"\0")))
+                pieces.append(self.spacing() if self.chance(0.8) else self.pick((b"=", b'="', b'"', b"", b"!", b"\0")))
         return b"".join(pieces) + self.ending(0.7)
 
     # ------------------------------------------------------------------------------------------------- made from others
@@ -275,7 +275,7 @@ class Generator:
         if kind == 5:
             return self.pick(MARKS)
         if kind == 6:
-            return self.letters(self.pick(TAGS)) + self.blank()
+            return self.letters(self.pick(TAGS)) + self.spacing()
         return b"\0" if self.chance(0.1) else self.location()
 
     def mutation(self, data):
@@ -319,7 +319,7 @@ class Generator:
                 yield data[:at] + byte + data[at + 1 :]
 
     def files(self):
-        """Without end."""
+        """Endless."""
         while True:
             kind = self.random.random()
             if len(self.pool) < 4 or kind < 0.55:
@@ -346,25 +346,25 @@ def block(seed, number):
 
 
 def edges():
-    """Files that chance makes too seldom, in the form of `block`."""
+    """Files that random generation makes too seldom; the result is like that of `block`."""
     head, tail = b"<XML><Body Units=characters><highlights>", b"</highlights></Body>"
     files = [b"", b"\0", b" ", b"\0<XML>", b"<XML>", b"<?xml", b"<html><XML>" + head + b"<loc pg=1 pos=1>" + tail]
     files.append(head + b"".join([b"<loc pg=%d pos=1>\n" % i for i in range(2000)]) + tail)
-    # Every byte in every class's company, and as a separator in a file.
+    # Every byte next to every class of bytes, and as a separator in a file.
     for byte in [bytes([i]) for i in range(256)]:
         files += [b"a" + byte + b"b", b"'a" + byte + b"' b'" + byte, b"\n " + byte + b"\n!" + byte + b"!", byte * 600]
         files += [b"<XML>" + byte + head[5:] + b"<loc pg=1" + byte + b"pos=2>" + tail]
-    # Runs that end exactly at, before and behind a cut.
+    # Runs that end exactly at, before and after a split.
     for byte in b"a", b"<", b">", b"'", b"(", b" ", b"\n", b"!", b"=", b"\x80":
         for length in 249, 250, 251, 499, 500, 501:
             files += [byte * length + end for end in (b"", b"a", b" ", b"\n", b"!", b"=", b"' ", b") ")]
-    # More positions on one page than a page holds. Once only, as every one of them is looked for among all others.
+    # More positions on one page than a page holds. Only once, as each position is compared with all others.
     full = head + b"".join([b"<loc pg=1 pos=%d len=1>\n" % (i * 3 % 65536) for i in range(65536)]) + tail
     return [(data, answer) for data in files for answer in (True, False)] + [(full, True)]
 
 
 def framed(files):
-    """As the driver reads them: length and, in its top bit, whether the user says no; then the bytes."""
+    """The driver's input: length and, in its top bit, whether the user answers no; then the bytes."""
     return b"".join(
         [struct.pack("<I", len(data) | (0 if answer else 0x80000000)) + data for data, answer in files]
     )

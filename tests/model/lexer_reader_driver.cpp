@@ -2,7 +2,7 @@
 // least significant first, of which the top bit says that the user answers the version question with no. Runs the lexer
 // and the reader over each and prints a line as model.py's `line` makes it.
 //
-// The two registering operations stand here in place of the registry's, so that every argument is seen as it is given.
+// The two registering operations replace the registry's, so that their arguments are printed as the reader passes them.
 #include <cstdio>
 #include <functional>
 #include <string>
@@ -18,14 +18,14 @@ using namespace tavrel;
 namespace {
 
 constexpr uint32_t answerNo = 0x80000000U;
-constexpr int stayedOpen = 3; // the program's result when the reader left something open at the host
+constexpr int stayedOpen = 3; // the program's exit status when the reader left something open at the host
 
 std::string registered; // what the reader registered, as the end of a line; empty for nothing
 std::string checked;    // the version that the host was asked for
 bool asked;             // the version question
 int finders;            // word finders made and not destroyed
 
-/// What the registry is given, in the words of `result_line`.
+/// The registry's arguments, in the format of `result_line`.
 Bool16 note(const HLL *list, const char *units, const std::string &version, Bool16 scroll, const ColorValue *color) {
   std::string colour = "-";
   if (color != nullptr) {
@@ -63,7 +63,7 @@ void appendHex(std::string &line, const char *text) {
 /// Every token, also those that are still pending when the cursor has reached the end.
 void appendTokens(std::string &line, std::vector<char> file) {
   file.push_back('\0');
-  static HWLEX_STATE state; // static, so that the buffers hold what the last file left there
+  static HWLEX_STATE state; // static, so that the buffers hold data of the last file
   HWLEX_reset(&state);
   bool first = true;
   for (char *cursor = file.data(); *cursor != '\0' || state.pending1 != 0; first = false) {

@@ -1,8 +1,7 @@
-"""A second reading of highlight files, in the plainest Python that says the same as the plug-in's lexer and parser.
+"""A second implementation of the plug-in's lexer and reader of highlight files, in simple Python.
 
-It was written from the format's description alone, without a look at the C++, so that a misreading would have to
-happen twice to go unnoticed. compare.py feeds both with the same files. Where the two disagree, the format decides,
-not the plug-in. `python3 model.py FILE...` prints what it makes of the given files.
+It is independent of the C++ code. compare.py runs both on the same files and reports differences.
+`python3 model.py FILE...` prints the tokens and the result of the given files.
 """
 
 import sys
@@ -10,10 +9,10 @@ import sys
 # ---------------------------------------------------------------------------------------------------------- the lexer
 
 PARA, PUNCT, WORD, OTHER, NEWLINE, SPACE = 301, 302, 303, 304, 305, 306
-LONGEST = 250  # characters in a token; a longer run goes on as the next token
+LONGEST = 250  # characters in a token; the rest of a longer run is the next token
 
 LINE_FEED = 10
-BLANKS = frozenset(b" \t\n\v\f\r")
+WHITE_SPACE = frozenset(b" \t\n\v\f\r")
 SENTENCE_END = frozenset(b".?!\0")  # the C search for a character in ".?!" finds its terminating NUL, too
 PUNCTUATION = frozenset(b".?! \t\0")
 
@@ -61,8 +60,8 @@ class Lexer:
             return self.word(first)
         if first == LINE_FEED:
             return self.line_break(bytearray(), first)
-        if first in BLANKS:
-            return self.blank(first)
+        if first in WHITE_SPACE:
+            return self.space(first)
         if first in SENTENCE_END:
             return self.punctuation(first)
         return self.other(first)
@@ -74,7 +73,7 @@ class Lexer:
             stored.append(character)
             character = self.getch()
             if character == closing and self.text[self.cursor] not in WORD_CHARACTERS:
-                closing = None  # the closing character itself still joins the word
+                closing = None  # the closing character still belongs to the word
             if len(stored) == LONGEST or character == 0:
                 break
             if character not in WORD_CHARACTERS and closing is None:
@@ -83,12 +82,12 @@ class Lexer:
         return WORD, bytes(stored)
 
     def line_break(self, stored, character):
-        """`stored`: the blanks before the line feed `character`."""
+        """`stored`: the white space before the line feed `character`."""
         stored.append(character)
         after_last_feed = len(stored)
         kind = NEWLINE
         character = self.getch()
-        while character in BLANKS and len(stored) < LONGEST:
+        while character in WHITE_SPACE and len(stored) < LONGEST:
             stored.append(character)
             if character == LINE_FEED:
                 after_last_feed = len(stored)
@@ -101,9 +100,9 @@ class Lexer:
             self.pending1, self.pending2 = SPACE, character
         return kind, bytes(stored[:after_last_feed])
 
-    def blank(self, character):
+    def space(self, character):
         stored = bytearray()
-        while character in BLANKS and len(stored) < LONGEST:
+        while character in WHITE_SPACE and len(stored) < LONGEST:
             if character == LINE_FEED:
                 return self.line_break(stored, character)
             stored.append(character)
@@ -124,7 +123,7 @@ class Lexer:
     def other(self, character):
         stored = bytearray()
         while len(stored) < LONGEST and not (
-            character in WORD_CHARACTERS or character in BLANKS or character in SENTENCE_END
+            character in WORD_CHARACTERS or character in WHITE_SPACE or character in SENTENCE_END
         ):
             stored.append(character)
             character = self.getch()
@@ -133,9 +132,9 @@ class Lexer:
 
 
 def all_tokens(text):
-    """All tokens, and how many of them a caller gets who stops as soon as the cursor stands at the end.
+    """All tokens, and how many of them a caller gets that stops when the cursor is at the end.
 
-    Such a caller loses what is still pending then: at most one blank run and one character.
+    Such a caller loses the pending tokens: at most one run of spaces and one character.
     """
     lexer = Lexer(text)
     tokens = []
@@ -152,21 +151,21 @@ def all_tokens(text):
 
 
 class Words:
-    """The words of a file; tags that stand side by side without a separator are taken apart here."""
+    """The words of a file; tags that are joined without a separator are split here."""
 
     def __init__(self, tokens):
         self.tokens = iter(tokens)
         self.left = len(tokens)
-        self.cut = []  # pieces of the last word that are still to come
+        self.pieces = []  # further pieces of the last word
 
     def text_remains(self):
-        return self.left > 0 or bool(self.cut)
+        return self.left > 0 or bool(self.pieces)
 
     def next(self):
         """The next word, or None when the text has run out."""
         while True:
-            if self.cut:
-                return self.cut.pop(0)
+            if self.pieces:
+                return self.pieces.pop(0)
             if self.left == 0:
                 return None
             self.left -= 1
@@ -175,7 +174,7 @@ class Words:
                 continue
             if text[:1] in (b"'", b"("):
                 return text
-            self.cut = text.replace(b"><", b">\0<").split(b"\0")
+            self.pieces = text.replace(b"><", b">\0<").split(b"\0")
 
 
 def same(word, name):
@@ -245,23 +244,23 @@ class HighlightList:
 
 
 class Result:
-    """What became of one file. Fields below `asked` mean something only where the file was registered."""
+    """The result of reading one file. Fields below `asked` are valid only if the file was registered."""
 
     def __init__(self):
         self.registered = False
-        self.checked = None  # the word extraction version asked of the host, None if none was
-        self.asked = False  # whether the user had to be asked about the version
+        self.checked = None  # the word extraction version requested from the host, or None
+        self.asked = False  # whether the user was asked about the version
         self.units = ""  # "characters" or "words"
         self.colour = None  # or (red, green, blue)
         self.scroll = False
         self.version_text = b""
-        self.version = None  # with which word offsets were registered; None for character offsets
+        self.version = None  # of word extraction, for word offsets; None for character offsets
         self.entries = []
         self.word_count = 0  # accepted additions; can exceed the entries
 
 
 class Reader:
-    """Reads one file. `versions`: those that the host has; `answer`: what the user says to the version question."""
+    """Reads one file. `versions`: those that the host has; `answer`: the user's answer to the version question."""
 
     def __init__(self, versions, answer):
         self.versions = versions
@@ -306,7 +305,7 @@ class Reader:
         self.length = low16(to_number(value))
 
     def attributes(self, words, names):
-        """A name that gets no value stays pending into the next tag of its kind: `names` outlives the tag."""
+        """A name without a value stays pending into the next tag of its kind: `names` outlives the tag."""
         while words.text_remains():
             word = words.next()
             if word is None:
@@ -333,7 +332,7 @@ class Reader:
             highlights.add(self.page, self.position, self.length)
 
     def find_highlights(self, words):
-        """The list at the </Body> that ends a file, None if there is no such thing."""
+        """The list at the </Body> that ends a file, None if there is none."""
         header = True
         highlights = None
         section = False
@@ -403,7 +402,7 @@ def tokens_line(tokens):
 
 
 def result_line(result):
-    """One line that says everything about a result that can be seen from outside."""
+    """One line with everything about a result that is visible from outside."""
     check = "checked=%s asked=%d" % ("-" if result.checked is None else result.checked, result.asked)
     if not result.registered:
         return "unregistered " + check

@@ -1,4 +1,4 @@
-// The wrapped allocators: count, fail where a test wants it, and remember every block.
+// The wrapped allocators: count, inject failures, and record every block.
 #include "tests/support/FailingMemory.h"
 
 #include <algorithm>
@@ -46,8 +46,8 @@ constexpr bool sanitized = true;
 constexpr bool sanitized = false;
 #endif
 
-/// Never destroyed: blocks come and go before and after everything else. The addresses are kept inverted, so that who
-/// looks for leaks does not take this account for an owner.
+/// Never destroyed: blocks are allocated and freed before and after all other objects' lifetimes. The addresses are
+/// kept inverted, so that a leak detector does not take this map for an owner.
 std::unordered_map<uintptr_t, Block> &blocks() {
   static auto *all = new std::unordered_map<uintptr_t, Block>;
   return *all;
@@ -64,8 +64,8 @@ void *noted(void *block, size_t size) {
   return block;
 }
 
-/// False for a block that has been freed; one from elsewhere is let pass. Where a sanitizer sees such things, freed
-/// blocks are its own to remember.
+/// False for a block that has been freed; a block from elsewhere is accepted. Under a sanitizer, which detects double
+/// frees itself, freed blocks are not recorded.
 bool forget(void *block) {
   const auto found = blocks().find(keyOf(block));
   if (found == blocks().end()) return true;

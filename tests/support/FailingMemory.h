@@ -1,11 +1,11 @@
-// Makes memory run out for the code of a test program, and keeps account of its blocks: malloc, calloc, realloc and
-// free, as its own objects call them. The program is linked with --wrap for these four; operator new and libraries are
-// not touched.
+// Makes allocations of a test program fail, and counts its blocks: wraps malloc, calloc, realloc and free, as the
+// program's own objects call them. The program is linked with --wrap for these four; operator new and libraries are not
+// affected.
 #pragma once
 
 #include <cstddef>
 
-/// While it lives, the n-th allocation from now on, counted from 0, yields null.
+/// While it exists, the n-th allocation from now on, counted from 0, yields null.
 class FailingMemory {
 public:
   /// Whether only the n-th fails or every later one, too.
@@ -25,12 +25,12 @@ public:
 /// Blocks that are not freed yet.
 size_t liveBlocks();
 
-/// Blocks that were to be freed a second time since the program's start; they were not.
+/// How many times a block was passed to free a second time since the program's start; it is not freed again.
 size_t blocksFreedTwice();
 
-/// Bytes in blocks that are not freed yet, as they were asked for.
+/// Requested bytes in blocks that are not freed yet.
 size_t liveBytes();
 
-/// The most that liveBytes() has been since the last call of watchBytes().
+/// The maximum of liveBytes() since the last call of watchBytes().
 size_t mostBytes();
 void watchBytes();

@@ -6,7 +6,7 @@
 #include <ostream>
 #include <string>
 
-/// To be derived from; the name consists of letters and digits.
+/// The base of a row; the name consists of letters and digits.
 struct Row {
   const char *name;
   friend std::ostream &operator<<(std::ostream &out, const Row &row) { return out << row.name; }

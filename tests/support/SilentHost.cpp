@@ -1,4 +1,5 @@
-// The silent host: its tables are made from the operations' lines; the few that a caller relies on are filled by hand.
+// The silent host: its tables are made from the operations' lines; the few operations that callers rely on are
+// implemented here.
 #include "tests/support/SilentHost.h"
 
 #include <cstdlib>

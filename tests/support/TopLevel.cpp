@@ -1,4 +1,4 @@
-// The X toolkit's part of a host viewer, as small as it can be.
+// A minimal X toolkit application.
 #include "tests/support/TopLevel.h"
 
 #include <X11/Intrinsic.h>
@@ -21,9 +21,9 @@ TopLevel::~TopLevel() {
   XtDestroyApplicationContext(application_);
 }
 
-void onDestruction(Widget widget, const std::function<void()> &told) {
-  const auto tell = [](Widget, XtPointer function, XtPointer) {
+void onDestruction(Widget widget, const std::function<void()> &notify) {
+  const auto call = [](Widget, XtPointer function, XtPointer) {
     (*static_cast<const std::function<void()> *>(function))();
   };
-  XtAddCallback(widget, XtNdestroyCallback, tell, const_cast<std::function<void()> *>(&told));
+  XtAddCallback(widget, XtNdestroyCallback, call, const_cast<std::function<void()> *>(&notify));
 }

@@ -1,6 +1,6 @@
-// A host application's top-level widget: a real one, realised on a display, for what the plug-in hangs onto it.
+// A host application's top-level widget, realised on a display, as the parent of the plug-in's shell.
 //
-// Includes no X header: those have an `Atom` and a `Widget` of their own, which sit badly beside the host interface's.
+// Includes no X header: those declare `Atom` and `Widget`, too, which conflict with the host interface's.
 #pragma once
 
 #include <functional>
@@ -26,5 +26,5 @@ private:
   _WidgetRec *widget_ = nullptr;
 };
 
-/// Calls `told`, which must outlive the widget, when the widget is destroyed.
-void onDestruction(_WidgetRec *widget, const std::function<void()> &told);
+/// Calls `notify`, which must outlive the widget, when the widget is destroyed.
+void onDestruction(_WidgetRec *widget, const std::function<void()> &notify);

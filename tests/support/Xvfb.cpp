@@ -10,7 +10,7 @@
 
 namespace {
 
-/// What can be read up to a line feed or the end.
+/// The bytes up to a line feed or the end.
 std::string lineFrom(int descriptor) {
   std::string line;
   char c = 0;
@@ -19,13 +19,13 @@ std::string lineFrom(int descriptor) {
   return line;
 }
 
-/// The child's part. Only what is safe between fork and exec.
+/// Runs in the child. Calls only functions that are safe between fork and exec.
 [[noreturn]] void becomeServer(const char *displayDescriptor, const char *screen) {
-  prctl(PR_SET_PDEATHSIG, SIGTERM); // a test that crashes leaves no server behind
+  prctl(PR_SET_PDEATHSIG, SIGTERM); // a test that crashes leaves no server running
   const int quiet = open("/dev/null", O_WRONLY | O_CLOEXEC);
   dup2(quiet, STDOUT_FILENO);
   dup2(quiet, STDERR_FILENO);
-  // Without -noreset the server starts afresh when its last client goes, and turns away whoever comes meanwhile.
+  // Without -noreset the server resets when its last client disconnects, and refuses connections meanwhile.
   execlp("Xvfb", "Xvfb", "-displayfd", displayDescriptor, "-screen", "0", screen, "-nolisten", "tcp", "-noreset",
          nullptr);
   _exit(127);

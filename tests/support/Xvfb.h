@@ -1,4 +1,4 @@
-// A private X server for tests that need a display: no window of anybody else, no number agreed upon beforehand.
+// A private X server for tests that need a display: without other clients, and with a display number that it chooses.
 #pragma once
 
 #include <sys/types.h>
@@ -8,7 +8,7 @@
 /// An X server that runs from the constructor to the destructor.
 class PrivateXvfb {
 public:
-  /// Returns when the server takes connections. `screen` is WIDTHxHEIGHTxDEPTH.
+  /// Returns when the server accepts connections. `screen` is WIDTHxHEIGHTxDEPTH.
   explicit PrivateXvfb(const std::string &screen = "1280x1024x24");
   ~PrivateXvfb();
   PrivateXvfb(const PrivateXvfb &) = delete;

@@ -1,4 +1,4 @@
-// Writes PDFs for tests: one font, a content stream a page, a cross-reference table.
+// Writes PDFs for tests: one font, one content stream per page, a cross-reference table.
 #include "support/pdf.h"
 
 #include <cstdio>
@@ -54,9 +54,9 @@ public:
 
   uint32_t code(char32_t c) {
     if (c < 0x80 && hasAscii_) return c;
-    const auto [place, isNew] = codes_.emplace(c, 0x80 + static_cast<uint32_t>(codes_.size()));
-    if (place->second > 0xFE) throw std::logic_error("too many different characters for one font");
-    return place->second;
+    const auto [entry, isNew] = codes_.emplace(c, 0x80 + static_cast<uint32_t>(codes_.size()));
+    if (entry->second > 0xFE) throw std::logic_error("too many different characters for one font");
+    return entry->second;
   }
 
   std::string hexCodes(const std::string &utf8) {
@@ -66,7 +66,7 @@ public:
     return result;
   }
 
-  // Says what each code means, for whoever extracts text.
+  // The meaning of each code, for text extraction.
   std::string meanings() {
     std::map<uint32_t, std::u32string> all;
     for (const auto &[c, code] : codes_)
@@ -92,28 +92,28 @@ class Writer {
 public:
   // Objects are numbered from 1 in the order in which they are added.
   size_t add(const std::string &body) {
-    places_.push_back(file_.size());
-    file_ += std::to_string(places_.size()) + " 0 obj\n" + body + "\nendobj\n";
-    return places_.size();
+    offsets_.push_back(file_.size());
+    file_ += std::to_string(offsets_.size()) + " 0 obj\n" + body + "\nendobj\n";
+    return offsets_.size();
   }
   size_t addStream(const std::string &bytes) {
     return add("<< /Length " + std::to_string(bytes.size()) + " >>\nstream\n" + bytes + "\nendstream");
   }
   std::string finish() {
     const size_t start = file_.size();
-    file_ += "xref\n0 " + std::to_string(places_.size() + 1) + "\n0000000000 65535 f \n";
-    for (const size_t place : places_) {
+    file_ += "xref\n0 " + std::to_string(offsets_.size() + 1) + "\n0000000000 65535 f \n";
+    for (const size_t offset : offsets_) {
       char line[24];
-      std::snprintf(line, sizeof line, "%010zu 00000 n \n", place);
+      std::snprintf(line, sizeof line, "%010zu 00000 n \n", offset);
       file_ += line;
     }
-    return file_ + "trailer << /Size " + std::to_string(places_.size() + 1) + " /Root 1 0 R >>\nstartxref\n" +
+    return file_ + "trailer << /Size " + std::to_string(offsets_.size() + 1) + " /Root 1 0 R >>\nstartxref\n" +
            std::to_string(start) + "\n%%EOF\n";
   }
 
 private:
   std::string file_ = "%PDF-1.5\n";
-  std::vector<size_t> places_;
+  std::vector<size_t> offsets_;
 };
 
 std::string reference(size_t object) { return std::to_string(object) + " 0 R"; }
@@ -190,7 +190,7 @@ std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs, const
 
 ScratchFolder::ScratchFolder() {
   std::string name = (std::filesystem::temp_directory_path() / "tavrel-test-XXXXXX").string();
-  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+  if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
   path_ = name;
 }
 

@@ -1,7 +1,7 @@
-// Small PDFs for tests, written when the test runs: pages with text at given places. And a folder to put them in.
+// Small PDFs for tests, written when the test runs: pages with text at given positions. And a directory for them.
 //
 // The text is set in one font. In a typewriter font every character is 0.6 times as wide as the font is high, so a test
-// can say where each of them lies.
+// can compute where each of them is.
 #pragma once
 
 #include <filesystem>
@@ -27,7 +27,7 @@ struct PdfPage {
   std::string drawing = {};         ///< further operators, drawn before the text
 };
 
-/// What a character is extracted as, if not as itself: U+FB01 as "fi", for instance.
+/// The text that a character is extracted as, if not as itself: U+FB01 as "fi", for instance.
 using ReadAs = std::map<char32_t, std::u32string>;
 
 /// The font of a document.
@@ -45,7 +45,7 @@ struct PdfFont {
 /// The bytes of a PDF. At most 127 different characters; those of ASCII do not count in a typewriter font.
 std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {}, const PdfFont &font = {});
 
-/// A folder of its own that goes away with everything in it.
+/// A temporary directory, which is removed with everything in it.
 class ScratchFolder {
 public:
   ScratchFolder();
@@ -54,9 +54,9 @@ public:
   ScratchFolder &operator=(const ScratchFolder &) = delete;
 
   const std::filesystem::path &path() const { return path_; }
-  /// A file in the folder with these bytes.
+  /// A file in the directory with these bytes.
   std::filesystem::path write(const std::string &name, const std::string &bytes) const;
-  /// A PDF in the folder.
+  /// A PDF in the directory.
   std::filesystem::path pdf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {},
                             const PdfFont &font = {}) const {
     return write("test.pdf", pdfOf(pages, readAs, font));

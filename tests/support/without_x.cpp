@@ -1,5 +1,5 @@
-// Stands in for the toolkit on machines that have no X: a top-level widget that is an address and nothing more, and the
-// plug-in's shell with the same host calls. Whatever only passes widgets on is tested as everywhere else.
+// A stand-in for the toolkit on machines without X: a top-level widget that is only an address, and the plug-in's shell
+// with the same host calls. Code that only passes widgets on is tested as on other machines.
 #include "plugin/md/mdResources.h"
 #include "plugin/md/mdUtils.h"
 #include "plugin/pi/miPI.h"
@@ -12,9 +12,9 @@ tavrel::Widget rootWidget;
 namespace {
 
 char s_topLevel, s_shell;
-const std::function<void()> *s_told;
+const std::function<void()> *s_notify;
 
-tavrel::Widget widgetAt(char &place) { return reinterpret_cast<tavrel::Widget>(&place); }
+tavrel::Widget widgetAt(char &address) { return reinterpret_cast<tavrel::Widget>(&address); }
 
 } // namespace
 
@@ -25,7 +25,7 @@ TopLevel::TopLevel(const std::string & /*display*/, const std::string & /*name*/
     : application_(nullptr), widget_(widgetAt(s_topLevel)) {}
 TopLevel::~TopLevel() = default;
 
-void onDestruction(tavrel::Widget /*widget*/, const std::function<void()> &told) { s_told = &told; }
+void onDestruction(tavrel::Widget /*widget*/, const std::function<void()> &notify) { s_notify = &notify; }
 
 tavrel::Widget mdInitUtils() {
   if (Desktop::GetTopLevelWidget() == nullptr) return nullptr;
@@ -41,9 +41,9 @@ tavrel::Bool16 mdInit() {
 }
 
 void mdTerm() {
-  if (gData == nullptr || gData->shell == nullptr || s_told == nullptr) return;
-  (*s_told)();
-  s_told = nullptr;
+  if (gData == nullptr || gData->shell == nullptr || s_notify == nullptr) return;
+  (*s_notify)();
+  s_notify = nullptr;
 }
 
 uint32_t mdGetBitmapSize(tavrel::Bitmap /*bitmap*/) { return 0; }

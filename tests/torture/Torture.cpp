@@ -1,4 +1,4 @@
-// The rounds of a scenario and what is looked at after each.
+// The rounds of a scenario, and the checks after each.
 #include "tests/torture/Torture.h"
 
 #include <gmock/gmock.h>
@@ -22,11 +22,11 @@ namespace torture {
 namespace {
 
 std::vector<HLL *> s_clientLists;
-bool s_terminated, s_deedIsOn;
+bool s_terminated, s_isActing;
 
-/// What holds of every list at every time, and of a page's places unless they were translated: a word that is missing
-/// leaves its place behind.
-void expectSound(const HLL *list, bool placesAreUnique) {
+/// The invariants of every list. A page's positions are unique unless they were translated: a missing word leaves an
+/// entry untranslated.
+void expectSound(const HLL *list, bool positionsAreUnique) {
   if (list == nullptr) return;
   ASSERT_LE(list->pageCount, list->pageCapacity);
   std::set<int32_t> pages;
@@ -35,10 +35,10 @@ void expectSound(const HLL *list, bool placesAreUnique) {
     const HLP &page = list->pages[i];
     EXPECT_TRUE(pages.insert(page.page).second) << "page " << page.page << " twice";
     ASSERT_LE(page.count, page.capacity);
-    std::set<uint16_t> places;
+    std::set<uint16_t> positions;
     for (uint16_t k = 0; k < page.count; ++k)
-      EXPECT_TRUE(places.insert(page.words[k].pos).second || !placesAreUnique)
-          << "place " << page.words[k].pos << " twice";
+      EXPECT_TRUE(positions.insert(page.words[k].pos).second || !positionsAreUnique)
+          << "position " << page.words[k].pos << " twice";
     stored += page.count;
   }
   EXPECT_GE(list->wordCount, stored);
@@ -51,8 +51,8 @@ std::string text(const Highlights &highlights) {
   return out.str();
 }
 
-/// What a user sees of the trace, and the trace goes.
-std::string seen(RecordingHost &host) {
+/// The trace's calls with a visible effect. Clears the trace.
+std::string takeVisibleCalls(RecordingHost &host) {
   static const std::set<std::string> visible = {
       "PageViewShowPage",      "PageViewScrollToPoint",  "PageViewApplyDrawColor",   "PageViewRefreshArea",
       "PageViewHighlightText", "PageViewPaintSelection", "ToolBarUpdateButtonStates"};
@@ -65,17 +65,17 @@ std::string seen(RecordingHost &host) {
   return lines;
 }
 
-/// A day's work: the host loads the plug-in (again, where that failed), a file arrives, its page is drawn, the reader
-/// goes through the hits, the document closes.
-std::string dayOfWork(RecordingHost &host) {
+/// A smoke run: the host sets up the plug-in (again, where that failed), a file arrives, its page is drawn, the user
+/// steps through the hits, the document is closed. Returns what happened, as a text.
+std::string smokeRun(RecordingHost &host) {
   host.drawColor = {1, {0, 0, 0, 0}};
   host.shownPage = 0;
   host.frontDoc = host.doc;
   host.clear();
   std::string story;
-  const auto step = [&](const char *what, const std::function<void()> &deed) {
-    const bool done = host.run(deed);
-    story += std::string(what) + (done ? "\n" : ": raised\n") + seen(host);
+  const auto step = [&](const char *what, const std::function<void()> &action) {
+    const bool done = host.run(action);
+    story += std::string(what) + (done ? "\n" : ": raised\n") + takeVisibleCalls(host);
   };
   SetupRecord record = {handshakeVersion, 77, host.kernelTable(), nullptr};
   step("set-up", [&] { PISetupSDK(handshakeVersion, &record); });
@@ -103,17 +103,17 @@ std::string dayOfWork(RecordingHost &host) {
   return story;
 }
 
-const std::string &freshDayOfWork() {
+const std::string &smokeRunWithoutFault() {
   static const std::string story = [] {
     RecordingHost host;
-    return dayOfWork(host);
+    return smokeRun(host);
   }();
   return story;
 }
 
-/// Gives back everything that can still be reached.
+/// Frees everything that is still reachable.
 void release(RecordingHost &host) {
-  s_deedIsOn = false;
+  s_isActing = false;
   for (Doc document : {host.doc, host.otherDoc})
     host.run([&] { GLT_UnregisterHLL(document, GLT_GetHLL(document)); });
   for (HLL *list : s_clientLists)
@@ -123,17 +123,17 @@ void release(RecordingHost &host) {
   gData = nullptr;
 }
 
-/// One round: what there was before, and whether the deed came to its end.
+/// One round: the state before it, and whether the scenario reached its end.
 struct Round {
   size_t blocks = 0;
   PageView view = nullptr;
   bool finished = false;
 };
 
-void expectAllIsWell(RecordingHost &host, const Scenario &scenario, const Round &round, bool withoutMemory) {
-  s_deedIsOn = false;
+void expectInvariants(RecordingHost &host, const Scenario &scenario, const Round &round, bool withoutMemory) {
+  s_isActing = false;
   const bool raised = host.raises != 0;
-  // A raise leaves a page open and brackets, as the display declares; the host closes both.
+  // A raise leaves a page and brackets open (gltDisplay.cpp); the host closes both.
   EXPECT_LE(host.openPages.size(), raised ? 1U : 0U);
   EXPECT_LE(host.finders.size(), raised ? 1U : 0U);
   EXPECT_LE(host.brackets, raised ? 2 : 0);
@@ -152,25 +152,25 @@ void expectAllIsWell(RecordingHost &host, const Scenario &scenario, const Round 
   host.brackets = 0;
   host.view = round.view;
 
-  EXPECT_EQ(dayOfWork(host), freshDayOfWork());
+  EXPECT_EQ(smokeRun(host), smokeRunWithoutFault());
   release(host);
   EXPECT_EQ(s_AssocList, nullptr);
   EXPECT_EQ(blocksFreedTwice(), 0U);
-  Loss besides = {};
-  if (withoutMemory) besides = scenario.withoutMemory;
-  if (!round.finished) besides = scenario.cutShort;
+  Loss additional = {};
+  if (withoutMemory) additional = scenario.withoutMemory;
+  if (!round.finished) additional = scenario.afterRaise;
   const Loss &usual = scenario.always;
   const size_t hostBlocks = host.blocks.size(), before = round.blocks + hostBlocks;
-  EXPECT_THAT(hostBlocks, AnyOf(0U, usual.hostBlocks, usual.hostBlocks + besides.hostBlocks))
+  EXPECT_THAT(hostBlocks, AnyOf(0U, usual.hostBlocks, usual.hostBlocks + additional.hostBlocks))
       << "lost blocks of the host's";
-  EXPECT_THAT(liveBlocks(), AnyOf(before, before + usual.blocks, before + usual.blocks + besides.blocks))
-      << "lost blocks, or gave back what it had not taken";
+  EXPECT_THAT(liveBlocks(), AnyOf(before, before + usual.blocks, before + usual.blocks + additional.blocks))
+      << "lost blocks, or freed blocks that it had not allocated";
 }
 
 } // namespace
 
 Count torture(const Scenario &scenario) {
-  freshDayOfWork();
+  smokeRunWithoutFault();
   Round round;
   FaultTest test;
   test.prepare = [&](RecordingHost &host) {
@@ -179,15 +179,15 @@ Count torture(const Scenario &scenario) {
     if (scenario.prepare) scenario.prepare(host);
   };
   test.act = [&](RecordingHost &host) {
-    s_deedIsOn = true;
+    s_isActing = true;
     scenario.act(host);
     round.finished = true;
   };
   test.check = [&](RecordingHost &host, const std::string &call) {
-    expectAllIsWell(host, scenario, round, call.empty());
+    expectInvariants(host, scenario, round, call.empty());
   };
   test.finish = release;
-  test.leavesPagesOpen = test.leavesBlocks = test.leavesBrackets = true; // looked at above
+  test.leavesPagesOpen = test.leavesBlocks = test.leavesBrackets = true; // checked above
 
   Count count;
   {
@@ -198,7 +198,7 @@ Count torture(const Scenario &scenario) {
     EXPECT_TRUE(host.run([&] { test.act(host); })) << "a raise without a fault";
     count.calls = host.calls;
     count.allocations = memory.allocations();
-    expectAllIsWell(host, scenario, round, false);
+    expectInvariants(host, scenario, round, false);
   }
   count.faults = failAtEveryCall(test) + raiseAtEveryCall(test) + raiseAtEveryCall(test, errNone) +
                  raiseFromEveryCall(test) + failAtEveryAllocation(test) + failFromEveryAllocation(test);
@@ -213,7 +213,7 @@ HLL *clientList() {
 
 void noteTermination() { s_terminated = true; }
 
-bool deedIsOn() { return s_deedIsOn; }
+bool isActing() { return s_isActing; }
 
 void jumpProc(Doc /*document*/, HLL * /*list*/, uint32_t /*code*/, void * /*userData*/) {}
 

@@ -1,7 +1,7 @@
-// Torture: a deed of the plug-in is done once to count its host calls and its allocations, and then again and again,
-// each time with another of them failing: by value, by a raise, by raises from there on; memory once and for good.
-// After every fault it is looked at what must still hold, the plug-in does a day's work, and that must come out as it
-// does for a plug-in that nothing ever happened to.
+// Torture: a scenario runs once to count its host calls and its allocations, and then once for every fault: each call
+// fails by value, by a raise, and by raises from it on; each allocation fails alone, and together with all later ones.
+// After every fault the invariants are checked, and the plug-in does a smoke run, whose result must be the same as in a
+// plug-in without a fault.
 #pragma once
 
 #include <functional>
@@ -14,43 +14,43 @@
 
 namespace torture {
 
-/// What may be lost for good: neither given back nor to be reached by anybody.
+/// Blocks that may be lost: neither freed nor reachable.
 struct Loss {
-  size_t blocks = 0;     ///< of the plug-in's own
+  size_t blocks = 0;     ///< from malloc
   size_t hostBlocks = 0; ///< from the host's allocator, which accounts for them
 };
 
 struct Scenario {
   std::string name; ///< letters and digits
   std::function<void(RecordingHost &)> prepare;
-  std::function<void(RecordingHost &)> act; ///< inside a frame of the host's
-  Loss always = {};                         ///< lost by the deed itself, unless a fault comes before
-  Loss cutShort = {};                       ///< lost besides when a raise ends the deed: that, or nothing
-  Loss withoutMemory = {};                  ///< lost besides when an allocation fails: likewise
-  /// What must hold of the scenario's own things after the deed, whatever failed. May be left out.
+  std::function<void(RecordingHost &)> act; ///< in a frame of the host's
+  Loss always = {};                         ///< lost by the scenario itself, unless a fault comes before
+  Loss afterRaise = {};                     ///< lost in addition when a raise ends the scenario: that, or nothing
+  Loss withoutMemory = {};                  ///< lost in addition when an allocation fails: likewise
+  /// Checks the scenario's own data after every fault. May be left out.
   std::function<void(RecordingHost &)> check = nullptr;
-  bool translates = false; ///< the scenario's list, in place
+  bool translates = false; ///< whether it translates its list in place
 };
 
-/// For the messages of a test.
+/// For a test's messages.
 inline void PrintTo(const Scenario &scenario, std::ostream *out) { *out << scenario.name; }
 
-/// How much was tried.
+/// The number of host calls, allocations and injected faults.
 struct Count {
   size_t calls = 0, allocations = 0, faults = 0;
 };
 
-/// Runs a scenario with every fault. Failures are the current test's.
+/// Runs a scenario with every fault. Failures are reported in the current test.
 Count torture(const Scenario &scenario);
 
-/// A list that the scenario owns until the round is over; null when memory ran out.
+/// A list that the scenario owns until the end of the round; null when memory is exhausted.
 HLL *clientList();
-/// To be called when the plug-in's global data goes.
+/// To be called when the plug-in's global data is freed.
 void noteTermination();
-/// Whether the deed is going on: a procedure of the scenario's is called later, too, when what it registered goes.
-bool deedIsOn();
+/// Whether the scenario's `act` is running: its procedures are called later, too, when its registration is removed.
+bool isActing();
 
-/// What the registrants' procedures of scenarios do: nothing.
+/// Registrants' procedures that do nothing.
 void jumpProc(tavrel::Doc document, HLL *list, uint32_t code, void *userData);
 void newProc(tavrel::Doc document, HLL *list, void *userData);
 
@@ -59,7 +59,7 @@ HLL *sixHighlights();
 /// Registers them, and clears the trace.
 void registerSix(RecordingHost &host);
 
-// The scenarios, by what they are about.
+// The scenarios, by subject.
 std::vector<Scenario> lifeScenarios();
 std::vector<Scenario> fileScenarios();
 std::vector<Scenario> registryScenarios();

@@ -1,4 +1,4 @@
-// Other plug-ins: the table as it is asked for, everything in it as a client calls it, and word numbers turned into
+// Other plug-ins: requesting the table, calling every entry of it as a client, and translating word numbers into
 // character offsets.
 #include <gtest/gtest.h>
 
@@ -91,7 +91,7 @@ void withWords(RecordingHost &host) {
       HLL_AddHL(s_list, page, pos, 1);
 }
 
-/// Every entry is a word number as it was, what that word became, or what stands for a word that is not there.
+/// Every entry is an unchanged word number, a translated one, or the value for a missing word.
 void expectWordsOrCharacters(RecordingHost & /*host*/) {
   static const std::set<uint16_t> possible = {3, 7, 10, 12, 103, 107, 0};
   for (uint32_t page = 0; page < HLL_GetPageCount(s_list); ++page)
@@ -99,11 +99,11 @@ void expectWordsOrCharacters(RecordingHost & /*host*/) {
       EXPECT_TRUE(possible.contains(s_list->pages[page].words[i].pos)) << s_list->pages[page].words[i].pos;
 }
 
-/// A table that is given to a client has all its entries.
-void expectWholeOrNone(RecordingHost &host) {
+/// A table that a client gets has all its entries.
+void expectCompleteOrNone(RecordingHost &host) {
   HFT table = nullptr;
   host.run([&] { table = GLTProvideHFT(gGLTHFTServer, tavrelGLTVersion); });
-  EXPECT_TRUE(table == nullptr || host.exported.size() == TavrelGLT::selectorCount - 1) << "a part of a table";
+  EXPECT_TRUE(table == nullptr || host.exported.size() == TavrelGLT::selectorCount - 1) << "an incomplete table";
 }
 
 void expectNone(RecordingHost &host) {
@@ -120,7 +120,7 @@ std::vector<Scenario> clientScenarios() {
        {},
        {},
        {},
-       expectWholeOrNone},
+       expectCompleteOrNone},
       {"DestroyTheTable", obtained, [](RecordingHost &) { GLTDestroyHFT(gGLTHFTServer); }, {}, {}, {}, expectNone},
       {"DestroyATableNeverBuilt", offered, [](RecordingHost &) { GLTDestroyHFT(gGLTHFTServer); }},
       {"UseTheTable",

@@ -1,8 +1,8 @@
 // Highlight files of many shapes.
 //
-// What a raise in the middle of a file costs: the reader opens no frame around the registration, so its working copy
-// and its list are lost; the host accounts for the one, and the other is as large as the file says. Without memory for
-// a list the reader leaves early, and leaves the copy to the host's account as it does with what is no highlight file.
+// A raise during a file's registration loses the reader's working copy and its list, as the reader opens no frame
+// around it. The host accounts for the copy; the list's size depends on the file. Without memory for a list the reader
+// returns early and does not free the copy, as it does for a file that is no highlight file.
 #include "plugin/input/gltAux.h"
 #include "tests/torture/Torture.h"
 
@@ -30,8 +30,8 @@ std::string pagesOf(int pages, int hits) {
   return locations;
 }
 
-/// What a registration that a raise ends costs, by the pages of its list; 0 where none is registered. A list: itself,
-/// the array of pages, and an array a page.
+/// The blocks that are lost when a raise ends a registration, by the pages of its list; 0 where none is registered. A
+/// list has its header, the array of pages, and an array per page.
 size_t blocksOfAList(size_t pages) { return 2 + pages; }
 
 std::function<void(RecordingHost &)> reads(const std::string &file) {
@@ -43,7 +43,7 @@ Scenario file(const char *name, const std::string &text, size_t pages,
   return {name, std::move(prepare), reads(text), {}, {pages != 0 ? blocksOfAList(pages) : 0, 1}, {0, 1}};
 }
 
-/// Not a highlight file: the copy is left to the host's account.
+/// Not a highlight file: the copy is not freed.
 Scenario abandoned(const char *name, const std::string &text) { return {name, nullptr, reads(text), {0, 1}, {}}; }
 
 std::function<void(RecordingHost &)> delivers(const char *type) {

@@ -24,7 +24,7 @@ Widget topLevel() {
   return one.widget();
 }
 
-/// The records outlive the deed, as a host's do.
+/// The records outlive the scenario, as a host's do.
 SetupRecord s_setup;
 HandshakeRecord s_handshake;
 
@@ -46,7 +46,7 @@ void initialised(RecordingHost &host) {
   ExtensionInit();
 }
 
-void wholeLife(RecordingHost &host) {
+void completeLife(RecordingHost &host) {
   uint32_t version = 0;
   void *setup = nullptr;
   PINegotiate(handshakeVersion, &version, &setup);
@@ -68,7 +68,7 @@ std::vector<Scenario> lifeScenarios() {
       {"Handshake", beforeSetup, [](RecordingHost &) { PIHandshake(handshakeVersion, &s_handshake); }},
       {"Export", beforeSetup, [](RecordingHost &) { ExtensionExportHFTs(); }},
       {"Initialisation", exported, [](RecordingHost &) { ExtensionInit(); }},
-      {"InitialisationWithAShellOfItsOwn",
+      {"InitialisationWithAnIndependentShell",
        [](RecordingHost &host) {
          exported(host);
          setenv(parentless, "1", 1);
@@ -85,7 +85,7 @@ std::vector<Scenario> lifeScenarios() {
          noteTermination();
          ExtensionTerm();
        }},
-      {"WholeLife", beforeSetup, wholeLife},
+      {"CompleteLife", beforeSetup, completeLife},
   };
 }
 

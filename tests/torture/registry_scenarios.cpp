@@ -1,7 +1,7 @@
-// Registrations, over nothing and over others, and the way out.
+// Registrations, first ones and replacing ones, and unregistering.
 //
-// No registration opens a frame, and none loses anything: the new list's copy is made when no host call is left between
-// it and the table.
+// No registration opens a frame, and none loses a block: no host call comes between copying the list and filing the
+// record.
 #include "plugin/pi/miPI.h"
 #include "tests/torture/Torture.h"
 
@@ -25,13 +25,13 @@ void registerInCharacters(RecordingHost &host, Bool16 scroll) {
 }
 
 void registeringNewProc(Doc document, HLL *list, void * /*userData*/) {
-  if (!deedIsOn()) return;
+  if (!isActing()) return;
   RecordingHost::current().run(
       [&] { GLT_RegisterHLL(document, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr); });
 }
 
 void unregisteringNewProc(Doc document, HLL *list, void * /*userData*/) {
-  if (deedIsOn()) RecordingHost::current().run([&] { GLT_UnregisterHLL(document, list); });
+  if (isActing()) RecordingHost::current().run([&] { GLT_UnregisterHLL(document, list); });
 }
 
 std::function<void(RecordingHost &)> registeredWith(GLTNewProc procedure) {
@@ -41,12 +41,12 @@ std::function<void(RecordingHost &)> registeredWith(GLTNewProc procedure) {
   };
 }
 
-/// The n-th name from now on that the host looks up registers a list in the middle of it: the registration's own key.
+/// Registers a list while another registration looks up its n-th atom, which is one of its key.
 std::function<void(RecordingHost &)> interruptedByARegistration(int n) {
   return [n](RecordingHost &host) {
     host.answer(
         Kernel::AtomFromString, std::function([&host, left = n](const char *name) mutable {
-          if (deedIsOn() && left-- == 0)
+          if (isActing() && left-- == 0)
             host.run([&] { GLT_RegisterHLL(host.doc, s_list, GLT_CHARACTER_OFFSETS, jumpProc, newProc, 0, nullptr); });
           return host.atom(name);
         }));

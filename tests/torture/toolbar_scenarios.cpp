@@ -1,4 +1,4 @@
-// The buttons, and what the plug-in asks of its platform: alerts, texts, labels, bitmaps.
+// The buttons and the platform layer: alerts, texts, labels, bitmaps.
 #include "plugin/input/gltAux.h"
 #include "plugin/md/mdResources.h"
 #include "plugin/md/mdUtils.h"
@@ -12,7 +12,7 @@ namespace torture {
 
 namespace {
 
-/// After export, with something that stands for the shell: lookups only pass it on.
+/// After export, with an address in place of the shell: lookups only pass it on.
 void exported(RecordingHost &host) {
   gExtensionID = 77;
   ExtensionExportHFTs();
@@ -41,7 +41,7 @@ void askAll(RecordingHost & /*host*/) {
 std::vector<Scenario> toolBarScenarios() {
   return {
       {"ShowButtons", exported, [](RecordingHost &) { GLT_ShowButtons(1, nullptr); }},
-      {"ShowButtonsBehindAnother", exported, [](RecordingHost &host) { GLT_ShowButtons(1, host.findAgain); }},
+      {"ShowButtonsAfterAnother", exported, [](RecordingHost &host) { GLT_ShowButtons(1, host.findAgain); }},
       {"ShowButtonsAgain", withButtons, [](RecordingHost &) { GLT_ShowButtons(1, nullptr); }},
       {"HideButtons",
        [](RecordingHost &host) {
@@ -84,7 +84,7 @@ std::vector<Scenario> toolBarScenarios() {
          mdGetBitmap(bitmapNext);
          mdGetBitmap(bitmapPrev);
        }},
-      // The bundle's memory is taken before its bitmaps are looked up: a raise in a lookup takes it along.
+      // The bundle is allocated before its bitmaps are looked up: a raise in a lookup loses it.
       {"IconBundle",
        exported,
        [](RecordingHost &) { mdReleaseIconBundle(mdGetIconBundle(bitmapNext, bitmapPrev)); },

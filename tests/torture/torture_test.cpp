@@ -1,4 +1,4 @@
-// Every scenario with every fault, and how much that was.
+// Every scenario with every fault, and the number of faults.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -23,9 +23,9 @@ class Sum : public testing::Environment {
 
 std::vector<Scenario> allScenarios() {
   std::vector<Scenario> all;
-  for (const auto &part : {lifeScenarios(), fileScenarios(), registryScenarios(), walkingScenarios(),
-                           toolBarScenarios(), clientScenarios(), utilityScenarios()})
-    all.insert(all.end(), part.begin(), part.end());
+  for (const auto &group : {lifeScenarios(), fileScenarios(), registryScenarios(), walkingScenarios(),
+                            toolBarScenarios(), clientScenarios(), utilityScenarios()})
+    all.insert(all.end(), group.begin(), group.end());
   return all;
 }
 
@@ -35,7 +35,7 @@ class Torture : public testing::TestWithParam<Scenario> {};
 
 TEST_P(Torture, Of) {
   const Count count = torture::torture(GetParam());
-  EXPECT_GT(count.faults, 0U) << "nothing was tried";
+  EXPECT_GT(count.faults, 0U) << "no fault was injected";
   s_total.calls += count.calls;
   s_total.allocations += count.allocations;
   s_total.faults += count.faults;

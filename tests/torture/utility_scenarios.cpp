@@ -15,14 +15,14 @@ namespace {
 
 void *s_block;
 
-void giveBack(RecordingHost & /*host*/) {
+void release(RecordingHost & /*host*/) {
   if (s_block != nullptr) TavrelSupport::Free(s_block);
 }
 
 } // namespace
 
 std::vector<Scenario> utilityScenarios() {
-  // A raise takes along what the deed had from the host so far: that is its own, not the library's.
+  // A raise loses the host's block that the scenario holds; the library loses none.
   constexpr Loss oneOfTheHost = {0, 1};
   return {
       {"TakeMemory",
@@ -31,7 +31,7 @@ std::vector<Scenario> utilityScenarios() {
          for (void *(*take)(uint32_t) : {TSSureMalloc, +[](uint32_t size) { return TSSureCalloc(2, size); },
                                          +[](uint32_t size) { return TScalloc(2, size); }}) {
            s_block = take(20);
-           giveBack(host);
+           release(host);
          }
        },
        {},
@@ -41,7 +41,7 @@ std::vector<Scenario> utilityScenarios() {
        [](RecordingHost &host) {
          s_block = TSSureRealloc(nullptr, 20);
          s_block = TSSureRealloc(s_block, 4000);
-         giveBack(host);
+         release(host);
        },
        {},
        oneOfTheHost},
@@ -50,13 +50,13 @@ std::vector<Scenario> utilityScenarios() {
          free(miCopyMem("highlight", 10));
          free(miCopyStrImpl("highlight"));
        }},
-      // The last resizing may raise, and nobody has the field yet: it is lost.
+      // The last reallocation may raise: the field is not returned yet and is lost.
       {"TakeAField",
        nullptr,
        [](RecordingHost &host) {
          uint32_t position = 0;
          s_block = miSnarfEntry(" \"a, b\" ,c", &position, 0);
-         giveBack(host);
+         release(host);
        },
        {},
        oneOfTheHost},

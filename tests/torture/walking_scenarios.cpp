@@ -23,7 +23,7 @@ constexpr Named codes[] = {{"Next", GLT_JUMP_NEXT},
                            {"Last", GLT_JUMP_LAST},
                            {"Nowhere", 99}};
 
-constexpr Named places[] = {{"Start", 0}, {"Middle", 1}, {"End", 2}};
+constexpr Named positions[] = {{"Start", 0}, {"Middle", 1}, {"End", 2}};
 
 std::function<void(RecordingHost &)> registeredIn(uint32_t mode, uint32_t page) {
   return [mode, page](RecordingHost &host) {
@@ -42,9 +42,9 @@ std::vector<Scenario> walkingScenarios() {
   std::vector<Scenario> all;
   for (const Named &mode : modes) {
     for (const Named &code : codes)
-      for (const Named &place : places)
-        all.push_back({std::string("Jump") + code.name + "InMode" + mode.name + "FromThe" + place.name,
-                       registeredIn(mode.value, place.value),
+      for (const Named &position : positions)
+        all.push_back({std::string("Jump") + code.name + "InMode" + mode.name + "FromThe" + position.name,
+                       registeredIn(mode.value, position.value),
                        [jump = code.value](RecordingHost &host) { GLT_Jump(host.doc, jump); }});
     all.push_back({std::string("DrawInMode") + mode.name,
                    [prepare = registeredIn(mode.value, 0)](RecordingHost &host) {

@@ -1,13 +1,13 @@
-// A trap for compilers: does what a protected region stores survive the jump out of it?
+// A test of compilers: are the values that a protected region stores still there after the jump out of it?
 //
-// Where g++ sees that a body never returns, it takes it for granted that nobody reads what the body stored: the handler
-// then reads old values. No sanitizer sees that. So this program is built at several levels by each compiler, every
-// body ends in a raise, and nothing is hidden: each case has a copy of the protected region's source of its own,
-// because the compiler follows a body through a region only while that region has no other. The bodies stay out of
-// line, as large ones do.
+// Where g++ sees that a body never returns, it assumes that nothing reads what the body stored: the handler then reads
+// old values. No sanitizer detects that. So this program is built at several optimisation levels by each compiler, and
+// every body ends in a raise. Each case includes a separate copy of the protected region's source, because the compiler
+// follows a body through a region only while that region has no other body. The bodies stay out of line, as large ones
+// do.
 //
-// Exit status 0 when all values are there, else 1 and the names of the cases. A region that calls its body directly
-// fails here with g++ from -O2 on.
+// The exit status is 0 when all values are there, else 1, and the names of the failed cases are printed. A region that
+// calls its body directly fails here with g++ from -O2 on.
 #include <csetjmp>
 #include <cstdio>
 
@@ -20,7 +20,7 @@ HFT gKernelHFT;
 
 namespace {
 
-// A host with frames and nothing else.
+// A host with frames only.
 
 ExceptionFrame *s_frames[8];
 int s_depth;
@@ -33,7 +33,7 @@ void popFrame() { --s_depth; }
 
 void raiseSeen() { longjmp(s_frames[s_depth - 1]->context, 1); }
 
-/// A raise of which the compiler sees nothing.
+/// A raise that the compiler does not see.
 void raiseInTable(int32_t /*code*/) { raiseDeclared(); }
 
 Entry s_kernel[] = {entryOf(raiseInTable), entryOf(pushFrame), entryOf(popFrame)};
@@ -49,19 +49,20 @@ struct Pair {
   int first, second;
 };
 
-// Each case tells whether the values that its body stored are there after the jump.
-// NOLINTBEGIN(bugprone-suspicious-include,readability-duplicate-include): a copy of the source for each, on purpose
+// Each case returns whether the values that its body stored are there after the jump.
+// NOLINTBEGIN(bugprone-suspicious-include,readability-duplicate-include): each case needs a copy of the source (see
+// above)
 
 namespace oneValue {
 #include "plugin/pi/PIFrame.cpp"
 
 bool holds() {
   int value = 1;
-  const bool whole = protect<PIProtectCall>([&]() OUT_OF_LINE {
+  const bool completed = protect<PIProtectCall>([&]() OUT_OF_LINE {
     value = 2;
     raiseDeclared();
   });
-  return !whole && value == 2;
+  return !completed && value == 2;
 }
 } // namespace oneValue
 
@@ -70,11 +71,11 @@ namespace oneValueBeforeARaiseThatIsSeen {
 
 bool holds() {
   int value = 1;
-  const bool whole = protect<PIProtectCall>([&]() OUT_OF_LINE {
+  const bool completed = protect<PIProtectCall>([&]() OUT_OF_LINE {
     value = 2;
     raiseSeen();
   });
-  return !whole && value == 2;
+  return !completed && value == 2;
 }
 } // namespace oneValueBeforeARaiseThatIsSeen
 
@@ -83,11 +84,11 @@ namespace oneValueBeforeTheRestoreProcedure {
 
 bool holds() {
   int value = 1;
-  const bool whole = protect<PIProtectCall>([&]() OUT_OF_LINE {
+  const bool completed = protect<PIProtectCall>([&]() OUT_OF_LINE {
     value = 2;
     RestorePlugInFrame(s_frames[s_depth - 1]);
   });
-  return !whole && value == 2;
+  return !completed && value == 2;
 }
 } // namespace oneValueBeforeTheRestoreProcedure
 
@@ -96,11 +97,11 @@ namespace oneValueBeforeARaiseOfTheTable {
 
 bool holds() {
   int value = 1;
-  const bool whole = protect<PIProtectCall>([&]() OUT_OF_LINE {
+  const bool completed = protect<PIProtectCall>([&]() OUT_OF_LINE {
     value = 2;
     Kernel::RaiseError(1);
   });
-  return !whole && value == 2;
+  return !completed && value == 2;
 }
 } // namespace oneValueBeforeARaiseOfTheTable
 
@@ -110,11 +111,11 @@ namespace pointer {
 bool holds() {
   int target = 0;
   int *value = nullptr;
-  const bool whole = protect<PIProtectCall>([&]() OUT_OF_LINE {
+  const bool completed = protect<PIProtectCall>([&]() OUT_OF_LINE {
     value = &target;
     raiseDeclared();
   });
-  return !whole && value == &target;
+  return !completed && value == &target;
 }
 } // namespace pointer
 
@@ -124,12 +125,12 @@ namespace structure {
 bool holds() {
   Pair pair = {1, 2};
   double number = 0.5;
-  const bool whole = protect<PIProtectCall>([&]() OUT_OF_LINE {
+  const bool completed = protect<PIProtectCall>([&]() OUT_OF_LINE {
     pair = {3, 4};
     number = 1.5;
     raiseDeclared();
   });
-  return !whole && pair.first == 3 && pair.second == 4 && number == 1.5;
+  return !completed && pair.first == 3 && pair.second == 4 && number == 1.5;
 }
 } // namespace structure
 
@@ -138,12 +139,12 @@ namespace counter {
 
 bool holds() {
   int count = 0;
-  const bool whole = protect<PIProtectCall>([&]() OUT_OF_LINE {
+  const bool completed = protect<PIProtectCall>([&]() OUT_OF_LINE {
     while (++count != 7) {
     }
     raiseDeclared();
   });
-  return !whole && count == 7;
+  return !completed && count == 7;
 }
 } // namespace counter
 
@@ -152,12 +153,12 @@ namespace raiseInABranch {
 
 bool holds() {
   int value = 1;
-  const bool whole = protect<PIProtectCall>([&]() OUT_OF_LINE {
+  const bool completed = protect<PIProtectCall>([&]() OUT_OF_LINE {
     value = 2;
     if (s_depth > 0) raiseDeclared();
     value = 3;
   });
-  return !whole && value == 2;
+  return !completed && value == 2;
 }
 } // namespace raiseInABranch
 
@@ -166,12 +167,12 @@ namespace valueReadByTheBodyToo {
 
 bool holds() {
   int first = 20, second = 0;
-  const bool whole = protect<PIProtectCall>([&]() OUT_OF_LINE {
+  const bool completed = protect<PIProtectCall>([&]() OUT_OF_LINE {
     second = first + 1;
     first = second * 2;
     raiseDeclared();
   });
-  return !whole && first == 42 && second == 21;
+  return !completed && first == 42 && second == 21;
 }
 } // namespace valueReadByTheBodyToo
 
@@ -185,16 +186,16 @@ namespace inner {
 
 bool holds() {
   int before = 0, inside = 0, between = 0;
-  const bool whole = protect<outer::PIProtectCall>([&]() OUT_OF_LINE {
+  const bool completed = protect<outer::PIProtectCall>([&]() OUT_OF_LINE {
     before = 1;
-    const bool innerWhole = protect<inner::PIProtectCall>([&]() OUT_OF_LINE {
+    const bool innerCompleted = protect<inner::PIProtectCall>([&]() OUT_OF_LINE {
       inside = 2;
       raiseDeclared();
     });
-    between = innerWhole ? -1 : inside + 1;
+    between = innerCompleted ? -1 : inside + 1;
     raiseDeclared();
   });
-  return !whole && before == 1 && inside == 2 && between == 3;
+  return !completed && before == 1 && inside == 2 && between == 3;
 }
 } // namespace nestedRegions
 
@@ -217,8 +218,8 @@ namespace bodyThatEnds {
 
 bool holds() {
   int value = 1;
-  const bool whole = protect<PIProtectCall>([&]() OUT_OF_LINE { value = 2; });
-  return whole && value == 2;
+  const bool completed = protect<PIProtectCall>([&]() OUT_OF_LINE { value = 2; });
+  return completed && value == 2;
 }
 } // namespace bodyThatEnds
 

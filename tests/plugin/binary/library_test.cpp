@@ -1,5 +1,5 @@
-// The plug-in as it is shipped: what the shared library shows of itself, what it needs, and that a host with a `main`
-// of its own gets the plug-in's.
+// The plug-in as it is shipped: the shared library's exports and dependencies, and that a host that has a `main`, too,
+// gets the plug-in's.
 #include <dlfcn.h>
 #include <elf.h>
 #include <gtest/gtest.h>
@@ -16,7 +16,7 @@ using namespace tavrel;
 
 namespace {
 
-/// A shared library as a file, read without the help of a loader.
+/// A shared library as a file, read without a loader.
 class LibraryFile {
 public:
   explicit LibraryFile(const char *path) {
@@ -64,7 +64,7 @@ TEST(PluginFile, ExportsExactlyOneSymbol) {
 
 TEST(PluginFile, ItsMainIsProtected) {
   EXPECT_EQ(LibraryFile(TAVREL_PLUGIN_FILE).mainVisibility, STV_PROTECTED)
-      << "else the program's main would take its place inside the plug-in";
+      << "else the plug-in's references would resolve to the program's main";
 }
 
 TEST(PluginFile, NeedsOnlyTheCLibraryAndX) {

@@ -41,14 +41,14 @@ TEST_F(Associations, EmptyTableHasNothingToFindOrDelete) {
   EXPECT_EQ(AssociateDelete(docA, 5, 5), 0);
 }
 
-TEST_F(Associations, ObjectsHaveEntriesOfTheirOwn) {
+TEST_F(Associations, ObjectsHaveSeparateEntries) {
   EXPECT_EQ(put(docA, 5, 5, "A"), 1);
   EXPECT_EQ(put(docB, 5, 5, "B"), 1);
   EXPECT_EQ(get(docB, 5, 5), "B");
   EXPECT_EQ(get(docA, 5, 5), "A");
 }
 
-TEST_F(Associations, NewEntriesStandAtTheHead) {
+TEST_F(Associations, NewEntriesAreAtTheHead) {
   put(docA, 5, 5, "first");
   put(docB, 5, 5, "second");
   EXPECT_EQ(all(), (Texts{"second", "first"}));
@@ -68,12 +68,12 @@ TEST_F(Associations, KeysAndObjectsMayHaveAnyValue) {
   EXPECT_EQ(get(nullptr, 0, 0), "");
 }
 
-TEST_F(Associations, SecondTimeReplacesTheBytesWhereTheyStand) {
+TEST_F(Associations, SecondTimeReplacesTheBytesInPlace) {
   put(docA, 5, 5, "old");
   put(docB, 5, 5, "B");
   const size_t blocks = liveBlocks();
   EXPECT_EQ(put(docA, 5, 5, "new and longer"), 1);
-  EXPECT_EQ(liveBlocks(), blocks) << "the old bytes are gone";
+  EXPECT_EQ(liveBlocks(), blocks) << "the old bytes are freed";
   EXPECT_EQ(all(), (Texts{"B", "new and longer"}));
   EXPECT_EQ(s_AssocList->next->size, 15U);
 }
@@ -91,14 +91,14 @@ TEST_F(Associations, BytesCanBeChangedInPlace) {
   EXPECT_EQ(get(docA, 5, 5), "Before");
 }
 
-TEST_F(Associations, DeletingRemovesOneEntryWhereverItStands) {
-  for (const uint16_t gone : {1, 2, 3}) {
+TEST_F(Associations, DeletingRemovesOneEntryAtAnyPosition) {
+  for (const uint16_t key : {1, 2, 3}) {
     for (const uint16_t key : {1, 2, 3})
       put(docA, key, 0, std::to_string(key).c_str());
-    EXPECT_EQ(AssociateDelete(docA, gone, 0), 1);
-    EXPECT_EQ(get(docA, gone, 0), "");
+    EXPECT_EQ(AssociateDelete(docA, key, 0), 1);
+    EXPECT_EQ(get(docA, key, 0), "");
     EXPECT_EQ(all().size(), 2U);
-    EXPECT_EQ(AssociateDelete(docA, gone, 0), 0) << "it is gone";
+    EXPECT_EQ(AssociateDelete(docA, key, 0), 0) << "it is deleted";
   }
 }
 
@@ -109,7 +109,7 @@ TEST_F(Associations, ClearingFreesEverything) {
   EXPECT_EQ(liveBlocks(), blocks + 4) << "two entries and their bytes";
   AssociateClear();
   EXPECT_EQ(liveBlocks(), blocks);
-  s_AssocList = nullptr; // what is left of the head must not be used
+  s_AssocList = nullptr; // the head dangles
 }
 
 TEST_F(Associations, ClearingAnEmptyTableIsAllowed) {
@@ -133,7 +133,7 @@ TEST_F(Associations, OneByteWithoutMemoryIsNotStored) {
 }
 
 TEST_F(Associations, NoBytesNeedNoMemory) {
-  const FailingMemory memory(1); // the entry is there, its bytes are not
+  const FailingMemory memory(1); // the entry is allocated, its bytes are not
   EXPECT_EQ(AssociateNew(docA, 5, 5, nullptr, 0), 1);
   EXPECT_EQ(AssociateDelete(docA, 5, 5), 1);
 }
@@ -146,7 +146,7 @@ TEST_F(Associations, ReplacementWithoutMemoryLeavesTheReleasedEntryLinked) {
     EXPECT_EQ(put(docA, 5, 5, "new"), 0);
   }
   EXPECT_EQ(reinterpret_cast<uintptr_t>(s_AssocList), entry);
-  s_AssocList = nullptr; // the entry and its bytes are free already
+  s_AssocList = nullptr; // the entry and its bytes are freed already
 }
 
 TEST_F(Associations, MakeNoHostCall) {

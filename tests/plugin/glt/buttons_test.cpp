@@ -1,4 +1,4 @@
-// The tool bar buttons: putting them there, pressing them, and when they are enabled.
+// The tool bar buttons: showing them and pressing them.
 #include <gtest/gtest.h>
 
 #include "plugin/glt/glt.h"
@@ -18,7 +18,7 @@ namespace {
 
 // Showing
 
-/// A host behind the export callback, with a shell that only has a name.
+/// A host after the export callback, with a shell that only has a name.
 class Buttons : public testing::Test {
 protected:
   Buttons() { prepare(host); }
@@ -37,7 +37,7 @@ TEST(ButtonsBeforeExport, AreNotShown) {
   EXPECT_EQ(host.story(), "\nTavrelView.GetToolBar()\n");
 }
 
-TEST_F(Buttons, AreCreatedAndInsertedBehindFindAgain) {
+TEST_F(Buttons, AreCreatedAndInsertedAfterFindAgain) {
   EXPECT_EQ(GLT_ShowButtons(1, nullptr), 1);
   EXPECT_EQ(host.story(), R"(
 TavrelView.GetToolBar()
@@ -97,20 +97,20 @@ TavrelView.ToolBarInsertButton(toolBar, TavrelGLT:Next, 0, TavrelGLT:Prev)
 )");
 }
 
-TEST_F(Buttons, StandBehindAGivenAnchor) {
+TEST_F(Buttons, AreInsertedAfterAGivenAnchor) {
   const ToolButton anchor = host.named(reinterpret_cast<ToolButton>(0x1090), "anchor");
   GLT_ShowButtons(1, anchor);
   EXPECT_EQ(host.count("ToolBarFindButton"), 0U);
   EXPECT_EQ(host.trace[host.trace.size() - 2], "TavrelView.ToolBarInsertButton(toolBar, TavrelGLT:Prev, 0, anchor)");
 }
 
-TEST_F(Buttons, StandSomewhereWithoutAFindAgainButton) {
+TEST_F(Buttons, AreInsertedWithoutAFindAgainButton) {
   host.findAgain = nullptr;
   EXPECT_EQ(GLT_ShowButtons(1, nullptr), 1);
   EXPECT_EQ(host.trace[host.trace.size() - 2], "TavrelView.ToolBarInsertButton(toolBar, TavrelGLT:Prev, 0, null)");
 }
 
-TEST_F(Buttons, HaveCrossedHelpKeysDeliberately) {
+TEST_F(Buttons, HaveExchangedHelpKeys) {
   host.resources = {{"helpNext", "zurueck"}, {"helpPrev", "weiter"}};
   GLT_ShowButtons(1, nullptr);
   EXPECT_NE(host.story().find(R"(ToolButtonAttachTip(TavrelGLT:Prev, "zurueck"))"), std::string::npos);
@@ -134,8 +134,8 @@ TavrelView.GetToolBar()
 )");
 }
 
-TEST_F(Buttons, NeedRoomForTwo) {
-  host.roomOnToolBar = false;
+TEST_F(Buttons, NeedSpaceForTwo) {
+  host.spaceOnToolBar = false;
   EXPECT_EQ(GLT_ShowButtons(1, nullptr), 0);
   EXPECT_EQ(host.story(), R"(
 TavrelView.GetToolBar()
@@ -143,16 +143,16 @@ TavrelView.ToolBarHasSpace(toolBar, 2, 0)
 )");
 }
 
-TEST_F(Buttons, StayWhenThereIsNoRoomForAnotherShowing) {
+TEST_F(Buttons, StayWhenThereIsNoSpaceForAnotherShowing) {
   GLT_ShowButtons(1, nullptr);
   const ToolButton before = gData->prevButton;
-  host.roomOnToolBar = false;
+  host.spaceOnToolBar = false;
   EXPECT_EQ(GLT_ShowButtons(1, nullptr), 0);
   EXPECT_EQ(gData->prevButton, before);
   EXPECT_EQ(host.count("ToolButtonDetach"), 0U);
 }
 
-TEST_F(Buttons, AreNotRemovedByHidingDeliberately) {
+TEST_F(Buttons, AreNotRemovedByHiding) {
   GLT_ShowButtons(1, nullptr);
   EXPECT_EQ(gData->buttonsShown, 0) << "nothing sets it";
   host.clear();
@@ -201,24 +201,24 @@ TEST_F(Buttons, AreShownWithoutAFrame) {
 
 // Pressing
 
-std::vector<uint32_t> s_told;
-void tell(Doc /*document*/, HLL * /*list*/, uint32_t code, void * /*userData*/) { s_told.push_back(code); }
+std::vector<uint32_t> s_codes;
+void recordCode(Doc /*document*/, HLL * /*list*/, uint32_t code, void * /*userData*/) { s_codes.push_back(code); }
 
 struct Press : Row {
   ButtonActionProc button;
   uint32_t modifiers;
-  uint32_t code; ///< told to the registrant
+  uint32_t code; ///< passed to the registrant
 };
 class Pressing : public testing::TestWithParam<Press> {};
 
 TEST_P(Pressing, JumpsByTheCodeOfTheModifier) {
   RecordingHost host;
-  s_told.clear();
-  registerRecords(host, {{4, 1}, {9, 1}, {12, 1}}, tell);
+  s_codes.clear();
+  registerRecords(host, {{4, 1}, {9, 1}, {12, 1}}, recordCode);
   setPosition(host.doc, {1, 0});
   host.modifiers = GetParam().modifiers;
   GetParam().button(nullptr, nullptr);
-  EXPECT_EQ(s_told, std::vector<uint32_t>{GetParam().code});
+  EXPECT_EQ(s_codes, std::vector<uint32_t>{GetParam().code});
 }
 
 INSTANTIATE_TEST_SUITE_P(Buttons, Pressing,
@@ -284,7 +284,7 @@ TavrelView.GetModifierKeyState()
 )");
 }
 
-TEST(NextPress, GoesToTheDocumentInFront) {
+TEST(NextPress, JumpsInTheFrontDocument) {
   RecordingHost host;
   registerPages(host, {{4, 10, 3}, {9, 20, 3}});
   const ListOwner other({{1, 1, 1}, {2, 1, 1}});
@@ -295,7 +295,7 @@ TEST(NextPress, GoesToTheDocumentInFront) {
   EXPECT_EQ(positionOf(host.otherDoc), (Position{1, 0}));
 }
 
-TEST(NextPress, LeavesNoFrameWhicheverCallRaises) {
+TEST(NextPress, LeavesNoFrameOnARaiseOfAnyCall) {
   const auto prepare = [](RecordingHost &host) { registerPages(host, {{4, 10, 3}, {9, 20, 3}}); };
   const auto press = [](RecordingHost &) { GLTNextExecProc(nullptr, nullptr); };
   EXPECT_EQ(raiseAtEveryCall({prepare, press, nullptr, true, false, true}), 22U);

@@ -200,7 +200,7 @@ TEST_F(Display, FailureToReturnThePageIsNotCaughtByMapping) {
   EXPECT_FALSE(host.run([this] { GLTMapHLLToViewer(host.doc, record); }));
 }
 
-TEST(DisplayFailures, MappingYieldsNullWhicheverCallRaises) {
+TEST(DisplayFailures, MappingYieldsNullOnARaiseOfAnyCall) {
   TextSelection mapped = nullptr;
   const auto prepare = [&mapped](RecordingHost &host) {
     registerPages(host, {{4, 10, 1}});
@@ -265,7 +265,7 @@ TEST_F(Display, AnyFlagButZeroScrolls) {
   EXPECT_EQ(host.count("PageViewPaintSelection"), 0U);
 }
 
-TEST_F(Display, OneHighlightIsTheFirstOfThePageDeliberately) {
+TEST_F(Display, OneHighlightIsTheFirstOfThePage) {
   record->viewMode = GLT_VIEW_ONE;
   record->curWord = 2;
   show(0);
@@ -290,7 +290,7 @@ Kernel.PopExceptionFrame()
   }
 }
 
-TEST_F(Display, WithoutARecordRedrawsTheWholeView) {
+TEST_F(Display, WithoutARecordRedrawsTheCompleteView) {
   GLTShowHighlights(host.doc, nullptr, 1);
   EXPECT_EQ(host.story(), R"(
 Kernel.PushExceptionFrame(*, RestorePlugInFrame)
@@ -351,7 +351,7 @@ INSTANTIATE_TEST_SUITE_P(Display, EmptyListInMode, testing::Values(0, 1, 2));
 
 // Showing, with failures
 
-TEST_F(Display, FailureLeavesTheBracketOpenDeliberately) {
+TEST_F(Display, FailureLeavesTheBracketOpen) {
   host.raiseIn("PageViewPaintSelection");
   show(0);
   EXPECT_EQ(host.brackets, 1);
@@ -373,7 +373,7 @@ TEST_F(Display, FailureOfTheScrollingAloneClosesBothBrackets) {
   EXPECT_EQ(host.count("PageViewEndBatch"), 2U);
 }
 
-TEST(DisplayFailures, ShowingSwallowsWhicheverCallRaises) {
+TEST(DisplayFailures, ShowingHandlesARaiseOfAnyCall) {
   const auto prepare = [](RecordingHost &host) {
     registerPages(host, {{4, 10, 1}});
     host.reliable = {"AtomFromString"};

@@ -1,5 +1,5 @@
 // When the tool bar buttons are enabled. The answers come from the view mode, the current position, the list's pages
-// and the page on the screen. They are not asked of the jump, and differ from it in a few rows, which say so.
+// and the page on the screen. They differ from what a jump does in a few rows, which say so.
 #include <gtest/gtest.h>
 
 #include <optional>
@@ -21,7 +21,7 @@ struct Enabled : Row {
   Position position;
   int32_t viewerPage;
   bool prev, next;
-  std::optional<bool> prevMoves = {}, nextMoves = {}; ///< whether a jump moves, where that is not the answer
+  std::optional<bool> prevMoves = {}, nextMoves = {}; ///< whether a jump moves, where the answer differs
 };
 
 class EnabledTest : public testing::TestWithParam<Enabled> {
@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(One, EnabledTest,
                          testing::ValuesIn<Enabled>({
                              {{"LastPageFirstWord"}, 1, two, {1, 0}, 8, true, true},
                              {{"LastPageLastWord"}, 1, two, {1, 1}, 8, true, false, true, true},
-                             {{"LastPageBehindTheLastWord"}, 1, two, {1, 2}, 0, true, false},
+                             {{"LastPageAfterTheLastWord"}, 1, two, {1, 2}, 0, true, false},
                              {{"OnlyPageFirstWord"}, 1, one, {0, 0}, 20, false, true},
                              {{"OnlyPageSecondWord"}, 1, one, {0, 1}, 20, true, false, false, true},
                              {{"FirstOfTwoPagesPastItsWords"}, 1, two, {0, 2}, 3, true, true, false},
@@ -96,7 +96,7 @@ INSTANTIATE_TEST_SUITE_P(None, EnabledTest,
                              {{"FirstPageOtherWord"}, 2, two, {0, 1}, 20, false, true, true},
                              {{"LastPageWithAPageBeforeOnScreen"}, 2, two, {1, 0}, 0, true, false},
                              {{"LastPageOnScreen"}, 2, two, {1, 0}, 8, true, false},
-                             {{"LastPageWithAPageBehindOnScreen"}, 2, two, {1, 0}, 9, true, false},
+                             {{"LastPageWithAPageAfterOnScreen"}, 2, two, {1, 0}, 9, true, false},
                              {{"OtherMode"}, 3, one, {0, 0}, 0, false, false},
                          }),
                          rowName<Enabled>);

@@ -1,4 +1,5 @@
-// Jumping: where each code leads from where, what the registrant is told, and whether the display follows.
+// Jumping: the position after each code from each position, the registrant's notifications, and whether the view
+// follows.
 #include <gtest/gtest.h>
 
 #include "plugin/glt/glt.h"
@@ -17,8 +18,8 @@ using Codes = std::vector<uint32_t>;
 
 enum : uint32_t { next = 0, nextBeyond = 1, prev = 2, prevBeyond = 3, first = 4, last = 5 };
 
-Codes s_told;
-void tell(Doc /*document*/, HLL * /*list*/, uint32_t code, void * /*userData*/) { s_told.push_back(code); }
+Codes s_codes;
+void recordCode(Doc /*document*/, HLL * /*list*/, uint32_t code, void * /*userData*/) { s_codes.push_back(code); }
 
 struct Jump : Row {
   int32_t viewMode;
@@ -27,27 +28,27 @@ struct Jump : Row {
   int32_t viewerPage;
   uint32_t code;
   Position to;
-  Codes told;
+  Codes notified;
   bool shown;
 };
 
 class Jumping : public testing::TestWithParam<Jump> {};
 
-TEST_P(Jumping, MovesTellsAndShows) {
+TEST_P(Jumping, MovesNotifiesAndShows) {
   const Jump &jump = GetParam();
   RecordingHost host;
-  s_told.clear();
-  registerRecords(host, jump.pages, tell);
+  s_codes.clear();
+  registerRecords(host, jump.pages, recordCode);
   GLT_SetViewMode(host.doc, jump.viewMode);
   setPosition(host.doc, jump.from);
   host.shownPage = jump.viewerPage;
   GLT_Jump(host.doc, jump.code);
   EXPECT_EQ(positionOf(host.doc), jump.to);
-  EXPECT_EQ(s_told, jump.told);
+  EXPECT_EQ(s_codes, jump.notified);
   EXPECT_EQ(host.count("PageViewBeginBatch") != 0, jump.shown);
 }
 
-TEST_P(Jumping, GoesTheSameWayWithoutARegistrantToTell) {
+TEST_P(Jumping, MovesTheSameWayWithoutARegistrant) {
   const Jump &jump = GetParam();
   RecordingHost host;
   registerRecords(host, jump.pages, nullptr);
@@ -65,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(AllOfThePage, Jumping,
                          testing::ValuesIn<Jump>({
                              {{"NextPage"}, 0, threeTwo, {0, 0}, 4, next, {1, 0}, {0}, true},
                              {{"NextPageWhateverTheWord"}, 0, threeTwo, {0, 1}, 4, next, {1, 0}, {0}, true},
-                             {{"PrevPageGoesToItsLastWord"}, 0, threeTwo, {1, 0}, 9, prev, {0, 2}, {2}, true},
+                             {{"PrevPageMovesToItsLastWord"}, 0, threeTwo, {1, 0}, 9, prev, {0, 2}, {2}, true},
                              {{"PrevCountsTheWordDown"}, 0, threeTwo, {0, 2}, 4, prev, {0, 1}, {2}, true},
                              {{"PrevCountsTheWordDownToZero"}, 0, threeTwo, {0, 1}, 4, prev, {0, 0}, {2}, true},
                              {{"PrevCountsOnTheSecondPage"}, 0, threeTwo, {1, 1}, 9, prev, {1, 0}, {2}, true},
@@ -77,13 +78,13 @@ INSTANTIATE_TEST_SUITE_P(AllAtTheEnd, Jumping,
                          testing::ValuesIn<Jump>({
                              {{"NextReturnsWhenScrolledBack"}, 0, threeTwo, {1, 1}, 6, next, {1, 0}, {0}, true},
                              {{"NextOnThatPageOnlyShows"}, 0, threeTwo, {1, 1}, 9, next, {1, 1}, {}, true},
-                             {{"NextBehindThatPageOnlyShows"}, 0, threeTwo, {1, 1}, 30, next, {1, 1}, {}, true},
+                             {{"NextAfterThatPageOnlyShows"}, 0, threeTwo, {1, 1}, 30, next, {1, 1}, {}, true},
                              {{"NextLooksAtTheLastPageAlone"}, 0, unsorted, {2, 0}, 4, next, {2, 0}, {}, true},
                              {{"PrevLandsOnTheLastPageBefore"}, 0, spread, {0, 0}, 7, prev, {1, 0}, {0, 0}, true},
-                             {{"PrevFromBehindAll"}, 0, spread, {0, 0}, 10, prev, {2, 0}, {0, 0, 0}, true},
+                             {{"PrevFromAfterAll"}, 0, spread, {0, 0}, 10, prev, {2, 0}, {0, 0, 0}, true},
                              {{"PrevOnThatPageOnlyShows"}, 0, spread, {0, 0}, 2, prev, {0, 0}, {}, true},
                              {{"PrevBeforeThatPageOnlyShows"}, 0, spread, {0, 0}, 0, prev, {0, 0}, {}, true},
-                             {{"PrevJustBehindTheFirst"}, 0, spread, {0, 0}, 3, prev, {0, 0}, {0}, true},
+                             {{"PrevJustAfterTheFirst"}, 0, spread, {0, 0}, 3, prev, {0, 0}, {0}, true},
                              {{"PrevOfUnsortedTakesTheLastMatch"}, 0, unsorted, {0, 0}, 7, prev, {2, 0}, {0, 0}, true},
                          }),
                          rowName<Jump>);
@@ -103,32 +104,32 @@ const Pages twoTwo = {{4, 2}, {9, 2}};
 INSTANTIATE_TEST_SUITE_P(OneHighlight, Jumping,
                          testing::ValuesIn<Jump>({
                              {{"NextWord"}, 1, twoTwo, {0, 0}, 4, next, {0, 1}, {0}, true},
-                             {{"NextWordReachesTheCountDeliberately"}, 1, twoTwo, {0, 1}, 4, next, {0, 2}, {0}, true},
+                             {{"NextWordReachesTheCount"}, 1, twoTwo, {0, 1}, 4, next, {0, 2}, {0}, true},
                              {{"NextPageFromTheCount"}, 1, twoTwo, {0, 2}, 4, next, {1, 0}, {0}, true},
-                             {{"NextAtTheEndTellsBeyond"}, 1, twoTwo, {1, 2}, 4, next, {1, 2}, {1}, false},
+                             {{"NextAtTheEndNotifiesBeyond"}, 1, twoTwo, {1, 2}, 4, next, {1, 2}, {1}, false},
                              {{"NextWordOfTheLastPage"}, 1, twoTwo, {1, 1}, 9, next, {1, 2}, {0}, true},
-                             {{"PrevMakesNoWordStepDeliberately"}, 1, threeTwo, {1, 1}, 9, prev, {0, 2}, {2}, true},
+                             {{"PrevMakesNoWordStep"}, 1, threeTwo, {1, 1}, 9, prev, {0, 2}, {2}, true},
                              {{"PrevPage"}, 1, threeTwo, {1, 0}, 9, prev, {0, 2}, {2}, true},
-                             {{"PrevAtTheStartTellsBeyond"}, 1, twoTwo, {0, 0}, 30, prev, {0, 0}, {3}, false},
-                             {{"PrevOnTheFirstPageTellsBeyond"}, 1, twoTwo, {0, 1}, 30, prev, {0, 1}, {3}, false},
+                             {{"PrevAtTheStartNotifiesBeyond"}, 1, twoTwo, {0, 0}, 30, prev, {0, 0}, {3}, false},
+                             {{"PrevOnTheFirstPageNotifiesBeyond"}, 1, twoTwo, {0, 1}, 30, prev, {0, 1}, {3}, false},
                          }),
                          rowName<Jump>);
 
 INSTANTIATE_TEST_SUITE_P(NoMarks, Jumping,
                          testing::ValuesIn<Jump>({
                              {{"NextPage"}, 2, twoTwo, {0, 0}, 4, next, {1, 0}, {0}, true},
-                             {{"NextAtTheEndTellsBeyond"}, 2, twoTwo, {1, 0}, 0, next, {1, 0}, {1}, false},
+                             {{"NextAtTheEndNotifiesBeyond"}, 2, twoTwo, {1, 0}, 0, next, {1, 0}, {1}, false},
                              {{"PrevWord"}, 2, twoTwo, {1, 1}, 9, prev, {1, 0}, {2}, true},
                              {{"PrevPage"}, 2, twoTwo, {1, 0}, 9, prev, {0, 1}, {2}, true},
-                             {{"PrevAtTheStartTellsBeyond"}, 2, twoTwo, {0, 0}, 30, prev, {0, 0}, {3}, false},
-                             {{"OtherModesGoLikeThis"}, 7, twoTwo, {1, 0}, 0, next, {1, 0}, {1}, false},
+                             {{"PrevAtTheStartNotifiesBeyond"}, 2, twoTwo, {0, 0}, 30, prev, {0, 0}, {3}, false},
+                             {{"OtherModesBehaveLikeThis"}, 7, twoTwo, {1, 0}, 0, next, {1, 0}, {1}, false},
                          }),
                          rowName<Jump>);
 
 INSTANTIATE_TEST_SUITE_P(OtherCodes, Jumping,
                          testing::ValuesIn<Jump>({
-                             {{"NextBeyondOnlyTells"}, 0, threeTwo, {0, 1}, 4, nextBeyond, {0, 1}, {1}, false},
-                             {{"PrevBeyondOnlyTells"}, 1, threeTwo, {1, 1}, 4, prevBeyond, {1, 1}, {3}, false},
+                             {{"NextBeyondOnlyNotifies"}, 0, threeTwo, {0, 1}, 4, nextBeyond, {0, 1}, {1}, false},
+                             {{"PrevBeyondOnlyNotifies"}, 1, threeTwo, {1, 1}, 4, prevBeyond, {1, 1}, {3}, false},
                              {{"First"}, 0, threeTwo, {1, 1}, 9, first, {0, 0}, {4}, true},
                              {{"FirstInModeOne"}, 1, threeTwo, {1, 1}, 9, first, {0, 0}, {4}, true},
                              {{"FirstInModeTwo"}, 2, threeTwo, {1, 1}, 9, first, {0, 0}, {4}, true},
@@ -150,7 +151,7 @@ INSTANTIATE_TEST_SUITE_P(PagesWithoutHighlights, Jumping,
                          }),
                          rowName<Jump>);
 
-constexpr uint32_t beforeTheFirst = UINT32_MAX; // what one less than no pages is
+constexpr uint32_t beforeTheFirst = UINT32_MAX; // the number of no pages minus one
 INSTANTIATE_TEST_SUITE_P(
     ListWithoutPages, Jumping,
     testing::ValuesIn<Jump>({
@@ -177,48 +178,48 @@ TEST(Jump, WithoutARecordDoesNothing) {
 
 TEST(Jump, RoundTripInTheDefaultMode) {
   RecordingHost host;
-  s_told.clear();
-  registerRecords(host, threeTwo, tell);
-  std::vector<Position> way;
+  s_codes.clear();
+  registerRecords(host, threeTwo, recordCode);
+  std::vector<Position> positions;
   for (const uint32_t code : Codes{next, prev, prev, prev}) {
     GLT_Jump(host.doc, code);
-    way.push_back(positionOf(host.doc));
+    positions.push_back(positionOf(host.doc));
   }
-  EXPECT_EQ(way, (std::vector<Position>{{1, 0}, {0, 2}, {0, 1}, {0, 0}}));
-  EXPECT_EQ(s_told, (Codes{0, 2, 2, 2}));
+  EXPECT_EQ(positions, (std::vector<Position>{{1, 0}, {0, 2}, {0, 1}, {0, 0}}));
+  EXPECT_EQ(s_codes, (Codes{0, 2, 2, 2}));
   host.clear();
   GLT_Jump(host.doc, prev);
-  EXPECT_EQ(host.count("PageViewGetPageNum"), 1U) << "a further one looks at the page on screen";
+  EXPECT_EQ(host.count("PageViewGetPageNum"), 1U) << "a further jump asks for the page on screen";
 }
 
-/// Notes in the trace what the registrant sees when it is told.
-void noteTold(Doc document, HLL *list, uint32_t code, void *userData) {
+/// Records in the trace the position at which the registrant is notified.
+void noteNotification(Doc document, HLL *list, uint32_t code, void *userData) {
   const Position at = positionOf(document);
   RecordingHost &host = RecordingHost::current();
   EXPECT_EQ(list, recordOf(document)->hll);
   EXPECT_EQ(userData, &host);
-  host.trace.push_back("told " + std::to_string(code) + " at " + std::to_string(at.page) + " " +
+  host.trace.push_back("notified " + std::to_string(code) + " at " + std::to_string(at.page) + " " +
                        std::to_string(at.word));
 }
 
-TEST(Jump, TellsAfterTheMoveAndBeforeTheDisplay) {
+TEST(Jump, NotifiesAfterTheMoveAndBeforeTheDisplay) {
   RecordingHost host;
-  registerRecords(host, threeTwo, noteTold);
+  registerRecords(host, threeTwo, noteNotification);
   GLT_Jump(host.doc, next);
   ASSERT_GE(host.trace.size(), 4U);
-  EXPECT_EQ(host.trace[2], "told 0 at 1 0");
+  EXPECT_EQ(host.trace[2], "notified 0 at 1 0");
   EXPECT_EQ(host.trace[3], "Kernel.PushExceptionFrame(*, RestorePlugInFrame)");
 }
 
-TEST(Jump, TellsOfEachMatchWithThePositionThatItGives) {
+TEST(Jump, NotifiesOfEachMatchWithItsPosition) {
   RecordingHost host;
-  registerRecords(host, spread, noteTold);
+  registerRecords(host, spread, noteNotification);
   host.shownPage = 7;
   GLT_Jump(host.doc, prev);
   const std::vector<std::string> start(host.trace.begin(), host.trace.begin() + 7);
   EXPECT_EQ(start, (std::vector<std::string>{R"(Kernel.AtomFromString("GLT"))", R"(Kernel.AtomFromString("GLT"))",
                                              "TavrelView.DocGetPageView(doc)", "TavrelView.PageViewGetPageNum(view)",
-                                             "told 0 at 0 0", "told 0 at 1 0",
+                                             "notified 0 at 0 0", "notified 0 at 1 0",
                                              "Kernel.PushExceptionFrame(*, RestorePlugInFrame)"}));
 }
 
@@ -238,7 +239,7 @@ TEST(Jump, LooksAtThePageOnScreenOnlyAtAnEndOfTheList) {
   EXPECT_EQ(host.count("PageViewGetPageNum"), 0U);
 }
 
-TEST(Jump, OpensNoFrameOfItsOwn) {
+TEST(Jump, OpensNoFrame) {
   RecordingHost host;
   registerRecords(host, threeTwo, nullptr);
   setPosition(host.doc, {1, 0});
@@ -248,7 +249,7 @@ TEST(Jump, OpensNoFrameOfItsOwn) {
   EXPECT_EQ(positionOf(host.doc), (Position{1, 0}));
 }
 
-TEST(Jump, KeepsItsMoveThoughTheDisplayFails) {
+TEST(Jump, KeepsItsMoveWhenTheDisplayFails) {
   const auto prepare = [](RecordingHost &host) {
     registerRecords(host, threeTwo, nullptr);
     host.reliable = {"AtomFromString"};

@@ -86,7 +86,7 @@ TEST(HighlightList, SamePositionOnAnotherPageIsAnotherHighlight) {
   EXPECT_EQ(HLL_GetWordCount(list), 2U);
 }
 
-TEST(HighlightList, PagesStandInOrderOfAdding) {
+TEST(HighlightList, PagesAreInOrderOfAdding) {
   const ListOwner list({{9, 1, 1}, {2, 1, 1}, {9, 2, 1}, {5, 1, 1}});
   uint32_t index = 99;
   EXPECT_EQ(highlightsOf(list), (Highlights{{9, 1, 1}, {9, 2, 1}, {2, 1, 1}, {5, 1, 1}}));
@@ -96,7 +96,7 @@ TEST(HighlightList, PagesStandInOrderOfAdding) {
   EXPECT_EQ(index, 1U) << "untouched";
 }
 
-TEST(HighlightList, HighlightsOfAPageStandInOrderOfAdding) {
+TEST(HighlightList, HighlightsOfAPageAreInOrderOfAdding) {
   const ListOwner list({{1, 30, 1}, {1, 10, 1}, {1, 20, 1}});
   EXPECT_EQ(highlightsOf(list), (Highlights{{1, 30, 1}, {1, 10, 1}, {1, 20, 1}}));
 }
@@ -134,7 +134,7 @@ TEST(HighlightList, NullHasNoDataAndTakesNone) {
   EXPECT_EQ(HLL_GetData(nullptr), nullptr);
 }
 
-TEST(HighlightList, AddingToNoListSaysYes) { EXPECT_EQ(HLL_AddHL(nullptr, 1, 2, 3), 1); }
+TEST(HighlightList, AddingToNoListReturnsOne) { EXPECT_EQ(HLL_AddHL(nullptr, 1, 2, 3), 1); }
 
 TEST(HighlightList, PageAtAnIndexIsNullBeyondTheEnd) {
   const ListOwner list({{9, 1, 1}});
@@ -223,7 +223,7 @@ TEST(HighlightList, SixteenthHighlightGrowsItsPageFromSixteenToThirtyTwo) {
 
 // The limit of a page
 
-/// A list with one page, number 1, of as many highlights as a page can hold. Added without the search for doubles.
+/// A list with one page, number 1, of as many highlights as a page can hold. Added without the search for duplicates.
 class FullPage : public testing::Test {
 protected:
   FullPage() {
@@ -246,7 +246,7 @@ TEST_F(FullPage, RefusesTheNextWhileTheWordCountRises) {
   EXPECT_EQ(HLL_AddHL(list_, 1, 65519, 1), 1);
   EXPECT_EQ(HLL_GetWordCount(list_), 65520U);
   EXPECT_EQ(page()->count, 65519);
-  EXPECT_EQ(page()->words[65518].pos, 65518) << "what is there stays";
+  EXPECT_EQ(page()->words[65518].pos, 65518) << "the stored highlights stay";
 }
 
 TEST_F(FullPage, RefusesWithoutTouchingItsArray) {
@@ -256,12 +256,12 @@ TEST_F(FullPage, RefusesWithoutTouchingItsArray) {
   EXPECT_EQ(page()->capacity, 65520);
 }
 
-TEST_F(FullPage, LeavesOtherPagesRoom) {
+TEST_F(FullPage, LeavesOtherPagesTheirCapacity) {
   HLL_AddHL(list_, 2, 1, 1);
   EXPECT_EQ(list_.list()->pages[1].count, 1);
 }
 
-TEST_F(FullPage, StillKnowsItsDoubles) {
+TEST_F(FullPage, StillFindsDuplicates) {
   EXPECT_EQ(HLL_AddHL(list_, 1, 65518, 9), 1);
   EXPECT_EQ(HLL_GetWordCount(list_), 65519U);
 }
@@ -304,7 +304,7 @@ TEST(HighlightList, CopyGrowsByTheRulesAndDropsEmptyPages) {
   HLLCheck(list, 100);
   HLL *copy = GLT_CopyHLL(list);
   EXPECT_EQ(copy->pageCapacity, 8U);
-  EXPECT_EQ(HLL_GetPageCount(copy), 1U) << "a page without a highlight gives nothing to add";
+  EXPECT_EQ(HLL_GetPageCount(copy), 1U) << "a page without highlights is not copied";
   GLT_DeleteHLL(copy);
 }
 
@@ -316,7 +316,7 @@ TEST(HighlightList, CopyOfAnEmptyListIsEmpty) {
   GLT_DeleteHLL(copy);
 }
 
-TEST(HighlightList, WithAPageThatHasNoArrayIsDeletedWhole) {
+TEST(HighlightList, WithAPageThatHasNoArrayIsDeletedCompletely) {
   const size_t blocks = liveBlocks(), freedTwice = blocksFreedTwice();
   HLL *list = GLT_NewHLL(nullptr);
   HLL_AddHL(list, 1, 1, 1);
@@ -390,11 +390,11 @@ TEST(HighlightListMemory, PageArrayThatCannotGrowStaysAsItIs) {
 struct PartOfACopy : Row {
   size_t failing; ///< which allocation
   Highlights copied;
-  uint32_t accepted; ///< what the copy counts
+  uint32_t accepted; ///< the copy's word count
 };
 class CopyWithoutMemory : public testing::TestWithParam<PartOfACopy> {};
 
-TEST_P(CopyWithoutMemory, HasWhatCouldBeAdded) {
+TEST_P(CopyWithoutMemory, HasTheHighlightsThatCouldBeAdded) {
   const ListOwner list({{1, 1, 1}, {2, 2, 2}});
   HLL *copy = nullptr;
   {
@@ -415,7 +415,7 @@ INSTANTIATE_TEST_SUITE_P(HighlightListMemory, CopyWithoutMemory,
                          }),
                          rowName<PartOfACopy>);
 
-TEST(HighlightListMemory, CopyLosesOneHighlightWhereThePagesCannotBeHadAtOnce) {
+TEST(HighlightListMemory, CopyLosesOneHighlightWhereThePagesCannotBeAllocated) {
   const ListOwner list({{1, 1, 1}, {1, 2, 2}});
   HLL *copy = nullptr;
   {
@@ -427,8 +427,8 @@ TEST(HighlightListMemory, CopyLosesOneHighlightWhereThePagesCannotBeHadAtOnce) {
   GLT_DeleteHLL(copy);
 }
 
-// The array for 16 is larger than the one that the first of them wants.
-TEST(HighlightListMemory, CopyLosesNoneWhereAnArrayForFewerCanBeHad) {
+// The array for 16 is larger than the one for the first highlight.
+TEST(HighlightListMemory, CopyLosesNoneWhereASmallerArrayCanBeAllocated) {
   for (const uint16_t entries : {15, 16}) {
     const ListOwner list({});
     for (uint16_t pos = 0; pos < entries; ++pos)
@@ -444,8 +444,8 @@ TEST(HighlightListMemory, CopyLosesNoneWhereAnArrayForFewerCanBeHad) {
   }
 }
 
-// A search begins where the last one ended, whosever list that was: what it finds must not depend on that.
-TEST(HighlightList, PagesAreFoundInWhateverOrderTheyAreLookedFor) {
+// A search begins where the last one ended, in any list: its result must not depend on that.
+TEST(HighlightList, PagesAreFoundInAnyOrderOfSearches) {
   const ListOwner many({{9, 1, 1}, {2, 1, 1}, {7, 1, 1}, {5, 1, 1}, {4, 1, 1}}), few({{7, 1, 1}, {9, 1, 1}}), none({});
   for (const HLL *before : {many.list(), few.list(), none.list()})
     for (const int32_t first : {9, 2, 7, 5, 4, 3})
@@ -458,8 +458,8 @@ TEST(HighlightList, PagesAreFoundInWhateverOrderTheyAreLookedFor) {
       }
 }
 
-// Whoever translates a list in place may leave two entries at one place.
-TEST(HighlightList, CopyOfAPageWithAPlaceTwiceKeepsTheFirst) {
+// The translation of a list in place may leave two entries at one position.
+TEST(HighlightList, CopyOfAPageWithAPositionTwiceKeepsTheFirst) {
   const ListOwner list({{1, 1, 1}, {2, 5, 1}, {2, 6, 2}, {2, 7, 3}, {3, 5, 4}});
   list.list()->pages[1].words[2].pos = 5;
   HLL *copy = GLT_CopyHLL(list);
@@ -468,14 +468,14 @@ TEST(HighlightList, CopyOfAPageWithAPlaceTwiceKeepsTheFirst) {
   GLT_DeleteHLL(copy);
 }
 
-/// Entries at places that lie apart by more than fits into a machine word, and meet again after a while.
+/// Entries whose positions differ by more than the bits of a machine word, and repeat after a while.
 void fill(HLL *list, int32_t pages, uint16_t entries) {
   for (int32_t page = 0; page < pages; ++page)
     for (uint16_t i = 0; i < entries; ++i)
       HLL_AddHL(list, page, static_cast<uint16_t>(i * 2731), i);
 }
 
-TEST(HighlightList, CopyOfAPageOfAnyLengthWithAPlaceTwiceKeepsTheFirst) {
+TEST(HighlightList, CopyOfAPageOfAnyLengthWithAPositionTwiceKeepsTheFirst) {
   for (const uint16_t entries : {2, 15, 16, 17, 24})
     for (uint16_t first = 0; first < entries; ++first)
       for (uint16_t second = first + 1; second < entries; ++second) {
@@ -493,7 +493,7 @@ TEST(HighlightList, CopyOfAPageOfAnyLengthWithAPlaceTwiceKeepsTheFirst) {
 
 TEST(HighlightList, NewArraysAreZero) {
   {
-    const ListOwner used({}); // its blocks are likely to be handed out again
+    const ListOwner used({}); // its blocks are likely to be allocated again
     fill(used, 7, 15);
   }
   const ListOwner list({{1, 1, 1}});
@@ -504,7 +504,7 @@ TEST(HighlightList, NewArraysAreZero) {
     EXPECT_TRUE(all.pages[i].page == 0 && all.pages[i].words == nullptr) << i;
 }
 
-TEST(HighlightList, AddingAsksForMemoryOnlyWhenAnArrayIsFull) {
+TEST(HighlightList, AddingAllocatesOnlyWhenAnArrayIsFull) {
   const ListOwner list({});
   const FailingMemory memory(SIZE_MAX);
   fill(list, 1, 15);
@@ -513,14 +513,14 @@ TEST(HighlightList, AddingAsksForMemoryOnlyWhenAnArrayIsFull) {
   EXPECT_EQ(memory.allocations(), 3U);
 }
 
-TEST(HighlightList, CopyAsksForMemoryOnceAPage) {
+TEST(HighlightList, CopyAllocatesOncePerPage) {
   for (const uint16_t entries : {1, 2, 15, 16, 17, 24, 300}) {
     const ListOwner list({});
     fill(list, 5, entries);
-    HLL_AddHL(list, 4, UINT16_MAX, 1); // the last place there is
+    HLL_AddHL(list, 4, UINT16_MAX, 1); // the last position
     const FailingMemory memory(SIZE_MAX);
     HLL *copy = GLT_CopyHLL(list);
-    EXPECT_EQ(memory.allocations(), 2U + 5U) << "the header, the pages and a page each, of " << entries;
+    EXPECT_EQ(memory.allocations(), 2U + 5U) << "the header, the pages and one array per page, of " << entries;
     EXPECT_EQ(highlightsOf(copy), highlightsOf(list));
     GLT_DeleteHLL(copy);
   }
@@ -550,13 +550,13 @@ TEST(HighlightList, CopyLeavesOutPagesWithoutEntries) {
   GLT_DeleteHLL(copy);
 }
 
-TEST(HighlightListMemory, CopyOfAPageThatCannotBeHadAtOnceIsMadeBitByBit) {
+TEST(HighlightListMemory, CopyOfAPageThatCannotBeAllocatedAtOnceAddsOneByOne) {
   const ListOwner list({});
   for (uint16_t pos = 0; pos < 20; ++pos)
     HLL_AddHL(list, 1, pos, 1);
   HLL *copy = nullptr;
   {
-    const FailingMemory memory(2); // behind the header and the pages
+    const FailingMemory memory(2); // after the header and the pages
     copy = GLT_CopyHLL(list);
     EXPECT_TRUE(memory.failed());
   }

@@ -1,4 +1,4 @@
-// Highlight lists for tests: made from triples, taken apart into triples, deleted at the end.
+// Highlight lists for tests: made from triples, converted to triples, deleted by their owner.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// Registered lists and current positions, as tests write them.
+// Registered lists and current positions, for tests.
 #pragma once
 
 #include <cstdint>
@@ -31,13 +31,13 @@ inline GLTRecord *recordOf(tavrel::Doc document) {
   return record;
 }
 
-/// Where the document with a registered list stands.
+/// The current position of a document with a registered list.
 inline Position positionOf(tavrel::Doc document) {
   const GLTRecord *record = recordOf(document);
   return {record->curPage, record->curWord};
 }
 
-/// Puts it there without any check.
+/// Sets the current position without any check.
 inline void setPosition(tavrel::Doc document, Position position) {
   GLTRecord *record = recordOf(document);
   record->curPage = position.page;

@@ -1,6 +1,7 @@
 // Re-entrancy: the registrants' procedures, and host calls that end in another plug-in or in a draw, may register,
 // unregister and jump for the document that is being worked on. Nothing may be freed twice or used after it is freed
-// (which the sanitizers see), no list may be told twice that it goes, and what was done last must hold.
+// (which the sanitizers detect), no registrant may be notified twice that its list is destroyed, and the last action
+// must hold.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -21,32 +22,32 @@ using namespace tavrel;
 
 namespace {
 
-/// What the procedures do, once, and what they were told.
+/// What the procedures do, once, and their notifications.
 std::function<void()> s_inNewProc, s_inJumpProc;
 std::map<const void *, int> s_retired; ///< by user data, which is a registration's identity
-int s_jumpsTold;
+int s_jumpsNotified;
 int s_identities[64];
 size_t s_nextIdentity;
 
 void newProc(Doc document, HLL *list, void *userData) {
   ++s_retired[userData];
   EXPECT_EQ(GLT_GetHLL(document), list) << "it is still the registered one";
-  if (const auto deed = std::exchange(s_inNewProc, nullptr)) deed();
+  if (const auto action = std::exchange(s_inNewProc, nullptr)) action();
 }
 
 void jumpProc(Doc /*document*/, HLL * /*list*/, uint32_t /*code*/, void * /*userData*/) {
-  ++s_jumpsTold;
-  if (const auto deed = std::exchange(s_inJumpProc, nullptr)) deed();
+  ++s_jumpsNotified;
+  if (const auto action = std::exchange(s_inJumpProc, nullptr)) action();
 }
 
 void forget() {
   s_inNewProc = s_inJumpProc = nullptr;
   s_retired.clear();
-  s_jumpsTold = 0;
+  s_jumpsNotified = 0;
   s_nextIdentity = 0;
 }
 
-/// Registers a new list, with an identity of its own.
+/// Registers a new list, with a new identity.
 void registerNew(RecordingHost &host, std::initializer_list<Highlight> highlights, Bool16 scroll) {
   const ListOwner list(highlights, &s_identities[s_nextIdentity++ % std::size(s_identities)]);
   GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, jumpProc, newProc, scroll, nullptr);
@@ -56,18 +57,18 @@ void prepare(RecordingHost &host) {
   forget();
   registerNew(host, {{2, 1, 1}, {5, 1, 1}, {5, 2, 1}, {9, 1, 1}}, 0);
   GLT_SetPos(host.doc, 1, 0, 1);
-  host.reliable = {"AtomFromString"}; // looks a name up, and nothing else
+  host.reliable = {"AtomFromString"}; // only looks a name up
   host.clear();
 }
 
-/// Something done to the document; alone, or in the middle of another.
-struct Deed {
+/// An action on the document; alone, or during another.
+struct Action {
   const char *name;
   void (*run)(RecordingHost &host);
 };
 
 /// These call newProc.
-constexpr Deed retiring[] = {
+constexpr Action retiring[] = {
     {"Register",
      [](RecordingHost &host) {
        registerNew(host, {{7, 1, 1}, {8, 1, 1}}, 1);
@@ -87,7 +88,7 @@ constexpr Deed retiring[] = {
 };
 
 /// These call jumpProc.
-constexpr Deed jumping[] = {
+constexpr Action jumping[] = {
     {"JumpNext", [](RecordingHost &host) { GLT_Jump(host.doc, GLT_JUMP_NEXT); }},
     {"JumpPrev", [](RecordingHost &host) { GLT_Jump(host.doc, GLT_JUMP_PREV); }},
     {"JumpLast", [](RecordingHost &host) { GLT_Jump(host.doc, GLT_JUMP_LAST); }},
@@ -106,7 +107,7 @@ constexpr Deed jumping[] = {
     {"PressNext", [](RecordingHost &) { GLTNextExecProc(nullptr, nullptr); }},
 };
 
-constexpr Deed others[] = {
+constexpr Action others[] = {
     {"MoveAndScroll", [](RecordingHost &host) { GLT_SetPos(host.doc, 2, 0, 1); }},
     {"MoveAndPaint", [](RecordingHost &host) { GLT_SetPos(host.doc, 0, 0, 0); }},
     {"DrawAPage", [](RecordingHost &host) { miPIPageViewDraw(host.view, nullptr); }},
@@ -117,15 +118,15 @@ constexpr Deed others[] = {
      }},
 };
 
-std::vector<Deed> allDeeds() {
-  std::vector<Deed> deeds;
+std::vector<Action> allActions() {
+  std::vector<Action> actions;
   for (const auto group :
-       {std::span<const Deed>(retiring), std::span<const Deed>(jumping), std::span<const Deed>(others)})
-    deeds.insert(deeds.end(), group.begin(), group.end());
-  return deeds;
+       {std::span<const Action>(retiring), std::span<const Action>(jumping), std::span<const Action>(others)})
+    actions.insert(actions.end(), group.begin(), group.end());
+  return actions;
 }
 
-/// At most one record, which can be walked and taken off; each list told at most once that it goes.
+/// At most one record, which can be read and unregistered; at most one notification that each list is destroyed.
 void expectSound(RecordingHost &host, const std::string & /*call*/) {
   EXPECT_TRUE(s_AssocList == nullptr || s_AssocList->next == nullptr) << "two records for one document";
   if (HLL *list = GLT_GetHLL(host.doc)) {
@@ -137,22 +138,22 @@ void expectSound(RecordingHost &host, const std::string & /*call*/) {
     EXPECT_EQ(times, 1) << "list " << static_cast<const int *>(userData) - s_identities;
 }
 
-void PrintTo(const Deed &deed, std::ostream *out) { *out << deed.name; }
+void PrintTo(const Action &action, std::ostream *out) { *out << action.name; }
 
-std::string deedName(const testing::TestParamInfo<Deed> &info) { return info.param.name; }
+std::string actionName(const testing::TestParamInfo<Action> &info) { return info.param.name; }
 
-/// A deed in the middle of which every other is done.
-class During : public testing::TestWithParam<Deed> {};
+/// An action during which every other is done.
+class During : public testing::TestWithParam<Action> {};
 
-TEST_P(During, AnyHostCallAnythingMayBeDone) {
-  for (const Deed &inner : allDeeds()) {
+TEST_P(During, AnyHostCallAnyActionIsSafe) {
+  for (const Action &inner : allActions()) {
     SCOPED_TRACE(inner.name);
     EXPECT_GT(interruptEveryCall({prepare, GetParam().run, expectSound}, inner.run), 0U);
   }
 }
 
-/// Does the outer deed with the inner one in a registrant's procedure.
-void nest(const Deed &outer, const Deed &inner, std::function<void()> &procedure) {
+/// Does the outer action, and the inner one in a registrant's procedure.
+void nest(const Action &outer, const Action &inner, std::function<void()> &procedure) {
   SCOPED_TRACE(inner.name);
   RecordingHost host;
   prepare(host);
@@ -166,22 +167,22 @@ void nest(const Deed &outer, const Deed &inner, std::function<void()> &procedure
   expectSound(host, "");
 }
 
-class DuringNewProc : public testing::TestWithParam<Deed> {};
-class DuringJumpProc : public testing::TestWithParam<Deed> {};
+class DuringNewProc : public testing::TestWithParam<Action> {};
+class DuringJumpProc : public testing::TestWithParam<Action> {};
 
-TEST_P(DuringNewProc, AnythingMayBeDone) {
-  for (const Deed &inner : allDeeds())
+TEST_P(DuringNewProc, AnyActionIsSafe) {
+  for (const Action &inner : allActions())
     nest(GetParam(), inner, s_inNewProc);
 }
 
-TEST_P(DuringJumpProc, AnythingMayBeDone) {
-  for (const Deed &inner : allDeeds())
+TEST_P(DuringJumpProc, AnyActionIsSafe) {
+  for (const Action &inner : allActions())
     nest(GetParam(), inner, s_inJumpProc);
 }
 
-INSTANTIATE_TEST_SUITE_P(Reentrancy, During, testing::ValuesIn(allDeeds()), deedName);
-INSTANTIATE_TEST_SUITE_P(Reentrancy, DuringNewProc, testing::ValuesIn(retiring), deedName);
-INSTANTIATE_TEST_SUITE_P(Reentrancy, DuringJumpProc, testing::ValuesIn(jumping), deedName);
+INSTANTIATE_TEST_SUITE_P(Reentrancy, During, testing::ValuesIn(allActions()), actionName);
+INSTANTIATE_TEST_SUITE_P(Reentrancy, DuringNewProc, testing::ValuesIn(retiring), actionName);
+INSTANTIATE_TEST_SUITE_P(Reentrancy, DuringJumpProc, testing::ValuesIn(jumping), actionName);
 
 // What holds afterwards
 
@@ -213,15 +214,15 @@ TEST_F(Afterwards, JumpWhoseRegistrantRegistersLeavesTheNewPosition) {
   GLT_Jump(host.doc, GLT_JUMP_NEXT);
   EXPECT_EQ(registered(), (Highlights{{7, 1, 1}, {8, 1, 1}}));
   EXPECT_EQ(positionOf(host.doc), (Position{0, 0}));
-  EXPECT_EQ(host.count("PageViewBeginBatch"), 0U) << "nothing is shown for the list that is gone";
+  EXPECT_EQ(host.count("PageViewBeginBatch"), 0U) << "nothing is shown for the destroyed list";
 }
 
-TEST_F(Afterwards, JumpWhoseRegistrantJumpsShowsWhereThatLed) {
+TEST_F(Afterwards, JumpWhoseRegistrantJumpsShowsThatPosition) {
   s_inJumpProc = [this] { GLT_Jump(host.doc, GLT_JUMP_FIRST); };
   GLT_Jump(host.doc, GLT_JUMP_NEXT);
   EXPECT_EQ(positionOf(host.doc), (Position{0, 0}));
   EXPECT_EQ(host.shownPage, 2);
-  EXPECT_EQ(s_jumpsTold, 2);
+  EXPECT_EQ(s_jumpsNotified, 2);
 }
 
 TEST_F(Afterwards, ScanStopsAtTheMatchWhoseRegistrantUnregisters) {
@@ -229,7 +230,7 @@ TEST_F(Afterwards, ScanStopsAtTheMatchWhoseRegistrantUnregisters) {
   host.shownPage = 9;
   s_inJumpProc = [this] { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); };
   GLT_Jump(host.doc, GLT_JUMP_PREV);
-  EXPECT_EQ(s_jumpsTold, 1) << "pages 2 and 5 match";
+  EXPECT_EQ(s_jumpsNotified, 1) << "pages 2 and 5 match";
 }
 
 TEST_F(Afterwards, UnregisteringWhoseRegistrantRegistersLeavesTheNewList) {
@@ -238,14 +239,14 @@ TEST_F(Afterwards, UnregisteringWhoseRegistrantRegistersLeavesTheNewList) {
   EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
 }
 
-// A registration stops when another one is made for its document meanwhile: that one came later. It goes on when the
-// one before it is merely unregistered meanwhile.
+// A registration stops when another one is made for its document meanwhile, which is later. It continues when the one
+// before it is only unregistered meanwhile.
 
 TEST_F(Afterwards, RegistrationWhosePredecessorRegistersLeavesThatList) {
   s_inNewProc = [this] { registerNew(host, {{7, 1, 1}}, 0); };
   registerNew(host, {{3, 1, 1}}, 0);
   EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
-  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "told once";
+  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "notified once";
 }
 
 TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersAndRegistersLeavesThatList) {
@@ -257,7 +258,7 @@ TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersAndRegistersLeavesThat
   EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
 }
 
-TEST_F(Afterwards, RegistrationThatGaveWayToAnotherSaysYesAndCallsTheHostNoMore) {
+TEST_F(Afterwards, RegistrationThatAnotherReplacesReturnsOneAndCallsTheHostNoMore) {
   const ListOwner list({{3, 1, 1}});
   s_inNewProc = [this] {
     registerNew(host, {{7, 1, 1}}, 0);
@@ -267,7 +268,7 @@ TEST_F(Afterwards, RegistrationThatGaveWayToAnotherSaysYesAndCallsTheHostNoMore)
   EXPECT_EQ(host.story(), "\n");
 }
 
-TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersGoesOn) {
+TEST_F(Afterwards, RegistrationWhosePredecessorUnregistersContinues) {
   const ListOwner list({{3, 1, 1}});
   s_inNewProc = [this] {
     GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc));
@@ -299,10 +300,10 @@ Kernel.PopExceptionFrame()
 TavrelView.PageViewEndBatch(view)
 )");
   EXPECT_EQ(registered(), (Highlights{{3, 1, 1}}));
-  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "told once";
+  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "notified once";
 }
 
-TEST_F(Afterwards, RegistrationWhosePredecessorTheHostUnregistersGoesOn) {
+TEST_F(Afterwards, RegistrationWhosePredecessorTheHostUnregistersContinues) {
   // From the look-up of the one before to the key of the new one; without frames, and without the look-up by newProc.
   for (const size_t call : {2, 4, 5, 6, 7, 8, 10, 11, 14, 15, 16, 17}) {
     SCOPED_TRACE(call);
@@ -312,7 +313,7 @@ TEST_F(Afterwards, RegistrationWhosePredecessorTheHostUnregistersGoesOn) {
     host.during(call, [this] { miPIDocDidClose(host.doc, nullptr); });
     registerNew(host, {{3, 1, 1}}, 0);
     EXPECT_EQ(registered(), (Highlights{{3, 1, 1}}));
-    EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "told once";
+    EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "notified once";
   }
 }
 
@@ -323,15 +324,15 @@ TEST_F(Afterwards, RegisteredListThatItsRegistrantUnregistersIsNotRegisteredAgai
   EXPECT_EQ(GLT_GetHLL(host.doc), nullptr) << "it was destroyed before it could be copied";
 }
 
-/// The host calls of a registration in which the keys are made: over no other registration that of the filing, over one
-/// that of the removal, too.
+/// The host calls of a registration that make the keys: that of the filing, and over another registration that of the
+/// removal, too.
 struct Filing {
   bool overAnother;
   size_t call;
 };
 constexpr Filing filings[] = {{false, 3}, {false, 4}, {true, 14}, {true, 15}, {true, 16}, {true, 17}};
 
-TEST_F(Afterwards, RegistrationMadeWhileAnotherIsFiledStands) {
+TEST_F(Afterwards, RegistrationMadeWhileAnotherIsFiledIsKept) {
   miPIDocDidClose(host.doc, nullptr);
   for (const auto &[overAnother, call] : filings) {
     SCOPED_TRACE(call);
@@ -346,12 +347,12 @@ TEST_F(Afterwards, RegistrationMadeWhileAnotherIsFiledStands) {
     EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
     EXPECT_EQ(s_retired.size(), overAnother ? 1U : 0U) << "neither of the two";
     GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc));
-    EXPECT_EQ(s_retired.size(), overAnother ? 2U : 1U) << "the one that stood";
-    EXPECT_EQ(liveBlocks(), blocks + 3) << "this test's own list alone";
+    EXPECT_EQ(s_retired.size(), overAnother ? 2U : 1U) << "the one that was kept";
+    EXPECT_EQ(liveBlocks(), blocks + 3) << "only this test's list";
   }
 }
 
-TEST_F(Afterwards, RegistrationGoesOnWhereTheOneMadeWhileItIsFiledIsUnregistered) {
+TEST_F(Afterwards, RegistrationContinuesWhereTheOneMadeWhileItIsFiledIsUnregistered) {
   miPIDocDidClose(host.doc, nullptr);
   for (const auto &[overAnother, call] : filings) {
     SCOPED_TRACE(call);
@@ -369,7 +370,7 @@ TEST_F(Afterwards, RegistrationGoesOnWhereTheOneMadeWhileItIsFiledIsUnregistered
   }
 }
 
-TEST_F(Afterwards, GivenListIsStillTheCallersWhereAnotherRegistrationStands) {
+TEST_F(Afterwards, GivenListIsStillTheCallersWhereAnotherRegistrationIsKept) {
   HLL *const list = GLT_NewHLL(nullptr);
   HLL_AddHL(list, 3, 1, 1);
   HLL *given = list;
@@ -380,7 +381,7 @@ TEST_F(Afterwards, GivenListIsStillTheCallersWhereAnotherRegistrationStands) {
   EXPECT_EQ(registered(), (Highlights{{7, 1, 1}}));
 }
 
-TEST_F(Afterwards, RegistrationNestedInThatOfAGivenListCopiesItsOwn) {
+TEST_F(Afterwards, RegistrationNestedInThatOfAGivenListCopiesItsList) {
   HLL *given = GLT_NewHLL(nullptr);
   HLL_AddHL(given, 3, 1, 1);
   const ListOwner list({{7, 1, 1}});
@@ -401,7 +402,7 @@ void raisingNewProc(Doc /*document*/, HLL * /*list*/, void *userData) {
   Kernel::RaiseError(errGeneric);
 }
 
-TEST_F(Afterwards, RegistrantThatRaisesIsToldOnce) {
+TEST_F(Afterwards, RegistrantThatRaisesIsNotifiedOnce) {
   const ListOwner list({{3, 1, 1}}, &s_identities[1]);
   GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, raisingNewProc, 0, nullptr);
   EXPECT_FALSE(host.run([this] { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); }));
@@ -411,14 +412,14 @@ TEST_F(Afterwards, RegistrantThatRaisesIsToldOnce) {
   EXPECT_EQ(s_retired.at(&s_identities[1]), 1);
 }
 
-TEST_F(Afterwards, RegistrationWhosePredecessorJumpsGoesOn) {
+TEST_F(Afterwards, RegistrationWhosePredecessorJumpsContinues) {
   s_inNewProc = [this] { GLT_Jump(host.doc, GLT_JUMP_LAST); };
   registerNew(host, {{3, 1, 1}}, 0);
   EXPECT_EQ(registered(), (Highlights{{3, 1, 1}}));
   EXPECT_EQ(positionOf(host.doc), (Position{0, 0}));
 }
 
-TEST_F(Afterwards, ListThatGoesWhileItsRemovalAsksForTheKeyGoesOnce) {
+TEST_F(Afterwards, ListDestroyedWhileItsRemovalAsksForTheKeyIsDestroyedOnce) {
   HLL *list = GLT_GetHLL(host.doc);
   host.clear();
   host.reliable.clear();
@@ -428,7 +429,7 @@ TEST_F(Afterwards, ListThatGoesWhileItsRemovalAsksForTheKeyGoesOnce) {
   EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
 }
 
-TEST_F(Afterwards, RegistrationHoldsItsOwnListThoughAnotherFailedOnItsWay) {
+TEST_F(Afterwards, RegistrationHoldsItsListThoughAnotherFailedMeanwhile) {
   s_inNewProc = [this, list = GLT_GetHLL(host.doc)] {
     host.reliable.clear();
     host.clear();
@@ -441,18 +442,18 @@ TEST_F(Afterwards, RegistrationHoldsItsOwnListThoughAnotherFailedOnItsWay) {
   EXPECT_EQ(highlightsOf(GLT_GetHLL(host.doc)), (Highlights{{3, 1, 1}}));
 }
 
-// A registered list that is registered for another document, too, and whose own registration goes meanwhile.
+// A registered list that is registered for another document, too, and whose first registration is removed meanwhile.
 
-TEST_F(Afterwards, ListThatTheHostTakesAwayIsNotRegisteredElsewhere) {
+TEST_F(Afterwards, ListThatTheHostUnregistersIsNotRegisteredElsewhere) {
   const HLL *list = GLT_GetHLL(host.doc);
   host.clear();
   host.during(0, [this] { miPIDocDidClose(host.doc, nullptr); });
   EXPECT_EQ(GLT_RegisterHLL(host.otherDoc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr), 1);
-  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "it went";
+  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "it is destroyed";
   EXPECT_EQ(GLT_GetHLL(host.otherDoc), nullptr);
 }
 
-TEST_F(Afterwards, ListThatTheHostTakesAwayReplacesNoOther) {
+TEST_F(Afterwards, ListThatTheHostUnregistersReplacesNoOther) {
   const HLL *list = GLT_GetHLL(host.doc);
   const ListOwner other({{3, 1, 1}});
   GLT_RegisterHLL(host.otherDoc, other, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
@@ -462,13 +463,13 @@ TEST_F(Afterwards, ListThatTheHostTakesAwayReplacesNoOther) {
   EXPECT_EQ(highlightsOf(GLT_GetHLL(host.otherDoc)), (Highlights{{3, 1, 1}}));
 }
 
-TEST_F(Afterwards, ListThatTheOtherRegistrantTakesAwayIsNotRegisteredThere) {
+TEST_F(Afterwards, ListThatTheOtherRegistrantUnregistersIsNotRegisteredThere) {
   const ListOwner other({{3, 1, 1}}, &s_identities[1]);
   GLT_RegisterHLL(host.otherDoc, other, GLT_CHARACTER_OFFSETS, nullptr, newProc, 0, nullptr);
   s_inNewProc = [this] { miPIDocDidClose(host.doc, nullptr); };
   EXPECT_EQ(GLT_RegisterHLL(host.otherDoc, GLT_GetHLL(host.doc), GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr),
             1);
-  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "it went";
+  EXPECT_EQ(s_retired.at(&s_identities[0]), 1) << "it is destroyed";
   EXPECT_EQ(GLT_GetHLL(host.otherDoc), nullptr);
 }
 
@@ -500,7 +501,7 @@ TEST_F(Afterwards, MoveThatTheHostUnregistersWhileItIsMappedShowsNothing) {
   EXPECT_EQ(host.count("PageViewScrollToPoint"), 0U);
 }
 
-/// A host that draws at once what it is asked to show.
+/// A host that draws immediately what it is asked to show.
 void drawAtOnce(RecordingHost &host) {
   host.answer(TavrelView::PageViewShowPage, std::function([&host](PageView view, int32_t page) {
                 if (std::exchange(host.shownPage, page) != page) miPIPageViewDraw(view, nullptr);

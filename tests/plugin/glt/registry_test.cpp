@@ -16,20 +16,20 @@ using namespace tavrel;
 
 namespace {
 
-constexpr ColorValue red = {1, {fixedOne, 0, 0, 0}}, blue = {1, {0, 0, fixedOne, 0x1234}}, odd = {9, {1, 2, 3, 4}};
+constexpr ColorValue red = {1, {fixedOne, 0, 0, 0}}, blue = {1, {0, 0, fixedOne, 0x1234}}, unset = {9, {1, 2, 3, 4}};
 
 std::vector<int32_t> parts(const ColorValue &c) {
   return {c.space, c.component[0], c.component[1], c.component[2], c.component[3]};
 }
 
-/// The document's colour; `odd` where it has none.
+/// The document's colour; `unset` if it has none.
 std::vector<int32_t> colorOf(Doc document) {
-  ColorValue color = odd;
+  ColorValue color = unset;
   GLT_GetColor(document, &color);
   return parts(color);
 }
 
-/// What the procedures of a registrant were told, in the trace.
+/// Records the notifications of a registrant in the trace.
 void noteNew(Doc document, HLL *list, void *userData) {
   RecordingHost::current().trace.push_back("newProc(" + describe(document) + ", " + describe(list) + ", " +
                                            describe(userData) + ")");
@@ -92,7 +92,7 @@ TEST_F(Registry, OutlivesTheCallersList) {
   EXPECT_EQ(highlightsOf(GLT_GetHLL(host.doc)), (Highlights{{4, 1, 1}}));
 }
 
-TEST_F(Registry, MarksInRedUnlessTold) {
+TEST_F(Registry, MarksInRedByDefault) {
   add(ListOwner({{4, 1, 1}}));
   EXPECT_EQ(colorOf(host.doc), parts(red));
   add(ListOwner({{4, 1, 1}}), 0, nullptr, &blue);
@@ -138,9 +138,9 @@ TEST_F(Registry, FilesItsRecordUnderTheAtomForBothKeys) {
   EXPECT_EQ(s_AssocList->key2, host.atom("GLT"));
 }
 
-// Whole sequences
+// Complete sequences
 
-TEST_F(Registry, FirstRegistrationShowsThePageAndTellsTheView) {
+TEST_F(Registry, FirstRegistrationShowsThePageAndHighlightsTheText) {
   add(ListOwner({{4, 1, 1}, {4, 9, 2}}));
   EXPECT_EQ(host.story(), R"(
 TavrelView.DocGetPageView(doc)
@@ -232,7 +232,7 @@ TEST_F(Registry, SecondRegistrationStartsAfresh) {
   EXPECT_EQ(colorOf(host.doc), parts(red));
 }
 
-TEST_F(Registry, OldListWithoutASelectionIsRetiredWithoutTellingTheView) {
+TEST_F(Registry, OldListWithoutASelectionIsRetiredWithoutAHighlight) {
   add(ListOwner({{4, 1, 1}}), 0, noteNew);
   GLT_SetViewMode(host.doc, GLT_VIEW_NONE);
   host.clear();
@@ -247,13 +247,13 @@ TEST_F(Registry, EmptyListIsRegisteredAndMapsNothing) {
   EXPECT_EQ(host.count("PageViewHighlightText") + host.count("PageViewBeginBatch") + host.count("DocOpenPage"), 0U);
 }
 
-TEST_F(Registry, WithoutAPageViewTellsNullThatThereAreMarks) {
+TEST_F(Registry, WithoutAPageViewHighlightsTheTextOfNull) {
   host.view = nullptr;
   add(ListOwner({{4, 1, 1}}));
   EXPECT_EQ(host.trace.back(), "TavrelView.PageViewHighlightText(null, selection)");
 }
 
-TEST_F(Registry, UnregisteringTellsTheRegistrantThenRedraws) {
+TEST_F(Registry, UnregisteringNotifiesTheRegistrantThenRedraws) {
   int data = 0;
   host.named(&data, "userData");
   add(ListOwner({{4, 1, 1}}, &data), 0, noteNew);
@@ -308,7 +308,7 @@ TEST_F(Registry, WithoutARecordReportsNothing) {
   EXPECT_EQ(GLT_GetPos(host.doc, &page, &word), 0);
   EXPECT_EQ((Position{page, word}), (Position{7, 8})) << "untouched";
   EXPECT_EQ(GLT_SetPos(host.doc, 0, 0, 1), 0);
-  EXPECT_EQ(colorOf(host.doc), parts(odd)) << "untouched";
+  EXPECT_EQ(colorOf(host.doc), parts(unset)) << "untouched";
 }
 
 TEST_F(Registry, WithoutARecordSetsNothing) {
@@ -394,7 +394,7 @@ TEST_F(Registry, MoveWithRedrawScrollsAndWithoutPaints) {
 
 // Failures
 
-TEST_F(Registry, FailureWhileMappingOnlyMeansThatNothingIsShown) {
+TEST_F(Registry, FailureWhileMappingShowsNothing) {
   host.raiseIn("DocOpenPage", errBadPage);
   const ListOwner list({{4, 1, 1}});
   EXPECT_EQ(GLT_RegisterHLL(host.doc, list, 1, nullptr, nullptr, 1, nullptr), 1);
@@ -403,17 +403,17 @@ TEST_F(Registry, FailureWhileMappingOnlyMeansThatNothingIsShown) {
   EXPECT_EQ(host.frames(), 0U);
 }
 
-/// What is registered can be taken off, whatever happened before.
+/// A registered list can be unregistered after any failure.
 void expectUsable(RecordingHost &host, const std::string & /*call*/) {
   if (HLL *list = GLT_GetHLL(host.doc)) GLT_UnregisterHLL(host.doc, list);
   EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
 }
 
-TEST(RegistryFailures, RegistrationLeavesNothingBrokenWhateverCallRaises) {
+TEST(RegistryFailures, RegistrationLeavesAValidStateOnARaiseOfAnyCall) {
   const ListOwner list({{7, 1, 1}});
   const auto prepare = [](RecordingHost &host) {
     registerPages(host, {{4, 1, 1}});
-    host.reliable = {"AtomFromString"}; // a name that is known has its atom
+    host.reliable = {"AtomFromString"}; // a known name always has its atom
   };
   const auto act = [&list](RecordingHost &host) {
     EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, noteNew, 1, nullptr), 1);
@@ -421,7 +421,7 @@ TEST(RegistryFailures, RegistrationLeavesNothingBrokenWhateverCallRaises) {
   EXPECT_EQ(raiseAtEveryCall({prepare, act, expectUsable, true, false, true}), 24U);
 }
 
-TEST(RegistryFailures, UnregisteringLeavesNothingBrokenWhateverCallRaises) {
+TEST(RegistryFailures, UnregisteringLeavesAValidStateOnARaiseOfAnyCall) {
   const auto prepare = [](RecordingHost &host) { registerPages(host, {{4, 1, 1}}); };
   const auto act = [](RecordingHost &host) { GLT_UnregisterHLL(host.doc, GLT_GetHLL(host.doc)); };
   EXPECT_EQ(raiseAtEveryCall({prepare, act, expectUsable, false, false, true}), 10U);
@@ -465,7 +465,7 @@ TEST(RegistryTable, NullOverNullIsNone) {
   EXPECT_EQ(GLT_GetHLL(host.doc), nullptr);
 }
 
-TEST(RegistryTable, ThingsOfOthersInTheTableAreNoRegistrations) {
+TEST(RegistryTable, OtherEntriesOfTheTableAreNoRegistrations) {
   RecordingHost host;
   const ListOwner list({{4, 1, 1}});
   GLTRecord likeOne = {};
@@ -482,7 +482,7 @@ TEST(RegistryTable, ThingsOfOthersInTheTableAreNoRegistrations) {
   AssociateDelete(&host, other, glt);
 }
 
-/// A list registered afresh holds what it was given, and nothing of one that was on its way before.
+/// A newly registered list holds its own highlights, and none of an interrupted registration.
 void expectRegistersAfresh(RecordingHost &host, const std::string &call) {
   const ListOwner list({{7, 1, 1}});
   GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
@@ -490,7 +490,7 @@ void expectRegistersAfresh(RecordingHost &host, const std::string &call) {
   expectUsable(host, call);
 }
 
-TEST(RegistryFailures, RegisteringTheRegisteredListLeavesNothingForTheNextOneWhateverCallRaises) {
+TEST(RegistryFailures, RegisteringTheRegisteredListLeavesNothingForTheNextOneOnARaiseOfAnyCall) {
   const auto prepare = [](RecordingHost &host) { registerPages(host, {{4, 1, 1}, {5, 1, 1}}); };
   const auto act = [](RecordingHost &host) {
     GLT_RegisterHLL(host.doc, GLT_GetHLL(host.doc), GLT_CHARACTER_OFFSETS, nullptr, nullptr, 0, nullptr);
@@ -498,16 +498,16 @@ TEST(RegistryFailures, RegisteringTheRegisteredListLeavesNothingForTheNextOneWha
   EXPECT_GT(raiseAtEveryCall({prepare, act, expectRegistersAfresh, true, false, true}), 0U);
 }
 
-TEST(RegistryFailures, RegistrationSaysYesWithoutMemory) {
+TEST(RegistryFailures, RegistrationReturnsOneWithoutMemory) {
   const auto prepare = [](RecordingHost &) {};
   const auto act = [](RecordingHost &host) {
-    const ListOwner list({{4, 1, 1}}); // three allocations of the test's own
+    const ListOwner list({{4, 1, 1}}); // three allocations of the test
     EXPECT_EQ(GLT_RegisterHLL(host.doc, list, GLT_CHARACTER_OFFSETS, nullptr, noteNew, 1, nullptr), 1);
   };
   EXPECT_EQ(failAtEveryAllocation({prepare, act, expectUsable}), 8U);
 }
 
-/// Registers (4, 1, 1) with the n-th of the registration's own allocations failing.
+/// Registers (4, 1, 1); the n-th allocation of the registration fails.
 void registerWithoutMemory(RecordingHost &host, size_t n) {
   const ListOwner list({{4, 1, 1}});
   const FailingMemory memory(n);

@@ -1,4 +1,4 @@
-// Scrolling to a selection: the arithmetic by itself, and the sequence of host calls around it.
+// Scrolling to a selection: the arithmetic, and the sequence of host calls around it.
 #include <gtest/gtest.h>
 
 #include <iterator>
@@ -13,7 +13,7 @@ using namespace tavrel;
 
 namespace {
 
-/// Bounds of whole device units, as the host gives them: the larger device y in `top`.
+/// Bounds in integral device units, as the host returns them: the larger device y in `top`.
 constexpr FixedRect device(int32_t left, int32_t top, int32_t right, int32_t bottom) {
   return {left * fixedOne, bottom * fixedOne, right * fixedOne, top * fixedOne};
 }
@@ -46,7 +46,7 @@ INSTANTIATE_TEST_SUITE_P(Visibility, ScrollTarget,
                              {{"Below"}, V, device(100, 500, 200, 520), true, -150, 310},
                              {{"Above"}, {0, 1000, 600, 1400}, device(100, 500, 200, 520), true, -150, 310},
                              {{"ToTheRight"}, V, device(700, 100, 800, 120), true, 450, -90},
-                             {{"CutAtTheBottom"}, V, device(100, 390, 200, 410), true, -150, 200},
+                             {{"ClippedAtTheBottom"}, V, device(100, 390, 200, 410), true, -150, 200},
                              {{"TouchesLeft"}, V, device(0, 100, 100, 120), true, -250, -90},
                              {{"JustInsideLeft"}, V, device(1, 100, 101, 120), false, 0, 0},
                              {{"TouchesTop"}, V, device(100, 0, 200, 20), true, -150, -190},
@@ -60,7 +60,7 @@ INSTANTIATE_TEST_SUITE_P(Visibility, ScrollTarget,
                          }),
                          rowName<Target>);
 
-// Hosts' bounds may be turned round, too. The edge that then lies on the far side may touch the visible area's.
+// Hosts' bounds may be reversed. The edge that is then on the far side may touch that of the visible area.
 INSTANTIATE_TEST_SUITE_P(TurnedRound, ScrollTarget,
                          testing::ValuesIn<Target>({
                              {{"LeftTouchesRight"}, V, device(600, 100, 500, 120), false, 0, 0},
@@ -101,7 +101,7 @@ INSTANTIATE_TEST_SUITE_P(
     }),
     rowName<Target>);
 
-// 16-bit arithmetic: what does not fit wraps.
+// 16-bit arithmetic wraps around.
 INSTANTIATE_TEST_SUITE_P(
     Wrapping, ScrollTarget,
     testing::ValuesIn<Target>({
@@ -167,14 +167,14 @@ TEST_F(Scrolling, TransformsTheBoundsInPlaceByThePagesMatrix) {
   EXPECT_NE(host.story().find("PageViewScrollToPoint(view, 450, 710)"), std::string::npos);
 }
 
-/// No two numbers of 16 bits alike, so that no difference of two is 0.
+/// No two equal 16-bit numbers, so that no difference of two is 0.
 void fillWithOtherThanZero(volatile unsigned char *bytes, size_t count) {
   for (size_t i = 0; i < count; ++i)
     bytes[i] = static_cast<unsigned char>(i + 1);
 }
 
-/// A host that leaves something where the variables of the frame's body will be: its call has the body's place on the
-/// stack, just before the body has it. Its only variable reaches as far up as those do.
+/// A host that leaves values where the variables of the frame's body will be: its call uses the body's part of the
+/// stack, just before the body does. Its only variable covers theirs.
 void soilingPush(ExceptionFrame * /*frame*/, RestoreProc /*restore*/) {
   volatile unsigned char bytes[1024];
   fillWithOtherThanZero(bytes, sizeof bytes);
@@ -182,7 +182,7 @@ void soilingPush(ExceptionFrame * /*frame*/, RestoreProc /*restore*/) {
 void emptyPop() {}
 
 TEST_F(Scrolling, WithoutAPageViewHandsOnAnEmptyViewAndMatrix) {
-  scroll(); // once before: the linker looks functions up at their first call, and uses the stack
+  scroll(); // called once before: the linker looks functions up at their first call, and uses the stack
   std::vector<Entry> kernel(gKernelHFT, gKernelHFT + std::size(Kernel::operations));
   kernel[Kernel::PushExceptionFrame.index] = entryOf(soilingPush);
   kernel[Kernel::PopExceptionFrame.index] = entryOf(emptyPop);
@@ -224,13 +224,13 @@ TEST_F(Scrolling, OpensTheBracketBeforeTheFrame) {
   EXPECT_EQ(host.count("PushExceptionFrame"), 0U);
 }
 
-TEST_F(Scrolling, ClosesTheBracketBehindTheFrame) {
+TEST_F(Scrolling, ClosesTheBracketAfterTheFrame) {
   host.raiseIn("PageViewEndBatch");
   EXPECT_FALSE(host.run([this] { scroll(); }));
   EXPECT_EQ(host.count("PopExceptionFrame"), 1U);
 }
 
-TEST(ScrollingFailures, BracketIsClosedWhicheverCallRaises) {
+TEST(ScrollingFailures, BracketIsClosedOnARaiseOfAnyCall) {
   const auto prepare = [](RecordingHost &host) { host.reliable = {"PageViewBeginBatch", "PageViewEndBatch"}; };
   const auto act = [](RecordingHost &host) { GLTScrollTo(host.view, host.selection); };
   const auto check = [](RecordingHost &host, const std::string &call) {

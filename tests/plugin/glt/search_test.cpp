@@ -1,4 +1,4 @@
-// The search of a page's entries, in every form that this machine has.
+// The search of a page's entries, in every implementation that this machine supports.
 #include "plugin/glt/gltSearch.h"
 
 #include <gtest/gtest.h>
@@ -17,7 +17,7 @@ protected:
   }
 };
 
-/// Entries at 0, 3, 6 ... whose lengths are places where nothing is, and the two bytes of a place exchanged.
+/// Entries at 0, 3, 6 ... whose lengths are positions without an entry, and positions with their two bytes exchanged.
 std::vector<HL> entries(uint32_t count) {
   std::vector<HL> all;
   for (uint32_t i = 0; i < count; ++i)
@@ -49,7 +49,7 @@ TEST_P(Search, SkipsAllButLessThanABlockWhereThereIsNoSuchEntry) {
   }
 }
 
-TEST_P(Search, TellsApartPlacesOfTheWholeRange) {
+TEST_P(Search, DistinguishesPositionsOfTheCompleteRange) {
   std::vector<HL> all(block, HL{0x8000, 0x7FFF});
   for (const uint16_t pos : {0, 1, 0x7FFF, 0x8001, 0xFFFF}) {
     EXPECT_EQ(GetParam().skip(all.data(), block, pos), block) << pos;
@@ -63,7 +63,7 @@ TEST_P(Search, TellsApartPlacesOfTheWholeRange) {
 INSTANTIATE_TEST_SUITE_P(HighlightList, Search, testing::ValuesIn(searches, searches + searchCount),
                          [](const auto &form) { return std::string(form.param.name); });
 
-TEST(HighlightSearch, TheFirstFormThatTheMachineHasIsUsed) {
+TEST(HighlightSearch, TheFirstImplementationThatTheMachineSupportsIsUsed) {
   EXPECT_EQ(HLPSkip, firstSupported(searches)->skip);
   bool (*const no)() = [] { return false; };
   bool (*const yes)() = [] { return true; };
@@ -71,8 +71,8 @@ TEST(HighlightSearch, TheFirstFormThatTheMachineHasIsUsed) {
   EXPECT_EQ(firstSupported(some), &some[2]);
 }
 
-// A long page, filled in an order that is neither up nor down: what is kept is kept once.
-TEST(HighlightList, ALongPageKeepsTheFirstOfEveryPlaceInOrderOfAdding) {
+// A long page, filled in an order that is neither ascending nor descending: every position is stored once.
+TEST(HighlightList, ALongPageKeepsTheFirstOfEveryPositionInOrderOfAdding) {
   const ListOwner list({});
   constexpr uint32_t most = 3000, step = 40503; // no common factor with 65,536
   for (uint32_t i = 0; i < most; ++i)

@@ -181,7 +181,7 @@ TavrelSupport.DestroyHFT(null)
 )");
 }
 
-TEST_F(OfferedTable, IsReleasedWhenTheServerGoes) {
+TEST_F(OfferedTable, IsReleasedWhenTheServerIsDestroyed) {
   request(0x00050000);
   host.clear();
   host.destroy(gGLTHFTServer);
@@ -191,7 +191,7 @@ TavrelSupport.DestroyHFT(exportedTable)
 )");
 }
 
-TEST_F(OfferedTable, IsNotBuiltAgainAfterTheServerWent) {
+TEST_F(OfferedTable, IsNotBuiltAgainAfterTheServerIsDestroyed) {
   request(0x00050000);
   host.destroy(gGLTHFTServer);
   EXPECT_EQ(request(0x00050000), nullptr);

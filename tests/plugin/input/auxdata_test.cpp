@@ -82,7 +82,7 @@ struct UnregisterRow : Row {
 
 class AuxDataUnregister : public testing::TestWithParam<UnregisterRow> {};
 
-TEST_P(AuxDataUnregister, ResultIsThatOfTheLastOneTakenBack) {
+TEST_P(AuxDataUnregister, ResultIsThatOfTheLastOneUnregistered) {
   RecordingHost host;
   host.auxTypes = GetParam().known;
   std::vector<std::string> unregistered;
@@ -128,7 +128,7 @@ struct DeliveryRow : Row {
 
 class AuxDataDelivery : public testing::TestWithParam<DeliveryRow> {};
 
-TEST_P(AuxDataDelivery, Takes) {
+TEST_P(AuxDataDelivery, Handles) {
   RecordingHost host;
   EXPECT_EQ(deliver(host, GetParam().type, GetParam().file), GetParam().result);
   EXPECT_EQ(host.count("Malloc"), GetParam().result != 0 && !GetParam().file.empty() ? 1U : 0U);
@@ -148,7 +148,7 @@ const DeliveryRow deliveries[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Rows, AuxDataDelivery, testing::ValuesIn(deliveries), rowName<DeliveryRow>);
 
-TEST(AuxData, WithoutDocumentIsNotItsBusiness) {
+TEST(AuxData, WithoutDocumentIsNotHandled) {
   RecordingHost host;
   for (const char *type : {"tavrelglt", "xml", "html"})
     EXPECT_EQ(gltAuxdataPerformProc(host.atom(type), goodFile.data(), 10, nullptr), 0) << type;
@@ -156,7 +156,7 @@ TEST(AuxData, WithoutDocumentIsNotItsBusiness) {
   EXPECT_EQ(host.count("Malloc"), 0U);
 }
 
-TEST(AuxData, WithoutDataIsTakenAndDoesNothing) {
+TEST(AuxData, WithoutDataIsHandledAndDoesNothing) {
   RecordingHost host;
   EXPECT_EQ(gltAuxdataPerformProc(host.atom("xml"), nullptr, 10, host.doc), 1);
   EXPECT_EQ(gltAuxdataPerformProc(host.atom("xml"), "<XML>", 0, host.doc), 1);

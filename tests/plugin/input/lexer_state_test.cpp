@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The bytes that words are made of, odd members included: files written for this reader depend on each.
+/// The bytes that words are made of.
 std::set<int> wordBytes() {
   std::set<int> bytes = {0x14, 0x15, 0xBD, 0xBE, 0xC6, 0xC7};
   for (const char c : std::string("`'?-*{}<>._#&()/0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz"))
@@ -64,9 +64,9 @@ TEST(LexerBytes, OnlyApostropheAndParenthesisOpenAQuotedWord) {
   for (const int byte : wordBytes()) {
     const std::string first(1, static_cast<char>(byte)), text = first + "a b";
     const bool quotes = byte == '\'' || byte == '(';
-    const Tokens whole = {{HWLEX_WORD, text}},
+    const Tokens quoted = {{HWLEX_WORD, text}},
                  apart = {{HWLEX_WORD, first + "a"}, {HWLEX_SPACE, " "}, {HWLEX_WORD, "b"}};
-    EXPECT_EQ(tokensOf(text), quotes ? whole : apart) << "byte " << byte;
+    EXPECT_EQ(tokensOf(text), quotes ? quoted : apart) << "byte " << byte;
   }
 }
 
@@ -107,7 +107,7 @@ TEST(LexerState, ResetClearsTheLookAheadAndLeavesTheTexts) {
   EXPECT_EQ(std::string(state.pendingText, 3), "xxx");
 }
 
-TEST(LexerState, CharacterBehindATokenWaitsInTheLookAhead) {
+TEST(LexerState, CharacterAfterATokenIsInTheLookAhead) {
   Lexer lexer("ab=c");
   EXPECT_EQ(lexer.next(), (Token{HWLEX_WORD, "ab"}));
   EXPECT_EQ(lexer.state.pending1, '=');
@@ -115,14 +115,14 @@ TEST(LexerState, CharacterBehindATokenWaitsInTheLookAhead) {
   EXPECT_EQ(std::string(lexer.cursor), "c");
 }
 
-TEST(LexerState, NothingWaitsWhenALineBreakEndsTheRun) {
+TEST(LexerState, LookAheadIsEmptyWhenALineBreakEndsTheRun) {
   Lexer lexer(" \nb");
   EXPECT_EQ(lexer.next(), (Token{HWLEX_NEWLINE, " \n"}));
   EXPECT_EQ(lexer.state.pending1, 'b');
   EXPECT_EQ(lexer.state.pending2, 0);
 }
 
-TEST(LexerState, BlanksBehindALineBreakWaitAsATokenOfTheirOwn) {
+TEST(LexerState, SpacesAfterALineBreakArePendingAsASeparateToken) {
   Lexer lexer("\n \tb");
   EXPECT_EQ(lexer.next(), (Token{HWLEX_NEWLINE, "\n"}));
   EXPECT_EQ(lexer.state.pending1, HWLEX_SPACE);
@@ -133,7 +133,7 @@ TEST(LexerState, BlanksBehindALineBreakWaitAsATokenOfTheirOwn) {
   EXPECT_EQ(lexer.state.pending2, 0);
 }
 
-TEST(LexerState, BlanksThatWaitAreOfTheirOwnLineBreakAlone) {
+TEST(LexerState, PendingSpacesAreOfTheirLineBreakAlone) {
   EXPECT_EQ(tokensOf("abcdefghij\n   x\n y"), (Tokens{{HWLEX_WORD, "abcdefghij"},
                                                       {HWLEX_NEWLINE, "\n"},
                                                       {HWLEX_SPACE, "   "},
@@ -143,7 +143,7 @@ TEST(LexerState, BlanksThatWaitAreOfTheirOwnLineBreakAlone) {
                                                       {HWLEX_WORD, "y"}}));
 }
 
-TEST(LexerState, HighByteWaitsUnsigned) {
+TEST(LexerState, HighByteIsPendingUnsigned) {
   Lexer lexer("a\xFFz");
   lexer.next();
   EXPECT_EQ(lexer.state.pending1, 0xFF);
@@ -157,7 +157,7 @@ TEST(LexerState, UnknownPendingCodeComesBackWithEmptyText) {
   EXPECT_EQ(lexer.next(), (Token{HWLEX_WORD, "a"}));
 }
 
-TEST(LexerState, SentenceEndGoesOnWithWhatIsPending) {
+TEST(LexerState, SentenceEndContinuesWithWhatIsPending) {
   Lexer lexer("a");
   lexer.state.pending1 = '!';
   lexer.state.pending2 = '!';
@@ -181,14 +181,14 @@ TEST(LexerState, EndOfTheTextReadsAsAnEmptySentenceEnd) {
   EXPECT_EQ(lexer.next(), (Token{HWLEX_PUNCT, ""}));
 }
 
-TEST(LexerState, TextLiesInTheStateUntilTheNextCall) {
+TEST(LexerState, TextIsInTheStateUntilTheNextCall) {
   Lexer lexer("ab cd");
   char *text = nullptr;
   HWLEX_match(&lexer.state, &text, &lexer.cursor);
   EXPECT_EQ(text, lexer.state.text);
 }
 
-TEST(LexerState, NothingBehindANulIsRead) { EXPECT_EQ(tokensOf(std::string("a\0b", 3)), (Tokens{{HWLEX_WORD, "a"}})); }
+TEST(LexerState, NothingAfterANulIsRead) { EXPECT_EQ(tokensOf(std::string("a\0b", 3)), (Tokens{{HWLEX_WORD, "a"}})); }
 
 TEST(LexerState, NulEndsEveryKindOfRun) {
   for (const char *run : {"a", "'a", "=", " ", "\n", "\n ", "!"}) {

@@ -1,4 +1,4 @@
-// Attributes of a highlight file's body tag beside what is registered with them.
+// Attributes of a highlight file's body tag, and what is registered with them.
 #include <gtest/gtest.h>
 
 #include "tests/plugin/input/reading.h"
@@ -85,14 +85,14 @@ const BodyRow versions[] = {
     {{"None"}, "Units=words", {words, false, 2, 2}},
     {{"One"}, R"(version="1")", {words, false, 1, 1}},
     {{"Three"}, R"(version="3")", {words, false, 3, 3}},
-    {{"FractionIsCut"}, R"(version="3.1")", {words, false, 3, 3}},
+    {{"FractionIsIgnored"}, R"(version="3.1")", {words, false, 3, 3}},
     {{"NoNumberIsZero"}, R"(version="latest")", {words, false, 0, 0}},
     {{"Zero"}, R"(version="0")", {words, false, 0, 0}},
     {{"Negative"}, R"(version="-2")", {words, false, -2, -2}},
     {{"Keeps16Bits"}, R"(version="65539")", {words, false, 3, 3}},
     {{"Keeps16BitsSigned"}, R"(version="40000")", {words, false, -25536, -25536}},
     {{"NineCharacters"}, R"(version="000000012")", {words, false, 12, 12}},
-    {{"TenthCharacterIsCut"}, R"(version="0000000123")", {words, false, 12, 12}},
+    {{"TenthCharacterIsTruncated"}, R"(version="0000000123")", {words, false, 12, 12}},
     {{"ManyCharacters"}, "version=" + times(240, "0"), {words, false, 0, 0}},
     {{"LastOneWins"}, "version=1 version=3", {words, false, 3, 3}},
     {{"CharacterOffsetsTakeNoNoticeOfIt"}, R"(Units=characters version="3")", {characters, false, notAsked, 2}},
@@ -135,7 +135,7 @@ TEST_P(BodyColor, RegistersWith) {
             (std::vector<Fixed>{GetParam().red, GetParam().green, GetParam().blue, 0}));
 }
 
-/// A component of the file goes into the integer part: 255 is 255.0 and not 1.0.
+/// A component of the file becomes the integer part: 255 is 255.0 and not 1.0.
 constexpr Fixed of(int32_t component) { return component * fixedOne; }
 
 const ColorRow colors[] = {
@@ -151,13 +151,13 @@ const ColorRow colors[] = {
     {{"FurtherDigitsAreSkipped"}, R"(color="#0000FF99")", 0, 0, of(255)},
     {{"LastOneWins"}, "color=#FF0000 color=#0000FF", 0, 0, of(255)},
     {{"NameAgainAsValueIsTheName"}, "mode=color color=#0000FF", 0, 0, of(255)},
-    // What is no colour leaves the default: red.
+    // An invalid colour leaves the default: red.
     {{"None"}, "", fixedOne, 0, 0},
     {{"HexadecimalPrefix"}, R"(color="0x00FF00")", fixedOne, 0, 0},
-    {{"HexadecimalPrefixBehindMark"}, R"(color="#0x00FF00")", fixedOne, 0, 0},
+    {{"HexadecimalPrefixAfterMark"}, R"(color="#0x00FF00")", fixedOne, 0, 0},
     {{"Name"}, R"(color="blue")", fixedOne, 0, 0},
     {{"TwoMarks"}, R"(color="##0000FF")", fixedOne, 0, 0},
-    {{"NoDigitBehindTheSixth"}, R"(color="#0000FFz")", fixedOne, 0, 0},
+    {{"NoDigitAfterTheSixth"}, R"(color="#0000FFz")", fixedOne, 0, 0},
     {{"SingleQuotes"}, "color='#0000FF' ", fixedOne, 0, 0},
     {{"LaterBadOneClearsAnEarlierGoodOne"}, "color=#0000FF color=blue", fixedOne, 0, 0},
     {{"LaterGoodOneAfterABadOne"}, "color=blue color=#0000FF", 0, 0, of(255)},

@@ -40,7 +40,7 @@ const Calls refused = {
     std::string("TavrelView.Alert(2, \"") + wrongVersion + "\", \"Yes\", \"No\", null, 0)",
 };
 
-/// The registration up to the page, then the selection, then what is left of the mapping.
+/// The registration up to the page, then the selection, then the rest of the mapping.
 Calls mapped(const std::string &selection) {
   return {
       "Kernel.CreateCallback(42, auxGLTJumpNotification)",
@@ -145,8 +145,8 @@ TEST(ReaderCalls, QuestionLooksItsTextsUpWhenThereIsAShell) {
              R"(TavrelView.Alert(2, "Trotzdem zeigen?", "Ja", "Nein", null, 0))", "TavrelSupport.Free(*)"}));
 }
 
-// A user's texts are cut at 19 bytes for a label and 255 for the question.
-TEST(ReaderCalls, QuestionCutsItsTexts) {
+// A user's texts are truncated to 19 bytes for a label and 255 for the question.
+TEST(ReaderCalls, QuestionTruncatesItsTexts) {
   RecordingHost host;
   rootWidget = host.named(reinterpret_cast<Widget>(0x9000), "shell");
   host.alertAnswer = 2;
@@ -174,10 +174,10 @@ TEST(ReaderCalls, SecondFileReplacesTheFirst) {
   host.clear();
   EXPECT_EQ(readFile(fileOf("<loc pg=4 pos=5 len=6>")), 1);
   EXPECT_EQ(registered(), (Highlights{{4, 5, 6}}));
-  EXPECT_EQ(host.count("PageViewHighlightText"), 2U) << "the old marks go, the new ones come";
+  EXPECT_EQ(host.count("PageViewHighlightText"), 2U) << "the old marks are removed, the new ones are shown";
 }
 
-TEST(ReaderCalls, CharactersGoToTheHostAsTheyStand) {
+TEST(ReaderCalls, CharactersArePassedToTheHostUnchanged) {
   RecordingHost host;
   readFile(fileOf("<loc pg=3 pos=120 len=6> <loc pg=3 pos=131 len=4>"));
   ASSERT_EQ(host.ranges.size(), 2U);

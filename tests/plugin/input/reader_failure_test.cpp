@@ -1,4 +1,4 @@
-// Highlight files that cannot be read or registered: what is returned, and what is left behind.
+// Highlight files that cannot be read or registered: what is returned, and what is not freed.
 #include <gtest/gtest.h>
 
 #include "tests/host/Faults.h"
@@ -19,7 +19,7 @@ TEST(ReaderFailure, NoMemoryForTheWorkingCopy) {
   EXPECT_EQ(registered(), Highlights{});
 }
 
-// The working copy of these is kept by the early returns, for the host to account.
+// The early returns do not free the working copy.
 TEST(ReaderFailure, NoDocumentLeavesTheWorkingCopy) {
   RecordingHost host;
   EXPECT_EQ(readFor(nullptr, fileOf("<loc pg=3 pos=1>")), 0);
@@ -41,7 +41,7 @@ TEST(ReaderFailure, NoLengthLeavesTheWorkingCopy) {
   EXPECT_EQ(host.blocks.size(), 1U);
 }
 
-TEST(ReaderFailure, LengthWithoutRoomForItsNulIsRefused) {
+TEST(ReaderFailure, LengthWithoutSpaceForItsNulIsRefused) {
   RecordingHost host;
   EXPECT_EQ(registerGLT(host.doc, "<XML>", UINT32_MAX), 0);
   EXPECT_TRUE(host.blocks.empty());
@@ -53,8 +53,8 @@ TEST(ReaderFailure, OtherFirstWordLeavesTheWorkingCopy) {
   EXPECT_EQ(host.blocks.size(), 1U);
 }
 
-// What is read to its end, or to a NUL, is given back.
-TEST(ReaderFailure, EndOfTheTextGivesTheWorkingCopyBack) {
+// The working copy of a text that is read to its end, or to a NUL, is freed.
+TEST(ReaderFailure, EndOfTheTextFreesTheWorkingCopy) {
   for (const char *file : {" ", "=", "<XML>", "<XML> <highlights>", "<XML> <highlights> <loc pg=3 pos=1>",
                            "<XML> <highlights> <loc pg=3", "<XML> <Body Units=", "<XML> </XML> more"}) {
     RecordingHost host;
@@ -63,7 +63,7 @@ TEST(ReaderFailure, EndOfTheTextGivesTheWorkingCopyBack) {
   }
 }
 
-TEST(ReaderFailure, NulFirstGivesTheWorkingCopyBack) {
+TEST(ReaderFailure, NulFirstFreesTheWorkingCopy) {
   RecordingHost host;
   EXPECT_EQ(registerGLT(host.doc, "\0<html>", 7), 0);
   EXPECT_TRUE(host.blocks.empty());
@@ -120,7 +120,7 @@ TEST(ReaderVersion, RaisedErrorAnsweredYesRegistersWithVersionTwo) {
   EXPECT_EQ(GLTFindRecord(host.doc)->wordFinderVersion, 2);
 }
 
-TEST(ReaderVersion, ErrorOfTheDestructionIsSwallowed) {
+TEST(ReaderVersion, ErrorOfTheDestructionIsIgnored) {
   RecordingHost host;
   host.raiseIn("WordFinderDestroy");
   EXPECT_TRUE(
@@ -162,7 +162,7 @@ TEST(ReaderCallbacks, DoNothingAndAreMadeForEachFile) {
   EXPECT_EQ(entryOf(record->newProc), entryOf(auxGLTNewNotification));
 }
 
-// Where the registration shows the highlights, failures are swallowed: the list is registered all the same.
+// Failures while the registration shows the highlights are caught: the list is registered all the same.
 TEST(ReaderFailure, HostThatCannotShowThemStillHasThem) {
   for (const char *operation : {"PageViewShowPage", "DocOpenPage", "SelectionFromCharRanges"}) {
     RecordingHost host;
@@ -173,7 +173,7 @@ TEST(ReaderFailure, HostThatCannotShowThemStillHasThem) {
   }
 }
 
-TEST(ReaderFailure, ErrorOutsideEveryFrameGoesToTheHost) {
+TEST(ReaderFailure, ErrorOutsideEveryFramePropagatesToTheHost) {
   RecordingHost host;
   host.raiseIn("Malloc");
   EXPECT_FALSE(host.run([&] { registerGLT(host.doc, "<XML>", 5); }));
@@ -184,17 +184,17 @@ TEST(ReaderFailure, ErrorOutsideEveryFrameGoesToTheHost) {
 
 TEST(ReaderMemory, ListThatCannotBeCreatedLeavesTheWorkingCopy) {
   RecordingHost host;
-  const FailingMemory memory(1); // behind the working copy
+  const FailingMemory memory(1); // after the working copy
   EXPECT_EQ(readFile(fileOf("<loc pg=3 pos=1>")), 0);
   EXPECT_TRUE(memory.failed());
   EXPECT_EQ(host.blocks.size(), 1U);
   EXPECT_EQ(host.count("CreateCallback"), 0U);
 }
 
-// The registry keeps the reader's own list, but only one that is as a copy would be.
-TEST(ReaderMemory, PageThatGotNoRoomIsNotRegistered) {
+// The registry takes the reader's list only if a copy would be the same.
+TEST(ReaderMemory, PageWithoutAnArrayIsNotRegistered) {
   RecordingHost host;
-  const FailingMemory memory(4); // behind the working copy, the list, its pages and the first page's highlights
+  const FailingMemory memory(4); // after the working copy, the list, its pages and the first page's highlights
   EXPECT_EQ(readFile(fileOf("<loc pg=3 pos=1> <loc pg=4 pos=1> <loc pg=3 pos=2>")), 1);
   EXPECT_TRUE(memory.failed());
   EXPECT_EQ(registered(), (Highlights{{3, 1, 0}, {3, 2, 0}}));
@@ -203,7 +203,7 @@ TEST(ReaderMemory, PageThatGotNoRoomIsNotRegistered) {
   EXPECT_EQ(HLL_GetPageCount(list), 1U) << "no page without highlights";
 }
 
-TEST(ReaderMemory, FailureOfAnyAllocationIsSurvived) {
+TEST(ReaderMemory, FailureOfAnyAllocationIsHandled) {
   const std::string file = fileOf("<loc pg=3 pos=1> <loc pg=3 pos=2> <loc pg=4 pos=1>");
   FaultTest test = {[](RecordingHost &) {}, [&](RecordingHost &) { readFile(file); }};
   test.leavesBlocks = true;

@@ -48,7 +48,7 @@ const FileRow headers[] = {
     {{"Word"}, "text <XML> <highlights>" + loc + "</Body>", {}},
     {{"OpenTag"}, "<XML <highlights>" + loc + "</Body>", {}},
     {{"CompleteDeclaration"}, "<?xml?><XML> <highlights>" + loc + "</Body>", {}},
-    {{"BlanksBefore"}, "\r\n\n \t<XML> <highlights>" + loc + "</Body>", one},
+    {{"SpacesBefore"}, "\r\n\n \t<XML> <highlights>" + loc + "</Body>", one},
     {{"OtherCharactersBefore"}, "\"=!, <XML> <highlights>" + loc + "</Body>", one},
     {{"ByteOrderMarkBefore"}, "\xEF\xBB\xBF<XML> <highlights>" + loc + "</Body>", one},
     {{"QuotedTag"}, "'<XML>' <highlights>" + loc + "</Body>", {}},
@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(Header, File, testing::ValuesIn(headers), rowName<FileR
 
 const FileRow sections[] = {
     {{"LocationsOutsideAreSkipped"}, "<XML>" + loc + "<highlights> </highlights>" + loc + "</Body>", {}},
-    {{"LocationsBehindTheClosingTagAreSkipped"},
+    {{"LocationsAfterTheClosingTagAreSkipped"},
      "<XML> <highlights>" + loc + "</highlights> <loc pg=4 pos=1> </Body>",
      one},
     {{"SectionsAddUp"},
@@ -84,34 +84,34 @@ const FileRow ends[] = {
     {{"NoBodyEnd"}, "<XML> <highlights>" + loc + "</highlights>", {}},
     {{"XmlEndBeforeBodyEnd"}, "<XML> <highlights>" + loc + "</highlights> </XML> </Body>", {}},
     {{"XmlEndBeforeAnything"}, "<XML> </XML> <highlights>" + loc + "</Body>", {}},
-    {{"NothingBehindBodyEndIsRead"}, "<XML> <highlights>" + loc + "</Body> <highlights> <loc pg=4 pos=1> </Body>", one},
+    {{"NothingAfterBodyEndIsRead"}, "<XML> <highlights>" + loc + "</Body> <highlights> <loc pg=4 pos=1> </Body>", one},
     {{"BodyEndBeforeAnyListIsSkipped"}, "<XML> </Body> <highlights>" + loc + "</Body>", one},
     {{"BodyEndBeforeAnyHighlightIsSkipped"}, "<XML> <highlights> </Body>" + loc + "</Body>", one},
     {{"NulEndsTheText"}, "<XML> <highlights>" + loc + std::string(1, '\0') + "</Body>", {}},
-    {{"NothingBehindNulIsRead"},
+    {{"NothingAfterNulIsRead"},
      "<XML> <highlights>" + loc + "</Body>" + std::string(1, '\0') + "<loc pg=4 pos=1> </Body>",
      one},
     {{"NulFirst"}, std::string(1, '\0') + "<XML> <highlights>" + loc + "</Body>", {}},
     {{"EndsInsideBodyTag"}, "<XML> <highlights>" + loc + "<Body Units=characters", {}},
-    {{"EndsBehindABodyTagThatTheNextTagCloses"}, "<XML> <highlights>" + loc + "<Body Units=characters </Body>", {}},
+    {{"EndsAfterABodyTagThatTheNextTagCloses"}, "<XML> <highlights>" + loc + "<Body Units=characters </Body>", {}},
     {{"EndsInsideLocationTag"}, "<XML> <highlights>" + loc + "<loc pg=4 pos=1 len=2 ", {}},
-    {{"EndsBehindTheNameOfTheBodyTag"}, "<XML> <highlights>" + loc + "<Body", {}},
-    {{"EndsBehindTheNameOfALocationTag"}, "<XML> <highlights>" + loc + "<loc", {}},
-    {{"CutInTheBodyEnd"}, "<XML> <highlights>" + loc + "</Bod", {}},
+    {{"EndsAfterTheNameOfTheBodyTag"}, "<XML> <highlights>" + loc + "<Body", {}},
+    {{"EndsAfterTheNameOfALocationTag"}, "<XML> <highlights>" + loc + "<loc", {}},
+    {{"TruncatedInTheBodyEnd"}, "<XML> <highlights>" + loc + "</Bod", {}},
 };
 INSTANTIATE_TEST_SUITE_P(Ends, File, testing::ValuesIn(ends), rowName<FileRow>);
 
 const FileRow longWords[] = {
     {{"WordOf300IsTwoWords"}, "<XML> <highlights> " + times(250, "x") + "<loc pg=3 pos=10 len=2> </Body>", one},
-    {{"TagBehindAFullWordIsCut"}, "<XML> <highlights> " + times(248, "x") + "<loc pg=3 pos=10 len=2> </Body>", {}},
-    {{"TagsSideBySideBeyond250AreCutWhereTheyAre"},
+    {{"TagAfterAFullWordIsSplit"}, "<XML> <highlights> " + times(248, "x") + "<loc pg=3 pos=10 len=2> </Body>", {}},
+    {{"TagsSideBySideBeyond250AreSplitAtTheLimit"},
      "<XML> <highlights> " + times(41, "<p></p>") + "<loc pg=3 pos=10 len=2> </Body>",
      one},
     {{"ValueOf300"}, "<XML> <highlights> <loc pg=3 pos=10 len=" + times(299, "0") + "2> </Body>", {{3, 10, 0}}},
 };
 INSTANTIATE_TEST_SUITE_P(LongWords, File, testing::ValuesIn(longWords), rowName<FileRow>);
 
-TEST(FileBytes, AnyBytesAreReadWithoutHarm) {
+TEST(FileBytes, AnyBytesAreReadSafely) {
   RecordingHost host;
   uint32_t state = 1;
   for (int round = 0; round < 300; ++round) {
@@ -123,16 +123,16 @@ TEST(FileBytes, AnyBytesAreReadWithoutHarm) {
   EXPECT_TRUE(host.blocks.empty()) << "the first word is right and memory is there: nothing is kept";
 }
 
-TEST(FileBytes, EveryPrefixOfAFileIsReadWithoutHarm) {
+TEST(FileBytes, EveryPrefixOfAFileIsReadSafely) {
   const std::string file = examples[0].file;
   for (size_t length = 1; length <= file.size(); ++length) {
     RecordingHost host;
-    const bool whole = length >= file.find("</Body>") + 7;
-    EXPECT_EQ(readFile(file.substr(0, length)), whole ? 1 : 0) << file.substr(0, length);
+    const bool complete = length >= file.find("</Body>") + 7;
+    EXPECT_EQ(readFile(file.substr(0, length)), complete ? 1 : 0) << file.substr(0, length);
   }
 }
 
-// What the file says is not kept in the reader: each file is read on its own.
+// The reader keeps no state: each file is read independently.
 TEST(FileBytes, NothingIsKeptFromFileToFile) {
   RecordingHost host;
   EXPECT_EQ(

@@ -37,8 +37,8 @@ const RGBRow colors[] = {
     {{"NoDigit"}, "12g456", 0, 77, 77, 77, "12G456"},
     {{"UpperCaseAsFarAsItGets"}, "ab-cd", 0, 77, 77, 77, "AB-cd"},
     {{"HexadecimalPrefixIsNoColour"}, "0x00FF00", 0, 77, 77, 77, "0X00FF00"},
-    {{"LetterBehindF"}, "00000G", 0, 77, 77, 77, "00000G"},
-    {{"CharacterBehindTheLetters"}, "00~", 0, 77, 77, 77, "00~"},
+    {{"LetterAfterF"}, "00000G", 0, 77, 77, 77, "00000G"},
+    {{"CharacterAfterTheLetters"}, "00~", 0, 77, 77, 77, "00~"},
     {{"HighByte"}, "00\xE4", 0, 77, 77, 77, "00\xE4"},
 };
 INSTANTIATE_TEST_SUITE_P(Colors, RGB, testing::ValuesIn(colors), rowName<RGBRow>);

@@ -1,4 +1,4 @@
-// Location tags of a highlight file beside the highlights that they make.
+// Location tags of a highlight file, and the highlights that they make.
 #include <gtest/gtest.h>
 
 #include "tests/plugin/input/reading.h"
@@ -33,12 +33,12 @@ const LocationRow forms[] = {
     {{"NoPageIsDropped"}, R"(<loc pos="10" len="2"/>)", {}},
     {{"NoPositionIsDropped"}, R"(<loc pg="3" len="2"/>)", {}},
     {{"TagsWithoutAttributesAddNothing"}, "<location> <loc>", {}},
-    {{"AttributesBehindACompleteTagAreSkipped"}, "<loc> pg=3 pos=10 len=2", {}},
+    {{"AttributesAfterACompleteTagAreSkipped"}, "<loc> pg=3 pos=10 len=2", {}},
     {{"OtherTagsAreSkipped"}, R"(<hit pg="3" pos="10" len="2"/> <locations pg="4" pos="1">)", {}},
     {{"TextBetweenTagsIsSkipped"},
      "words <loc pg=3 pos=10 len=2> pg=4 !? <b> <loc pg=5 pos=1 len=1>",
      {{3, 10, 2}, {5, 1, 1}}},
-    {{"PagesStandInOrderOfAdding"},
+    {{"PagesAreInOrderOfAdding"},
      "<loc pg=9 pos=1> <loc pg=2 pos=1> <loc pg=9 pos=2>",
      {{9, 1, 0}, {9, 2, 0}, {2, 1, 0}}},
     {{"FirstLengthOfAPositionWins"}, "<loc pg=3 pos=1 len=2> <loc pg=3 pos=1 len=9>", {{3, 1, 2}}},
@@ -54,9 +54,9 @@ const LocationRow sideBySide[] = {
     {{"ThreeInOneWord"}, "<loc><location><loc pg=4 pos=2>", {{4, 2, 0}}},
     {{"NamePendingOverTheSeam"}, R"(<location page><location pos="5">)", {}},
     {{"NamePendingTakesTheNextWordForItsValue"}, R"(<location page><location pos="5" pos="6" len="7">)", {{0, 6, 7}}},
-    {{"QuotedWordIsNotCut"}, "<loc pg=3 pos=1 len='2><loc pg=4' pos=7>", {{3, 7, 0}}},
-    {{"ParenthesizedWordIsNotCut"}, "<loc pg=3 pos=1 len=(2><loc) pos=7>", {{3, 7, 0}}},
-    {{"QuoteInsideAWordDoesNotKeepItWhole"}, "<loc pg=3 pos=1'><loc pg=4 pos=2>", {{3, 1, 0}, {4, 2, 0}}},
+    {{"QuotedWordIsNotSplit"}, "<loc pg=3 pos=1 len='2><loc pg=4' pos=7>", {{3, 7, 0}}},
+    {{"ParenthesizedWordIsNotSplit"}, "<loc pg=3 pos=1 len=(2><loc) pos=7>", {{3, 7, 0}}},
+    {{"QuoteInsideAWordDoesNotPreventTheSplit"}, "<loc pg=3 pos=1'><loc pg=4 pos=2>", {{3, 1, 0}, {4, 2, 0}}},
     {{"OnlyTagEndsDirectlyBeforeTagStartsAreSeams"}, "<loc pg=3 pos=1>> <<loc pg=4 pos=2>", {{3, 1, 0}}},
 };
 INSTANTIATE_TEST_SUITE_P(SideBySide, Location, testing::ValuesIn(sideBySide), rowName<LocationRow>);
@@ -90,7 +90,7 @@ const LocationRow numbers[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Numbers, Location, testing::ValuesIn(numbers), rowName<LocationRow>);
 
-// A name without a value waits for one, into the next tag; a value is whatever word comes next.
+// A name without a value stays pending into the next tag; any word that follows is its value.
 const LocationRow pendingNames[] = {
     {{"PageKeptIntoTheNextTag"}, "<loc pos=1 pg> <loc 7 pos=2>", {{7, 2, 0}}},
     {{"PositionKeptIntoTheNextTag"}, "<loc pg=3 pos> <loc 5 pg=4>", {{4, 5, 0}}},

@@ -1,4 +1,4 @@
-// What reading a file takes: its working copy, the list, and little more, whatever is in it.
+// The memory that reading a file takes: its working copy, the list, and little more, for any content.
 #include <gtest/gtest.h>
 
 #include <string>
@@ -25,7 +25,7 @@ struct LargeFile : Row {
 };
 class ReaderMemory : public testing::TestWithParam<LargeFile> {};
 
-/// What a list is made of.
+/// The memory of a list.
 size_t bytesOf(const HLL *list) {
   size_t bytes = sizeof(HLL) + list->pageCapacity * sizeof(HLP);
   for (uint32_t i = 0; i < list->pageCount; ++i)

@@ -1,5 +1,5 @@
-// Location tags that are alike, nearly alike, or spelled otherwise than those around them: each one says what it would
-// say alone.
+// Location tags that are alike, nearly alike, or spelled otherwise than those around them: each one has the meaning
+// that it has alone.
 #include <gtest/gtest.h>
 
 #include "tests/plugin/input/reading.h"
@@ -23,7 +23,7 @@ protected:
   }
 };
 
-// Far from the end of the file, and right before it.
+// Far from the end of the file, and directly before it.
 TEST_P(LocationShape, Makes) {
   expectHighlights(fileOf(GetParam().tags) + times(40, " "));
   expectHighlights("<XML><highlights>\n" + GetParam().tags + " </Body>");
@@ -42,13 +42,15 @@ std::string bare(const std::string &page, const std::string &pos, const std::str
 const std::string two = tag("3", "1", "1") + "\n" + tag("3", "2", "2") + "\n";
 const std::string twoJoined = "<a>" + tag("3", "1", "1") + tag("3", "2", "2");
 
-/// Two tags before the one in question and two behind, a line each.
-std::string among(const std::string &odd) { return two + odd + "\n" + tag("3", "8", "8") + "\n" + tag("3", "9", "9"); }
+/// Two tags before the tested one and two after it, one per line.
+std::string among(const std::string &middle) {
+  return two + middle + "\n" + tag("3", "8", "8") + "\n" + tag("3", "9", "9");
+}
 
 /// Likewise, joined, the first one to another tag.
-std::string joined(const std::string &odd) { return twoJoined + odd + tag("3", "8", "8") + tag("3", "9", "9"); }
+std::string joined(const std::string &middle) { return twoJoined + middle + tag("3", "8", "8") + tag("3", "9", "9"); }
 
-/// What those tags make, with `more` in the middle.
+/// The highlights of those tags, with `more` in the middle.
 Highlights amongThem(const Highlights &more) {
   Highlights all = {{3, 1, 1}, {3, 2, 2}};
   all.insert(all.end(), more.begin(), more.end());
@@ -59,7 +61,7 @@ Highlights amongThem(const Highlights &more) {
 const ShapeRow alike[] = {
     {{"Lines"}, among(tag("3", "4", "5")), amongThem({{3, 4, 5}})},
     {{"Joined"}, joined(tag("3", "4", "5")), amongThem({{3, 4, 5}})},
-    {{"Blanks"},
+    {{"Spaces"},
      bare("3", "1", "1") + " " + bare("3", "2", "2") + " " + bare("4", "5", "6"),
      {{3, 1, 1}, {3, 2, 2}, {4, 5, 6}}},
     {{"LinesWithReturns"},
@@ -102,7 +104,7 @@ const ShapeRow alike[] = {
 INSTANTIATE_TEST_SUITE_P(Alike, LocationShape, testing::ValuesIn(alike), rowName<ShapeRow>);
 
 const ShapeRow numbers[] = {
-    {{"WithANameBehind"}, "<loc pg=3 pos=5len 7 >\n" + bare("3", "6", "1"), {{3, 5, 0}, {3, 6, 1}}},
+    {{"WithANameAfter"}, "<loc pg=3 pos=5len 7 >\n" + bare("3", "6", "1"), {{3, 5, 0}, {3, 6, 1}}},
     {{"MoreDigits"}, among(tag("3", "4321", "12")), amongThem({{3, 4321, 12}})},
     {{"NineDigits"}, among(tag("3", "000000007", "000000012")), amongThem({{3, 7, 12}})},
     {{"TenDigits"}, among(tag("3", "0000000007", "0000000012")), amongThem({{3, 7, 12}})},
@@ -113,11 +115,11 @@ const ShapeRow numbers[] = {
     {{"NegativePosition"}, among(tag("3", "-3", "1")), amongThem({{3, 65533, 1}})},
     {{"NegativePage"}, among(tag("-1", "7", "1")), amongThem({})},
     {{"PlusSign"}, among(tag("+3", "+7", "+1")), amongThem({{3, 7, 1}})},
-    {{"LettersBehind"}, among(tag("3x", "7.5", "1-2")), amongThem({{3, 7, 1}})},
+    {{"LettersAfter"}, among(tag("3x", "7.5", "1-2")), amongThem({{3, 7, 1}})},
     {{"LettersBefore"}, among(tag("3", "x7", "1")), amongThem({{3, 0, 1}})},
-    {{"SentenceEndBehind"}, among(tag("3!", "7! ", "1!")), amongThem({{3, 7, 1}})},
+    {{"SentenceEndAfter"}, among(tag("3!", "7! ", "1!")), amongThem({{3, 7, 1}})},
     {{"SentenceEndBefore"}, among(tag("!3", "! 7", "!.1")), amongThem({{3, 7, 1}})},
-    {{"TagBeginsBehind"}, among(tag("3<", "7<b>", "1")), amongThem({{3, 7, 0}})},
+    {{"TagBeginsAfter"}, among(tag("3<", "7<b>", "1")), amongThem({{3, 7, 0}})},
     {{"NoDigits"}, among(tag("3", "", "")), amongThem({{3, 0, 0}})},
     {{"TenDigitsBeyond32Bits"}, among(tag("3", "4294967303", "1")), amongThem({})},
 };
@@ -139,18 +141,18 @@ const ShapeRow oneByte[] = {
     {{"QuotationMarkBefore"},
      among(R"(<loc pg=-3" pos="4" len="5"/>)"),
      {{3, 1, 1}, {3, 2, 2}, {3, 8, 8}, {3, 9, 9}, {-3, 4, 5}}},
-    {{"QuotationMarkBehind"}, among(R"(<loc pg="3' pos="4" len="5"/>)"), amongThem({{3, 4, 5}})},
+    {{"QuotationMarkAfter"}, among(R"(<loc pg="3' pos="4" len="5"/>)"), amongThem({{3, 4, 5}})},
     {{"Position"}, among(R"(<loc pg="3" pox="4" len="5"/>)"), amongThem({})},
     {{"Length"}, among(R"(<loc pg="3" pos="4" lex="5"/>)"), amongThem({{3, 4, 0}})},
     {{"Slash"}, among(R"(<loc pg="3" pos="4" len="5" >)"), amongThem({{3, 4, 5}})},
     {{"SlashIsADigit"}, among(R"(<loc pg="3" pos="4" len="5"7>)"), amongThem({{3, 4, 5}})},
     {{"BracketIsMissing"}, among(R"(<loc pg="3" pos="4" len="5"/ )"), amongThem({})},
-    {{"WordGoesOnBehindTheBracket"}, among(R"(<loc pg="3" pos="4" len="5"/>>)"), amongThem({{3, 4, 5}})},
-    {{"LetterBehindTheBracket"}, among(R"(<loc pg="3" pos="4" len="5"/>x)"), amongThem({})},
+    {{"WordContinuesAfterTheBracket"}, among(R"(<loc pg="3" pos="4" len="5"/>>)"), amongThem({{3, 4, 5}})},
+    {{"LetterAfterTheBracket"}, among(R"(<loc pg="3" pos="4" len="5"/>x)"), amongThem({})},
     {{"JoinedTagName"}, joined(R"(<lox pg="3" pos="4" len="5"/>)"), amongThem({})},
     {{"JoinedTagBegins"}, joined(R"( loc pg="3" pos="4" len="5"/>)"), amongThem({})},
     {{"JoinedTagNameEndsInDigit"}, joined(R"(<loc1pg="3" pos="4" len="5"/>)"), amongThem({})},
-    {{"JoinedLetterBehindTheBracket"}, joined(R"(<loc pg="3" pos="4" len="5"/>x)"), amongThem({})},
+    {{"JoinedLetterAfterTheBracket"}, joined(R"(<loc pg="3" pos="4" len="5"/>x)"), amongThem({})},
 };
 INSTANTIATE_TEST_SUITE_P(OneByte, LocationShape, testing::ValuesIn(oneByte), rowName<ShapeRow>);
 
@@ -193,7 +195,7 @@ const ShapeRow spellings[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Spellings, LocationShape, testing::ValuesIn(spellings), rowName<ShapeRow>);
 
-/// Three tags with so many blanks behind the name, before a position and at the end.
+/// Three tags with so many spaces after the name, before a position and at the end.
 std::string spaced(int name, int position, int end) {
   std::string tags;
   for (const char *number : {"1", "2", "4"})
@@ -204,7 +206,7 @@ std::string spaced(int name, int position, int end) {
 const Highlights three = {{3, 1, 0}, {3, 2, 0}, {3, 4, 0}};
 
 const ShapeRow lengths[] = {
-    {{"FirstPartOf31"}, spaced(23, 1, 1), three}, // a line feed, the name, the blanks, "pg="
+    {{"FirstPartOf31"}, spaced(23, 1, 1), three}, // a line feed, the name, the spaces, "pg="
     {{"FirstPartOf32"}, spaced(24, 1, 1), three},
     {{"FirstPartOf33"}, spaced(25, 1, 1), three},
     {{"MiddlePartOf15"}, spaced(1, 11, 1), three},
@@ -216,7 +218,7 @@ const ShapeRow lengths[] = {
     {{"LastPartOf31"}, spaced(1, 1, 30), three},
     {{"LastPartOf32"}, spaced(1, 1, 31), three},
     {{"LastPartOf33"}, spaced(1, 1, 32), three},
-    {{"OneBlankLess"},
+    {{"OneSpaceLess"},
      spaced(1, 28, 1) + "<loc pg=3" + times(27, " ") + "pos=5 >\n",
      {{3, 1, 0}, {3, 2, 0}, {3, 4, 0}, {3, 5, 0}}},
     {{"LastByteOfALongPart"},
@@ -237,7 +239,7 @@ const ShapeRow sections[] = {
      {{3, 1, 1}, {3, 2, 2}, {3, 4, 4}}},
     {{"ClosedForGood"}, t1 + t2 + "</highlight>" + t3 + t4, {{3, 1, 1}, {3, 2, 2}}},
     {{"OpenedTwice"}, t1 + t2 + "<highlight>" + t3 + "<highlight>" + t4, {{3, 1, 1}, {3, 2, 2}, {3, 3, 3}, {3, 4, 4}}},
-    {{"OpenedBehindTheTags"}, "</highlights>" + t1 + t2 + t3 + "<highlights>" + t4, {{3, 4, 4}}},
+    {{"OpenedAfterTheTags"}, "</highlights>" + t1 + t2 + t3 + "<highlights>" + t4, {{3, 4, 4}}},
     {{"NameOnlyLooksLikeClosing"}, t1 + t2 + "</highlightz>" + t3 + t4, {{3, 1, 1}, {3, 2, 2}, {3, 3, 3}, {3, 4, 4}}},
 };
 INSTANTIATE_TEST_SUITE_P(Sections, LocationShape, testing::ValuesIn(sections), rowName<ShapeRow>);
@@ -256,7 +258,7 @@ const ShapeRow pending[] = {
     {{"PageTakesTheNextName"},
      "<a><loc pos=1 pg=3 ><loc pos=2 pg=3 ><loc pg><loc pos=4 pg=3 ><loc pos=5 pg=3 >",
      {{3, 1, 0}, {3, 2, 0}, {3, 5, 0}}},
-    {{"PageTakesTheNextNameBehindTheFirstShape"},
+    {{"PageTakesTheNextNameAfterTheFirstShape"},
      "<a><loc pos=1 pg=3 ><loc pg><loc pos=4 pg=3 ><loc pos=5 pg=3 >",
      {{3, 1, 0}, {3, 5, 0}}},
     {{"PageTakesTheFirstNumberOfTheFirstShape"}, "<loc pos=5 pg>\n<loc 9 pos=3 >\n<loc 8 pos=4 >\n", {{9, 3, 0}}},
@@ -275,11 +277,11 @@ const ShapeRow pending[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Pending, LocationShape, testing::ValuesIn(pending), rowName<ShapeRow>);
 
-/// A tag that leaves so many of a word's 250 bytes to the tag that is joined to it, when it begins as the second byte.
+/// A tag that leaves so many of a word's 250 bytes to the tag joined to it, when it begins as the second byte.
 std::string leaving(int bytes) { return "<" + times(247 - bytes, "a") + ">"; }
 
-// The word that a tag's end begins, "><aaa...><loc", may be cut within the next tag's name.
-const ShapeRow room[] = {
+// The word that a tag's end begins, "><aaa...><loc", may be split within the next tag's name.
+const ShapeRow capacity[] = {
     {{"For32Bytes"}, t1 + t2 + leaving(32) + t3 + t4, {{3, 1, 1}, {3, 2, 2}, {3, 3, 3}, {3, 4, 4}}},
     {{"For31Bytes"}, t1 + t2 + leaving(31) + t3 + t4, {{3, 1, 1}, {3, 2, 2}, {3, 3, 3}, {3, 4, 4}}},
     {{"ForTheName"}, t1 + t2 + leaving(4) + t3 + t4, {{3, 1, 1}, {3, 2, 2}, {3, 3, 3}, {3, 4, 4}}},
@@ -287,20 +289,20 @@ const ShapeRow room[] = {
     {{"ForOneByte"}, t1 + t2 + leaving(1) + t3 + t4, {{3, 1, 1}, {3, 2, 2}, {3, 4, 4}}},
     {{"ForNoByte"}, t1 + t2 + leaving(0) + t3 + t4, {{3, 1, 1}, {3, 2, 2}, {3, 3, 3}, {3, 4, 4}}},
 };
-INSTANTIATE_TEST_SUITE_P(Room, LocationShape, testing::ValuesIn(room), rowName<ShapeRow>);
+INSTANTIATE_TEST_SUITE_P(Capacity, LocationShape, testing::ValuesIn(capacity), rowName<ShapeRow>);
 
 /// A tag of the first word that leaves so many of its 250 bytes.
 std::string leavingOfItsOwn(int bytes) { return "<" + times(248 - bytes, "a") + ">"; }
 
-// A name that ends only because the word is cut is none where the same bytes stand uncut.
-const ShapeRow cutNames[] = {
-    {{"DigitsBehindTheName"},
+// A name that ends only because the word is split is no name where the same bytes are not split.
+const ShapeRow splitNames[] = {
+    {{"DigitsAfterTheName"},
      leavingOfItsOwn(4) + "<loc7 pg=3 pos=1 ><loc8 pg=3 pos=2 ><loc pg=3 pos=4 >",
      {{3, 1, 0}, {3, 4, 0}}},
-    {{"LettersBehindTheName"},
+    {{"LettersAfterTheName"},
      leavingOfItsOwn(4) + "<locpg=3 pos=1 ><locpg=3 pos=2 ><loc pg=3 pos=4 >",
      {{3, 1, 0}, {3, 4, 0}}},
-    {{"BracketBehindTheName"},
+    {{"BracketAfterTheName"},
      leavingOfItsOwn(4) + "<loc> 7 pg=3 pos=1 ><loc> 8 pg=3 pos=2 ><loc pg=3 pos=4 >",
      {{3, 4, 0}}},
     {{"LongName"},
@@ -309,14 +311,14 @@ const ShapeRow cutNames[] = {
     {{"NameOfTheLongOne"},
      leavingOfItsOwn(4) + "<location pg=3 pos=1 ><location pg=3 pos=2 ><locati pg=3 pos=4 >",
      {{3, 1, 0}, {3, 2, 0}}},
-    {{"QuoteBehindTheName"},
+    {{"QuoteAfterTheName"},
      leavingOfItsOwn(4) + "<loc'a b' pg=3 pos=1 ><loc'a b' pg=3 pos=2 ><loc pg=3 pos=4 >",
      {{3, 1, 0}, {3, 4, 0}}},
 };
-INSTANTIATE_TEST_SUITE_P(CutNames, LocationShape, testing::ValuesIn(cutNames), rowName<ShapeRow>);
+INSTANTIATE_TEST_SUITE_P(SplitNames, LocationShape, testing::ValuesIn(splitNames), rowName<ShapeRow>);
 
 struct EndRow : Row {
-  std::string behind; ///< three tags, in an open section
+  std::string rest; ///< three tags, in an open section
   Highlights highlights;
 };
 
@@ -324,7 +326,7 @@ class LocationShapeEnd : public testing::TestWithParam<EndRow> {};
 
 TEST_P(LocationShapeEnd, Makes) {
   RecordingHost host;
-  EXPECT_EQ(readFile("<XML><highlights>" + two + tag("3", "4", "4") + GetParam().behind),
+  EXPECT_EQ(readFile("<XML><highlights>" + two + tag("3", "4", "4") + GetParam().rest),
             GetParam().highlights.empty() ? 0 : 1);
   EXPECT_EQ(registered(), GetParam().highlights);
 }
@@ -334,12 +336,12 @@ const Highlights all = {{3, 1, 1}, {3, 2, 2}, {3, 4, 4}};
 const EndRow ends[] = {
     {{"Joined"}, "</Body>", all},
     {{"OnALine"}, "\n</Body>", all},
-    {{"OneByteBehind"}, "</Body> ", all},
-    {{"FarBehind"}, "</Body>" + times(40, " "), all},
+    {{"OneByteAfterTheBody"}, "</Body> ", all},
+    {{"FarAfterTheBody"}, "</Body>" + times(40, " "), all},
     {{"NoByte"}, "", {}},
     {{"NoBodyEnd"}, times(40, " "), {}},
     {{"FileEnd"}, "</XML></Body>", {}},
-    {{"NulBehindTheBody"}, "</Body>" + std::string(40, '\0'), all},
+    {{"NulAfterTheBody"}, "</Body>" + std::string(40, '\0'), all},
     {{"NulBeforeTheBody"}, std::string(1, '\0') + "</Body>" + times(40, " "), {}},
     {{"TagIsNotEnded"}, "<loc pg=\"3\" pos=\"5\" len=\"5\"</Body>", {}},
     {{"NulInATag"}, "\n<loc pg=\"3\" pos=\"5" + std::string(1, '\0') + "\" len=\"5\"/></Body>" + times(40, " "), {}},

@@ -28,7 +28,7 @@ std::string alternating(std::string word) {
   return word;
 }
 
-/// A file with `%` where the word stands, and what it says when the word is known.
+/// A file with `%` in place of the word, and its highlights when the word is known.
 struct WordRow : Row {
   std::string word, file;
   Highlights highlights;
@@ -50,7 +50,7 @@ TEST_P(KnownWord, InAllCasesOfLetters) {
     EXPECT_EQ(read(variant), GetParam().highlights) << variant;
 }
 
-TEST_P(KnownWord, OnlyAsAWhole) {
+TEST_P(KnownWord, OnlyAsACompleteWord) {
   const std::string &word = GetParam().word;
   EXPECT_NE(read(word.substr(0, 1) + "x" + word.substr(1)), GetParam().highlights);
   EXPECT_NE(read("x" + word), GetParam().highlights);
@@ -80,7 +80,7 @@ const WordRow attributes[] = {
 };
 INSTANTIATE_TEST_SUITE_P(LocationAttributes, KnownWord, testing::ValuesIn(attributes), rowName<WordRow>);
 
-// The body tag and its attributes say how to show, not what.
+// The body tag and its attributes say how highlights are shown, not which.
 struct SettingRow : Row {
   std::string word, file;
 };
@@ -107,7 +107,7 @@ TEST_P(KnownSetting, InAllCasesOfLetters) {
     EXPECT_TRUE(read(variant)) << variant;
 }
 
-TEST_P(KnownSetting, OnlyAsAWhole) {
+TEST_P(KnownSetting, OnlyAsACompleteWord) {
   EXPECT_FALSE(read("x" + GetParam().word));
   EXPECT_FALSE(read(GetParam().word.substr(0, 1) + "x" + GetParam().word.substr(1)));
 }
@@ -132,7 +132,7 @@ TEST(KnownVersion, InAllCasesOfLetters) {
   }
 }
 
-// Tags that are complete have no attributes; they are known all the same, and make nothing.
+// Complete tags have no attributes; they are known, and add no highlight.
 TEST(KnownCompleteTags, AddNothingInAnyCaseOfLetters) {
   for (const char *tag : {"<location>", "<LOCATION>", "<loc>", "<LOC>", "<Body>", "<BODY>", "<body>"}) {
     RecordingHost host;

@@ -1,4 +1,4 @@
-// Highlight files to registrations, for tests: reads a file for the host's document and tells what came of it.
+// Highlight files to registrations, for tests: reads a file for the host's document and returns what is registered.
 #pragma once
 
 #include <memory>
@@ -9,7 +9,7 @@
 #include "tests/host/RecordingHost.h"
 #include "tests/plugin/glt/lists.h"
 
-/// Gives the reader exactly the file's bytes, without a NUL behind them.
+/// Passes exactly the file's bytes to the reader, without a NUL after them.
 inline tavrel::Bool16 readFor(tavrel::Doc document, const std::string &file) {
   const std::unique_ptr<char[]> bytes(new char[file.size()]);
   file.copy(bytes.get(), file.size());

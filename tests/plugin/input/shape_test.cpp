@@ -1,4 +1,4 @@
-// The shape of a tag: that it is learned and followed, which nobody sees by what a file registers, only by the time.
+// The shape of a tag: that it is learned and followed, which does not show in what a file registers.
 #include "plugin/input/gltShape.h"
 
 #include <gtest/gtest.h>
@@ -21,11 +21,11 @@ std::string written(const Parts &parts, const std::vector<std::string> &numbers)
 }
 
 const std::string another = written(usual, {"12", "345", "6"});
-const std::string room(TagPart::longest, ' '); // so many bytes may be looked at
+const std::string padding(TagPart::longest, ' '); // so many bytes must be readable
 
 class Shape : public testing::Test {
 protected:
-  /// Numbers of one digit between the parts. Their attributes count from 0, or are those that are given.
+  /// Numbers of one digit between the parts. Their attributes count from 0, unless they are given.
   void learn(const Parts &parts, const std::vector<uint8_t> &attributes = {}, bool plain = true) {
     const std::string tag = written(parts, std::vector<std::string>(parts.size() - 1, "1"));
     TagNotes notes = {};
@@ -39,12 +39,12 @@ protected:
     notes.plain = plain;
     shapeLearn(shape_, tag.data(), tag.data() + tag.size(), notes);
   }
-  /// How many bytes of the text a tag of the shape has; 0 for none. So many bytes of its token have come before the
-  /// tag.
+  /// The length of the tag of the shape at the start of the text; 0 for none. `inToken` bytes of its token come before
+  /// the tag.
   size_t follow(const std::string &bytes, size_t inToken = 0) {
-    const std::string whole = std::string(inToken, 'a') + bytes;
-    const char *begin = whole.data(), *tag = begin + inToken;
-    text_ = {begin, begin + whole.size(), inToken != 0 ? begin : nullptr};
+    const std::string text = std::string(inToken, 'a') + bytes;
+    const char *begin = text.data(), *tag = begin + inToken;
+    text_ = {begin, begin + text.size(), inToken != 0 ? begin : nullptr};
     const char *end = shapeFollow(shape_, text_, tag, values_);
     if (end == nullptr) return 0;
     tokenBefore_ = text_.token != nullptr ? end - text_.token : 0;
@@ -53,45 +53,45 @@ protected:
 
   TagShape shape_ = {};
   LexText text_ = {};
-  ptrdiff_t tokenBefore_ = 0; ///< how many bytes before the followed tag's end a token begins that goes on; 0 for none
+  ptrdiff_t tokenBefore_ = 0; ///< bytes from the start of a token that continues to the followed tag's end; 0 for none
   int32_t values_[TagShape::most] = {-1, -1, -1};
 };
 
 TEST_F(Shape, OfATagIsFollowedWithOtherNumbers) {
   learn(usual);
-  EXPECT_EQ(follow(another + room), another.size());
+  EXPECT_EQ(follow(another + padding), another.size());
   EXPECT_EQ(values_[0], 12);
   EXPECT_EQ(values_[1], 345);
   EXPECT_EQ(values_[2], 6);
   EXPECT_EQ(tokenBefore_, 0);
 }
 
-TEST_F(Shape, PutsNumbersWhereTheirAttributesBelong) {
+TEST_F(Shape, StoresNumbersByTheirAttributes) {
   learn(usual, {2, 0, 1});
-  EXPECT_EQ(follow(another + room), another.size());
+  EXPECT_EQ(follow(another + padding), another.size());
   EXPECT_EQ(values_[2], 12);
   EXPECT_EQ(values_[0], 345);
   EXPECT_EQ(values_[1], 6);
 }
 
-TEST_F(Shape, IsNotFollowedBeforeOneIsLearned) { EXPECT_EQ(follow(another + room), 0U); }
+TEST_F(Shape, IsNotFollowedBeforeOneIsLearned) { EXPECT_EQ(follow(another + padding), 0U); }
 
 TEST_F(Shape, IsNotLearnedOfATagThatIsNotPlain) {
   learn(usual, {}, false);
-  EXPECT_EQ(follow(another + room), 0U);
+  EXPECT_EQ(follow(another + padding), 0U);
 }
 
 TEST_F(Shape, IsForgottenWhereATagIsNotPlain) {
   learn(usual);
   learn({"x=", " y=", " />"}, {}, false);
-  EXPECT_EQ(follow(another + room), 0U);
-  EXPECT_EQ(follow("x=8 y=9 />" + room), 0U);
+  EXPECT_EQ(follow(another + padding), 0U);
+  EXPECT_EQ(follow("x=8 y=9 />" + padding), 0U);
 }
 
 TEST_F(Shape, IsNotFollowedWhereOneByteIsAnother) {
   learn(usual);
   for (size_t i = 0; i < another.size(); ++i) {
-    std::string bytes = another + room;
+    std::string bytes = another + padding;
     bytes[i] = '~';
     EXPECT_EQ(follow(bytes), 0U) << bytes;
   }
@@ -107,9 +107,9 @@ TEST_F(Shape, HasPartsOfUpTo32Bytes) {
     learn(parts);
     EXPECT_EQ(shape_.known, length <= TagPart::longest);
     const std::string tag = written(parts, {"7"});
-    EXPECT_EQ(follow(tag + room), length <= TagPart::longest ? tag.size() : 0);
+    EXPECT_EQ(follow(tag + padding), length <= TagPart::longest ? tag.size() : 0);
     for (size_t i = 0; i < length; ++i) {
-      std::string bytes = tag + room;
+      std::string bytes = tag + padding;
       bytes[i] = '~';
       EXPECT_EQ(follow(bytes), 0U) << bytes;
     }
@@ -118,7 +118,7 @@ TEST_F(Shape, HasPartsOfUpTo32Bytes) {
 
 TEST_F(Shape, HasThreeNumbersAtMost) {
   learn({"a", "b", "c", "d", " >"});
-  EXPECT_EQ(follow("a1b2c3d4 >" + room), 0U);
+  EXPECT_EQ(follow("a1b2c3d4 >" + padding), 0U);
 }
 
 TEST_F(Shape, IsToBeLearnedAtTheFirstTag) { EXPECT_TRUE(shapeMiss(shape_)); }
@@ -126,8 +126,8 @@ TEST_F(Shape, IsToBeLearnedAtTheFirstTag) { EXPECT_TRUE(shapeMiss(shape_)); }
 TEST_F(Shape, IsToBeLearnedAnewAtTheSecondMissInARow) {
   learn(usual);
   EXPECT_FALSE(shapeMiss(shape_));
-  EXPECT_EQ(follow(another + room), another.size());
-  EXPECT_FALSE(shapeMiss(shape_)) << "the one before counts no more";
+  EXPECT_EQ(follow(another + padding), another.size());
+  EXPECT_FALSE(shapeMiss(shape_)) << "the miss before does not count any more";
   EXPECT_TRUE(shapeMiss(shape_));
 }
 
@@ -135,8 +135,8 @@ TEST_F(Shape, OfAnotherSpellingReplacesIt) {
   learn(usual);
   EXPECT_FALSE(shapeMiss(shape_));
   learn({"x=", " y=", " />"});
-  EXPECT_FALSE(shapeMiss(shape_)) << "its misses count from its own beginning";
-  EXPECT_EQ(follow("x=8 y=9 />" + room), 10U);
+  EXPECT_FALSE(shapeMiss(shape_)) << "its misses are counted from 0";
+  EXPECT_EQ(follow("x=8 y=9 />" + padding), 10U);
   EXPECT_EQ(values_[0], 8);
   EXPECT_EQ(values_[1], 9);
 }
@@ -150,22 +150,22 @@ TEST_F(Shape, IsNotFollowedWhereTooLittleOfTheTextIsLeft) {
 
 TEST_F(Shape, IsNotFollowedWhereATokenMayEndInTheFirstPart) {
   learn(usual);
-  EXPECT_EQ(follow(another + room, HWLEX_LIMIT - TagPart::longest), another.size());
-  EXPECT_EQ(follow(another + room, HWLEX_LIMIT - TagPart::longest + 1), 0U);
-  EXPECT_EQ(follow(another + room, HWLEX_LIMIT - 1), 0U);
+  EXPECT_EQ(follow(another + padding, HWLEX_LIMIT - TagPart::longest), another.size());
+  EXPECT_EQ(follow(another + padding, HWLEX_LIMIT - TagPart::longest + 1), 0U);
+  EXPECT_EQ(follow(another + padding, HWLEX_LIMIT - 1), 0U);
 }
 
 TEST_F(Shape, EndsWithTheTagsLastWord) {
   learn(usual);
-  for (const char behind : {' ', '\n', '=', '"'})
-    EXPECT_EQ(follow(another + behind + room), another.size()) << behind;
-  for (const char behind : {'x', '>', '(', '\'', '!', '\0'})
-    EXPECT_EQ(follow(another + behind + room), 0U) << behind;
+  for (const char following : {' ', '\n', '=', '"'})
+    EXPECT_EQ(follow(another + following + padding), another.size()) << following;
+  for (const char following : {'x', '>', '(', '\'', '!', '\0'})
+    EXPECT_EQ(follow(another + following + padding), 0U) << following;
 }
 
 TEST_F(Shape, LeavesTheRestOfTheTokenWhereATagIsJoined) {
   learn(usual);
-  EXPECT_EQ(follow(another + "<" + room), another.size());
+  EXPECT_EQ(follow(another + "<" + padding), another.size());
   EXPECT_EQ(tokenBefore_, ptrdiff_t{lastWord});
 }
 

@@ -19,7 +19,7 @@ inline std::ostream &operator<<(std::ostream &out, const Token &token) {
 
 using Tokens = std::vector<Token>;
 
-/// The lexer over a text of its own, which stands alone in memory so that a sanitizer sees every byte read beyond it.
+/// The lexer over a text in a separate block of memory, so that a sanitizer detects every read beyond it.
 class Lexer {
 public:
   explicit Lexer(const std::string &text) : text_(text.begin(), text.end()) {
@@ -35,7 +35,7 @@ public:
     return {kind, text};
   }
 
-  /// Nothing left, neither in the text nor in the look-ahead.
+  /// Whether neither the text nor the look-ahead has bytes left.
   bool atEnd() const { return *cursor == '\0' && state.pending1 == 0; }
 
   HWLEX_STATE state = {};

@@ -49,8 +49,8 @@ protected:
 
   RecordingHost host;
   WordFinder finder = nullptr;
-  int32_t badPage = -1; ///< its words cannot be had
-  int32_t missing = -1; ///< this word is not there
+  int32_t badPage = -1; ///< its words are not available
+  int32_t missing = -1; ///< this word is missing
   uint32_t bad = 99;    ///< this word has no offset
   uint32_t longer = 0;  ///< every word is longer by this
 };
@@ -89,7 +89,7 @@ TEST_F(Translation, EntryAtTheNumberOfWordsIsLookedUp) {
   EXPECT_EQ(host.count("WordFinderGetNthWord"), 1U);
 }
 
-// The place of the missing word is taken by the next one, so that the last entry stays as it was.
+// The next word takes the index of the missing one, so that the last entry is not rewritten.
 TEST_F(Translation, MissingWordLeavesTheLastEntryUntranslated) {
   missing = 2;
   const ListOwner list({{3, 2, 9}, {3, 4, 9}, {3, 6, 9}});
@@ -108,7 +108,7 @@ TEST_F(Translation, LengthKeepsEightBits) {
   EXPECT_EQ(translated(list), (Highlights{{3, 104, 5}}));
 }
 
-TEST_F(Translation, PageWhoseWordsCannotBeHadKeepsItsWordNumbers) {
+TEST_F(Translation, PageWhoseWordsAreNotAvailableKeepsItsWordNumbers) {
   badPage = 3;
   const ListOwner list({{3, 1, 7}, {8, 2, 7}});
   EXPECT_EQ(translated(list), (Highlights{{3, 1, 7}, {8, 102, 3}}));
@@ -120,14 +120,14 @@ TEST_F(Translation, ErrorAbandonsTheRestOfThePage) {
   EXPECT_EQ(translated(list), (Highlights{{3, 101, 2}, {3, 4, 7}, {3, 5, 7}, {8, 102, 3}}));
 }
 
-TEST_F(Translation, PageOfWhichTheHostSaysNothingHasNoWords) {
+TEST_F(Translation, PageWithoutAnAnswerOfTheHostHasNoWords) {
   host.answer(DocModel::WordFinderAcquirePage,
               std::function([](WordFinder, int32_t, Word **, Word **, Word **, int32_t *) {}));
   const ListOwner list({{3, 0, 7}, {3, 1, 7}});
   EXPECT_EQ(translated(list), (Highlights{{3, 100, 1}})) << "the first is one beyond the last";
 }
 
-TEST_F(Translation, GoesThroughPagesThatComeMeanwhile) {
+TEST_F(Translation, TranslatesPagesThatAreAddedMeanwhile) {
   const ListOwner list({{3, 1, 7}});
   host.answer(DocModel::WordFinderReleasePage, std::function([&](WordFinder, int32_t page) {
                 if (page == 3) HLL_AddHL(list, 8, 2, 7);

@@ -30,8 +30,8 @@ inline Words onlyTags(const Words &words) {
   return tags;
 }
 
-/// A text for the reader, up to its first NUL. It is a separate block of memory, so that a sanitizer sees every byte
-/// read after its end.
+/// A text for the reader, up to its first NUL. It is a separate block of memory, so that a sanitizer detects every read
+/// beyond its end.
 class ReaderText {
 public:
   explicit ReaderText(const std::string &text) : bytes_(text.c_str(), text.c_str() + text.size() + 1) {

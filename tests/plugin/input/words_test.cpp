@@ -1,4 +1,4 @@
-// The reader's words beside the lexer's: the same ones, split between joined tags.
+// The reader's words compared with the lexer's: the same ones, split between joined tags.
 #include "plugin/input/gltWords.h"
 
 #include <gtest/gtest.h>
@@ -48,40 +48,40 @@ TEST_P(ReaderWords, Are) {
   EXPECT_EQ(lexerWords(GetParam().text), GetParam().words);
 }
 
-TEST_P(ReaderWords, NoTagIsLeftOut) { EXPECT_EQ(tagsOf(GetParam().text), onlyTags(GetParam().words)); }
+TEST_P(ReaderWords, NoTagIsSkipped) { EXPECT_EQ(tagsOf(GetParam().text), onlyTags(GetParam().words)); }
 
 std::string a(int count) { return times(count, "a"); }
 
-const WordsRow cuts[] = {
+const WordsRow splits[] = {
     {{"At250"}, a(250) + " b c", {a(250), "b"}},
     {{"At251"}, a(251) + " b c", {a(250), "a", "b"}},
     {{"Twice"}, a(500) + "b c", {a(250), a(250), "b"}},
-    {{"TagBegunByACut"}, a(250) + "<b> c", {a(250), "<b>"}},
-    {{"TagBegunByTheSecondCut"}, a(500) + "<b> c", {a(250), a(250), "<b>"}},
-    {{"TagOneByteBeforeTheCut"}, a(249) + "<b> c", {a(249) + "<", "b>"}},
-    {{"TagOneByteBehindTheCut"}, a(251) + "<b> c", {a(250), "a<b>"}},
+    {{"TagBegunByASplit"}, a(250) + "<b> c", {a(250), "<b>"}},
+    {{"TagBegunByTheSecondSplit"}, a(500) + "<b> c", {a(250), a(250), "<b>"}},
+    {{"TagOneByteBeforeTheSplit"}, a(249) + "<b> c", {a(249) + "<", "b>"}},
+    {{"TagOneByteAfterTheSplit"}, a(251) + "<b> c", {a(250), "a<b>"}},
 };
-INSTANTIATE_TEST_SUITE_P(Cuts, ReaderWords, testing::ValuesIn(cuts), rowName<WordsRow>);
+INSTANTIATE_TEST_SUITE_P(Splits, ReaderWords, testing::ValuesIn(splits), rowName<WordsRow>);
 
 const WordsRow joints[] = {
     {{"BetweenTags"}, "<a><b> c d", {"<a>", "<b>", "c"}},
     {{"BetweenManyTags"}, "<a><b><c></c> d", {"<a>", "<b>", "<c>", "</c>"}},
-    {{"BehindText"}, "aa><b> c", {"aa>", "<b>"}},
+    {{"AfterText"}, "aa><b> c", {"aa>", "<b>"}},
     {{"OnlyWhereOneEndsAndOneBegins"}, ">><<a b c", {">>", "<<a", "b"}},
     {{"NotBeforeATagInsideAWord"}, "a<b c d", {"a<b", "c"}},
-    {{"NotWithABlankBetween"}, "<a> <b> c", {"<a>", "<b>"}},
-    {{"AtTheCut"}, a(249) + "><b> c d", {a(249) + ">", "<b>", "c"}},
-    {{"OneByteBeforeTheCut"}, a(248) + "><b> c d", {a(248) + ">", "<", "b>", "c"}},
-    {{"OneByteBehindTheCut"}, a(250) + "><b> c d", {a(250), ">", "<b>", "c"}},
-    {{"PieceEndsAtTheCutOfTheWhole"}, "<" + a(240) + "><location e", {"<" + a(240) + ">", "<locatio", "n"}},
-    {{"PieceReachesTheCutOfTheWhole"}, "<" + a(244) + "><loc e", {"<" + a(244) + ">", "<loc"}},
-    {{"WordBehindTheCutHas250Again"},
+    {{"NotWithASpaceBetween"}, "<a> <b> c", {"<a>", "<b>"}},
+    {{"AtTheSplit"}, a(249) + "><b> c d", {a(249) + ">", "<b>", "c"}},
+    {{"OneByteBeforeTheSplit"}, a(248) + "><b> c d", {a(248) + ">", "<", "b>", "c"}},
+    {{"OneByteAfterTheSplit"}, a(250) + "><b> c d", {a(250), ">", "<b>", "c"}},
+    {{"PieceEndsAtTheLimitOfTheToken"}, "<" + a(240) + "><location e", {"<" + a(240) + ">", "<locatio", "n"}},
+    {{"PieceReachesTheLimitOfTheToken"}, "<" + a(244) + "><loc e", {"<" + a(244) + ">", "<loc"}},
+    {{"WordAfterTheSplitHas250Again"},
      "<" + a(244) + "><loc" + a(251) + " e",
      {"<" + a(244) + ">", "<loc", a(250), "a"}},
     {{"AfterAQuoteInsideTheWord"}, "a'><b c d", {"a'>", "<b", "c"}},
     {{"NotInAQuotedWord"}, "'a><b' c d", {"'a><b'", "c"}},
     {{"NotInParentheses"}, "(a><b) c d", {"(a><b)", "c"}},
-    {{"BehindTheCutOfAQuotedWord"}, "'" + times(249, "=") + "><b> c", {"'" + times(249, "="), ">", "<b>"}},
+    {{"AfterTheSplitOfAQuotedWord"}, "'" + times(249, "=") + "><b> c", {"'" + times(249, "="), ">", "<b>"}},
 };
 INSTANTIATE_TEST_SUITE_P(Joints, ReaderWords, testing::ValuesIn(joints), rowName<WordsRow>);
 
@@ -94,34 +94,34 @@ const WordsRow ends[] = {
     {{"LastByteIsATag"}, "b <", {"b"}},
     {{"LastByteIsAQuote"}, "b '", {"b"}},
     {{"LastTwoBytesBegin"}, "b aa", {"b", "aa"}},
-    {{"LastByteBehindABlank"}, " a", {}},
-    {{"LastByteBehindOther"}, "=a", {}},
-    {{"LastByteBehindASentenceEnd"}, "!a", {}},
-    {{"LastByteBehindALineBreak"}, "\n a", {}},
-    {{"LastByteBehindAQuotedWord"}, "'a b'=c", {"'a b'"}},
+    {{"LastByteAfterASpace"}, " a", {}},
+    {{"LastByteAfterOther"}, "=a", {}},
+    {{"LastByteAfterASentenceEnd"}, "!a", {}},
+    {{"LastByteAfterALineBreak"}, "\n a", {}},
+    {{"LastByteAfterAQuotedWord"}, "'a b'=c", {"'a b'"}},
     {{"LastByteIsAPiece"}, "<a><", {"<a>", "<"}},
-    {{"LastByteIsAPieceUpToTheCut"}, a(248) + "><", {a(248) + ">", "<"}},
-    {{"LastByteBehindAJointAtTheCut"}, a(249) + "><", {a(249) + ">"}},
-    {{"LastByteBehindACut"}, a(250) + "b", {a(250)}},
-    {{"LastTwoBytesBehindACut"}, a(250) + "bc", {a(250), "bc"}},
+    {{"LastByteIsAPieceUpToTheSplit"}, a(248) + "><", {a(248) + ">", "<"}},
+    {{"LastByteAfterAJointAtTheSplit"}, a(249) + "><", {a(249) + ">"}},
+    {{"LastByteAfterASplit"}, a(250) + "b", {a(250)}},
+    {{"LastTwoBytesAfterASplit"}, a(250) + "bc", {a(250), "bc"}},
     {{"NulEndsAWord"}, std::string("ab\0cd", 5), {"ab"}},
-    {{"NulBehindTheFirstByte"}, std::string("a\0b", 3), {"a"}},
-    {{"NulBehindOneByte"}, std::string("b a\0c", 5), {"b"}},
+    {{"NulAfterTheFirstByte"}, std::string("a\0b", 3), {"a"}},
+    {{"NulAfterOneByte"}, std::string("b a\0c", 5), {"b"}},
     {{"NulEndsAQuotedWord"}, std::string("'a b\0 c'", 8), {"'a b"}},
-    {{"NulBehindAJoint"}, std::string("<a><\0<b> c", 10), {"<a>", "<"}},
+    {{"NulAfterAJoint"}, std::string("<a><\0<b> c", 10), {"<a>", "<"}},
 };
 INSTANTIATE_TEST_SUITE_P(Ends, ReaderWords, testing::ValuesIn(ends), rowName<WordsRow>);
 
 const WordsRow quotes[] = {
     {{"AtTheStart"}, "'a b' c d", {"'a b'", "c"}},
-    {{"BehindASentenceEnd"}, "!'a b' c d", {"'a b'", "c"}},
-    {{"BehindALineBreak"}, "\n (a b) c d", {"(a b)", "c"}},
+    {{"AfterASentenceEnd"}, "!'a b' c d", {"'a b'", "c"}},
+    {{"AfterALineBreak"}, "\n (a b) c d", {"(a b)", "c"}},
     {{"InsideAWord"}, "a'b c' d", {"a'b", "c'"}},
-    {{"BehindATag"}, "<a>'b c' d", {"<a>'b", "c'"}},
-    {{"OpensAtACut"}, a(250) + "'b c' d e", {a(250), "'b c'", "d"}},
-    {{"ParenthesisOpensAtACut"}, a(250) + "(b <c) d e", {a(250), "(b <c)", "d"}},
-    {{"OpensOneByteBeforeACut"}, a(249) + "'b c' d", {a(249) + "'", "b", "c'"}},
-    {{"OpensOneByteBehindACut"}, a(251) + "'b c' d", {a(250), "a'b", "c'"}},
+    {{"AfterATag"}, "<a>'b c' d", {"<a>'b", "c'"}},
+    {{"OpensAtASplit"}, a(250) + "'b c' d e", {a(250), "'b c'", "d"}},
+    {{"ParenthesisOpensAtASplit"}, a(250) + "(b <c) d e", {a(250), "(b <c)", "d"}},
+    {{"OpensOneByteBeforeASplit"}, a(249) + "'b c' d", {a(249) + "'", "b", "c'"}},
+    {{"OpensOneByteAfterASplit"}, a(251) + "'b c' d", {a(250), "a'b", "c'"}},
     {{"ClosesAsByte250"}, "'" + times(248, " ") + "' b c", {"'" + times(248, " ") + "'", "b"}},
     {{"ClosesAsByte251"}, "'" + times(249, " ") + "' b c", {"'" + times(249, " "), "' b c"}},
     {{"ClosesAtTheEnd"}, "a 'b c'", {"a", "'b c'"}},
@@ -133,17 +133,17 @@ const WordsRow quotes[] = {
 INSTANTIATE_TEST_SUITE_P(Quotes, ReaderWords, testing::ValuesIn(quotes), rowName<WordsRow>);
 
 const WordsRow sentenceEnds[] = {
-    {{"TakeTheirDotsAndBlanks"}, "!. ? .a b", {"a"}},
+    {{"TakeTheirDotsAndSpaces"}, "!. ? .a b", {"a"}},
     {{"InsideARun"}, "a.!.b c", {"a.", "b"}},
     {{"BeforeATag"}, "a!<b> c", {"a", "<b>"}},
     {{"DotAsByte250"}, times(249, "!") + ".b c", {"b"}},
     {{"DotAsByte251"}, times(250, "!") + ".b c", {".b"}},
     {{"QuestionMarkAsByte251"}, times(250, "!") + "?<b> c", {"?<b>"}},
-    {{"DotBehindTheSecond"}, times(251, "!") + ".b c", {"b"}},
-    {{"BlankAsByte251"}, times(250, "!") + " .b c", {".b"}},
+    {{"DotAfterTheSecond"}, times(251, "!") + ".b c", {"b"}},
+    {{"SpaceAsByte251"}, times(250, "!") + " .b c", {".b"}},
     {{"FirstOf250Dots"}, "!" + times(249, ".") + ".b c", {".b"}},
-    {{"FirstOfManyBlanks"}, "!" + times(300, " ") + ".b c", {".b"}},
-    {{"QuoteBehindTheCut"}, times(250, "!") + "'a b' c d", {"'a b'", "c"}},
+    {{"FirstOfManySpaces"}, "!" + times(300, " ") + ".b c", {".b"}},
+    {{"QuoteAfterTheSplit"}, times(250, "!") + "'a b' c d", {"'a b'", "c"}},
 };
 INSTANTIATE_TEST_SUITE_P(SentenceEnds, ReaderWords, testing::ValuesIn(sentenceEnds), rowName<WordsRow>);
 
@@ -155,19 +155,18 @@ TEST(ReaderWords, EveryByteBetweenTwoTags) {
   }
 }
 
-TEST(ReaderWords, TagsBehindTextOfEveryLength) {
+TEST(ReaderWords, TagsAfterTextOfEveryLength) {
   for (int length = 0; length <= 70; ++length)
-    for (const char *behind :
-         {"<b> c", " <b> c", "><b> c", "'<b> c' <d>", "'x><b> c' <d>", "(x <b> <c)", "!<b> c", "<"})
+    for (const char *after : {"<b> c", " <b> c", "><b> c", "'<b> c' <d>", "'x><b> c' <d>", "(x <b> <c)", "!<b> c", "<"})
       for (const char *before : {"", "<a>", "!", "("})
-        expectLexerWords(before + a(length) + behind);
+        expectLexerWords(before + a(length) + after);
 }
 
-TEST(ReaderWords, JointsAtEveryPlaceAroundACut) {
+TEST(ReaderWords, JointsAtEveryPositionAroundASplit) {
   for (int length = 240; length <= 255; ++length)
-    for (const char *behind : {"><b> c", "<b> c", ">><<b> c", "'><b>' c", "!><b> c", "<"})
+    for (const char *after : {"><b> c", "<b> c", ">><<b> c", "'><b>' c", "!><b> c", "<"})
       for (const char *before : {"", "<a>", "'", "!"})
-        expectLexerWords(before + a(length) + behind);
+        expectLexerWords(before + a(length) + after);
 }
 
 std::string generatedText(std::mt19937 &random) {

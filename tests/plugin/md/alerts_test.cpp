@@ -28,7 +28,7 @@ const KindRow kinds[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Kinds, AlertKind, testing::ValuesIn(kinds), rowName<KindRow>);
 
-/// A button set: its labels as they stand in the trace, and the results of the answers 1, 2 and 3.
+/// A button set: its labels as the trace shows them, and the results of the answers 1, 2 and 3.
 struct ButtonsRow : Row {
   int32_t buttons;
   const char *labels;
@@ -152,14 +152,14 @@ TEST(Alerts, LongestText) {
   EXPECT_EQ(host.alertMessage, text);
 }
 
-TEST(Alerts, LongerTextsAreCut) {
+TEST(Alerts, LongerTextsAreTruncated) {
   RecordingHost host;
   const std::string text(5000, 'x');
   mdAlertStr(nullptr, 0, mdOK, "%s", text.c_str());
   EXPECT_EQ(host.alertMessage, text.substr(0, 2049));
 }
 
-TEST(Alerts, LongerStringsAreCut) {
+TEST(Alerts, LongerStringsAreTruncated) {
   RecordingHost host;
   pretendShell(host);
   host.resources = {{"fullName", std::string(5000, 'x')}};
@@ -175,7 +175,7 @@ struct AssertRow : Row {
 
 class Assertion : public testing::TestWithParam<AssertRow> {};
 
-TEST_P(Assertion, IsReportedAndGoesOn) {
+TEST_P(Assertion, IsReportedAndReturns) {
   RecordingHost host;
   testing::internal::CaptureStderr();
   mdAssert(GetParam().expression, GetParam().file, GetParam().line);

@@ -50,7 +50,7 @@ TEST(Bitmaps, LookedUpOnceWithAShell) {
                                R"(Desktop.GetResourceBitmap(shell, "prev", "prev", *, 16, 16))"}));
 }
 
-TEST(Bitmaps, BitsGoToTheHost) {
+TEST(Bitmaps, BitsArePassedToTheHost) {
   RecordingHost host;
   pretendShell(host);
   host.answer(Desktop::GetResourceBitmap,
@@ -126,7 +126,7 @@ TEST(IconBundles, HoldSignatureVersionAndBitmaps) {
   mdReleaseIconBundle(bundle);
 }
 
-// The one place where the machine's byte order shows.
+// The only result that depends on the machine's byte order.
 TEST(IconBundles, ReadTheirNameWhereTheMostSignificantByteIsFirst) {
   RecordingHost host;
   IconBundle *bundle = mdGetIconBundle(0, 1);
@@ -136,7 +136,7 @@ TEST(IconBundles, ReadTheirNameWhereTheMostSignificantByteIsFirst) {
   mdReleaseIconBundle(bundle);
 }
 
-TEST(IconBundles, BitmapsThatAreNotToBeHadAreZero) {
+TEST(IconBundles, BitmapsThatAreNotAvailableAreZero) {
   RecordingHost host;
   IconBundle *bundle = mdGetIconBundle(0, 2);
   ASSERT_NE(bundle, nullptr);

@@ -50,7 +50,7 @@ const LabelRow labels[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Labels, ButtonLabel, testing::ValuesIn(labels), rowName<LabelRow>);
 
-TEST(ButtonLabels, ReadBeforeTheShellStayBuiltInForGood) {
+TEST(ButtonLabels, ReadBeforeTheShellStayBuiltIn) {
   RecordingHost host;
   GetButtonString(0);
   pretendShell(host);
@@ -66,7 +66,7 @@ TEST(ButtonLabels, NullFromTheHostIsAskedAgain) {
   EXPECT_STREQ(GetButtonString(2), "Yes");
 }
 
-// Mnemonics. What happens to an ampersand behind the first byte differs by locale, and has to.
+// Mnemonics. An ampersand after the first byte is treated differently in single-byte and multi-byte locales.
 
 struct MnemonicRow : Row {
   const char *locale, *text, *expected;
@@ -91,8 +91,8 @@ const MnemonicRow singleByteLabels[] = {
     {{"LeadingIsRemoved"}, singleByte, "&File", "File"},
     {{"Alone"}, singleByte, "&", ""},
     {{"DoubledBecomesOne"}, singleByte, "a&&b", "a&b"},
-    {{"SingleBehindTheFirstByteSwallowsTheLast"}, singleByte, "a&b", "a&"},
-    {{"SingleSwallowsTheCharacterBehindIt"}, singleByte, "a&bc", "a&c"},
+    {{"SingleAfterTheFirstByteRemovesTheLast"}, singleByte, "a&b", "a&"},
+    {{"SingleRemovesTheCharacterAfterIt"}, singleByte, "a&bc", "a&c"},
     {{"SingleBeforeTheLast"}, singleByte, "ab&c", "ab&"},
     {{"LeadingAndLaterMixTheRest"}, singleByte, "&ab&cdefgh", "abc&f&"},
     {{"OneCharacter"}, singleByte, "x", "x"},
@@ -112,12 +112,12 @@ const MnemonicRow multiByteLabels[] = {
     {{"Quadrupled"}, multiByte, "&&&&", "&&&&"},
     {{"Several"}, multiByte, "&a&b&c", "abc"},
     {{"BeforeAMultiByteCharacter"}, multiByte, "&\xC3\xA9&\xC3\xBC", "\xC3\xA9\xC3\xBC"},
-    {{"BehindAMultiByteCharacter"}, multiByte, "\xE2\x82\xAC&&\xE2\x82\xAC&", "\xE2\x82\xAC&&\xE2\x82\xAC"},
+    {{"AfterAMultiByteCharacter"}, multiByte, "\xE2\x82\xAC&&\xE2\x82\xAC&", "\xE2\x82\xAC&&\xE2\x82\xAC"},
     {{"EndsAtAnInvalidSequence"}, multiByte, "&a\xFF&b", "a"},
 };
 INSTANTIATE_TEST_SUITE_P(MultiByte, Mnemonic, testing::ValuesIn(multiByteLabels), rowName<MnemonicRow>);
 
-TEST(Mnemonics, TextIsCutFirst) {
+TEST(Mnemonics, TextIsTruncatedFirst) {
   RecordingHost host;
   pretendShell(host);
   host.resources = {{"fullName", "&Filename"}};
@@ -139,7 +139,7 @@ TEST(Mnemonics, UnknownIdentifier) {
   EXPECT_STREQ(mdGetButtonString(99, buffer, sizeof buffer), "Bad String ID");
 }
 
-// In a single-byte locale some texts with several ampersands run over their end; that must not leave the buffer.
+// In a single-byte locale some texts with several ampersands are written beyond their end, but not beyond the buffer.
 TEST(Mnemonics, StayWithinTheBuffer) {
   for (const char *text : {"&&File", "&a&b", "a&", "ab&", "&&", "a&b&c&d", "&&&&&&"}) {
     RecordingHost host;

@@ -6,7 +6,7 @@
 #include "plugin/md/mdResources.h"
 #include "tests/host/RecordingHost.h"
 
-/// A locale for as long as it lives; afterwards the one of every program's start.
+/// Sets a locale while it exists; then the locale of every program's start.
 class ScopedLocale {
 public:
   explicit ScopedLocale(const char *name) : set_(setlocale(LC_ALL, name) != nullptr) {}
@@ -21,7 +21,7 @@ private:
 
 inline constexpr const char *singleByte = "C", *multiByte = "C.UTF-8";
 
-/// Lookups are made from now on. The widget is only passed through, so any address will do.
+/// Lookups are made from now on. The widget is only passed on, so any address is sufficient.
 inline void pretendShell(RecordingHost &host) {
   rootWidget = host.named(reinterpret_cast<tavrel::Widget>(uintptr_t{0x8000}), "shell");
 }

@@ -8,7 +8,7 @@
 #include "tests/plugin/md/setting.h"
 #include "tests/support/Xvfb.h"
 
-// Behind everything else: X makes macros of common words.
+// After all other headers: X defines macros with common names.
 #include <X11/Intrinsic.h>
 #include <X11/Shell.h>
 #include <X11/StringDefs.h>
@@ -22,17 +22,17 @@ using Calls = std::vector<std::string>;
 
 constexpr const char *parentless = "TAVREL_PLUGIN_PARENTLESS_ROOT";
 
-/// Where a widget is, as the toolkit has it.
-struct Place {
+/// A widget's position and size, as the toolkit reports them.
+struct Geometry {
   int x, y, width, height;
-  bool operator==(const Place &) const = default;
+  bool operator==(const Geometry &) const = default;
 };
 
-std::ostream &operator<<(std::ostream &out, const Place &p) {
+std::ostream &operator<<(std::ostream &out, const Geometry &p) {
   return out << p.width << 'x' << p.height << '+' << p.x << '+' << p.y;
 }
 
-Place placeOf(Widget widget) {
+Geometry geometryOf(Widget widget) {
   Position x = -1, y = -1;
   Dimension width = 0, height = 0;
   XtVaGetValues(widget, XtNx, &x, XtNy, &y, XtNwidth, &width, XtNheight, &height, nullptr);
@@ -82,7 +82,7 @@ TEST_F(Shell, IsAChildOfTheTopLevelWidget) {
                                "Desktop.GetTopLevelWidget()"}));
 }
 
-TEST_F(Shell, IsOnePixelInTheMiddleOfTheScreen) { EXPECT_EQ(placeOf(mdInitUtils()), (Place{640, 512, 1, 1})); }
+TEST_F(Shell, IsOnePixelInTheMiddleOfTheScreen) { EXPECT_EQ(geometryOf(mdInitUtils()), (Geometry{640, 512, 1, 1})); }
 
 TEST_F(Shell, IsRealisedAndNotMapped) {
   const Widget shell = mdInitUtils();
@@ -94,7 +94,7 @@ TEST_F(Shell, IsRealisedAndNotMapped) {
 }
 
 // A variable that is set counts, whatever its value.
-TEST_F(Shell, StandsAloneWhereTheVariableIsEmpty) {
+TEST_F(Shell, IsIndependentWhereTheVariableIsEmpty) {
   setenv(parentless, "", 1);
   ASSERT_EQ(mdInit(), 1);
   const Widget shell = rootWidget;
@@ -107,11 +107,11 @@ TEST_F(Shell, StandsAloneWhereTheVariableIsEmpty) {
   mdTerm();
 }
 
-TEST_F(Shell, StandsAloneInTheMiddleOfTheScreenToo) {
+TEST_F(Shell, IsInTheMiddleOfTheScreenWhenIndependent) {
   setenv(parentless, "0", 1);
   ASSERT_EQ(mdInit(), 1);
   EXPECT_EQ(XtParent(rootWidget), nullptr);
-  EXPECT_EQ(placeOf(rootWidget), (Place{640, 512, 1, 1}));
+  EXPECT_EQ(geometryOf(rootWidget), (Geometry{640, 512, 1, 1}));
   EXPECT_TRUE(XtIsRealized(rootWidget));
   EXPECT_EQ(mapStateOf(rootWidget), IsUnmapped);
   mdTerm();
@@ -139,13 +139,13 @@ TEST_F(Shell, NoTopLevelWidgetMakesNoShell) {
   EXPECT_EQ(rootWidget, nullptr);
 }
 
-TEST_F(Shell, TopLevelWidgetThatGoesMeanwhileMakesNoShell) {
+TEST_F(Shell, TopLevelWidgetThatIsDestroyedMeanwhileMakesNoShell) {
   host.failAt(2);
   EXPECT_EQ(mdInit(), 0);
   EXPECT_EQ(rootWidget, nullptr);
 }
 
-TEST_F(Shell, NoTopLevelWidgetMakesNoShellThatStandsAloneEither) {
+TEST_F(Shell, NoTopLevelWidgetMakesNoIndependentShell) {
   setenv(parentless, "", 1);
   host.topLevel = nullptr;
   EXPECT_EQ(mdInit(), 0);
@@ -174,7 +174,7 @@ TEST_F(Shell, NothingIsDestroyedWithoutGlobalDataOrShell) {
   EXPECT_FALSE(destroyed);
 }
 
-TEST_F(Shell, LookupsGoThroughIt) {
+TEST_F(Shell, LookupsUseIt) {
   mdInit();
   host.named(rootWidget, "shell");
   host.clear();
@@ -184,7 +184,7 @@ TEST_F(Shell, LookupsGoThroughIt) {
                                R"(Desktop.GetResourceBitmap(shell, "next", "next", *, 16, 16))"}));
 }
 
-/// What a host makes of built-in bits.
+/// A pixmap of built-in bits, as a host makes it.
 tavrel::Bitmap pixmapOf(Widget widget, const unsigned char *bits, uint32_t width, uint32_t height) {
   return XCreateBitmapFromData(XtDisplay(widget), XtWindow(widget), reinterpret_cast<const char *>(bits), width,
                                height);
@@ -218,7 +218,7 @@ TEST(ShellOnAnotherScreen, OddSizesAreHalvedDownwards) {
   ASSERT_NE(top.widget(), nullptr) << "no X server";
   RecordingHost host;
   host.topLevel = top.widget();
-  EXPECT_EQ(placeOf(mdInitUtils()), (Place{400, 301, 1, 1}));
+  EXPECT_EQ(geometryOf(mdInitUtils()), (Geometry{400, 301, 1, 1}));
 }
 
 } // namespace

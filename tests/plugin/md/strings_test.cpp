@@ -15,7 +15,7 @@ struct BuiltIn {
   const char *key, *value;
 };
 
-// Odd entries included: the help keys are crossed, a key is misprinted, and users' overrides hang on both.
+// The help keys are exchanged, and a key is misprinted: users' overrides use these keys.
 const BuiltIn builtIn[] = {
     {"realVersion", "B10"},
     {"language", "ENU"},
@@ -52,7 +52,7 @@ TEST(StringTable, HasTheseEntries) {
   }
 }
 
-TEST(StringTable, HelpKeysAreCrossed) {
+TEST(StringTable, HelpKeysAreExchanged) {
   EXPECT_STREQ(stringData[stringHelpNext].key, "helpPrev");
   EXPECT_STREQ(stringData[stringHelpNext].value, "Jumps to the next highlight");
   EXPECT_STREQ(stringData[stringHelpPrev].key, "helpNext");
@@ -97,7 +97,7 @@ TEST(Strings, LookedUpOnce) {
   EXPECT_EQ(stringCache[5], first);
 }
 
-TEST(Strings, ReadBeforeTheShellStayBuiltInForGood) {
+TEST(Strings, ReadBeforeTheShellStayBuiltIn) {
   RecordingHost host;
   host.resources = {{"fullName", "Glimmer"}};
   mdGetStringPtr(15);
@@ -148,18 +148,18 @@ TEST_P(StringCopy, Gives) {
 const CopyRow singleByteCopies[] = {
     {{"FitsExactly"}, singleByte, "Glint", 6, "Glint"},
     {{"OneByteTooShort"}, singleByte, "Glint", 5, "Glin"},
-    {{"RoomToSpare"}, singleByte, "Glint", 100, "Glint"},
+    {{"MoreSpaceThanNeeded"}, singleByte, "Glint", 100, "Glint"},
     {{"OnlyTheNul"}, singleByte, "Glint", 1, ""},
     {{"Empty"}, singleByte, "", 1, ""},
     {{"LargestSize"}, singleByte, "Glint", 0xFFFF, "Glint"},
-    {{"BytesAreCutWhereverTheyAre"}, singleByte, "ab\xC3\xA9", 4, "ab\xC3"},
+    {{"BytesAreTruncatedAnywhere"}, singleByte, "ab\xC3\xA9", 4, "ab\xC3"},
 };
 INSTANTIATE_TEST_SUITE_P(SingleByte, StringCopy, testing::ValuesIn(singleByteCopies), rowName<CopyRow>);
 
 const CopyRow multiByteCopies[] = {
     {{"FitsExactly"}, multiByte, "ab\xC3\xA9", 5, "ab\xC3\xA9"},
     {{"CharacterThatWouldEndAtTheLastByteIsLeftOut"}, multiByte, "ab\xC3\xA9", 4, "ab"},
-    {{"CharacterIsNotCut"},
+    {{"CharacterIsNotTruncated"},
      multiByte,
      "ab\xC3\xA9"
      "c",
@@ -193,7 +193,7 @@ const CopyRow multiByteCopies[] = {
 };
 INSTANTIATE_TEST_SUITE_P(MultiByte, StringCopy, testing::ValuesIn(multiByteCopies), rowName<CopyRow>);
 
-TEST(StringCopies, AboutTextCut) {
+TEST(StringCopies, AboutTextTruncated) {
   RecordingHost host;
   char buffer[11] = "xxxxxxxxxx";
   EXPECT_STREQ(mdGetString(2, buffer, 10), "Tavrel Gl");
@@ -216,7 +216,7 @@ TEST(StringCopies, SizeZeroCopiesAllOfIt) {
   }
 }
 
-TEST(StringCopies, NothingBehindTheNulIsWritten) {
+TEST(StringCopies, NothingAfterTheNulIsWritten) {
   RecordingHost host;
   char buffer[8] = "xxxxxxx";
   mdGetString(15, buffer, 7);

@@ -12,7 +12,7 @@ using namespace tavrel;
 
 namespace {
 
-/// What a protected body works on: plain, so that a jump may skip it.
+/// The data of a protected body: without a destructor, so that a jump may skip it.
 struct Steps {
   int before = 0, after = 0;
   bool innerRan = true;
@@ -53,7 +53,7 @@ TEST(Frame, IsClosedByTheHandlerWhenTheHostRaises) {
   }));
   EXPECT_EQ(host.frames(), 0U);
   EXPECT_EQ(Kernel::GetExceptionCode(), errBadPage);
-  EXPECT_EQ(steps.before, 1) << "what the body stored before the jump is there";
+  EXPECT_EQ(steps.before, 1) << "the value that the body stored before the jump is there";
   EXPECT_EQ(steps.after, 0);
 }
 
@@ -72,7 +72,7 @@ TEST(Frame, RaiseErrorIsCaughtWithItsCode) {
   EXPECT_EQ(Kernel::GetExceptionCode(), errNoMemory);
 }
 
-TEST(Frame, InnerFailureIsHandledInsideAndTheOuterBodyGoesOn) {
+TEST(Frame, InnerFailureIsHandledInsideAndTheOuterBodyContinues) {
   const RecordingHost host;
   Steps steps;
   EXPECT_TRUE(PIProtect([&] {
@@ -141,7 +141,7 @@ TEST(HostTables, AreReadFromTheirGlobalsAtEveryCall) {
                 return Doc{nullptr};
               }));
   GLTNextExecProc(nullptr, nullptr);
-  EXPECT_TRUE(asked) << "the second call of the same function went to the table that was put in place by the first";
+  EXPECT_TRUE(asked) << "the second call of the same function used the table that the first one stored";
 }
 
 } // namespace

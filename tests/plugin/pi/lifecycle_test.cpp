@@ -145,7 +145,7 @@ TEST_F(Lifecycle, InitialisationFillsTheGlobalData) {
   EXPECT_EQ(gData->buttonsShown, 0) << "never set";
 }
 
-TEST_F(Lifecycle, InitialisationAnswersWhatTheRegistrationForXmlAnswers) {
+TEST_F(Lifecycle, InitialisationReturnsTheResultOfTheRegistrationForXml) {
   host.auxTypes.insert("xml"); // the host refuses a second registration
   EXPECT_EQ(ExtensionInit(), 0U);
   EXPECT_EQ(host.count("ToolBarInsertButton"), 2U) << "the buttons are set up all the same";
@@ -156,8 +156,8 @@ TEST_F(Lifecycle, InitialisationIgnoresTheRegistrationForTheOtherType) {
   EXPECT_EQ(ExtensionInit(), 1U);
 }
 
-TEST_F(Lifecycle, InitialisationIgnoresThatTheButtonsHaveNoRoom) {
-  host.roomOnToolBar = false;
+TEST_F(Lifecycle, InitialisationIgnoresThatTheButtonsHaveNoSpace) {
+  host.spaceOnToolBar = false;
   EXPECT_EQ(ExtensionInit(), 1U);
 }
 
@@ -224,12 +224,12 @@ TEST(Termination, WithoutGlobalDataDestroysNoShell) {
 
 struct Unregistration : Row {
   std::set<std::string> registered; ///< before
-  std::string refused;              ///< the type that the host does not give back
+  std::string refused;              ///< the type that the host does not unregister
   uint32_t result;
 };
 class TerminationResult : public testing::TestWithParam<Unregistration> {};
 
-TEST_P(TerminationResult, IsThatOfTheLastTypeTakenBack) {
+TEST_P(TerminationResult, IsThatOfTheLastTypeUnregistered) {
   RecordingHost host;
   ExtensionExportHFTs();
   host.auxTypes = GetParam().registered;

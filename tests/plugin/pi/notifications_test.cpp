@@ -1,4 +1,4 @@
-// The document notifications, and the whole sequences of host calls for a document's close and a page's drawing.
+// The document notifications, and the complete sequences of host calls for a document's close and a page's drawing.
 #include <gtest/gtest.h>
 
 #include "plugin/glt/glt.h"
@@ -179,7 +179,7 @@ TEST(PageDraw, OfADocumentWhoseListHadNoMemoryDoesNothing) {
   EXPECT_EQ(host.without({"AtomFromString"}), std::vector<std::string>{"TavrelView.PageViewGetDoc(view)"});
 }
 
-TEST(PageDraw, OpensNoFrameOfItsOwn) {
+TEST(PageDraw, OpensNoFrame) {
   RecordingHost host;
   registerPages(host, {{2, 10, 3}});
   host.raiseIn("PageViewGetPageNum");
@@ -187,7 +187,7 @@ TEST(PageDraw, OpensNoFrameOfItsOwn) {
   EXPECT_EQ(host.count("PushExceptionFrame"), 0U);
 }
 
-TEST(PageDraw, LeavesNoFrameWhateverCallFails) {
+TEST(PageDraw, LeavesNoFrameOnAFailureOfAnyCall) {
   const auto prepare = [](RecordingHost &host) {
     registerPages(host, {{2, 10, 3}});
     host.shownPage = 2;

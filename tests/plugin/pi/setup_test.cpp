@@ -1,4 +1,4 @@
-// Negotiation, set-up and handshake: what the host asks, what the plug-in takes, what it writes.
+// Negotiation, set-up and handshake: what the host passes, what the plug-in requests and what it writes.
 #include <gtest/gtest.h>
 
 #include "plugin/pi/mdPI.h"
@@ -46,7 +46,7 @@ struct Negotiation : Row {
 };
 class SmallerVersion : public testing::TestWithParam<Negotiation> {};
 
-TEST_P(SmallerVersion, IsSpoken) {
+TEST_P(SmallerVersion, IsNegotiated) {
   uint32_t version = 0xDEAD;
   void *setup = nullptr;
   EXPECT_EQ(PINegotiate(GetParam().offered, &version, &setup), 1U);
@@ -145,7 +145,7 @@ INSTANTIATE_TEST_SUITE_P(Setup, OtherHandshakeVersion,
                          }),
                          rowName<OtherVersion>);
 
-TEST(Setup, StepsDownByOneOverTheWholeNumber) {
+TEST(Setup, StepsDownByOneThroughEveryVersion) {
   SetupHost host;
   host.granted["TavrelView"] = 0x00040005;
   EXPECT_EQ(host.setUp(), 1U);
@@ -206,7 +206,7 @@ TEST(Setup, AsksForNoTableAfterAMissingOne) {
   host.granted.erase("DocModel");
   EXPECT_EQ(host.setUp(), 0U);
   EXPECT_EQ(host.trace.back(), "Kernel.RequestTable(3, 327680)");
-  EXPECT_EQ(gTavrelSupportHFT, host.table("TavrelSupport")) << "what it has stays";
+  EXPECT_EQ(gTavrelSupportHFT, host.table("TavrelSupport")) << "the tables that it has stay";
   EXPECT_EQ(gCobbleHFT, host.table("Cobble"));
   EXPECT_EQ(gDocModelHFT, nullptr);
   EXPECT_EQ(gTavrelViewVersion, 0U);

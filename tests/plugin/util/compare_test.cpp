@@ -148,8 +148,8 @@ const BoundedRow bounded[] = {
     {{"UcsBeforeTheDifference"}, ucs("ab"), ucs("ac"), 5, 0},
     {{"UcsAtTheDifference"}, ucs("ab"), ucs("ac"), 6, -1},
     {{"UcsBothEndBefore"}, ucs("ab"), ucs("ab"), 100, 0},
-    {{"UcsNothingBehindTheEnd"}, ucs({'a', 0, 'x'}), ucs({'a', 0, 'y'}), 100, 0},
-    {{"UcsNothingBehindALaterEnd"}, ucs({'a', 'b', 0, 'x'}), ucs({'a', 'b', 0, 'y'}), 100, 0},
+    {{"UcsNothingAfterTheEnd"}, ucs({'a', 0, 'x'}), ucs({'a', 0, 'y'}), 100, 0},
+    {{"UcsNothingAfterALaterEnd"}, ucs({'a', 'b', 0, 'x'}), ucs({'a', 'b', 0, 'y'}), 100, 0},
     {{"UcsOneEndsBefore"}, ucs("ab"), ucs("abc"), 100, -1},
     {{"UcsBytesAreUnsigned"}, ucs({0x7F7F}), ucs({0x8080}), 4, -1},
 };

@@ -14,7 +14,7 @@ TEST(Strcpy, ByteStringReturnsTheDestination) {
 }
 
 // Unlike a byte string.
-TEST(Strcpy, UcsStringReturnsThePlaceBehindTheTerminator) {
+TEST(Strcpy, UcsStringReturnsThePositionAfterTheTerminator) {
   std::string buffer = dots(10);
   const std::string source = ended(ucs("AB"));
   EXPECT_EQ(miStrcpySAFE(buffer.data(), source.c_str()) - buffer.data(), 8);
@@ -64,7 +64,7 @@ struct CopyRow : Row {
   std::string source;
   uint32_t size;
   int result;
-  std::string buffer; ///< as far as it was written; dots follow
+  std::string buffer; ///< the bytes that were written; dots follow
 };
 
 /// The buffer after a copy into it, twelve bytes long.
@@ -83,11 +83,11 @@ TEST_P(BoundedCopy, Fits) { EXPECT_EQ(after(miStrncpySAFE, GetParam()), dotted(G
 const CopyRow copies[] = {
     {{"OneByteTooShort"}, "hello", 5, 0, "hell" + nul},
     {{"FitsExactly"}, "hello", 6, 1, "hello" + nul},
-    {{"RoomToSpare"}, "hello", 10, 1, "hello" + nul},
+    {{"MoreSpaceThanNeeded"}, "hello", 10, 1, "hello" + nul},
     {{"OnlyTheTerminator"}, "hello", 1, 0, nul},
     {{"Empty"}, "", 1, 1, nul},
     {{"UcsFitsExactly"}, ucs("AB"), 8, 1, ucs("AB") + nulUnit},
-    {{"UcsRoomToSpare"}, ucs("AB"), 11, 1, ucs("AB") + nulUnit},
+    {{"UcsMoreSpaceThanNeeded"}, ucs("AB"), 11, 1, ucs("AB") + nulUnit},
     {{"UcsOddSizeIsRoundedDown"}, ucs("AB"), 7, 0, ucs("A") + nulUnit},
     {{"UcsOddSizeThatSuffices"}, ucs("AB"), 9, 1, ucs("AB") + nulUnit},
     {{"UcsTooShort"}, ucs("AB"), 6, 0, ucs("A") + nulUnit},
@@ -118,7 +118,7 @@ const CopyRow standardCopies[] = {
     {{"EmptyIntoNoBytes"}, "", 0, 0, ""},
     {{"UcsShorter"}, ucs("A"), 5, 1, ucs("A") + nulUnit},
     {{"UcsAsLong"}, ucs("A"), 4, 0, ucs("A")},
-    {{"UcsCutInAUnit"}, ucs("A"), 3, 0, ucs("") + nul},
+    {{"UcsTruncatedInAUnit"}, ucs("A"), 3, 0, ucs("") + nul},
 };
 INSTANTIATE_TEST_SUITE_P(Sizes, StandardCopy, testing::ValuesIn(standardCopies), rowName<CopyRow>);
 
@@ -142,18 +142,18 @@ TEST_P(BoundedConcatenation, Fits) {
 const CatRow concatenations[] = {
     {{"FitsExactly"}, "abc", "de", 6, 1, "abcde" + nul},
     {{"OneByteTooShort"}, "abc", "de", 5, 0, "abcd" + nul},
-    {{"NoRoom"}, "abc", "de", 4, 0, "abc" + nul},
-    {{"RoomToSpare"}, "abc", "de", 12, 1, "abcde" + nul},
+    {{"NoSpace"}, "abc", "de", 4, 0, "abc" + nul},
+    {{"MoreSpaceThanNeeded"}, "abc", "de", 12, 1, "abcde" + nul},
     {{"OntoNothing"}, "", "de", 3, 1, "de" + nul},
     {{"OntoNothingTooShort"}, "", "de", 2, 0, "d" + nul},
     {{"Nothing"}, "abc", "", 4, 1, "abc" + nul},
     {{"NothingOntoNothing"}, "", "", 1, 1, nul},
     {{"UcsFits"}, ucs("A"), ucs("B"), 12, 1, ucs("AB") + nulUnit},
     {{"DestinationTooLong"}, "abcdef", "g", 3, 0, "ab" + nul},
-    {{"UcsCutEndsInAUnit"}, ucs({0x4E2D}), ucs({0x4E2D}), 8, 0, ucs({0x4E2D}) + "\xFE\xFF" + nulUnit},
-    {{"UcsCutAtAnOddSize"}, ucs({0x4E2D}), ucs({0x4E2D, 0x4E2D}), 9, 0, ucs({0x4E2D}) + "\xFE\xFF" + nulUnit + nul},
-    {{"UcsCutToNothing"}, ucs({0x4E2D}), ucs({0x4E2D}), 2, 0, nulUnit},
-    {{"UcsCutToOneByte"}, ucs({0x4E2D}), ucs({0x4E2D}), 1, 0, nul},
+    {{"UcsTruncatedEndsInAUnit"}, ucs({0x4E2D}), ucs({0x4E2D}), 8, 0, ucs({0x4E2D}) + "\xFE\xFF" + nulUnit},
+    {{"UcsEndsAtAnOddSize"}, ucs({0x4E2D}), ucs({0x4E2D, 0x4E2D}), 9, 0, ucs({0x4E2D}) + "\xFE\xFF" + nulUnit + nul},
+    {{"UcsTruncatedToNothing"}, ucs({0x4E2D}), ucs({0x4E2D}), 2, 0, nulUnit},
+    {{"UcsTruncatedToOneByte"}, ucs({0x4E2D}), ucs({0x4E2D}), 1, 0, nul},
     {{"SizeZero"}, "abc", "de", 0, 0, "abc"},
 };
 INSTANTIATE_TEST_SUITE_P(Sizes, BoundedConcatenation, testing::ValuesIn(concatenations), rowName<CatRow>);
@@ -174,7 +174,7 @@ struct FormatRow : Row {
 
 class BoundedFormat : public testing::TestWithParam<FormatRow> {};
 
-TEST_P(BoundedFormat, IsCutAndEnded) {
+TEST_P(BoundedFormat, IsTruncatedAndTerminated) {
   std::string buffer = dots(12);
   EXPECT_EQ(miSnprintfSAFE(buffer.data(), GetParam().size, "%d", GetParam().number), GetParam().result);
   EXPECT_EQ(buffer.substr(0, GetParam().buffer.size()), GetParam().buffer);

@@ -1,4 +1,4 @@
-// Memory from the host that is there or raises, and the plain wrappers.
+// Memory from the host, with a raise when it is exhausted, and the plain wrappers.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -18,7 +18,7 @@ const Calls raised(const std::string &call) { return {call, "Kernel.RaiseError(2
 
 std::string bytesOf(const void *block, size_t size) { return std::string(static_cast<const char *>(block), size); }
 
-TEST(Calloc, TakesFromTheHostAndClears) {
+TEST(Calloc, AllocatesFromTheHostAndClears) {
   RecordingHost host;
   void *block = TScalloc(3, 4);
   EXPECT_EQ(host.trace, (Calls{"TavrelSupport.Malloc(12)"}));
@@ -41,21 +41,21 @@ TEST(Calloc, NullWhenMemoryIsExhausted) {
   EXPECT_EQ(host.trace, (Calls{"TavrelSupport.Malloc(12)"}));
 }
 
-// Sizes are 32-bit, also where an address is wider: the host is asked for what the product wraps to.
+// Sizes are 32-bit, also where an address is wider: the product wraps around.
 TEST(Calloc, ProductKeeps32Bits) {
   RecordingHost host;
   TScalloc(0x10000, 0x10001);
   EXPECT_EQ(host.trace, (Calls{"TavrelSupport.Malloc(65536)"}));
 }
 
-TEST(SureMalloc, TakesFromTheHost) {
+TEST(SureMalloc, AllocatesFromTheHost) {
   RecordingHost host;
   void *block = TSSureMalloc(10);
   EXPECT_EQ(host.trace, (Calls{"TavrelSupport.Malloc(10)"}));
   EXPECT_EQ(host.blocks.count(block), 1U);
 }
 
-TEST(SureCalloc, TakesFromTheHostAndClears) {
+TEST(SureCalloc, AllocatesFromTheHostAndClears) {
   RecordingHost host;
   void *block = TSSureCalloc(2, 5);
   EXPECT_EQ(host.trace, (Calls{"TavrelSupport.Malloc(10)"}));
@@ -78,7 +78,7 @@ TEST(SureRealloc, NullIsANewClearedBlock) {
   EXPECT_EQ(bytesOf(block, 6), std::string(6, '\0'));
 }
 
-// Exhausted memory is host error 2, and goes to the innermost frame.
+// Exhausted memory is host error 2, which propagates to the innermost frame.
 
 struct SureRow : Row {
   void *(*allocate)();
@@ -97,7 +97,7 @@ TEST_P(SureAllocation, RaisesError2WhenMemoryIsExhausted) {
   EXPECT_EQ(Kernel::GetExceptionCode(), tavrel::errNoMemory);
 }
 
-TEST_P(SureAllocation, IsNullWhenTheRaiseComesBack) {
+TEST_P(SureAllocation, IsNullWhenTheRaiseReturns) {
   RecordingHost host;
   host.failAt(0);
   host.answer(Kernel::RaiseError, std::function([](int32_t) {}));
@@ -127,7 +127,7 @@ TEST(IfNotNullFree, FreesOrDoesNothing) {
   EXPECT_EQ(host.trace, Calls{});
 }
 
-TEST(CopyMem, IsACopyOfItsOwn) {
+TEST(CopyMem, IsASeparateCopy) {
   const char source[] = "a\0b";
   void *copy = miCopyMem(source, 4);
   EXPECT_NE(copy, source);
@@ -223,17 +223,17 @@ TEST_P(WrappedNumber, Reads) {
 const NumberRow numbers[] = {
     {{"Number"}, "120", 120},
     {{"Negative"}, "-7", -7},
-    {{"BlanksAndSign"}, " \t+7", 7},
+    {{"SpacesAndSign"}, " \t+7", 7},
     {{"DigitsInFront"}, "12ab", 12},
     {{"NoNumber"}, "ab", 0},
     {{"Empty"}, "", 0},
     {{"LeadingZeros"}, "0012", 12},
     {{"Largest"}, "2147483647", INT32_MAX},
-    {{"OneAboveIsCut"}, "2147483648", INT32_MAX},
+    {{"OneAboveIsClamped"}, "2147483648", INT32_MAX},
     {{"Smallest"}, "-2147483648", INT32_MIN},
-    {{"OneBelowIsCut"}, "-2147483649", INT32_MIN},
-    {{"Beyond64BitsIsCut"}, "99999999999999999999999", INT32_MAX},
-    {{"Below64BitsIsCut"}, "-99999999999999999999999", INT32_MIN},
+    {{"OneBelowIsClamped"}, "-2147483649", INT32_MIN},
+    {{"Beyond64BitsIsClamped"}, "99999999999999999999999", INT32_MAX},
+    {{"Below64BitsIsClamped"}, "-99999999999999999999999", INT32_MIN},
 };
 INSTANTIATE_TEST_SUITE_P(Texts, WrappedNumber, testing::ValuesIn(numbers), rowName<NumberRow>);
 

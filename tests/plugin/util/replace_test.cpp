@@ -43,7 +43,7 @@ const ReplaceRow replacements[] = {
     {{"Longer"}, "a.b.c", ".", "::", "a::b::c"},   {{"NullIsNothing"}, "a.b.c", ".", nullptr, "abc"},
     {{"EmptyIsNothing"}, "a.b.c", ".", "", "abc"}, {{"Shorter"}, "a--b--c", "--", "-", "a-b-c"},
     {{"NotFound"}, "abc", "x", "yyy", "abc"},      {{"EmptySource"}, "", "x", "yyy", ""},
-    {{"WholeSource"}, "abc", "abc", "x", "x"},     {{"LongerThanTheSource"}, "ab", "abc", "x", "ab"},
+    {{"CompleteSource"}, "abc", "abc", "x", "x"},  {{"LongerThanTheSource"}, "ab", "abc", "x", "ab"},
     {{"FromLeftToRight"}, "aaa", "aa", "b", "ba"}, {{"ResultIsNotSearchedAgain"}, "aa", "a", "aa", "aaaa"},
     {{"AtTheEnds"}, ".a.", ".", "-", "-a-"},       {{"AlmostFound"}, "ababac", "abac", "x", "abx"},
 };
@@ -55,7 +55,7 @@ struct UcsRow : Row {
 
 class UcsReplacement : public testing::TestWithParam<UcsRow> {};
 
-TEST_P(UcsReplacement, GoesByUnits) {
+TEST_P(UcsReplacement, SearchesByUnits) {
   const UcsRow &row = GetParam();
   std::string buffer = dots(bufferSize);
   EXPECT_EQ(miReplaceStrExSAFE(buffer.data(), ended(row.source).c_str(), row.find.c_str(), lengthOf(row.find),
@@ -64,7 +64,7 @@ TEST_P(UcsReplacement, GoesByUnits) {
   EXPECT_EQ(buffer, dotted(row.result + nulUnit));
 }
 
-/// Units without a mark: what is found and put in inside a UCS string.
+/// Units without a mark: what is found and inserted within a UCS string.
 std::string units(const char *letters) { return ucs(letters).substr(2); }
 
 const UcsRow ucsReplacements[] = {
@@ -98,7 +98,7 @@ TEST(ReplacementWithLengths, CountsOnlyTheLengthsGiven) {
   EXPECT_EQ(buffer, dotted("a::b" + nulUnit));
 }
 
-// What would reach beyond the end is not found.
+// A part that would reach beyond the end is not found.
 TEST(ReplacementWithLengths, StaysWithinTheSource) {
   std::string buffer = dots(bufferSize);
   miReplaceStrExSAFE(buffer.data(), "ab", "b", 2, "x", 1);
@@ -118,7 +118,7 @@ TEST(ReplacementInBytes, StaysWithinATextThatEndsLikeAMark) {
   EXPECT_EQ(buffer, dotted("x\xFE\xFF" + nul));
 }
 
-// Nothing to be found would be found for ever.
+// An empty part would be found for ever.
 TEST(EmptyFind, LeavesTheSource) {
   std::string buffer = dots(bufferSize);
   miReplaceStrSAFE(buffer.data(), "abc", "", "x");

@@ -25,7 +25,7 @@ inline std::string ucs(const char *letters) {
   return bytes;
 }
 
-/// With room for either kind of terminator behind it.
+/// With space for either kind of terminator after it.
 inline std::string ended(const std::string &bytes) { return bytes + std::string(2, '\0'); }
 
 /// A buffer full of dots.

@@ -17,8 +17,8 @@ TEST(Space, IsOneOfSixBytes) {
     EXPECT_EQ(miIsspace(static_cast<uint8_t>(byte)), byte == ' ' || (byte >= 9 && byte <= 13) ? 1 : 0) << byte;
 }
 
-// Only the low four bits of a one-byte unit are looked at: a blank is none, 0x0019 is one.
-TEST(Space, UnitIsJudgedByItsLowFourBits) {
+// Only the low four bits of a unit below 0x100 are tested: a space is no white space, 0x0019 is.
+TEST(Space, UnitIsTestedByItsLowFourBits) {
   for (int unit = 0; unit < 0x100; ++unit)
     EXPECT_EQ(miUCSIsSpace(static_cast<uint16_t>(unit)), unit % 16 >= 9 && unit % 16 <= 13 ? 1 : 0) << unit;
   EXPECT_EQ(miUCSIsSpace(0x0020), 0);
@@ -44,9 +44,9 @@ protected:
   }
 };
 
-TEST_P(Strip, TakesTheEndsOff) { EXPECT_EQ(stripped(miStrip, GetParam().ends), terminated(GetParam().ends)); }
+TEST_P(Strip, RemovesBothEnds) { EXPECT_EQ(stripped(miStrip, GetParam().ends), terminated(GetParam().ends)); }
 
-TEST_P(Strip, TakesAllOut) { EXPECT_EQ(stripped(miStripAll, GetParam().all), terminated(GetParam().all)); }
+TEST_P(Strip, RemovesAll) { EXPECT_EQ(stripped(miStripAll, GetParam().all), terminated(GetParam().all)); }
 
 const StripRow bytes[] = {
     {{"BothEnds"}, "  a b  ", "a b", "ab"},
@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(Bytes, Strip, testing::ValuesIn(bytes), rowName<StripRo
 
 const StripRow units[] = {
     {{"BothEnds"}, ucs("  a b  "), ucs("a b"), ucs("ab")},
-    {{"BlankBehindTwoUnits"}, ucs("ab "), ucs("ab"), ucs("ab")},
+    {{"SpaceAfterTwoUnits"}, ucs("ab "), ucs("ab"), ucs("ab")},
     {{"ZeroBytesAcrossTwoUnits"}, ucs({0x4100, 'b'}), ucs({0x4100, 'b'}), ucs({0x4100, 'b'})},
     {{"OnlySpace"}, ucs(" \t\n\v\f\r"), ucs(""), ucs("")},
     {{"MarkAlone"}, ucs(""), ucs(""), ucs("")},
@@ -71,7 +71,7 @@ const StripRow units[] = {
      ucs({0x0120, 'a', 0x0109}),
      ucs({0x0120, 'a', 0x0109})},
     {{"LowNibbleIsNotEnough"}, ucs({0x19, 'a', 0x1D}), ucs({0x19, 'a', 0x1D}), ucs({0x19, 'a', 0x1D})},
-    // Where two zero bytes are halves of two units, they end what is moved to the front and not the string.
+    // Two zero bytes that are halves of two units end the moved text, but not the string.
     {{"ZeroBytesAcrossTwoLaterUnits"},
      ucs({0x4142, 0x4300, 'd'}),
      ucs({0x4142, 0x4300, 'd'}),
@@ -107,17 +107,17 @@ TEST(StripOfNull, IsEmpty) {
   EXPECT_EQ(miUCSStripAll(nullptr), 0);
 }
 
-TEST(StripAll, ExaminesNoMoreThan65535Places) {
-  for (const auto &[places, left] :
+TEST(StripAll, ExaminesNoMoreThan65535Positions) {
+  for (const auto &[positions, left] :
        std::vector<std::pair<size_t, std::string>>{{65534, "b"}, {65535, " b"}, {70000, " b"}}) {
-    std::string text = std::string(places, 'a') + " b";
+    std::string text = std::string(positions, 'a') + " b";
     EXPECT_EQ(miStripAll(text.data()), 1);
-    EXPECT_EQ(text.c_str(), std::string(places, 'a') + left) << places;
+    EXPECT_EQ(text.c_str(), std::string(positions, 'a') + left) << positions;
   }
 }
 
-/// So many blanks and an "a", a blank and a "b".
-std::string blanksBefore(size_t count) {
+/// So many spaces and an "a", a space and a "b".
+std::string spacesBefore(size_t count) {
   std::string text = "\xFE\xFF";
   for (size_t i = 0; i < count; ++i)
     text += std::string("\0 ", 2);
@@ -125,11 +125,11 @@ std::string blanksBefore(size_t count) {
 }
 
 TEST(UcsStripAll, ExaminesNoMoreThan65535Units) {
-  for (const auto &[blanks, left] : std::vector<std::pair<size_t, std::string>>{
+  for (const auto &[spaces, left] : std::vector<std::pair<size_t, std::string>>{
            {65533, ucs("ab")}, {65534, ucs("a b")}, {65535, ucs("a b")}, {65536, ucs(" a b")}}) {
-    std::string text = blanksBefore(blanks);
+    std::string text = spacesBefore(spaces);
     EXPECT_EQ(miUCSStripAll(text.data()), 1);
-    EXPECT_EQ(text.substr(0, left.size() + 2), left + nulUnit) << blanks;
+    EXPECT_EQ(text.substr(0, left.size() + 2), left + nulUnit) << spaces;
   }
 }
 

@@ -53,7 +53,7 @@ const CountRow counts[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Texts, CountedParts, testing::ValuesIn(counts), rowName<CountRow>);
 
-// The part would go on behind the text's end.
+// The part would continue after the text's end.
 TEST(PartAcrossTheEnd, IsNotThere) {
   const std::string text("x\xFE\xFF\0A\0\0", 7), part = ended(ucs("A"));
   EXPECT_EQ(miCountStr(text.c_str(), part.c_str()), 0U);
@@ -111,9 +111,9 @@ TEST_P(Snarf, CopiesBetweenMarks) {
 }
 
 const SnarfRow snarfs[] = {
-    {{"LongEndBehindACutCopy"}, "abcdef", nullptr, "12345678", 3, "abc", 11},
+    {{"LongEndAfterATruncatedCopy"}, "abcdef", nullptr, "12345678", 3, "abc", 11},
     {{"BetweenBoth"}, "key=(v);", "=", ";", 10, "(v)", 8},
-    {{"NextIsBehindTheEnd"}, "key=(v);more", "=", ";", 10, "(v)", 8},
+    {{"NextIsAfterTheEnd"}, "key=(v);more", "=", ";", 10, "(v)", 8},
     {{"LongMarks"}, "a<<b>>c", "<<", ">>", 10, "b", 6},
     {{"NoStart"}, "a;b", nullptr, ";", 10, "a", 2},
     {{"EmptyStart"}, "a;b", "", ";", 10, "a", 2},
@@ -150,7 +150,7 @@ TEST_P(Fields, AreReadOneByOne) {
     fields.emplace_back(field);
     TavrelSupport::Free(field);
   }
-  EXPECT_EQ(position, GetParam().line.size()) << "behind the last field stands the end";
+  EXPECT_EQ(position, GetParam().line.size()) << "the end follows the last field";
   EXPECT_EQ(fields, GetParam().fields);
   EXPECT_TRUE(host.blocks.empty());
 }
@@ -158,7 +158,7 @@ TEST_P(Fields, AreReadOneByOne) {
 const FieldRow fieldRows[] = {
     {{"QuotedComma"}, "  \"a,b\", c", false, {"a,b", "c"}},
     {{"Plain"}, "a,b,c", false, {"a", "b", "c"}},
-    {{"SpaceAroundIsCut"}, " a b \t, c ", false, {"a b", "c"}},
+    {{"SpaceAroundIsRemoved"}, " a b \t, c ", false, {"a b", "c"}},
     {{"EmptyFields"}, ",,a", false, {"", "", "a"}},
     {{"OnlySpace"}, "  ", false, {""}},
     {{"LineFeed"}, "x\\ny", false, {"x\ny"}},
@@ -167,7 +167,7 @@ const FieldRow fieldRows[] = {
     {{"EscapedComma"}, "a\\,b,c", false, {"a,b", "c"}},
     {{"KeptEscapes"}, R"(x\n\"y,z)", true, {R"(x\n\"y)", "z"}},
     {{"EscapedCommaIsResolvedWhereOthersAreKept"}, "a\\,b,c", true, {"a,b", "c"}},
-    {{"QuotedBlank"}, "\" \",x", false, {"", "x"}},
+    {{"QuotedSpace"}, "\" \",x", false, {"", "x"}},
     {{"BackslashAtTheEndIsTakenAway"}, "ab\\", false, {"ab"}},
     {{"BackslashAtTheEndIsKeptWithTheOthers"}, "ab\\", true, {"ab\\"}},
     {{"QuotesInside"}, "a\"b,c\"d,e", false, {"ab,cd", "e"}},
@@ -175,12 +175,12 @@ const FieldRow fieldRows[] = {
 };
 INSTANTIATE_TEST_SUITE_P(Lines, Fields, testing::ValuesIn(fieldRows), rowName<FieldRow>);
 
-TEST(Field, PositionMovesBehindTheComma) {
+TEST(Field, PositionMovesAfterTheComma) {
   RecordingHost host;
   uint32_t position = 0;
   char *field = miSnarfEntry("  \"a,b\", c", &position, 0);
   EXPECT_STREQ(field, "a,b");
-  EXPECT_EQ(position, 8U) << "on the blank before c";
+  EXPECT_EQ(position, 8U) << "at the space before c";
   TavrelSupport::Free(field);
 }
 
@@ -200,7 +200,7 @@ TEST(Field, ExhaustedMemoryIsError2) {
   EXPECT_EQ(host.trace.back(), "Kernel.RaiseError(2)");
 }
 
-TEST(Field, IsNullWhenTheRaiseComesBack) {
+TEST(Field, IsNullWhenTheRaiseReturns) {
   RecordingHost host;
   host.answer(Kernel::RaiseError, std::function([](int32_t) {}));
   host.failAt(0);
@@ -222,7 +222,7 @@ TEST(Time, ByAFormat) {
   EXPECT_STREQ(miStrftime("plain"), "plain");
   EXPECT_STREQ(miStrftime("ab%n"), "ab") << "without a line feed at its end";
   EXPECT_STREQ(miStrftime("a%n"), "a");
-  EXPECT_STREQ(miStrftime("%n"), "\n") << "but for a line feed alone";
+  EXPECT_STREQ(miStrftime("%n"), "\n") << "except for a line feed alone";
   EXPECT_EQ(std::string(miStrftime("%Y-%m-%d")).size(), 10U);
 }
 
@@ -245,11 +245,11 @@ TEST_P(Rounding, IsDownUpAndNearest) {
   EXPECT_EQ(miRoundToInt(GetParam().value), GetParam().round);
 }
 
-// Halves go towards zero.
+// Halves are rounded towards zero.
 const RoundRow rounded[] = {
     {{"Zero"}, 0.0, 0, 0, 0},
-    {{"Whole"}, 2.0, 2, 2, 2},
-    {{"NegativeWhole"}, -2.0, -2, -2, -2},
+    {{"Integer"}, 2.0, 2, 2, 2},
+    {{"NegativeInteger"}, -2.0, -2, -2, -2},
     {{"BelowHalf"}, 2.4, 2, 3, 2},
     {{"Half"}, 2.5, 2, 3, 2},
     {{"AboveHalf"}, 2.6, 2, 3, 3},

@@ -1,4 +1,4 @@
-// The rendered pages: the bound, and which of them go.
+// The cache of rendered pages: its bound, and which pages are dropped.
 #include "viewer/model/cache.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ host::Image image(uint32_t color = 0, int side = 10) {
 }
 PageKey page(int32_t number, uint64_t document = 1) { return {document, number, 72}; }
 
-// Room for three pages.
+// With capacity for three pages.
 struct PageCacheTest : testing::Test {
   PageCache cache{3 * bytesAPage};
   void insert(int32_t first, int32_t last) {
@@ -49,7 +49,7 @@ TEST_F(PageCacheTest, AsManyStayAsFit) {
   EXPECT_EQ(cache.bytes(), cache.bound());
 }
 
-TEST_F(PageCacheTest, WhatWasNotUsedForTheLongestTimeGoes) {
+TEST_F(PageCacheTest, TheLeastRecentlyUsedPageIsDropped) {
   insert(0, 3);
   EXPECT_FALSE(cache.has(page(0)));
   EXPECT_TRUE(cache.has(page(1)) && cache.has(page(2)) && cache.has(page(3)));
@@ -77,7 +77,7 @@ TEST_F(PageCacheTest, APageLargerThanTheBoundStaysAlone) {
   EXPECT_EQ(cache.size(), 1U);
 }
 
-TEST_F(PageCacheTest, APageLargerThanTheBoundGoesWithTheNextOne) {
+TEST_F(PageCacheTest, APageLargerThanTheBoundIsDroppedAtTheNextInsert) {
   cache.insert(page(0), image(0, 100));
   insert(1, 1);
   EXPECT_FALSE(cache.has(page(0)));
@@ -99,7 +99,7 @@ TEST_F(PageCacheTest, AReplacedPageIsTheOneUsedLast) {
   EXPECT_TRUE(cache.has(page(0)));
 }
 
-TEST_F(PageCacheTest, ADocumentsPagesGoTogether) {
+TEST_F(PageCacheTest, ADocumentsPagesAreDroppedTogether) {
   cache.insert(page(0, 1), image());
   cache.insert(page(0, 2), image());
   cache.insert(page(1, 1), image());

@@ -175,7 +175,7 @@ TEST_P(OnBackground, ReadableTextStaysReadableAndTheMarkIsVisible) {
     const CommandResult rendered = mark(document, "readable", color);
     ASSERT_EQ(rendered.status, 0) << rendered.output;
     const Pixels after = marked(0);
-    const OracleWord word = oracleWords(document, 0, "").at(0);
+    const OracleWord word = oracleWords(document, "").at(0).at(0);
     const auto pixels = [](double points) { return static_cast<int>(points * dpi / 72); };
     // The corner of the box is background; the text is what is farthest from it.
     const int left = pixels(word.left) + 1, top = pixels(word.top) + 1;

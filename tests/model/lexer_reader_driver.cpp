@@ -99,14 +99,10 @@ bool readFile(std::vector<char> &file, bool &yes) {
 
 } // namespace
 
-Bool16 GLT_RegisterHLL(Doc /*document*/, const HLL *list, int32_t offsetUnits, GLTJumpProc /*jumpProc*/,
-                       GLTNewProc /*newProc*/, Bool16 scroll, const ColorValue *color) {
-  return note(list, offsetUnits == GLT_CHARACTER_OFFSETS ? "characters" : "words", "-", scroll, color);
-}
-
-Bool16 GLT_RegisterWordOffsetHLL(Doc /*document*/, const HLL *list, GLTJumpProc /*jumpProc*/, GLTNewProc /*newProc*/,
-                                 Bool16 scroll, const ColorValue *color, int16_t wordFinderVersion) {
-  return note(list, "words", std::to_string(wordFinderVersion), scroll, color);
+Bool16 GLTRegisterGivenHLL(Doc /*document*/, HLL *&list, const GLTTerms &terms) {
+  const bool characters = terms.offsetUnits == GLT_CHARACTER_OFFSETS;
+  return note(list, characters ? "characters" : "words", characters ? "-" : std::to_string(terms.wordFinderVersion),
+              terms.scroll, terms.color);
 }
 
 int main() {

@@ -64,16 +64,15 @@ void Renderer::open(uint64_t document, const std::filesystem::path &file, const 
   order.front().source.emplace(document, std::make_unique<Source>(Source{file, {document}}));
   order.front().answer.emplace_back().document = document;
   const std::lock_guard lock(mutex_);
-  // A document is closed twice at most: once before it is opened, and once more when it has been opened nevertheless.
-  closed_.reserve(2 * (ordered_ + 1));
-  ++ordered_;
+  closed_.reserve(sources_.size() + orders_.size() + 2); // including this one and the one being opened
   orders_.splice(orders_.end(), order);
   work_.notify_one();
 }
 
 void Renderer::close(uint64_t document) {
   const std::lock_guard lock(mutex_);
-  closed_.push_back(document);
+  const bool isOpen = sources_.contains(document) || opening_ == document;
+  if (isOpen && std::find(closed_.begin(), closed_.end(), document) == closed_.end()) closed_.push_back(document);
   std::erase_if(orders_, [=](const Order &order) { return order.source.contains(document); });
   std::erase_if(wanted_, [=](const RenderedPage &page) { return page.key.document == document; });
   work_.notify_one();
@@ -130,6 +129,7 @@ bool Renderer::step(std::unique_lock<std::mutex> &lock) {
 void Renderer::openNext(std::unique_lock<std::mutex> &lock) {
   std::list<Order> order;
   order.splice(order.begin(), orders_, orders_.begin());
+  opening_ = order.front().source.begin()->first;
   lock.unlock();
   const std::string &password = order.front().password;
   Source &source = *order.front().source.begin()->second;
@@ -160,6 +160,7 @@ void Renderer::openNext(std::unique_lock<std::mutex> &lock) {
   }
   lock.lock();
   if (there) sources_.merge(order.front().source);
+  opening_.reset();
 }
 
 void Renderer::renderNext(std::unique_lock<std::mutex> &lock) {

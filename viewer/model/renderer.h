@@ -67,7 +67,7 @@ private:
   void renderNext(std::unique_lock<std::mutex> &lock);
 
   std::function<void()> wake_;
-  std::mutex mutex_; ///< protects everything below but the sources, which only the thread uses
+  std::mutex mutex_; ///< protects everything below, except the contents of sources, which only the thread uses
   std::condition_variable work_, end_;
   using Sources = std::map<uint64_t, std::unique_ptr<Source>>;
   // An order holds the memory of its answer: the thread could not report that there is none.
@@ -77,8 +77,8 @@ private:
     std::list<OpenedFile> answer; ///< of one element
   };
   std::list<Order> orders_;
-  size_t ordered_ = 0;           ///< how many there have been
-  std::vector<uint64_t> closed_; ///< with capacity for every order
+  std::optional<uint64_t> opening_;
+  std::vector<uint64_t> closed_; ///< documents to close, each once; has capacity for all that are open or ordered
   std::list<RenderedPage> wanted_;
   std::optional<PageKey> underWay_;
   Results results_;

@@ -1,4 +1,4 @@
-// How a reader moves through a document: pages, scrolling, size.
+// Turning pages, scrolling and zooming.
 #include <algorithm>
 #include <cmath>
 

@@ -31,7 +31,7 @@ template <typename Line> std::string lineOf(const Line &line) {
   try {
     return line();
   } catch (const std::bad_alloc &) {
-    return "out of memory"; // short enough to need none
+    return "out of memory"; // too short to need an allocation
   }
 }
 
@@ -104,7 +104,7 @@ void Renderer::run() {
   end_.notify_one();
 }
 
-// Does one thing; false when there is nothing to do.
+// Executes one order; false if there is none.
 bool Renderer::step(std::unique_lock<std::mutex> &lock) {
   if (!closed_.empty()) {
     const uint64_t document = closed_.back();

@@ -113,7 +113,7 @@ SearchResult Searcher::look(Search asked) {
     }
   } catch (const std::bad_alloc &) {
     result.found.clear();
-    result.error = "out of memory"; // short enough to need none
+    result.error = "out of memory"; // too short to need an allocation
   } catch (const std::exception &error) {
     result.error = error.what();
   }

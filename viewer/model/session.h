@@ -168,7 +168,7 @@ private:
     host::ViewerDocument *document = nullptr;
     Target target;
     std::string password;
-    std::map<int32_t, std::string> errors; ///< of pages
+    std::map<int32_t, std::string> errors; ///< by page
     std::vector<int32_t> withWords;        ///< pages whose words are kept, the most recently shown last
   };
   struct Pending {

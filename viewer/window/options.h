@@ -8,7 +8,7 @@
 namespace viewer {
 
 struct ToolkitOptions {
-  std::string display;                ///< empty: that of the environment
+  std::string display;                ///< empty: DISPLAY of the environment
   std::string geometry;               ///< in X's syntax: "900x1000+10+10"; empty: as large as a page
   std::vector<std::string> resources; ///< lines such as "Tavrel*page.background: grey"
 };

@@ -1,4 +1,4 @@
-// Puts the viewer together and runs it. The file is opened by a thread while the toolkit and the plug-ins start.
+// Creates the viewer and runs it. A thread opens the file while the toolkit and the plug-ins start.
 #include "viewer/window/view.h"
 
 #include <fcntl.h>

@@ -1,6 +1,6 @@
 // A viewer without a window: a session of 96 dots per inch, a test plug-in, and functions that make documents.
 //
-// The window is 400 by 300 pixels and the pages are 400 points wide: as wide as the window, a point is a pixel.
+// The window is 400 by 300 pixels and the pages are 400 points wide: a page that fits the width has a pixel per point.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -182,7 +182,7 @@ TEST(ActionsTest, EveryButtonOfTheToolBarDoesOneThing) {
 
 // ---- names ----
 
-TEST(ActionsTest, AKeyIsWrittenForPeople) {
+TEST(ActionsTest, AKeyIsWrittenForUsers) {
   const std::map<std::string, std::string> written{{"Ctrl<Key>o", "Ctrl+O"},
                                                    {"Ctrl Shift<Key>g", "Ctrl+Shift+G"},
                                                    {"<Key>F3", "F3"},
@@ -201,19 +201,19 @@ TEST(ActionsTest, AKeyIsWrittenForPeople) {
     EXPECT_EQ(keyName(translation), name);
 }
 
-TEST(ActionsTest, WhatIsNoTranslationStaysAsItIs) {
+TEST(ActionsTest, OtherTextsAreNotChanged) {
   EXPECT_EQ(keyName("F3"), "F3");
   EXPECT_EQ(keyName(""), "");
 }
 
-TEST(ActionsTest, NoAcceleratorIsWrittenAsAMachineHasIt) {
+TEST(ActionsTest, NoAcceleratorIsShownAsATranslation) {
   for (const auto &[name, key] : accelerators()) {
     EXPECT_THAT(keyName(key), Not(HasSubstr("osf"))) << name;
     EXPECT_THAT(keyName(key), Not(HasSubstr("<"))) << name;
   }
 }
 
-TEST(ActionsTest, AWidgetsNameHasNothingThatResourcesUse) {
+TEST(ActionsTest, AWidgetsNameHasNoSeparatorsOfResources) {
   EXPECT_EQ(widgetName("TavrelGLT:Next"), "TavrelGLT_Next");
   EXPECT_EQ(widgetName("a.b*c d?e"), "a_b_c_d_e");
   EXPECT_EQ(widgetName("\u00E4"), "__");

@@ -28,7 +28,7 @@ TEST_F(PageCacheTest, GivesWhatWasInserted) {
   EXPECT_EQ(cache.find(page(4))->pixels[0], 0xFF123456);
 }
 
-TEST_F(PageCacheTest, WhatWasNeverInsertedIsNotThere) {
+TEST_F(PageCacheTest, APageThatWasNotInsertedIsNotFound) {
   EXPECT_EQ(cache.find(page(0)), nullptr);
   EXPECT_FALSE(cache.has(page(0)));
 }
@@ -55,7 +55,7 @@ TEST_F(PageCacheTest, TheLeastRecentlyUsedPageIsDropped) {
   EXPECT_TRUE(cache.has(page(1)) && cache.has(page(2)) && cache.has(page(3)));
 }
 
-TEST_F(PageCacheTest, WhatIsLookedAtCountsAsUsed) {
+TEST_F(PageCacheTest, FindingAPageUsesIt) {
   insert(0, 2);
   cache.find(page(0));
   insert(3, 3);
@@ -63,7 +63,7 @@ TEST_F(PageCacheTest, WhatIsLookedAtCountsAsUsed) {
   EXPECT_FALSE(cache.has(page(1)));
 }
 
-TEST_F(PageCacheTest, AskingWhetherItIsThereIsNoUse) {
+TEST_F(PageCacheTest, HasDoesNotCountAsUse) {
   insert(0, 2);
   EXPECT_TRUE(cache.has(page(0)));
   insert(3, 3);
@@ -109,7 +109,7 @@ TEST_F(PageCacheTest, ADocumentsPagesAreDroppedTogether) {
   EXPECT_EQ(cache.bytes(), bytesAPage);
 }
 
-TEST_F(PageCacheTest, DroppingWhatIsNotThereChangesNothing) {
+TEST_F(PageCacheTest, DroppingAnUnknownDocumentChangesNothing) {
   insert(0, 0);
   cache.drop(7);
   EXPECT_EQ(cache.bytes(), bytesAPage);

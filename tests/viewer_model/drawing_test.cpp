@@ -52,7 +52,7 @@ struct DrawingTest : test::Sessions {
     return drawings;
   }
 
-  // Changes a page's words in the document, so that keepsWords() can tell whether they were extracted again.
+  // Changes a page's words in the document, so that keepsWords() detects whether they were extracted again.
   void marksWords(int32_t page) {
     const_cast<host::PageText &>(session().front()->model->pageText(page)).words.clear();
   }
@@ -76,9 +76,9 @@ TEST_F(DrawingTest, HitsOutsideOfThePageAreReported) {
     TavrelView::PageViewPaintSelection(view, DocModel::SelectionFromWordRanges(page, &first, 1, 2));
   };
   app.registerPageDraw({testPlugin.callback(paint), nullptr, testPlugin.id});
-  // The glyphs of a vertical line that starts at the foot of the page lie below it.
-  open(folder.write("foot.pdf", test::pdfOf({test::pageWith("a", 50, 0), test::pageWith("b")}, {},
-                                            {.kind = test::PdfFont::vertical})));
+  // The glyphs of a vertical line that starts at the bottom of the page are below it.
+  open(folder.write("bottom.pdf", test::pdfOf({test::pageWith("a", 50, 0), test::pageWith("b")}, {},
+                                              {.kind = test::PdfFont::vertical})));
   ASSERT_TRUE(draws());
   EXPECT_EQ(drawing().marks, 0U);
   EXPECT_EQ(session().message(), "Page 1: 1 hit is outside of the page and not marked");

@@ -119,14 +119,14 @@ TEST_F(FindingTest, OnTheLastPageItContinuesAtOnce) {
   EXPECT_EQ(session().findMessage(), fromEnd);
 }
 
-TEST_F(FindingTest, AnotherTextStartsAnewFromThePageShown) {
+TEST_F(FindingTest, AnotherTextStartsASearchFromThePageShown) {
   find("lamp");
   find("page 3");
   EXPECT_EQ(session().page(), 2);
   EXPECT_EQ(session().findRequest().text, "page 3");
 }
 
-TEST_F(FindingTest, OtherOptionsStartAnew) {
+TEST_F(FindingTest, OtherOptionsStartASearch) {
   find("LAMP");
   session().find({"LAMP", {.matchCase = true}}, false);
   EXPECT_TRUE(session().searching());
@@ -208,7 +208,7 @@ TEST_F(FindingTest, AStepMovesTheMark) {
 TEST_F(FindingTest, ARotatedPageIsMarkedWhereTheTextIs) {
   test::PdfPage page = test::pageWith("lamp", 300, 500);
   page.rotate = 90;
-  openPages({page}, "sideways.pdf"); // shown 600 points wide: two thirds of a pixel a point
+  openPages({page}, "sideways.pdf"); // shown 600 points wide: two thirds of a pixel per point
   find("lamp");
   EXPECT_GT(count(currentMatch), 0);
   // The base line runs down the page, 500 points from its left edge, from 300 points below the upper edge.

@@ -205,7 +205,7 @@ TEST_F(SessionTest, ThePasswordOpensTheFile) {
   session().questions = nullptr;
 }
 
-TEST_F(SessionTest, WhereNobodyCanBeAskedTheFileIsRefused) {
+TEST_F(SessionTest, WithoutQuestionsAnEncryptedFileIsRefused) {
   EXPECT_THAT(errorsOf(secret()), EndsWith("is encrypted: a password is needed\n"));
   EXPECT_FALSE(session().asksPassword());
 }
@@ -229,7 +229,7 @@ TEST_F(SessionTest, AClosedDocumentsPagesAreDropped) {
   EXPECT_EQ(session().cache().size(), 0U);
 }
 
-TEST_F(SessionTest, WhatArrivesForAClosedDocumentIsDropped) {
+TEST_F(SessionTest, PagesThatArriveForAClosedDocumentAreDropped) {
   openPages({test::slowPage()}, "a.pdf");
   session().draw();
   session().closeFront();

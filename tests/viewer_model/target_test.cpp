@@ -38,7 +38,7 @@ TEST(TargetTest, AFileWhoseNameHoldsAHashIsThatFile) {
   EXPECT_EQ(targetOf(file), (Target{file, ""}));
 }
 
-TEST(TargetTest, NothingAtAllIsNoFile) { EXPECT_EQ(targetOf(""), Target()); }
+TEST(TargetTest, AnEmptyArgumentIsNoFile) { EXPECT_EQ(targetOf(""), Target()); }
 
 TEST(TargetTest, AParameterIsAdded) {
   Target target;

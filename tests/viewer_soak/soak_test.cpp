@@ -19,7 +19,7 @@
 #include "tools/display.h"
 #include "viewer/window/mainwindow.h"
 
-// Its macros get in the way of the test library's.
+// Last: its macros conflict with the test library.
 #include <X11/extensions/XRes.h>
 
 namespace {

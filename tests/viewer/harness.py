@@ -14,7 +14,7 @@ import unittest
 
 from pixels import Picture
 
-TIMEOUT = int(os.environ.get("TAVREL_TEST_TIMEOUT", "30"))  # seconds; half a second is usual
+TIMEOUT = int(os.environ.get("TAVREL_TEST_TIMEOUT", "30"))  # seconds; half a second is typical
 
 TAVREL = os.environ["TAVREL"]
 DOCUMENTS = os.environ["TAVREL_DOCUMENTS"]
@@ -318,7 +318,7 @@ class ViewerTest(unittest.TestCase):
         self.addCleanup(self._endWell, viewer, errors)
         return viewer
 
-    # With a highlight file, from the first hit on.
+    # A viewer with a highlight file; returns when the first hit is shown.
     def viewHits(self, file, hits, *arguments, **others):
         viewer = self.view(file, "--hits", hits, *arguments, **others)
         viewer.hit("hit 1 of")
@@ -333,7 +333,7 @@ class ViewerTest(unittest.TestCase):
         if errors is not None:
             self.assertEqual(len(viewer.stderrLines()), errors, viewer.stderrText())
 
-    # Resources as a user's file has them, for viewers that this test starts.
+    # Writes the user's resource file for viewers that this test starts.
     def resources(self, *lines):
         file = os.path.join(self.folder(), "resources")
         with open(file, "w") as stream:

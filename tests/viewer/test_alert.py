@@ -1,4 +1,4 @@
-# The question of a plug-in: a highlight file that counts words in a way that the host does not know.
+# An alert of a plug-in: it asks about a highlight file of an unknown version of the word extraction.
 import os
 import subprocess
 import unittest

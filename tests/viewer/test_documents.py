@@ -52,7 +52,7 @@ class Documents(ViewerTest):
         self.assertEqual(viewer.now()["title"], "cjk.pdf - Tavrel")
 
     def test_the_window_menu_brings_documents_to_front(self):
-        self.resources("*multiClickTime: 1")  # a hand is slower than these clicks
+        self.resources("*multiClickTime: 1")  # these clicks are faster than a user's
         viewer = self.open()
         for number in (0, 1, 2, 0):
             menu = self.menu(5)

@@ -1,4 +1,4 @@
-# Within another program's window.
+# A viewer that is embedded in another program's window.
 import os
 import subprocess
 import unittest

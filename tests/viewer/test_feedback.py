@@ -1,4 +1,4 @@
-# What is on the screen after a plug-in has highlighted or registered, by its pixels.
+# The pixels on the screen after a plug-in has highlighted or registered text.
 import unittest
 
 from harness import FEEDBACK_PLUGIN, ViewerTest, document

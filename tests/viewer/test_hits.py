@@ -1,4 +1,4 @@
-# From hit to hit, with the buttons of the tool bar and with keys.
+# Stepping through hits, with the buttons of the tool bar and with keys.
 import unittest
 
 from harness import JUMPS_PLUGIN, NEXT, PREVIOUS, YELLOW, ViewerTest, document

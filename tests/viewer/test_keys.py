@@ -356,6 +356,16 @@ class Resources(ViewerTest):
         viewer.key("Down")
         viewer.until(lambda state: state["drawn"]["scrollY"] == 96, "the other keys as before")
 
+    def test_the_background_of_the_page_is_a_resource(self):
+        viewer = self.view(document("two-columns.pdf"))
+        area = viewer.shown(1)["area"]
+        self.display.screen(lambda picture: picture.find((0xD9, 0xDB, 0xDE), area), "the default background")
+        viewer.key("ctrl+q")
+        self.assertEqual(viewer.ends(), 0)
+        viewer = self.view(document("two-columns.pdf"), "--xrm", "Tavrel*page.background: #404448")
+        area = viewer.shown(1)["area"]
+        self.display.screen(lambda picture: picture.find((0x40, 0x44, 0x48), area), "another background")
+
     def test_resources_come_from_the_users_file(self):
         self.resources("Tavrel*menubar*LastPage.accelerator: Ctrl<Key>e")
         viewer = self.view(document("two-columns.pdf"))

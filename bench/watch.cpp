@@ -90,7 +90,7 @@ public:
     std::memcpy(picture.pixels.data(), segment_.shmaddr, picture.pixels.size() * sizeof(uint32_t));
     for (uint32_t &pixel : picture.pixels)
       pixel &= 0xFFFFFF;
-    XFree(image); // the structure only: the pixels are the segment's
+    XFree(image); // only the structure: the segment owns the pixels
     return picture;
   }
 
@@ -115,7 +115,7 @@ private:
   XShmSegmentInfo segment_{};
 };
 
-/// The box around the largest connected white area: a page, without what lies between pages and around them.
+/// The box around the largest connected white area: a page, without the gaps between and around pages.
 Rectangle pageOf(const Picture &picture) {
   const int width = picture.part.width, height = picture.part.height;
   std::vector<bool> visited(picture.pixels.size());

@@ -1,13 +1,13 @@
-// Starts a viewer on an otherwise empty display and looks at the root window, about once a millisecond, until the
-// viewer's page or its hits are to be seen. Called by bench/viewers, which has the display.
+// Starts a viewer on an otherwise empty display and reads the root window, about once a millisecond, until the viewer's
+// page or its hits are visible. Called by bench/viewers, which starts the display.
 //
 //   watch settled PICTURE MS COMMAND...   waits until the screen has not changed for MS, writes it to PICTURE (PPM) and
-//                                         prints the page's place and how many pixels of text and of hits it has
-//   watch shown   PICTURE MS COMMAND...   waits until the text of PICTURE's page is there on white
-//   watch hits    PICTURE MS COMMAND...   waits until half of the coloured pixels of PICTURE's page are there
+//                                         prints the page's box and how many pixels of text and of hits it has
+//   watch shown   PICTURE MS COMMAND...   waits until the text of PICTURE's page is shown on white
+//   watch hits    PICTURE MS COMMAND...   waits until half of the coloured pixels of PICTURE's page are shown
 //
 // The latter two print the milliseconds from just before exec and the kilobytes that the viewer and what it started
-// have resident MS later. The viewer is killed afterwards, and its windows are gone when this program ends.
+// have resident MS later. The viewer is killed afterwards, and its windows are destroyed when this program ends.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <X11/extensions/XShm.h>
@@ -62,16 +62,16 @@ public:
   ScreenView() {
     if (display_ == nullptr) throw std::runtime_error("no display");
     const int screen = DefaultScreen(display_);
-    whole_ = {0, 0, DisplayWidth(display_, screen), DisplayHeight(display_, screen)};
+    bounds_ = {0, 0, DisplayWidth(display_, screen), DisplayHeight(display_, screen)};
     if (XShmQueryExtension(display_) == 0 || DefaultDepth(display_, screen) != 24)
-      throw std::runtime_error("wants a display of 24 bits with MIT-SHM");
-    segment_.shmid = shmget(IPC_PRIVATE, size_t(whole_.width) * size_t(whole_.height) * 4, IPC_CREAT | 0600);
+      throw std::runtime_error("needs a display of 24 bits with MIT-SHM");
+    segment_.shmid = shmget(IPC_PRIVATE, size_t(bounds_.width) * size_t(bounds_.height) * 4, IPC_CREAT | 0600);
     segment_.shmaddr = static_cast<char *>(shmat(segment_.shmid, nullptr, 0));
     if (segment_.shmid < 0 || segment_.shmaddr == reinterpret_cast<char *>(-1)) throw std::runtime_error("no memory");
     segment_.readOnly = False;
     XShmAttach(display_, &segment_);
     XSync(display_, False);
-    shmctl(segment_.shmid, IPC_RMID, nullptr); // gone as soon as nobody is attached
+    shmctl(segment_.shmid, IPC_RMID, nullptr); // removed when the last process detaches
   }
   ScreenView(const ScreenView &) = delete;
   ~ScreenView() {
@@ -79,54 +79,54 @@ public:
     XCloseDisplay(display_);
   }
 
-  Rectangle whole() const { return whole_; }
+  Rectangle bounds() const { return bounds_; }
 
   Picture take(const Rectangle &part) {
     XImage *image = XShmCreateImage(display_, DefaultVisual(display_, DefaultScreen(display_)), 24, ZPixmap,
                                     segment_.shmaddr, &segment_, unsigned(part.width), unsigned(part.height));
-    if (image == nullptr || image->bits_per_pixel != 32) throw std::runtime_error("wants 32 bits for a pixel");
+    if (image == nullptr || image->bits_per_pixel != 32) throw std::runtime_error("needs 32 bits for a pixel");
     XShmGetImage(display_, DefaultRootWindow(display_), image, part.x, part.y, AllPlanes);
     Picture picture{part, std::vector<uint32_t>(size_t(part.width) * size_t(part.height))};
     std::memcpy(picture.pixels.data(), segment_.shmaddr, picture.pixels.size() * sizeof(uint32_t));
     for (uint32_t &pixel : picture.pixels)
       pixel &= 0xFFFFFF;
-    XFree(image); // the structure only: the pixels are the segment's
+    XFree(image); // only the structure: the segment owns the pixels
     return picture;
   }
 
-  /// How many windows are to be seen. Motif leaves one behind, without pixels, for those that come after.
+  /// How many windows are visible. Motif leaves an InputOnly window, which is not counted.
   unsigned windows() {
     ::Window root = 0, parent = 0, *children = nullptr;
-    unsigned count = 0, seen = 0;
+    unsigned count = 0, visible = 0;
     XQueryTree(display_, DefaultRootWindow(display_), &root, &parent, &children, &count);
     for (unsigned i = 0; i < count; ++i) {
       XWindowAttributes attributes{};
       if (XGetWindowAttributes(display_, children[i], &attributes) != 0 && attributes.c_class == InputOutput &&
           attributes.map_state == IsViewable)
-        ++seen;
+        ++visible;
     }
     if (children != nullptr) XFree(children);
-    return seen;
+    return visible;
   }
 
 private:
   Display *display_ = XOpenDisplay(nullptr);
-  Rectangle whole_;
+  Rectangle bounds_;
   XShmSegmentInfo segment_{};
 };
 
-/// The box around the largest connected white area: a page, without what lies between pages and around them.
+/// The box around the largest connected white area: a page, without the gaps between and around pages.
 Rectangle pageOf(const Picture &picture) {
   const int width = picture.part.width, height = picture.part.height;
-  std::vector<bool> seen(picture.pixels.size());
+  std::vector<bool> visited(picture.pixels.size());
   std::vector<int> left;
   Rectangle largest;
   size_t most = 0;
   const auto visit = [&](int x, int y) {
-    const size_t place = size_t(y) * size_t(width) + size_t(x);
-    if (seen[place] || !isWhite(picture.pixels[place])) return;
-    seen[place] = true;
-    left.push_back(int(place));
+    const size_t index = size_t(y) * size_t(width) + size_t(x);
+    if (visited[index] || !isWhite(picture.pixels[index])) return;
+    visited[index] = true;
+    left.push_back(int(index));
   };
   for (int start = 0; start < width * height; ++start) {
     size_t count = 0;
@@ -150,13 +150,13 @@ struct Point {
   int x, y;
 };
 
-/// Pixels of the reference that are of a kind, and how many of them may be of another kind on the screen.
+/// Pixels of the reference that are of a kind, and how many of them may differ on the screen.
 struct Group {
   bool (*kind)(uint32_t);
   std::vector<Point> points;
   size_t mayMiss;
 
-  /// Judged by what `picture` contains; a part of the screen can refuse for the whole, never accept.
+  /// Tests the points within `picture`. On a part of the screen, false is final and true is not.
   bool holds(const Picture &picture) const {
     size_t missing = 0;
     for (const Point &point : points)
@@ -201,20 +201,20 @@ public:
         ++inBand[point.y / bandHeight];
       }
     }
-    whole_ = {x0, y0, x1 - x0 + 1, y1 - y0 + 1};
+    bounds_ = {x0, y0, x1 - x0 + 1, y1 - y0 + 1};
     const auto fullest = std::max_element(inBand.begin(), inBand.end(),
                                           [](const auto &one, const auto &other) { return one.second < other.second; });
     const int top = std::max(y0, fullest->first * bandHeight);
-    band_ = {x0, top, whole_.width, std::min(bandHeight, y1 + 1 - top)};
+    band_ = {x0, top, bounds_.width, std::min(bandHeight, y1 + 1 - top)};
   }
 
-  /// Looks at a few rows first, so that the server has time for the viewer, too.
-  bool holds(ScreenView &screen) const { return holds(screen.take(band_)) && holds(screen.take(whole_)); }
+  /// Reads only a few rows first, so that the server has time for the viewer.
+  bool holds(ScreenView &screen) const { return holds(screen.take(band_)) && holds(screen.take(bounds_)); }
 
 private:
   static constexpr int bandHeight = 16;
   std::vector<Group> groups_;
-  Rectangle whole_, band_;
+  Rectangle bounds_, band_;
 
   bool holds(const Picture &picture) const {
     return std::all_of(groups_.begin(), groups_.end(), [&](const Group &group) { return group.holds(picture); });
@@ -246,13 +246,13 @@ void write(const char *path, const Picture &picture) {
 }
 
 /// A picture that was written by `write`.
-Picture read(const char *path, const Rectangle &whole) {
+Picture read(const char *path, const Rectangle &bounds) {
   FILE *file = std::fopen(path, "rb");
   if (file == nullptr) throw std::runtime_error(std::string("cannot read ") + path);
   Picture picture;
   bool right = std::fscanf(file, "P6 %d %d 255", &picture.part.width, &picture.part.height) == 2 &&
-               std::fgetc(file) == '\n' && picture.part.width == whole.width && picture.part.height == whole.height;
-  for (int left = right ? whole.width * whole.height : 0; left > 0; --left) {
+               std::fgetc(file) == '\n' && picture.part.width == bounds.width && picture.part.height == bounds.height;
+  for (int left = right ? bounds.width * bounds.height : 0; left > 0; --left) {
     uint32_t pixel = 0;
     for (int channel = 0; channel < 3; ++channel) {
       const int value = std::fgetc(file);
@@ -262,11 +262,11 @@ Picture read(const char *path, const Rectangle &whole) {
     picture.pixels.push_back(pixel);
   }
   std::fclose(file);
-  if (!right) throw std::runtime_error(std::string(path) + " is no picture of this screen");
+  if (!right) throw std::runtime_error(std::string(path) + " is not a picture of this screen");
   return picture;
 }
 
-/// Parents of all processes that there are.
+/// The parents of all processes.
 std::map<pid_t, pid_t> processes() {
   std::map<pid_t, pid_t> parents;
   DIR *folder = opendir("/proc");
@@ -324,7 +324,7 @@ public:
   }
   Viewer(const Viewer &) = delete;
   ~Viewer() {
-    // What it started may have a group of its own; orphans come to this process, which has asked for them.
+    // Its child processes may have separate groups. This process is the subreaper: it becomes the parent of orphans.
     do {
       for (const pid_t process : descendants())
         kill(process, SIGKILL);
@@ -337,7 +337,7 @@ public:
     siginfo_t information{};
     if (waitid(P_PID, id_t(process_), &information, WEXITED | WNOHANG | WNOWAIT) != 0 || information.si_pid != 0)
       throw std::runtime_error("the viewer has ended");
-    if (age() > double(timeout.count())) throw std::runtime_error("waited in vain");
+    if (age() > double(timeout.count())) throw std::runtime_error("timed out");
   }
 
 private:
@@ -346,13 +346,13 @@ private:
 };
 
 void settle(ScreenView &screen, const char *path, milliseconds quiet, char **command) {
-  const Picture empty = screen.take(screen.whole());
+  const Picture empty = screen.take(screen.bounds());
   const Viewer viewer(command);
   Picture last = empty;
   for (Clock::time_point since = Clock::now(); last.pixels == empty.pixels || Clock::now() - since < quiet;) {
     std::this_thread::sleep_for(milliseconds(20));
     viewer.mustLive();
-    Picture now = screen.take(screen.whole());
+    Picture now = screen.take(screen.bounds());
     if (now.pixels == last.pixels) continue;
     last = std::move(now);
     since = Clock::now();
@@ -364,7 +364,7 @@ void settle(ScreenView &screen, const char *path, milliseconds quiet, char **com
 }
 
 void measure(ScreenView &screen, const Criterion &criterion, milliseconds later, char **command) {
-  if (criterion.holds(screen)) throw std::runtime_error("it is there before the viewer is started");
+  if (criterion.holds(screen)) throw std::runtime_error("the picture is shown before the viewer is started");
   const Viewer viewer(command);
   while (!criterion.holds(screen)) {
     std::this_thread::sleep_for(milliseconds(1));
@@ -397,14 +397,14 @@ int main(int count, char **arguments) {
   const milliseconds wait(std::atoi(arguments[3]));
   char **command = arguments + 4;
   prctl(PR_SET_CHILD_SUBREAPER, 1);
-  XSetErrorHandler([](Display *, XErrorEvent *) { return 0; }); // a window may go while it is asked about
+  XSetErrorHandler([](Display *, XErrorEvent *) { return 0; }); // a window may be destroyed during a query
   try {
     ScreenView screen;
     const unsigned windows = screen.windows();
     if (what == "settled")
       settle(screen, path, wait, command);
     else
-      measure(screen, criterion->second(read(path, screen.whole())), wait, command);
+      measure(screen, criterion->second(read(path, screen.bounds())), wait, command);
     awaitNoMoreWindowsThan(windows, screen);
   } catch (const std::exception &error) {
     std::fprintf(stderr, "watch: %s\n", error.what());

@@ -112,7 +112,7 @@ void addViewCommand(CLI::App &app, int &status) {
   command->add_option("--geometry", options->toolkit.geometry, "Size and position of the window: 900x1000+10+10")
       ->type_name("WIDTHxHEIGHT+X+Y")
       ->check(geometry());
-  command->add_option("--xrm", options->toolkit.resources, "A resource: 'Tavrel*ground: grey'")
+  command->add_option("--xrm", options->toolkit.resources, "A resource: 'Tavrel*page.background: grey'")
       ->allow_extra_args(false);
   command->add_option("--test-socket", options->testSocket, "Tells every change to a test that listens there");
   command->add_flag_callback(

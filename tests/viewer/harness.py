@@ -1,6 +1,6 @@
-# A display of its own, and a viewer on it that tells every change of its state. Nothing here waits for a time: the
-# viewer's lines, the ends of programs and, where only the screen tells, the screen are waited for, each with a limit
-# after which the test fails.
+# A private display, and a viewer on it that reports every change of its state. Nothing here sleeps for a fixed time:
+# tests wait for the viewer's states, for the ends of programs and, where no state shows a change, for the screen, each
+# with a timeout after which the test fails.
 import json
 import os
 import re
@@ -14,7 +14,7 @@ import unittest
 
 from pixels import Picture
 
-TIMEOUT = int(os.environ.get("TAVREL_TEST_TIMEOUT", "30"))  # seconds; half a second is usual
+TIMEOUT = int(os.environ.get("TAVREL_TEST_TIMEOUT", "30"))  # seconds; half a second is typical
 
 TAVREL = os.environ["TAVREL"]
 DOCUMENTS = os.environ["TAVREL_DOCUMENTS"]
@@ -27,7 +27,7 @@ SCREENSHOTS = os.environ.get("TAVREL_SCREENSHOTS") or os.environ["TAVREL_SCREENS
 
 NEXT, PREVIOUS = "TavrelGLT:Next", "TavrelGLT:Prev"
 YELLOW = (255, 255, 0)
-FOUND = (0x8F, 0xB8, 0xFF)  # where Find stands
+FOUND = (0x8F, 0xB8, 0xFF)  # the current match of Find
 ACTIVE_FRAME = (0x5F, 0x9E, 0xA0)
 ALSO_FOUND = (0xD8, 0xE6, 0xFF)
 
@@ -36,7 +36,7 @@ def document(name):
     return os.path.join(DOCUMENTS, name)
 
 
-def limit():
+def deadline():
     return time.monotonic() + TIMEOUT
 
 
@@ -44,7 +44,7 @@ class Display:
     def __init__(self, managed=False):
         self.folder = tempfile.mkdtemp(prefix="tavrel-viewer-test-")
         self.environment = {name: value for name, value in os.environ.items() if not name.startswith("TAVREL")}
-        # Nobody's own settings, and the plug-ins of this build.
+        # Without the user's settings, and with the plug-ins of this build.
         self.environment.update(HOME=self.folder, LC_ALL="C.UTF-8", XENVIRONMENT="/dev/null",
                                 TAVREL_PLUGIN_PATH=BUILT_PLUGINS)
         reading, writing = os.pipe()
@@ -74,9 +74,9 @@ class Display:
         self.run(os.path.join(HELPERS, "screenshot"), file)
         return Picture(file)
 
-    # Pictures until one is as it should be: what a toolkit draws comes a moment after the state.
+    # Takes pictures until one fulfils the predicate: the screen changes shortly after the state.
     def screen(self, predicate, what, file=None):
-        end = limit()
+        end = deadline()
         while True:
             picture = self.screenshot(file)
             result = predicate(picture)
@@ -85,7 +85,7 @@ class Display:
             if time.monotonic() > end:
                 raise AssertionError(f"the screen never showed {what}")
 
-    # A picture of a screen on which nothing is being drawn any more.
+    # A picture of the screen after all drawing.
     def settled(self):
         last = [self.screenshot()]
 
@@ -95,7 +95,7 @@ class Display:
 
         return self.screen(same, "the same twice")
 
-    def cut(self):
+    def kill(self):
         self.server.kill()
         self.server.wait()
 
@@ -114,10 +114,10 @@ class Viewer:
         Viewer._number += 1
         self.display = display
         self.state = {}
-        self.past = []  # every state that was told
+        self.past = []  # every state that was reported
         self._unread = b""
-        self.ended = False  # as it should
-        self._active = False  # whether a window manager has given it the keys
+        self.ended = False  # as expected
+        self._active = False  # whether its window has the focus, under a window manager
         name = os.path.join(display.folder, f"viewer-{Viewer._number}")
         self._stderr = open(name + ".stderr", "w+b")
         self._listener = socket.socket(socket.AF_UNIX, socket.SOCK_STREAM)
@@ -128,13 +128,13 @@ class Viewer:
                                         env=display.environment, cwd=display.folder, stdin=subprocess.DEVNULL,
                                         stdout=subprocess.DEVNULL, stderr=self._stderr)
 
-    # ---- what it says
+    # ---- its states
 
     def _fail(self, what):
         last = json.dumps(self.state, ensure_ascii=False)
-        raise AssertionError(f"never came: {what}\nstandard error: {self.complaints()}\nlast state: {last}")
+        raise AssertionError(f"never came: {what}\nstandard error: {self.stderrText()}\nlast state: {last}")
 
-    # Takes what has been told; waits for something where there is nothing. False when nothing more comes.
+    # Reads reported states; waits if there are none. False at the end of the connection or after the timeout.
     def _read(self, seconds):
         waited = self._connection or self._listener
         if not select.select([waited], [], [], seconds)[0]:
@@ -152,9 +152,9 @@ class Viewer:
             self.past.append(self.state)
         return received != b""
 
-    # Waits until a state is as wanted, and returns it. A state passed over counts, too.
+    # Waits for a state that fulfils the predicate, and returns it. Intermediate states count, too.
     def until(self, predicate, what):
-        end = limit()
+        end = deadline()
         looked = len(self.past) - 1 if self.past else 0
         while True:
             for state in self.past[looked:]:
@@ -165,14 +165,14 @@ class Viewer:
             if left <= 0 or (self._connection is None and self.process.poll() is not None) or not self._read(left):
                 self._fail(what)
 
-    # What it told last, with all that has come by now.
+    # The last state, of all that have arrived by now.
     def now(self):
         while self._connection is not None and select.select([self._connection], [], [], 0)[0]:
             if not self._read(0):
                 break
         return self.state
 
-    # The states since a moment; moments are told by `len(viewer.past)`.
+    # The states since a moment, which is a former `len(viewer.past)`.
     def since(self, moment):
         return self.past[moment:]
 
@@ -188,7 +188,7 @@ class Viewer:
                 area = self.now()["area"]
                 return picture.find(ACTIVE_FRAME, dict(area, y=0, height=self.state["buttons"][0]["y"]))
 
-            self.display.screen(active, "a window that has the keys")
+            self.display.screen(active, "a window that has the focus")
             self._active = True
         return state
 
@@ -198,11 +198,11 @@ class Viewer:
     def says(self, text):
         return self.until(lambda state: text in state["status"], f"status line {text!r}")
 
-    # The same, also where the line has made room for another one meanwhile.
+    # The same, also if another message has replaced it meanwhile.
     def said(self, text):
         return self.until(lambda state: any(text in one["status"] for one in self.past), f"status line {text!r}")
 
-    # Waits for a dialog that stands where it is going to stay, and returns it.
+    # Waits for a dialog at its final position, and returns it.
     def dialog(self, name):
         def there(state):
             return next((one for one in state["dialogs"] if one["name"] == name), None)
@@ -215,28 +215,28 @@ class Viewer:
         self.until(laidOut, f"dialog {name!r}")
         if self.display.managed:
             self.display.screen(lambda picture: laidOut(self.now()) and framed(picture, there(self.state)),
-                                f"dialog {name!r} with the keys")
+                                f"dialog {name!r} with the focus")
         return there(self.now())
 
     def noDialog(self):
         return self.until(lambda state: not state["dialogs"], "no dialog")
 
-    def complaints(self):
+    def stderrText(self):
         self._stderr.seek(0)
         return self._stderr.read().decode()
 
-    def lines(self):
-        return self.complaints().splitlines()
+    def stderrLines(self):
+        return self.stderrText().splitlines()
 
-    # ---- what is pressed
+    # ---- keys and clicks
 
     def button(self, name):
         return next(one for one in self.now()["buttons"] if one["name"] == name)
 
-    def click(self, place, button=1, keys=()):
+    def click(self, area, button=1, keys=()):
         held = [word for key in keys for word in ("keydown", key)]
         released = [word for key in keys for word in ("keyup", key)]
-        self.display.xdotool("mousemove", *middle(place), *held, "click", button, *released)
+        self.display.xdotool("mousemove", *middle(area), *held, "click", button, *released)
 
     def press(self, name, keys=()):
         self.click(self.button(name), keys=keys)
@@ -244,7 +244,7 @@ class Viewer:
     def pointAtPage(self):
         self.display.xdotool("mousemove", *middle(self.now()["area"]))
 
-    # Without a window manager keys go to the window below the pointer.
+    # Without a window manager the window below the pointer gets the keys.
     def key(self, *keys):
         if not self.display.managed:
             self.pointAtPage()
@@ -257,7 +257,7 @@ class Viewer:
         dialog = self.dialog(name)
         self.click(next(one for one in dialog["buttons"] if one["label"] == label))
 
-    # Types into a dialog's field, from scratch.
+    # Types into an empty field of a dialog.
     def type(self, name, text, then="Return", field=0):
         dialog = self.dialog(name)
         if not self.display.managed:
@@ -268,11 +268,11 @@ class Viewer:
         if then:
             self.display.xdotool("key", then)
 
-    # ---- how it ends
+    # ---- its end
 
     def ends(self):
         self.ended = True
-        end = limit()
+        end = deadline()
         while self._connection is not None and self._read(max(0.1, end - time.monotonic())):
             if time.monotonic() > end:
                 self._fail("its end")
@@ -289,14 +289,14 @@ class Viewer:
         self._stderr.close()
 
 
-# Whether a window manager's frame is above a place, in the colour of the window that has the keys.
-def framed(picture, place):
-    above = {"x": place["x"] + place["width"] / 2, "y": place["y"] - 4, "width": 8, "height": 3}
+# Whether a window manager's frame is above an area, in the colour of the window that has the focus.
+def framed(picture, area):
+    above = {"x": area["x"] + area["width"] / 2, "y": area["y"] - 4, "width": 8, "height": 3}
     return picture.find(ACTIVE_FRAME, above) is not None
 
 
-def middle(place):
-    return int(place["x"] + place["width"] / 2), int(place["y"] + place["height"] / 2)
+def middle(area):
+    return int(area["x"] + area["width"] / 2), int(area["y"] + area["height"] / 2)
 
 
 class ViewerTest(unittest.TestCase):
@@ -308,17 +308,17 @@ class ViewerTest(unittest.TestCase):
         cls.addClassCleanup(cls.display.close)
 
     def setUp(self):
-        # Where the pointer and keys are left by one test is no matter for the next one.
+        # The pointer's position is independent of the previous test.
         self.display.xdotool("mousemove", 1279, 1023)
 
-    # A viewer that ends with the test, having neither crashed nor said a word too many.
-    def view(self, *arguments, complaints=0):
+    # A viewer that ends with the test. It must not crash, nor print more than `errors` lines to standard error.
+    def view(self, *arguments, errors=0):
         viewer = Viewer(self.display, *arguments)
         self.addCleanup(viewer.close)
-        self.addCleanup(self._endWell, viewer, complaints)
+        self.addCleanup(self._endWell, viewer, errors)
         return viewer
 
-    # With a highlight file, from the first hit on.
+    # A viewer with a highlight file; returns when the first hit is shown.
     def viewHits(self, file, hits, *arguments, **others):
         viewer = self.view(file, "--hits", hits, *arguments, **others)
         viewer.hit("hit 1 of")
@@ -326,14 +326,14 @@ class ViewerTest(unittest.TestCase):
         viewer.until(lambda state: any(one["name"] == NEXT and one["enabled"] for one in state["buttons"]), "buttons")
         return viewer
 
-    def _endWell(self, viewer, complaints):
+    def _endWell(self, viewer, errors):
         code = viewer.process.poll()
         if code is not None and not viewer.ended:
-            self.fail(f"the viewer ended by itself, status {code}: {viewer.complaints()}")
-        if complaints is not None:
-            self.assertEqual(len(viewer.lines()), complaints, viewer.complaints())
+            self.fail(f"the viewer ended unexpectedly, status {code}: {viewer.stderrText()}")
+        if errors is not None:
+            self.assertEqual(len(viewer.stderrLines()), errors, viewer.stderrText())
 
-    # Resources as a user's file has them, for viewers that this test starts.
+    # Writes the user's resource file for viewers that this test starts.
     def resources(self, *lines):
         file = os.path.join(self.folder(), "resources")
         with open(file, "w") as stream:
@@ -345,7 +345,7 @@ class ViewerTest(unittest.TestCase):
     def folder(self):
         return tempfile.mkdtemp(dir=self.display.folder)
 
-    # A highlight file of the words' hits on the pages given, which count from 0; `body` changes what is said of all.
+    # A highlight file of the words' hits on the given pages, which count from 0; `body` changes attributes of <Body>.
     def hits(self, file, words, pages=None, units="characters", **body):
         output = os.path.join(self.folder(), "hits.xml")
         self.display.run(TAVREL, "hits", file, *words.split(), "--units", units, "--color", "FFFF00", "--mode",
@@ -360,6 +360,6 @@ class ViewerTest(unittest.TestCase):
             stream.write(text)
         return output
 
-    # A copy of a document, to be spoilt.
+    # A copy of a document, to be changed.
     def copy(self, name):
         return shutil.copy(document(name), self.folder())

@@ -1,4 +1,4 @@
-// Waits until the display has a window manager, which says so with a property of the root window: `managed PROPERTY`.
+// Waits for a window manager, which sets a property of the root window: `managed PROPERTY`.
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
 

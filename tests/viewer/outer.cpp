@@ -1,5 +1,5 @@
-// A program with a window for another to live in: prints the window's number, then does what each line of its input
-// says, "resize WIDTH HEIGHT" or "destroy", and prints the line when it is done. Ends with its input.
+// A program with a window in which another program is embedded: prints the window's number, then executes each line of
+// its input, "resize WIDTH HEIGHT" or "destroy", and prints the line afterwards. Ends with its input.
 #include <X11/Xlib.h>
 
 #include <cstdlib>

@@ -14,7 +14,7 @@ host::Image rootOf(Display *display) {
   host::Image image{DisplayWidth(display, screen), DisplayHeight(display, screen), {}};
   XImage *shown = XGetImage(display, RootWindow(display, screen), 0, 0, static_cast<unsigned>(image.width),
                             static_cast<unsigned>(image.height), AllPlanes,
-                            ZPixmap); // the server's reds, greens and blues are ours
+                            ZPixmap); // the server's pixel format is the image's
   if (shown == nullptr) return {};
   image.pixels.reserve(static_cast<size_t>(image.width) * static_cast<size_t>(image.height));
   for (int y = 0; y < image.height; ++y)

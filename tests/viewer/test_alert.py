@@ -1,4 +1,4 @@
-# The question of a plug-in: a highlight file that counts words in a way that the host does not know.
+# An alert of a plug-in: it asks about a highlight file of an unknown version of the word extraction.
 import os
 import subprocess
 import unittest
@@ -9,16 +9,16 @@ QUESTION = ("The highlights for this document may be incorrect because of incomp
             "Display highlights anyway?")
 
 
-# Whatever the lines are that a dialog breaks it into.
+# Without the line breaks of a dialog.
 def unbroken(text):
     return "".join(text.split())
 
 
 class Alert(ViewerTest):
-    def ask(self, complaints=0):
+    def ask(self, errors=0):
         file = document("three-hundred.pdf")
         hits = self.hits(file, "needle", [0, 3], units="words", version="9")
-        self.viewer = self.view(file, "--hits", hits, complaints=complaints)
+        self.viewer = self.view(file, "--hits", hits, errors=errors)
         return self.viewer.dialog("alert")
 
     def area(self):
@@ -41,7 +41,7 @@ class Alert(ViewerTest):
         self.viewer.shown(4)
 
     def test_no_shows_none(self):
-        self.ask(complaints=1)  # whoever attached the file says that it marks nothing
+        self.ask(errors=1)  # the plug-in that attached the file reports that it marks nothing
         self.viewer.answer("alert", "No")
         self.viewer.noDialog()
         state = self.viewer.shown(1)
@@ -51,19 +51,19 @@ class Alert(ViewerTest):
         self.viewer.shown(2)
         self.assertIsNone(self.display.screenshot().find(YELLOW, self.area()))
 
-    def test_what_is_pressed_meanwhile_does_nothing(self):
+    def test_buttons_pressed_meanwhile_do_nothing(self):
         self.ask()
         moment = len(self.viewer.past)
         for name in ("NextPage", "ZoomIn", "FindDialog", "Open"):
             self.viewer.press(name)
         self.viewer.answer("alert", "Yes")
         self.viewer.hit("hit 1 of 2")
-        told = self.viewer.since(moment)
-        self.assertEqual({state["page"] for state in told}, {1})
-        self.assertLessEqual({one["name"] for state in told for one in state["dialogs"]}, {"alert"})
-        self.assertEqual(len({state["zoom"] for state in told if state["drawn"]["there"]}), 1)
+        reported = self.viewer.since(moment)
+        self.assertEqual({state["page"] for state in reported}, {1})
+        self.assertLessEqual({one["name"] for state in reported for one in state["dialogs"]}, {"alert"})
+        self.assertEqual(len({state["zoom"] for state in reported if state["drawn"]["there"]}), 1)
 
-    def test_what_is_uncovered_meanwhile_is_drawn(self):
+    def test_an_area_uncovered_meanwhile_is_drawn(self):
         self.ask()
         area = self.area()
         before = self.display.settled()
@@ -76,7 +76,7 @@ class Alert(ViewerTest):
                 cover.stdin.flush()
                 cover.stdout.readline()
         self.display.xdotool("mousemove", 300, 300, "mousemove", 500, 500)
-        if not self.managed:  # a window manager puts the dialog in front again, or does not
+        if not self.managed:  # a window manager may raise the dialog
             self.display.screen(lambda picture: picture.same(before, area), "all as it was")
         self.viewer.answer("alert", "Yes")
         self.viewer.hit("hit 1 of 2")

@@ -1,4 +1,4 @@
-# Several documents, the Window menu, passwords, files that are none, and files that change while they are shown.
+# Several documents, the Window menu, passwords, unreadable files, and files that change while they are shown.
 import os
 import shutil
 import subprocess
@@ -25,7 +25,7 @@ class Documents(ViewerTest):
         self.display.screen(still, "a page that stays")
         return self.viewer
 
-    # Opens a menu by the pointer, whose button stays pressed, and returns the place that it covers.
+    # Opens a menu by the pointer, whose button stays pressed, and returns the area that it covers.
     def menu(self, number):
         area = self.viewer.now()["area"]
         bar = {"x": area["x"], "y": self.viewer.now()["buttons"][0]["y"] - 26, "width": area["width"], "height": 22}
@@ -34,15 +34,15 @@ class Documents(ViewerTest):
             self.closed = before
         else:
             before = self.display.screen(lambda picture: picture.same(self.closed, bar) and picture, "no open menu")
-        place = before.clusters(bar, 9)[number]
-        self.display.xdotool("mousemove", *middle(place), "mousedown", 1)
+        title = before.clusters(bar, 9)[number]
+        self.display.xdotool("mousemove", *middle(title), "mousedown", 1)
         below = dict(bar, y=bar["y"] + 30, height=400)
-        seen = []
+        changes = []
 
-        # Two pictures alike: no menu that is being drawn.
+        # Two equal pictures: the menu is drawn completely.
         def drawn(picture):
-            seen.append(picture.changes(before, below))
-            return len(seen) > 1 and seen[-2] == seen[-1] and seen[-1]
+            changes.append(picture.changes(before, below))
+            return len(changes) > 1 and changes[-2] == changes[-1] and changes[-1]
 
         return self.display.screen(drawn, "a menu")
 
@@ -52,11 +52,11 @@ class Documents(ViewerTest):
         self.assertEqual(viewer.now()["title"], "cjk.pdf - Tavrel")
 
     def test_the_window_menu_brings_documents_to_front(self):
-        self.resources("*multiClickTime: 1")  # a hand is slower than these clicks
+        self.resources("*multiClickTime: 1")  # these clicks are faster than a user's
         viewer = self.open()
         for number in (0, 1, 2, 0):
-            place = self.menu(5)
-            x, y = place["x"] + 40, place["y"] + place["height"] * (2 * number + 1) // 6
+            menu = self.menu(5)
+            x, y = menu["x"] + 40, menu["y"] + menu["height"] * (2 * number + 1) // 6
             self.display.xdotool("mousemove", x, y - 2, "mousemove", x, y, "mouseup", 1)
             viewer.until(lambda state: state["front"] == number, f"document {number} in front")
             self.assertEqual(viewer.now()["title"], f"{THREE[number]} - Tavrel")
@@ -102,7 +102,7 @@ class Documents(ViewerTest):
         viewer.until(lambda state: state["documents"] and not state["opening"], "it")
         self.assertEqual(viewer.now()["documents"], ["cjk.pdf"])
 
-    def test_a_page_behind_the_name(self):
+    def test_a_page_after_the_name(self):
         viewer = self.view(document("three-hundred.pdf") + "#page=17")
         viewer.shown(17)
 
@@ -115,7 +115,7 @@ class Passwords(ViewerTest):
     def ask(self):
         viewer = self.view(document("encrypted.pdf"))
         dialog = viewer.dialog("password")
-        self.assertIn("encrypted.pdf wants a password:", dialog["texts"])
+        self.assertIn("encrypted.pdf is encrypted: a password is needed.", dialog["texts"])
         return viewer
 
     def test_the_right_one_opens(self):
@@ -145,7 +145,7 @@ class Passwords(ViewerTest):
         viewer = self.view(document("encrypted.pdf"), "--password", "secret")
         self.assertEqual(viewer.shown(1)["dialogs"], [])
 
-    def test_cancelled_others_open_all_the_same(self):
+    def test_cancelled_others_open_nevertheless(self):
         viewer = self.view(document("encrypted.pdf"), document("cjk.pdf"))
         viewer.answer("password", "Cancel")
         viewer.noDialog()
@@ -157,16 +157,16 @@ class PasswordsManaged(Passwords):
 
 
 class Unreadable(ViewerTest):
-    def spoilt(self, name, content):
+    def corrupted(self, name, content):
         file = os.path.join(self.folder(), name)
         with open(file, "wb") as stream:
             stream.write(content)
         return file
 
     def refused(self, file, *arguments):
-        viewer = self.view(file, *arguments, complaints=1)
+        viewer = self.view(file, *arguments, errors=1)
         self.assertEqual(viewer.ends(), 3)
-        self.assertRegex(viewer.lines()[0], "^tavrel: .*" + os.path.basename(file) + ".*: ")
+        self.assertRegex(viewer.stderrLines()[0], "^tavrel: .*" + os.path.basename(file) + ".*: ")
 
     def test_a_missing_file(self):
         self.refused(os.path.join(self.folder(), "missing.pdf"))
@@ -175,32 +175,32 @@ class Unreadable(ViewerTest):
         self.refused(self.folder())
 
     def test_no_pdf(self):
-        self.refused(self.spoilt("text.pdf", b"These are words and no document.\n"))
+        self.refused(self.corrupted("text.pdf", b"These are words and no document.\n"))
 
     def test_an_empty_file(self):
-        self.refused(self.spoilt("empty.pdf", b""))
+        self.refused(self.corrupted("empty.pdf", b""))
 
     def test_the_start_of_a_pdf(self):
         with open(document("two-columns.pdf"), "rb") as stream:
-            self.refused(self.spoilt("start.pdf", stream.read(1500)))
+            self.refused(self.corrupted("start.pdf", stream.read(1500)))
 
-    def test_another_document_opens_all_the_same(self):
-        viewer = self.view(os.path.join(self.folder(), "missing.pdf"), document("cjk.pdf"), complaints=1)
+    def test_another_document_opens_nevertheless(self):
+        viewer = self.view(os.path.join(self.folder(), "missing.pdf"), document("cjk.pdf"), errors=1)
         viewer.until(lambda state: state["documents"] == ["cjk.pdf"], "the other document")
         viewer.shown(1)
         viewer.key("ctrl+q")
         self.assertEqual(viewer.ends(), 0)
 
-    def test_a_damaged_page_does_not_keep_the_others_away(self):
+    def test_a_damaged_page_does_not_affect_the_others(self):
         with open(document("three-hundred.pdf"), "rb") as stream:
             content = bytearray(stream.read())
         for at in range(len(content) // 3, len(content) // 3 + 2000):
             content[at] ^= 0x55
-        viewer = self.view(self.spoilt("damaged.pdf", content), complaints=None)
+        viewer = self.view(self.corrupted("damaged.pdf", content), errors=None)
         viewer.until(lambda state: state["documents"] or viewer.process.poll() is not None, "the document")
         viewer.key("ctrl+End")
         viewer.until(lambda state: state["page"] == state["pages"] and state["drawn"]["there"], "its last page")
-        for line in viewer.lines():
+        for line in viewer.stderrLines():
             self.assertRegex(line, "^tavrel: ")
 
 
@@ -220,31 +220,31 @@ class WithoutADisplay(unittest.TestCase):
 
 
 class LostDisplay(unittest.TestCase):
-    def test_a_connection_that_is_cut_is_one_line(self):
+    def test_a_lost_connection_is_one_line(self):
         display = Display()
         self.addCleanup(display.close)
         viewer = Viewer(display, document("cjk.pdf"))
         self.addCleanup(viewer.close)
         viewer.shown(1)
-        display.cut()
+        display.kill()
         self.assertEqual(viewer.ends(), 1)
-        self.assertEqual(viewer.complaints(),
+        self.assertEqual(viewer.stderrText(),
                          f"tavrel: lost the connection to display {display.environment['DISPLAY']}\n")
 
 
 class Changing(ViewerTest):
-    """Files that go or change while they are shown."""
+    """Files that are removed or changed while they are shown."""
 
     def setUp(self):
         super().setUp()
         self.file = self.copy("three-hundred.pdf")
 
-    def open(self, complaints):
-        viewer = self.view(self.file, complaints=complaints)
+    def open(self, errors):
+        viewer = self.view(self.file, errors=errors)
         viewer.shown(1)
         return viewer
 
-    def test_a_file_that_vanishes_is_said_and_pages_still_turn(self):
+    def test_a_removed_file_is_reported_and_pages_still_turn(self):
         viewer = self.open(1)
         os.remove(self.file)
         viewer.key("ctrl+End")
@@ -252,33 +252,33 @@ class Changing(ViewerTest):
         self.assertEqual(state["note"], "")
         viewer.said("has changed; Reload shows it as it is now")
 
-    def test_reloading_a_file_that_vanished_says_so(self):
-        viewer = self.open(None)  # that it has changed may be seen before
+    def test_reloading_a_removed_file_reports_it(self):
+        viewer = self.open(None)  # the change may be reported before
         os.remove(self.file)
         viewer.key("ctrl+r")
         viewer.until(lambda state: "No such file" in state["status"] and not state["opening"], "a line")
-        self.assertEqual(viewer.now()["documents"], ["three-hundred.pdf"], "what was there is kept")
+        self.assertEqual(viewer.now()["documents"], ["three-hundred.pdf"], "the document is kept")
         viewer.key("F1")
         viewer.dialog("information")
 
-    def test_a_file_that_is_cut_off_shows_pages_or_the_reason(self):
+    def test_a_truncated_file_shows_pages_or_the_reason(self):
         viewer = self.open(None)
         os.truncate(self.file, 2000)
         viewer.key("ctrl+End")
         viewer.said("three-hundred.pdf: ")
-        self.assertTrue(viewer.lines())
-        for line in viewer.lines():
+        self.assertTrue(viewer.stderrLines())
+        for line in viewer.stderrLines():
             self.assertRegex(line, "^tavrel: ")
         viewer.key("F1")
         viewer.dialog("information")
 
-    def test_a_page_that_cannot_be_read_is_said_by_its_number(self):
+    def test_a_page_that_cannot_be_read_is_reported_by_its_number(self):
         viewer = self.open(None)
         os.truncate(self.file, 2000)
         viewer.key("ctrl+End")
         viewer.said("page 300")
 
-    def test_a_file_that_changes_is_said_once_and_reload_shows_it(self):
+    def test_a_changed_file_is_reported_once_and_reload_shows_it(self):
         viewer = self.open(1)
         viewer.key("ctrl+Next")
         viewer.shown(2)
@@ -292,7 +292,7 @@ class Changing(ViewerTest):
         viewer.until(lambda state: state["pages"] == 4 and state["page"] == 2, "the new file on the same page")
         viewer.shown(2)
 
-    def test_reload_goes_to_the_last_page_where_there_are_fewer(self):
+    def test_reload_goes_to_the_last_page_if_there_are_fewer(self):
         viewer = self.open(None)
         viewer.key("ctrl+End")
         viewer.shown(300)
@@ -302,9 +302,10 @@ class Changing(ViewerTest):
 
     def test_hits_are_there_after_a_reload(self):
         hits = self.hits(self.file, "needle", [1, 2])
-        viewer = self.view(self.file, "--hits", hits, complaints=None)
+        viewer = self.view(self.file, "--hits", hits, errors=None)
         viewer.hit("hit 1 of 2")
-        # Opening may take less than a turn, and nothing be told of it: another file in its place cannot be mistaken.
+        # Opening may take less than an iteration of the event loop and is not reported then. The new file differs from
+        # the old one, so that it is recognised.
         os.replace(self.copy("two-columns.pdf"), self.file)
         viewer.key("ctrl+r")
         state = viewer.until(lambda state: state["pages"] == 4 and "hit 1 of 2" in state["plugins"]

@@ -1,4 +1,4 @@
-# Within another program's window.
+# A viewer that is embedded in another program's window.
 import os
 import subprocess
 import unittest
@@ -16,7 +16,7 @@ class Embedding(ViewerTest):
         self.addCleanup(self.outer.stdin.close)
         self.window = self.outer.stdout.readline().strip()
 
-    def tell(self, line):
+    def command(self, line):
         self.outer.stdin.write(line + "\n")
         self.outer.stdin.flush()
         self.outer.stdout.readline()
@@ -50,7 +50,7 @@ class Embedding(ViewerTest):
         viewer.key("shift+F3")
         viewer.hit("hit 1 of 2")
 
-    def test_it_shows_only_the_plug_ins_buttons_that_belong_into_a_browser(self):
+    def test_it_shows_only_the_plug_ins_buttons_for_browsers(self):
         viewer = self.view(document("cjk.pdf"), "--into", self.window, "--plugins-dir", BUTTONS_PLUGIN)
         viewer.shown(1)
         names = [button["name"] for button in viewer.now()["buttons"]]
@@ -61,47 +61,47 @@ class Embedding(ViewerTest):
     def test_it_follows_the_windows_size(self):
         viewer = self.open()
         self.fills(700, 600)
-        self.tell("resize 500 400")
+        self.command("resize 500 400")
         self.fills(500, 400)
-        self.tell("resize 900 700")
+        self.command("resize 900 700")
         self.fills(900, 700)
         viewer.until(lambda state: state["drawn"]["width"] > 800, "the page as wide as before")
 
     def test_it_ends_with_the_window(self):
         viewer = self.open()
-        self.tell("destroy")
+        self.command("destroy")
         self.assertEqual(viewer.ends(), 0)
-        self.assertEqual(viewer.complaints(), "")
+        self.assertEqual(viewer.stderrText(), "")
 
     def test_it_ends_with_the_other_program(self):
         viewer = self.open()
         self.outer.kill()
         self.assertEqual(viewer.ends(), 0)
-        self.assertEqual(viewer.complaints(), "")
+        self.assertEqual(viewer.stderrText(), "")
 
-    def test_it_stays_where_no_document_is_left(self):
+    def test_it_stays_open_without_a_document(self):
         viewer = self.open()
         viewer.pointAtPage()
         viewer.key("ctrl+w")
         viewer.until(lambda state: state["documents"] == [] and not state["drawn"]["there"], "an empty viewer")
-        self.tell("resize 600 500")
+        self.command("resize 600 500")
         self.fills(600, 500)
 
     def test_no_such_window(self):
-        viewer = self.view(document("cjk.pdf"), "--into", "4711", complaints=1)
+        viewer = self.view(document("cjk.pdf"), "--into", "4711", errors=1)
         self.assertEqual(viewer.ends(), 1)
-        self.assertEqual(viewer.complaints(), "tavrel: window 4711: there is no such window\n")
+        self.assertEqual(viewer.stderrText(), "tavrel: window 4711: there is no such window\n")
 
-    def test_what_is_no_number_of_a_window(self):
+    def test_an_invalid_window_number(self):
         for number in ("0", "window"):
             with self.subTest(number):
-                viewer = self.view(document("cjk.pdf"), "--into", number, complaints=1)
+                viewer = self.view(document("cjk.pdf"), "--into", number, errors=1)
                 self.assertEqual(viewer.ends(), 2)
-                self.assertIn(f'--into: "{number}" is not the number of a window', viewer.complaints())
+                self.assertIn(f'--into: "{number}" is not the number of a window', viewer.stderrText())
 
 
 class EmbeddingManaged(Embedding):
-    """A window manager frames the outer window: where it stands is not known."""
+    """A window manager frames the outer window: its position is not known."""
     managed = True
 
     def fills(self, width, height):

@@ -1,4 +1,4 @@
-# Documents that are spoilt, and pages that take long.
+# Corrupted documents, and pages whose rendering takes long.
 import os
 import subprocess
 
@@ -8,34 +8,34 @@ SEEDS, SHARES = range(40), ("0.00002", "0.0001", "0.0005", "0.002", "0.01")
 
 
 class DamagedDocuments(ViewerTest):
-    def spoilt(self):
+    def corrupted(self):
         folder = self.folder()
         files = []
         for name in ("two-columns.pdf", "cjk.pdf", "rotated-90.pdf", "cropped.pdf"):
             with open(document(name), "rb") as stream:
-                whole = stream.read()
+                content = stream.read()
             for share in SHARES:
                 for seed in SEEDS[::4]:
                     file = os.path.join(folder, f"{share}-{seed}-{name}")
                     with open(file, "wb") as stream:
-                        subprocess.run(["zzuf", "-s", str(seed), "-r", share], input=whole, stdout=stream, check=True)
+                        subprocess.run(["zzuf", "-s", str(seed), "-r", share], input=content, stdout=stream, check=True)
                     files.append(file)
         return files
 
-    def test_each_of_two_hundred_is_shown_or_named_in_a_line(self):
-        files = self.spoilt()
+    def test_each_of_two_hundred_is_shown_or_reported(self):
+        files = self.corrupted()
         self.assertEqual(len(files), 200)
-        viewer = self.view(*files, complaints=None)
+        viewer = self.view(*files, errors=None)
         viewer.until(lambda state: not state["opening"], "an end of opening")
         opened = viewer.now()["documents"]
-        refused = [line for line in viewer.lines() if any(os.path.basename(file) in line for file in files)]
+        refused = [line for line in viewer.stderrLines() if any(os.path.basename(file) in line for file in files)]
         self.assertGreater(len(opened), 20)
         self.assertGreater(len(refused), 20)
         for file in files:
             name = os.path.basename(file)
             self.assertTrue(name in opened or any(name in line for line in refused), name)
 
-        # Every one of them in front, to its last page.
+        # Each of them is shown to its last page.
         while viewer.now()["documents"]:
             left = len(viewer.now()["documents"])
             viewer.until(lambda state: len(state["documents"]) == left and state["drawn"]["there"], "a page")
@@ -48,21 +48,21 @@ class DamagedDocuments(ViewerTest):
         self.assertEqual(viewer.ends(), 0)
 
 
-# A document of these objects; the first one is its catalog. Its table of objects says that there is one more of that
-# number.
+# Writes a document of these objects; the first one is its catalog. Its table of objects has an additional free entry
+# with the number `last`.
 def written(file, objects, last=0):
-    whole, places = b"%PDF-1.4\n", []
-    for number, content in enumerate(objects, 1):
-        places.append(len(whole))
-        whole += b"%d 0 obj\n" % number + content + b"\nendobj\n"
-    table = len(whole)
-    whole += b"xref\n0 %d\n0000000000 65535 f \n" % (len(objects) + 1)
-    whole += b"".join(b"%010d 00000 n \n" % place for place in places)
-    whole += b"%d 1\n0000000000 00000 f \n" % last
+    content, offsets = b"%PDF-1.4\n", []
+    for number, each in enumerate(objects, 1):
+        offsets.append(len(content))
+        content += b"%d 0 obj\n" % number + each + b"\nendobj\n"
+    table = len(content)
+    content += b"xref\n0 %d\n0000000000 65535 f \n" % (len(objects) + 1)
+    content += b"".join(b"%010d 00000 n \n" % offset for offset in offsets)
+    content += b"%d 1\n0000000000 00000 f \n" % last
     size = max(last, len(objects)) + 1
-    whole += b"trailer<</Size %d/Root 1 0 R>>\nstartxref\n%d\n%%%%EOF\n" % (size, table)
+    content += b"trailer<</Size %d/Root 1 0 R>>\nstartxref\n%d\n%%%%EOF\n" % (size, table)
     with open(file, "wb") as stream:
-        stream.write(whole)
+        stream.write(content)
     return file
 
 
@@ -80,8 +80,8 @@ def slow(file):
     return written(file, objects + [stream(content) for content in (b"", strokes, b"")])
 
 
-# A document whose last page of four takes hours, also for its words: ten levels of forms, each drawn ten times by the
-# one above it.
+# A document of four pages whose last one takes hours, to render and to search: ten levels of forms, each drawn ten
+# times by the one above it.
 def endless(file):
     levels = 10
     page = b"<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]"
@@ -97,7 +97,7 @@ class SlowPages(ViewerTest):
     def open(self):
         return self.view(slow(os.path.join(self.folder(), "slow.pdf")))
 
-    def test_a_page_that_takes_long_shows_its_outline_and_says_so(self):
+    def test_a_page_that_takes_long_shows_its_outline_and_a_note(self):
         viewer = self.open()
         viewer.shown(1)
         viewer.key("ctrl+Next")
@@ -107,7 +107,7 @@ class SlowPages(ViewerTest):
         viewer.shown(2)
         viewer.until(lambda state: state["note"] == "", "no note")
 
-    def test_the_window_answers_meanwhile(self):
+    def test_the_window_is_responsive_meanwhile(self):
         viewer = self.open()
         viewer.shown(1)
         viewer.key("ctrl+Next")
@@ -138,4 +138,4 @@ class ManyPages(ViewerTest):
                                    [b"<</Type/Catalog/Pages 2 0 R>>", pages, *[page] * there], last=count + there))
         self.assertEqual(viewer.shown(1)["pages"], count)
         viewer.key("ctrl+Next")
-        viewer.shown(2)  # and not a line of the toolkit's
+        viewer.shown(2)  # without a warning of the toolkit

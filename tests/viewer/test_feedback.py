@@ -1,4 +1,4 @@
-# What is on the screen after a plug-in has highlighted or registered, by its pixels.
+# The pixels on the screen after a plug-in has highlighted or registered text.
 import unittest
 
 from harness import FEEDBACK_PLUGIN, ViewerTest, document
@@ -50,7 +50,7 @@ class Feedback(ViewerTest):
         self.showsNeither(HIGHLIGHTED)
         self.assertEqual((painted.left, painted.top, painted.count), (first.left, first.top, first.count))
 
-    def test_nothing_of_a_registration_lasts_when_it_is_taken_off(self):
+    def test_nothing_of_a_registration_remains_when_it_is_removed(self):
         self.press("R")
         self.shows(HIGHLIGHTED)
         self.press("U")
@@ -60,7 +60,7 @@ class Feedback(ViewerTest):
         self.press("R")
         self.press("D")
         count = self.shows(GREEN).count
-        self.press("R")  # takes the place of the first
+        self.press("R")  # replaces the first
         self.press("D")
         self.assertEqual(self.shows(GREEN).count, count)
         self.press("U")

@@ -1,11 +1,11 @@
-# The find dialog, on pages that all say the same but for their number.
+# The find dialog, on pages that differ only in their number.
 import unittest
 
 from harness import ALSO_FOUND, FOUND, ViewerTest, document
 
-NOWHERE = "\u201czebra\u201d is not in the document"
-ROUND_THE_END = "Reached the end, went on from the start"
-ROUND_THE_START = "Reached the start, went on from the end"
+NOT_FOUND = "\u201czebra\u201d is not in the document"
+ROUND_THE_END = "Reached the end, continued from the start"
+ROUND_THE_START = "Reached the start, continued from the end"
 
 
 class Find(ViewerTest):
@@ -18,9 +18,9 @@ class Find(ViewerTest):
         self.viewer.key("ctrl+f")
         self.viewer.type("find", text)
 
-    # The dialog stands beside the page.
+    # Waits for a match beside the dialog.
     def found(self):
-        self.display.screen(lambda picture: picture.find(FOUND, self.area()), "what was found")
+        self.display.screen(lambda picture: picture.find(FOUND, self.area()), "a match")
 
     def toggle(self, label):
         self.viewer.answer("find", label)
@@ -28,20 +28,20 @@ class Find(ViewerTest):
     def area(self):
         return self.viewer.now()["area"]
 
-    # A picture of the page alone: the dialog may lie on it.
+    # The marks of a colour. Closes the dialog, which may cover them.
     def marks(self, color):
         self.viewer.answer("find", "Close")
         self.viewer.noDialog()
-        return self.display.screen(lambda picture: picture.find(color, self.area()), "what was found")
+        return self.display.screen(lambda picture: picture.find(color, self.area()), "a match")
 
-    def test_what_is_found_is_marked(self):
+    def test_a_match_is_marked(self):
         self.find("needle")
         self.found()
         found = self.marks(FOUND)
         self.assertLess(found.bottom - found.top, 40)
         self.assertGreater(found.right - found.left, 30)
 
-    def test_all_places_on_the_page_are_marked_and_the_current_one_otherwise(self):
+    def test_all_matches_on_the_page_are_marked_and_the_current_one_differently(self):
         self.find("straw")
         self.found()
         self.viewer.answer("find", "Close")
@@ -89,29 +89,29 @@ class Find(ViewerTest):
         self.viewer.key("ctrl+shift+g")
         self.viewer.shown(1)
 
-    def test_at_the_end_it_goes_on_from_the_start_and_says_so(self):
+    def test_at_the_end_it_continues_from_the_start_with_a_message(self):
         self.viewer.key("ctrl+End")
         self.viewer.shown(300)
         self.find("needle")
         self.found()
         self.viewer.answer("find", "Find Next")
         self.viewer.shown(1)
-        state = self.viewer.until(lambda state: state["findMessage"] == ROUND_THE_END, "its saying so")
+        state = self.viewer.until(lambda state: state["findMessage"] == ROUND_THE_END, "the message")
         self.assertEqual(state["status"], ROUND_THE_END)
-        self.viewer.until(lambda state: ROUND_THE_END in state["dialogs"][0]["texts"], "the dialog's saying so")
+        self.viewer.until(lambda state: ROUND_THE_END in state["dialogs"][0]["texts"], "the dialog's message")
 
-    def test_at_the_start_it_goes_on_from_the_end_and_says_so(self):
+    def test_at_the_start_it_continues_from_the_end_with_a_message(self):
         self.find("needle")
         self.found()
         self.viewer.answer("find", "Find Previous")
         self.viewer.shown(300)
-        self.viewer.until(lambda state: state["findMessage"] == ROUND_THE_START, "its saying so")
+        self.viewer.until(lambda state: state["findMessage"] == ROUND_THE_START, "the message")
 
-    def test_what_is_nowhere_is_said(self):
+    def test_a_text_that_is_not_found_is_reported(self):
         self.find("zebra")
-        state = self.viewer.until(lambda state: state["findMessage"] == NOWHERE, "its saying so")
+        state = self.viewer.until(lambda state: state["findMessage"] == NOT_FOUND, "the message")
         self.assertEqual(state["page"], 1)
-        self.viewer.until(lambda state: NOWHERE in state["dialogs"][0]["texts"], "the dialog's saying so")
+        self.viewer.until(lambda state: NOT_FOUND in state["dialogs"][0]["texts"], "the dialog's message")
 
     def test_match_case(self):
         self.find("NEEDLE")
@@ -130,7 +130,7 @@ class Find(ViewerTest):
         self.viewer.answer("find", "Find Next")
         self.viewer.until(lambda state: "is not in the document" in state["findMessage"], "no such word")
 
-    def test_escape_takes_the_marks_away(self):
+    def test_escape_removes_the_marks(self):
         self.find("needle")
         self.marks(FOUND)
         self.viewer.key("Escape")

@@ -1,4 +1,4 @@
-# From hit to hit, with the buttons of the tool bar and with keys.
+# Stepping through hits, with the buttons of the tool bar and with keys.
 import unittest
 
 from harness import JUMPS_PLUGIN, NEXT, PREVIOUS, YELLOW, ViewerTest, document
@@ -64,20 +64,20 @@ class Hits(ViewerTest):
         self.untilEnabled(NEXT, False)
         moment = len(self.viewer.past)
         self.viewer.press(NEXT)
-        self.viewer.press(PREVIOUS)  # comes behind it
+        self.viewer.press(PREVIOUS)  # is handled after it
         self.viewer.hit("hit 3 of 4")
-        told = {state["page"] for state in self.viewer.since(moment)}
-        self.assertLessEqual(told, {PAGES[3] + 1, PAGES[2] + 1})
+        reported = {state["page"] for state in self.viewer.since(moment)}
+        self.assertLessEqual(reported, {PAGES[3] + 1, PAGES[2] + 1})
         self.untilEnabled(NEXT, True)
 
-    def test_previous_is_enabled_behind_the_first_hit(self):
+    def test_previous_is_enabled_after_the_first_hit(self):
         self.viewer.press(NEXT)
         self.untilEnabled(PREVIOUS, True)
         self.viewer.press(PREVIOUS)
         self.viewer.hit("hit 1 of 4")
         self.untilEnabled(PREVIOUS, False)
 
-    def test_ticks_stand_for_the_pages_with_hits(self):
+    def test_ticks_mark_the_pages_with_hits(self):
         self.viewer.until(lambda state: state["ticks"] == PAGES, "ticks")
 
     def test_a_click_on_a_tick_goes_to_its_page(self):
@@ -167,7 +167,7 @@ class HitsInTheMiddle(ViewerTest):
 
 
 class Jumps(ViewerTest):
-    """A plug-in that is told of the jumps says with which code: 0 and 2 step, 1 and 3 only tell."""
+    """A plug-in that is notified of jumps shows their code: 0 and 2 step, 1 and 3 only notify."""
 
     def setUp(self):
         super().setUp()
@@ -182,7 +182,7 @@ class Jumps(ViewerTest):
         self.viewer.hit("jump 2")
         self.viewer.shown(1)
 
-    def test_a_click_with_shift_only_tells(self):
+    def test_a_click_with_shift_only_notifies(self):
         self.viewer.press(NEXT, keys=["shift"])
         state = self.viewer.hit("jump 1")
         self.assertEqual(state["page"], 1)

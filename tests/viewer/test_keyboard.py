@@ -1,4 +1,4 @@
-# Without a mouse, as a window manager lets it: it gives new windows the keys.
+# Without a mouse. A window manager gives new windows the focus.
 import unittest
 
 from harness import ViewerTest, document
@@ -19,7 +19,7 @@ class KeyboardOnly(ViewerTest):
         key("key", "Escape")
         viewer.noDialog()
         key("key", "Next")
-        viewer.until(lambda state: state["drawn"]["scrollY"] > 0, "a windowful down")
+        viewer.until(lambda state: state["drawn"]["scrollY"] > 0, "a page of the window down")
         key("key", "ctrl+l", "1", "1", "Return")
         viewer.shown(11)
         key("key", "F10", "Right", "Right", "Right", "Down", "Down", "Return")  # Go > Next Page
@@ -42,7 +42,7 @@ class KeyboardOnly(ViewerTest):
     def test_escape_answers_no(self):
         file = document("three-hundred.pdf")
         viewer = self.view(file, "--hits", self.hits(file, "needle", [2, 5], units="words", version="9"),
-                           complaints=1)
+                           errors=1)
         viewer.dialog("alert")
         self.display.xdotool("key", "Escape")
         viewer.noDialog()

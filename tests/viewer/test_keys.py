@@ -17,11 +17,11 @@ class Keys(ViewerTest):
 
     def test_page_down_goes_down_and_then_to_the_next_page(self):
         self.viewer.key("Next")
-        self.scrolledTo(lambda y: y > 100, "a windowful down")
+        self.scrolledTo(lambda y: y > 100, "a page of the window down")
         self.viewer.key("Next", "Next")
         self.viewer.shown(2)
 
-    def test_page_up_goes_up_and_then_to_the_end_of_the_page_before(self):
+    def test_page_up_goes_up_and_then_to_the_end_of_the_previous_page(self):
         self.viewer.key("ctrl+Next")
         self.viewer.shown(2)
         self.viewer.key("Prior")
@@ -32,9 +32,9 @@ class Keys(ViewerTest):
 
     def test_space_is_page_down_and_shift_space_page_up(self):
         self.viewer.key("space")
-        self.scrolledTo(lambda y: y > 100, "a windowful down")
+        self.scrolledTo(lambda y: y > 100, "a page of the window down")
         self.viewer.key("shift+space")
-        self.scrolledTo(lambda y: y == 0, "a windowful up")
+        self.scrolledTo(lambda y: y == 0, "a page of the window up")
 
     def test_arrows_scroll_a_little(self):
         self.viewer.key("Down")
@@ -44,7 +44,7 @@ class Keys(ViewerTest):
         self.viewer.key("Up")
         self.scrolledTo(lambda y: y == 48, "a little up")
 
-    def test_arrows_to_the_sides_turn_pages_where_there_is_nothing_beside(self):
+    def test_arrows_to_the_sides_turn_pages_that_are_not_wider_than_the_window(self):
         self.viewer.key("Right")
         self.viewer.shown(2)
         self.viewer.key("Left")
@@ -83,7 +83,7 @@ class Keys(ViewerTest):
         self.viewer.key("ctrl+1")
         self.viewer.until(lambda state: state["zoom"] == 1, "actual size")
         self.viewer.key("ctrl+3")
-        state = self.viewer.until(lambda state: state["drawn"]["height"] < state["area"]["height"], "the whole page")
+        state = self.viewer.until(lambda state: state["drawn"]["height"] < state["area"]["height"], "the complete page")
         self.assertLess(state["drawn"]["width"], state["area"]["width"] - 100)
         self.viewer.key("ctrl+2")
         self.viewer.until(lambda state: state["drawn"]["width"] > state["area"]["width"] - 60, "the page's width")
@@ -127,7 +127,7 @@ class Keys(ViewerTest):
         self.viewer.key("ctrl+w", "ctrl+q")
         self.assertEqual(self.viewer.ends(), 0)
 
-    def test_find_again_asks_where_nothing_was_looked_for(self):
+    def test_find_again_asks_for_a_text_if_there_is_none(self):
         self.viewer.key("ctrl+g")
         self.viewer.dialog("find")
 
@@ -146,7 +146,7 @@ class Keys(ViewerTest):
     def test_help_again_brings_the_keys_to_front(self):
         self.viewer.key("F1")
         first = self.viewer.dialog("information")
-        # Beside the dialog, where the key goes to the page.
+        # Beside the dialog, where the page gets the keys.
         area = self.viewer.now()["area"]
         self.assertGreater(first["x"], area["x"] + 20)
         self.display.xdotool("mousemove", area["x"] + 10, area["y"] + 10, "click", 1)
@@ -159,7 +159,7 @@ class Keys(ViewerTest):
         self.display.xdotool("key", "F1")
         self.viewer.until(lambda state: len(state["dialogs"]) == 1, "a new dialog")
 
-    def test_keys_and_clicks_in_haste_leave_the_keyboard_to_the_window(self):
+    def test_after_fast_keys_and_clicks_the_window_gets_the_keys(self):
         bar = self.viewer.button("Open")
         self.viewer.pointAtPage()
         for key in ("F10", "Left", "ctrl+f", "Down"):
@@ -187,12 +187,12 @@ class Keys(ViewerTest):
         area = self.viewer.now()["area"]
         before = self.display.settled()
         self.viewer.pointAtPage()
-        # As hands do it: the toolkit takes the menu away again where Alt and the letter go at once.
+        # Alt is held until the menu is open: the toolkit closes it again if Alt is released at once.
         self.display.xdotool("keydown", "Alt_L")
         self.display.xdotool("key", "g")
         self.display.screen(lambda picture: not picture.same(before, area), "a menu over the page")
         self.display.xdotool("keyup", "Alt_L")
-        self.display.xdotool("key", "Return")  # the first entry that can be chosen is chosen already
+        self.display.xdotool("key", "Return")  # the first enabled entry is selected
         self.viewer.shown(2)
 
     def test_escape_leaves_the_page_field_as_it_was(self):
@@ -224,7 +224,7 @@ class Keys(ViewerTest):
         self.viewer.pointAtPage()
         self.display.xdotool("mousedown", 1, "mousemove_relative", "--", 0, -60, "mousemove_relative", "--", 0, -70,
                              "mouseup", 1, "mousemove_relative", "--", 0, -50)
-        self.scrolledTo(lambda y: y == 130, "moved by the way of the pointer")
+        self.scrolledTo(lambda y: y == 130, "moved as far as the pointer")
         self.viewer.key("Down")
         self.scrolledTo(lambda y: y == 178, "moved by the key alone")
 
@@ -237,7 +237,7 @@ class Keys(ViewerTest):
     def test_the_page_field_goes_to_a_page(self):
         self.typePage("3")
         self.viewer.shown(3)
-        self.viewer.key("Home")  # the page has the keys again
+        self.viewer.key("Home")  # the page has the focus again
         self.viewer.shown(1)
 
     def test_the_page_field_by_pointer(self):
@@ -246,12 +246,12 @@ class Keys(ViewerTest):
                              "click", "--repeat", 3, "--delay", 1, 1, "key", "BackSpace", "2", "Return")
         self.viewer.shown(2)
 
-    def test_a_page_beyond_the_last_is_the_last(self):
+    def test_a_page_beyond_the_last_is_clamped(self):
         self.typePage("99")
         self.viewer.shown(4)
         self.viewer.until(lambda state: state["pageField"]["text"] == "4", "4 in the page field")
 
-    def test_what_is_no_page_number_is_said(self):
+    def test_an_invalid_page_number_is_reported(self):
         self.typePage("2x")
         self.viewer.says("\u201c2x\u201d is no page number")
         state = self.viewer.now()
@@ -282,7 +282,7 @@ class Buttons(ViewerTest):
 
     def test_fit_page_and_fit_width(self):
         self.viewer.press("FitPage")
-        state = self.viewer.until(lambda state: state["drawn"]["height"] < state["area"]["height"], "the whole page")
+        state = self.viewer.until(lambda state: state["drawn"]["height"] < state["area"]["height"], "the complete page")
         self.assertGreater(state["drawn"]["height"], state["area"]["height"] - 60)
         self.viewer.press("FitWidth")
         state = self.viewer.until(lambda state: state["drawn"]["width"] > state["area"]["width"] - 60, "the width")
@@ -294,7 +294,7 @@ class Buttons(ViewerTest):
         self.viewer.press("PreviousPage")
         self.viewer.shown(1)
 
-    def test_the_first_page_has_none_before_and_the_last_none_behind(self):
+    def test_the_first_page_has_no_previous_and_the_last_no_next_one(self):
         self.assertFalse(self.viewer.button("PreviousPage")["enabled"])
         self.viewer.key("End")
         self.viewer.shown(4)
@@ -316,7 +316,7 @@ class Buttons(ViewerTest):
 
 
 class Geometry(ViewerTest):
-    def test_the_window_is_where_and_as_large_as_asked(self):
+    def test_the_window_has_the_requested_position_and_size(self):
         viewer = self.view(document("two-columns.pdf"), "--geometry", "900x500+30+20")
         area = viewer.shown(1)["area"]
         self.assertEqual(area["x"], 30)
@@ -325,7 +325,7 @@ class Geometry(ViewerTest):
         self.assertTrue(30 + 900 - 60 < right < 30 + 900, f"the page area ends at {right}")
         self.assertTrue(20 + 500 - 60 < bottom < 20 + 500, f"the page area ends at {bottom}")
 
-    def test_without_a_place_it_is_as_large_as_asked(self):
+    def test_without_a_position_it_has_the_requested_size(self):
         viewer = self.view(document("two-columns.pdf"), "--geometry", "700x600")
         area = viewer.shown(1)["area"]
         self.assertTrue(640 < area["width"] < 700, f"the page area is {area['width']} wide")
@@ -356,6 +356,16 @@ class Resources(ViewerTest):
         viewer.key("Down")
         viewer.until(lambda state: state["drawn"]["scrollY"] == 96, "the other keys as before")
 
+    def test_the_background_of_the_page_is_a_resource(self):
+        viewer = self.view(document("two-columns.pdf"))
+        area = viewer.shown(1)["area"]
+        self.display.screen(lambda picture: picture.find((0xD9, 0xDB, 0xDE), area), "the default background")
+        viewer.key("ctrl+q")
+        self.assertEqual(viewer.ends(), 0)
+        viewer = self.view(document("two-columns.pdf"), "--xrm", "Tavrel*page.background: #404448")
+        area = viewer.shown(1)["area"]
+        self.display.screen(lambda picture: picture.find((0x40, 0x44, 0x48), area), "another background")
+
     def test_resources_come_from_the_users_file(self):
         self.resources("Tavrel*menubar*LastPage.accelerator: Ctrl<Key>e")
         viewer = self.view(document("two-columns.pdf"))
@@ -363,9 +373,9 @@ class Resources(ViewerTest):
         viewer.key("ctrl+e")
         viewer.shown(4)
 
-    def test_an_action_that_is_none_is_one_line(self):
+    def test_an_unknown_action_is_one_line(self):
         viewer = self.view(document("two-columns.pdf"), "--xrm", "Tavrel*page.translations: #override <Key>j: do(Fly)",
-                           complaints=1)
+                           errors=1)
         viewer.shown(1)
         viewer.key("j")
         viewer.says("no action Fly")

@@ -1,4 +1,4 @@
-# Six pictures to look at, each checked where an eye would look. They are kept: harness.SCREENSHOTS.
+# Six screenshots, whose important parts are checked. They are kept for inspection: harness.SCREENSHOTS.
 import os
 import unittest
 
@@ -15,7 +15,7 @@ class Pictures(ViewerTest):
         return self.display.screen(lambda picture: predicate(picture) and picture, what,
                                    os.path.join(SCREENSHOTS, name + ".png"))
 
-    # The page's part within the area.
+    # The visible part of the page.
     def page(self, state):
         area, drawn = state["area"], state["drawn"]
         left, top = max(area["x"], drawn["x"]), max(area["y"], drawn["y"])
@@ -24,8 +24,8 @@ class Pictures(ViewerTest):
 
     # Yellow on the page, in one line of text, and nowhere else in the window.
     def marked(self, state, picture):
-        whole = dict(state["area"], x=0, y=0, width=picture.width, height=picture.height)
-        everywhere, here = picture.find(YELLOW, whole), picture.find(YELLOW, self.page(state))
+        everything = dict(state["area"], x=0, y=0, width=picture.width, height=picture.height)
+        everywhere, here = picture.find(YELLOW, everything), picture.find(YELLOW, self.page(state))
         return here and everywhere.count == here.count and here.right - here.left > here.bottom - here.top > 8
 
     def lighter(self, picture, greyed, enabled):
@@ -106,8 +106,8 @@ class PicturesManaged(Pictures):
 
 
 # A button without its border.
-def inner(place):
-    return {"x": place["x"] + 3, "y": place["y"] + 3, "width": place["width"] - 6, "height": place["height"] - 6}
+def inner(button):
+    return {"x": button["x"] + 3, "y": button["y"] + 3, "width": button["width"] - 6, "height": button["height"] - 6}
 
 
 if __name__ == "__main__":

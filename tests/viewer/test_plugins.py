@@ -1,4 +1,4 @@
-# Plug-ins that fail, beside those that do not.
+# Plug-ins that fail, together with others that work.
 import os
 import unittest
 
@@ -6,7 +6,7 @@ from harness import BUTTONS_PLUGIN, NEXT, TEST_PLUGINS, ViewerTest, document
 
 NOT_RUNNING = ["nomain", "nosetup", "otherversion", "raises", "refuses", "unknowncallback"]
 UNLOADING_FAILS = ["raisesunload", "ping"]
-FAILING = ["forgets", *NOT_RUNNING]  # one does not tidy up and runs all the same
+FAILING = ["forgets", *NOT_RUNNING]  # "forgets" does not clean up and runs nevertheless
 
 
 class Plugins(ViewerTest):
@@ -14,23 +14,23 @@ class Plugins(ViewerTest):
         super().setUp()
         file = document("three-hundred.pdf")
         self.viewer = self.viewHits(file, self.hits(file, "needle", [1, 4]), "--plugins-dir", TEST_PLUGINS,
-                                    complaints=None)
+                                    errors=None)
 
-    def test_each_that_fails_is_one_line(self):
-        lines = self.viewer.lines()
+    def test_each_failing_one_is_one_line(self):
+        lines = self.viewer.stderrLines()
         for name in FAILING:
             with self.subTest(name):
                 self.assertEqual(len([line for line in lines if name in line]), 1, lines)
         self.assertEqual(len(lines), len(FAILING), lines)
 
-    def test_the_others_work_all_the_same(self):
+    def test_the_others_work_nevertheless(self):
         self.viewer.press(NEXT)
         self.viewer.hit("hit 2 of 2")
         self.viewer.shown(5)
-        before = self.viewer.lines()
+        before = self.viewer.stderrLines()
         self.viewer.key("ctrl+q")
         self.assertEqual(self.viewer.ends(), 0)
-        unloading = self.viewer.lines()[len(before):]
+        unloading = self.viewer.stderrLines()[len(before):]
         for line in unloading:
             self.assertTrue(any(name in line for name in UNLOADING_FAILS), line)
 
@@ -68,8 +68,8 @@ class PluginButtons(ViewerTest):
 
 
 class NoPlugins(ViewerTest):
-    def test_a_folder_that_is_missing_harms_nothing(self):
-        viewer = self.view(document("cjk.pdf"), "--plugins-dir", os.path.join(self.folder(), "none"), complaints=None)
+    def test_a_missing_folder_is_ignored(self):
+        viewer = self.view(document("cjk.pdf"), "--plugins-dir", os.path.join(self.folder(), "none"), errors=None)
         viewer.shown(1)
 
 

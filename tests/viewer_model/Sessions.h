@@ -1,6 +1,6 @@
-// A viewer without a window: a session of 96 dots per inch, a plug-in that tests write, and documents made for it.
+// A viewer without a window: a session of 96 dots per inch, a test plug-in, and functions that make documents.
 //
-// The window is 400 by 300 pixels and the pages are 400 points wide: as wide as the window, a point is a pixel.
+// The window is 400 by 300 pixels and the pages are 400 points wide: a page that fits the width has a pixel per point.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -28,7 +28,7 @@ protected:
   viewer::Session &session() { return *session_; }
   void endSession() { session_.reset(); }
 
-  /// Collects until it is so.
+  /// Collects results until the condition holds.
   bool until(const std::function<bool()> &done) {
     return waker.until([&] {
       session().collect();
@@ -46,7 +46,7 @@ protected:
     ASSERT_NO_FATAL_FAILURE(open(write(name, pages)));
     ASSERT_NE(session().front(), nullptr);
   }
-  /// Draws until the page in front is there.
+  /// Draws until the page in front is rendered.
   bool draws() {
     return until([&] {
       session().draw();

@@ -1,4 +1,4 @@
-// PDFs for the viewer: pages that say which they are, slow ones, damaged ones, locked ones.
+// PDFs for the viewer: numbered pages, slow pages, damaged pages, encrypted documents.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,7 +11,7 @@
 
 namespace test {
 
-/// A page of 400 by 600 points with a line of text, which begins so far from its left and lower edges.
+/// A page of 400 by 600 points with a line of text, which begins at (x, y) from its lower left corner.
 inline PdfPage pageWith(const std::string &text, double x = 50, double y = 550) {
   return {.texts = {{.x = x, .y = y, .text = text}}};
 }
@@ -24,7 +24,7 @@ inline std::vector<PdfPage> numberedPages(int count) {
   return pages;
 }
 
-/// A page that takes a good part of a second.
+/// A page whose rendering takes a good part of a second.
 inline PdfPage slowPage() {
   PdfPage page = pageWith("slow");
   for (int layer = 0; layer < 150; ++layer)
@@ -38,7 +38,7 @@ inline std::string replaced(std::string text, const std::string &part, const std
   return at == std::string::npos ? text : text.replace(at, part.size(), by);
 }
 
-/// A PDF that says that it has so many more pages than can be read.
+/// A PDF whose page count includes pages that cannot be read, at its end.
 inline std::string withDamagedPages(const std::vector<PdfPage> &pages, int damaged) {
   const std::string count = "/Count ";
   return replaced(pdfOf(pages), count + std::to_string(pages.size()),
@@ -48,7 +48,7 @@ inline std::string withDamagedPages(const std::vector<PdfPage> &pages, int damag
 /// A PDF of one page that cannot be read.
 inline std::string allDamaged() { return replaced(pdfOf({PdfPage{}}), "5 0 obj\n<< /Type /Page ", "5 0 obj\n42 "); }
 
-/// Locks a PDF with the password "user".
+/// Encrypts a PDF with the password "user".
 inline std::filesystem::path locked(const std::filesystem::path &plain) {
   std::filesystem::path result = plain;
   result += ".locked.pdf";

@@ -1,4 +1,4 @@
-// A thread that has something to collect wakes the test. A test waits for it, and fails after a limit.
+// A thread with results to collect wakes the test. The test waits for it, and fails after a timeout.
 #pragma once
 
 #include <chrono>
@@ -22,14 +22,14 @@ public:
     const std::lock_guard lock(mutex_);
     return wakes_;
   }
-  /// Asks now and after each wake-up, until the answer is yes; false when that takes too long.
+  /// Evaluates the condition now and after each wake-up until it holds; false after the timeout.
   bool until(const std::function<bool()> &done) {
-    const auto limit = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     for (;;) {
       const size_t before = wakes();
       if (done()) return true;
       std::unique_lock lock(mutex_);
-      if (!woken_.wait_until(lock, limit, [&] { return wakes_ != before; })) return false;
+      if (!woken_.wait_until(lock, deadline, [&] { return wakes_ != before; })) return false;
     }
   }
 

@@ -1,4 +1,4 @@
-// The table of actions, and what follows from it. Nothing here opens a display.
+// The table of actions, and the translations and resources that belong to it. No test opens a display.
 #include <gmock/gmock.h> // before X, whose names are macros
 
 #include "viewer/window/actions.h"
@@ -21,7 +21,7 @@ using testing::Contains;
 using testing::HasSubstr;
 using testing::Not;
 
-// A resource of the program as Xt would look it up, each of whose classes is as it happens.
+// A default resource, looked up by its name as Xt does it. The classes are arbitrary.
 std::string resource(const std::string &name) {
   XrmInitialize();
   XrmDatabase database = XrmGetStringDatabase(defaultResources());
@@ -45,20 +45,20 @@ std::vector<std::string> lines(const std::string &text) {
   return result;
 }
 
-// Has the toolkit read a table of translations, for which it needs no display, and ends with the number of complaints.
-// In a process of its own: the toolkit keeps what it has read.
+// Has the toolkit parse a table of translations, without a display, and exits with the number of warnings. For a
+// separate process, because the toolkit caches parsed tables.
 [[noreturn]] void read(const std::string &table) {
-  static int s_complaints;
+  static int s_warnings;
   XtToolkitInitialize();
   XtAppContext context = XtCreateApplicationContext();
-  XtAppSetWarningMsgHandler(context, [](String, String, String, String, String *, Cardinal *) { ++s_complaints; });
+  XtAppSetWarningMsgHandler(context, [](String, String, String, String, String *, Cardinal *) { ++s_warnings; });
   XtParseTranslationTable(table.c_str());
-  _exit(s_complaints);
+  _exit(s_warnings);
 }
 
 std::string translations() { return viewer::pageTranslations(); }
 
-// The actions that have something: a menu, keys, a button.
+// The actions that have a menu, keys or a button.
 std::vector<Action> having(const char *Action::*part) {
   std::vector<Action> result;
   std::ranges::copy_if(actions(), std::back_inserter(result),
@@ -89,7 +89,7 @@ TEST(ActionsTest, NamesAreUnique) {
     EXPECT_TRUE(names.insert(action.name).second) << action.name;
 }
 
-TEST(ActionsTest, NamesCanStandInResourcesAndTranslations) {
+TEST(ActionsTest, NamesAreValidInResourcesAndTranslations) {
   for (const Action &action : actions())
     EXPECT_EQ(widgetName(action.name), action.name);
 }
@@ -115,7 +115,7 @@ TEST(ActionsTest, TheMenusOfPluginsAndOfDocumentsExist) {
   EXPECT_THAT(menuNames(), Contains(std::string(windowMenu)));
 }
 
-TEST(ActionsTest, AMenusEntriesStandTogether) {
+TEST(ActionsTest, AMenusEntriesAreConsecutive) {
   std::vector<std::string> order;
   for (const Action &action : actions()) {
     const std::string menu = action.menu == nullptr ? "" : action.menu;
@@ -124,14 +124,14 @@ TEST(ActionsTest, AMenusEntriesStandTogether) {
   EXPECT_EQ(std::set<std::string>(order.begin(), order.end()).size(), order.size());
 }
 
-TEST(ActionsTest, EveryOneHasADeedAndALabel) {
+TEST(ActionsTest, EveryOneHasAFunctionAndALabel) {
   for (const Action &action : actions()) {
     EXPECT_NE(action.run, nullptr) << action.name;
     EXPECT_STRNE(action.label, "") << action.name;
   }
 }
 
-TEST(ActionsTest, WhatStandsInNoMenuHasKeys) {
+TEST(ActionsTest, ActionsWithoutAMenuHaveKeys) {
   for (const Action &action : actions()) {
     if (action.menu == nullptr) {
       EXPECT_NE(action.keys, nullptr) << action.name;
@@ -153,7 +153,7 @@ TEST(ActionsTest, NoTranslationIsGivenTwice) {
       EXPECT_TRUE(keys.insert(line.substr(0, line.rfind(": %s"))).second) << line;
 }
 
-TEST(ActionsTest, TranslationsAreWholeLines) {
+TEST(ActionsTest, TranslationsAreCompleteLines) {
   for (const Action &action : having(&Action::keys)) {
     EXPECT_EQ(std::string(action.keys).back(), '\n') << action.name;
     for (const std::string &line : lines(action.keys))
@@ -182,7 +182,7 @@ TEST(ActionsTest, EveryButtonOfTheToolBarDoesOneThing) {
 
 // ---- names ----
 
-TEST(ActionsTest, AKeyIsWrittenForPeople) {
+TEST(ActionsTest, AKeyIsWrittenForUsers) {
   const std::map<std::string, std::string> written{{"Ctrl<Key>o", "Ctrl+O"},
                                                    {"Ctrl Shift<Key>g", "Ctrl+Shift+G"},
                                                    {"<Key>F3", "F3"},
@@ -201,19 +201,19 @@ TEST(ActionsTest, AKeyIsWrittenForPeople) {
     EXPECT_EQ(keyName(translation), name);
 }
 
-TEST(ActionsTest, WhatIsNoTranslationStaysAsItIs) {
+TEST(ActionsTest, OtherTextsAreNotChanged) {
   EXPECT_EQ(keyName("F3"), "F3");
   EXPECT_EQ(keyName(""), "");
 }
 
-TEST(ActionsTest, NoAcceleratorIsWrittenAsAMachineHasIt) {
+TEST(ActionsTest, NoAcceleratorIsShownAsATranslation) {
   for (const auto &[name, key] : accelerators()) {
     EXPECT_THAT(keyName(key), Not(HasSubstr("osf"))) << name;
     EXPECT_THAT(keyName(key), Not(HasSubstr("<"))) << name;
   }
 }
 
-TEST(ActionsTest, AWidgetsNameHasNothingThatResourcesUse) {
+TEST(ActionsTest, AWidgetsNameHasNoSeparatorsOfResources) {
   EXPECT_EQ(widgetName("TavrelGLT:Next"), "TavrelGLT_Next");
   EXPECT_EQ(widgetName("a.b*c d?e"), "a_b_c_d_e");
   EXPECT_EQ(widgetName("\u00E4"), "__");
@@ -278,11 +278,11 @@ TEST(ActionsTest, TheToolkitReadsAllAccelerators) {
   EXPECT_EXIT(read(table), testing::ExitedWithCode(0), "");
 }
 
-TEST(ActionsTest, EveryDeedOfATranslationIsAnAction) {
+TEST(ActionsTest, EveryNameInATranslationIsAnAction) {
   for (const std::string &line : lines(translations())) {
-    const size_t deed = line.find("do(");
-    if (deed == std::string::npos) continue;
-    EXPECT_NE(findAction(line.substr(deed + 3, line.find(')', deed) - deed - 3)), nullptr) << line;
+    const size_t call = line.find("do(");
+    if (call == std::string::npos) continue;
+    EXPECT_NE(findAction(line.substr(call + 3, line.find(')', call) - call - 3)), nullptr) << line;
   }
 }
 

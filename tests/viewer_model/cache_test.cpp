@@ -1,4 +1,4 @@
-// The rendered pages: the bound, and which of them go.
+// The cache of rendered pages: its bound, and which pages are dropped.
 #include "viewer/model/cache.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +13,7 @@ host::Image image(uint32_t color = 0, int side = 10) {
 }
 PageKey page(int32_t number, uint64_t document = 1) { return {document, number, 72}; }
 
-// Room for three pages.
+// With capacity for three pages.
 struct PageCacheTest : testing::Test {
   PageCache cache{3 * bytesAPage};
   void insert(int32_t first, int32_t last) {
@@ -28,7 +28,7 @@ TEST_F(PageCacheTest, GivesWhatWasInserted) {
   EXPECT_EQ(cache.find(page(4))->pixels[0], 0xFF123456);
 }
 
-TEST_F(PageCacheTest, WhatWasNeverInsertedIsNotThere) {
+TEST_F(PageCacheTest, APageThatWasNotInsertedIsNotFound) {
   EXPECT_EQ(cache.find(page(0)), nullptr);
   EXPECT_FALSE(cache.has(page(0)));
 }
@@ -49,13 +49,13 @@ TEST_F(PageCacheTest, AsManyStayAsFit) {
   EXPECT_EQ(cache.bytes(), cache.bound());
 }
 
-TEST_F(PageCacheTest, WhatWasNotUsedForTheLongestTimeGoes) {
+TEST_F(PageCacheTest, TheLeastRecentlyUsedPageIsDropped) {
   insert(0, 3);
   EXPECT_FALSE(cache.has(page(0)));
   EXPECT_TRUE(cache.has(page(1)) && cache.has(page(2)) && cache.has(page(3)));
 }
 
-TEST_F(PageCacheTest, WhatIsLookedAtCountsAsUsed) {
+TEST_F(PageCacheTest, FindingAPageUsesIt) {
   insert(0, 2);
   cache.find(page(0));
   insert(3, 3);
@@ -63,7 +63,7 @@ TEST_F(PageCacheTest, WhatIsLookedAtCountsAsUsed) {
   EXPECT_FALSE(cache.has(page(1)));
 }
 
-TEST_F(PageCacheTest, AskingWhetherItIsThereIsNoUse) {
+TEST_F(PageCacheTest, HasDoesNotCountAsUse) {
   insert(0, 2);
   EXPECT_TRUE(cache.has(page(0)));
   insert(3, 3);
@@ -77,7 +77,7 @@ TEST_F(PageCacheTest, APageLargerThanTheBoundStaysAlone) {
   EXPECT_EQ(cache.size(), 1U);
 }
 
-TEST_F(PageCacheTest, APageLargerThanTheBoundGoesWithTheNextOne) {
+TEST_F(PageCacheTest, APageLargerThanTheBoundIsDroppedAtTheNextInsert) {
   cache.insert(page(0), image(0, 100));
   insert(1, 1);
   EXPECT_FALSE(cache.has(page(0)));
@@ -99,7 +99,7 @@ TEST_F(PageCacheTest, AReplacedPageIsTheOneUsedLast) {
   EXPECT_TRUE(cache.has(page(0)));
 }
 
-TEST_F(PageCacheTest, ADocumentsPagesGoTogether) {
+TEST_F(PageCacheTest, ADocumentsPagesAreDroppedTogether) {
   cache.insert(page(0, 1), image());
   cache.insert(page(0, 2), image());
   cache.insert(page(1, 1), image());
@@ -109,7 +109,7 @@ TEST_F(PageCacheTest, ADocumentsPagesGoTogether) {
   EXPECT_EQ(cache.bytes(), bytesAPage);
 }
 
-TEST_F(PageCacheTest, DroppingWhatIsNotThereChangesNothing) {
+TEST_F(PageCacheTest, DroppingAnUnknownDocumentChangesNothing) {
   insert(0, 0);
   cache.drop(7);
   EXPECT_EQ(cache.bytes(), bytesAPage);

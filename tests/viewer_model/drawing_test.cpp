@@ -1,4 +1,4 @@
-// What a session shows: pages that are there, that are awaited, that cannot be drawn; and what plug-ins do meanwhile.
+// What a session shows: rendered pages, awaited pages, pages with errors; and drawing during calls of plug-ins.
 #include <gmock/gmock.h>
 
 #include "Sessions.h"
@@ -16,7 +16,7 @@ using testing::SizeIs;
 constexpr uint32_t white = 0xFFFFFFFF;
 
 struct DrawingTest : test::Sessions {
-  /// What plug-ins look at while they are called; callbacks are functions without data.
+  /// Read and written by the callbacks of plug-ins, which are functions without data.
   static inline Session *s_session;
   static inline host::Application *s_app;
   static inline std::vector<uint32_t> s_modifiers;
@@ -44,7 +44,7 @@ struct DrawingTest : test::Sessions {
   void drawsWith(tavrel::PageDrawProc procedure) {
     app.registerPageDraw({testPlugin.callback(procedure), nullptr, testPlugin.id});
   }
-  // As the event loop does before it waits; how many drawings there were.
+  // Draws as the event loop does before it waits; returns the number of drawings.
   int drawsUntilNothingIsToBeDrawn() {
     int drawings = 0;
     for (; session().needsDrawing() && drawings < 10; ++drawings)
@@ -52,7 +52,7 @@ struct DrawingTest : test::Sessions {
     return drawings;
   }
 
-  // The words of a page leave a trace in the document as long as they are kept.
+  // Changes a page's words in the document, so that keepsWords() detects whether they were extracted again.
   void marksWords(int32_t page) {
     const_cast<host::PageText &>(session().front()->model->pageText(page)).words.clear();
   }
@@ -76,9 +76,9 @@ TEST_F(DrawingTest, HitsOutsideOfThePageAreReported) {
     TavrelView::PageViewPaintSelection(view, DocModel::SelectionFromWordRanges(page, &first, 1, 2));
   };
   app.registerPageDraw({testPlugin.callback(paint), nullptr, testPlugin.id});
-  // The glyphs of a vertical line that starts at the foot of the page lie below it.
-  open(folder.write("foot.pdf", test::pdfOf({test::pageWith("a", 50, 0), test::pageWith("b")}, {},
-                                            {.kind = test::PdfFont::vertical})));
+  // The glyphs of a vertical line that starts at the bottom of the page are below it.
+  open(folder.write("bottom.pdf", test::pdfOf({test::pageWith("a", 50, 0), test::pageWith("b")}, {},
+                                              {.kind = test::PdfFont::vertical})));
   ASSERT_TRUE(draws());
   EXPECT_EQ(drawing().marks, 0U);
   EXPECT_EQ(session().message(), "Page 1: 1 hit is outside of the page and not marked");
@@ -90,7 +90,7 @@ TEST_F(DrawingTest, HitsOutsideOfThePageAreReported) {
 
 // ---- waiting for pages ----
 
-TEST_F(DrawingTest, AnOutlineStandsWhereThePageIsAwaited) {
+TEST_F(DrawingTest, AnAwaitedPageHasAnOutline) {
   openPages({test::slowPage()});
   EXPECT_TRUE(session().draw());
   EXPECT_TRUE(session().shown().document);
@@ -106,7 +106,7 @@ TEST_F(DrawingTest, TheOutlineIsDrawnOnce) {
   EXPECT_TRUE(session().view()->invalid());
 }
 
-TEST_F(DrawingTest, ThePageIsWaitedForUntilItIsThere) {
+TEST_F(DrawingTest, ThePageIsWaitedForUntilItIsRendered) {
   openPages({test::slowPage()});
   EXPECT_FALSE(session().waitingSince());
   session().draw();
@@ -202,7 +202,7 @@ TEST_F(DrawingTest, ALongPageIsDrawnAsLargeAsItCanBe) {
   EXPECT_NEAR(1.0 * shown.pageHeight / shown.pageWidth, 14400.0 / 600, 0.05);
 }
 
-TEST_F(DrawingTest, ADamagedPageIsWhitePaperThatSaysSo) {
+TEST_F(DrawingTest, ADamagedPageIsWhiteAndReported) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(2), 2)));
   session().goToPage(2);
   ASSERT_TRUE(draws());
@@ -211,7 +211,7 @@ TEST_F(DrawingTest, ADamagedPageIsWhitePaperThatSaysSo) {
   EXPECT_EQ(pixel(20, 20), white);
 }
 
-TEST_F(DrawingTest, ADamagedPageComplainsOnce) {
+TEST_F(DrawingTest, ADamagedPageIsReportedOnce) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(2), 1)));
   testing::internal::CaptureStderr();
   for (const int32_t page : {2, 1, 2}) {
@@ -244,7 +244,7 @@ TEST_F(DrawingTest, AReaderScrollsOnToADamagedPageAndBack) {
 
 TEST_F(DrawingTest, ADamagedPageIsZoomedAndFittedLikeOthers) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(1), 1)));
-  session().setPlace(1.5);
+  session().setPosition(1.5);
   session().setWindow(500, 500, 0);
   ASSERT_TRUE(draws());
   const int wide = session().shown().pageWidth, high = session().shown().pageHeight;
@@ -281,7 +281,7 @@ TEST_F(DrawingTest, TheWordsOfEightPagesAreKept) {
   EXPECT_TRUE(keepsWords(1));
 }
 
-TEST_F(DrawingTest, APageSeenAgainIsKeptLonger) {
+TEST_F(DrawingTest, APageShownAgainIsKeptLonger) {
   openPages(test::numberedPages(9));
   visit(0, 7);
   visit(0, 0);
@@ -394,7 +394,7 @@ TEST_F(DrawingTest, AnImageIsOfThePageDrawnThoughAPluginTurnsMeanwhile) {
   EXPECT_TRUE(session().needsDrawing());
 }
 
-TEST_F(DrawingTest, AnAwaitedPageNeedsNoDrawingUntilItIsThere) {
+TEST_F(DrawingTest, AnAwaitedPageNeedsNoDrawingUntilItIsRendered) {
   openPages({test::slowPage()});
   EXPECT_TRUE(session().needsDrawing());
   session().draw();
@@ -451,7 +451,7 @@ TEST_F(DrawingTest, AfterAPressTheButtonsAreAskedAgain) {
   EXPECT_FALSE(once.enabled);
 }
 
-TEST_F(DrawingTest, AButtonThatRaisesLetsTheModifiersGo) {
+TEST_F(DrawingTest, AButtonThatRaisesReleasesTheModifiers) {
   const tavrel::ButtonActionProc raise = [](tavrel::ToolButton, void *) { Kernel::RaiseError(7); };
   session().press(button(raise), tavrel::modifierControl);
   EXPECT_EQ(app.modifierKeys, 0U);

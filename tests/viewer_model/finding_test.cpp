@@ -9,11 +9,11 @@ namespace {
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr uint32_t white = 0xFFFFFFFF, everyPlace = 0xFFD8E6FF, currentPlace = 0xFF8FB8FF;
-constexpr const char *fromStart = "Reached the end, went on from the start";
-constexpr const char *fromEnd = "Reached the start, went on from the end";
+constexpr uint32_t white = 0xFFFFFFFF, everyMatch = 0xFFD8E6FF, currentMatch = 0xFF8FB8FF;
+constexpr const char *fromStart = "Reached the end, continued from the start";
+constexpr const char *fromEnd = "Reached the start, continued from the end";
 
-// "lamp" stands at the head and at the foot of the second page, and at the head of the fourth.
+// "lamp" is at the top and at the bottom of the second page, and at the top of the fourth.
 std::vector<test::PdfPage> lamps() {
   std::vector<test::PdfPage> pages = test::numberedPages(5);
   pages[1].texts = {{.x = 50, .y = 550, .text = "lamp"}, {.x = 50, .y = 50, .text = "lamp"}};
@@ -39,7 +39,7 @@ struct FindingTest : test::Sessions {
     session().findAgain(true);
     ASSERT_TRUE(finishes());
   }
-  // How many pixels of a colour are in sight.
+  // How many pixels of a colour are visible.
   ptrdiff_t count(uint32_t color) {
     EXPECT_TRUE(draws());
     return std::ranges::count(drawing().image.pixels, color);
@@ -71,14 +71,14 @@ TEST_F(FindingTest, StepsBackOnAPage) {
   EXPECT_EQ(y(), 0);
 }
 
-TEST_F(FindingTest, BehindTheLastPlaceOfAPageComesTheNextPage) {
+TEST_F(FindingTest, AfterTheLastMatchOfAPageComesTheNextPage) {
   find("lamp");
   next();
   next();
   EXPECT_EQ(session().page(), 3);
 }
 
-TEST_F(FindingTest, BeforeTheFirstPlaceOfAPageComesTheLastOfThePageBefore) {
+TEST_F(FindingTest, BeforeTheFirstMatchOfAPageComesTheLastOfThePreviousPage) {
   session().goToPage(3);
   find("lamp");
   previous();
@@ -86,7 +86,7 @@ TEST_F(FindingTest, BeforeTheFirstPlaceOfAPageComesTheLastOfThePageBefore) {
   EXPECT_GT(y(), 0);
 }
 
-TEST_F(FindingTest, GoesOnFromTheStartAndSaysSo) {
+TEST_F(FindingTest, ContinuesFromTheStartWithAMessage) {
   session().goToPage(3);
   find("lamp");
   next();
@@ -95,14 +95,14 @@ TEST_F(FindingTest, GoesOnFromTheStartAndSaysSo) {
   EXPECT_EQ(session().message(), fromStart);
 }
 
-TEST_F(FindingTest, GoesOnFromTheEndAndSaysSo) {
+TEST_F(FindingTest, ContinuesFromTheEndWithAMessage) {
   find("lamp");
   previous();
   EXPECT_EQ(session().page(), 3);
   EXPECT_EQ(session().findMessage(), fromEnd);
 }
 
-TEST_F(FindingTest, TheMessageGoesWithTheNextStep) {
+TEST_F(FindingTest, TheMessageIsRemovedByTheNextStep) {
   session().goToPage(3);
   find("lamp");
   next();
@@ -110,7 +110,7 @@ TEST_F(FindingTest, TheMessageGoesWithTheNextStep) {
   EXPECT_THAT(session().findMessage(), IsEmpty());
 }
 
-TEST_F(FindingTest, FromTheLastPageItGoesOnAtOnce) {
+TEST_F(FindingTest, OnTheLastPageItContinuesAtOnce) {
   openPages({test::pageWith("lamp")}, "one.pdf");
   find("lamp");
   next();
@@ -119,14 +119,14 @@ TEST_F(FindingTest, FromTheLastPageItGoesOnAtOnce) {
   EXPECT_EQ(session().findMessage(), fromEnd);
 }
 
-TEST_F(FindingTest, AnotherTextStartsAnewFromThePageShown) {
+TEST_F(FindingTest, AnotherTextStartsASearchFromThePageShown) {
   find("lamp");
   find("page 3");
   EXPECT_EQ(session().page(), 2);
   EXPECT_EQ(session().findRequest().text, "page 3");
 }
 
-TEST_F(FindingTest, OtherOptionsStartAnew) {
+TEST_F(FindingTest, OtherOptionsStartASearch) {
   find("LAMP");
   session().find({"LAMP", {.matchCase = true}}, false);
   EXPECT_TRUE(session().searching());
@@ -141,7 +141,7 @@ TEST_F(FindingTest, AReaderWhoTurnsIsFollowed) {
   EXPECT_EQ(session().page(), 3);
 }
 
-TEST_F(FindingTest, ATextThatIsNotThereIsSaid) {
+TEST_F(FindingTest, ATextThatIsNotFoundIsReported) {
   session().goToPage(2);
   find("cellar");
   EXPECT_EQ(session().findMessage(), "\u201Ccellar\u201D is not in the document");
@@ -149,11 +149,11 @@ TEST_F(FindingTest, ATextThatIsNotThereIsSaid) {
   EXPECT_EQ(session().page(), 2);
 }
 
-TEST_F(FindingTest, ATextThatIsNotThereTakesTheMarksAway) {
+TEST_F(FindingTest, ATextThatIsNotFoundRemovesTheMarks) {
   find("lamp");
-  EXPECT_GT(count(currentPlace), 0);
+  EXPECT_GT(count(currentMatch), 0);
   find("cellar");
-  EXPECT_EQ(count(currentPlace), 0);
+  EXPECT_EQ(count(currentMatch), 0);
 }
 
 TEST_F(FindingTest, NoTextIsNotSearched) {
@@ -161,18 +161,18 @@ TEST_F(FindingTest, NoTextIsNotSearched) {
   EXPECT_FALSE(session().searching());
 }
 
-TEST_F(FindingTest, ATextThatIsNoUtf8IsSaid) {
+TEST_F(FindingTest, ATextThatIsNoUtf8IsReported) {
   find("\xC3(");
   EXPECT_THAT(session().findMessage(), HasSubstr("UTF-8"));
 }
 
-TEST_F(FindingTest, AFileThatIsGoneIsSaid) {
+TEST_F(FindingTest, ARemovedFileIsReported) {
   std::filesystem::remove(session().front()->file);
   find("lamp");
   EXPECT_THAT(session().findMessage(), HasSubstr("No such file"));
 }
 
-TEST_F(FindingTest, ALockedDocumentIsSearched) {
+TEST_F(FindingTest, AnEncryptedDocumentIsSearched) {
   open(test::locked(write("secret.pdf", {test::pageWith("hidden")})), {}, "user");
   find("hidden");
   EXPECT_THAT(session().findMessage(), IsEmpty());
@@ -180,7 +180,7 @@ TEST_F(FindingTest, ALockedDocumentIsSearched) {
 
 // ---- marks ----
 
-TEST_F(FindingTest, ThePlaceIsMarkedWhereItStands) {
+TEST_F(FindingTest, TheMatchIsMarkedWhereItIs) {
   find("lamp"); // 24 points wide, its base line 50 points below the upper edge
   ASSERT_TRUE(draws());
   const std::span<const uint32_t> row(drawing().image.row(47), width);
@@ -188,11 +188,11 @@ TEST_F(FindingTest, ThePlaceIsMarkedWhereItStands) {
   EXPECT_EQ(std::ranges::count(row.subspan(50, 24), white), 0);
 }
 
-TEST_F(FindingTest, TheOtherPlacesOfThePageAreMarkedLighter) {
+TEST_F(FindingTest, TheOtherMatchesOfThePageAreMarkedLighter) {
   session().setFit(host::Fit::page);
   find("lamp");
-  EXPECT_GT(count(currentPlace), 0);
-  EXPECT_GT(count(everyPlace), 0);
+  EXPECT_GT(count(currentMatch), 0);
+  EXPECT_GT(count(everyMatch), 0);
 }
 
 TEST_F(FindingTest, AStepMovesTheMark) {
@@ -205,26 +205,26 @@ TEST_F(FindingTest, AStepMovesTheMark) {
   EXPECT_NE(drawing().image.pixels, before);
 }
 
-TEST_F(FindingTest, ARotatedPageIsMarkedWhereTheTextStands) {
+TEST_F(FindingTest, ARotatedPageIsMarkedWhereTheTextIs) {
   test::PdfPage page = test::pageWith("lamp", 300, 500);
   page.rotate = 90;
-  openPages({page}, "sideways.pdf"); // shown 600 points wide: two thirds of a pixel a point
+  openPages({page}, "sideways.pdf"); // shown 600 points wide: two thirds of a pixel per point
   find("lamp");
-  EXPECT_GT(count(currentPlace), 0);
+  EXPECT_GT(count(currentMatch), 0);
   // The base line runs down the page, 500 points from its left edge, from 300 points below the upper edge.
-  EXPECT_EQ(pixel(337, 205), currentPlace);
+  EXPECT_EQ(pixel(337, 205), currentMatch);
 }
 
-TEST_F(FindingTest, APlaceOutOfSightComesIntoTheMiddle) {
+TEST_F(FindingTest, AMatchThatIsNotVisibleIsScrolledToTheMiddle) {
   session().setZoom(2); // 1067 by 1600 pixels
   find("lamp");
   const double dpi = session().view()->dpi(), middle = (600 - 550) * dpi / 72;
-  next(); // at the foot, 50 points above the lower edge
+  next(); // at the bottom, 50 points above the lower edge
   EXPECT_NEAR(y() + height / 2.0, session().view()->pageHeight() - middle, 150);
-  EXPECT_GT(count(currentPlace), 0);
+  EXPECT_GT(count(currentMatch), 0);
 }
 
-TEST_F(FindingTest, APlaceInTheMiddleOfThePageComesIntoTheMiddleOfTheWindow) {
+TEST_F(FindingTest, AMatchInTheMiddleOfThePageIsScrolledToTheMiddleOfTheWindow) {
   openPages({test::pageWith("lamp", 200, 300)}, "middle.pdf");
   session().setZoom(4);
   find("lamp");
@@ -233,18 +233,18 @@ TEST_F(FindingTest, APlaceInTheMiddleOfThePageComesIntoTheMiddleOfTheWindow) {
   EXPECT_NEAR(y() + height / 2.0, 300 * scale, 8 * scale);
 }
 
-TEST_F(FindingTest, APlaceInSightMovesNothing) {
+TEST_F(FindingTest, AVisibleMatchDoesNotScroll) {
   session().goToPage(1);
   session().view()->scrollTo(0, 20);
   find("lamp");
   EXPECT_EQ(y(), 20);
 }
 
-TEST_F(FindingTest, EndingTakesTheMarksAndTheMessageAway) {
+TEST_F(FindingTest, EndingRemovesTheMarksAndTheMessage) {
   find("lamp");
-  EXPECT_GT(count(currentPlace), 0);
+  EXPECT_GT(count(currentMatch), 0);
   session().endFinding();
-  EXPECT_EQ(count(currentPlace), 0);
+  EXPECT_EQ(count(currentMatch), 0);
   EXPECT_THAT(session().findMessage(), IsEmpty());
 }
 
@@ -261,7 +261,7 @@ TEST_F(FindingTest, EndingKeepsTheText) {
 TEST_F(FindingTest, AnEndedSearchTurnsNoPage) {
   session().find({"lamp", {}}, false);
   session().endFinding();
-  find("page 1"); // the thread has nothing else to do by now
+  find("page 1"); // when this is found, the ended search is over
   EXPECT_EQ(session().page(), 0);
 }
 
@@ -297,14 +297,14 @@ TEST_F(FindingTest, ADocumentThatArrivesDuringASearchIsNotTurned) {
   EXPECT_EQ(session().page() == 0, session().front()->file.filename() == "other.pdf");
 }
 
-TEST_F(FindingTest, ReloadingForgetsThePlacesOfTheOldFile) {
+TEST_F(FindingTest, ReloadingForgetsTheMatchesOfTheOldFile) {
   find("lamp");
   session().reload();
   ASSERT_TRUE(until([&] { return !session().opening(); }));
-  EXPECT_EQ(count(currentPlace), 0);
+  EXPECT_EQ(count(currentMatch), 0);
   next();
   EXPECT_EQ(session().page(), 1);
-  EXPECT_GT(count(currentPlace), 0);
+  EXPECT_GT(count(currentMatch), 0);
 }
 
 TEST_F(FindingTest, TheMarksComeBackWithTheirDocument) {
@@ -313,9 +313,9 @@ TEST_F(FindingTest, TheMarksComeBackWithTheirDocument) {
   session().bringToFront(0);
   find("lamp");
   session().bringToFront(1);
-  EXPECT_EQ(count(currentPlace), 0);
+  EXPECT_EQ(count(currentMatch), 0);
   session().bringToFront(0);
-  EXPECT_GT(count(currentPlace), 0);
+  EXPECT_GT(count(currentMatch), 0);
 }
 
 TEST_F(FindingTest, EndsWhileItSearches) {

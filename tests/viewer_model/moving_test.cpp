@@ -1,4 +1,4 @@
-// How a reader moves. The window is 400 by 300 pixels, a page is as wide as that and 600 pixels high.
+// Scrolling, turning pages and zooming. The window is 400 by 300 pixels, a page is as wide as that and 600 pixels high.
 #include <gmock/gmock.h>
 
 #include "Sessions.h"
@@ -12,7 +12,7 @@ struct MovingTest : test::Sessions {
   static constexpr int bottom = 300; ///< the furthest that a page scrolls
   void SetUp() override { openPages(test::numberedPages(3)); }
   int y() { return session().view()->scrollY(); }
-  void stand(int32_t page, int scrollY) {
+  void moveTo(int32_t page, int scrollY) {
     session().goToPage(page);
     session().view()->scrollTo(0, scrollY);
   }
@@ -52,15 +52,15 @@ TEST_F(MovingTest, ScrollingStaysOnThePageAsLongAsThereIsMore) {
   EXPECT_EQ(session().page(), 0);
 }
 
-TEST_F(MovingTest, ScrollingBeyondTheFootShowsTheNextPagesHead) {
-  stand(0, bottom);
+TEST_F(MovingTest, ScrollingBeyondTheBottomShowsTheNextPagesTop) {
+  moveTo(0, bottom);
   session().scroll(0, 10);
   EXPECT_EQ(session().page(), 1);
   EXPECT_EQ(y(), 0);
 }
 
-TEST_F(MovingTest, ScrollingBeyondTheHeadShowsTheFootOfThePageBefore) {
-  stand(1, 0);
+TEST_F(MovingTest, ScrollingBeyondTheTopShowsTheBottomOfThePreviousPage) {
+  moveTo(1, 0);
   session().scroll(0, -10);
   EXPECT_EQ(session().page(), 0);
   EXPECT_EQ(y(), bottom);
@@ -69,14 +69,14 @@ TEST_F(MovingTest, ScrollingBeyondTheHeadShowsTheFootOfThePageBefore) {
 TEST_F(MovingTest, ScrollingStopsAtTheEndsOfTheDocument) {
   session().scroll(0, -10);
   EXPECT_EQ(session().page(), 0);
-  stand(2, bottom);
+  moveTo(2, bottom);
   session().scroll(0, 10);
   EXPECT_EQ(session().page(), 2);
   EXPECT_EQ(y(), bottom);
 }
 
 TEST_F(MovingTest, ScrollingSidewaysTurnsNoPage) {
-  stand(0, bottom);
+  moveTo(0, bottom);
   session().scroll(50, 0);
   EXPECT_EQ(session().page(), 0);
 }
@@ -96,14 +96,14 @@ TEST_F(MovingTest, DraggingStaysOnThePage) {
   EXPECT_EQ(y(), bottom);
 }
 
-TEST_F(MovingTest, AWindowfulLeavesALittleInSight) {
+TEST_F(MovingTest, APageOfTheWindowLeavesATenthVisible) {
   session().scrollWindow(1);
   EXPECT_EQ(y(), 270);
   session().scrollWindow(-1);
   EXPECT_EQ(y(), 0);
 }
 
-TEST_F(MovingTest, WindowfulsLeadThroughTheDocument) {
+TEST_F(MovingTest, PagesOfTheWindowLeadThroughTheDocument) {
   std::vector<int32_t> pages;
   for (int step = 0; step < 6; ++step) {
     session().scrollWindow(1);
@@ -112,41 +112,41 @@ TEST_F(MovingTest, WindowfulsLeadThroughTheDocument) {
   EXPECT_THAT(pages, testing::ElementsAre(0, 0, 1, 1, 1, 2));
 }
 
-TEST_F(MovingTest, ThePlaceIsThePageAndHowFarDownIt) {
-  stand(1, 150);
-  EXPECT_THAT(session().place(), DoubleNear(1.25, 1e-9));
+TEST_F(MovingTest, ThePositionIsThePageAndThePartScrolled) {
+  moveTo(1, 150);
+  EXPECT_THAT(session().position(), DoubleNear(1.25, 1e-9));
 }
 
-TEST_F(MovingTest, EveryPlaceLeadsBackToItself) {
+TEST_F(MovingTest, EveryPositionIsRestored) {
   for (const int32_t page : {0, 1, 2})
     for (const int scrollY : {0, 1, 7, 149, 299, 300}) {
-      stand(page, scrollY);
-      const double place = session().place();
-      stand(0, 0);
-      session().setPlace(place);
-      EXPECT_EQ(session().page(), page) << place;
-      EXPECT_EQ(y(), scrollY) << place;
+      moveTo(page, scrollY);
+      const double position = session().position();
+      moveTo(0, 0);
+      session().setPosition(position);
+      EXPECT_EQ(session().page(), page) << position;
+      EXPECT_EQ(y(), scrollY) << position;
     }
 }
 
-TEST_F(MovingTest, APlaceOnAnotherPageKeepsTheColumn) {
+TEST_F(MovingTest, APositionOnAnotherPageKeepsTheColumn) {
   session().setZoom(1.5);
   session().view()->scrollTo(100, 0);
-  session().setPlace(1.5);
+  session().setPosition(1.5);
   EXPECT_EQ(session().view()->scrollX(), 100);
 }
 
-TEST_F(MovingTest, PlacesBeyondTheEndsAreTheEnds) {
-  session().setPlace(99);
+TEST_F(MovingTest, PositionsBeyondTheEndsAreClamped) {
+  session().setPosition(99);
   EXPECT_EQ(session().page(), 2);
   EXPECT_EQ(y(), bottom);
-  session().setPlace(-1);
-  EXPECT_EQ(session().place(), 0);
+  session().setPosition(-1);
+  EXPECT_EQ(session().position(), 0);
 }
 
 TEST_F(MovingTest, HalfOfThePageIsVisible) { EXPECT_THAT(session().visibleShare(), DoubleNear(0.5, 1e-9)); }
 
-TEST_F(MovingTest, APageThatFitsIsVisibleAsAWhole) {
+TEST_F(MovingTest, APageThatFitsIsCompletelyVisible) {
   session().setFit(host::Fit::page);
   EXPECT_EQ(session().visibleShare(), 1);
 }
@@ -186,7 +186,7 @@ TEST_F(MovingTest, ZoomingEndsWhereAnImageWouldBeTooLarge) {
 }
 
 TEST_F(MovingTest, ZoomingKeepsTheMiddle) {
-  stand(0, 150); // the middle of the page is in the middle of the window
+  moveTo(0, 150); // the middle of the page is in the middle of the window
   session().setZoom(1.5);
   EXPECT_THAT(y() + height / 2.0, DoubleNear(session().view()->pageHeight() / 2.0, 1));
 }
@@ -223,7 +223,7 @@ TEST_F(MovingTest, AFitFollowsThePage) {
   EXPECT_EQ(session().view()->pageHeight(), 80);
 }
 
-TEST_F(MovingTest, ScrollingBackToALargerPageShowsItsFoot) {
+TEST_F(MovingTest, ScrollingBackToALargerPageShowsItsBottom) {
   openPages({{.width = 400, .height = 2000}, {.width = 1000, .height = 200}}, "mixed.pdf");
   session().goToPage(1);
   session().scroll(0, -10);
@@ -246,8 +246,8 @@ TEST_F(MovingTest, APageThatIsTooLargeForTheZoomLeavesItToTheNextOne) {
   EXPECT_EQ(session().zoom(), 4);
 }
 
-TEST_F(MovingTest, TurningTakesTheMessageAway) {
-  session().say("something");
+TEST_F(MovingTest, TurningRemovesTheMessage) {
+  session().setMessage("something");
   session().turn(1);
   EXPECT_EQ(session().message(), "");
 }

@@ -1,4 +1,4 @@
-// The rendering thread: files, pages, and what becomes of wishes that nobody has any more.
+// The rendering thread: files, pages, and requests that are obsolete.
 #include "viewer/model/renderer.h"
 
 #include <gmock/gmock.h>
@@ -18,17 +18,17 @@ using testing::IsEmpty;
 struct RendererTest : testing::Test {
   RendererTest() {
     renderer.emplace([this] {
-      const auto deed = onThread; // which may put another in its place
-      if (deed) deed();
+      const auto action = onThread; // a copy: the action may replace itself
+      if (action) action();
       waker.wake();
     });
   }
   bool until(const std::function<bool()> &done) {
     return waker.until([&] {
-      Renderer::Results news = renderer->collect();
-      std::move(news.opened.begin(), news.opened.end(), std::back_inserter(opened));
-      std::move(news.rendered.begin(), news.rendered.end(), std::back_inserter(rendered));
-      changed.insert(changed.end(), news.changed.begin(), news.changed.end());
+      Renderer::Results results = renderer->collect();
+      std::move(results.opened.begin(), results.opened.end(), std::back_inserter(opened));
+      std::move(results.rendered.begin(), results.rendered.end(), std::back_inserter(rendered));
+      changed.insert(changed.end(), results.changed.begin(), results.changed.end());
       return done();
     });
   }
@@ -49,7 +49,7 @@ struct RendererTest : testing::Test {
 
   test::ScratchFolder folder;
   test::Waker waker;
-  std::function<void()> onThread; ///< called before the waker; nothing is done there meanwhile
+  std::function<void()> onThread; ///< called before the waker; the thread does nothing else meanwhile
   std::vector<OpenedFile> opened;
   std::vector<RenderedPage> rendered;
   std::vector<uint64_t> changed;
@@ -63,22 +63,22 @@ TEST_F(RendererTest, OpensAFile) {
   EXPECT_EQ(opened[0].pdf->pageCount(), 3);
 }
 
-TEST_F(RendererTest, AMissingFilesLineNamesIt) {
+TEST_F(RendererTest, AMissingFileIsNamed) {
   open(1, "/nowhere/missing.pdf");
   EXPECT_EQ(opened[0].pdf, nullptr);
   EXPECT_EQ(opened[0].error, "/nowhere/missing.pdf: No such file or directory");
-  EXPECT_FALSE(opened[0].wantsPassword);
+  EXPECT_FALSE(opened[0].needsPassword);
 }
 
-TEST_F(RendererTest, ALockedFileWantsAPassword) {
+TEST_F(RendererTest, AnEncryptedFileNeedsAPassword) {
   open(1, test::locked(folder.pdf(test::numberedPages(1))));
-  EXPECT_TRUE(opened[0].wantsPassword);
+  EXPECT_TRUE(opened[0].needsPassword);
   EXPECT_THAT(opened[0].error, HasSubstr("is encrypted: a password is needed"));
 }
 
-TEST_F(RendererTest, AnotherPasswordIsWantedAfterAWrongOne) {
+TEST_F(RendererTest, AnotherPasswordIsNeededAfterAWrongOne) {
   open(1, test::locked(folder.pdf(test::numberedPages(1))), "wrong");
-  EXPECT_TRUE(opened[0].wantsPassword);
+  EXPECT_TRUE(opened[0].needsPassword);
 }
 
 TEST_F(RendererTest, ThePasswordOpensItsPages) {
@@ -88,7 +88,7 @@ TEST_F(RendererTest, ThePasswordOpensItsPages) {
   EXPECT_EQ(rendered[0].image.width, 400) << rendered[0].error;
 }
 
-TEST_F(RendererTest, RendersAtTheSizeWanted) {
+TEST_F(RendererTest, RendersAtTheRequestedSize) {
   open(1, folder.pdf(test::numberedPages(2)));
   renderer->want({{1, 1, 36}});
   ASSERT_TRUE(renders(1));
@@ -104,7 +104,7 @@ TEST_F(RendererTest, RendersTheMostUrgentFirst) {
   EXPECT_THAT(pages(), ElementsAre(2, 0, 1));
 }
 
-TEST_F(RendererTest, AWishThatIsReplacedIsNotRendered) {
+TEST_F(RendererTest, AReplacedRequestIsNotRendered) {
   open(1, folder.pdf(test::numberedPages(4)));
   onThread = [this] {
     onThread = {};
@@ -115,13 +115,13 @@ TEST_F(RendererTest, AWishThatIsReplacedIsNotRendered) {
   EXPECT_THAT(pages(), ElementsAre(0, 3));
 }
 
-TEST_F(RendererTest, APageThatIsUnderWayIsRenderedOnce) {
+TEST_F(RendererTest, APageRequestedDuringItsRenderingIsRenderedOnce) {
   open(1, folder.pdf({test::slowPage(), test::pageWith("next")}));
-  const std::vector<PageKey> wish{{1, 0, 72}, {1, 1, 72}};
-  renderer->want(wish);
-  // Whoever waits asks at every event; only the first page keeps the thread for long.
+  const std::vector<PageKey> request{{1, 0, 72}, {1, 1, 72}};
+  renderer->want(request);
+  // The window repeats its request at every event. Only the first page takes long.
   ASSERT_TRUE(until([&] {
-    renderer->want(wish);
+    renderer->want(request);
     waker.wake();
     return !rendered.empty();
   }));
@@ -141,7 +141,7 @@ TEST_F(RendererTest, AClosedDocumentIsNotRendered) {
   EXPECT_THAT(pages(), ElementsAre(0, 2));
 }
 
-TEST_F(RendererTest, WhatIsWantedOfAClosedDocumentIsLeftOut) {
+TEST_F(RendererTest, RequestsOfAClosedDocumentAreSkipped) {
   open(1, folder.pdf(test::numberedPages(1)));
   open(2, folder.pdf(test::numberedPages(2)));
   renderer->close(1);
@@ -150,7 +150,7 @@ TEST_F(RendererTest, WhatIsWantedOfAClosedDocumentIsLeftOut) {
   EXPECT_THAT(pages(), ElementsAre(1));
 }
 
-TEST_F(RendererTest, AClosedDocumentsFileIsGivenBack) {
+TEST_F(RendererTest, AClosedDocumentsFileIsClosed) {
   const auto first = folder.write("a.pdf", test::pdfOf(test::numberedPages(1)));
   open(1, first);
   open(2, folder.pdf(test::numberedPages(1)));
@@ -161,7 +161,7 @@ TEST_F(RendererTest, AClosedDocumentsFileIsGivenBack) {
   EXPECT_FALSE(test::hasOpen(first));
 }
 
-TEST_F(RendererTest, ADocumentThatIsClosedBeforeItIsThereIsNotRendered) {
+TEST_F(RendererTest, ADocumentThatIsClosedBeforeItIsOpenIsNotRendered) {
   const auto file = folder.pdf(test::numberedPages(3));
   onThread = [this, file] {
     onThread = {};
@@ -189,22 +189,22 @@ TEST_F(RendererTest, AnImageBeyondAllBoundsIsAnError) {
   EXPECT_THAT(rendered[0].error, HasSubstr("no image of a usable size"));
 }
 
-TEST_F(RendererTest, AFileThatStaysIsNotReported) {
+TEST_F(RendererTest, AnUnchangedFileIsNotReported) {
   open(1, folder.pdf(test::numberedPages(1)));
   renderer->want({{1, 0, 72}});
   ASSERT_TRUE(renders(1));
   EXPECT_THAT(changed, IsEmpty());
 }
 
-// What may become of a file while it is open. Whatever it is: it is told once, and each page has an answer.
-struct Fate {
+// Changes of a file while it is open. Each is reported once, and each page has a result.
+struct Change {
   const char *name;
   void (*happens)(const std::filesystem::path &file);
 };
 
-struct ChangedFile : RendererTest, testing::WithParamInterface<Fate> {};
+struct ChangedFile : RendererTest, testing::WithParamInterface<Change> {};
 
-TEST_P(ChangedFile, IsReportedOnceAndItsPagesAreAnswered) {
+TEST_P(ChangedFile, IsReportedOnceAndItsPagesHaveResults) {
   const auto file = folder.pdf(test::numberedPages(3));
   open(1, file);
   GetParam().happens(file);
@@ -218,17 +218,17 @@ TEST_P(ChangedFile, IsReportedOnceAndItsPagesAreAnswered) {
 INSTANTIATE_TEST_SUITE_P(
     Renderer, ChangedFile,
     testing::Values(
-        Fate{"Vanishes", [](const std::filesystem::path &file) { std::filesystem::remove(file); }},
-        Fate{"IsTruncated", [](const std::filesystem::path &file) { std::filesystem::resize_file(file, 100); }},
-        Fate{"IsEmptied", [](const std::filesystem::path &file) { std::filesystem::resize_file(file, 0); }},
-        Fate{"Grows", [](const std::filesystem::path &file) { std::ofstream(file, std::ios::app) << "more"; }},
-        Fate{"IsReplaced",
-             [](const std::filesystem::path &file) {
-               const std::filesystem::path other = file.parent_path() / "other.pdf";
-               std::ofstream(other) << test::pdfOf(test::numberedPages(1));
-               std::filesystem::rename(other, file);
-             }}),
-    [](const auto &fate) { return fate.param.name; });
+        Change{"IsRemoved", [](const std::filesystem::path &file) { std::filesystem::remove(file); }},
+        Change{"IsTruncated", [](const std::filesystem::path &file) { std::filesystem::resize_file(file, 100); }},
+        Change{"IsEmptied", [](const std::filesystem::path &file) { std::filesystem::resize_file(file, 0); }},
+        Change{"Grows", [](const std::filesystem::path &file) { std::ofstream(file, std::ios::app) << "more"; }},
+        Change{"IsReplaced",
+               [](const std::filesystem::path &file) {
+                 const std::filesystem::path other = file.parent_path() / "other.pdf";
+                 std::ofstream(other) << test::pdfOf(test::numberedPages(1));
+                 std::filesystem::rename(other, file);
+               }}),
+    [](const auto &change) { return change.param.name; });
 
 TEST_F(RendererTest, EndsWhileItIsBusy) {
   open(1, folder.pdf({test::slowPage(), test::slowPage(), test::slowPage()}));
@@ -236,7 +236,7 @@ TEST_F(RendererTest, EndsWhileItIsBusy) {
   ASSERT_TRUE(renders(1));
   const size_t wakes = waker.wakes();
   renderer.reset();
-  EXPECT_LE(waker.wakes(), wakes + 1); // the page under way
+  EXPECT_LE(waker.wakes(), wakes + 1); // the page being rendered
 }
 
 TEST_F(RendererTest, EndsWithFilesToOpen) {

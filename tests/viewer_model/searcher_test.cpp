@@ -1,4 +1,4 @@
-// The searching thread: in which order it looks at pages, and what ends a search.
+// The searching thread: the order of pages, and what ends a search.
 #include "viewer/model/searcher.h"
 
 #include <gmock/gmock.h>
@@ -18,8 +18,8 @@ using testing::SizeIs;
 struct SearcherTest : testing::Test {
   SearcherTest() {
     searcher.emplace([this] {
-      const auto deed = onThread; // which may put another in its place
-      if (deed) deed();
+      const auto action = onThread; // a copy: the action may replace itself
+      if (action) action();
       waker.wake();
     });
   }
@@ -49,7 +49,7 @@ struct SearcherTest : testing::Test {
   std::optional<Searcher> searcher;
 };
 
-TEST_F(SearcherTest, FindsAllPlacesOfTheFirstPageThatHasAny) {
+TEST_F(SearcherTest, FindsAllMatchesOfTheFirstPageThatHasAny) {
   const SearchResult got = find(search("lamp", 2));
   EXPECT_EQ(got.page, 3);
   EXPECT_THAT(got.found, SizeIs(2));
@@ -57,44 +57,44 @@ TEST_F(SearcherTest, FindsAllPlacesOfTheFirstPageThatHasAny) {
   EXPECT_THAT(got.error, IsEmpty());
 }
 
-TEST_F(SearcherTest, LooksAtTheFirstPageFirst) { EXPECT_EQ(find(search("lamp", 1)).page, 1); }
+TEST_F(SearcherTest, SearchesTheFirstPageFirst) { EXPECT_EQ(find(search("lamp", 1)).page, 1); }
 
-TEST_F(SearcherTest, LooksBackwards) {
+TEST_F(SearcherTest, SearchesBackwards) {
   const SearchResult got = findBackwards(search("lamp", 2));
   EXPECT_EQ(got.page, 1);
   EXPECT_FALSE(got.wrapped);
 }
 
-TEST_F(SearcherTest, GoesOnFromTheStart) {
+TEST_F(SearcherTest, ContinuesFromTheStart) {
   const SearchResult got = find(search("one", 3));
   EXPECT_EQ(got.page, 0);
   EXPECT_TRUE(got.wrapped);
 }
 
-TEST_F(SearcherTest, GoesOnFromTheEnd) {
+TEST_F(SearcherTest, ContinuesFromTheEnd) {
   const SearchResult got = findBackwards(search("end", 1));
   EXPECT_EQ(got.page, 4);
   EXPECT_TRUE(got.wrapped);
 }
 
-TEST_F(SearcherTest, ATextThatStandsNowhereIsAResultToo) {
+TEST_F(SearcherTest, ATextThatIsNotFoundIsAResultToo) {
   const SearchResult got = find(search("cellar", 2));
   EXPECT_THAT(got.found, IsEmpty());
   EXPECT_THAT(got.error, IsEmpty());
 }
 
-TEST_F(SearcherTest, BlanksAloneStandNowhere) { EXPECT_THAT(find(search("  ")).found, IsEmpty()); }
+TEST_F(SearcherTest, SpacesAloneAreNotFound) { EXPECT_THAT(find(search("  ")).found, IsEmpty()); }
 
-TEST_F(SearcherTest, TheOptionsAreHeeded) {
+TEST_F(SearcherTest, TheOptionsAreApplied) {
   Search exact = search("Lamp");
   exact.options.matchCase = true;
   EXPECT_THAT(find(exact).found, IsEmpty());
   EXPECT_THAT(find(search("Lamp")).found, SizeIs(1));
 }
 
-TEST_F(SearcherTest, ATextThatIsNoUtf8HasALine) { EXPECT_THAT(find(search("\xC3(")).error, HasSubstr("UTF-8")); }
+TEST_F(SearcherTest, ATextThatIsNoUtf8IsAnError) { EXPECT_THAT(find(search("\xC3(")).error, HasSubstr("UTF-8")); }
 
-TEST_F(SearcherTest, AnOvertakenSearchGivesNoResult) {
+TEST_F(SearcherTest, AReplacedSearchGivesNoResult) {
   onThread = [this] { // after the first page
     onThread = {};
     searcher->start(search("lamp"));
@@ -116,23 +116,23 @@ TEST_F(SearcherTest, AStoppedSearchGivesNoResult) {
   EXPECT_EQ(find(search("lamp")).search.text, "lamp");
 }
 
-TEST_F(SearcherTest, AResultThatNobodyTookGoesWhenTheSearchIsStopped) {
+TEST_F(SearcherTest, AnUncollectedResultIsDroppedWhenTheSearchIsStopped) {
   onThread = [this] { searcher->stop(); };
   searcher->start(search("door"));
   ASSERT_TRUE(waker.until([&] { return waker.wakes() > 0; }));
   EXPECT_FALSE(searcher->collect());
 }
 
-TEST_F(SearcherTest, TellsHowManyPagesItHasLookedAt) {
-  std::vector<std::optional<int32_t>> told;
-  onThread = [&] { told.push_back(searcher->progress()); };
+TEST_F(SearcherTest, ReportsTheNumberOfSearchedPages) {
+  std::vector<std::optional<int32_t>> reported;
+  onThread = [&] { reported.push_back(searcher->progress()); };
   find(search("lamp", 2)); // page 2, then page 3
-  ASSERT_THAT(told, SizeIs(2));
-  EXPECT_EQ(told[0], 1);
-  EXPECT_EQ(told[1], std::nullopt);
+  ASSERT_THAT(reported, SizeIs(2));
+  EXPECT_EQ(reported[0], 1);
+  EXPECT_EQ(reported[1], std::nullopt);
 }
 
-TEST_F(SearcherTest, FinishingDoesNotWaitForThePageUnderWay) {
+TEST_F(SearcherTest, FinishingDoesNotWaitForThePageBeingSearched) {
   std::promise<void> pageBegins, pageEnds;
   onThread = [&] {
     onThread = {};
@@ -154,14 +154,14 @@ TEST_F(SearcherTest, ADamagedPageIsSkipped) {
   EXPECT_THAT(got.found, SizeIs(1));
 }
 
-TEST_F(SearcherTest, AFileThatIsGoneIsNamed) {
+TEST_F(SearcherTest, ARemovedFileIsNamed) {
   std::filesystem::remove(file);
   const SearchResult got = find(search("lamp"));
   EXPECT_EQ(got.error, file.string() + ": No such file or directory");
   EXPECT_THAT(got.found, IsEmpty());
 }
 
-TEST_F(SearcherTest, AFileThatGoesAfterItsFirstSearchIsSearchedOn) {
+TEST_F(SearcherTest, AFileRemovedAfterItsFirstSearchIsSearchedFurther) {
   find(search("lamp"));
   std::filesystem::remove(file);
   EXPECT_EQ(find(search("lamp", 2)).page, 3);
@@ -173,8 +173,8 @@ TEST_F(SearcherTest, AnotherDocumentIsSearchedWithItsPassword) {
   EXPECT_THAT(find({2, other, "user", "secret", {}, 0, 1}).found, SizeIs(1));
 }
 
-// A search that fails has no file: what was open before stays open unless it was closed.
-TEST_F(SearcherTest, AClosedFileIsGivenBack) {
+// A failed search opens no file: the file that is open stays open unless it is closed.
+TEST_F(SearcherTest, AnOpenFileIsClosed) {
   find(search("lamp"));
   EXPECT_TRUE(test::hasOpen(file));
   searcher->closeFile();
@@ -182,7 +182,7 @@ TEST_F(SearcherTest, AClosedFileIsGivenBack) {
   EXPECT_FALSE(test::hasOpen(file));
 }
 
-TEST_F(SearcherTest, AFileClosedWhileItIsSearchedIsGivenBack) {
+TEST_F(SearcherTest, AFileThatIsBeingSearchedIsClosedAfterwards) {
   onThread = [this] {
     onThread = {};
     searcher->closeFile();

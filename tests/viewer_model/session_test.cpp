@@ -1,4 +1,4 @@
-// Documents of a session: how they come, go, and which is in front.
+// Documents of a session: opening, closing, reloading, and which is in front.
 #include "viewer/model/session.h"
 
 #include <gmock/gmock.h>
@@ -35,8 +35,8 @@ struct SessionTest : test::Sessions {
     return result;
   }
   std::string frontName() { return session().front() == nullptr ? "" : session().front()->file.filename().string(); }
-  // What is written to standard error until all files are open or refused.
-  std::string complaintsOf(const std::filesystem::path &file) {
+  // What is printed to standard error until all files are open or refused.
+  std::string errorsOf(const std::filesystem::path &file) {
     testing::internal::CaptureStderr();
     open(file);
     return testing::internal::GetCapturedStderr();
@@ -54,13 +54,13 @@ TEST_F(SessionTest, WithoutDocumentsThereIsNothing) {
   EXPECT_FALSE(session().draw());
 }
 
-TEST_F(SessionTest, DeedsWithoutADocumentDoNothing) {
+TEST_F(SessionTest, ActionsWithoutADocumentDoNothing) {
   session().closeFront();
   session().reload();
   session().bringToFront(0);
   session().goToPage(3);
   session().scroll(0, 10);
-  session().setPlace(0.5);
+  session().setPosition(0.5);
   session().zoomBy(1);
   session().setZoom(2);
   session().find({"lamp", {}}, false);
@@ -69,14 +69,14 @@ TEST_F(SessionTest, DeedsWithoutADocumentDoNothing) {
   EXPECT_THAT(session().message(), IsEmpty());
 }
 
-TEST_F(SessionTest, AFileThatIsThereIsInFront) {
+TEST_F(SessionTest, AnOpenedFileIsInFront) {
   openPages(test::numberedPages(3));
   EXPECT_EQ(frontName(), "paper.pdf");
   EXPECT_EQ(session().pageCount(), 3);
   EXPECT_EQ(session().title(), "paper.pdf - Tavrel");
 }
 
-TEST_F(SessionTest, OpeningIsSaidUntilTheFileIsThere) {
+TEST_F(SessionTest, OpeningIsShownUntilTheFileIsOpen) {
   session().open({write("paper.pdf", test::numberedPages(1)), {}});
   EXPECT_TRUE(session().opening());
   EXPECT_EQ(session().message(), "Opening paper.pdf");
@@ -97,7 +97,7 @@ TEST_F(SessionTest, APluginThatIsNotifiedOfADocumentAsksForItsParameters) {
   EXPECT_EQ(heard, "page=3&xml=h.xml");
 }
 
-TEST_F(SessionTest, AFileIsKnownWhicheverWayItsPathIsWritten) {
+TEST_F(SessionTest, DifferentPathsOfAFileAreRecognised) {
   const auto file = write("paper.pdf", test::numberedPages(1));
   open(file);
   open(std::filesystem::relative(file));
@@ -131,7 +131,7 @@ TEST_F(SessionTest, AFileThatIsStillBeingOpenedIsNotOpenedTwice) {
   EXPECT_THAT(session().documents(), SizeIs(1));
 }
 
-TEST_F(SessionTest, FilesOpenedAtOnceStandInTheirOrder) {
+TEST_F(SessionTest, FilesOpenedAtOnceKeepTheirOrder) {
   for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})
     session().open({write(name, test::numberedPages(1)), {}});
   ASSERT_TRUE(until([&] { return !session().opening(); }));
@@ -149,21 +149,21 @@ TEST_F(SessionTest, EndsWhileFilesAreBeingOpened) {
 
 // ---- files that cannot be opened ----
 
-TEST_F(SessionTest, ADamagedFileComplainsOnce) {
-  const auto file = folder.write("cut.pdf", test::pdfOf(test::numberedPages(1)).substr(0, 60));
-  EXPECT_EQ(complaintsOf(file), "tavrel: " + file.string() + ": is damaged\n");
+TEST_F(SessionTest, ADamagedFileIsReportedOnce) {
+  const auto file = folder.write("truncated.pdf", test::pdfOf(test::numberedPages(1)).substr(0, 60));
+  EXPECT_EQ(errorsOf(file), "tavrel: " + file.string() + ": is damaged\n");
   EXPECT_EQ(session().message(), file.string() + ": is damaged");
   EXPECT_EQ(session().front(), nullptr);
 }
 
-TEST_F(SessionTest, AMissingFileLeavesTheOthersAlone) {
+TEST_F(SessionTest, AMissingFileDoesNotAffectTheOthers) {
   openPages(test::numberedPages(1), "a.pdf");
-  EXPECT_THAT(complaintsOf("/nowhere/b.pdf"), HasSubstr("No such file"));
+  EXPECT_THAT(errorsOf("/nowhere/b.pdf"), HasSubstr("No such file"));
   EXPECT_THAT(names(), ElementsAre("a.pdf"));
   EXPECT_EQ(frontName(), "a.pdf");
 }
 
-TEST_F(SessionTest, ADocumentWhoseFirstPageIsDamagedIsOpenedAndSaysSo) {
+TEST_F(SessionTest, ADocumentWhoseFirstPageIsDamagedIsOpenedAndReported) {
   open(folder.write("bad.pdf", test::allDamaged()));
   testing::internal::CaptureStderr();
   ASSERT_TRUE(draws());
@@ -175,11 +175,11 @@ TEST_F(SessionTest, ADocumentWhoseFirstPageIsDamagedIsOpenedAndSaysSo) {
 
 // ---- passwords ----
 
-TEST_F(SessionTest, ALockedFileAsksForItsPassword) {
+TEST_F(SessionTest, AnEncryptedFileAsksForItsPassword) {
   Asked asked;
   session().questions = &asked;
   const auto file = secret();
-  EXPECT_THAT(complaintsOf(file), IsEmpty());
+  EXPECT_THAT(errorsOf(file), IsEmpty());
   EXPECT_THAT(asked.files, ElementsAre(Target{file, ""}));
   EXPECT_THAT(asked.agains, ElementsAre(false));
   EXPECT_TRUE(session().asksPassword());
@@ -205,14 +205,14 @@ TEST_F(SessionTest, ThePasswordOpensTheFile) {
   session().questions = nullptr;
 }
 
-TEST_F(SessionTest, WhereNobodyCanBeAskedTheFileIsRefused) {
-  EXPECT_THAT(complaintsOf(secret()), EndsWith("is encrypted: a password is needed\n"));
+TEST_F(SessionTest, WithoutQuestionsAnEncryptedFileIsRefused) {
+  EXPECT_THAT(errorsOf(secret()), EndsWith("is encrypted: a password is needed\n"));
   EXPECT_FALSE(session().asksPassword());
 }
 
 // ---- closing ----
 
-TEST_F(SessionTest, BehindAClosedDocumentStandsTheOneBefore) {
+TEST_F(SessionTest, AfterClosingThePreviousDocumentIsInFront) {
   openPages(test::numberedPages(1), "a.pdf");
   openPages(test::numberedPages(1), "b.pdf");
   session().closeFront();
@@ -229,7 +229,7 @@ TEST_F(SessionTest, AClosedDocumentsPagesAreDropped) {
   EXPECT_EQ(session().cache().size(), 0U);
 }
 
-TEST_F(SessionTest, WhatArrivesForAClosedDocumentIsDropped) {
+TEST_F(SessionTest, PagesThatArriveForAClosedDocumentAreDropped) {
   openPages({test::slowPage()}, "a.pdf");
   session().draw();
   session().closeFront();
@@ -248,7 +248,7 @@ TEST_F(SessionTest, TheLastDocumentLeavesAnEmptyWindow) {
   EXPECT_FALSE(session().draw());
 }
 
-TEST_F(SessionTest, ADocumentThatWasBehindFitsTheWindowAsItIsNow) {
+TEST_F(SessionTest, ADocumentThatWasNotInFrontFitsTheCurrentWindow) {
   openPages(test::numberedPages(1), "a.pdf");
   openPages(test::numberedPages(1), "b.pdf");
   session().setWindow(200, 150, 5);
@@ -256,7 +256,7 @@ TEST_F(SessionTest, ADocumentThatWasBehindFitsTheWindowAsItIsNow) {
   EXPECT_EQ(session().view()->pageWidth(), 200);
 }
 
-TEST_F(SessionTest, ADocumentBroughtToFrontFitsTheWindowAsItIsNow) {
+TEST_F(SessionTest, ADocumentBroughtToFrontFitsTheCurrentWindow) {
   openPages(test::numberedPages(1), "a.pdf");
   openPages(test::numberedPages(1), "b.pdf");
   session().setWindow(200, 150, 5);
@@ -284,7 +284,7 @@ TEST_F(SessionTest, BringingToFrontKeepsTheOrder) {
   EXPECT_THAT(session().title(), testing::StartsWith("a.pdf"));
 }
 
-TEST_F(SessionTest, ADocumentThatIsNotThereDoesNotComeToFront) {
+TEST_F(SessionTest, AnUnknownIndexBringsNothingToFront) {
   openPages(test::numberedPages(1), "a.pdf");
   session().bringToFront(1);
   EXPECT_EQ(frontName(), "a.pdf");
@@ -301,7 +301,7 @@ TEST_F(SessionTest, EveryDocumentStaysOnItsPage) {
 
 // ---- reloading ----
 
-TEST_F(SessionTest, ReloadingShowsTheFileAsItIsNowOnTheSamePage) {
+TEST_F(SessionTest, ReloadingShowsTheCurrentFileOnTheSamePage) {
   openPages(test::numberedPages(4));
   session().goToPage(2);
   write("paper.pdf", test::numberedPages(6));
@@ -328,20 +328,20 @@ TEST_F(SessionTest, ReloadingKeepsPasswordAndParameters) {
   EXPECT_EQ(session().front()->parameters, "xml=h.xml");
 }
 
-// The thread does what it is told in order: once it has rendered another file's page, it has closed what is closed.
-TEST_F(SessionTest, AReloadOfADocumentThatIsClosedBeforeGivesTheFileBack) {
+// The thread closes documents before it renders: once another file's page is rendered, closed documents are closed.
+TEST_F(SessionTest, ClosingADocumentAfterItsReloadClosesTheFile) {
   const auto file = write("paper.pdf", test::numberedPages(1));
   open(file);
   const size_t before = waker.wakes();
   session().reload();
-  ASSERT_TRUE(waker.until([&] { return waker.wakes() > before; })); // opened, and not taken over yet
+  ASSERT_TRUE(waker.until([&] { return waker.wakes() > before; })); // opened, but not taken over yet
   session().closeFront();
   openPages(test::numberedPages(1), "other.pdf");
   ASSERT_TRUE(draws());
   EXPECT_FALSE(test::hasOpen(file));
 }
 
-TEST_F(SessionTest, AReloadOfADocumentThatIsClosedAtOnceGivesTheFileBack) {
+TEST_F(SessionTest, ClosingADocumentDuringItsReloadClosesTheFile) {
   const auto file = write("paper.pdf", test::numberedPages(1));
   open(file);
   session().reload();
@@ -351,10 +351,10 @@ TEST_F(SessionTest, AReloadOfADocumentThatIsClosedAtOnceGivesTheFileBack) {
   EXPECT_FALSE(test::hasOpen(file));
 }
 
-TEST_F(SessionTest, AFileForWhoseDocumentThereIsNoMemoryIsGivenBackAndNamed) {
+TEST_F(SessionTest, WithoutMemoryForADocumentItsFileIsClosedAndNamed) {
   const auto file = write("paper.pdf", test::numberedPages(1));
   const auto prepare = std::exchange(app.prepare, [](host::ViewerDocument &) { throw std::bad_alloc(); });
-  EXPECT_EQ(complaintsOf(file), "tavrel: " + file.string() + ": memory is exhausted\n");
+  EXPECT_EQ(errorsOf(file), "tavrel: " + file.string() + ": memory is exhausted\n");
   EXPECT_EQ(app.front(), nullptr);
   app.prepare = prepare;
   openPages(test::numberedPages(1), "other.pdf");
@@ -362,7 +362,7 @@ TEST_F(SessionTest, AFileForWhoseDocumentThereIsNoMemoryIsGivenBackAndNamed) {
   EXPECT_FALSE(test::hasOpen(file));
 }
 
-TEST_F(SessionTest, ReloadingDrawsWhatIsInTheFileNow) {
+TEST_F(SessionTest, ReloadingDrawsTheCurrentFile) {
   openPages({test::pageWith("page")});
   ASSERT_TRUE(draws());
   EXPECT_EQ(pixel(20, 20), 0xFFFFFFFF);
@@ -373,7 +373,7 @@ TEST_F(SessionTest, ReloadingDrawsWhatIsInTheFileNow) {
   EXPECT_EQ(pixel(20, 20), 0xFFFF0000);
 }
 
-TEST_F(SessionTest, AChangedFileIsSaid) {
+TEST_F(SessionTest, AChangedFileIsReported) {
   const auto file = write("paper.pdf", test::numberedPages(3));
   open(file);
   std::ofstream(file, std::ios::app) << "more";
@@ -391,7 +391,7 @@ TEST_F(SessionTest, MarkedPagesOfAllPluginsAreOneList) {
   EXPECT_THAT(session().markedPages(), ElementsAre(1, 3, 4));
 }
 
-TEST_F(SessionTest, WhatPluginsSayCountsAsAChange) {
+TEST_F(SessionTest, StatusTextsOfPluginsCountAsChanges) {
   const uint64_t before = session().changes();
   app.setStatusText(testPlugin.id, "3 hits");
   EXPECT_THAT(session().changes(), Not(before));

@@ -1,4 +1,4 @@
-// The tables as a plug-in has them: tests call the host through these.
+// The host's tables, in the globals through which plug-ins and these tests call the host.
 #include "host/view/application.h"
 #include "tavrel/DocModel.h"
 #include "tavrel/Kernel.h"

@@ -1,4 +1,4 @@
-// What a word of the command line means: a file, and what stands behind its name.
+// What an argument of the command line means: a file, and parameters after its name.
 #include "viewer/model/target.h"
 
 #include <gtest/gtest.h>
@@ -16,13 +16,11 @@ std::string encoded(const std::string &value) {
 
 TEST(TargetTest, AFileAlone) { EXPECT_EQ(targetOf("paper.pdf"), (Target{"paper.pdf", ""})); }
 
-TEST(TargetTest, ParametersStandBehindTheHash) {
+TEST(TargetTest, ParametersFollowTheHash) {
   EXPECT_EQ(targetOf("a/paper.pdf#page=3&xml=hits.xml"), (Target{"a/paper.pdf", "page=3&xml=hits.xml"}));
 }
 
-TEST(TargetTest, AHashWithNothingBehindItIsNoParameter) {
-  EXPECT_EQ(targetOf("paper.pdf#"), (Target{"paper.pdf", ""}));
-}
+TEST(TargetTest, AHashWithNothingAfterItIsNoParameter) { EXPECT_EQ(targetOf("paper.pdf#"), (Target{"paper.pdf", ""})); }
 
 TEST(TargetTest, TheNameEndsAtTheFirstHash) {
   EXPECT_EQ(targetOf("paper.pdf#xml=a#b"), (Target{"paper.pdf", "xml=a#b"}));
@@ -40,7 +38,7 @@ TEST(TargetTest, AFileWhoseNameHoldsAHashIsThatFile) {
   EXPECT_EQ(targetOf(file), (Target{file, ""}));
 }
 
-TEST(TargetTest, NothingAtAllIsNoFile) { EXPECT_EQ(targetOf(""), Target()); }
+TEST(TargetTest, AnEmptyArgumentIsNoFile) { EXPECT_EQ(targetOf(""), Target()); }
 
 TEST(TargetTest, AParameterIsAdded) {
   Target target;
@@ -48,15 +46,15 @@ TEST(TargetTest, AParameterIsAdded) {
   EXPECT_EQ(target.parameters, "xml=/tmp/hits-1_a.b~.xml");
 }
 
-TEST(TargetTest, ASecondParameterStandsBehindTheFirst) {
+TEST(TargetTest, ASecondParameterFollowsTheFirst) {
   Target target = targetOf("paper.pdf#page=3");
   addParameter(target, "xml", "h.xml");
   EXPECT_EQ(target.parameters, "page=3&xml=h.xml");
 }
 
-TEST(TargetTest, WhatPartsParametersIsEncoded) { EXPECT_EQ(encoded("a&b=c#d"), "v=a%26b%3Dc%23d"); }
+TEST(TargetTest, SeparatorsOfParametersAreEncoded) { EXPECT_EQ(encoded("a&b=c#d"), "v=a%26b%3Dc%23d"); }
 
-TEST(TargetTest, PercentPlusAndBlankAreEncoded) { EXPECT_EQ(encoded("100% +1"), "v=100%25%20%2B1"); }
+TEST(TargetTest, PercentPlusAndSpaceAreEncoded) { EXPECT_EQ(encoded("100% +1"), "v=100%25%20%2B1"); }
 
 TEST(TargetTest, UmlautsAreEncodedByteByByte) { EXPECT_EQ(encoded("\u00E4\u20AC"), "v=%C3%A4%E2%82%AC"); }
 

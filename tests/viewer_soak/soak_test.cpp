@@ -1,5 +1,6 @@
-// Soak: hundreds of documents opened and closed, thousands of pages turned, in a real window with all plug-ins, and at
-// the end as much memory, as many file descriptors and as many of the X server's resources as soon after the start.
+// Soak: 500 documents are opened and closed and 10,000 pages turned, in a real window with all plug-ins. File
+// descriptors, X server resources and blocks of the host must be as many at the end as early in the run, and the
+// allocated memory may have grown by less than 4 KB.
 #include <gtest/gtest.h>
 #include <malloc.h>
 
@@ -18,7 +19,7 @@
 #include "tools/display.h"
 #include "viewer/window/mainwindow.h"
 
-// Its macros get in the way of the test library's.
+// Last: its macros conflict with the test library.
 #include <X11/extensions/XRes.h>
 
 namespace {
@@ -34,8 +35,8 @@ std::ostream &operator<<(std::ostream &out, const Usage &usage) {
              << " resources of the X server, " << usage.hostBlocks << " blocks";
 }
 
-// What the process has allocated and not freed. What the system has given it for that is more, by chance. Freed blocks
-// that threads keep for themselves count as allocated: GLIBC_TUNABLES is set so that they keep none.
+// What the process has allocated and not freed, in KB. The memory that it has from the system varies by chance. Freed
+// blocks that threads cache count as allocated: GLIBC_TUNABLES is set so that they cache none.
 long allocated() {
   const struct mallinfo2 all = mallinfo2();
   return static_cast<long>((all.uordblks + all.hblkhd) / 1024);
@@ -77,14 +78,14 @@ protected:
     window.map();
     std::vector<test::PdfPage> pages(700); // more than the cache holds
     for (test::PdfPage &page : pages)
-      page.texts = {{40, 500, "words of a page that somebody looks for"}};
+      page.texts = {{40, 500, "words of a page for the soak test"}};
     file = folder.pdf(pages);
     std::ofstream(folder.path() / "hits.xml") << "<XML>\n<Body mode=active>\n<highlights>\n<loc pg=3 pos=0 len=1>\n"
                                                  "<loc pg=9 pos=2 len=2>\n</highlights>\n</Body>\n</XML>\n";
   }
   ~Soak() override { session.closeAll(); }
 
-  // Handles events and the threads' results until that holds.
+  // Handles events and takes over the threads' results until the condition holds.
   void until(const std::function<bool()> &holds) {
     const XtIntervalId tick = XtAppAddTimeOut(toolkit.context(), 1, again, this);
     tick_ = tick;
@@ -102,14 +103,14 @@ protected:
   static long descriptors() {
     return static_cast<long>(std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
   }
-  // At its least within some turns: pages may be under way to the cache, or from it to nowhere, and a page is as much
-  // as is looked for.
+  // The least memory within some iterations: pages may be on their way into the cache or out of it, and a page is as
+  // large as the growth that is tested for.
   Usage usage() {
     long least = allocated();
-    int turns = 0;
+    int iterations = 0;
     until([&] {
       least = std::min(least, allocated());
-      return ++turns >= 100;
+      return ++iterations >= 100;
     });
     XSync(toolkit.display(), False);
     return {least, descriptors(), serverResources(toolkit.display()), static_cast<long>(runtime.memory.blocks())};
@@ -128,7 +129,7 @@ protected:
   host::Runtime runtime;
   host::Application app{runtime};
   viewer::Session session{app, [] {}};
-  viewer::Toolkit toolkit{{"", "260x340", {}}}; // small pages: it is their number that counts
+  viewer::Toolkit toolkit{{"", "260x340", {}}}; // a small window has small pages: their number counts
   host::WindowSystem windows{toolkit.shell()};
   host::PluginLoader plugins{runtime};
   viewer::MainWindow window{toolkit, session, app, plugins};
@@ -143,7 +144,7 @@ TEST_F(Soak, DocumentsAndPagesLeaveNothingBehind) {
     until([&] { return session.front() != nullptr && drawn(); });
     ASSERT_EQ(session.page(), 3);
     session.closeFront();
-    // The thread that renders gives its file back a moment later.
+    // The rendering thread closes its file a moment later.
     until([&] { return !session.shown().document && descriptors() == withoutDocuments; });
     if (i == 50) early = usage();
   }

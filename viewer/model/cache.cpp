@@ -6,16 +6,16 @@
 namespace viewer {
 
 const host::Image *PageCache::find(const PageKey &key) {
-  const auto found = places_.find(key);
-  if (found == places_.end()) return nullptr;
+  const auto found = index_.find(key);
+  if (found == index_.end()) return nullptr;
   pages_.splice(pages_.begin(), pages_, found->second);
   return &found->second->image;
 }
 
 void PageCache::insert(const PageKey &key, host::Image &&image) {
-  if (const auto found = places_.find(key); found != places_.end()) erase(found->second);
+  if (const auto found = index_.find(key); found != index_.end()) erase(found->second);
   std::list<Page> page(1);
-  places_.emplace(key, page.begin());
+  index_.emplace(key, page.begin());
   pages_.splice(pages_.begin(), page);
   pages_.front() = {key, std::move(image)};
   bytes_ += bytesOf(pages_.front().image);
@@ -31,10 +31,10 @@ void PageCache::drop(uint64_t document) {
   }
 }
 
-void PageCache::erase(Place place) {
-  bytes_ -= bytesOf(place->image);
-  places_.erase(place->key);
-  pages_.erase(place);
+void PageCache::erase(Iterator page) {
+  bytes_ -= bytesOf(page->image);
+  index_.erase(page->key);
+  pages_.erase(page);
 }
 
 } // namespace viewer

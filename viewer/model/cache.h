@@ -1,4 +1,4 @@
-// Pages as they were rendered, within a bound: those used last stay.
+// Rendered pages, up to a number of bytes: the most recently used ones are kept.
 #pragma once
 
 #include <compare>
@@ -11,7 +11,7 @@
 
 namespace viewer {
 
-/// A page of an open document at a size.
+/// A page of an open document at a resolution.
 struct PageKey {
   uint64_t document = 0;
   int32_t page = 0;
@@ -23,11 +23,11 @@ class PageCache {
 public:
   explicit PageCache(size_t bytes) : bound_(bytes) {}
 
-  /// The page, which is now the one used last, or null. Stays until the next insert or drop.
+  /// The page, or null. Makes it the most recently used one. The pointer is valid until the next insert or drop.
   const host::Image *find(const PageKey &key);
-  bool has(const PageKey &key) const { return places_.contains(key); }
-  /// Keeps a page, and drops those not used for the longest time until all fit. The page itself stays in any case.
-  /// Where memory is exhausted, the image stays with the caller.
+  bool has(const PageKey &key) const { return index_.contains(key); }
+  /// Keeps a page, and drops the least recently used ones until the rest fits. The page itself is kept in any case.
+  /// If memory is exhausted, the image stays with the caller.
   void insert(const PageKey &key, host::Image &&image);
   /// Drops a document's pages.
   void drop(uint64_t document);
@@ -41,15 +41,15 @@ private:
     PageKey key;
     host::Image image;
   };
-  using Place = std::list<Page>::iterator;
-  void erase(Place place);
+  using Iterator = std::list<Page>::iterator;
+  void erase(Iterator page);
 
   size_t bound_, bytes_ = 0;
-  std::list<Page> pages_; ///< the one used last stands first
-  std::map<PageKey, Place> places_;
+  std::list<Page> pages_; ///< the most recently used one first
+  std::map<PageKey, Iterator> index_;
 };
 
-/// What an image takes.
+/// How many bytes an image takes.
 inline size_t bytesOf(const host::Image &image) { return image.pixels.size() * sizeof image.pixels[0]; }
 
 } // namespace viewer

@@ -1,5 +1,5 @@
-// The find dialog's work: steps through the places on a page, has the searcher look for the next page that has any, and
-// marks them. Independent of what plug-ins mark.
+// The find dialog's work: steps through the matches on a page, has the searcher look for the next page that has any,
+// and marks them. Independent of what plug-ins mark.
 #include <algorithm>
 
 #include "host/view/painting.h"
@@ -8,7 +8,7 @@
 namespace viewer {
 namespace {
 
-constexpr host::Rgb everyPlace{0xD8, 0xE6, 0xFF}, currentPlace{0x8F, 0xB8, 0xFF};
+constexpr host::Rgb everyMatch{0xD8, 0xE6, 0xFF}, currentMatch{0x8F, 0xB8, 0xFF};
 
 } // namespace
 
@@ -38,7 +38,7 @@ void Session::find(const FindRequest &request, bool backwards) {
   touch();
 }
 
-// Done as a whole or, where memory is exhausted, not at all: what needs memory comes first.
+// Done completely or, if memory is exhausted, not at all: allocations come first.
 void Session::takeFound(SearchResult &result) {
   const OpenDocument *document = find(result.search.document);
   const bool wanted = document != nullptr && document->document == front();
@@ -46,19 +46,19 @@ void Session::takeFound(SearchResult &result) {
   if (result.error.empty() && result.found.empty())
     message = "\u201C" + result.search.text + "\u201D is not in the document";
   else if (result.error.empty() && (result.wrapped || wrapsAtOnce_))
-    message =
-        result.search.backwards ? "Reached the start, went on from the end" : "Reached the end, went on from the start";
+    message = result.search.backwards ? "Reached the start, continued from the end"
+                                      : "Reached the end, continued from the start";
   if (!wanted) message.clear();
   std::string line = message;
   searching_ = false;
   findMessage_ = std::move(message);
   touch();
   if (!wanted) return;
-  if (!result.error.empty()) return complain(std::move(line));
+  if (!result.error.empty()) return reportError(std::move(line));
   if (result.found.empty()) {
     found_.reset();
     view()->invalidate();
-    return say(std::move(line));
+    return setMessage(std::move(line));
   }
   const size_t count = result.found.size();
   found_ = {front(), result.page, std::move(result.found), result.search.backwards ? count - 1 : 0};
@@ -74,13 +74,14 @@ void Session::endFinding() {
     found_.reset();
     if (view() != nullptr) view()->invalidate();
   }
-  say("");
+  setMessage("");
 }
 
-// Turns to the current one and, where it is out of sight, moves it to the middle; the line is for the status line.
+// Shows the page of the current match and, if the match is not visible, scrolls it to the middle. `line` is shown on
+// the status line.
 void Session::showFound(std::string line) {
   goToPage(found_->page);
-  say(std::move(line));
+  setMessage(std::move(line));
   host::PageView &shown = *view();
   const double scale = shown.dpi() / 72, height = front()->model->pageSize(found_->page).height;
   host::Box all{1e9, -1e9, -1e9, 1e9};
@@ -101,7 +102,7 @@ void Session::paintFound(host::Drawing &drawing) const {
   if (!found_ || found_->document != front() || found_->page != drawing.page) return;
   const host::Scale scale{drawing.dpi / 72, front()->model->pageSize(drawing.page).height, drawing.x, drawing.y};
   for (size_t i = 0; i < found_->found.size(); ++i)
-    host::paintMarks(drawing.image, found_->found[i].boxes, scale, i == found_->current ? currentPlace : everyPlace);
+    host::paintMarks(drawing.image, found_->found[i].boxes, scale, i == found_->current ? currentMatch : everyMatch);
 }
 
 } // namespace viewer

@@ -1,4 +1,4 @@
-// How a reader moves through a document: pages, scrolling, size.
+// Turning pages, scrolling and zooming.
 #include <algorithm>
 #include <cmath>
 
@@ -7,7 +7,7 @@
 namespace viewer {
 namespace {
 
-// The steps of zooming, as people know them.
+// The usual zoom steps.
 constexpr double zoomSteps[] = {0.1, 0.25, 0.33, 0.5, 0.67, 0.75, 0.9, 1, 1.1, 1.25, 1.5, 1.75, 2, 2.5, 3, 4, 6, 8};
 
 } // namespace
@@ -20,9 +20,9 @@ void Session::goToPage(int32_t page) {
   if (view() == nullptr) return;
   try {
     view()->showPage(std::clamp(page, 0, pageCount() - 1));
-    if (!message_.empty()) say("");
+    if (!message_.empty()) setMessage("");
   } catch (const host::HostError &error) {
-    complain(error.what());
+    reportError(error.what());
   }
   touch();
 }
@@ -47,20 +47,20 @@ void Session::scroll(int dx, int dy) {
 }
 
 void Session::scrollWindow(int direction) {
-  // A little of what was read stays in sight.
+  // A tenth of the window stays visible.
   scroll(0, direction * std::max(windowHeight_ * 9 / 10, 1));
 }
 
-double Session::place() const {
+double Session::position() const {
   return view() == nullptr ? 0 : page() + std::min(0.999, 1.0 * view()->scrollY() / std::max(1, view()->pageHeight()));
 }
 
-void Session::setPlace(double place) {
+void Session::setPosition(double position) {
   if (view() == nullptr) return;
-  const double cut = std::clamp(place, 0.0, pageCount() - 1e-3);
+  const double clamped = std::clamp(position, 0.0, pageCount() - 1e-3);
   const int x = view()->scrollX();
-  goToPage(static_cast<int32_t>(cut));
-  view()->scrollTo(x, static_cast<int>(std::lround((cut - std::floor(cut)) * view()->pageHeight())));
+  goToPage(static_cast<int32_t>(clamped));
+  view()->scrollTo(x, static_cast<int>(std::lround((clamped - std::floor(clamped)) * view()->pageHeight())));
 }
 
 double Session::visibleShare() const {

@@ -1,4 +1,5 @@
-// The rendering thread. It has a file of its own for each document, because the PDF library wants one a thread.
+// The rendering thread. It opens each document's file separately, because the PDF library needs one instance per
+// thread.
 #include "viewer/model/renderer.h"
 
 #include <sys/stat.h>
@@ -9,7 +10,7 @@
 namespace viewer {
 namespace {
 
-// What tells that a file is still the one that was opened.
+// Whether a file is still the one that was opened: equal identities.
 struct Identity {
   dev_t device = 0;
   ino_t number = 0;
@@ -25,12 +26,12 @@ std::optional<Identity> identityOf(const std::filesystem::path &file) {
   return Identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-// A line about a failure, for which there may be no memory either.
+// A line about a failure. There may be no memory for it either.
 template <typename Line> std::string lineOf(const Line &line) {
   try {
     return line();
   } catch (const std::bad_alloc &) {
-    return "out of memory"; // short enough to need none
+    return "out of memory"; // too short to need an allocation
   }
 }
 
@@ -38,7 +39,7 @@ template <typename Line> std::string lineOf(const Line &line) {
 
 struct Renderer::Source {
   std::filesystem::path file;
-  std::list<uint64_t> note; ///< the document's number, for the results when the file has changed; empty afterwards
+  std::list<uint64_t> note; ///< the document's number; moved to the results when the file has changed
   std::unique_ptr<host::PdfFile> pdf = nullptr;
   std::optional<Identity> identity = std::nullopt;
 };
@@ -63,7 +64,7 @@ void Renderer::open(uint64_t document, const std::filesystem::path &file, const 
   order.front().source.emplace(document, std::make_unique<Source>(Source{file, {document}}));
   order.front().answer.emplace_back().document = document;
   const std::lock_guard lock(mutex_);
-  closed_.reserve(sources_.size() + orders_.size() + 2); // with this one and the one being opened
+  closed_.reserve(sources_.size() + orders_.size() + 2); // including this one and the one being opened
   orders_.splice(orders_.end(), order);
   work_.notify_one();
 }
@@ -103,13 +104,13 @@ void Renderer::run() {
   end_.notify_one();
 }
 
-// Does one thing; false when there is nothing to do.
+// Executes one order; false if there is none.
 bool Renderer::step(std::unique_lock<std::mutex> &lock) {
   if (!closed_.empty()) {
     const uint64_t document = closed_.back();
     closed_.pop_back();
     const auto source = sources_.extract(document);
-    lock.unlock(); // a large document takes its time to go
+    lock.unlock(); // destroying a large document takes long
     if (!source.empty()) source.mapped()->pdf.reset();
     lock.lock();
     return true;
@@ -138,7 +139,7 @@ void Renderer::openNext(std::unique_lock<std::mutex> &lock) {
     opened.pdf = host::PdfFile::open(source.file, password);
   } catch (const host::DocumentError &error) {
     opened.error = lineOf([&] { return std::string(error.what()); });
-    opened.wantsPassword = error.reason == host::DocumentError::wrongPassword;
+    opened.needsPassword = error.reason == host::DocumentError::wrongPassword;
   } catch (const std::bad_alloc &) {
     opened.error = lineOf([&] { return host::nameInMessage(source.file) + ": memory is exhausted"; });
   } catch (const std::exception &error) {
@@ -149,12 +150,12 @@ void Renderer::openNext(std::unique_lock<std::mutex> &lock) {
   results_.opened.splice(results_.opened.end(), order.front().answer);
   lock.unlock();
   wake_();
-  // The owner is busy with its own by now.
+  // By now the owner uses its own instance.
   if (there) {
     try {
       source.pdf = host::PdfFile::open(source.file, password);
     } catch (const std::exception &) {
-      source.pdf.reset(); // each page says so
+      source.pdf.reset(); // each page reports an error
     }
   }
   lock.lock();

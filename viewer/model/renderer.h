@@ -1,5 +1,5 @@
-// The thread that waits for the PDF library, so that the window never does: it opens files and renders pages. What it
-// has done is collected by the thread that owns it.
+// The thread that opens files and renders pages, so that the window never waits for the PDF library. The thread that
+// owns it collects the results.
 #pragma once
 
 #include <chrono>
@@ -20,15 +20,15 @@
 
 namespace viewer {
 
-/// A file that was asked for: the document, or why there is none.
+/// A requested file: the document, or the error.
 struct OpenedFile {
   uint64_t document = 0;
-  std::unique_ptr<host::PdfFile> pdf; ///< the owner's own; the thread draws from another
-  std::string error;                  ///< one line, when there is no document
-  bool wantsPassword = false;
+  std::unique_ptr<host::PdfFile> pdf; ///< the owner's instance; the thread renders from another one
+  std::string error;                  ///< one line, if there is no document
+  bool needsPassword = false;
 };
 
-/// A page that was wanted: its image, or why there is none.
+/// A requested page: its image, or the error.
 struct RenderedPage {
   PageKey key;
   host::Image image;
@@ -39,25 +39,25 @@ class Renderer {
 public:
   /// `wake` is called on the thread whenever there is something to collect.
   explicit Renderer(std::function<void()> wake);
-  ~Renderer(); ///< waits for the page under way
+  ~Renderer(); ///< waits for the page being rendered
   Renderer(const Renderer &) = delete;
   Renderer &operator=(const Renderer &) = delete;
 
-  /// Has the thread end and waits so long for it; false where a page is still under way.
+  /// Ends the thread and waits for it up to the timeout; false if a page is still being rendered.
   bool finish(std::chrono::milliseconds timeout);
-  /// Opens a file under a number of the owner's choice.
+  /// Opens a file. The owner chooses the document's number.
   void open(uint64_t document, const std::filesystem::path &file, const std::string &password);
   void close(uint64_t document);
-  /// The pages to render, the most urgent first. Replaces what was wanted before, but for the page under way.
+  /// The pages to render, the most urgent first. Replaces the previous list; the page being rendered is completed.
   void want(const std::vector<PageKey> &pages);
 
   struct Results {
     std::list<OpenedFile> opened;
     std::list<RenderedPage> rendered;
-    std::list<uint64_t> changed; ///< documents whose files are no longer what they were
+    std::list<uint64_t> changed; ///< documents whose files have changed
   };
   Results collect();
-  // open() and want() throw std::bad_alloc and do nothing where memory is exhausted; the others need none.
+  // If memory is exhausted, open() and want() throw std::bad_alloc and do nothing; the others allocate nothing.
 
 private:
   struct Source;
@@ -67,18 +67,18 @@ private:
   void renderNext(std::unique_lock<std::mutex> &lock);
 
   std::function<void()> wake_;
-  std::mutex mutex_; ///< of everything below; what a source holds is the thread's
+  std::mutex mutex_; ///< protects everything below, except the contents of sources, which only the thread uses
   std::condition_variable work_, end_;
   using Sources = std::map<uint64_t, std::unique_ptr<Source>>;
-  // An order has everything that its answer is put into: the thread could not say that there is no memory for it.
+  // An order holds the memory of its answer: the thread could not report that there is none.
   struct Order {
     std::string password;
-    Sources source;               ///< the one
-    std::list<OpenedFile> answer; ///< the one
+    Sources source;               ///< of one element
+    std::list<OpenedFile> answer; ///< of one element
   };
   std::list<Order> orders_;
   std::optional<uint64_t> opening_;
-  std::vector<uint64_t> closed_; ///< documents to close, each once; has memory for all that are open or ordered
+  std::vector<uint64_t> closed_; ///< documents to close, each once; has capacity for all that are open or ordered
   std::list<RenderedPage> wanted_;
   std::optional<PageKey> underWay_;
   Results results_;

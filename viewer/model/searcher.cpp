@@ -1,4 +1,4 @@
-// The searching thread; it keeps the file that it searched last.
+// The searching thread. It keeps the last searched file open.
 #include "viewer/model/searcher.h"
 
 #include <utility>
@@ -65,7 +65,7 @@ void Searcher::run() {
     lock.unlock();
     SearchResult result = look(std::move(search));
     lock.lock();
-    if (next_ || stops_ || ends_) continue; // nobody waits for this one any more
+    if (next_ || stops_ || ends_) continue; // the result is obsolete
     result_ = std::move(result);
     progress_.reset();
     lock.unlock();
@@ -76,13 +76,13 @@ void Searcher::run() {
   end_.notify_one();
 }
 
-bool Searcher::overtaken() {
+bool Searcher::cancelled() {
   const std::lock_guard lock(mutex_);
   return next_.has_value() || stops_ || ends_;
 }
 
 SearchResult Searcher::look(Search asked) {
-  SearchResult result{std::move(asked), 0, {}, false, {}}; // the thread could not say that there is no memory for it
+  SearchResult result{std::move(asked), 0, {}, false, {}}; // made first: on an error there may be no memory for it
   const Search &search = result.search;
   result.page = search.page;
   try {
@@ -92,11 +92,11 @@ SearchResult Searcher::look(Search asked) {
       document_ = search.document;
     }
     int32_t page = search.page;
-    for (int32_t looked = 0; looked < search.pages && !overtaken(); ++looked) {
+    for (int32_t searched = 0; searched < search.pages && !cancelled(); ++searched) {
       try {
         result.found = finder.find(pdf_->text(page));
       } catch (const host::HostError &) {
-        result.found.clear(); // a damaged page has no text; the others may have
+        result.found.clear(); // a damaged page has no text; other pages may
       }
       result.page = page;
       if (!result.found.empty()) return result;
@@ -107,13 +107,13 @@ SearchResult Searcher::look(Search asked) {
       }
       {
         const std::lock_guard lock(mutex_);
-        if (!next_ && !stops_) progress_ = looked + 1;
+        if (!next_ && !stops_) progress_ = searched + 1;
       }
       wake_();
     }
   } catch (const std::bad_alloc &) {
     result.found.clear();
-    result.error = "out of memory"; // short enough to need none
+    result.error = "out of memory"; // too short to need an allocation
   } catch (const std::exception &error) {
     result.error = error.what();
   }

@@ -1,4 +1,4 @@
-// The session: documents, their opening and closing, and what is drawn. How a reader moves is in moving.cpp, the find
+// The session: opening and closing of documents, and drawing. Scrolling and zooming are in moving.cpp, the find
 // dialog's work in finding.cpp.
 #include "viewer/model/session.h"
 
@@ -53,10 +53,10 @@ void Session::open(const Target &target, const std::string &password) {
   std::string line = "Opening " + target.file.filename().string();
   request({++numbers_, absolute, password, std::nullopt});
   openingLine_ = line;
-  say(std::move(line));
+  setMessage(std::move(line));
 }
 
-// Either both it and the renderer have it, or neither.
+// Added to both `pending_` and the renderer, or to neither.
 void Session::request(Pending pending) {
   pending_.reserve(pending_.size() + 1);
   renderer_.open(pending.number, pending.target.file, pending.password);
@@ -71,25 +71,25 @@ void Session::reload() {
   request({++numbers_, document->target, document->password, document->number});
 }
 
-// Its line goes, not that of another file that could not be opened.
-void Session::sayOpened() {
-  if (message_ == openingLine_) say("");
+// Clears the message "Opening", but not an error of another file.
+void Session::clearOpeningMessage() {
+  if (message_ == openingLine_) setMessage("");
 }
 
 void Session::takeOpened(OpenedFile &opened) {
   const auto waiting =
       std::find_if(pending_.begin(), pending_.end(), [&](const Pending &one) { return one.number == opened.document; });
-  if (waiting == pending_.end()) return renderer_.close(opened.document); // nobody waits for it any more
+  if (waiting == pending_.end()) return renderer_.close(opened.document); // closed meanwhile
   const Pending pending = std::move(*waiting);
   pending_.erase(waiting);
-  sayOpened();
+  clearOpeningMessage();
   touch();
   if (opened.pdf != nullptr) return takeDocument(pending, std::move(opened.pdf));
-  asksPassword_ = opened.wantsPassword && questions != nullptr;
+  asksPassword_ = opened.needsPassword && questions != nullptr;
   if (asksPassword_)
     questions->askPassword(pending.target, !pending.password.empty());
   else
-    complain(std::move(opened.error));
+    reportError(std::move(opened.error));
 }
 
 void Session::takeDocument(const Pending &pending, std::unique_ptr<host::PdfFile> pdf) {
@@ -106,16 +106,16 @@ void Session::takeDocument(const Pending &pending, std::unique_ptr<host::PdfFile
       if (last != nullptr) open_.pop_back();
       renderer_.close(pending.number);
       const bool memory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
-      return complain(host::nameInMessage(pending.target.file) + ": " +
-                      (memory ? "memory is exhausted" : error.what()));
+      return reportError(host::nameInMessage(pending.target.file) + ": " +
+                         (memory ? "memory is exhausted" : error.what()));
     }
-    if (!failure_) failure_ = std::current_exception(); // it is there, though a plug-in may not know of it
+    if (!failure_) failure_ = std::current_exception(); // it is open, but a plug-in may not have been notified
   }
   if (OpenDocument *before = pending.replaces ? find(*pending.replaces) : nullptr) replace(*before);
   app_.toolBar()->updateStates();
 }
 
-// The document that came last takes the place of another: its page, its size, its line in the menu.
+// The document opened last replaces another one: it gets its page, its size and its menu entry.
 void Session::replace(OpenDocument &before) {
   const host::PageView &old = *before.document->view;
   host::ViewerDocument *const now = order_.back();
@@ -131,7 +131,7 @@ void Session::replace(OpenDocument &before) {
   close(before);
 }
 
-// Called when a document is there, before the plug-ins are notified. Where it fails, nothing refers to the document.
+// Called when a document is open, before the plug-ins are notified. If it throws, nothing refers to the document.
 void Session::prepare(host::ViewerDocument &document) {
   host::PageView &view = *document.view;
   view.setMargin(margin_);
@@ -161,17 +161,17 @@ void Session::close(OpenDocument &document) {
   std::erase_if(open_, [&](const auto &one) { return one.get() == &document; });
   try {
     app_.close(closing);
-  } catch (const std::exception &) { // it is closed all the same
+  } catch (const std::exception &) { // it is closed nevertheless
     showFront();
     throw;
   }
   showFront();
-  say("");
+  setMessage("");
 }
 
-// Whatever has come to front is shown as the window is now.
+// Fits the document in front to the current window and has it drawn.
 void Session::showFront() {
-  waitingSince_.reset(); // it was another page that was waited for
+  waitingSince_.reset(); // it belonged to another page
   if (host::PageView *shown = view()) {
     shown->setMargin(margin_);
     if (windowWidth_ > 0) shown->setWindow(windowWidth_, windowHeight_);
@@ -207,7 +207,7 @@ void Session::bringToFront(size_t index) {
   if (index >= order_.size() || order_[index] == front()) return;
   app_.bringToFront(*order_[index]);
   showFront();
-  say("");
+  setMessage("");
 }
 
 size_t Session::frontIndex() const {
@@ -225,7 +225,7 @@ void Session::setWindow(int width, int height, int margin) {
   touch();
 }
 
-// A step that fails keeps none of the others from being done.
+// Notes a failure, so that the other steps are done nevertheless.
 template <typename Step> bool Session::attempt(const Step &step) {
   try {
     step();
@@ -243,7 +243,7 @@ void Session::collect() {
   arrived_.rendered.splice(arrived_.rendered.end(), results.rendered);
   arrived_.changed.splice(arrived_.changed.end(), results.changed);
   if (!searched_) searched_ = searcher_.collect();
-  if (!arrived_.opened.empty()) { // one at a time: plug-ins may have much to do with each
+  if (!arrived_.opened.empty()) { // one per call: plug-ins may take long for each
     std::list<OpenedFile> opened;
     opened.splice(opened.begin(), arrived_.opened, arrived_.opened.begin());
     attempt([&] { takeOpened(opened.front()); });
@@ -252,13 +252,13 @@ void Session::collect() {
   std::erase_if(arrived_.changed, [this](uint64_t number) {
     return attempt([&] {
       if (const OpenDocument *document = find(number))
-        complain(host::nameInMessage(document->target.file) + ": has changed; Reload shows it as it is now");
+        reportError(host::nameInMessage(document->target.file) + ": has changed; Reload shows it as it is now");
     });
   });
   std::erase_if(arrived_.rendered, [this](RenderedPage &page) { return attempt([&] { takeRendered(page); }); });
   if (searched_ && attempt([this] { takeFound(*searched_); })) searched_.reset();
   attempt([this] { showProgress(); });
-  constexpr int atOnce = 3; // and then with whatever wakes next: memory may stay exhausted
+  constexpr int atOnce = 3; // further attempts wait for the next wake-up: memory may stay exhausted
   failures_ = failure_ ? failures_ + 1 : 0;
   if (!failure_) return;
   if (failures_ < atOnce) wake_();
@@ -272,7 +272,7 @@ void Session::showProgress() {
   touch();
 }
 
-// Done as a whole or, where memory is exhausted, not at all.
+// Done completely or, if memory is exhausted, not at all.
 void Session::takeRendered(RenderedPage &page) {
   OpenDocument *document = find(page.key.document);
   if (document == nullptr) return;
@@ -282,7 +282,7 @@ void Session::takeRendered(RenderedPage &page) {
   if (error.empty()) {
     document->errors.erase(page.key.page);
   } else {
-    // White paper in its place: the window shows the reason on it.
+    // A white page instead; the window shows the reason on it.
     const host::PageSize size = document->document->model->pageSize(page.key.page);
     page.image.width = std::max(1, static_cast<int>(size.width * page.key.dpi / 72));
     page.image.height = std::max(1, static_cast<int>(size.height * page.key.dpi / 72));
@@ -291,7 +291,7 @@ void Session::takeRendered(RenderedPage &page) {
     document->errors[page.key.page] = page.error;
   }
   cache_.insert(page.key, std::move(page.image));
-  if (!error.empty() && shown) complain(std::move(error));
+  if (!error.empty() && shown) reportError(std::move(error));
   if (shown && page.key.dpi == of.dpi()) of.invalidate();
 }
 
@@ -307,7 +307,7 @@ const host::Image *Session::pageImage(host::ViewerDocument &document, int32_t pa
   return open == nullptr ? nullptr : cache_.find({open->number, page, dpi});
 }
 
-// The page in front; when it is drawn, as far as all of them fit, the next one and the one before.
+// Requests the page in front; once it is drawn, also the next and the previous one, as far as all of them fit.
 void Session::requestPages() {
   const OpenDocument *document = find(front());
   if (document == nullptr) return renderer_.want({});
@@ -322,13 +322,13 @@ void Session::requestPages() {
       if (bytes > cache_.bound() && page != this->page()) break;
       if (!cache_.has(key)) wanted.push_back(key);
     } catch (const host::HostError &) {
-      continue; // a neighbour that is damaged; whoever turns there is told
+      continue; // a damaged neighbour: the error is reported when it is in front
     }
   }
   renderer_.want(std::move(wanted));
 }
 
-// Two resolutions can give a page the same width in pixels, and need an image each.
+// The resolution is compared, too: the same width in pixels does not imply the same image.
 bool Session::outlineIsShown() const {
   host::PageView &awaited = *view();
   if (!waitingSince_ || shown_.page != awaited.page() || shown_.dpi != awaited.dpi() ||
@@ -350,7 +350,7 @@ bool Session::draw() {
     try {
       drawPage(*drawn);
     } catch (const std::exception &) {
-      drawn->invalidate(); // it is not shown yet
+      drawn->invalidate(); // so that it is drawn again
       throw;
     }
   } else {
@@ -361,7 +361,7 @@ bool Session::draw() {
 }
 
 void Session::drawPage(host::PageView &drawn) {
-  // A plug-in may turn and scroll while it is drawn; the image is of what was to be seen before.
+  // A plug-in may turn the page and scroll during the drawing; the image shows the state from before.
   Shown shows{
       {}, true, drawn.page(), drawn.dpi(), drawn.pageWidth(), drawn.pageHeight(), drawn.scrollX(), drawn.scrollY()};
   shows.drawing = app_.draw(*front());
@@ -379,19 +379,19 @@ void Session::drawPage(host::PageView &drawn) {
   shownDocument_ = find(front())->number;
   withoutHighlights_.reset();
   highlights_.clear();
-  showHighlights(); // those of the drawing just made
+  showHighlights(); // on the new drawing
   forgetWords(shown_.page);
-  if (!waits) app_.toolBar()->updateStates(); // what a button leads to depends on the page shown
+  if (!waits) app_.toolBar()->updateStates(); // their states depend on the page shown
   touch();
 }
 
-// The line stays until a page is drawn that has no such hits, and replaces no other message.
+// The message is removed when a page without such hits is drawn. Another message is not removed.
 void Session::reportOffPage(const host::Drawing &drawing) {
   std::string line;
   if (drawing.offPage > 0)
     line = "Page " + std::to_string(drawing.page + 1) + ": " + std::to_string(drawing.offPage) +
            (drawing.offPage == 1 ? " hit is" : " hits are") + " outside of the page and not marked";
-  if (message_ == offPageLine_ && message_ != line) say(line);
+  if (message_ == offPageLine_ && message_ != line) setMessage(line);
   offPageLine_ = line;
 }
 
@@ -411,7 +411,7 @@ bool Session::showHighlights() {
   return true;
 }
 
-// The words of a page take a hundred times what they say; those of the pages seen last are kept.
+// The words of a page take a hundred times the memory of its text; those of the most recently shown pages are kept.
 void Session::forgetWords(int32_t shown) {
   constexpr size_t kept = 8;
   std::vector<int32_t> &withWords = find(front())->withWords;
@@ -437,14 +437,14 @@ bool Session::press(host::ToolButton &button, uint32_t modifiers) {
   return enabled;
 }
 
-void Session::say(std::string line) {
+void Session::setMessage(std::string line) {
   message_ = std::move(line);
   touch();
 }
 
-void Session::complain(std::string line) {
+void Session::reportError(std::string line) {
   std::fprintf(stderr, "tavrel: %s\n", line.c_str());
-  say(std::move(line));
+  setMessage(std::move(line));
 }
 
 std::string Session::title() const {

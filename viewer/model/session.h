@@ -1,8 +1,8 @@
-// What the viewer does and shows, without a window: the open documents, the page in front, what is found, and what the
-// status line says. A window calls the deeds below, draws what draw() gives, and asks for the rest.
+// The viewer's logic and state, without a window: the open documents, the page in front, the matches of Find, and the
+// status line. A window calls the operations below, shows what draw() has drawn, and reads the rest.
 //
-// All of it runs on the thread that plug-ins run on. Opening, rendering and searching are done by threads; `wake` tells
-// the owner, from any thread, to call collect() soon.
+// All of it runs on the thread that plug-ins run on. Opening, rendering and searching are done by other threads. They
+// call `wake`, after which the owner calls collect() soon.
 #pragma once
 
 #include <chrono>
@@ -21,11 +21,11 @@
 
 namespace viewer {
 
-/// What the window is asked for besides its looks.
+/// Questions to the user.
 class Questions {
 public:
   virtual ~Questions() = default;
-  /// A file wants a password, or another one; sooner or later Session::open is called again, or not.
+  /// A file is encrypted: a password is needed, or another one. The answer, if any, is a call of Session::open.
   virtual void askPassword(const Target &target, bool again) = 0;
 };
 
@@ -41,12 +41,12 @@ struct FindRequest {
 
 /// What the page area shows: a drawing, or the outline of a page that is still being rendered.
 struct Shown {
-  std::optional<host::Drawing> drawing; ///< none: the outline
-  bool document = false;                ///< whether there is a document at all
+  std::optional<host::Drawing> drawing; ///< none: the outline is shown
+  bool document = false;                ///< whether a document is open
   int32_t page = 0;
   double dpi = 0;
-  int pageWidth = 0, pageHeight = 0; ///< of the whole page, in pixels
-  int scrollX = 0, scrollY = 0;      ///< when it was drawn
+  int pageWidth = 0, pageHeight = 0; ///< of the complete page, in pixels
+  int scrollX = 0, scrollY = 0;      ///< at the time of the drawing
 };
 
 class Session {
@@ -60,8 +60,8 @@ public:
 
   // ---- documents
 
-  /// Opens a file; it is in front when it is there. One that is open already comes to front instead, unless it is to be
-  /// opened with other parameters.
+  /// Opens a file; once it is open it is in front. A file that is open already is brought to front instead, unless the
+  /// parameters differ.
   void open(const Target &target, const std::string &password = {});
   /// Whether a file is still being opened.
   bool opening() const { return !pending_.empty(); }
@@ -69,9 +69,9 @@ public:
   bool asksPassword() const { return asksPassword_; }
   void closeFront();
   void closeAll();
-  /// Ends the rendering and the searching and waits so long for both; false where a page is still under way.
+  /// Ends rendering and searching and waits for both up to the timeout; false if a page is still in progress.
   bool finish(std::chrono::milliseconds timeout);
-  /// Opens the front document's file anew, on the same page; until it is there, and where it cannot be opened any more,
+  /// Opens the front document's file again, on the same page. Until it is open, and if it cannot be opened any more,
   /// the document stays as it is.
   void reload();
   void bringToFront(size_t index);
@@ -83,25 +83,26 @@ public:
 
   // ---- the page
 
-  /// What 100 % means; before the first collect().
+  /// The resolution of 100 %. To be set before the first collect().
   void setScreenDpi(double dpi) { screenDpi_ = dpi; }
   void setWindow(int width, int height, int margin);
   int32_t pageCount() const;
   int32_t page() const;
-  /// Cut to the pages that there are.
+  /// The number is clamped to the existing pages.
   void goToPage(int32_t page);
-  /// Turns that many pages.
+  /// Turns by that many pages.
   void turn(int32_t pages);
-  /// Scrolls by pixels; at an end of the page it turns.
+  /// Scrolls by pixels; at an end of the page it turns the page.
   void scroll(int dx, int dy);
   /// Scrolls by pixels and stays on the page.
   void drag(int dx, int dy);
-  /// Scrolls by a windowful, up (-1) or down (1).
+  /// Scrolls by a page of the window, up (-1) or down (1).
   void scrollWindow(int direction);
-  /// A place in the whole document: pages from 0, and how far down that page. What the scroll bar shows and sets.
-  double place() const;
-  void setPlace(double place);
-  /// The part of the page that is visible, of 1.
+  /// The position in the document, which the scroll bar shows and sets: the page from 0, plus the part of it above the
+  /// window.
+  double position() const;
+  void setPosition(double position);
+  /// The visible part of the page, from 0 to 1.
   double visibleShare() const;
 
   double zoom() const; ///< 1 is 100 %
@@ -116,49 +117,48 @@ public:
   void find(const FindRequest &request, bool backwards);
   void findAgain(bool backwards) { find(request_, backwards); }
   bool searching() const { return searching_; }
-  /// Ends a search, and takes the marks of what was found away.
+  /// Ends a search and removes its marks.
   void endFinding();
-  /// What became of the last search, for the dialog.
+  /// The outcome of the last search, for the dialog.
   const std::string &findMessage() const { return findMessage_; }
 
-  // ---- what plug-ins put on the tool bar
+  // ---- the plug-ins' buttons on the tool bar
 
-  /// Presses a button, with the modifier keys (ModifierKey) held meanwhile. False when it is greyed.
+  /// Presses a button while the modifier keys (ModifierKey) are held. False if it is greyed.
   bool press(host::ToolButton &button, uint32_t modifiers);
 
   // ---- showing
 
-  /// Takes over what the threads have done. Where that fails for lack of memory, what follows is taken over all the
-  /// same; the rest stays for the next call, which `wake` asks for, and the failure is thrown at the end.
+  /// Takes over the threads' results. If memory is exhausted for one of them, the following ones are taken over
+  /// nevertheless; the rest stays for the next call, which `wake` requests, and the failure is thrown at the end.
   void collect();
-  /// Whether draw() has something to do now: not while a plug-in is called, nor while the page is awaited and its
-  /// outline is shown.
+  /// Whether draw() has something to do now: not during a call of a plug-in, nor while the outline of a page that is
+  /// being rendered is shown.
   bool needsDrawing() const;
-  /// Draws the page in front, unless a plug-in is being called; true when there is something new to show.
+  /// Draws the page in front, unless a plug-in is being called; true if there is something new to show.
   bool draw();
-  /// Brings what plug-ins have highlighted (PageViewHighlightText) onto the drawing shown, also while one is called;
-  /// true when there is something new to show. The drawing itself stays, and no plug-in is called.
+  /// Adds what plug-ins have highlighted (PageViewHighlightText) to the drawing shown, also during a call of a plug-in;
+  /// true if there is something new to show. The drawing itself stays, and no plug-in is called.
   bool showHighlights();
-  /// Called when the page in front is invalid or its highlights have changed, from within the call into the plug-in.
+  /// Called when the page in front is invalid or its highlights have changed, during the call of the plug-in.
   std::function<void()> pageListener;
   const Shown &shown() const { return shown_; }
-  /// Since when the page in front is waited for.
+  /// Since when the window has been waiting for the page in front.
   std::optional<std::chrono::steady_clock::time_point> waitingSince() const { return waitingSince_; }
-  /// What went wrong with the page in front, or empty.
+  /// The error of the page in front, or empty.
   std::string pageError() const;
 
-  /// Counts everything that a window may have to show anew.
+  /// A counter of changes that a window may have to show.
   uint64_t changes() const { return changes_; }
   void touch() { ++changes_; }
-  /// The host's own line on the status line; one error line goes to standard error, too.
+  /// The viewer's text on the status line. Errors are printed to standard error, too.
   const std::string &message() const { return message_; }
-  void say(std::string line);
-  void complain(std::string line);
+  void setMessage(std::string line);
+  void reportError(std::string line);
   std::string title() const;
   std::vector<int32_t> markedPages() const;
 
   const PageCache &cache() const { return cache_; }
-  double screenDpi() const { return screenDpi_; }
 
   static constexpr size_t cacheBytes = size_t{64} * 1024 * 1024;
 
@@ -168,14 +168,14 @@ private:
     host::ViewerDocument *document = nullptr;
     Target target;
     std::string password;
-    std::map<int32_t, std::string> errors; ///< of pages
-    std::vector<int32_t> withWords;        ///< pages whose words are kept, the one seen last at the end
+    std::map<int32_t, std::string> errors; ///< by page
+    std::vector<int32_t> withWords;        ///< pages whose words are kept, the most recently shown last
   };
   struct Pending {
     uint64_t number = 0;
     Target target;
     std::string password;
-    std::optional<uint64_t> replaces; ///< the open document that it is a newer state of
+    std::optional<uint64_t> replaces; ///< the open document that is being reloaded
   };
   struct FoundOnPage {
     host::ViewerDocument *document = nullptr;
@@ -190,7 +190,7 @@ private:
   void takeDocument(const Pending &pending, std::unique_ptr<host::PdfFile> pdf);
   void replace(OpenDocument &before);
   void showFront();
-  void sayOpened();
+  void clearOpeningMessage();
   void takeRendered(RenderedPage &page);
   void takeFound(SearchResult &result);
   void showProgress();
@@ -217,15 +217,15 @@ private:
   std::vector<Pending> pending_;
   uint64_t numbers_ = 0;
   bool asksPassword_ = false;
-  Renderer::Results arrived_; ///< to be taken over
+  Renderer::Results arrived_; ///< not taken over yet
   std::optional<SearchResult> searched_;
-  std::exception_ptr failure_; ///< the first one of a collect()
-  int failures_ = 0;           ///< calls of collect() in a row that failed
+  std::exception_ptr failure_; ///< the first failure of a collect()
+  int failures_ = 0;           ///< consecutive calls of collect() that failed
   PageCache cache_{cacheBytes};
   Shown shown_;
   uint64_t shownDocument_ = 0;                   ///< the number of the document drawn
-  std::vector<host::MarkedArea> highlights_;     ///< that are on the drawing shown
-  std::optional<host::Image> withoutHighlights_; ///< that drawing as page-draw procedures left it, where there are any
+  std::vector<host::MarkedArea> highlights_;     ///< on the drawing shown
+  std::optional<host::Image> withoutHighlights_; ///< the drawing without highlights, if it has any
   std::optional<std::chrono::steady_clock::time_point> waitingSince_;
   FindRequest request_;
   std::optional<FoundOnPage> found_;
@@ -233,7 +233,7 @@ private:
   bool wrapsAtOnce_ = false;
   std::string findMessage_, message_, openingLine_, offPageLine_;
   uint64_t changes_ = 1;
-  Renderer renderer_; ///< the threads go first
+  Renderer renderer_; ///< last: the threads are destroyed first
   Searcher searcher_;
 };
 

@@ -1,4 +1,4 @@
-// The command line's words for a document, and the Open dialog's.
+// Parses the document arguments of the command line.
 #include "viewer/model/target.h"
 
 namespace viewer {
@@ -6,7 +6,7 @@ namespace viewer {
 Target targetOf(const std::string &argument) {
   std::error_code unknown;
   if (std::filesystem::exists(argument, unknown)) return {argument, {}};
-  // The longest name of a file that there is; else up to the first '#'.
+  // The longest name of an existing file; otherwise up to the first '#'.
   size_t end = argument.find('#');
   for (size_t hash = end; hash != std::string::npos; hash = argument.find('#', hash + 1))
     if (std::filesystem::exists(argument.substr(0, hash), unknown)) end = hash;

@@ -1,4 +1,4 @@
-// What is to be opened: a file, and what stands behind its name.
+// What is to be opened: a file, and the parameters after its name.
 #pragma once
 
 #include <filesystem>
@@ -8,14 +8,14 @@ namespace viewer {
 
 struct Target {
   std::filesystem::path file;
-  std::string parameters; ///< "page=3&xml=hits.xml"; what they mean is plug-ins' business
+  std::string parameters; ///< "page=3&xml=hits.xml"; plug-ins interpret them
   bool operator==(const Target &) const = default;
 };
 
-/// "paper.pdf#page=3": the name ends at the first '#', unless there is a file with one in its name.
+/// "paper.pdf#page=3": the name ends at the first '#', unless a file exists with a '#' in its name.
 Target targetOf(const std::string &argument);
 
-/// Adds a parameter; its value is encoded so that it may hold anything.
+/// Adds a parameter; its value is percent-encoded, so that it may contain any byte.
 void addParameter(Target &target, const std::string &name, const std::string &value);
 
 } // namespace viewer

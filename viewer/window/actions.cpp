@@ -1,4 +1,4 @@
-// The table of actions, and the translations that follow from it.
+// The table of actions, and the translations made from it.
 #include "viewer/window/actions.h"
 
 #include <algorithm>
@@ -17,12 +17,12 @@ bool hasSomethingToFind(const MainWindow &window) {
 bool hasPageBefore(const MainWindow &window) { return window.session().page() > 0; }
 bool hasPageAfter(const MainWindow &window) { return window.session().page() + 1 < window.session().pageCount(); }
 
-// How far a line and a sideways step go, in pixels at 96 dots per inch.
+// The distances that arrow keys and the wheel scroll, in pixels at 96 dots per inch.
 constexpr double line = 48, wheel = 90;
 
 Session &of(MainWindow &window) { return window.session(); }
 
-// Where there is nothing to scroll to, the arrows turn pages.
+// Scrolls sideways; turns the page if there is nothing to scroll.
 void sideways(MainWindow &window, int direction) {
   const host::PageView *view = of(window).view();
   const int before = view->scrollX();
@@ -59,8 +59,8 @@ constexpr Action table[] = {
     {"AboutPlugIns", "Help", "About Plug-Ins", nullptr, nullptr, [](MainWindow &w) { w.showPlugins(); }, nullptr, true},
     {"About", "Help", "About Tavrel", nullptr, nullptr, [](MainWindow &w) { w.showAbout(); }, nullptr},
 
-    {"PageDown", nullptr, "A windowful down", "~Ctrl<Key>osfPageDown: %s\n~Shift<Key>space: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(1); }, hasDocument},
-    {"PageUp", nullptr, "A windowful up", "~Ctrl<Key>osfPageUp: %s\nShift<Key>space: %s\n<Key>osfBackSpace: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(-1); }, hasDocument},
+    {"PageDown", nullptr, "A page of the window down", "~Ctrl<Key>osfPageDown: %s\n~Shift<Key>space: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(1); }, hasDocument},
+    {"PageUp", nullptr, "A page of the window up", "~Ctrl<Key>osfPageUp: %s\nShift<Key>space: %s\n<Key>osfBackSpace: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(-1); }, hasDocument},
     {"LineDown", nullptr, "A little down", "<Key>osfDown: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, w.pixels(line)); }, hasDocument},
     {"LineUp", nullptr, "A little up", "<Key>osfUp: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, -w.pixels(line)); }, hasDocument},
     {"Right", nullptr, "To the right, or the next page", "<Key>osfRight: %s\n", nullptr, [](MainWindow &w) { sideways(w, 1); }, hasDocument},

@@ -1,5 +1,5 @@
-// Everything that a person can do, in one table: its name, where it stands in the menus, its keys on the page, its
-// button on the tool bar, and what it does. The keys of the menus' entries are resources: share/Tavrel.ad.
+// The table of all user actions: name, menu, keys on the page, button on the tool bar, and function. The keys of the
+// menus' entries are resources: share/Tavrel.ad.
 #pragma once
 
 #include <X11/Intrinsic.h>
@@ -12,15 +12,15 @@ namespace viewer {
 class MainWindow;
 
 struct Action {
-  const char *name;  ///< in translations, do(NextPage), and of the menu's entry in resources, which give it its key
-  const char *menu;  ///< in which menu it stands; null: in none
-  const char *label; ///< there
-  /// Translations of the page area that do it, each ending in a line feed, with %s for the deed; null: none.
+  const char *name;  ///< in translations, do(NextPage), and of the menu's entry, whose key is a resource
+  const char *menu;  ///< its menu; null: none
+  const char *label; ///< of its entry there
+  /// Translations of the page area that invoke it, each ending in a line feed, with %s for the action; null: none.
   const char *keys;
   const char *button; ///< on the tool bar; null: none
   void (*run)(MainWindow &window);
   bool (*possible)(const MainWindow &window); ///< null: always
-  bool separated = false;                     ///< a line stands above it in the menu
+  bool separated = false;                     ///< after a separator in the menu
 };
 
 /// In the order of the menus.
@@ -32,11 +32,11 @@ const Action *findAction(const std::string &name);
 std::span<const char *const> menuNames();
 inline constexpr const char *pluginMenu = "Tools", *windowMenu = "Window";
 
-/// The keys and the mouse on the page, as translations; those of a user's resource come on top of them.
+/// The translations of keys and mouse on the page; a user's resource overrides them.
 std::string pageTranslations();
-/// How a translation's key is written for people: "Ctrl+Shift+G" for "Ctrl Shift<Key>g".
+/// A translation's key as it is shown to users: "Ctrl+Shift+G" for "Ctrl Shift<Key>g".
 std::string keyName(const std::string &translation);
-/// A widget's name for a tool button's: resources cannot have a colon in it.
+/// The widget's name for a tool button's: names in resources cannot contain a colon.
 std::string widgetName(const std::string &button);
 
 } // namespace viewer

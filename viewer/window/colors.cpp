@@ -1,4 +1,4 @@
-// Colours and images of the display. A true-colour visual with a byte a colour is what every display of today has.
+// Colours and images of the display. Every current display has a true-colour visual with a byte per colour.
 #include "viewer/window/colors.h"
 
 #include <bit>
@@ -28,16 +28,16 @@ void Colors::put(Drawable drawable, GC context, const uint32_t *pixels, int widt
   image->byte_order = std::endian::native == std::endian::little ? LSBFirst : MSBFirst;
   XPutImage(display_, drawable, context, image, 0, 0, x, y, static_cast<unsigned>(width),
             static_cast<unsigned>(height));
-  image->data = nullptr; // not the image's
+  image->data = nullptr; // not owned by the image
   XDestroyImage(image);
 }
 
-uint32_t blend(const host::Rgb &ground, const host::Rgb &ink, double share) {
+uint32_t blend(const host::Rgb &background, const host::Rgb &ink, double share) {
   const auto mixed = [share](uint8_t from, uint8_t to) {
     return static_cast<uint32_t>(std::lround(from + (to - from) * share));
   };
-  return 0xFF000000U | mixed(ground.red, ink.red) << 16U | mixed(ground.green, ink.green) << 8U |
-         mixed(ground.blue, ink.blue);
+  return 0xFF000000U | mixed(background.red, ink.red) << 16U | mixed(background.green, ink.green) << 8U |
+         mixed(background.blue, ink.blue);
 }
 
 } // namespace viewer

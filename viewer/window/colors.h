@@ -1,4 +1,4 @@
-// Pixels on the display: 32-bit images put onto drawables, and what a pixel value looks like.
+// Pixels on the display: puts 32-bit images onto drawables and converts pixel values to colours.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -11,11 +11,11 @@ class Colors {
 public:
   explicit Colors(Widget widget);
 
-  /// Whether the display takes our pixels: 24 or 32 bits of them, a byte a colour.
+  /// Whether the display takes these pixels: a depth of 24 or 32 bits, a byte per colour.
   static bool usable(Display *display);
 
   host::Rgb rgb(Pixel pixel) const;
-  /// Puts 0xRRGGBB pixels, rows without padding, at a place of a drawable.
+  /// Puts 0xRRGGBB pixels, rows without padding, at a position of a drawable.
   void put(Drawable drawable, GC context, const uint32_t *pixels, int width, int height, int x, int y) const;
 
 private:
@@ -23,7 +23,7 @@ private:
   Screen *screen_;
 };
 
-/// So much of the second colour on the first, as a pixel 0xFFRRGGBB.
-uint32_t blend(const host::Rgb &ground, const host::Rgb &ink, double share);
+/// The second colour blended over the first with an opacity of `share`, as a pixel 0xFFRRGGBB.
+uint32_t blend(const host::Rgb &background, const host::Rgb &ink, double share);
 
 } // namespace viewer

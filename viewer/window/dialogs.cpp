@@ -1,4 +1,4 @@
-// Dialogs are made when they are wanted and destroyed when they are done.
+// Each dialog is created when it is shown and destroyed when it is closed.
 #include "viewer/window/dialogs.h"
 
 #include <X11/Shell.h>
@@ -25,24 +25,24 @@ void setTitle(::Widget dialog, const std::string &title) {
   XtVaSetValues(dialog, XmNdialogTitle, static_cast<XmString>(text), nullptr);
 }
 
-// A message box is as wide as its longest line.
+// Breaks long lines: a message box is as wide as its longest line.
 std::string wrapped(const std::string &text) {
   constexpr size_t longest = 60;
   std::string result = text;
-  size_t lineStart = 0, blank = std::string::npos;
+  size_t lineStart = 0, space = std::string::npos;
   for (size_t i = 0; i < result.size(); ++i) {
-    if (result[i] == ' ') blank = i;
+    if (result[i] == ' ') space = i;
     if (result[i] == '\n') lineStart = i + 1;
-    if (i - lineStart < longest || i < lineStart || blank == std::string::npos || blank < lineStart) continue;
-    result[blank] = '\n';
-    lineStart = blank + 1;
+    if (i - lineStart < longest || i < lineStart || space == std::string::npos || space < lineStart) continue;
+    result[space] = '\n';
+    lineStart = space + 1;
   }
   return result;
 }
 
 void destroy(::Widget dialog) { XtDestroyWidget(XtParent(dialog)); }
 
-// However a dialog goes, by a button or by the window manager, nothing of it is kept.
+// Destroys a dialog however it is closed, by a button or by the window manager.
 void destroyWhenUnmapped(::Widget dialog) {
   whenever(dialog, XmNunmapCallback, [dialog](const XEvent *) { destroy(dialog); });
 }
@@ -73,7 +73,7 @@ const Slot slots[] = {{XmNokLabelString, XmNokCallback, XmDIALOG_OK_BUTTON},
                       {XmNcancelLabelString, XmNcancelCallback, XmDIALOG_CANCEL_BUTTON},
                       {XmNhelpLabelString, XmNhelpCallback, XmDIALOG_HELP_BUTTON}};
 
-// What is typed, kept aside; the field shows a star for each character.
+// The typed characters; the field shows a star for each of them.
 class Hidden {
 public:
   void verify(XmTextVerifyCallbackStruct &change) {
@@ -177,8 +177,8 @@ void Dialogs::askFile(const std::function<void(const std::string &)> &take) {
   char name[] = "openFile";
   ::Widget box = XmCreateFileSelectionDialog(window_.toolkit().shell(), name, nullptr, 0);
   const std::string directory = directory_.empty() ? std::filesystem::current_path().string() : directory_;
-  const MotifString pattern("*.pdf"), place(directory), open("Open");
-  XtVaSetValues(box, XmNdirectory, static_cast<XmString>(place), XmNpattern, static_cast<XmString>(pattern),
+  const MotifString pattern("*.pdf"), shown(directory), open("Open");
+  XtVaSetValues(box, XmNdirectory, static_cast<XmString>(shown), XmNpattern, static_cast<XmString>(pattern),
                 XmNokLabelString, static_cast<XmString>(open), XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL,
                 nullptr);
   setTitle(box, "Open");
@@ -198,7 +198,7 @@ void Dialogs::askFile(const std::function<void(const std::string &)> &take) {
   XtManageChild(box);
 }
 
-void Dialogs::tell(const std::string &title, const std::string &text) {
+void Dialogs::showInformation(const std::string &title, const std::string &text) {
   if (const auto open = informations_->find(title); open != informations_->end()) {
     XRaiseWindow(XtDisplay(open->second), XtWindow(XtParent(open->second)));
     return;

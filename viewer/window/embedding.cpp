@@ -1,4 +1,4 @@
-// The window around: followed in its size, and gone with it.
+// The outer window: its size is followed, and the viewer ends when it is destroyed.
 #include "viewer/window/embedding.h"
 
 #include <X11/IntrinsicP.h>
@@ -18,11 +18,11 @@ int noteError(::Display * /*display*/, XErrorEvent * /*event*/) {
   return 0;
 }
 
-// The window around may go at any moment, and ours with it; what is drawn before we hear of it is refused, and nobody's
-// mistake.
+// The outer window may be destroyed at any moment, and ours with it. Requests that are sent before we are notified
+// fail, which is no error.
 XErrorHandler s_otherErrors;
-int passOverLostWindows(::Display *display, XErrorEvent *event) {
-  constexpr int ownErrors = 128; // from there on they are those of extensions: a picture on a window that has gone
+int ignoreLostWindows(::Display *display, XErrorEvent *event) {
+  constexpr int ownErrors = 128; // errors of extensions start here: a picture of a destroyed window
   if (event->error_code == BadWindow || event->error_code == BadDrawable || event->error_code >= ownErrors) return 0;
   return s_otherErrors(display, event);
 }
@@ -43,8 +43,8 @@ Embedding::Embedding(Toolkit &toolkit, MainWindow &window, const std::string &in
     XSetErrorHandler(before);
   }
   if (s_refused) throw host::HostError(tavrel::errGeneric, "window " + into + ": there is no such window");
-  s_otherErrors = XSetErrorHandler(passOverLostWindows);
-  // Not to the shell, which would take the events for its own.
+  s_otherErrors = XSetErrorHandler(ignoreLostWindows);
+  // Not registered with the shell, which would handle the events as its own.
   XtRegisterDrawable(display, outer_, window.pageArea().page());
   XtAddEventHandler(window.pageArea().page(), StructureNotifyMask, False, handle, this);
   fill();
@@ -61,11 +61,11 @@ void Embedding::fill() {
     XtResizeWidget(toolkit_.shell(), static_cast<Dimension>(outer.width), static_cast<Dimension>(outer.height), 0);
 }
 
-void Embedding::handle(::Widget /*widget*/, XtPointer self, XEvent *event, Boolean * /*goesOn*/) {
+void Embedding::handle(::Widget /*widget*/, XtPointer self, XEvent *event, Boolean * /*continueToDispatch*/) {
   auto &embedding = *static_cast<Embedding *>(self);
-  if (embedding.gone_ || event->xany.window != embedding.outer_) return;
-  if (event->type == DestroyNotify) { // ours goes with it
-    embedding.gone_ = true;
+  if (embedding.destroyed_ || event->xany.window != embedding.outer_) return;
+  if (event->type == DestroyNotify) { // our window is destroyed with it
+    embedding.destroyed_ = true;
     embedding.toolkit_.abandon();
     embedding.window_.quit();
   } else if (event->type == ConfigureNotify) {

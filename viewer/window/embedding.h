@@ -1,4 +1,4 @@
-// Living inside another program's window, as in a browser.
+// Embeds the viewer in another program's window, as in a browser.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -12,21 +12,21 @@ class Toolkit;
 
 class Embedding {
 public:
-  /// Puts the realised, unmapped shell into the window of that number (decimal, or hexadecimal with 0x), as large as
-  /// it. Throws host::HostError when there is no such window.
+  /// Reparents the realised, unmapped shell to the window of that number (decimal, or hexadecimal with 0x) and resizes
+  /// it to fill that window. Throws host::HostError if there is no such window.
   Embedding(Toolkit &toolkit, MainWindow &window, const std::string &into);
   ~Embedding();
   Embedding(const Embedding &) = delete;
   Embedding &operator=(const Embedding &) = delete;
 
 private:
-  static void handle(::Widget widget, XtPointer self, XEvent *event, Boolean *goesOn);
+  static void handle(::Widget widget, XtPointer self, XEvent *event, Boolean *continueToDispatch);
   void fill();
 
   Toolkit &toolkit_;
   MainWindow &window_;
   ::Window outer_ = 0;
-  bool gone_ = false;
+  bool destroyed_ = false;
 };
 
 } // namespace viewer

@@ -1,4 +1,4 @@
-// The find dialog's widgets, made at the first use and kept.
+// The find dialog's widgets, created at the first use and kept.
 #include "viewer/window/finddialog.h"
 
 #include <Xm/Form.h>
@@ -65,7 +65,7 @@ void FindDialog::build() {
 void FindDialog::open() {
   if (form_ == nullptr) {
     build();
-    // Beside the page's middle, where what is found appears.
+    // At the right edge: matches are scrolled to the middle of the page.
     const Place area = placeOf(window_.pageArea().page());
     XtWidgetGeometry wanted{};
     XtQueryGeometry(form_, nullptr, &wanted);
@@ -83,8 +83,6 @@ void FindDialog::open() {
 void FindDialog::close() {
   if (form_ != nullptr) XtUnmanageChild(form_);
 }
-
-bool FindDialog::isOpen() const { return form_ != nullptr && XtIsManaged(form_) != 0; }
 
 void FindDialog::update() {
   if (form_ == nullptr) return;

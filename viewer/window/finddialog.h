@@ -1,4 +1,4 @@
-// The find dialog: what to look for, how, and what became of it. It stays open while the reader looks.
+// The find dialog: text, options and outcome. It stays open during the search.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -19,10 +19,9 @@ public:
 
   void open();
   void close();
-  bool isOpen() const;
   /// Brings the message up to date.
   void update();
-  /// Looks for what the dialog says.
+  /// Searches for the dialog's text.
   void find(bool backwards);
 
 private:

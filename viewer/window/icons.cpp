@@ -1,5 +1,5 @@
-// Icons: strokes with round ends on a square of 16 by 16, smoothed by how near each pixel is to a stroke; and bitmaps,
-// whose pixels are copied at a whole multiple of their size. A raw bitmap would grey into a stipple.
+// Icons: strokes with round ends on a square of 16 by 16, antialiased by each pixel's distance from the nearest stroke;
+// and bitmaps, enlarged by an integer factor. Both become pixmaps, because a greyed bitmap would be stippled.
 #include "viewer/window/icons.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 namespace viewer {
 namespace {
 
-// A line, or a circle around (x1, y1) of radius x2 where `circle` is set.
+// A line, or with `circle` set a circle around (x1, y1) of radius x2.
 struct Stroke {
   double x1, y1, x2, y2;
   bool circle = false;
@@ -71,7 +71,7 @@ double distance(const Stroke &stroke, double x, double y) {
   return std::hypot(x - stroke.x1 - along * dx, y - stroke.y1 - along * dy);
 }
 
-// How much of each pixel is covered, from 0 to 1.
+// The covered part of each pixel, from 0 to 1.
 struct Coverage {
   int width, height;
   std::vector<double> of;
@@ -127,16 +127,16 @@ Pixmap Icons::get(const std::string &name, Pixmap bitmap, bool greyed) {
   if (!coverage && bitmap != 0) coverage = coverageOf(display, bitmap, scale_);
   if (!coverage) return 0;
 
-  Pixel inkPixel = 0, groundPixel = 0;
+  Pixel inkPixel = 0, backgroundPixel = 0;
   Cardinal depth = 0;
-  XtVaGetValues(like_, XmNforeground, &inkPixel, XmNbackground, &groundPixel, XmNdepth, &depth, nullptr);
+  XtVaGetValues(like_, XmNforeground, &inkPixel, XmNbackground, &backgroundPixel, XmNdepth, &depth, nullptr);
   const Colors colors(like_);
-  const host::Rgb ink = colors.rgb(inkPixel), ground = colors.rgb(groundPixel);
+  const host::Rgb ink = colors.rgb(inkPixel), background = colors.rgb(backgroundPixel);
   constexpr double greyShare = 0.32;
   const auto width = static_cast<unsigned>(coverage->width), height = static_cast<unsigned>(coverage->height);
   std::vector<uint32_t> pixels;
   for (const double covered : coverage->of)
-    pixels.push_back(blend(ground, ink, covered * (greyed ? greyShare : 1)));
+    pixels.push_back(blend(background, ink, covered * (greyed ? greyShare : 1)));
   const Pixmap made = XCreatePixmap(display, RootWindowOfScreen(XtScreen(like_)), width, height, depth);
   GC context = XCreateGC(display, made, 0, nullptr);
   colors.put(made, context, pixels.data(), coverage->width, coverage->height, 0, 0);

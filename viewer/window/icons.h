@@ -1,4 +1,4 @@
-// The pictures on the tool bar: the viewer's own are drawn from strokes at any size, plug-ins' come as bitmaps.
+// The icons of the tool bar: the viewer's are drawn from strokes at any size, plug-ins provide bitmaps.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -11,14 +11,14 @@ namespace viewer {
 
 class Icons {
 public:
-  /// In the colours of a widget, which outlives them; at a scale of 1 they are of 16 by 16 pixels.
+  /// In the colours of a widget, which must outlive this object; at a scale of 1 icons are 16 by 16 pixels.
   Icons(Widget like, double scale);
   ~Icons();
   Icons(const Icons &) = delete;
   Icons &operator=(const Icons &) = delete;
 
-  /// A pixmap of the screen's depth, in the colours of the buttons; greyed, it is blended with their ground. Of the
-  /// name's strokes, or of a bitmap of depth 1 where there is one; 0 where there is neither. Lives as long as this.
+  /// A pixmap of the screen's depth, in the colours of the buttons; greyed, it is blended with their background. Drawn
+  /// from the name's strokes, otherwise from a bitmap of depth 1; 0 if there is neither. Owned by this object.
   Pixmap get(const std::string &name, Pixmap bitmap, bool greyed);
 
 private:

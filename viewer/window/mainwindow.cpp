@@ -1,4 +1,4 @@
-// The window: builds its parts, keeps them up to date, and turns events into deeds.
+// The window: builds its parts, keeps them up to date, and turns events into actions.
 #include "viewer/window/mainwindow.h"
 
 #include <X11/Shell.h>
@@ -19,14 +19,14 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-// A stream of events must not keep the window from being drawn, nor a plug-in that asks for a drawing in each drawing
-// from being idle in between.
+// Drawing is limited to once per frame. A stream of events must not delay it further, and a plug-in that requests a
+// drawing in each drawing must not keep the event loop from waiting.
 constexpr auto frame = std::chrono::milliseconds(16), retry = std::chrono::milliseconds(1000);
 
-// A page that takes longer says so.
+// The note "rendering" is shown after this time.
 constexpr auto noteDelay = std::chrono::milliseconds(300);
 
-MainWindow *s_window; // for the toolkit's action procedures, which are told nothing but a widget
+MainWindow *s_window; // for the toolkit's action procedures, which get no client data
 
 void doAction(::Widget /*widget*/, XEvent * /*event*/, String *arguments, Cardinal *count) {
   if (s_window == nullptr || *count == 0) return;
@@ -34,7 +34,7 @@ void doAction(::Widget /*widget*/, XEvent * /*event*/, String *arguments, Cardin
     if (const Action *action = findAction(arguments[0]))
       s_window->run(*action);
     else
-      s_window->session().complain(std::string("no action ") + arguments[0]);
+      s_window->session().reportError(std::string("no action ") + arguments[0]);
   });
 }
 
@@ -48,7 +48,7 @@ void dragAction(::Widget /*widget*/, XEvent *event, String *arguments, Cardinal 
   });
 }
 
-// A timer that has the event loop go on.
+// Ends the event loop's wait and clears the timer.
 void timeIsUp(XtPointer timer, XtIntervalId * /*id*/) { *static_cast<XtIntervalId *>(timer) = 0; }
 
 uint32_t modifiersOf(const XEvent *event) {
@@ -84,7 +84,7 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
     }
   }
   build();
-  // A plug-in may be at work for long after it has highlighted something.
+  // A plug-in may run for long after it has highlighted something.
   session_.pageListener = [this] {
     guarded([this] {
       if (!session_.showHighlights()) return;
@@ -132,7 +132,7 @@ void MainWindow::build() {
   toolBar_->update();
   XtVaSetValues(form_, XmNinitialFocus, pageArea_->page(), nullptr);
   XtManageChild(form_);
-  // The help key is the toolkit's own and never reaches the menu's.
+  // The toolkit handles the help key itself: it never reaches the menu's entry.
   whenever(form_, XmNhelpCallback, [this](const XEvent *) { showKeys(); });
   ::Atom close = XmInternAtom(toolkit_.display(), const_cast<char *>("WM_DELETE_WINDOW"), False);
   const auto quitNow = [](::Widget, XtPointer window, XtPointer) { static_cast<MainWindow *>(window)->quit(); };
@@ -194,7 +194,7 @@ void MainWindow::escape() {
 
 void MainWindow::askPassword(const Target &target, bool again) {
   const std::string name = target.file.filename().string();
-  dialogs_->askPassword(again ? "That was not the password. " + name + " wants another:" : name + " wants a password:",
+  dialogs_->askPassword((again ? "That was not the password. " : "") + name + " is encrypted: a password is needed.",
                         [this, target](const std::string &password) { session_.open(target, password); });
 }
 
@@ -204,10 +204,9 @@ void MainWindow::showKeys() {
   std::string text;
   for (const Action &action : actions())
     if (const std::string key = menuBar_->keyOf(action.name); !key.empty()) text += key + "   " + action.label + "\n";
-  text +=
-      "\nF3, Shift+F3   Next, previous hit\nPage Up, Page Down, Space   A windowful\nArrows, wheel   A little\n+, -, "
-      "Ctrl+wheel   Larger, smaller\nF10   Menus\nEsc   Ends a search";
-  dialogs_->tell("Keys", text);
+  text += "\nF3, Shift+F3   Next, previous hit\nPage Up, Page Down, Space   A page of the window\n"
+          "Arrows, wheel   A little\n+, -, Ctrl+wheel   Larger, smaller\nF10   Menus\nEsc   Ends a search";
+  dialogs_->showInformation("Keys", text);
 }
 
 void MainWindow::showPlugins() {
@@ -215,45 +214,46 @@ void MainWindow::showPlugins() {
   for (const host::Plugin &plugin : plugins_.plugins())
     text += (text.empty() ? "" : "\n") + plugin.name + (plugin.version.empty() ? "" : " " + plugin.version) + ":  " +
             host::describe(plugin.state) + (plugin.reason.empty() ? "" : ": " + plugin.reason);
-  dialogs_->tell("About Plug-Ins", text.empty() ? "There are no plug-ins." : text);
+  dialogs_->showInformation("About Plug-Ins", text.empty() ? "There are no plug-ins." : text);
 }
 
 void MainWindow::showAbout() {
-  dialogs_->tell("About Tavrel", "Tavrel " TAVREL_VERSION "\nA PDF viewer that shows where a search's hits are.");
+  dialogs_->showInformation("About Tavrel",
+                            "Tavrel " TAVREL_VERSION "\nA PDF viewer that shows where a search's hits are.");
 }
 
 void MainWindow::loop(const std::function<bool()> &until) {
   if (!app_.calling()) app_.toolBar()->updateStates();
-  turn();
+  update();
   while (!quits_ && !until()) {
     XtAppProcessEvent(toolkit_.context(), XtIMAll); // waits
     const Clock::time_point woken = Clock::now();
     while (!quits_ && !until() && XtAppPending(toolkit_.context()) != 0 && Clock::now() - woken < frame)
       XtAppProcessEvent(toolkit_.context(), XtIMAll);
-    turn();
+    update();
     const std::chrono::duration<double, std::milli> took = Clock::now() - woken;
-    longestTurn_ = std::max(longestTurn_, took.count());
+    longestIteration_ = std::max(longestIteration_, took.count());
   }
 }
 
-void MainWindow::turn() {
+void MainWindow::update() {
   bool shown = false;
   guarded([&] {
     show();
     shown = true;
   });
-  // A page-draw procedure may have turned or scrolled. A drawing that failed is tried again, but not in haste.
+  // A page-draw procedure may have turned the page or scrolled. A drawing that failed is tried again after a second.
   if (session_.needsDrawing() && redrawTimer_ == 0)
     redrawTimer_ = XtAppAddTimeOut(toolkit_.context(), (shown ? frame : retry).count(), timeIsUp, &redrawTimer_);
   XFlush(toolkit_.display());
-  // Behind the first page, but not behind one that takes long.
+  // After the first page, unless that page takes long.
   const auto since = session_.waitingSince();
   constexpr auto soon = std::chrono::milliseconds(100);
   if (!since || Clock::now() - *since > soon) guarded([this] { fillMenus(); });
   if (watcher) watcher();
 }
 
-// With the menus come the keys that a user may have changed.
+// The tips contain the keys of the menus' entries, which a user may have changed.
 void MainWindow::fillMenus() {
   if (!menuBar_->fill()) return;
   for (const Action &action : actions()) {
@@ -282,7 +282,7 @@ void MainWindow::show() {
   }
 }
 
-// "Rendering" stands on the outline of a page that takes long; the timer has the loop turn when it is time.
+// Shows "rendering" on the outline of a page that takes long; the timer ends the loop's wait when it is time.
 void MainWindow::watchWaiting() {
   const auto since = session_.waitingSince();
   if (!since) {
@@ -302,7 +302,7 @@ void MainWindow::watchWaiting() {
 }
 
 void MainWindow::showStatus() {
-  constexpr size_t longest = 100; // or it would leave no room for the host's own
+  constexpr size_t longest = 100; // leaves space for the viewer's message
   const std::string &said = session_.message();
   std::string plugins = app_.statusText();
   if (plugins.size() > longest) {

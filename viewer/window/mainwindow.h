@@ -1,5 +1,5 @@
-// The window: menu bar, tool bar, page area, status line, and the dialogs. Shows what the session has, and calls its
-// deeds.
+// The window: menu bar, tool bar, page area, status line, and the dialogs. Shows the session's state and calls its
+// operations.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -30,9 +30,9 @@ public:
   MainWindow(const MainWindow &) = delete;
   MainWindow &operator=(const MainWindow &) = delete;
 
-  /// Makes the X windows; they are not on the screen yet.
+  /// Creates the X windows without mapping them.
   void realize();
-  /// Puts them there.
+  /// Maps them.
   void map();
 
   Session &session() { return session_; }
@@ -41,13 +41,10 @@ public:
   Toolkit &toolkit() { return toolkit_; }
   int pixels(double length) const { return toolkit_.pixels(length); }
   Dialogs &dialogs() { return *dialogs_; }
-  FindDialog &findDialog() { return *findDialog_; }
   PageArea &pageArea() { return *pageArea_; }
   ToolBarView &toolBarView() { return *toolBar_; }
-  MenuBar &menuBar() { return *menuBar_; }
-  const std::string &statusText() const { return statusText_; }
 
-  // What actions do besides the session's deeds.
+  // What actions need besides the session's operations.
   void askForFile();
   void askForText();
   void askForPage();
@@ -62,20 +59,19 @@ public:
   void press(host::ToolButton &button, const XEvent *event);
 
   void askPassword(const Target &target, bool again);
-  /// For plug-ins: shows an alert and waits for the answer.
+  /// For plug-ins: shows an alert and returns its answer.
   int32_t alert(const host::Alert &alert);
 
-  /// Handles events until somebody quits or `until` says so.
+  /// Handles events until quit() is called or `until` returns true.
   void loop(const std::function<bool()> &until);
-  bool quits() const { return quits_; }
-  /// Called after every turn that may have changed something, by whoever watches (tests).
+  /// Called after each iteration of the event loop; used by tests.
   std::function<void()> watcher;
-  /// Draws and shows whatever has changed. Every turn of the loop ends with it.
-  void turn();
-  /// How many pages with marks have been painted so far.
+  /// Draws and shows what has changed. Each iteration of the event loop ends with it.
+  void update();
+  /// How many drawings with marks have been shown so far.
   size_t marksShown() const { return marks_; }
-  /// The longest turn so far, in milliseconds, from waking up to waiting again.
-  double longestTurn() const { return longestTurn_; }
+  /// The longest iteration of the event loop so far, in milliseconds, from waking up to waiting again.
+  double longestIteration() const { return longestIteration_; }
 
 private:
   void build();
@@ -96,10 +92,10 @@ private:
   std::unique_ptr<Dialogs> dialogs_;
   std::unique_ptr<FindDialog> findDialog_;
   std::string statusText_, pluginText_, title_;
-  std::vector<host::ToolButton *> own_; ///< with lambdas into this window
+  std::vector<host::ToolButton *> own_; ///< their actions refer to this window
   uint64_t shownChanges_ = 0;
   size_t marks_ = 0;
-  double longestTurn_ = 0;
+  double longestIteration_ = 0;
   XtIntervalId waitingTimer_ = 0, redrawTimer_ = 0;
   bool quits_ = false;
 };

@@ -1,4 +1,4 @@
-// Menus are made once; plug-ins' entries and documents follow what there is.
+// Menus are created once; the entries of plug-ins and documents are updated.
 #include "viewer/window/menubar.h"
 
 #include <Xm/CascadeB.h>
@@ -60,7 +60,7 @@ bool MenuBar::fill() {
   return menu;
 }
 
-// What is written beside an entry follows from its key, so that a user changes one resource.
+// The accelerator's text is derived from the key, so that a user changes only one resource.
 std::string MenuBar::showAccelerator(::Widget entry) {
   char *key = nullptr;
   XtVaGetValues(entry, XmNaccelerator, &key, nullptr);
@@ -104,7 +104,7 @@ void MenuBar::updatePlugins() {
       const std::string name = host::Runtime::current().atoms.name(button->name);
       ::Widget entry = addEntry(menus_.at(pluginMenu), widgetName(name), button->tip.empty() ? name : button->tip);
       showAccelerator(entry);
-      // The keys that call an entry are not held for the button.
+      // Modifiers of the entry's key are not passed to the button.
       whenever(entry, XmNactivateCallback, [this, button](const XEvent *) { window_.press(*button, nullptr); });
       plugins_.push_back({button, button->tip, entry});
     }
@@ -122,7 +122,7 @@ void MenuBar::updateDocuments() {
   std::vector<std::string> labels;
   for (const host::ViewerDocument *document : session.documents())
     labels.push_back(document->file.filename().string());
-  // Entries are used again: the toolkit does not give everything back that a widget takes.
+  // Entries are reused: the toolkit does not free all memory of a widget.
   while (documents_.size() < labels.size()) {
     const size_t i = documents_.size();
     ::Widget entry = XtVaCreateWidget("document", xmToggleButtonWidgetClass, menus_.at(windowMenu), XmNindicatorType,

@@ -1,4 +1,4 @@
-// The menu bar: the actions in their menus, plug-ins' buttons in one of their own, the open documents in another.
+// The menu bar: the actions in their menus, a menu of the plug-ins' buttons, and a menu of the open documents.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -15,11 +15,11 @@ class MainWindow;
 
 class MenuBar {
 public:
-  /// With empty menus: filling them takes a while, and nobody opens one before there is a page.
+  /// Creates empty menus: filling them takes time and can wait until the first page is shown.
   MenuBar(MainWindow &window, ::Widget parent);
-  bool fill(); ///< false where they are filled already
+  bool fill(); ///< false if they are filled already
   ::Widget widget() const { return bar_; }
-  /// How the key of an action is written; empty where it has none, or before the menus are filled.
+  /// The text of an action's key; empty if it has none or the menus are not filled yet.
   std::string keyOf(const std::string &action) const;
   /// Brings everything up to date.
   void update();

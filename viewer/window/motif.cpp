@@ -1,4 +1,4 @@
-// The helps for Motif.
+// Helpers for Motif.
 #include "viewer/window/motif.h"
 
 #include <Xm/TextF.h>
@@ -20,9 +20,9 @@ void forget(Widget /*widget*/, XtPointer reaction, XtPointer /*data*/) { delete 
 
 } // namespace
 
-void guarded(const std::function<void()> &deed) {
+void guarded(const std::function<void()> &function) {
   try {
-    deed();
+    function();
   } catch (const std::exception &error) {
     std::fprintf(stderr, "tavrel: %s\n", error.what());
   }

@@ -1,4 +1,4 @@
-// Small helps for Motif: strings that free themselves, and callbacks that are functions of C++.
+// Helpers for Motif: strings that free themselves, and callbacks that are C++ functions.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -8,34 +8,34 @@
 
 namespace viewer {
 
-/// A text as Motif has it, from UTF-8.
+/// A Motif string, made from UTF-8.
 class MotifString {
 public:
   explicit MotifString(const std::string &utf8) : string_(XmStringCreateLocalized(const_cast<char *>(utf8.c_str()))) {}
   ~MotifString() { XmStringFree(string_); }
   MotifString(const MotifString &) = delete;
   MotifString &operator=(const MotifString &) = delete;
-  operator XmString() const { return string_; } // NOLINT: that is what it is for
+  operator XmString() const { return string_; } // NOLINT: conversion is its purpose
 
 private:
   XmString string_;
 };
 
-/// What a callback is told about the event that caused it; null where none did.
+/// A callback. Its argument is the event that caused it, or null.
 using Reaction = std::function<void(const XEvent *event)>;
 
-/// Calls it and has what it throws, memory exhausted say, end in a line on standard error: nothing may fly through the
+/// Calls the function and prints what it throws as a line on standard error: no exception may propagate through the
 /// toolkit, which is written in C.
-void guarded(const std::function<void()> &deed);
+void guarded(const std::function<void()> &function);
 
-/// Calls the reaction at every such callback of the widget, for as long as the widget lives.
+/// Calls the reaction at every such callback of the widget, until the widget is destroyed.
 void whenever(Widget widget, const char *callback, Reaction reaction);
 
 void setLabel(Widget label, const std::string &utf8);
 void setSensitive(Widget widget, bool sensitive);
 /// The text of a text field, UTF-8.
 std::string textOf(Widget field);
-/// The origin of a widget on its screen.
+/// The position of a widget on its screen, and its size.
 struct Place {
   int x, y, width, height;
 };

@@ -1,5 +1,5 @@
-// Paints the page and everything around it. What is on the window comes from the session's last drawing, so that an
-// exposed window never calls a plug-in.
+// Paints the page and its surroundings. The window shows the session's last drawing, so that an exposure never calls a
+// plug-in.
 #include "viewer/window/pagearea.h"
 
 #include <X11/cursorfont.h>
@@ -18,8 +18,8 @@ namespace {
 
 // In pixels at 96 dots per inch.
 constexpr double marginWidth = 12, barWidth = 14, ticksWidth = 8;
-// The vertical scroll bar's range: units a page, fewer where a document has so many pages that the toolkit, which
-// multiplies them by pixels, would overflow.
+// The vertical scroll bar's range: units per page, fewer in documents of so many pages that the toolkit, which
+// multiplies the range by pixels, would overflow.
 constexpr int mostUnitsAPage = 1000, largestRange = 100'000'000;
 int unitsAPage(int32_t pages) { return std::clamp(largestRange / std::max(1, pages), 1, mostUnitsAPage); }
 
@@ -40,9 +40,9 @@ PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
   XtUnmanageChild(horizontal_);
   ticksArea_ = create("ticks", xmDrawingAreaWidgetClass, form_);
   XtOverrideTranslations(area_, XtParseTranslationTable(pageTranslations().c_str()));
-  // The user's come last: Motif puts its own over what it finds at the widget's making.
+  // The user's come last: Motif overrides translations that are set at the widget's creation.
   XtTranslations keys = nullptr;
-  constexpr Cardinal size = sizeof(XtPointer); // of the toolkit's handle, a pointer like any other
+  constexpr Cardinal size = sizeof(XtPointer); // of XtTranslations, a pointer
   XtResource resource{const_cast<char *>(XmNtranslations),
                       const_cast<char *>(XmCTranslations),
                       const_cast<char *>(XmRTranslationTable),
@@ -52,11 +52,10 @@ PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
                       nullptr};
   XtGetApplicationResources(area_, &keys, &resource, 1, nullptr, 0);
   if (keys != nullptr) XtOverrideTranslations(area_, keys);
-  ground_ = color("ground", "Ground", "#D9DBDE");
+  XtVaGetValues(area_, XmNbackground, &background_, nullptr);
   border_ = color("pageBorder", "PageBorder", "#A9ACB1");
   tick_ = color("tickColor", "TickColor", "#D8A200");
   noteColor_ = color("noteColor", "NoteColor", "#70757C");
-  XtVaSetValues(area_, XmNbackground, ground_, nullptr);
   context_ = XCreateGC(window.toolkit().display(), DefaultRootWindow(window.toolkit().display()), 0, nullptr);
   XSetGraphicsExposures(window.toolkit().display(), context_, False);
   whenever(area_, XmNexposeCallback, [this](const XEvent *event) {
@@ -121,8 +120,8 @@ void PageArea::layOut() {
 Place PageArea::pagePlace() const {
   const Shown &shown = window_.session().shown();
   const int around = margin(window_.toolkit());
-  const int roomX = width_ - 2 * around - shown.pageWidth;
-  return {around + std::max(0, roomX / 2) - shown.scrollX, around - shown.scrollY, shown.pageWidth, shown.pageHeight};
+  const int spaceX = width_ - 2 * around - shown.pageWidth;
+  return {around + std::max(0, spaceX / 2) - shown.scrollX, around - shown.scrollY, shown.pageWidth, shown.pageHeight};
 }
 
 void PageArea::show() { paint(); }
@@ -138,7 +137,7 @@ void PageArea::paint() {
     return;
   }
   const Place page = pagePlace();
-  // Only what lies outside the page is cleared, so that nothing flickers.
+  // Only the area outside of the page is cleared, so that nothing flickers.
   const auto fill = [&](Pixel pixel, int left, int top, int right, int bottom) {
     if (right <= left || bottom <= top) return;
     XSetForeground(display, context_, pixel);
@@ -147,10 +146,10 @@ void PageArea::paint() {
   };
   const int left = std::max(0, page.x), top = std::max(0, page.y);
   const int right = std::min(width_, page.x + page.width), bottom = std::min(height_, page.y + page.height);
-  fill(ground_, 0, 0, width_, top);
-  fill(ground_, 0, bottom, width_, height_);
-  fill(ground_, 0, top, left, bottom);
-  fill(ground_, right, top, width_, bottom);
+  fill(background_, 0, 0, width_, top);
+  fill(background_, 0, bottom, width_, height_);
+  fill(background_, 0, top, left, bottom);
+  fill(background_, right, top, width_, bottom);
   XSetForeground(display, context_, border_);
   XDrawRectangle(display, target, context_, page.x - 1, page.y - 1, static_cast<unsigned>(page.width + 1),
                  static_cast<unsigned>(page.height + 1));
@@ -186,10 +185,10 @@ void PageArea::paintNote(const Place &page) {
 
 void PageArea::update() {
   const Session &session = window_.session();
-  const int page = unitsAPage(session.pageCount()), whole = std::max(1, session.pageCount()) * page;
-  const int slider = std::clamp(static_cast<int>(session.visibleShare() * page), 1, whole);
-  const int value = std::clamp(static_cast<int>(session.place() * page), 0, whole - slider);
-  XtVaSetValues(vertical_, XmNmaximum, whole, XmNsliderSize, slider, XmNvalue, value, XmNincrement,
+  const int page = unitsAPage(session.pageCount()), range = std::max(1, session.pageCount()) * page;
+  const int slider = std::clamp(static_cast<int>(session.visibleShare() * page), 1, range);
+  const int value = std::clamp(static_cast<int>(session.position() * page), 0, range - slider);
+  XtVaSetValues(vertical_, XmNmaximum, range, XmNsliderSize, slider, XmNvalue, value, XmNincrement,
                 std::max(1, page / 20), XmNpageIncrement, slider, nullptr);
   const Shown &shown = session.shown();
   const int window = std::max(1, width_ - 2 * margin(window_.toolkit()));
@@ -228,7 +227,7 @@ void PageArea::paintTicks() {
   }
 }
 
-// Near a tick, its page is meant.
+// Goes to the page of the nearest tick.
 void PageArea::tickPressed(int y) {
   Dimension height = 1;
   XtVaGetValues(ticksArea_, XmNheight, &height, nullptr);
@@ -244,7 +243,7 @@ void PageArea::scrolled(bool vertical, int value) {
   Session &session = window_.session();
   if (session.view() == nullptr) return;
   if (vertical)
-    session.setPlace(1.0 * value / unitsAPage(session.pageCount()));
+    session.setPosition(1.0 * value / unitsAPage(session.pageCount()));
   else
     session.drag(value - session.view()->scrollX(), 0);
   session.touch();

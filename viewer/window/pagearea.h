@@ -1,5 +1,5 @@
-// The page on its ground, with a scroll bar for the whole document, ticks beside it, and one for a page wider than the
-// window.
+// The page on its background, a scroll bar for the document with ticks beside it, and a horizontal one for a page that
+// is wider than the window.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -21,26 +21,26 @@ public:
   PageArea(const PageArea &) = delete;
   PageArea &operator=(const PageArea &) = delete;
 
-  /// How wide the area for the page's window is in a shell of that width, and the margin around it.
+  /// The width available for the page in a shell of that width, and the margin around the page.
   static int windowWidth(const Toolkit &toolkit, int shellWidth);
   static int margin(const Toolkit &toolkit);
 
   ::Widget widget() const { return form_; }
   ::Widget page() const { return area_; }
-  /// Puts everything in its place, as large as there is room.
+  /// Lays out the children to fill the available space.
   void layOut();
   /// Shows the session's drawing.
   void show();
   /// Brings scroll bars and ticks up to date.
   void update();
-  /// Whether "rendering" stands on the outline.
+  /// Shows a text in the middle of the page area, such as "rendering"; empty: none.
   void note(const std::string &text);
   const std::string &noted() const { return note_; }
-  /// Where the whole page lies on the area, in pixels; negative where it reaches beyond.
+  /// The position of the complete page on the area, in pixels; negative if it starts outside of it.
   Place pagePlace() const;
   const std::vector<int32_t> &ticks() const { return ticks_; }
 
-  /// The drag action's parts.
+  /// The steps of the drag action.
   void beginDrag(const XEvent &event);
   void drag(const XEvent &event);
   void endDrag();
@@ -56,9 +56,9 @@ private:
   MainWindow &window_;
   ::Widget form_, area_, vertical_, horizontal_, ticksArea_;
   GC context_;
-  Pixel ground_, border_, tick_, noteColor_;
+  Pixel background_, border_, tick_, noteColor_;
   int width_ = 0, height_ = 0;
-  bool wide_ = false; ///< the horizontal scroll bar is there
+  bool wide_ = false; ///< the horizontal scroll bar is shown
   std::vector<int32_t> ticks_;
   std::string note_;
   int dragX_ = 0, dragY_ = 0;

@@ -1,4 +1,4 @@
-// The state of the viewer as JSON. Dialogs are read from their widgets: what a person sees.
+// The state of the viewer as JSON. Dialogs are read from their widgets, so that tests see what users see.
 #include "viewer/window/testsocket.h"
 
 #include <X11/IntrinsicP.h>
@@ -42,7 +42,7 @@ std::string quoted(const std::string &text) {
   return json + "\"";
 }
 
-// An object or a list, put together piece by piece.
+// Builds an object or a list.
 class Json {
 public:
   explicit Json(char open) : text_(1, open), close_(open == '{' ? '}' : ']') {}
@@ -82,7 +82,7 @@ std::string labelOf(::Widget widget) {
   return copy;
 }
 
-// What can be read and pressed below a widget.
+// Collects the texts, buttons and fields below a widget.
 void lookBelow(::Widget widget, Json &texts, Json &buttons, Json &fields) {
   if (XtIsManaged(widget) == 0) return;
   const auto is = [widget](WidgetClass type) { return XtIsSubclass(widget, type) != 0; };
@@ -183,17 +183,17 @@ TestSocket::TestSocket(MainWindow &window, const std::filesystem::path &path)
 
 TestSocket::~TestSocket() { close(socket_); }
 
-void TestSocket::tell() {
+void TestSocket::notify() {
   std::string state = stateOf(window_);
   if (state == last_) return;
   last_ = std::move(state);
   char extra[64];
-  std::snprintf(extra, sizeof extra, ",\"longestTurn\":%.1f}\n", window_.longestTurn());
+  std::snprintf(extra, sizeof extra, ",\"longestIteration\":%.1f}\n", window_.longestIteration());
   const std::string line = last_.substr(0, last_.size() - 1) + extra;
   for (size_t sent = 0; sent < line.size();) {
     const ssize_t count = send(socket_, line.data() + sent, line.size() - sent, MSG_NOSIGNAL);
     if (count < 0 && errno == EINTR) continue;
-    if (count <= 0) return; // the test has gone
+    if (count <= 0) return; // the test has ended
     sent += static_cast<size_t>(count);
   }
 }

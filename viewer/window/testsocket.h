@@ -1,5 +1,6 @@
-// What tests see of a running viewer: after every change a line of JSON with all of the model and the places of what
-// can be pressed, to a socket on which a test listens. It only tells; tests press real buttons and keys.
+// Reports a running viewer's state to a test: after every change a line of JSON with the state of the model and the
+// positions of everything that can be pressed, sent to a socket on which the test listens. It takes no input: tests
+// press real buttons and keys.
 #pragma once
 
 #include <filesystem>
@@ -11,14 +12,14 @@ class MainWindow;
 
 class TestSocket {
 public:
-  /// Throws host::HostError where nobody listens.
+  /// Throws host::HostError if nobody listens.
   TestSocket(MainWindow &window, const std::filesystem::path &path);
   ~TestSocket();
   TestSocket(const TestSocket &) = delete;
   TestSocket &operator=(const TestSocket &) = delete;
 
-  /// Tells the state, if it is another one than before.
-  void tell();
+  /// Sends the state, if it has changed.
+  void notify();
 
 private:
   MainWindow &window_;

@@ -1,5 +1,5 @@
-// The widgets of the tool bar. They are made anew when buttons come, go or move, which happens once or twice in a
-// session.
+// The widgets of the tool bar. They are created again when buttons are added, removed or moved, which happens once or
+// twice in a session.
 #include "viewer/window/toolbarview.h"
 
 #include <Xm/Label.h>
@@ -17,7 +17,7 @@
 namespace viewer {
 namespace {
 
-// Behind these stands a gap.
+// A gap follows these.
 constexpr const char *endsOfGroups[] = {"Open", "NextPage", "FitPage"};
 
 } // namespace
@@ -66,7 +66,7 @@ void ToolBarView::rebuild(const std::vector<host::ToolButton *> &order) {
     XtDestroyWidget(widget);
   buttons_.clear();
   others_.clear();
-  pageField_ = pageCount_ = nullptr; // were among the others
+  pageField_ = pageCount_ = nullptr; // were among others_
   fieldText_.clear();
   countText_.clear();
   for (host::ToolButton *model : order) {
@@ -128,7 +128,7 @@ void ToolBarView::takePage() {
   const long page = std::strtol(text.c_str(), &end, 10);
   fieldText_ = text; // what the field shows now
   if (end == text.c_str() || *end != '\0')
-    window_.session().say("\u201C" + text + "\u201D is no page number");
+    window_.session().setMessage("\u201C" + text + "\u201D is no page number");
   else
     window_.session().goToPage(
         static_cast<int32_t>(std::clamp(page, 1L, static_cast<long>(window_.session().pageCount()))) - 1);

@@ -1,5 +1,5 @@
-// The tool bar on the screen: what the host's model of it says, in that order, with the page field behind the buttons
-// that turn pages.
+// The tool bar's widgets: the buttons of the host's model, in its order, with the page field after the buttons that
+// turn pages.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -22,7 +22,7 @@ public:
   ::Widget pageField() const { return pageField_; }
   /// Brings everything up to date.
   void update();
-  /// Shows the page's number, whatever has been typed.
+  /// Replaces what has been typed by the page's number.
   void restorePage();
 
   struct Button {

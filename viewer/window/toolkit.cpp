@@ -18,41 +18,42 @@
 namespace viewer {
 namespace {
 
-// Texts are UTF-8 whatever the locale says of them: a plain "C" would show a question mark for every umlaut.
+// Texts are UTF-8 in any locale: a plain "C" would show a question mark for every umlaut.
 void chooseLocale() {
   std::setlocale(LC_CTYPE, "");
   if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
 }
 
-// The toolkit asks for a locale when it opens a display, and takes titles for Latin letters where nobody answers.
-String tellLocale(::Display * /*display*/, String /*language*/, XtPointer /*closure*/) {
+// The toolkit calls this for the locale when it opens a display. Without it, titles are interpreted as Latin-1.
+String currentLocale(::Display * /*display*/, String /*language*/, XtPointer /*closure*/) {
   XSetLocaleModifiers("");
   return std::setlocale(LC_CTYPE, nullptr);
 }
 
-// Reading what keys compose takes X a tenth of the time until a page is seen, unless it may keep what it has read.
+// Has Xlib cache the table of compose sequences: reading it takes a tenth of the time until the first page is shown.
 void keepComposedKeys() {
   const char *cache = std::getenv("XDG_CACHE_HOME"), *home = std::getenv("HOME");
-  std::filesystem::path place;
+  std::filesystem::path directory;
   if (cache != nullptr && *cache == '/')
-    place = cache;
+    directory = cache;
   else if (home != nullptr && *home == '/')
-    place = std::filesystem::path(home) / ".cache";
+    directory = std::filesystem::path(home) / ".cache";
   else
     return;
-  std::error_code failed; // then it is read each time
-  place /= "tavrel/compose";
-  std::filesystem::create_directories(place, failed);
-  if (!failed) setenv("XCOMPOSECACHE", place.c_str(), 0);
+  std::error_code failed; // then the table is read each time
+  directory /= "tavrel/compose";
+  std::filesystem::create_directories(directory, failed);
+  if (!failed) setenv("XCOMPOSECACHE", directory.c_str(), 0);
 }
 
-// Not through exit: the threads are still at work on what would be taken apart.
+// Not through exit: threads still use what it would destroy.
 int endWithoutDisplay(::Display *display) {
   std::fprintf(stderr, "tavrel: lost the connection to display %s\n", DisplayString(display));
   _exit(EXIT_FAILURE);
 }
 
-// A menu that is opened while the pointer or the keyboard is still held by the one before says so; the next try works.
+// The toolkit warns if a menu is opened while the previous one still grabs the pointer or the keyboard; this is
+// harmless: the next attempt succeeds.
 void reportWarning(String text) {
   const std::string line = text;
   for (const char *harmless : {"XtGrabPointer failed", "XtGrabKeyboard failed"})
@@ -83,7 +84,7 @@ void Toolkit::prepare() {
 
 Toolkit::Toolkit(const ToolkitOptions &options) {
   XtToolkitInitialize();
-  XtSetLanguageProc(nullptr, tellLocale, nullptr);
+  XtSetLanguageProc(nullptr, currentLocale, nullptr);
   context_ = XtCreateApplicationContext();
   XtAppSetWarningHandler(context_, reportWarning);
   char name[] = "tavrel", className[] = "Tavrel", geometryOption[] = "-geometry";
@@ -122,7 +123,7 @@ Toolkit::Toolkit(const ToolkitOptions &options) {
 void Toolkit::restoreFocusSoon() { XtAppAddTimeOut(context_, 0, restoreFocus, display_); }
 
 Toolkit::~Toolkit() {
-  XtDestroyWidget(shell_); // does not go with its context
+  XtDestroyWidget(shell_); // is not destroyed with its context
   XtDestroyApplicationContext(context_);
 }
 

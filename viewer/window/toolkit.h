@@ -9,9 +9,9 @@ namespace viewer {
 
 class Toolkit {
 public:
-  /// What must be done before there are threads: the locale, and where X may keep what it reads.
+  /// Must be called before threads are started: sets the locale and the environment.
   static void prepare();
-  /// Throws host::HostError when the display cannot be opened or shows too few colours.
+  /// Throws host::HostError if the display cannot be opened or has too few colours.
   explicit Toolkit(const ToolkitOptions &options);
   ~Toolkit();
   Toolkit(const Toolkit &) = delete;
@@ -20,21 +20,20 @@ public:
   XtAppContext context() const { return context_; }
   ::Widget shell() const { return shell_; }
   ::Display *display() const { return display_; }
-  /// Dots per inch of the screen, as far as anybody has said (Xft.dpi), else 96.
+  /// Dots per inch of the screen: the resource Xft.dpi, otherwise 96.
   double dpi() const { return dpi_; }
-  /// A length of so many pixels at 96 dots per inch.
+  /// A length given in pixels at 96 dots per inch, in pixels of the screen.
   int pixels(double length) const { return static_cast<int>(length * dpi_ / 96 + 0.5); }
-  /// The size that the window is going to have, unless a window manager thinks otherwise: as wide as a page of its
-  /// natural size, as high as the screen lets it, or what the user has asked for.
+  /// The initial size of the window, unless a window manager changes it: about as wide as a page of its natural size
+  /// and as high as the screen allows, or the size that the user has requested.
   struct Size {
     int width, height;
   };
   Size windowSize() const;
-  /// Gives the keyboard back to the window below the pointer, soon and only where no window has it: a menu that is
-  /// taken from the screen while it has the keyboard leaves it to nobody, and without a window manager nobody takes it
-  /// back.
+  /// Soon sets the keyboard focus to the window below the pointer, if no window has it: a menu that is unmapped while
+  /// it has the focus leaves no window with it, and without a window manager nothing restores it.
   void restoreFocusSoon();
-  /// From now on the windows are gone, and what is left to do with them is no error.
+  /// Called when the windows have been destroyed: X errors are ignored from now on.
   void abandon();
 
 private:

@@ -1,4 +1,4 @@
-// Puts the viewer together and runs it. The file is opened by a thread while the toolkit and the plug-ins start.
+// Creates the viewer and runs it. A thread opens the file while the toolkit and the plug-ins start.
 #include "viewer/window/view.h"
 
 #include <fcntl.h>
@@ -23,24 +23,24 @@ namespace viewer {
 namespace {
 
 // Wakes the event loop from another thread.
-class Bell {
+class Waker {
 public:
-  Bell() {
+  Waker() {
     if (pipe2(ends_, O_CLOEXEC | O_NONBLOCK) != 0) throw host::HostError(tavrel::errGeneric, "no pipe can be made");
   }
-  ~Bell() {
+  ~Waker() {
     close(ends_[0]);
     close(ends_[1]);
   }
-  Bell(const Bell &) = delete;
-  Bell &operator=(const Bell &) = delete;
+  Waker(const Waker &) = delete;
+  Waker &operator=(const Waker &) = delete;
 
   int end() const { return ends_[0]; }
-  void ring() const {
+  void wake() const {
     const char byte = 0;
-    if (write(ends_[1], &byte, 1) < 0) return; // full: it rings already
+    if (write(ends_[1], &byte, 1) < 0) return; // full: a wake-up is pending
   }
-  void silence() const {
+  void clear() const {
     char bytes[64];
     while (read(ends_[0], bytes, sizeof bytes) > 0) {
     }
@@ -51,12 +51,12 @@ private:
 };
 
 struct Collector {
-  Bell &bell;
+  Waker &waker;
   Session &session;
   host::Application &app;
-  bool missed = false; ///< it rang while a plug-in waited for an answer
+  bool missed = false; ///< there was a wake-up during a call of a plug-in
 
-  // Documents do not come and go while a plug-in is being called.
+  // Documents are not opened or closed during a call of a plug-in.
   void collect() {
     missed = app.calling();
     if (!missed) guarded([this] { session.collect(); });
@@ -65,11 +65,11 @@ struct Collector {
 
 void collectResults(XtPointer data, int * /*source*/, XtInputId * /*id*/) {
   auto &collector = *static_cast<Collector *>(data);
-  collector.bell.silence();
+  collector.waker.clear();
   collector.collect();
 }
 
-// Fonts are looked up while everything else starts: reading their configuration takes as long as opening a document.
+// Looks up fonts while everything else starts: reading their configuration takes as long as opening a document.
 class FontsAhead {
 public:
   FontsAhead()
@@ -92,18 +92,19 @@ private:
   std::thread thread_;
 };
 
-// Waits a little for the first document, so that its page is rendered while the window is being made. A document that
-// takes longer arrives later.
-void awaitDocument(const Bell &bell, Session &session) {
+// Waits up to 100 ms for the first document, so that its page is rendered while the window is created. A document that
+// takes longer is shown later.
+void awaitDocument(const Waker &waker, Session &session) {
   constexpr int timeout = 100; // milliseconds
-  pollfd ready{bell.end(), POLLIN, 0};
+  pollfd ready{waker.end(), POLLIN, 0};
   if (!session.opening() || poll(&ready, 1, timeout) <= 0) return;
-  bell.silence();
+  waker.clear();
   session.collect();
   session.draw(); // asks for the page
 }
 
-// The window, made when it is wanted: a plug-in or a document may ask something before it would be time.
+// Creates the window at its first use, which may be a question of a plug-in or for a password, before all else is
+// ready.
 class Windows : public Questions {
 public:
   Windows(Toolkit &toolkit, Session &session, host::Application &app, const host::PluginLoader &plugins,
@@ -121,7 +122,7 @@ public:
 
   void askPassword(const Target &target, bool again) override { get().askPassword(target, again); }
 
-  /// On the screen.
+  /// The window, on the screen.
   MainWindow &get() {
     if (window_) return *window_;
     window_ = std::make_unique<MainWindow>(toolkit_, session_, app_, plugins_);
@@ -129,7 +130,7 @@ public:
     if (!options_.into.empty()) embedding_ = std::make_unique<Embedding>(toolkit_, *window_, options_.into);
     if (!options_.testSocket.empty()) {
       socket_ = std::make_unique<TestSocket>(*window_, options_.testSocket);
-      window_->watcher = [this] { socket_->tell(); };
+      window_->watcher = [this] { socket_->notify(); };
     }
     window_->map();
     return *window_;
@@ -146,23 +147,23 @@ private:
   std::unique_ptr<TestSocket> socket_;
 };
 
-// Ends the session before the plug-ins go, whichever way the viewer ends.
+// Closes all documents before the plug-ins are unloaded, however the viewer ends.
 struct Closing {
   Session &session;
   ~Closing() { session.closeAll(); }
 };
 
 ViewEnd run(const ViewOptions &options) {
-  // Before there are threads, which read the environment and the locale.
+  // Before threads are started, which read the environment and the locale.
   Toolkit::prepare();
   if (!options.into.empty()) setenv("TAVREL_PLUGIN_PARENTLESS_ROOT", "1", 0);
-  Bell bell; // the threads ring it to their end
+  Waker waker; // outlives the threads, which use it
   FontsAhead fonts;
   host::Runtime runtime;
   host::Application app(runtime);
   host::addHostTables(runtime);
   app.toolBar()->embedded = !options.into.empty();
-  Session session(app, [&bell] { bell.ring(); });
+  Session session(app, [&waker] { waker.wake(); });
   for (size_t i = 0; i < options.documents.size(); ++i) {
     Target target = targetOf(options.documents[i]);
     if (i == 0 && !options.hits.empty()) addParameter(target, "xml", std::filesystem::absolute(options.hits));
@@ -174,36 +175,37 @@ ViewEnd run(const ViewOptions &options) {
   host::PluginLoader plugins(runtime);
   const Closing closing{session};
   plugins.load(host::pluginDirectories(options.pluginsDirectory));
-  app.toolBar()->updateStates(); // a question may come up before anything else asks the buttons
+  app.toolBar()->updateStates(); // an alert may be shown before the event loop updates them
 
-  // As wide as it is going to be, or the page would have to be rendered again. Only half as high, because nobody knows
-  // yet: what a plug-in brings into the middle of that is in sight, and in the middle, when the window is higher.
+  // The final width, or the page would have to be rendered again. Half of the height, because the
+  // final one is not known yet: what a plug-in scrolls to the middle stays visible there when the window becomes
+  // higher.
   const Toolkit::Size size = toolkit.windowSize();
   session.setWindow(PageArea::windowWidth(toolkit, size.width), size.height / 2, PageArea::margin(toolkit));
   Windows windows(toolkit, session, app, plugins, options);
-  awaitDocument(bell, session);
+  awaitDocument(waker, session);
   fonts.await();
   MainWindow &window = windows.get();
-  if (!options.note.empty()) window.dialogs().tell("Tavrel", options.note);
-  Collector collector{bell, session, app};
-  const XtInputId input = XtAppAddInput(toolkit.context(), bell.end(), reinterpret_cast<XtPointer>(XtInputReadMask),
+  if (!options.note.empty()) window.dialogs().showInformation("Tavrel", options.note);
+  Collector collector{waker, session, app};
+  const XtInputId input = XtAppAddInput(toolkit.context(), waker.end(), reinterpret_cast<XtPointer>(XtInputReadMask),
                                         collectResults, &collector);
-  // Without a document and without hope of one there is nothing to show, but inside another program's window.
+  // If none of the documents can be opened the viewer ends, unless it is embedded.
   const bool staysEmpty = options.documents.empty() || !options.into.empty();
-  bool hopeless = false, had = false;
+  bool noDocument = false, had = false;
   window.loop([&] {
     if (collector.missed) collector.collect();
     had |= session.front() != nullptr || session.asksPassword();
-    return hopeless = !staysEmpty && !had && !session.opening();
+    return noDocument = !staysEmpty && !had && !session.opening();
   });
   XtRemoveInput(input);
   window.watcher = {};
-  const ViewEnd end = hopeless ? ViewEnd::noDocument : ViewEnd::closed;
+  const ViewEnd end = noDocument ? ViewEnd::noDocument : ViewEnd::closed;
   session.closeAll();
   constexpr auto timeout = std::chrono::milliseconds(300);
   if (!session.finish(timeout) && options.leave) {
     plugins.unload();
-    options.leave(end); // a page that takes minutes is not waited for
+    options.leave(end); // does not wait for a page that takes minutes
   }
   return end;
 }

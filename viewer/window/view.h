@@ -11,25 +11,25 @@
 namespace viewer {
 
 enum class ViewEnd {
-  closed,      ///< by the reader, or with the window around
-  noDocument,  ///< none of those asked for could be opened
+  closed,      ///< by the user, or with the outer window
+  noDocument,  ///< none of those requested could be opened
   hostFailure, ///< no display, no such window
 };
 
 struct ViewOptions {
-  std::vector<std::string> documents; ///< files, perhaps with parameters behind a '#'
+  std::vector<std::string> documents; ///< files, perhaps with parameters after a '#'
   std::string hits;                   ///< a highlight file for the first document; empty: none
   std::string note;                   ///< shown in a dialog from the start; empty: none
   std::string password;
-  std::string into; ///< the number of a window to live in; empty: a window of one's own
+  std::string into; ///< the number of the window in which to be embedded; empty: a separate window
   std::filesystem::path pluginsDirectory;
-  std::filesystem::path testSocket; ///< where tests listen; empty: nobody does
+  std::filesystem::path testSocket; ///< the socket on which a test listens; empty: none
   ToolkitOptions toolkit;
-  /// Ends the program at once, where a thread of ours is still at work; without it, that is waited for.
+  /// Ends the program at once if a thread is still busy; if empty, view() waits for the thread.
   std::function<void(ViewEnd end)> leave;
 };
 
-/// Returns when the viewer is closed. Complaints go to standard error.
+/// Returns when the viewer is closed. Errors are printed to standard error.
 ViewEnd view(const ViewOptions &options);
 
 } // namespace viewer

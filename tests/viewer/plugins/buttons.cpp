@@ -1,5 +1,5 @@
 // A plug-in with three buttons: "buttons:Always" is shown in an embedded viewer, too, "buttons:OwnWindow" is not, and
-// "buttons:Detach" takes the application's button NextPage off the tool bar.
+// "buttons:Detach" removes the application's button NextPage from the tool bar.
 #include <algorithm>
 
 #include "tavrel/Kernel.h"

@@ -1,5 +1,5 @@
-// A plug-in with a button for each of the things that a test wants to see on the screen: highlights, registrations,
-// drawings. Its hits are the first word of the first page, in green.
+// A plug-in with a button for each operation whose effect on the screen is tested: highlights, registrations, drawings.
+// Its hits are the first word of the first page, in green.
 #include <algorithm>
 
 #include "tavrel/DocModel.h"
@@ -31,7 +31,7 @@ void highlight(ToolButton /*button*/, void * /*clientData*/) {
   TavrelView::PageViewHighlightText(frontView(), selection);
 }
 
-// The question keeps the plug-in from returning, so nothing is drawn meanwhile.
+// The plug-in does not return during the alert, so nothing is drawn meanwhile.
 void highlightAndAsk(ToolButton button, void *clientData) {
   highlight(button, clientData);
   TavrelView::Alert(alertQuestion, "Highlighted", "OK", nullptr, nullptr, 0);
@@ -58,7 +58,8 @@ uint32_t importTables() {
 }
 
 uint32_t initialise() {
-  // The names are short, or the buttons would need a second row; two do the same, so that no click is a double one.
+  // The names are short, or the buttons would need a second row. Two buttons have the same action, so that a test can
+  // click it twice without a double click.
   constexpr struct {
     const char *name;
     ButtonActionProc action;

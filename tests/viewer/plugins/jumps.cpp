@@ -1,5 +1,5 @@
-// A plug-in that puts a hit on each of the first three pages of every document and says on the status line with which
-// code it was told of a jump.
+// A plug-in that puts a hit on each of the first three pages of every document and shows the code of each jump that it
+// is notified of on the status line.
 #include <algorithm>
 #include <cstdio>
 

@@ -1,4 +1,4 @@
-// The replaced allocators. A block begins with a note whether it is counted.
+// The replaced allocators. Each block has a header that says whether it is counted.
 #include "FailingNew.h"
 
 #include <link.h>
@@ -67,7 +67,7 @@ bool calledByProgram(const void *caller) {
   return !others;
 }
 
-struct Note {
+struct Header {
   uint64_t counted, padding;
 };
 
@@ -86,18 +86,18 @@ bool refused() {
 void *allocate(size_t size, const void *caller) {
   const bool counted = calledByProgram(caller);
   if (counted && refused()) return nullptr;
-  auto *note = static_cast<Note *>(std::malloc(size + sizeof(Note)));
-  if (note == nullptr) return nullptr;
-  note->counted = counted ? 1 : 0;
+  auto *header = static_cast<Header *>(std::malloc(size + sizeof(Header)));
+  if (header == nullptr) return nullptr;
+  header->counted = counted ? 1 : 0;
   if (counted) ++s_inUse;
-  return note + 1;
+  return header + 1;
 }
 
 void release(void *block) {
   if (block == nullptr) return;
-  Note *note = static_cast<Note *>(block) - 1;
-  s_inUse -= note->counted;
-  std::free(note);
+  Header *header = static_cast<Header *>(block) - 1;
+  s_inUse -= header->counted;
+  std::free(header);
 }
 
 void *allocateOrThrow(size_t size, const void *caller) {

@@ -1,6 +1,6 @@
-// Makes `new` fail for the code of a test program, on a thread of the test's choice, and keeps account of the blocks
-// that this code has. What the C++ library allocates on behalf of that code counts; what the
-// PDF library allocates, which cannot do without memory, does not.
+// Makes `new` fail for the code of a test program, on the threads that the test chooses, and counts the blocks that
+// this code has allocated. Allocations of the C++ library for this code count; those of the PDF library, which does not
+// handle failures, do not.
 //
 // Linked into a program, it replaces the global operator new and operator delete.
 #pragma once
@@ -10,7 +10,7 @@
 /// While it lives, the n-th allocation from now on, counted from 0, throws std::bad_alloc.
 class FailingNew {
 public:
-  /// Which threads are meant: the one that makes this object, as far as it says (Armed), or all others.
+  /// The affected threads: the one that creates this object, while it has an Armed, or all others.
   enum Threads { owner, others };
 
   FailingNew(size_t n, Threads threads);
@@ -18,10 +18,10 @@ public:
   FailingNew(const FailingNew &) = delete;
   FailingNew &operator=(const FailingNew &) = delete;
 
-  /// Whether the n-th has been asked for.
+  /// Whether the n-th allocation has been attempted.
   static bool failed();
 
-  /// What is tested, as against the test itself.
+  /// Marks the tested code, as opposed to the test itself.
   class Armed {
   public:
     Armed();

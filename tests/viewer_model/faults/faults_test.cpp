@@ -1,23 +1,23 @@
-// Memory that runs out in a viewer without a window: every allocation fails in turn while a document is opened,
-// rendered, searched, reloaded and closed. Whoever reads asks again for what has failed with a line; then everything is
-// there, once.
+// Exhausted memory in a viewer without a window: each allocation in turn fails while a document is opened, rendered,
+// searched, reloaded and closed. A failed action is repeated, as a user does it after the message; then all results
+// must be there, once.
 #include <optional>
 
 #include "FailingNew.h"
 #include "host/kernel/TestPlugin.h"
 #include "viewer/model/session.h"
-#include "viewer_model/Waker.h"
 #include "viewer_model/TestDocuments.h"
+#include "viewer_model/Waker.h"
 
 namespace {
 
 constexpr uint32_t red = 0xFFFF0000;
 
-int s_opened, s_closed; // as plug-ins are notified
+int s_opened, s_closed; // the numbers of notifications of plug-ins
 
-class Life {
+class Scenario {
 public:
-  explicit Life(const std::filesystem::path &file) : file_(file) {
+  explicit Scenario(const std::filesystem::path &file) : file_(file) {
     host::addHostTables(runtime_);
     s_opened = s_closed = 0;
     const auto registered = [this](tavrel::DocNotifyProc notified) {
@@ -29,7 +29,7 @@ public:
     session_->setWindow(40, 30, 0);
   }
 
-  void goesOn() {
+  void run() {
     opens();
     shows(red);
     finds();
@@ -43,7 +43,7 @@ public:
   }
 
 private:
-  // False where memory ran out.
+  // False if memory was exhausted.
   template <typename Action> static bool tries(const Action &action) {
     try {
       const FailingNew::Armed armed;
@@ -53,7 +53,7 @@ private:
       return false;
     }
   }
-  // As the window does it: what the threads have done is taken over, and a drawing that failed is tried again.
+  // As the window does it: takes over the threads' results, and tries a failed drawing again.
   bool until(const std::function<bool()> &done) {
     return waker_.until([&] {
       tries([this] { session_->collect(); });
@@ -62,7 +62,7 @@ private:
       return done();
     });
   }
-  // At most one allocation fails, so what comes to nothing is asked for once more.
+  // At most one allocation fails, so a failed action is repeated once.
   template <typename Action, typename Done>
   void once(const char *what, const Action &action, const std::function<bool()> &over, const Done &done) {
     for (int time = 0; time < 2 && !done(); ++time) {
@@ -83,7 +83,7 @@ private:
   void shows(uint32_t color) {
     const auto there = [this] { return session_->shown().drawing && !session_->needsDrawing(); };
     ASSERT_TRUE(until(there)) << "show";
-    if (!session_->pageError().empty()) { // whoever reads it has the file read anew
+    if (!session_->pageError().empty()) { // the user reloads the file
       --s_opened;
       --s_closed;
       ASSERT_TRUE(tries([this] { session_->reload(); }));
@@ -134,13 +134,13 @@ TEST_P(Faults, LoseNothingAndDoNothingTwice) {
     page->drawing = "1 0 0 rg 0 0 40 40 re f 0 g";
   }
   const auto file = folder.write("paper.pdf", test::pdfOf({first, second}));
-  Life(file).goesOn(); // what is made once and kept
+  Scenario(file).run(); // for what is allocated once and kept
   for (size_t n = 0;; ++n) {
     testing::internal::CaptureStderr();
     const size_t before = blocksInUse();
     {
       const FailingNew failing(n, GetParam());
-      Life(file).goesOn();
+      Scenario(file).run();
     }
     EXPECT_EQ(blocksInUse(), before);
     const std::string lines = testing::internal::GetCapturedStderr();

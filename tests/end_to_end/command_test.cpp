@@ -352,7 +352,7 @@ TEST_F(Command, APasswordFileThatHasNoneIsNamed) {
       {folder, "Is a directory"},
       {file("empty", ""), "empty: has no password in its first line"},
       {file("blank", "\nsecret\n"), "blank: has no password in its first line"},
-      {"/dev/zero", "/dev/zero: its first line is longer than a password"},
+      {"/dev/zero", "/dev/zero: its first line is too long for a password"},
       {file("secret", "user\n") + " --password user", "--password"},
   };
   for (const auto &[argument, said] : table)

@@ -252,9 +252,9 @@ TEST_F(Output, AFileGetsTheLinesWithoutTheBar) {
   FILE *stream = std::fopen(place.c_str(), "w");
   {
     tools::Progress progress(stream);
-    progress.say("one");
+    progress.print("one");
     progress.show(1, 2);
-    progress.say("two");
+    progress.print("two");
   }
   std::fclose(stream);
   EXPECT_EQ(test::bytesOf(place), "one\ntwo\n");
@@ -269,9 +269,9 @@ TEST_F(Output, ATerminalGetsTheBarBelowTheLines) {
   ASSERT_NE(stream, nullptr);
   {
     tools::Progress progress(stream);
-    progress.say("one");
+    progress.print("one");
     progress.show(1, 2);
-    progress.say("two");
+    progress.print("two");
   }
   std::fclose(stream);
   std::string text; // a terminal gives it in pieces, and an error at the end

@@ -98,9 +98,9 @@ TEST(Parameters, FitIntoTheirRoomOrAreRefused) {
 TEST(Parameters, KnowXmlByItsBeginning) {
   for (const char *content :
        {"<?xml version=\"1.0\"?>", "<?xml", "\xEF\xBB\xBF<?xml", " \t\r\n<?xml", "\xEF\xBB\xBF\n<?xml"})
-    EXPECT_TRUE(brz::callsItselfXml(content)) << content;
+    EXPECT_TRUE(brz::hasXmlDeclaration(content)) << content;
   for (const char *content : {"", " ", "\xEF\xBB\xBF", "<?xm", "<XML>", "x<?xml", "<?XML", "\xEF\xBB<?xml"})
-    EXPECT_FALSE(brz::callsItselfXml(content)) << content;
+    EXPECT_FALSE(brz::hasXmlDeclaration(content)) << content;
 }
 
 TEST(Parameters, AreShortenedToTheLastName) {

@@ -76,18 +76,18 @@ std::string joined(const std::vector<std::string> &words) {
 
 class PageCounter {
 public:
-  PageCounter(bool wanted, std::ostream &err) : wanted_(wanted), err_(err) {}
+  PageCounter(bool enabled, std::ostream &err) : enabled_(enabled), err_(err) {}
   PageCounter(const PageCounter &) = delete;
   PageCounter &operator=(const PageCounter &) = delete;
   ~PageCounter() {
-    if (wanted_) err_ << "\r\033[K" << std::flush;
+    if (enabled_) err_ << "\r\033[K" << std::flush;
   }
   void show(int32_t page, int32_t pages) {
-    if (wanted_) err_ << "\rsearching page " << page + 1 << " of " << pages << std::flush;
+    if (enabled_) err_ << "\rsearching page " << page + 1 << " of " << pages << std::flush;
   }
 
 private:
-  bool wanted_;
+  bool enabled_;
   std::ostream &err_;
 };
 

@@ -5,9 +5,9 @@
 
 A body asserts if it contains an assertion of GoogleTest (EXPECT_..., ASSERT_..., FAIL, ADD_FAILURE), or in Python
 `assert`, a method self.assert... or self.fail, or `raise AssertionError`; or if it calls a function that asserts,
-directly or through other functions. These functions are searched in the test's file and in the files that it includes or imports.
-They are identified by their names alone: of several functions with one name, one that asserts is enough. Constructors
-and destructors do not count, nor do SUCCEED and GTEST_SKIP.
+directly or through other functions. These functions are searched in the test's file and in the files that it includes
+or imports. They are identified by their names alone: of several functions with one name, one that asserts is enough.
+Constructors and destructors do not count, nor do SUCCEED and GTEST_SKIP.
 
 Prints a line for each test found. Ends with 1 when there is one, else with 0; with 2 when there are no tests at all.
 """

@@ -1,5 +1,5 @@
-# Checks how the cost grows with the input: counts instructions for n and for 2n (growth/growth.py). Not with sanitizers,
-# which valgrind cannot run, and not with coverage, whose counters would be counted, too.
+# Tests that the cost grows linearly: counts instructions for n and for 2n (growth/growth.py). Not under sanitizers,
+# which valgrind cannot run, and not with coverage's counters, which add instructions.
 if(TAVREL_SANITIZE OR TAVREL_COVERAGE)
   return()
 endif()
@@ -11,8 +11,8 @@ endif()
 add_executable(growth_driver ${CMAKE_CURRENT_SOURCE_DIR}/growth/growth_driver.cpp
                              ${CMAKE_CURRENT_SOURCE_DIR}/support/SilentHost.cpp)
 target_link_libraries(growth_driver PRIVATE glint)
-# Symbols are resolved at start, so that a function's first call costs no more than others. Debugging information is
-# removed: valgrind cannot read that of every compiler, and needs only the names of functions.
+# Functions are bound at start, so that their first call does not include the look-up. Debugging information is stripped:
+# valgrind cannot read every compiler's, and needs only the functions' names.
 target_link_options(growth_driver PRIVATE -Wl,-z,now -Wl,--strip-debug)
 add_test(NAME growth COMMAND ${Python3_EXECUTABLE} -B ${CMAKE_CURRENT_SOURCE_DIR}/growth/growth.py
                              ${TAVREL_VALGRIND} $<TARGET_FILE:growth_driver> --jobs 2)

@@ -1,8 +1,8 @@
-# Compares the lexer and the reader with a second implementation of both, in Python (tests/model/). The test `model`
-# compares some files; the target `model_million` compares a million, in about ten minutes on two cores.
+# Compares the lexer and the reader with a second implementation of both, in Python: tests/model/. `model` compares a few
+# files; the target `model_million` compares a million, in about ten minutes on two cores.
 find_package(Python3 COMPONENTS Interpreter)
 if(Python3_FOUND)
-  # The driver's registering operations replace the registry's: its object is linked first, and the linker takes the first
+  # The driver's registering operations replace the registry's: its object comes first, and the linker takes the first
   # definition. Otherwise no registered file would compare equal.
   add_library(model_driver_object OBJECT ${CMAKE_CURRENT_SOURCE_DIR}/model/lexer_reader_driver.cpp)
   target_link_libraries(model_driver_object PUBLIC recording_host)

@@ -1,4 +1,4 @@
-// The files that are measured, from a generator with a fixed seed.
+// Generates the files that are measured, with a fixed seed.
 #include "bench/inputs.h"
 
 #include <algorithm>
@@ -8,7 +8,7 @@
 namespace bench {
 namespace {
 
-// The standard's distributions differ from library to library; this does not.
+// Not a standard distribution: those give different numbers with different libraries.
 class Dice {
 public:
   uint32_t below(uint32_t bound) { return static_cast<uint32_t>(engine_() % bound); }
@@ -26,7 +26,7 @@ std::string word(Dice &dice) {
   return text;
 }
 
-// Places on a page, ascending, words apart.
+// Ascending positions on a page.
 std::vector<Hit> page(Dice &dice, int number, int count) {
   std::vector<Hit> hits;
   uint32_t pos = 0;
@@ -46,7 +46,7 @@ std::string highlightFile(const std::vector<Hit> &hits, Layout layout, Spelling 
                      "<highlights>" + end;
   bool brief = false;
   for (const Hit &hit : hits) {
-    brief = spelling == Spelling::inTurn && !brief;
+    brief = spelling == Spelling::alternating && !brief;
     file += (brief ? "<loc pg=\"" : "<location page=\"") + std::to_string(hit.page) + "\" pos=\"" +
             std::to_string(hit.pos) + "\" len=\"" + std::to_string(hit.len) + "\"/>" + end;
   }

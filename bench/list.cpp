@@ -1,5 +1,4 @@
-// The list by itself, beside the loops that it is meant to be: every page from the first on, every place from the first
-// on.
+// The list alone, in comparison with a naive baseline that searches all pages and all positions from the first on.
 #include <cstdlib>
 #include <functional>
 #include <memory>
@@ -16,7 +15,7 @@ using MakeHits = std::function<std::vector<Hit>()>;
 
 constexpr char table[] = "adding to a list";
 
-// The same structure, without one clever thought.
+// The naive baseline: the same structure with linear searches.
 struct PlainList {
   HLL list = {};
 

@@ -1,7 +1,7 @@
-// bench DOCUMENTS [--benchmark_filter=PATTERN] [...]     how fast we are, beside others in the same run; prints tables
+// bench DOCUMENTS [--benchmark_filter=PATTERN] [...]     measures our speed and that of others; prints tables
 //
-// Nothing here passes or fails. Everything is measured several times, all in one random order, so that whatever else
-// the machine does strikes everybody alike. PATTERN is a regular expression over "table|line|column".
+// Nothing here passes or fails. Everything is measured several times, in one random order, so that other load of the
+// machine affects all measurements alike. PATTERN is a regular expression for "table|line|column".
 #include <cstdio>
 #include <cstring>
 #include <string>
@@ -14,7 +14,7 @@
 int main(int count, char **words) {
   if (count == 3 && std::strcmp(words[1], "--once") == 0) return bench::readOnce(words[2]) ? 0 : 1;
   if (count < 2) {
-    std::fprintf(stderr, "bench: wants a directory with documents\n");
+    std::fprintf(stderr, "bench: a directory with documents is needed\n");
     return 2;
   }
   const std::string documents = words[1];

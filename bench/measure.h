@@ -1,4 +1,4 @@
-// What every part of the benchmark program registers with, and the names of the parts.
+// The functions with which the parts of the benchmark program register, and the parts.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -11,18 +11,18 @@ namespace bench {
 
 inline constexpr int repetitions = 9;
 
-/// Every cell's name, in the order of registration, which is the tables' order.
+/// The names of all cells, in the order of registration, which is the order of the tables.
 inline std::vector<std::string> &names() {
   static std::vector<std::string> all;
   return all;
 }
 
-/// Notes the name, for which "table|line|column" stands everywhere.
+/// Makes the name "table|line|column" and adds it to names().
 inline std::string nameOf(const std::string &table, const std::string &line, const std::string &column) {
   return names().emplace_back(table + "|" + line + "|" + column);
 }
 
-/// Registers a cell of a table (table.h): the line's subject and the column's contender.
+/// Registers a cell of a table (table.h): the line is what is measured, the column is the program or library.
 template <typename Body>
 void measure(const std::string &table, const std::string &line, const std::string &column, Body body) {
   benchmark::RegisterBenchmark(nameOf(table, line, column).c_str(), std::move(body))
@@ -31,7 +31,7 @@ void measure(const std::string &table, const std::string &line, const std::strin
       ->UseRealTime();
 }
 
-/// The same for what takes seconds.
+/// The same for a body that takes seconds.
 template <typename Body>
 void measureOnce(const std::string &table, const std::string &line, const std::string &column, Body body) {
   benchmark::RegisterBenchmark(nameOf(table, line, column).c_str(), std::move(body))
@@ -40,9 +40,9 @@ void measureOnce(const std::string &table, const std::string &line, const std::s
       ->UseRealTime();
 }
 
-/// The same for a body that sets each iteration's time itself.
+/// The same for a body that sets the time of each iteration.
 template <typename Body>
-void measureByItself(const std::string &table, const std::string &line, const std::string &column, Body body) {
+void measureManually(const std::string &table, const std::string &line, const std::string &column, Body body) {
   benchmark::RegisterBenchmark(nameOf(table, line, column).c_str(), std::move(body))
       ->Repetitions(repetitions)
       ->Iterations(5)
@@ -50,13 +50,13 @@ void measureByItself(const std::string &table, const std::string &line, const st
 }
 
 void measureReading(); ///< highlight files: ours and XML libraries (reading.cpp)
-void measureList();    ///< adding to lists, and the way without a list's tricks (list.cpp)
+void measureList();    ///< adding to lists, and a naive baseline (list.cpp)
 void measureSession(); ///< set-up, drawing of pages (session.cpp)
-/// The commands beside programs that do much the same; `documents` is a directory with two manuals, gnuplot.pdf of 311
-/// pages and octave.pdf of 1,158 (programs.cpp).
+/// The commands, and programs with similar functions (programs.cpp); `documents` is a directory with two manuals,
+/// gnuplot.pdf of 311 pages and octave.pdf of 1,158.
 void measurePrograms(const std::string &documents);
 
-/// In a process of its own: the time of its first call, in nanoseconds, printed. False for a name that is none.
+/// Called in a separate process: prints the time of its first call, in nanoseconds. False for an unknown name.
 bool readOnce(const std::string &who);
 
 } // namespace bench

@@ -1,4 +1,4 @@
-// The other libraries: expat and libxml2 report elements as they come, pugixml builds a tree that is walked.
+// The other libraries: expat and libxml2 report elements as they come, pugixml builds a tree.
 #include "bench/parsers.h"
 
 #include <expat.h>
@@ -32,8 +32,8 @@ void expatElement(void *sink, const char *name, const char **attributes) {
   to->add(to->where, hit);
 }
 
-// Attributes come in fives: name, prefix, URI, where the value begins and where it ends; it ends in no NUL, but behind
-// it stands a quotation mark, which ends a number as well.
+// An attribute has five entries: name, prefix, URI, begin and end of the value. The value has no terminator, but a
+// quotation mark follows it, which ends a number, too.
 void libxml2Element(void *sink, const xmlChar *name, const xmlChar * /*prefix*/, const xmlChar * /*uri*/,
                     int /*namespaces*/, const xmlChar ** /*declared*/, int count, int /*defaulted*/,
                     const xmlChar **attributes) {
@@ -82,7 +82,7 @@ bool readWithLibxml2(const std::string &file, const Sink &sink) {
   return wellFormed;
 }
 
-// Without conversions that no number needs: the quickest that the library has for text that must not be changed.
+// Without conversions, which numbers do not need: the fastest mode of the library that does not change the text.
 bool readWithPugixml(const std::string &file, const Sink &sink) {
   pugi::xml_document document;
   if (!document.load_buffer(file.data(), file.size(), pugi::parse_minimal)) return false;

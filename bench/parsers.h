@@ -1,5 +1,5 @@
-// Three XML libraries reading a highlight file, each as its manual would have it done, and no more carefully than that:
-// attributes are taken where they stand, nothing is checked.
+// Reads a highlight file with three XML libraries, each as its manual describes it. Attributes are read directly,
+// without checks.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace bench {
 
-/// Where the hits go. A plain function and a pointer: the same small cost for everybody.
+/// Receives the hits. A plain function and a pointer: the same small cost for all libraries.
 struct Sink {
   void (*add)(void *where, const Hit &hit);
   void *where;

@@ -1,4 +1,4 @@
-// The commands as processes, beside programs that do much the same with the same document.
+// The commands as processes, in comparison with similar programs and the same document.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -17,7 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Runs a program to its end, its output thrown away. False when it fails.
+// Runs a program to its end and discards its output. False if it fails.
 bool run(std::vector<std::string> words) {
   std::vector<char *> arguments;
   for (std::string &word : words)
@@ -34,7 +34,7 @@ bool run(std::vector<std::string> words) {
   return started && waitpid(child, &status, 0) == child && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-// A directory that goes at the end.
+// A directory that is removed at the end.
 struct Scratch {
   fs::path path;
   Scratch() {

@@ -1,5 +1,5 @@
-// Highlight files from bytes to a list: ours, through the front door and with registration, beside three XML libraries
-// that only fetch the three numbers of each hit, once into an array and once into the same kind of list.
+// Highlight files from bytes to a list: our reader, through its public entry point and with registration, in comparison
+// with three XML libraries that only read the three numbers of each hit, into an array or into the same kind of list.
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -21,7 +21,7 @@
 namespace bench {
 namespace {
 
-// Made when it is first asked for: what is not measured costs nothing.
+// Made on first use, so that a file that is not measured costs nothing.
 class LateText {
 public:
   explicit LateText(std::function<std::string()> make) : make_(std::move(make)) {}
@@ -66,7 +66,7 @@ bool readIntoList(Parser parse, const std::string &file) {
   return read;
 }
 
-// A file's whole life: it is read, its list is registered, and the document is closed.
+// The complete lifetime of a list: the file is read, its list is registered and unregistered.
 bool readAndRegister(const std::string &file) {
   const tavrel::Doc document = silentDocument(1);
   const bool registered = registerGLT(document, file.data(), static_cast<uint32_t>(file.size())) != 0;
@@ -74,11 +74,11 @@ bool readAndRegister(const std::string &file) {
   return registered;
 }
 
-// What splitting would cost if the reader left all words to the lexer.
+// The cost of splitting if the reader left all words to the lexer.
 size_t countWords(const std::string &file) {
   HWLEX_STATE state;
   HWLEX_reset(&state);
-  char *cursor = const_cast<char *>(file.c_str()), *token = nullptr; // which is only read
+  char *cursor = const_cast<char *>(file.c_str()), *token = nullptr; // the text is only read
   size_t words = 0;
   while (*cursor != 0)
     words += HWLEX_match(&state, &token, &cursor) == HWLEX_WORD ? 1 : 0;
@@ -139,17 +139,17 @@ std::vector<Hit> usualHits() { // 40 on 6 pages
   return hits;
 }
 
-// The nanoseconds that a fresh process needed for its first file; negative when it failed.
+// The nanoseconds that a new process needs for its first file; negative if it failed.
 double firstCall(const std::string &who) {
   FILE *child = popen(("/proc/" + std::to_string(getpid()) + "/exe --once '" + who + "'").c_str(), "r");
   if (child == nullptr) return -1;
   double nanoseconds = -1;
-  const bool told = fscanf(child, "%lf", &nanoseconds) == 1;
-  return pclose(child) == 0 && told ? nanoseconds : -1;
+  const bool printed = fscanf(child, "%lf", &nanoseconds) == 1;
+  return pclose(child) == 0 && printed ? nanoseconds : -1;
 }
 
 void measureFirstCall(const std::string &who) {
-  measureByItself(table, "S, first call of a process", who, [who](benchmark::State &state) {
+  measureManually(table, "S, first call of a process", who, [who](benchmark::State &state) {
     for (auto _ : state) {
       const double nanoseconds = firstCall(who);
       if (nanoseconds < 0) return state.SkipWithError("failed");
@@ -184,7 +184,7 @@ void measureReading() {
   measureHits("M, 60 pages of 400", [] { return inPageOrder(60, 400); });
   measureHits("L, 1,000 pages of 400", [] { return inPageOrder(1000, 400); });
   measureHits(
-      "L, spelled in two ways by turns", [] { return inPageOrder(1000, 400); }, Spelling::inTurn);
+      "L, spelled in two ways alternating", [] { return inPageOrder(1000, 400); }, Spelling::alternating);
   measureHits("W, 65,000 on one page", [] { return onOnePage(65000, false); });
   measureHits("W, shuffled", [] { return onOnePage(65000, true); });
   measureHits("P, 10,000 pages of 100", [] { return inPageOrder(10000, 100); });

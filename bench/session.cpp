@@ -1,4 +1,4 @@
-// What the host waits for in the plug-in: at its set-up, and each time that a page is drawn.
+// The time that the host spends in the plug-in: at set-up, and each time that a page is drawn.
 #include <memory>
 #include <string>
 #include <unordered_map>
@@ -49,7 +49,7 @@ void measureDraw(const std::string &name, const std::vector<Hit> &hits, int32_t 
 
 constexpr uint32_t oldestView = 0x00020002, newestView = 0x00050001;
 
-// The plug-in asks for one version after another, and our host grants the last one.
+// The plug-in requests one version after another, and the host grants only the last one.
 void measureSetup() {
   const std::string line = "196,608 versions asked for";
   measure("set-up", line, "ours", [](benchmark::State &state) {

@@ -1,4 +1,4 @@
-// The tables, in Markdown: medians of the repetitions, half of the middle half's width as the spread.
+// The tables, in Markdown: medians of the repetitions; the spread is half the distance between the quartiles.
 #include "bench/table.h"
 
 #include <unistd.h>
@@ -12,10 +12,10 @@ namespace {
 
 double quantile(std::vector<double> sorted, double part) {
   std::sort(sorted.begin(), sorted.end());
-  const double place = part * static_cast<double>(sorted.size() - 1);
-  const auto below = static_cast<size_t>(place);
+  const double position = part * static_cast<double>(sorted.size() - 1);
+  const auto below = static_cast<size_t>(position);
   const size_t above = std::min(below + 1, sorted.size() - 1);
-  return sorted[below] + (sorted[above] - sorted[below]) * (place - static_cast<double>(below));
+  return sorted[below] + (sorted[above] - sorted[below]) * (position - static_cast<double>(below));
 }
 
 std::string formatted(const char *format, double value) {
@@ -24,7 +24,7 @@ std::string formatted(const char *format, double value) {
   return text;
 }
 
-// Three digits that count.
+// Three significant digits.
 std::string figure(double value) { return formatted(value < 10 ? "%.2f" : value < 100 ? "%.1f" : "%.0f", value); }
 
 std::string duration(double nanoseconds) {
@@ -34,7 +34,7 @@ std::string duration(double nanoseconds) {
   return figure(nanoseconds / 1e9) + " s";
 }
 
-// A cell's figures: the median, the spread, the rate where there are bytes, and how many times the reference it is.
+// The text of a cell: the median, the spread, the rate if there are bytes, and the ratio to the reference.
 std::string shown(const std::vector<double> &nanoseconds, double bytes, double reference) {
   const double median = quantile(nanoseconds, 0.5);
   const double spread = (quantile(nanoseconds, 0.75) - quantile(nanoseconds, 0.25)) / 2;
@@ -49,7 +49,7 @@ std::string shown(const std::vector<double> &nanoseconds, double bytes, double r
 TableReporter::TableReporter(const std::vector<std::string> &names) {
   for (const std::string &name : names) {
     const size_t first = name.find('|'), second = name.find('|', first + 1);
-    places_[name] = cells_.size();
+    indices_[name] = cells_.size();
     cells_.push_back(
         {name.substr(0, first), name.substr(first + 1, second - first - 1), name.substr(second + 1), {}, 0, {}});
   }
@@ -68,7 +68,7 @@ void TableReporter::ReportRuns(const std::vector<Run> &runs) {
   for (const Run &run : runs) {
     if (run.run_type != Run::RT_Iteration) continue;
     const std::string &name = run.run_name.function_name;
-    Cell &cell = cells_[places_.at(name)];
+    Cell &cell = cells_[indices_.at(name)];
     if (run.error_occurred) {
       cell.note = run.error_message;
       continue;
@@ -92,8 +92,8 @@ std::vector<std::string> TableReporter::distinct(std::string Cell::*part, const 
 
 const TableReporter::Cell *TableReporter::find(const std::string &table, const std::string &line,
                                                const std::string &column) const {
-  const auto place = places_.find(table + "|" + line + "|" + column);
-  return place != places_.end() && !cells_[place->second].empty() ? &cells_[place->second] : nullptr;
+  const auto position = indices_.find(table + "|" + line + "|" + column);
+  return position != indices_.end() && !cells_[position->second].empty() ? &cells_[position->second] : nullptr;
 }
 
 void TableReporter::print(const std::string &table) const {

@@ -1,5 +1,5 @@
-// Prints what was measured as tables: a line a subject, a column a contender, and how many times the first column each
-// of the others is.
+// Prints the measurements as tables: a line for each thing measured, a column for each program or library, and the
+// ratio of each column to the first.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -10,11 +10,11 @@
 
 namespace bench {
 
-/// Names have three parts with a '|' between them: table, line, column. The first column that a line has is the one
-/// that the others are compared with.
+/// Names have three parts with a '|' between them: table, line, column. The first column of a line is the reference for
+/// the others.
 class TableReporter : public benchmark::BenchmarkReporter {
 public:
-  /// What may be measured, in the order in which it is to be shown.
+  /// The names of all cells, in the order of the tables.
   explicit TableReporter(const std::vector<std::string> &names);
   bool ReportContext(const Context &context) override;
   void ReportRuns(const std::vector<Run> &runs) override;
@@ -24,17 +24,17 @@ private:
   struct Cell {
     std::string table, line, column;
     std::vector<double> nanoseconds; ///< of every run
-    double bytes = 0;                ///< a run works on
-    std::string note;                ///< in place of a figure
+    double bytes = 0;                ///< processed by a run
+    std::string note;                ///< shown instead of a time
     bool empty() const { return nanoseconds.empty() && note.empty(); }
   };
-  /// What the cells that were measured have in that place, each value once, for those of which `holds` is true.
+  /// The values of that part of the measured cells for which `holds` is true, each value once.
   template <typename Holds> std::vector<std::string> distinct(std::string Cell::*part, const Holds &holds) const;
   const Cell *find(const std::string &table, const std::string &line, const std::string &column) const;
   void print(const std::string &table) const;
 
   std::vector<Cell> cells_;
-  std::map<std::string, size_t> places_; ///< by name
+  std::map<std::string, size_t> indices_; ///< by name
   size_t measured_ = 0;
 };
 

@@ -1,4 +1,4 @@
-# 32-bit little-endian Linux; programs run on the machine itself, through that system's own loader.
+# 32-bit little-endian Linux; programs run natively, with the loader of the i686 libraries.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(CMAKE_CXX_COMPILER i686-linux-gnu-g++)

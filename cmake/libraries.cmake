@@ -1,4 +1,4 @@
-# Libraries and headers of this machine are not those of the other one.
+# Libraries and headers of the build machine are not used.
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)

@@ -1,4 +1,4 @@
-# 32-bit big-endian Linux, the kind of machine the plug-in's records were laid out for; programs run under qemu.
+# 32-bit big-endian Linux; programs run under qemu.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR ppc)
 set(CMAKE_CXX_COMPILER powerpc-linux-gnu-g++)

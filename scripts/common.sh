@@ -1,5 +1,5 @@
-# What ./run, ./test and CI share: installing what is missing and building. Sourced, with the root folder as the
-# current one.
+# Functions of ./run, ./test and CI: install missing packages, build, fetch documents. Sourced with the root directory as
+# the current one.
 set -euo pipefail
 
 onDebian() { command -v dpkg-query >/dev/null && command -v apt-get >/dev/null; }
@@ -8,8 +8,8 @@ installed() { dpkg-query -W -f='${Status}\n' "$1" 2>/dev/null | grep -q 'ok inst
 
 needed=() # the packages of all calls of install
 
-# install KIND...: installs the packages of those kinds (packages.txt) that are not there yet. Nothing is installed on a
-# system that is not Debian's: there, configuring finds out what is missing.
+# install KIND...: installs the missing packages of those kinds (packages.txt). On systems other than Debian nothing is
+# installed: there, CMake reports what is missing.
 install() {
   local kinds=" $* " kind package missing=()
   while read -r kind package; do
@@ -30,15 +30,15 @@ install() {
   asRoot env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-# namePackages REST: the only line for a system that is not Debian's, and where more can be read
+# namePackages REST: names the packages on other systems than Debian; REST says where to find more
 namePackages() {
-  echo "There is no apt-get to install packages with. These of Debian, by whatever name, are needed: ${needed[*]}$1" >&2
+  echo "There is no apt-get to install packages. These Debian packages or their equivalents are needed: ${needed[*]}$1" >&2
 }
 
 asRoot() { if ((EUID == 0)); then "$@"; else sudo "$@"; fi; }
 
-# build PRESET [TARGET...]: configures and builds. The tree is configured from scratch where that was interrupted the
-# last time or has failed, and where other compilers are wanted than then: CMake keeps the first ones.
+# build PRESET [TARGET...]: configures and builds. The tree is configured from scratch if the last configuration was
+# interrupted or failed, or if the compilers have changed, because CMake keeps the first ones.
 build() {
   local preset=$1 tree=build/$1 fresh=() targets=()
   local log=$tree.log stamp=$tree/configured compilers="CC=${CC:-} CXX=${CXX:-}"
@@ -49,7 +49,7 @@ build() {
   rm -f "$stamp"
   if ! cmake --preset "$preset" "${fresh[@]}" >"$log" 2>&1; then
     if ! onDebian; then
-      namePackages "; CMake says in $log what it misses"
+      namePackages "; $log names what CMake misses"
     elif ! sed -n '/^CMake Error/,$p' "$log" | grep . >&2; then
       cat "$log" >&2
     fi
@@ -60,7 +60,7 @@ build() {
   cmake --build --preset "$preset" "${targets[@]}"
 }
 
-# fetch PACKAGE FILE DESTINATION: a document from one of Debian's packages, which need not be installed.
+# fetch PACKAGE FILE DESTINATION: gets a document from a Debian package, which need not be installed.
 fetch() {
   local package=$1 file=$2 destination=$3 work
   [[ ! -f $destination ]] || return 0
@@ -75,7 +75,7 @@ fetch() {
   fi
 }
 
-# For fetch, in a folder of its own.
+# For fetch, in a separate directory.
 fetchInto() {
   if [[ -f /$file ]]; then
     cp "/$file" "$1/document"

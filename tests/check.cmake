@@ -1,5 +1,5 @@
-# No test asserts nothing: check/assertions.py reads the tests' sources, and check/assertions_test.py tests the check. What
-# it finds is the same in every preset, so it runs in those that build the tests as they are.
+# check/assertions.py finds tests that assert nothing; check/assertions_test.py tests the check. The result is the same in
+# every preset, so it runs only in those without sanitizers, coverage and the C library's checks.
 if(TAVREL_SANITIZE OR TAVREL_COVERAGE OR TAVREL_FORTIFY)
   return()
 endif()

@@ -1,4 +1,4 @@
-# The host's kernel. Test plug-ins are libraries of their own; they share one frame.
+# The host's kernel. Each test plug-in is a library; most share LoadedPlugin.cpp.
 set(test_plugins ${CMAKE_BINARY_DIR}/test-plugins)
 function(test_plugin name)
   add_library(test_plugin_${name} MODULE ${ARGN})
@@ -23,7 +23,7 @@ list(APPEND loader_plugins ${peers})
 test_plugin(nomain ${plugin_sources}/nomain.cpp)
 list(TRANSFORM loader_plugins PREPEND test_plugin_)
 
-# The account of blocks is that of support/FailingMemory.h.
+# Blocks are counted by support/FailingMemory.h.
 tavrel_test(NAME kernel_test
             SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/kernel/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/support/FailingMemory.cpp
             LIBRARIES host_kernel test_support TOGETHER)

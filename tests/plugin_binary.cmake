@@ -1,12 +1,12 @@
-# The plug-in as a file, and the trap for compilers that lose what a protected region stores.
+# The plug-in as a library file, and a test for compilers that lose values stored in a protected region.
 tavrel_test(NAME plugin_library_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugin/binary/library_test.cpp
             LIBRARIES sdk ${CMAKE_DL_LIBS})
 target_compile_definitions(plugin_library_test PRIVATE TAVREL_PLUGIN_FILE="$<TARGET_FILE:TavrelGLT>"
                                                        TAVREL_SANITIZED=$<BOOL:${TAVREL_SANITIZE}>)
 add_dependencies(plugin_library_test TavrelGLT)
 
-# Built by every compiler at several levels, whatever the rest is built with, and without sanitizers: they change what
-# the compiler may assume.
+# Built by both compilers at several levels of optimisation, in every preset, and without sanitizers: they change what the
+# compiler may assume.
 set(trap_source ${CMAKE_CURRENT_SOURCE_DIR}/plugin/binary/frame_trap.cpp)
 set(trap_programs)
 foreach(compiler g++ clang++)

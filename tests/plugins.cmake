@@ -1,5 +1,4 @@
-# Plug-ins beside the highlight plug-in, each as the library that it is, in the real host: all together, and each
-# without another.
+# The example plug-ins as libraries in the real host: all together, and each without the others.
 tavrel_test(NAME plugins_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/*.cpp LIBRARIES tools test_support)
 tavrel_test(NAME plugins_alone_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/alone/*.cpp
             ${CMAKE_CURRENT_SOURCE_DIR}/plugins/tables.cpp ${CMAKE_SOURCE_DIR}/plugins/BRZ/parameters.cpp

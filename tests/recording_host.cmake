@@ -1,5 +1,5 @@
-# The recording host as a library, for whoever links the plug-in's objects: the tests and the fuzzing programs. Wants
-# GoogleTest found and the plug-in's target `glint`.
+# The recording host as a library, for programs that link the plug-in's objects: the tests and the fuzzing programs. Needs
+# GoogleTest and the plug-in's target `glint`.
 include_guard(GLOBAL)
 add_library(recording_host STATIC
             ${CMAKE_CURRENT_LIST_DIR}/host/Faults.cpp ${CMAKE_CURRENT_LIST_DIR}/host/RecordingHost.cpp

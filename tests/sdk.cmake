@@ -1,2 +1,2 @@
-# The interface by itself.
+# The interface alone.
 tavrel_test(NAME sdk_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/sdk/*.cpp LIBRARIES sdk X11::Xt)

@@ -1,5 +1,5 @@
-# The viewer's window, pressed by a pointer and by keys on private displays, with and without a window manager. A class
-# of tests is a test: starting a display takes longer than pressing a button.
+# The viewer's window, used with a pointer and keys on private displays, with and without a window manager. Each class of
+# tests is registered as one test, because starting a display takes longer than pressing a button.
 find_package(Python3 COMPONENTS Interpreter)
 if(Python3_FOUND)
   set(viewer_tests ${CMAKE_CURRENT_SOURCE_DIR}/viewer)
@@ -35,7 +35,7 @@ if(Python3_FOUND)
     file(STRINGS ${file} classes REGEX "^class [A-Za-z0-9]+\\(")
     foreach(line ${classes})
       string(REGEX REPLACE "^class ([A-Za-z0-9]+).*" "\\1" class "${line}")
-      # Sanitizers watch the program; who manages its windows makes no difference to them.
+      # A window manager makes no difference to the sanitizers: with them, the classes that use one are left out.
       if(TAVREL_SANITIZE AND class MATCHES "Managed$")
         continue()
       endif()

@@ -1,9 +1,9 @@
-# What the viewer does and shows, without a window.
+# The viewer's model, without a window.
 find_program(QPDF qpdf REQUIRED)
 tavrel_test(NAME viewer_model_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/viewer_model/*.cpp
             LIBRARIES viewer_window test_support X11::Xt X11::X11 TOGETHER)
 target_compile_definitions(viewer_model_test PRIVATE QPDF="${QPDF}")
-# Its operator new fails where the test wants it.
+# Its operator new fails when the test requests it.
 tavrel_test(NAME viewer_faults_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/viewer_model/faults/*.cpp
             LIBRARIES viewer_model test_support TOGETHER)
 target_compile_definitions(viewer_faults_test PRIVATE QPDF="${QPDF}")

@@ -1,4 +1,5 @@
-# The soak of the window, in a program of its own: it counts what the process has. Sanitizers have their own allocator.
+# The soak test of the window, in a separate program, because it counts the resources of the process. Not with sanitizers,
+# which replace the allocator.
 if(TAVREL_SANITIZE)
   return()
 endif()

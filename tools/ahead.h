@@ -1,4 +1,4 @@
-// What a command makes of each page of a document, made on other threads before it is asked for.
+// A result for each page of a document, made on other threads before it is requested.
 #pragma once
 
 #include <cstdint>
@@ -16,20 +16,20 @@ template <typename Made> class PagesAhead {
 public:
   using Make = std::function<Made(host::PdfFile &file, int32_t page)>;
 
-  /// How far ahead. What is made of a page weighs something, and all that is not taken yet weighs no more than
-  /// `weight`, unless it is one page.
+  /// How far ahead pages are made. Each result has a weight. The results that are not taken yet weigh at most `weight`
+  /// together, except that one of any weight is allowed.
   struct Reach {
     size_t pages;
     double weight = 0;
     std::function<double(int32_t page)> weightOf = [](int32_t /*page*/) { return 0; };
   };
 
-  /// `make` is called on the workers' threads with their files, and on the caller's with its own: for a page out of
-  /// turn, and for every page where there are no workers. All of them outlive this.
+  /// `make` is called on the workers' threads with their files. It is called on the caller's thread with `own` for a
+  /// page out of order, and for every page if there are no workers. All arguments outlive this object.
   PagesAhead(host::PdfFile &own, Workers &workers, Make make, Reach reach)
       : own_(own), workers_(workers), make_(std::move(make)), reach_(std::move(reach)) {}
 
-  /// What is made of a page; pages are taken in order. Throws what making it threw.
+  /// The result for a page; pages are taken in order. Throws the exception that `make` threw.
   Made take(int32_t page) {
     while (!ahead_.empty() && ahead_.front().page < page)
       drop();
@@ -46,7 +46,7 @@ private:
   struct Ordered {
     int32_t page;
     double weight;
-    std::future<std::optional<Made>> made; ///< none where the thread has no file
+    std::future<std::optional<Made>> made; ///< empty if the thread has no file
   };
 
   void drop() {

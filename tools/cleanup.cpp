@@ -1,5 +1,5 @@
-// Undoes on a signal, and on exit() or quick_exit(), what destructors undo otherwise. Output files and the
-// private display announce themselves here.
+// Does on a signal, and on exit() or quick_exit(), what destructors do otherwise. Output files and the private display
+// register here.
 #include "tools/cleanup.h"
 
 #include <csignal>
@@ -12,7 +12,7 @@ namespace {
 
 constexpr int signals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE};
 
-// A signal may come at any moment: the name is whole whenever `fileSet` is.
+// A signal may come at any moment: the name is complete whenever `fileSet` is set.
 char file[4096];
 volatile sig_atomic_t fileSet = 0;
 volatile pid_t program = 0;
@@ -33,7 +33,7 @@ void watch() {
     for (const int signal : signals) {
       struct sigaction action {};
       sigaction(signal, nullptr, &action);
-      if (action.sa_handler == SIG_IGN) continue; // whoever started the program wants it so (nohup)
+      if (action.sa_handler == SIG_IGN) continue; // the parent process ignores it (nohup)
       action.sa_handler = undoAndDie;
       sigaction(signal, &action, nullptr);
     }

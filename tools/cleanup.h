@@ -1,4 +1,4 @@
-// What must be undone when the program is killed: one unfinished file, one program of its own.
+// Cleanup when the program is killed: one unfinished file, one child process.
 #pragma once
 
 #include <sys/types.h>

@@ -1,4 +1,4 @@
-// The command line of `tavrel`. Each subcommand is a source of its own that adds itself here.
+// The command line of `tavrel`. Each subcommand has a separate source.
 #include "tools/commands.h"
 
 #include <CLI/CLI.hpp>
@@ -42,10 +42,10 @@ int runCommands(int argc, char **argv, std::initializer_list<AddCommand> more) {
   int status = exitDone;
   CLI::App app("Shows search hits in PDF documents.", "tavrel");
   app.set_version_flag("--version", "tavrel " TAVREL_VERSION);
-  app.require_subcommand(0, 1); // checked below: a word that is no command is to be named
+  app.require_subcommand(0, 1); // checked below, so that the error names an unknown command
   app.footer(footer());
   app.failure_message([](const CLI::App *, const CLI::Error &error) {
-    return std::string("tavrel: ") + error.what() + " (tavrel --help says more)\n";
+    return std::string("tavrel: ") + error.what() + " (see tavrel --help)\n";
   });
   for (const AddCommand add : more)
     add(app, status);

@@ -1,4 +1,4 @@
-// The command line: which subcommands there are, and what their exit statuses mean.
+// The command line: the subcommands, and the meaning of their exit statuses.
 #pragma once
 
 #include <initializer_list>
@@ -9,7 +9,7 @@ class App;
 
 namespace tools {
 
-/// Adds a subcommand to the parser, which sets the status when it is called.
+/// Adds a subcommand to the parser. The subcommand sets the status when it is called.
 using AddCommand = void (*)(CLI::App &app, int &status);
 
 /// Runs the program, with these subcommands besides its own; returns an ExitStatus.

@@ -1,4 +1,4 @@
-// Counts damaged pages and names them as a reader counts them, from 1, neighbours together: "3, 7-9".
+// Lists damaged pages, counted from 1, consecutive ones as a range: "3, 7-9".
 #include "tools/damage.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace tools {
 namespace {
 
 std::string listed(const std::vector<int32_t> &pages) {
-  constexpr size_t mostRanges = 20; // a line is to be read
+  constexpr size_t mostRanges = 20; // keeps the line readable
   std::string list;
   size_t ranges = 0;
   for (size_t i = 0; i < pages.size(); ++i) {

@@ -11,8 +11,8 @@ class DamagedPages {
 public:
   void add(int32_t page) { pages_.push_back(page); } ///< counted from 0; the same page once
   bool none() const { return pages_.empty(); }
-  /// What is wrong with the document, in one line, however many pages it is. Where all its pages are damaged, throws
-  /// CommandFailure (exitDocument) with the line instead.
+  /// One line that reports the damaged pages, also of many. If all pages are damaged, throws CommandFailure
+  /// (exitDocument) with the line instead.
   std::string report(const std::string &document, int32_t pageCount) const;
 
 private:

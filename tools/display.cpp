@@ -23,11 +23,11 @@ constexpr int timeout = 20000; // milliseconds; a server on a busy machine takes
 
 [[noreturn]] void fail(const std::string &reason) { throw CommandFailure(exitHostFailure, reason); }
 
-// In the child; comes back only where the server cannot be run. What it writes is of no interest: whether it works
-// shows in its giving a number.
+// Runs in the child and returns only if the server cannot be run. The server's output is discarded: it has started when
+// it writes its display number.
 void becomeServer(int number, pid_t parent) {
   prctl(PR_SET_PDEATHSIG, SIGTERM);
-  if (getppid() != parent) _exit(EXIT_FAILURE); // the parent was gone already
+  if (getppid() != parent) _exit(EXIT_FAILURE); // the parent has ended already
   setsid();                                     // the terminal's interrupt is the parent's to handle
   const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
@@ -67,7 +67,7 @@ Display::Display() {
   number_ = number[0];
   if (server_ > 0) {
     endWhenKilled(server_);
-    // Says nothing but that the server runs: the pipe closes when it does.
+    // The pipe closes when the server runs; otherwise the errno of execlp is read.
     while (read(failure[0], &reason, sizeof reason) < 0 && errno == EINTR) {
     }
   }

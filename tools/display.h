@@ -7,21 +7,21 @@ namespace tools {
 
 class Display {
 public:
-  /// With DISPLAY set, nothing is done. Else a private X server of this process is started, which needs a moment.
-  /// Throws CommandFailure (exitHostFailure) when that is impossible.
+  /// If DISPLAY is set, does nothing. Else starts a private X server; await() waits until it is ready. Throws
+  /// CommandFailure (exitHostFailure) if it cannot be started.
   Display();
   ~Display(); ///< ends the private server
   Display(const Display &) = delete;
   Display &operator=(const Display &) = delete;
 
-  /// Waits until the private server takes connections, and sets DISPLAY. Throws likewise.
+  /// Waits until the private server accepts connections, and sets DISPLAY. Throws likewise.
   void await();
 
 private:
   void end();
 
   pid_t server_ = 0;
-  int number_ = -1; ///< where the server writes which display it is
+  int number_ = -1; ///< the server writes its display number here
 };
 
 } // namespace tools

@@ -1,4 +1,4 @@
-// Why a command ends before its end: the line that it says, and its exit status.
+// An error that ends a command: the line that it prints, and its exit status.
 #pragma once
 
 #include <stdexcept>

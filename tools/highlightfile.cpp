@@ -1,5 +1,5 @@
-// Reads highlight files. What they mean is known to plug-ins only; how large they may be, and what is none, to the
-// plug-in that hands them on in the window, whose source is used here too.
+// Reads highlight files. Only plug-ins interpret them. The size limit and the check for other kinds of files are in
+// plugins/BRZ/content.cpp, which is used here too.
 #include "tools/highlightfile.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// Highlight files as the commands get them: read into memory, and told from other files.
+// Highlight files: reads them into memory, and distinguishes them from other files.
 #pragma once
 
 #include <cstddef>
@@ -10,16 +10,16 @@ namespace tools {
 /// A file's name in a message; "-" is standard input.
 std::string nameOfHits(const std::string &hits);
 
-/// All bytes of a highlight file of at most so many megabytes; "-" is standard input. Reads no more than the limit,
-/// also of a pipe or a device. Throws CommandFailure (exitHighlightFile) that names the file, also for what is another
-/// kind of file: a PDF, UTF-16, binary data.
+/// All bytes of a highlight file of at most so many megabytes; "-" is standard input. Reads at most one byte more than
+/// the limit, also of a pipe or a device. Throws CommandFailure (exitHighlightFile) that names the file, also for
+/// another kind of file: a PDF, UTF-16, binary data.
 std::string readHits(const std::string &hits, unsigned megabytes);
 
-/// Whether a file is a highlight file, by its first bytes. False for what cannot be read.
+/// Whether a file is a highlight file, judged by its first bytes. False if it cannot be read.
 bool isHighlightFile(const std::filesystem::path &file);
 
-/// The document that a highlight file belongs to by its name: "paper.pdf" beside "paper.xml", "paper.hits.xml",
-/// "paper.pdf.xml" or "paper.tavrelglt". Empty where there is none.
+/// The document that belongs to a highlight file by its name: "paper.pdf" in the directory of "paper.xml",
+/// "paper.hits.xml", "paper.pdf.xml" or "paper.tavrelglt". Empty if there is none.
 std::filesystem::path documentOfHits(const std::filesystem::path &hits);
 
 } // namespace tools

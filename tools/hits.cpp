@@ -1,5 +1,4 @@
-// `tavrel hits DOC WORDS...`: searches a document for a phrase and writes a highlight file: from PDF to marked page
-// without any other program. Exit statuses: exit.h.
+// `tavrel hits DOC WORDS...`: searches a document for a phrase and writes a highlight file. Exit statuses: exit.h.
 #include "tools/hits.h"
 
 #include <unistd.h>
@@ -29,13 +28,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Places in a highlight file are 16 bits wide, and the last of them stands for none.
-constexpr uint32_t lastPlace = 65534;
+// Positions in a highlight file have 16 bits; the highest value means none.
+constexpr uint32_t lastPosition = 65534;
 
 constexpr char hexDigits[] = "0123456789ABCDEF";
 
-// The colour as "#RRGGBB". Readers of highlight files take the two digits of a component in reversed order, so only
-// a component whose digits are equal means the same to everybody; any other colour is refused.
+// The colour as "#RRGGBB". The reader of highlight files takes the two digits of a component in reversed order. A
+// component of two different digits would mean another colour, so it is refused.
 std::string checkedColor(const std::string &asked) {
   const std::string digits = asked.substr(asked.starts_with('#') ? 1 : 0);
   if (digits.size() != 6 || digits.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
@@ -77,18 +76,18 @@ std::string joined(const std::vector<std::string> &words) {
 
 class PageCounter {
 public:
-  PageCounter(bool wanted, std::ostream &err) : wanted_(wanted), err_(err) {}
+  PageCounter(bool enabled, std::ostream &err) : enabled_(enabled), err_(err) {}
   PageCounter(const PageCounter &) = delete;
   PageCounter &operator=(const PageCounter &) = delete;
   ~PageCounter() {
-    if (wanted_) err_ << "\r\033[K" << std::flush;
+    if (enabled_) err_ << "\r\033[K" << std::flush;
   }
   void show(int32_t page, int32_t pages) {
-    if (wanted_) err_ << "\rsearching page " << page + 1 << " of " << pages << std::flush;
+    if (enabled_) err_ << "\rsearching page " << page + 1 << " of " << pages << std::flush;
   }
 
 private:
-  bool wanted_;
+  bool enabled_;
   std::ostream &err_;
 };
 
@@ -96,8 +95,7 @@ private:
   throw CommandFailure(exitOutput, name + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
 }
 
-// Writes a file that is there complete or not at all. A terminal, a pipe or a device is written to as it is; a link
-// stays a link.
+// Writes a complete file or none. A terminal, a pipe or a device is written to directly; a link stays a link.
 void writeFile(const std::string &name, const std::string &text) {
   std::error_code error;
   const fs::file_status status = fs::status(name, error);
@@ -123,7 +121,7 @@ struct Found {
 };
 
 Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err) {
-  constexpr size_t pagesAhead = 64; // hits weigh little
+  constexpr size_t pagesAhead = 64; // hits have no weight
   const std::unique_ptr<host::PdfFile> file =
       host::PdfFile::open(options.document, options.password, host::PdfFile::Reading::inMemory);
   Found found;
@@ -160,7 +158,7 @@ ExitStatus searchAndWrite(const HitsOptions &options, std::ostream &out, std::os
   }
   if (found.leftOut > 0)
     err << "tavrel: " << document << ": " << counted(found.leftOut, "hit")
-        << " left out, beyond what a highlight file can place on a page\n";
+        << " left out: a highlight file has positions up to " << lastPosition << "\n";
   if (found.hits == 0)
     throw CommandFailure(exitNothingMarked, document + ": " + (found.leftOut > 0 ? "no other hits of" : "no hits of") +
                                                 " \"" + joined(options.words) + "\"");
@@ -181,7 +179,7 @@ ExitStatus searchAndWrite(const HitsOptions &options, std::ostream &out, std::os
 } // namespace
 
 size_t dropUnplaceable(std::vector<Hit> &hits, bool inWords) {
-  return std::erase_if(hits, [inWords](const Hit &hit) { return (inWords ? hit.word : hit.offset) > lastPlace; });
+  return std::erase_if(hits, [inWords](const Hit &hit) { return (inWords ? hit.word : hit.offset) > lastPosition; });
 }
 
 std::string highlightFile(std::span<const PageHits> pages, const std::string &units, const std::string &color,
@@ -221,11 +219,12 @@ void addHitsCommand(CLI::App &app, int &status) {
   command->add_option("DOC", options->document, "The PDF to search")->required();
   command->add_option("WORDS", options->words, "The phrase: whole words; case, accents and punctuation do not count")
       ->required();
-  command->add_option("--units", options->units, "Mark the letters found, or the words they stand in")
+  command->add_option("--units", options->units, "Mark the letters found, or the words that contain them")
       ->check(CLI::IsMember({"characters", "words"}))
       ->capture_default_str();
   command->add_option("--color", options->color, "Colour of the marks, RRGGBB; the digits of each pair are equal");
-  command->add_option("--mode", options->mode, "How the file is to be taken")->check(CLI::IsMember({"active"}));
+  command->add_option("--mode", options->mode, "active: viewers scroll to the first hit")
+      ->check(CLI::IsMember({"active"}));
   addPasswordOptions(*command, options->password);
   command->add_option("-o,--output", options->output, "Where to write the highlight file; - is standard output")
       ->capture_default_str();

@@ -23,10 +23,10 @@ struct HitsOptions {
   std::string color;                ///< six hexadecimal digits, with or without '#'; empty: the file names none
   std::string mode;                 ///< empty: the file names none
   std::string output = "-";         ///< a file; "-" is standard output
-  bool progress = false;            ///< tell on `err` which page is being searched
+  bool progress = false;            ///< show on `err` which page is being searched
 };
 
-/// Searches and writes; returns an ExitStatus. What is written to standard output goes to `out`, complaints to `err`.
+/// Searches and writes; returns an ExitStatus. `out` is standard output; errors are reported on `err`.
 int writeHits(const HitsOptions &options, std::ostream &out, std::ostream &err);
 
 /// The hits of a page.
@@ -35,7 +35,8 @@ struct PageHits {
   std::vector<Hit> hits;
 };
 
-/// Takes out the hits that start beyond offset 65534, which a highlight file cannot place; returns how many.
+/// Removes the hits that start after offset (or word) 65534, the last one that a highlight file can hold; returns how
+/// many.
 size_t dropUnplaceable(std::vector<Hit> &hits, bool inWords);
 
 /// A highlight file. `color` is empty or "#RRGGBB".

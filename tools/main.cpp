@@ -1,4 +1,4 @@
-// The program `tavrel`; the commands without a window are in a library, for tests.
+// The program `tavrel`. The commands without a window are in a library, which tests link.
 #include "tools/commands.h"
 #include "tools/view.h"
 

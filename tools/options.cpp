@@ -1,4 +1,4 @@
-// Shared options. What is wrong with a value is thrown as an error of the command line, in one line.
+// Shared options. An invalid value is thrown as an error of the command line, in one line.
 #include "tools/options.h"
 
 #include <CLI/CLI.hpp>
@@ -21,15 +21,15 @@ std::string textOf(double value) {
   return text;
 }
 
-// Not the parser's own check of a range, which accepts NaN because that is neither below nor above anything.
+// The parser's check of a range is not used: it accepts NaN, because every comparison with NaN is false.
 CLI::Validator checked(double low, double high, bool whole) {
   const std::string range = textOf(low) + " to " + textOf(high);
   const char *kind = whole ? "a whole number" : "a number";
   return {[=](std::string &text) -> std::string {
             double value = 0;
             const char *end = text.data() + text.size();
-            const auto [behind, error] = std::from_chars(text.data(), end, value);
-            const bool taken = error == std::errc() && behind == end && std::isfinite(value) &&
+            const auto [rest, error] = std::from_chars(text.data(), end, value);
+            const bool taken = error == std::errc() && rest == end && std::isfinite(value) &&
                                !(whole && text.find_first_not_of("0123456789") != std::string::npos);
             if (taken && value >= low && value <= high) return {};
             return "\"" + text + "\" is not " + kind + " from " + range;
@@ -53,7 +53,7 @@ std::string readPassword(const std::string &file) {
   std::string password;
   int byte = 0;
   while ((byte = std::fgetc(stream.get())) != EOF && byte != '\n') {
-    if (password.size() == longest) fail(name + ": its first line is longer than a password");
+    if (password.size() == longest) fail(name + ": its first line is too long for a password");
     password += static_cast<char>(byte);
   }
   if (std::ferror(stream.get()) != 0) fail(name + ": " + std::strerror(errno));

@@ -15,12 +15,12 @@ CLI::Validator number(double low, double high);
 /// The same without a fraction.
 CLI::Validator wholeNumber(double low, double high);
 
-/// Adds --password and --password-file, of which one can be given; the second keeps the password off the command line,
-/// which every user of the machine can read. Sets `password`, which lives as long as the command.
+/// Adds --password and --password-file, of which one can be given. Every user of the machine can read the command line;
+/// the second option keeps the password off it. Sets `password`, which outlives the command.
 void addPasswordOptions(CLI::App &command, std::string &password);
 
-/// Adds --hits-limit: how large a highlight file may be. Its default is that of the environment. Sets `megabytes`,
-/// which lives as long as the command.
+/// Adds --hits-limit: the maximum size of a highlight file. The environment can set its default. Sets `megabytes`,
+/// which outlives the command.
 void addHitsLimitOption(CLI::App &command, unsigned &megabytes);
 
 } // namespace tools

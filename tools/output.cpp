@@ -1,5 +1,5 @@
-// Output files are written under another name in the same directory, brought to the disk, and renamed: after a crash
-// of the program or of the machine there is the earlier file or the new one. Used for every page and highlight file.
+// Output files are written under another name in the same directory, synchronized, and renamed: after a crash of the
+// program or of the machine the earlier file or the new one exists. Used for every page and highlight file.
 #include "tools/output.h"
 
 #include <fcntl.h>
@@ -21,11 +21,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr mode_t permissionBits = 0777, forNewFiles = 0666; // the umask takes its share of the second
+constexpr mode_t permissionBits = 0777, forNewFiles = 0666; // the umask applies to the second
 
 fs::path directoryOf(const fs::path &file) { return file.has_parent_path() ? file.parent_path() : fs::path("."); }
 
-// Short whatever the target's name is, and not to be guessed by others who may write to the directory.
+// Short even if the target's name is long. Unpredictable, because others may have write access to the directory.
 std::string temporaryName() {
   uint64_t number = 0;
   if (getrandom(&number, sizeof number, 0) != sizeof number) return {};
@@ -55,7 +55,7 @@ OutputFile::OutputFile(fs::path target) : target_(std::move(target)) {
   }
   removeWhenKilled(nullptr);
   errno = reason;
-  if (reason == ENOENT || reason == ENOTDIR) target_ = directoryOf(target_); // it is the directory that is missing
+  if (reason == ENOENT || reason == ENOTDIR) target_ = directoryOf(target_); // the directory is missing
   fail();
 }
 
@@ -87,7 +87,7 @@ void OutputFile::syncDirectory() const {
   const fs::path directory = directoryOf(target_);
   const int descriptor = open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (descriptor < 0) return;                                    // a directory may be writable and not readable
-  const bool synced = fsync(descriptor) == 0 || errno == EINVAL; // which a file system says that has nothing to do
+  const bool synced = fsync(descriptor) == 0 || errno == EINVAL; // from file systems without directory synchronization
   const int reason = errno;
   close(descriptor);
   if (!synced)

@@ -1,4 +1,4 @@
-// A file that is there complete or not at all.
+// An output file that appears only when it is complete.
 #pragma once
 
 #include <cstdio>
@@ -9,18 +9,18 @@ namespace tools {
 
 class OutputFile {
 public:
-  /// Opens a new file of an unpredictable name in the directory of `target`, which must exist. A file that is there
-  /// already stays as it is until commit(), and its permissions are taken over. Throws CommandFailure (exitOutput).
+  /// Opens a new file of an unpredictable name in the directory of `target`, which must exist. An existing target stays
+  /// unchanged until commit(); the new file gets its permissions. Throws CommandFailure (exitOutput).
   explicit OutputFile(std::filesystem::path target);
-  ~OutputFile(); ///< removes what is not committed
+  ~OutputFile(); ///< removes the file if it is not committed
   OutputFile(const OutputFile &) = delete;
   OutputFile &operator=(const OutputFile &) = delete;
 
   FILE *stream() const { return stream_; }
   /// Throws CommandFailure when the bytes cannot be written.
   void write(std::string_view bytes);
-  /// Puts the file on the disk and then in place of `target`. Throws CommandFailure when that cannot be done; then
-  /// `target` is as it was before, unless the line says that only its directory could not be synchronized.
+  /// Synchronizes the file and renames it to `target`. Throws CommandFailure if that fails; then `target` is unchanged,
+  /// unless the message says that the directory could not be synchronized.
   void commit();
 
 private:
@@ -29,10 +29,10 @@ private:
 
   std::filesystem::path target_, temporary_;
   FILE *stream_ = nullptr;
-  bool exists_ = false; ///< whether temporary_ is a file of ours
+  bool exists_ = false; ///< whether temporary_ exists
 };
 
-/// Makes a directory and those that lead to it, where they are missing. Throws CommandFailure (exitOutput).
+/// Creates a directory and its missing parents. Throws CommandFailure (exitOutput).
 void makeDirectories(const std::filesystem::path &directory);
 
 } // namespace tools

@@ -1,5 +1,5 @@
-// Pages as files. Encoding takes as long as rendering and may happen on other threads; writing takes no time, and so
-// all files are written here, one after another: a page that cannot be written is the last one.
+// Pages as files. Encoding takes as long as rendering and may happen on other threads. Writing is fast: all files are
+// written on the caller's thread, in page order, and no page is written after one that fails.
 #include "tools/pagewriter.h"
 
 #include <cerrno>
@@ -68,23 +68,23 @@ void PageWriter::putFirst() {
 void PageWriter::put(const Page &page, const std::optional<std::string> &png) {
   char name[32];
   std::snprintf(name, sizeof name, "page-%04d.png", page.number + 1);
-  const std::filesystem::path place = directory_ / name;
+  const std::filesystem::path path = directory_ / name;
   makeDirectories(directory_);
-  OutputFile file(place);
-  if (!png) throw CommandFailure(exitOutput, place.string() + ": cannot be written as PNG");
+  OutputFile file(path);
+  if (!png) throw CommandFailure(exitOutput, path.string() + ": cannot be written as PNG");
   file.write(*png);
   file.commit();
   pages_ += page.marks > 0 ? 1 : 0;
   hits_ += page.marks;
   offPage_ += page.offPage;
-  progress_.say(label(page.number) + counted(page.marks, "hit") + alsoOffPage(page.offPage) + " -> " + place.string() +
-                (page.status.empty() ? "" : " (" + page.status + ")"));
+  progress_.print(label(page.number) + counted(page.marks, "hit") + alsoOffPage(page.offPage) + " -> " + path.string() +
+                  (page.status.empty() ? "" : " (" + page.status + ")"));
   progress_.show(page.number + 1, pageCount_);
 }
 
 void PageWriter::reportOffPage(const host::Drawing &drawing) {
   offPage_ += drawing.offPage;
-  progress_.say(label(drawing.page) + counted(drawing.offPage, "hit") + " outside of the page, not marked");
+  progress_.print(label(drawing.page) + counted(drawing.offPage, "hit") + " outside of the page, not marked");
 }
 
 std::string PageWriter::label(int32_t page) const {

@@ -1,4 +1,4 @@
-// Writes drawn pages as PNG files, with a line each. The render command owns one.
+// Writes drawn pages as PNG files and prints a line for each. The render command owns one.
 #pragma once
 
 #include <cstddef>
@@ -15,26 +15,26 @@
 
 namespace tools {
 
-/// Of the pages that wait for something, on either side of the painting. Two of them may be of any size.
+/// The limit of each queue of pages, before and after painting, in pixels; a single page may be larger.
 inline constexpr double mostPixelsWaiting = 32.0 * 1024 * 1024;
 
 class PageWriter {
 public:
-  /// Writes page-0001.png and so on into a directory, of that many dots per inch.
+  /// Writes page-0001.png and so on into a directory, with that many dots per inch.
   PageWriter(std::filesystem::path directory, double dpi, int32_t pageCount);
 
-  /// Has threads encode the pages, while the files are still written here. Null for none; else finish() comes before
-  /// the threads' end.
+  /// Encodes the pages on these threads; the files are written on the caller's thread. Null for none. finish() must be
+  /// called before the threads end.
   void setWorkers(Workers *workers) { workers_ = workers; }
-  /// Writes a page now or, with workers, soon: files come to be in the order of the calls, and so do the lines.
-  /// `status` is what plug-ins say of the page. Throws CommandFailure (exitOutput), perhaps for an earlier page.
+  /// Writes a page now or, with workers, later. Files and lines appear in the order of the calls. `status` is the
+  /// status text of the plug-ins. Throws CommandFailure (exitOutput), possibly for an earlier page.
   void write(host::Drawing &&drawing, std::string status);
   /// Counts the hits of a page on which none could be marked, and prints a line. The page is not written.
   void reportOffPage(const host::Drawing &drawing);
-  /// Writes all that waits, and leaves the workers. Throws likewise; what waits behind a page that fails is forgotten.
+  /// Writes the waiting pages and stops using the workers. Throws likewise; pages after one that fails are dropped.
   void finish();
 
-  /// Takes the progress bar away.
+  /// Removes the progress bar.
   void clear() { progress_.clear(); }
   size_t hits() const { return hits_; }
   std::string summary() const;

@@ -9,11 +9,11 @@
 
 namespace tools {
 
-/// Writes the image, of that many dots per inch, in 8-bit RGB. False when the PNG library gives up; errors of the
-/// stream are the caller's to look for.
+/// Writes the image in 8-bit RGB, with that many dots per inch. False if the PNG library reports an error; the caller
+/// checks the stream for errors.
 bool writePng(FILE *stream, const host::Image &image, double dpi);
 
-/// The bytes of such a file, or nothing when the PNG library gives up.
+/// The bytes of such a file, or nothing if the PNG library reports an error.
 std::optional<std::string> pngOf(const host::Image &image, double dpi);
 
 } // namespace tools

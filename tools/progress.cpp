@@ -1,4 +1,4 @@
-// Progress on a terminal: lines scroll, the bar stays last. A pipe or a file gets the lines alone.
+// Progress on a terminal: lines scroll, the bar stays below them. A pipe or a file gets only the lines.
 #include "tools/progress.h"
 
 #include <unistd.h>
@@ -11,7 +11,7 @@ Progress::Progress(FILE *stream) : stream_(stream), terminal_(isatty(fileno(stre
 
 Progress::~Progress() { clear(); }
 
-void Progress::say(const std::string &line) {
+void Progress::print(const std::string &line) {
   clear();
   std::fprintf(stream_, "%s\n", line.c_str());
 }

@@ -1,4 +1,4 @@
-// The lines of a command that works through pages, and below them, on a terminal, how far it is.
+// The lines that a command prints for its pages, and, on a terminal, a progress bar below them.
 #pragma once
 
 #include <cstdio>
@@ -9,15 +9,15 @@ namespace tools {
 class Progress {
 public:
   explicit Progress(FILE *stream);
-  ~Progress(); ///< the bar goes
+  ~Progress(); ///< removes the bar
   Progress(const Progress &) = delete;
   Progress &operator=(const Progress &) = delete;
 
-  /// Says a line.
-  void say(const std::string &line);
-  /// Moves the bar to done of total; nothing where the stream is no terminal.
+  /// Prints a line.
+  void print(const std::string &line);
+  /// Moves the bar to done of total; does nothing if the stream is not a terminal.
   void show(int done, int total);
-  /// Takes the bar away, for whatever else is to be said.
+  /// Removes the bar, so that other output can follow.
   void clear();
 
 private:

@@ -1,5 +1,5 @@
-// `tavrel render DOC HITS`: from a PDF and a highlight file to marked pages, on the road that a viewer takes: plug-ins
-// are loaded, the document is opened, the file is delivered as auxiliary data, and what is then shown is drawn.
+// `tavrel render DOC HITS`: from a PDF and a highlight file to marked pages, in the same way as the viewer: plug-ins
+// are loaded, the document is opened, the file is delivered as auxiliary data, and the pages that are shown are drawn.
 #include "tools/render.h"
 
 #include <CLI/CLI.hpp>
@@ -36,7 +36,7 @@ std::string joined(const std::vector<fs::path> &directories) {
   return names;
 }
 
-// What the program is made of while it runs, in the order in which one stands on the other.
+// The objects of the program. Each member uses those before it.
 struct Viewer {
   host::Runtime runtime;
   host::TopLevel topLevel;
@@ -58,14 +58,14 @@ ExitStatus statusOf(const host::HostError &error) {
   switch (error.code) {
   case tavrel::errDocument:
     return exitDocument;
-  case tavrel::errBadArgument: // so many dots per inch that no image can hold the page
+  case tavrel::errBadArgument: // more dots per inch than an image can hold
     return exitUsage;
   default:
     return exitHostFailure;
   }
 }
 
-// Has a view take its pages from those rendered ahead, for as long as this is there.
+// Makes a view take its pages from those rendered ahead, until this object is destroyed.
 class RenderedAhead {
 public:
   RenderedAhead(host::PageView &view, host::PdfFile &file, Workers &workers) : view_(view) {
@@ -78,7 +78,7 @@ public:
         file, workers, [dpi](host::PdfFile &own, int32_t page) { return own.render(page, dpi); },
         PagesAhead<host::Image>::Reach{2 * workers.threads(), mostPixelsWaiting, pixelsOf});
     view.setSource([this, &file, dpi](int32_t page, double wanted) {
-      shown_ = {}; // before there is another
+      shown_ = {}; // frees the image before the next one is taken
       shown_ = wanted == dpi ? images_->take(page) : file.render(page, wanted);
       return &shown_;
     });
@@ -94,7 +94,7 @@ private:
   host::Image shown_;
 };
 
-// All pages, on all processors: threads render and encode, plug-ins paint on this one, page after page.
+// All pages, on all processors: other threads render and encode, plug-ins paint on this thread, in page order.
 void walkAll(Viewer &viewer, host::PdfFile &file, host::ViewerDocument &document, PageWriter &writer,
              const PageSink &sink) {
   Workers workers(file, Workers::worthHaving(file.pageCount()));
@@ -104,7 +104,7 @@ void walkAll(Viewer &viewer, host::PdfFile &file, host::ViewerDocument &document
     const RenderedAhead ahead(*document.view, file, workers);
     walkAllPages(viewer.app, document, sink);
   } catch (...) {
-    writer.finish(); // the pages before the one that failed
+    writer.finish(); // writes the pages before the one that failed
     throw;
   }
   writer.finish();
@@ -124,9 +124,9 @@ DamagedPages walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &f
   try {
     if (all)
       walkAll(viewer, file, document, writer, sink);
-    else // a press can be in vain once for each page that the file names, and it names no more than it has bytes
+    else // a press without a new page is possible for each page that the file names: fewer than the file has bytes
       walkMarkedPages(viewer.app, document, bytes, sink);
-  } catch (const host::HostError &error) { // which names the document
+  } catch (const host::HostError &error) { // its text names the document
     throw CommandFailure(statusOf(error), error.what());
   }
   return damaged;
@@ -153,7 +153,7 @@ ExitStatus renderPages(const RenderOptions &options) {
   writer.clear();
   if (!damaged.none())
     std::fprintf(stderr, "tavrel: %s\n", damaged.report(options.document.string(), file.pageCount()).c_str());
-  viewer.app.close(document); // while the plug-ins still hear of it
+  viewer.app.close(document); // while the plug-ins are still loaded, so that they are notified
 
   if (writer.hits() == 0)
     throw CommandFailure(exitNothingMarked,
@@ -206,7 +206,7 @@ void addRenderCommand(CLI::App &app, int &status) {
       ->capture_default_str();
   addPasswordOptions(*command, options->password);
   addHitsLimitOption(*command, options->hitsLimit);
-  command->add_option("--answer", options->answer, "What plug-ins are told when they ask")
+  command->add_option("--answer", options->answer, "The answer to questions of plug-ins")
       ->check(CLI::IsMember({"yes", "no"}))
       ->capture_default_str();
   command->add_option("--plugins-dir", options->pluginsDirectory,

@@ -18,11 +18,12 @@ struct RenderOptions {
   unsigned hitsLimit = 64;    ///< of the highlight file, in megabytes
   std::string pages = "hits"; ///< or "all"
   std::string password;
-  std::string answer = "no";              ///< what plug-ins are told when they ask; or "yes"
-  std::filesystem::path pluginsDirectory; ///< empty: where plug-ins are looked for otherwise
+  std::string answer = "no";              ///< the answer to questions of plug-ins; or "yes"
+  std::filesystem::path pluginsDirectory; ///< searched besides the others; may be empty
 };
 
-/// Does it, with a line a page on standard output and complaints on standard error; returns an ExitStatus.
+/// Draws and writes the pages. Prints a line for each page on standard output, reports errors on standard error, and
+/// returns an ExitStatus.
 int render(const RenderOptions &options);
 
 /// Adds the subcommand; when it is called it sets `status` to an ExitStatus. Both live as long as the parser.

@@ -1,5 +1,5 @@
 // Finds a phrase among the words of a page. Words are compared folded (case, accents, ligatures) and without the
-// punctuation at their ends; a hit is told in characters as they stand on the page.
+// punctuation at their ends; a hit is given in characters of the page's text, unfolded.
 #include "tools/search.h"
 
 #include <utf8proc.h>
@@ -40,7 +40,7 @@ bool isSymbol(char32_t c) {
 
 bool isPunctuationOrSymbol(char32_t c) { return isPunctuation(c) || isSymbol(c); }
 
-// A word without what stands around it: where it is in the page's text, and how it is compared.
+// A word without the punctuation around it: its range in the page's text, and its folded text.
 struct Core {
   uint32_t first = 0, end = 0;
   std::u32string text;
@@ -56,8 +56,8 @@ Core coreOf(std::u32string_view word, uint32_t offset, bool (*isAround)(char32_t
           host::folded(word.substr(first, end - first))};
 }
 
-// A word of the page has two forms: a search for HOME finds "$HOME", one for $HOME does too, and one for C++ finds
-// "(C++)" but not "C".
+// A word of the page is compared in two forms, with and without symbols: HOME and $HOME both match "$HOME", and C++
+// matches "(C++)" but not "C".
 struct Candidate {
   uint32_t word = 0;
   Core withSymbols, bare;
@@ -68,7 +68,7 @@ struct Candidate {
   }
 };
 
-// Calls `each(part, start)` for the parts of a text between blanks.
+// Calls `each(part, start)` for the parts of a text between spaces.
 template <typename Each> void forEachPart(std::u32string_view text, const Each &each) {
   for (size_t i = 0; i < text.size();) {
     const size_t start = i;
@@ -81,7 +81,7 @@ template <typename Each> void forEachPart(std::u32string_view text, const Each &
   }
 }
 
-// The words of a page; one with blanks in it (a PDF may say so of a formula or a picture) is several to compare.
+// The words of a page. A word with spaces in it (for a formula or a picture a PDF may have one) gives several.
 std::vector<Candidate> candidates(const host::PageText &page) {
   std::vector<Candidate> result;
   result.reserve(page.words.size());
@@ -100,10 +100,10 @@ Phrase::Phrase(std::span<const std::string> arguments) {
     forEachPart(host::decoded(argument), [this](std::u32string_view part, uint32_t /*start*/) {
       words_.push_back(coreOf(part, 0, isPunctuation).text);
     });
-  // A lone dash inside a phrase stands for a lone dash on the page; at its ends it is punctuation like any other.
-  const auto saysSomething = [](const std::u32string &word) { return !word.empty(); };
-  words_.erase(words_.begin(), std::find_if(words_.begin(), words_.end(), saysSomething));
-  words_.erase(std::find_if(words_.rbegin(), words_.rend(), saysSomething).base(), words_.end());
+  // A lone dash inside a phrase matches a lone dash on the page; at the ends of the phrase it is dropped.
+  const auto isNotEmpty = [](const std::u32string &word) { return !word.empty(); };
+  words_.erase(words_.begin(), std::find_if(words_.begin(), words_.end(), isNotEmpty));
+  words_.erase(std::find_if(words_.rbegin(), words_.rend(), isNotEmpty).base(), words_.end());
   if (words_.empty()) throw std::invalid_argument("there is nothing but punctuation to search for");
 }
 

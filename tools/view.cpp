@@ -1,5 +1,5 @@
-// The command line of `tavrel view`. It stands in the program, not in the library of commands: what draws pages into
-// files needs no window toolkit.
+// The command line of `tavrel view`. It is part of the program, not of the library of commands, so that the library
+// needs no window toolkit.
 #include "tools/view.h"
 
 #include <CLI/CLI.hpp>
@@ -34,25 +34,25 @@ ExitStatus statusOf(viewer::ViewEnd end) {
   return exitHostFailure;
 }
 
-// The number of an X window, as xwininfo and the like print it: decimal, or hexadecimal after 0x.
+// The number of an X window as xwininfo prints it: decimal, or hexadecimal after 0x.
 CLI::Validator windowNumber() {
   return {[](std::string &text) -> std::string {
             const bool hexadecimal = text.starts_with("0x") || text.starts_with("0X");
             const char *begin = text.data() + (hexadecimal ? 2 : 0), *end = text.data() + text.size();
             uint32_t number = 0;
-            const auto [behind, error] = std::from_chars(begin, end, number, hexadecimal ? 16 : 10);
-            if (error == std::errc() && behind == end && number != 0) return {};
+            const auto [rest, error] = std::from_chars(begin, end, number, hexadecimal ? 16 : 10);
+            if (error == std::errc() && rest == end && number != 0) return {};
             return "\"" + text + "\" is not the number of a window";
           },
           "a window"};
 }
 
-// As X has it, the size and the position each left out at will. Numbers have as many digits as the X protocol can hold.
+// A geometry of X; the size and the position are each optional. The X protocol holds numbers up to 32767.
 CLI::Validator geometry() {
   return {[](std::string &text) -> std::string {
-            static const std::regex form("=?([1-9][0-9]{0,4}x[1-9][0-9]{0,4})?([+-]-?[0-9]{1,5}[+-]-?[0-9]{1,5})?");
+            static const std::regex pattern("=?([1-9][0-9]{0,4}x[1-9][0-9]{0,4})?([+-]-?[0-9]{1,5}[+-]-?[0-9]{1,5})?");
             constexpr unsigned long largest = 32767;
-            bool fits = !text.empty() && std::regex_match(text, form);
+            bool fits = !text.empty() && std::regex_match(text, pattern);
             for (size_t i = 0; fits && (i = text.find_first_of("0123456789", i)) != std::string::npos;) {
               size_t digits = 0;
               fits = std::stoul(text.substr(i), &digits) <= largest;
@@ -70,8 +70,8 @@ std::string explanation(const std::filesystem::path &hits) {
          host::nameInMessage(hits) + "\n\n";
 }
 
-// A highlight file opened like a document, as a desktop does it, leads to its document. Where none is beside it, the
-// window says what the file is.
+// A highlight file may be opened like a document, for instance by a desktop: its document is opened then. If there is
+// none in its directory, the window shows an explanation.
 void openHighlightFiles(viewer::ViewOptions &options) {
   std::vector<std::string> documents;
   for (const std::string &argument : options.documents) {
@@ -98,7 +98,7 @@ void addViewCommand(CLI::App &app, int &status) {
   const auto options = std::make_shared<viewer::ViewOptions>();
   CLI::App *command = app.add_subcommand("view", "Show documents in a window");
   CLI::Option *documents =
-      command->add_option("DOC", options->documents, "PDFs, each perhaps with #page=N or #xml=HITS behind its name");
+      command->add_option("DOC", options->documents, "PDFs, each optionally with #page=N or #xml=HITS after its name");
   command->add_option("--hits", options->hits, "A highlight file for the first document")->needs(documents);
   addPasswordOptions(*command, options->password);
   const auto hitsLimit = std::make_shared<unsigned>(brz::usualLimit);
@@ -114,7 +114,7 @@ void addViewCommand(CLI::App &app, int &status) {
       ->check(geometry());
   command->add_option("--xrm", options->toolkit.resources, "A resource: 'Tavrel*page.background: grey'")
       ->allow_extra_args(false);
-  command->add_option("--test-socket", options->testSocket, "Tells every change to a test that listens there");
+  command->add_option("--test-socket", options->testSocket, "Reports every change on this socket, for tests");
   command->add_flag_callback(
       "--print-resources",
       [] {

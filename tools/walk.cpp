@@ -1,4 +1,4 @@
-// The loop of the render command. It knows the one button by name and nothing of what it does.
+// The loop of the render command. It knows only the name of one button of a plug-in.
 #include "tools/walk.h"
 
 #include <unordered_set>

@@ -1,4 +1,4 @@
-// Goes through a document's pages the way a reader does, and has each page drawn.
+// Steps through a document's pages as a user does, and draws each page.
 #pragma once
 
 #include <functional>
@@ -7,19 +7,19 @@
 
 namespace tools {
 
-/// What a walk comes across: each page once. Drawings are to keep.
+/// Receives the pages of a walk, each once, and owns their drawings.
 struct PageSink {
   std::function<void(host::Drawing &&drawing)> drawn;
   std::function<void(int32_t page)> damaged; ///< a page that cannot be drawn (DocumentError); the walk goes on
 };
 
-/// The button that goes on to the next hit.
+/// The button that steps to the next hit.
 inline constexpr const char *nextButton = "TavrelGLT:Next";
 
-/// Draws what is shown and presses the button that goes on for as long as it is enabled; the sink gets the pages on
-/// which marks were painted or could not be, and the damaged ones. Ends, too, when more than `limit` presses in a row
-/// brought no new page: a plug-in may offer hits on pages that the document lacks. Throws HostError where no page can
-/// be drawn.
+/// Draws the page shown and presses the button as long as it is enabled. The sink gets the pages on which there are
+/// marks, painted or outside of the page, and the damaged pages. Ends, too, after more than `limit` presses in a row
+/// without a new page: a plug-in may have hits on pages that the document lacks. Throws HostError if no page can be
+/// drawn.
 void walkMarkedPages(host::Application &app, host::ViewerDocument &document, size_t limit, const PageSink &sink);
 
 /// Shows and draws every page of the document, in order.

@@ -1,4 +1,4 @@
-// The threads, and the one list of work from which they all take.
+// The threads, and the queue of tasks that they share.
 #include "tools/workers.h"
 
 #include <sched.h>
@@ -13,7 +13,7 @@ Workers::Workers(const host::PdfFile &file, size_t threads) : file_(file) {
   try {
     while (threads_.size() < threads)
       threads_.emplace_back([this] { run(); });
-  } catch (const std::system_error &) { // so many as there may be
+  } catch (const std::system_error &) { // the system allows no more threads
   }
 }
 
@@ -29,8 +29,8 @@ Workers::~Workers() {
 }
 
 size_t Workers::worthHaving(int32_t pages) {
-  constexpr size_t most = 8; // more than the caller's own thread can keep at work
-  cpu_set_t allowed;         // the standard library counts all that the machine has
+  constexpr size_t most = 8; // more than the caller's thread can keep busy
+  cpu_set_t allowed;         // the standard library may count all processors of the machine
   const bool known = sched_getaffinity(0, sizeof allowed, &allowed) == 0;
   const size_t processors = known ? static_cast<size_t>(CPU_COUNT(&allowed)) : 1;
   const size_t threads = std::min({most, processors, static_cast<size_t>(pages)});
@@ -55,7 +55,7 @@ void Workers::run() {
     tasks_.pop_front();
     lock.unlock();
     task(file.get());
-    task = {}; // with what it holds: perhaps an image
+    task = {}; // frees what it holds, for instance an image
     lock.lock();
   }
 }

@@ -1,5 +1,4 @@
-// Threads beside the main one for the work that the PDF library and the image files make. Commands that go through all
-// pages of a document own one.
+// Worker threads for the PDF library and for encoding images. Commands that process all pages of a document own one.
 #pragma once
 
 #include <condition_variable>
@@ -18,21 +17,21 @@ namespace tools {
 
 class Workers {
 public:
-  /// So many threads, or fewer where the system has no more, each with the file opened once more. The file is there as
-  /// long as they are.
+  /// Starts so many threads, or fewer if the system allows no more; each opens the file separately. `file` outlives
+  /// this object.
   Workers(const host::PdfFile &file, size_t threads);
-  ~Workers(); ///< forgets what nobody has begun, waits for what is under way
+  ~Workers(); ///< drops tasks that have not started, waits for those that have
   Workers(const Workers &) = delete;
   Workers &operator=(const Workers &) = delete;
 
-  /// How many threads are worth having for so many pages: one for each processor that this process may use, none where
-  /// that is but one.
+  /// How many threads are useful for so many pages: one for each processor that this process may use, at most 8 and at
+  /// most one a page; none if that is one.
   static size_t worthHaving(int32_t pages);
 
   size_t threads() const { return threads_.size(); }
 
-  /// Has a thread do the work, in the order in which it was given. The work gets the thread's file, null where it
-  /// cannot be opened once more; what it returns or throws is in the future.
+  /// Runs the work on a thread. Work is started in the order of the calls. It gets the thread's file, null if the
+  /// thread could not open it; its result or exception is in the future.
   template <typename Work> auto order(Work work) {
     std::packaged_task<std::invoke_result_t<Work &, host::PdfFile *>(host::PdfFile *)> task(std::move(work));
     auto result = task.get_future();
@@ -46,7 +45,7 @@ private:
   void run();
 
   const host::PdfFile &file_;
-  std::mutex mutex_; ///< of the two below
+  std::mutex mutex_; ///< protects the two members below
   std::deque<Task> tasks_;
   bool ends_ = false;
   std::condition_variable work_;

@@ -1,9 +1,9 @@
-// A plug-in that opens a document as a link in a browser wants it: at the page of "page=3", with the hits of
-// "xml=hits.xml". The parameters come from the host, and the file's bytes go to whoever handles auxiliary data; what
-// they mean is not known here. What cannot be done is said on standard error and on the status line.
+// A plug-in that handles the open parameters of a document, as in a link: "page=3" shows that page, "xml=hits.xml"
+// attaches the highlight file. The host passes the parameters; the file's bytes are attached as auxiliary data, which
+// another plug-in reads. Errors are reported on standard error and on the status line.
 //
-// Owns the table pointers and the file read last (file.h). Host calls may raise through any of these functions: no
-// object here has a destructor.
+// Owns the table pointers and the file that was read last (file.h). Host calls may raise through any of these
+// functions, so no object here has a destructor.
 #include <algorithm>
 #include <cerrno>
 #include <climits>
@@ -28,13 +28,13 @@ namespace {
 constexpr char notYet[] = "cannot be fetched yet";
 
 ExtensionID s_self;
-Doc s_spokenOf; ///< the document that the status text is about, or null
+Doc s_statusDocument; ///< the document that the status text is about, or null
 
 template <typename Function> Callback callbackOf(Function function) {
   return Kernel::CreateCallback(s_self, entryOf(function));
 }
 
-/// Puts three parts on standard error. They may hold whatever a link holds.
+/// Prints three parts on standard error. They may come from a link and hold any bytes.
 void writeLine(const char *subject, const char *predicate, const char *object) {
   char line[3 * PATH_MAX];
   snprintf(line, sizeof line, "%s: %s%s", subject, predicate, object);
@@ -42,23 +42,23 @@ void writeLine(const char *subject, const char *predicate, const char *object) {
   fprintf(stderr, "%s\n", line);
 }
 
-/// The same for the status line, where there is little room: no more of each part than a file's name may have.
+/// The same on the status line, which is short: each part is truncated to the length of a file's name.
 void showLine(Doc document, const char *subject, const char *predicate, const char *object) {
   char line[4 * NAME_MAX];
   snprintf(line, sizeof line, "%.*s: %.*s%.*s", NAME_MAX, subject, NAME_MAX, predicate, NAME_MAX, object);
   brz::makePrintable(line);
   TavrelView::SetStatusText(s_self, line);
-  s_spokenOf = document;
+  s_statusDocument = document;
 }
 
-/// Says something of a file in both places; `other` is another file or nothing.
-void sayOfFile(Doc document, const char *file, const char *predicate, const char *other = "") {
+/// Reports something about a file on standard error and on the status line; `other` is another file or empty.
+void reportFile(Doc document, const char *file, const char *predicate, const char *other = "") {
   writeLine(file, predicate, other);
   showLine(document, brz::baseName(file), predicate, brz::baseName(other));
 }
 
-/// Says of a parameter's value that there is nothing of its kind. What is too long is cut.
-void writeWrongValue(Doc document, const char *name, std::string_view value, const char *kind) {
+/// Reports an invalid value of a parameter. A long value is truncated.
+void reportInvalidValue(Doc document, const char *name, std::string_view value, const char *kind) {
   char text[2 * NAME_MAX];
   snprintf(text, sizeof text, "%s=%.*s: is no ", name, static_cast<int>(std::min<size_t>(value.size(), NAME_MAX)),
            value.data());
@@ -67,14 +67,14 @@ void writeWrongValue(Doc document, const char *name, std::string_view value, con
 
 void showPage(Doc document, std::string_view value) {
   const std::optional<int32_t> number = brz::pageNumberOf(value);
-  if (!number) return writeWrongValue(document, "page", value, "page");
+  if (!number) return reportInvalidValue(document, "page", value, "page");
   PageView view = TavrelView::DocGetPageView(document);
   const int32_t last = TavrelView::PageViewGetPageCount(view);
   TavrelView::PageViewShowPage(view, std::min(*number, last) - 1);
 }
 
-/// Reads a file that a document's link names: as on a web page it lies beside the document, or else in the current
-/// folder. `file` becomes the one that there is.
+/// Reads a file that a document's parameters name: relative to the document's directory, or, if it is not there, to the
+/// current one. Sets `file` to the path that was found.
 int readNamedBy(Doc document, char (&file)[PATH_MAX], size_t limit, std::string_view *content) {
   if (file[0] != '/') {
     const char *source = TavrelView::DocGetFile(document);
@@ -93,19 +93,19 @@ int readNamedBy(Doc document, char (&file)[PATH_MAX], size_t limit, std::string_
 }
 
 void attach(Doc document, const char *file, std::string_view content) {
-  const Atom type = Kernel::AtomFromString(brz::callsItselfXml(content) ? "xml" : "tavrelglt");
+  const Atom type = Kernel::AtomFromString(brz::hasXmlDeclaration(content) ? "xml" : "tavrelglt");
   const Bool16 taken =
       TavrelView::DocAttachAuxData(document, type, content.data(), static_cast<uint32_t>(content.size()));
   brz::releaseFile();
-  if (taken == 0) return sayOfFile(document, file, "no plug-in takes highlight files");
+  if (taken == 0) return reportFile(document, file, "no plug-in takes highlight files");
   if (gTavrelGLTHFT != nullptr && TavrelGLT::GLT_GetHLL(document) == nullptr)
-    sayOfFile(document, file, "marks nothing in ", TavrelView::DocGetFile(document));
+    reportFile(document, file, "marks nothing in ", TavrelView::DocGetFile(document));
 }
 
-void sayTooLarge(Doc document, const char *file, uint32_t limit) {
+void reportTooLarge(Doc document, const char *file, uint32_t limit) {
   char reason[100];
   snprintf(reason, sizeof reason, "is larger than %u MB (--hits-limit raises the limit)", limit);
-  sayOfFile(document, file, reason);
+  reportFile(document, file, reason);
 }
 
 void showHits(Doc document, std::string_view value) {
@@ -115,42 +115,42 @@ void showHits(Doc document, std::string_view value) {
     writeLine(file, notYet, "");
     return showLine(document, file, notYet, "");
   }
-  if (!brz::decodeFile(value, file, sizeof file)) return sayOfFile(document, "xml", strerror(ENAMETOOLONG));
-  if (file[0] == 0) return writeWrongValue(document, "xml", value, "file");
+  if (!brz::decodeFile(value, file, sizeof file)) return reportFile(document, "xml", strerror(ENAMETOOLONG));
+  if (file[0] == 0) return reportInvalidValue(document, "xml", value, "file");
   const uint32_t limit = brz::limitOf(getenv(brz::limitVariable));
   std::string_view content;
   const int error = readNamedBy(document, file, limit * brz::bytesPerMegabyte, &content);
-  if (error == EFBIG) return sayTooLarge(document, file, limit);
-  if (error != 0) return sayOfFile(document, file, strerror(error));
+  if (error == EFBIG) return reportTooLarge(document, file, limit);
+  if (error != 0) return reportFile(document, file, strerror(error));
   if (const char *kind = brz::otherKind(content)) {
     brz::releaseFile();
-    return sayOfFile(document, file, kind);
+    return reportFile(document, file, kind);
   }
   attach(document, file, content);
 }
 
 void clearStatus() {
-  s_spokenOf = nullptr;
+  s_statusDocument = nullptr;
   TavrelView::SetStatusText(s_self, nullptr);
 }
 
-/// Whoever takes highlight files has said so before any document is open.
+/// Handlers of auxiliary data are registered before the first document is opened.
 void documentOpened(Doc document, void * /*clientData*/) {
   clearStatus();
   const char *parameters = TavrelView::DocGetOpenParameters(document);
   if (parameters == nullptr) return;
   const std::optional<std::string_view> page = brz::valueOf(parameters, "page"), xml = brz::valueOf(parameters, "xml");
   if (page) showPage(document, *page);
-  if (xml) showHits(document, *xml); // the page first: this may turn to the first hit
+  if (xml) showHits(document, *xml); // after the page: this may turn to the first hit
 }
 
 void documentClosed(Doc document, void * /*clientData*/) {
-  if (document == s_spokenOf) clearStatus();
+  if (document == s_statusDocument) clearStatus();
 }
 
-/// The status line is the front document's: what was said of another one goes.
+/// The status line is the front document's: a text about another document is removed.
 void pageDrawn(PageView view, void * /*clientData*/) {
-  if (s_spokenOf != nullptr && TavrelView::PageViewGetDoc(view) != s_spokenOf) clearStatus();
+  if (s_statusDocument != nullptr && TavrelView::PageViewGetDoc(view) != s_statusDocument) clearStatus();
 }
 
 uint32_t importTables() {
@@ -192,8 +192,8 @@ uint32_t setUp(uint32_t version, SetupRecord *record) {
 
 TAVREL_PLUGIN_VERSION("1.0");
 
-// The exported `main`, under another name in the source because it has three arguments; protected, or the `main` of the
-// program that loads it would take its place.
+// The exported `main`. It has another name in the source because it has three arguments. Its visibility is protected:
+// otherwise the `main` of the program would be used instead.
 extern "C" [[gnu::visibility("protected")]] uint32_t brzMain(uint32_t hostVersion, uint32_t *outVersion,
                                                              void **outSetupProc) __asm__("main");
 

@@ -1,4 +1,4 @@
-// Looks at a file's bytes before they are handed on. Owns nothing.
+// Checks a file's bytes before they are attached. Owns nothing.
 #include "content.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ struct Kind {
   const char *name;
 };
 
-// The two bytes that begin UTF-16, with its mark or with the '<' that begins all markup.
+// UTF-16 begins with a byte order mark, or with the '<' that begins markup.
 constexpr Kind kinds[] = {{"%PDF-", "is a PDF, not a highlight file"},
                           {{"\xFF\xFE", 2}, "is UTF-16; a highlight file has one byte for each character"},
                           {{"\xFE\xFF", 2}, "is UTF-16; a highlight file has one byte for each character"},
@@ -49,7 +49,7 @@ uint32_t limitOf(const char *text) {
 }
 
 const char *otherKind(std::string_view content) {
-  constexpr size_t enough = 4096; // text has no control characters, and noise has one in ten
+  constexpr size_t enough = 4096; // text has no control characters; of random bytes one in ten is one
   const std::string_view begin = withoutLeadingSpace(content);
   const char *kind = nullptr;
   for (const Kind &one : kinds)

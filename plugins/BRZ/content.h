@@ -1,5 +1,5 @@
-// What may be read as a highlight file: how much of it, and what is none. Knows neither the host nor other plug-ins;
-// the command that hands on highlight files itself is built with the same source.
+// Checks highlight files: their size, and their first bytes. Uses neither the host nor other plug-ins; the commands of
+// tools/ are built with the same source.
 #pragma once
 
 #include <cstddef>
@@ -13,14 +13,15 @@ inline constexpr uint32_t usualLimit = 64, highestLimit = 4095;
 inline constexpr char limitVariable[] = "TAVREL_HITS_LIMIT";
 inline constexpr size_t bytesPerMegabyte = size_t{1} << 20;
 
-/// The limit that a text names, in megabytes; the usual one for null and for what is no number from 1 to the highest.
+/// The limit that a text gives, in megabytes; the usual limit for null and for anything but a number from 1 to the
+/// highest limit.
 uint32_t limitOf(const char *text);
 
-/// What a file is instead of a highlight file ("is a PDF, not a highlight file"), or null where it may be one. Whatever
-/// contains "<highlights" may.
+/// The reason why a file is not a highlight file ("is a PDF, not a highlight file"), or null if it may be one. A file
+/// that contains "<highlights" may be one.
 const char *otherKind(std::string_view content);
 
-/// Whether text that begins like this is a highlight file: markup with a body and a list of highlights in it.
+/// Whether a file with this beginning is a highlight file: markup with the tags of a body and a list of highlights.
 bool looksLikeHighlights(std::string_view beginning);
 
 } // namespace brz

@@ -14,7 +14,7 @@ namespace {
 
 char *s_bytes;
 
-/// The length read: what a file that shrinks meanwhile still has. -1 where it cannot be read.
+/// Returns the length read, which is less than `size` if the file has shrunk, or -1 if it cannot be read.
 ssize_t readAll(int descriptor, char *bytes, size_t size) {
   size_t length = 0;
   while (length < size) {
@@ -34,7 +34,7 @@ int readOpened(int descriptor, size_t limit, std::string_view *content) {
   if (!S_ISREG(status.st_mode)) return ENOTSUP;
   const auto size = static_cast<uint64_t>(status.st_size);
   if (size > limit) return EFBIG;
-  s_bytes = static_cast<char *>(malloc(static_cast<size_t>(size) + 1)); // an empty file has a block, too
+  s_bytes = static_cast<char *>(malloc(static_cast<size_t>(size) + 1)); // an empty file gets a block, too
   if (s_bytes == nullptr) return ENOMEM;
   const ssize_t length = readAll(descriptor, s_bytes, static_cast<size_t>(size));
   if (length < 0) return errno;
@@ -46,7 +46,7 @@ int readOpened(int descriptor, size_t limit, std::string_view *content) {
 
 int readFile(const char *file, size_t limit, std::string_view *content) {
   releaseFile();
-  const int descriptor = open(file, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK); // a pipe would make it wait
+  const int descriptor = open(file, O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK); // so that a pipe does not block
   if (descriptor < 0) return errno;
   const int error = readOpened(descriptor, limit, content);
   close(descriptor);

@@ -1,4 +1,4 @@
-// Reads a document's open parameters. Everything here works on what it is given and keeps nothing.
+// Reads a document's open parameters. The functions have no state.
 #include "parameters.h"
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace brz {
 namespace {
 
 constexpr std::string_view digits = "0123456789";
-constexpr std::string_view blanks = " \t\r\n";
+constexpr std::string_view whitespace = " \t\r\n";
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view fileScheme = "file://", thisMachine = "localhost/";
 constexpr std::string_view remoteSchemes[] = {"http:", "https:"};
@@ -23,20 +23,20 @@ bool equal(std::string_view left, std::string_view right) {
 
 bool startsWith(std::string_view text, std::string_view start) { return equal(text.substr(0, start.size()), start); }
 
-/// -1 for none.
+/// -1 if it is not a digit.
 int hexDigit(char c) {
-  const size_t place = std::string_view("0123456789abcdef").find(lower(c));
-  return place == std::string_view::npos ? -1 : static_cast<int>(place);
+  const size_t index = std::string_view("0123456789abcdef").find(lower(c));
+  return index == std::string_view::npos ? -1 : static_cast<int>(index);
 }
 
-/// The byte that "%20" or the like at the front stands for; 0 where there is none. No file's name has a zero byte.
+/// The byte that the text encodes at its start ("%20"), or 0 if there is none. File names have no zero bytes.
 char encodedByte(std::string_view text) {
   if (text.size() < 3 || text[0] != '%') return 0;
   const int high = hexDigit(text[1]), low = hexDigit(text[2]);
   return high < 0 || low < 0 ? '\0' : static_cast<char>(high * 16 + low);
 }
 
-/// How many bytes the character at the front has; 0 where it cannot be printed or is none.
+/// The number of bytes of the first character; 0 if it is not printable or not valid UTF-8.
 size_t printableBytes(const char *text) {
   const auto lead = static_cast<unsigned char>(*text);
   if (lead < 0x80) return lead >= 0x20 && lead != 0x7F ? 1 : 0;
@@ -47,7 +47,7 @@ size_t printableBytes(const char *text) {
     if ((text[i] & 0xC0) != 0x80) return 0;
     code = code << 6 | (text[i] & 0x3FU);
   }
-  // The first of that length that is no control character; what lies below has a shorter form.
+  // The first printable character of each length; lower codes are control characters or have a shorter encoding.
   constexpr uint32_t first[] = {0, 0, 0xA0, 0x800, 0x10000};
   const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
   return code < first[length] || surrogate || code > 0x10FFFF ? 0 : length;
@@ -96,9 +96,9 @@ bool decodeFile(std::string_view value, char *file, size_t size) {
   return false;
 }
 
-bool callsItselfXml(std::string_view content) {
+bool hasXmlDeclaration(std::string_view content) {
   if (content.starts_with(byteOrderMark)) content.remove_prefix(byteOrderMark.size());
-  content.remove_prefix(std::min(content.size(), content.find_first_not_of(blanks)));
+  content.remove_prefix(std::min(content.size(), content.find_first_not_of(whitespace)));
   return content.starts_with("<?xml");
 }
 

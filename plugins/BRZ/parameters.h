@@ -1,6 +1,6 @@
-// What stands behind '#' in a document's address ("page=3&xml=hits.xml"), and what its values mean.
+// Parses the parameters after '#' in a document's address ("page=3&xml=hits.xml").
 //
-// No host call is made here, and nothing lies on the heap.
+// Makes no host calls and allocates nothing.
 #pragma once
 
 #include <cstddef>
@@ -10,27 +10,27 @@
 
 namespace brz {
 
-/// The value of a parameter as it stands there, of several of that name the last one's. Names compare in ASCII, without
+/// The value of a parameter, not decoded; of several with that name, the last one. Names are compared in ASCII, without
 /// case.
 std::optional<std::string_view> valueOf(std::string_view parameters, std::string_view name);
 
-/// The number of a page, from 1, or nothing where the value is none. What is too large becomes the largest.
+/// The number of a page, from 1, or nothing if the value is not a page number. A number that is too large is clamped.
 std::optional<int32_t> pageNumberOf(std::string_view value);
 
-/// Whether the value leads to another machine: "http:", "https:".
+/// Whether the value is the address of a remote file: "http:", "https:".
 bool isRemote(std::string_view value);
 
-/// The file that a value names, with a terminator: "file://", "file://localhost" and percent encoding are undone. False
-/// where it does not fit into `size` bytes.
+/// Writes the file name of a value, with a terminator: removes "file://" and "file://localhost" and decodes percent
+/// encoding. False if it does not fit into `size` bytes.
 bool decodeFile(std::string_view value, char *file, size_t size);
 
-/// Whether a file says of itself that it is XML: "<?xml", behind a byte order mark and blanks.
-bool callsItselfXml(std::string_view content);
+/// Whether a file begins with "<?xml", after an optional byte order mark and white space.
+bool hasXmlDeclaration(std::string_view content);
 
-/// The name behind the last slash; all of it where nothing stands there.
+/// The name after the last slash; the complete text if nothing follows the slash.
 const char *baseName(const char *file);
 
-/// Puts a question mark for every byte that belongs to no printable character of UTF-8.
+/// Replaces every byte that is not part of a printable UTF-8 character by a question mark.
 void makePrintable(char *text);
 
 } // namespace brz

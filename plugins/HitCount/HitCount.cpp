@@ -1,8 +1,8 @@
-// A plug-in that says where a reader stands among a document's hits: "hit 7 of 42, page 2 of 6", on the status line,
-// after every page drawn. It knows the interface in sdk/ alone, and the hits through the table "TavrelGLT", whoever
-// found them; without that table it does nothing.
+// A plug-in that shows the number of the current hit on the status line after each page is drawn: "hit 7 of 42, page 2
+// of 6". It uses only the interface in sdk/, and reads the hits through the table "TavrelGLT"; without that table it
+// does nothing.
 //
-// Owns nothing but the table pointers. Host calls may raise through any of these functions: no object here has a
+// Owns only the table pointers. Host calls may raise through any of these functions, so no object here has a
 // destructor.
 #include <algorithm>
 #include <cstdio>
@@ -30,8 +30,8 @@ bool hasHit(const HLL *list, uint32_t pageIndex, uint32_t wordIndex) {
   return TavrelGLT::HLL_GetHL(list, pageIndex, static_cast<uint16_t>(wordIndex), &page, &pos, &len) != 0;
 }
 
-/// A page's number of hits. The table has no question for it, so it is closed in upon: a list may have thousands of
-/// pages, and this is asked after every draw.
+/// A page's number of hits. The table has no operation for it. A binary search finds it: a list may have thousands of
+/// pages, and this runs after each draw.
 uint32_t hitsOn(const HLL *list, uint32_t pageIndex) {
   uint32_t count = 0;
   for (uint32_t step = 0x8000; step != 0; step /= 2)
@@ -39,14 +39,14 @@ uint32_t hitsOn(const HLL *list, uint32_t pageIndex) {
   return count;
 }
 
-/// What of a list can be shown: the hits on pages that the document has. A file may name others, in any number.
+/// The part of a list that can be shown: the hits on pages that the document has. A file may name other pages.
 struct Shown {
   uint32_t pages, hits;
 };
 
 Shown operator+(const Shown &a, const Shown &b) { return {a.pages + b.pages, a.hits + b.hits}; }
 
-/// What can be shown of the pages of the list with these indices.
+/// The part of these pages of the list that can be shown.
 Shown shownBetween(const HLL *list, uint32_t first, uint32_t end, int32_t documentPages) {
   Shown shown = {0, 0};
   for (uint32_t i = first; i < end; ++i) {
@@ -58,7 +58,7 @@ Shown shownBetween(const HLL *list, uint32_t first, uint32_t end, int32_t docume
   return shown;
 }
 
-/// Nothing where there is no current hit, or where it is on a page that the document lacks.
+/// Writes an empty text if there is no current hit, or if it is on a page that the document lacks.
 void describePosition(Doc document, PageView view, char *text, size_t size) {
   text[0] = 0;
   const HLL *list = TavrelGLT::GLT_GetHLL(document);
@@ -71,7 +71,7 @@ void describePosition(Doc document, PageView view, char *text, size_t size) {
   const Shown before = shownBetween(list, 0, pageIndex, documentPages);
   const Shown after = shownBetween(list, pageIndex + 1, TavrelGLT::HLL_GetPageCount(list), documentPages);
   const Shown all = before + current + after;
-  // Stepping by words goes one beyond a page's last hit before it turns the page.
+  // Stepping by words moves one index after a page's last hit before it turns the page.
   const uint32_t number = before.hits + std::min(uint32_t{wordIndex} + 1, current.hits);
   snprintf(text, size, "hit %u of %u, page %u of %u", number, all.hits, before.pages + 1, all.pages);
 }
@@ -87,8 +87,9 @@ void pageDrawn(PageView view, void * /*clientData*/) {
   TavrelView::SetStatusText(s_self, text);
 }
 
-/// Draw procedures are called in the order in which they came, and the hits' owner moves the current one in its own.
-/// When the first document opens, all plug-ins have registered theirs; a second registration is none.
+/// Draw procedures are called in order of registration, and the highlight plug-in's one changes the current hit. When
+/// the first document opens, all plug-ins have registered theirs, so this one runs last. A repeated registration has no
+/// effect.
 void documentOpened(Doc /*document*/, void * /*clientData*/) {
   TavrelView::RegisterPageDrawProc(callbackOf(pageDrawn), nullptr);
 }
@@ -130,8 +131,8 @@ uint32_t setUp(uint32_t version, SetupRecord *record) {
 
 TAVREL_PLUGIN_VERSION("1.1");
 
-// The exported `main`, under another name in the source because it has three arguments; protected, or the `main` of the
-// program that loads it would take its place.
+// The exported `main`. It has another name in the source because it has three arguments. Its visibility is protected:
+// otherwise the `main` of the program would be used instead.
 extern "C" [[gnu::visibility("protected")]] uint32_t hitCountMain(uint32_t hostVersion, uint32_t *outVersion,
                                                                   void **outSetupProc) __asm__("main");
 

@@ -1,9 +1,8 @@
-// A plug-in that marks on the scroll bar which pages of a document have hits, after every page drawn. It knows the
-// interface in sdk/ alone, and the hits through the table "TavrelGLT", whoever found them; without that table it does
-// nothing.
+// A plug-in that marks the pages with hits beside the scroll bar after each page is drawn. It uses only the interface
+// in sdk/, and reads the hits through the table "TavrelGLT"; without that table it does nothing.
 //
-// Owns the table pointers and one array of page numbers. Host calls may raise through any of these functions: no object
-// here has a destructor, and the array is a static.
+// Owns the table pointers and one array of page numbers. Host calls may raise through any of these functions, so no
+// object here has a destructor, and the array is a static variable.
 #include <algorithm>
 #include <cstdlib>
 
@@ -19,14 +18,14 @@ HFT gKernelHFT, gTavrelViewHFT, gTavrelGLTHFT;
 namespace {
 
 ExtensionID s_self;
-int32_t *s_pages; ///< of the list looked at last
+int32_t *s_pages; ///< of the list that was read last
 size_t s_capacity;
 
 template <typename Function> Callback callbackOf(Function function) {
   return Kernel::CreateCallback(s_self, entryOf(function));
 }
 
-bool hasRoom(size_t count) {
+bool ensureCapacity(size_t count) {
   if (count <= s_capacity) return true;
   auto *pages = static_cast<int32_t *>(realloc(s_pages, count * sizeof *s_pages));
   if (pages == nullptr) return false;
@@ -35,11 +34,11 @@ bool hasRoom(size_t count) {
   return true;
 }
 
-/// Puts the numbers of those of the first `documentPages` pages that have a hit into the array and returns how many
-/// they are: none where memory is exhausted. A file may name pages that the document lacks, in any number.
+/// Stores the numbers of the document's pages with hits in the array and returns how many there are; 0 if memory is
+/// exhausted. A file may name any number of pages that the document lacks.
 uint32_t collectPages(const HLL *list, int32_t documentPages) {
   const uint32_t pageCount = list == nullptr ? 0 : TavrelGLT::HLL_GetPageCount(list);
-  if (documentPages <= 0 || !hasRoom(std::min(pageCount, static_cast<uint32_t>(documentPages)))) return 0;
+  if (documentPages <= 0 || !ensureCapacity(std::min(pageCount, static_cast<uint32_t>(documentPages)))) return 0;
   uint32_t count = 0;
   for (uint32_t i = 0; i < pageCount && count < static_cast<uint32_t>(documentPages); ++i) {
     int32_t page = -1;
@@ -50,7 +49,7 @@ uint32_t collectPages(const HLL *list, int32_t documentPages) {
   return count;
 }
 
-/// A list may get hits at any time and keep its address: it is read anew every time. The host knows equal pages.
+/// The list is read again each time, because hits may be added to it at any time. The host detects equal pages.
 void pageDrawn(PageView view, void * /*clientData*/) {
   Doc document = TavrelView::PageViewGetDoc(view);
   if (document == nullptr) return;
@@ -58,8 +57,8 @@ void pageDrawn(PageView view, void * /*clientData*/) {
   TavrelView::DocMarkPages(s_self, document, s_pages, count);
 }
 
-/// Draw procedures are called in the order in which they came, and a plug-in may give a document its hits in its own.
-/// When the first document opens, all plug-ins have registered theirs; a second registration is none.
+/// Draw procedures are called in order of registration, and another plug-in's one may register hits. When the first
+/// document opens, all plug-ins have registered theirs, so this one runs last. A repeated registration has no effect.
 void documentOpened(Doc /*document*/, void * /*clientData*/) {
   TavrelView::RegisterPageDrawProc(callbackOf(pageDrawn), nullptr);
 }
@@ -104,8 +103,8 @@ uint32_t setUp(uint32_t version, SetupRecord *record) {
 
 TAVREL_PLUGIN_VERSION("1.0");
 
-// The exported `main`, under another name in the source because it has three arguments; protected, or the `main` of the
-// program that loads it would take its place.
+// The exported `main`. It has another name in the source because it has three arguments. Its visibility is protected:
+// otherwise the `main` of the program would be used instead.
 extern "C" [[gnu::visibility("protected")]] uint32_t hitPagesMain(uint32_t hostVersion, uint32_t *outVersion,
                                                                   void **outSetupProc) __asm__("main");
 

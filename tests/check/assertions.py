@@ -3,11 +3,11 @@
     python3 tests/check/assertions.py                the sources below tests/
     python3 tests/check/assertions.py FOLDER         those below another folder; FOLDER is also where includes begin
 
-A body asserts when a macro of GoogleTest stands in it (EXPECT_..., ASSERT_..., FAIL, ADD_FAILURE), in Python `assert`,
-a method self.assert... or self.fail, or `raise AssertionError`; or when it calls a function that does, itself or through
-other functions. Those functions are found in the test's own file and in what it includes or imports. They are known by
-their names alone: of two functions of one name in reach, one that asserts is enough. Constructors and destructors do not
-count, nor do SUCCEED and GTEST_SKIP.
+A body asserts if it contains an assertion of GoogleTest (EXPECT_..., ASSERT_..., FAIL, ADD_FAILURE), or in Python
+`assert`, a method self.assert... or self.fail, or `raise AssertionError`; or if it calls a function that asserts,
+directly or through other functions. These functions are searched in the test's file and in the files that it includes
+or imports. They are identified by their names alone: of several functions with one name, one that asserts is enough.
+Constructors and destructors do not count, nor do SUCCEED and GTEST_SKIP.
 
 Prints a line for each test found. Ends with 1 when there is one, else with 0; with 2 when there are no tests at all.
 """
@@ -24,7 +24,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 @dataclasses.dataclass
 class Function:
-    """What a function or a test does, as far as this check needs it."""
+    """A function or a test, with what this check needs of it."""
 
     name: str
     line: int
@@ -39,7 +39,7 @@ TEST_MACROS = ("TEST", "TEST_F", "TEST_P", "TYPED_TEST", "TYPED_TEST_P")
 ASSERTION = re.compile(r"\b(?:EXPECT|ASSERT)_[A-Z]\w*\s*\(|\b(?:FAIL|ADD_FAILURE|ADD_FAILURE_AT)\s*\(")
 NO_FUNCTIONS = {"if", "for", "while", "switch", "catch", "return", "sizeof", "alignof", "decltype", "noexcept", "operator"}
 CALL = re.compile(r"\b(\w+)\s*(?:<[\w\s,:*&]*>)?\s*\(")
-# A name with its arguments, what may follow them, and the body's brace. Arguments nest two deep: function types.
+# A name with its arguments, the specifiers after them, and the body's brace. Arguments nest two deep: function types.
 DEFINITION = re.compile(
     r"(?P<name>~?\b\w+)\s*\((?P<arguments>(?:[^(){};]|\{\}|\((?:[^(){};]|\{\}|\([^(){};]*\))*\))*)\)"
     r"(?:\s|const\b|noexcept\b|override\b|final\b|mutable\b|&|->\s*[\w:<>,\s*&]+)*\{"
@@ -47,7 +47,7 @@ DEFINITION = re.compile(
 # A lambda that has a name.
 LAMBDA = re.compile(r"\b(?P<name>\w+)\s*(?:=|\{)\s*\+?\s*\[[^\[\]]*\]\s*(?:\([^;{}]*\))?[^;{}()]*\{")
 MACRO = re.compile(r"^[ \t]*#[ \t]*define[ \t]+(?P<name>\w+)\([^)]*\)(?P<body>(?:[^\n]*\\\n)*[^\n]*)", re.M)
-# Comments, raw strings, strings, characters: a digit separator is no quote.
+# Comments, raw strings, strings, characters. A digit separator is not a quote.
 NO_CODE = re.compile(
     r"//(?:[^\n]*\\\n)*[^\n]*|/\*.*?\*/"
     r"|\bR\"(?P<mark>[^\s()\\]{0,16})\(.*?\)(?P=mark)\"|\"(?:\\.|[^\"\\\n])*\"|(?<![0-9A-Za-z])'(?:\\.|[^'\\\n])+'",
@@ -56,12 +56,12 @@ NO_CODE = re.compile(
 
 
 def code_of(text):
-    """The text with comments and the contents of strings as spaces; lines stay where they are."""
+    """The text with comments and the contents of strings replaced by spaces. Line numbers do not change."""
 
     def spaces(match):
         found = match.group()
-        blank = re.sub(r"[^\n]", " ", found)
-        return blank if found.startswith("/") or len(found) < 2 else '"' + blank[1:-1] + '"'
+        spaced = re.sub(r"[^\n]", " ", found)
+        return spaced if found.startswith("/") or len(found) < 2 else '"' + spaced[1:-1] + '"'
 
     return NO_CODE.sub(spaces, text)
 
@@ -99,7 +99,7 @@ def functions_of_cpp(text):
     found = [cpp_function(m["name"], code, m.start(), m["body"]) for m in MACRO.finditer(code)]
     code = MACRO.sub(lambda m: re.sub(r"[^\n]", " ", m.group()), code)
     classes = set(re.findall(r"\b(?:class|struct)\s+(\w+)", code))
-    # Overlapping: a fixture's methods stand inside what looks like another definition.
+    # Matches may overlap: a fixture's methods are inside what looks like another definition.
     position = 0
     while match := DEFINITION.search(code, position):
         position = match.start() + len(match["name"])
@@ -134,7 +134,7 @@ def included_by(file, root):
 
 
 def called_name(call):
-    """What is called: `name` for a function, `.name` for a method; None for anything else."""
+    """The name that is called: `name` for a function, `.name` for a method; None for anything else."""
     if isinstance(call.func, ast.Attribute):
         return "." + call.func.attr
     return call.func.id if isinstance(call.func, ast.Name) else None
@@ -198,7 +198,7 @@ def functions_of(file):
 
 
 def reach_of(file, root):
-    """The file and all that it includes or imports, directly or not."""
+    """The file and all files that it includes or imports, directly or indirectly."""
     reached, waiting = set(), [file.resolve()]
     while waiting:
         one = waiting.pop()

@@ -1,4 +1,4 @@
-"""assertions.py on small trees: what it must report, and what it must not."""
+"""assertions.py on small trees: tests that it must report, and tests that it must accept."""
 
 import contextlib
 import io

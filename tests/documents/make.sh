@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the documents that the end-to-end tests read, into the folder given. Each shows one thing that real documents
-# have; texts are our own.
+# Makes the documents that the end-to-end tests read, into the folder given. Each has one
+# property of real documents; the texts are original.
 set -euo pipefail
 export LC_ALL=C.UTF-8 # the texts below are UTF-8, whatever the caller speaks
 here=$(cd "$(dirname "$0")" && pwd)

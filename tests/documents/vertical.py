@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes a PDF with vertical writing: vertical.py FONT.ttf OUT.pdf
 
-The font is embedded whole, its glyphs shown by Identity-V. Every page has what PAGES says of it.
+The complete font is embedded; its glyphs are shown by Identity-V. PAGES describes the pages.
 """
 import struct
 import sys
@@ -42,8 +42,8 @@ def format4(map, c):
             delta, (offset, at) = word(2, i)[0], word(3, i)
             if offset == 0:
                 return (c + delta) & 0xFFFF
-            place = at + offset + 2 * (c - start)
-            glyph = struct.unpack(">H", map[place : place + 2])[0]
+            position = at + offset + 2 * (c - start)
+            glyph = struct.unpack(">H", map[position : position + 2])[0]
             return (glyph + delta) & 0xFFFF if glyph else 0
     return 0
 
@@ -81,13 +81,13 @@ def pdf(font):
         objects.append(b"<< /Type /Page /Parent 2 0 R /MediaBox [0 0 %d %d] /Resources << /Font << /F 3 0 R >> >> "
                        b"/Contents %d 0 R >>" % (WIDTH, HEIGHT, len(objects) + 2))
         objects.append(stream(content.encode()))
-    out, places = b"%PDF-1.5\n", []
+    out, offsets = b"%PDF-1.5\n", []
     for number, body in enumerate(objects, 1):
-        places.append(len(out))
+        offsets.append(len(out))
         out += b"%d 0 obj\n%s\nendobj\n" % (number, body)
     start = len(out)
     out += b"xref\n0 %d\n0000000000 65535 f \n" % (len(objects) + 1)
-    out += b"".join(b"%010d 00000 n \n" % place for place in places)
+    out += b"".join(b"%010d 00000 n \n" % offset for offset in offsets)
     return out + b"trailer << /Size %d /Root 1 0 R >>\nstartxref\n%d\n%%%%EOF\n" % (len(objects) + 1, start)
 
 

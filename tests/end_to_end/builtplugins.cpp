@@ -1,4 +1,4 @@
-// Every command that a test starts uses the plug-ins of this build; by itself a program finds installed ones only.
+// Every command that a test starts uses the plug-ins of this build; without this a program finds only installed ones.
 #include <gtest/gtest.h>
 
 #include <cstdlib>

@@ -1,4 +1,4 @@
-// The command as its user meets it: what it prints, what it refuses, and how it ends.
+// The command as its user sees it: its output, the inputs that it refuses, and its exit status.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -44,24 +44,24 @@ protected:
                : 0;
   }
 
-  // What a command leaves in the folder `out`, by name, and what it says; run with that in front of it.
+  // The files that a command writes to the directory `out`, by name, and its output. `prefix` is put before the
+  // command.
   struct Outcome {
     std::map<std::string, std::string> files;
     std::string output;
     int status;
     bool operator==(const Outcome &) const = default;
   };
-  Outcome outcome(const std::string &inFront, const std::string &arguments) {
+  Outcome outcome(const std::string &prefix, const std::string &arguments) {
     fs::remove_all(folder / "out");
-    const CommandResult result =
-        run(inFront + " " + tavrel + " " + arguments + " --out " + std::string(folder / "out"));
+    const CommandResult result = run(prefix + " " + tavrel + " " + arguments + " --out " + std::string(folder / "out"));
     Outcome all{{}, result.output, result.status};
     if (fs::exists(folder / "out"))
       for (const auto &entry : fs::directory_iterator(folder / "out"))
         all.files[entry.path().filename()] = test::bytesOf(entry.path());
     return all;
   }
-  // The same with one processor, where it works without threads, and with all that there are.
+  // The same with one processor, without threads, and with all processors.
   Outcome outcomeEitherWay(const std::string &arguments) {
     const Outcome all = outcome("", arguments);
     EXPECT_TRUE(all == outcome("taskset --cpu-list $(taskset -cp $$ | sed 's/.*: //; s/[,-].*//')", arguments))
@@ -73,7 +73,7 @@ protected:
   fs::path folder;
 };
 
-// So many pages that say which they are.
+// So many pages, each with its number as text.
 std::vector<test::PdfPage> pages(int count) {
   std::vector<test::PdfPage> result;
   for (int page = 1; page <= count; ++page)
@@ -81,7 +81,7 @@ std::vector<test::PdfPage> pages(int count) {
   return result;
 }
 
-TEST_F(Command, RenderSaysALineForEveryPageWithHits) {
+TEST_F(Command, RenderPrintsALineForEveryPageWithHits) {
   const std::string hits =
       file("hits.xml", locations("Units=\"words\"", "<loc pg=\"0\" pos=\"0\" len=\"1\"/>\n<loc pg=\"2\" pos=\"1\" "
                                                     "len=\"2\"/>\n<loc pg=\"2\" pos=\"5\" len=\"1\"/>"));
@@ -109,7 +109,7 @@ TEST_F(Command, RenderOfAllPagesWritesThoseWithoutHitsToo) {
   EXPECT_EQ(written(), 4U);
 }
 
-TEST_F(Command, RenderOfAllPagesIsTheSameHoweverManyProcessorsThereAre) {
+TEST_F(Command, RenderOfAllPagesIsTheSameForAnyNumberOfProcessors) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=4>\n<loc pg=17 pos=0 len=4>"));
   const std::string document = file("thirty.pdf", test::pdfOf(pages(30)));
   const Outcome all = outcomeEitherWay("render " + document + " " + hits + " --pages all --dpi 50");
@@ -144,7 +144,7 @@ std::string damagedPages() {
   return test::pdfOf(some);
 }
 
-TEST_F(Command, RenderOfAllPagesLeavesOutDamagedOnesAndSaysSo) {
+TEST_F(Command, RenderOfAllPagesLeavesOutDamagedOnesAndReportsThem) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=4>"));
   const std::string document = file("damaged.pdf", damagedPages());
   const Outcome all = outcomeEitherWay("render " + document + " " + hits + " --pages all --dpi 50");
@@ -157,7 +157,7 @@ TEST_F(Command, RenderOfAllPagesLeavesOutDamagedOnesAndSaysSo) {
       << all.output;
 }
 
-TEST_F(Command, RenderOfThePagesWithHitsLeavesOutDamagedOnesAndSaysSo) {
+TEST_F(Command, RenderOfThePagesWithHitsLeavesOutDamagedOnesAndReportsThem) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=4>\n<loc pg=8 pos=0 len=4>\n<loc pg=10 "
                                                           "pos=0 len=4>\n<loc pg=12 pos=0 len=4>"));
   const std::string document = file("damaged.pdf", damagedPages());
@@ -169,7 +169,7 @@ TEST_F(Command, RenderOfThePagesWithHitsLeavesOutDamagedOnesAndSaysSo) {
       << all.output;
 }
 
-TEST_F(Command, HitsOnPagesThatTheDocumentLacksAreSteppedOver) {
+TEST_F(Command, HitsOnPagesThatTheDocumentLacksAreSkipped) {
   const std::string hits =
       file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>\n<loc pg=999 pos=0 len=1>\n<loc pg=2 pos=0 len=1>\n<loc "
                                      "pg=1000 pos=0 len=1>"));
@@ -177,7 +177,7 @@ TEST_F(Command, HitsOnPagesThatTheDocumentLacksAreSteppedOver) {
   EXPECT_EQ(written(), 2U);
 }
 
-TEST_F(Command, FilesWithoutHitsMarkNothingAndSaySo) {
+TEST_F(Command, FilesWithoutHitsMarkNothingAndAreReported) {
   for (const char *content : {"", "<html>nothing here</html>", "<XML>\n<Body>\n</Body>\n</XML>",
                               "<XML>\n<Body>\n<highlights>\n<loc pg=999 pos=1 len=1>\n</highlights>\n</Body>"}) {
     const CommandResult result = render(documents + "/two-columns.pdf", file("hits.xml", content));
@@ -198,12 +198,12 @@ TEST_F(Command, UnknownVersionOfWordExtractionIsAskedAbout) {
 }
 
 struct BadInput {
-  const char *arguments; ///< %D is the folder of documents, %F the test's own
+  const char *arguments; ///< %D is the directory of documents, %F that of the test
   int status;
-  const char *said;
+  const char *expected;
 };
 
-TEST_F(Command, BadInputIsMetWithOneClearLineAndItsOwnStatus) {
+TEST_F(Command, InvalidInputIsReportedWithItsStatus) {
   file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
   file("notes.pdf", "these are only notes\n");
   const BadInput table[] = {
@@ -231,7 +231,7 @@ TEST_F(Command, BadInputIsMetWithOneClearLineAndItsOwnStatus) {
   for (const BadInput &bad : table) {
     const CommandResult result = run(tavrel + " " + filled(bad.arguments) + " </dev/null");
     EXPECT_EQ(result.status, bad.status) << bad.arguments << "\n" << result.output;
-    EXPECT_NE(result.output.find(filled(bad.said)), std::string::npos) << bad.arguments << "\n" << result.output;
+    EXPECT_NE(result.output.find(filled(bad.expected)), std::string::npos) << bad.arguments << "\n" << result.output;
   }
   EXPECT_FALSE(fs::exists(folder / "none.xml"));
   EXPECT_EQ(written(), 0U);
@@ -239,7 +239,7 @@ TEST_F(Command, BadInputIsMetWithOneClearLineAndItsOwnStatus) {
 
 // ---- numbers ----
 
-// Every option that takes a number, and numbers just outside of what it takes.
+// Every option that takes a number, and numbers just outside of its range.
 struct NumericOption {
   const char *command, *option;
   std::vector<std::string> outside;
@@ -253,12 +253,12 @@ std::vector<NumericOption> numericOptions() {
           {"view d.pdf", "--geometry", {"0x0", "40000x100", "100x40000", "100x100+99999+0", "100", "x", "+5"}}};
 }
 
-// What is no number, and what is no finite one.
+// Texts that are not numbers or not finite.
 const char *const notNumbers[] = {"",       "nan",  "NaN",      "-nan", "inf", "-inf", "infinity", "1e999",
                                   "-1e999", "-100", "many",     "12ab", "1,5", "1 00", " 100",     "100 ",
                                   "0x64g",  "--",   "100\t100", "+",    ".",   "e5",   "\xC3\xBC", "1e"};
 
-TEST_F(Command, ANumericOptionRefusesWhatIsNoNumberOfItsRange) {
+TEST_F(Command, ANumericOptionRefusesAnythingButANumberOfItsRange) {
   for (const NumericOption &numeric : numericOptions()) {
     std::vector<std::string> values(std::begin(notNumbers), std::end(notNumbers));
     values.insert(values.end(), numeric.outside.begin(), numeric.outside.end());
@@ -272,7 +272,7 @@ TEST_F(Command, ANumericOptionRefusesWhatIsNoNumberOfItsRange) {
   }
 }
 
-TEST_F(Command, EveryOptionThatSaysThatItTakesANumberIsTestedForIt) {
+TEST_F(Command, EveryNumericOptionOfTheHelpIsTested) {
   const std::vector<NumericOption> tested = numericOptions();
   for (const std::string command : {"view", "render", "hits"}) {
     std::istringstream help(run(tavrel + " " + command + " --help").output);
@@ -299,9 +299,9 @@ TEST_F(Command, ANumericOptionTakesTheEndsOfItsRange) {
     EXPECT_EQ(render(document, hits, options).status, tools::exitDone) << options;
 }
 
-// ---- highlight files that are none ----
+// ---- files that are not highlight files ----
 
-TEST_F(Command, AnEndlessHighlightFileIsRefusedAtTheLimitAndNamed) {
+TEST_F(Command, AnEndlessHighlightFileIsRefusedAtTheLimit) {
   const std::string document = documents + "/two-columns.pdf";
   const CommandResult device = render(document, "/dev/zero");
   EXPECT_EQ(device.status, tools::exitHighlightFile);
@@ -314,7 +314,7 @@ TEST_F(Command, AnEndlessHighlightFileIsRefusedAtTheLimitAndNamed) {
             "tavrel: /dev/zero: is larger than 3 MB (--hits-limit raises the limit)\n");
 }
 
-TEST_F(Command, ADocumentGivenAsHighlightFileIsCalledWhatItIs) {
+TEST_F(Command, ADocumentGivenAsHighlightFileIsRefusedAsPdf) {
   const std::string document = documents + "/two-columns.pdf";
   const CommandResult result = render(document, document);
   EXPECT_EQ(result.status, tools::exitHighlightFile);
@@ -345,28 +345,28 @@ TEST_F(Command, APasswordIsReadFromStandardInputBeforeTheHits) {
       tools::exitDone);
 }
 
-TEST_F(Command, APasswordFileThatHasNoneIsNamed) {
+TEST_F(Command, APasswordFileWithoutAPasswordIsReported) {
   const std::string document = documents + "/encrypted.pdf";
   const std::pair<std::string, const char *> table[] = {
       {folder / "missing", "missing: No such file or directory"},
       {folder, "Is a directory"},
       {file("empty", ""), "empty: has no password in its first line"},
-      {file("blank", "\nsecret\n"), "blank: has no password in its first line"},
-      {"/dev/zero", "/dev/zero: its first line is longer than a password"},
+      {file("newline", "\nsecret\n"), "newline: has no password in its first line"},
+      {"/dev/zero", "/dev/zero: its first line is too long for a password"},
       {file("secret", "user\n") + " --password user", "--password"},
   };
-  for (const auto &[argument, said] : table)
+  for (const auto &[argument, expected] : table)
     for (const std::string &command : {"hits " + document + " word", "view " + document}) {
       const CommandResult result = run(tavrel + " " + command + " --password-file " + argument);
       EXPECT_EQ(result.status, tools::exitUsage) << argument << "\n" << result.output;
-      EXPECT_NE(result.output.find(said), std::string::npos) << result.output;
+      EXPECT_NE(result.output.find(expected), std::string::npos) << result.output;
       EXPECT_EQ(std::count(result.output.begin(), result.output.end(), '\n'), 1) << result.output;
     }
 }
 
-TEST_F(Command, WithoutAnyPlugInItNamesTheFoldersInWhichItLooked) {
+TEST_F(Command, WithoutPlugInsTheSearchedDirectoriesAreNamed) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
-  fs::copy_file(tavrel, folder / "tavrel"); // has no plug-ins in the folder of its installation
+  fs::copy_file(tavrel, folder / "tavrel"); // there are no plug-ins in the directory of this installation
   const CommandResult result =
       run("HOME= TAVREL_PLUGIN_PATH= " + std::string(folder / "tavrel") + " render " + documents + "/two-columns.pdf " +
           hits + " --plugins-dir " + std::string(folder / "mine"));
@@ -374,7 +374,7 @@ TEST_F(Command, WithoutAnyPlugInItNamesTheFoldersInWhichItLooked) {
   EXPECT_NE(result.output.find(folder / "mine"), std::string::npos) << result.output;
 }
 
-TEST_F(Command, PlugInsBesideTheProgramOrInTheCurrentFolderAreNotLoaded) {
+TEST_F(Command, PlugInsBesideTheProgramOrInTheCurrentDirectoryAreNotLoaded) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
   fs::copy_file(tavrel, folder / "tavrel");
   fs::create_directory_symlink(TAVREL_PLUGINS, folder / "plugins");
@@ -383,9 +383,9 @@ TEST_F(Command, PlugInsBesideTheProgramOrInTheCurrentFolderAreNotLoaded) {
   EXPECT_EQ(result.status, tools::exitHostFailure) << result.output;
 }
 
-TEST_F(Command, AnInstallationThatWasMovedHasItsPlugIns) {
+TEST_F(Command, AnInstallationThatWasMovedFindsItsPlugIns) {
   if (fs::path(TAVREL_BINDIR).is_absolute() || fs::path(TAVREL_LIBDIR).is_absolute())
-    GTEST_SKIP() << "what was configured as an absolute path stays where it is";
+    GTEST_SKIP() << "absolute paths of the configuration do not move with the program";
   const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
   const fs::path plugins = folder / TAVREL_LIBDIR / "tavrel/plugins";
   fs::create_directories(folder / TAVREL_BINDIR);
@@ -398,7 +398,7 @@ TEST_F(Command, AnInstallationThatWasMovedHasItsPlugIns) {
   EXPECT_EQ(result.status, tools::exitDone) << result.output;
 }
 
-/// How many processes have that text in their environment.
+/// The number of processes with that text in their environment.
 int processesWith(const std::string &text) {
   int found = 0;
   for (const auto &entry : fs::directory_iterator("/proc")) {
@@ -416,7 +416,7 @@ TEST_F(Command, WithoutADisplayAPrivateOneIsStartedAndEnded) {
                                    "/two-columns.pdf " + hits + " --dpi 20 --out " + std::string(folder / "out"));
   EXPECT_EQ(result.status, tools::exitDone) << result.output;
   EXPECT_EQ(written(), 1U);
-  EXPECT_EQ(processesWith(mark), 0) << "a display server was left behind";
+  EXPECT_EQ(processesWith(mark), 0) << "a display server still runs";
 }
 
 } // namespace

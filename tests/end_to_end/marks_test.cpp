@@ -1,5 +1,5 @@
-// From a real PDF and a phrase to marked pages, by the commands that a person types. The judge is another program's
-// idea of where the words are: every hit's word is covered by a mark, and nothing else on the page has changed.
+// From a real PDF and a phrase to marked pages, with the commands of a user. The words' positions come from another
+// program: a mark covers the word of every hit, and nothing else on the page has changed.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -20,7 +20,7 @@ struct MarksCase {
   const char *units;
   const char *password;
   const char *color; ///< RRGGBB, or empty for the default
-  uint32_t kept;     ///< the channels that this colour leaves as they are
+  uint32_t kept;     ///< the channels that this colour leaves unchanged
   int dpi = 100;
 };
 
@@ -72,7 +72,7 @@ Differences compare(const Pixels &marked, const host::Image &plain, const std::v
   std::vector<PixelBox> nearBoxes, insideBoxes;
   for (const OracleWord &hit : hits) {
     nearBoxes.push_back(pixelsOf(hit, wanted.dpi, 2));
-    // The marks of characters leave out the punctuation that the box of the whole word has.
+    // Marks of characters leave out the punctuation that is in the word's box.
     if (wholeWords || bareWord(hit.text).size() == hit.text.size())
       insideBoxes.push_back(pixelsOf(hit, wanted.dpi, -1));
   }

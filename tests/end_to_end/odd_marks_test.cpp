@@ -1,5 +1,5 @@
-// Marks where they were wrong once: beside vertical writing, of no area, and over text on dark and coloured
-// backgrounds. By the commands that a person types, judged by the pixels alone.
+// Marks of vertical writing, of words without area, and over text on dark and coloured backgrounds. Runs the commands
+// of a user and compares pixels.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -30,7 +30,7 @@ struct Area {
 
 class OddMarks : public testing::Test {
 protected:
-  /// Marks every place of the text in a document.
+  /// Marks every occurrence of the text in a document.
   CommandResult mark(const fs::path &document, const std::string &text, const std::string &color = "FF0000") {
     const std::string hits = folder.path() / "hits.xml";
     const CommandResult found =
@@ -74,22 +74,22 @@ TEST_P(Vertical, WordsAreMarkedWhereTheirInkIs) {
     const char *text;
     double size; ///< of the font, in points
   };
-  // Each stands alone on its page.
+  // Each is alone on its page.
   for (const Word &word : {Word{0, "検索結果", 24}, Word{1, "東京", 48}}) {
     const CommandResult rendered = mark(document, word.text);
     ASSERT_EQ(rendered.status, 0) << rendered.output;
     const host::Image plain = reference->render(word.page, dpi);
     const Area marks = changed(marked(word.page), plain), ink = inkOf(plain);
     ASSERT_FALSE(marks.empty());
-    const int pixel = 1, blank = static_cast<int>(0.2 * word.size * dpi / 72); // around the ink of a character
+    const int pixel = 1, space = static_cast<int>(0.2 * word.size * dpi / 72); // around the ink of a character
     EXPECT_LE(marks.left, ink.left + pixel);
     EXPECT_LE(marks.top, ink.top + pixel);
     EXPECT_GE(marks.right, ink.right - pixel);
     EXPECT_GE(marks.bottom, ink.bottom - pixel);
-    EXPECT_GE(marks.left, ink.left - blank);
-    EXPECT_GE(marks.top, ink.top - blank);
-    EXPECT_LE(marks.right, ink.right + blank);
-    EXPECT_LE(marks.bottom, ink.bottom + blank);
+    EXPECT_GE(marks.left, ink.left - space);
+    EXPECT_GE(marks.top, ink.top - space);
+    EXPECT_LE(marks.right, ink.right + space);
+    EXPECT_LE(marks.bottom, ink.bottom + space);
   }
 }
 
@@ -150,7 +150,7 @@ struct Background {
   std::string drawing;
 };
 
-/// A gradient of stripes, from one lightness to another, with a text in front that is white or black.
+/// A gradient of stripes, from one lightness to another, with white or black text over it.
 std::string gradient(double from, double to, const char *text) {
   std::string drawing;
   for (int i = 0; i < 100; ++i) {

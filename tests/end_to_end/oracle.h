@@ -1,5 +1,5 @@
-// What the end-to-end tests know without asking us: where another program sees the words of a page, and what is in an
-// image file. Nothing here uses our text extraction or our painting.
+// Independent sources of the end-to-end tests: the words of a page as another program reports them, and the pixels of
+// an image file. Nothing here uses this project's text extraction or painting.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// A day's work on one document: 20,000 draws and 2,000 registrations leave nothing behind.
+// A soak test of one document: after 20,000 draws and 2,000 registrations nothing has grown.
 #include <gtest/gtest.h>
 
 #include <fstream>
@@ -16,7 +16,7 @@ constexpr bool countsMemory = false; // AddressSanitizer keeps freed memory for 
 constexpr bool countsMemory = true;
 #endif
 
-/// What must not grow.
+/// The resources that must not grow.
 struct Held {
   size_t hostBlocks, selections, openPages, callbacks, residentPages;
   bool operator==(const Held &) const = default;
@@ -42,7 +42,7 @@ std::string highlightFile(const char *units) {
   return text + "</highlights>\n</Body>\n</XML>\n";
 }
 
-TEST(Soak, DrawsAndRegistrationsLeaveNothingBehind) {
+TEST(Soak, DrawsAndRegistrationsLeakNothing) {
   tools::Display display;
   display.await();
   host::Runtime runtime;

@@ -1,19 +1,19 @@
-"""Changes sources, one small thing at a time, and says which changes their tests do not notice.
+"""Makes small changes to sources, one at a time, and lists those that no test notices.
 
-    python3 tests/mutants/mutants.py                            everything: hours on one core
+    python3 tests/mutants/mutants.py                            all suites: hours on one core
     python3 tests/mutants/mutants.py --suites kernel            the sources of one suite
-    python3 tests/mutants/mutants.py --sample 40                a quick look at 40 of each suite
+    python3 tests/mutants/mutants.py --sample 40                a random sample of 40 of each suite
     python3 tests/mutants/mutants.py --files 'plugin/util/*' --resume build/mutants.jsonl
 
-suites.py has the table of suites: which test programs test which sources. operators.py makes the changes. Each one, a
-mutant, is compiled, linked with the rest of the suite's programs and tested: first by the quick tests of the source's
-folder, then by the other quick ones, then by the slow ones, last by the quick ones under the leak checker, as the preset
-`sanitize` has it. A test that fails, a crash, a hang and a leak all count as noticed. Not counted are mutants that do
-not compile and those whose object is byte for byte that of the original. survivors.txt lists survivors that may survive,
-with the reason; its head says how.
+suites.py has the table of suites: which test programs test which sources. operators.py makes the changes. Each changed
+source, a mutant, is compiled, linked with the rest of the suite's programs and tested: first by the quick tests of the
+source's directory, then by the other quick ones, then by the slow ones, last by the quick ones with the leak checker that
+the preset `sanitize` uses. A test that fails, a crash, a hang and a leak all count as noticed. Not counted are mutants
+that do not compile and those whose object file is identical to the original. survivors.txt lists mutants that may
+survive, with the reason; its first lines describe its fields.
 
-All work is done on copies in a directory of its own: sources may be edited and built meanwhile. A run that is
-interrupted goes on where it was when it is started again with the same --resume file.
+All work is done on copies in a temporary directory: sources may be edited and built meanwhile. An interrupted run
+continues when it is started again with the same --resume file.
 """
 
 import argparse
@@ -35,7 +35,7 @@ import operators
 from suites import ROOT, SUITES, Suite, give_up, sources_of
 
 SURVIVORS = pathlib.Path(__file__).with_name("survivors.txt")
-MEMORY = 3 << 30  # bytes: a mutant that only ever allocates ends by itself
+MEMORY = 3 << 30  # bytes: the limit ends a mutant that allocates without end
 
 NOTICED, SURVIVED, EQUAL, UNCOMPILED = "noticed", "survived", "equal", "does not compile"
 
@@ -46,9 +46,9 @@ def arguments():
     parser = argparse.ArgumentParser(
         description=__doc__,
         formatter_class=argparse.RawDescriptionHelpFormatter,
-        epilog="The result is 0 when of each suite's mutants that count enough are noticed (%s;\n"
+        epilog="The exit status is 0 if enough of each suite's counted mutants are noticed (%s;\n"
         "listed survivors count as not noticed) and every survivor is listed in %s; else 1.\n"
-        "It is 2 when nothing can be tried: a suite does not build or pass as it is."
+        "It is 2 if a suite does not build or does not pass without a change."
         % (
             ", ".join("%s %g %%" % (spec.name, spec.fewest_noticed) for spec in SUITES),
             SURVIVORS.relative_to(ROOT),
@@ -58,15 +58,15 @@ def arguments():
     parser.add_argument("--suites", nargs="+", choices=names, default=names, metavar="SUITE", help=", ".join(names))
     parser.add_argument("--files", nargs="+", metavar="GLOB", help="only these: a path below the root, or a name")
     parser.add_argument("--jobs", type=int, default=os.cpu_count(), metavar="N", help="mutants at a time")
-    parser.add_argument("--list", action="store_true", help="only say how many mutants there are")
+    parser.add_argument("--list", action="store_true", help="only print how many mutants there are")
     parser.add_argument("--sample", type=int, metavar="N", help="only N of each suite's mutants, taken at random")
     parser.add_argument("--seed", default="mutants", metavar="S", help="of the sample (default: %(default)s)")
     parser.add_argument("--build", default="build/mutants", metavar="DIR", help="default: %(default)s")
     parser.add_argument(
         "--resume",
         metavar="FILE",
-        help="write each result into FILE, a line of JSON, and take those over that it has already: all of a source that "
-        "has not changed, but survivors only while the tests have not changed either",
+        help="write each result into FILE, a line of JSON, and reuse the results that it has: all of a source that has not "
+        "changed, but survivors only if the tests have not changed either",
     )
     return parser.parse_args()
 
@@ -105,7 +105,7 @@ def mutants_of(file, text):
 
 
 def outcome(suite, mutant):
-    """What becomes of a mutant."""
+    """The outcome of a mutant."""
     text = suite.sources[mutant.file]
     change = mutant.change
     mutated = text[: change.start] + change.replacement + text[change.end :]
@@ -124,7 +124,7 @@ def outcome(suite, mutant):
 
 
 class Results:
-    """Outcomes by mutant, kept in a file where one is given."""
+    """Outcomes by mutant, stored in a file if one is given."""
 
     def __init__(self, path, tests):
         self.tests = tests
@@ -170,7 +170,7 @@ def listed_survivors():
 
 
 def processor_seconds():
-    """What compilers, linkers and tests have used."""
+    """The processor time of compilers, linkers and tests."""
     used = resource.getrusage(resource.RUSAGE_CHILDREN)
     return used.ru_utime + used.ru_stime
 
@@ -203,25 +203,25 @@ def run(judged, mutants, results, jobs):
 
 
 def report(spec, mutants, results, seconds, all_of):
-    """Prints what came out for a suite; True when it is good enough. `all_of`: the files that were tried completely."""
+    """Prints the results of a suite; True if they are good enough. `all_of`: the files of which all mutants were tried."""
     outcomes = collections.Counter(results.known[mutant.key] for mutant in mutants)
     survivors = [mutant for mutant in mutants if results.known[mutant.key] == SURVIVED]
     listed = listed_survivors()
     unlisted, excused = [], []
     for mutant in survivors:
-        place = mutant.file, mutant.before, mutant.after
-        (excused if listed[place] > 0 else unlisted).append(mutant)
-        listed[place] -= 1
+        entry = mutant.file, mutant.before, mutant.after
+        (excused if listed[entry] > 0 else unlisted).append(mutant)
+        listed[entry] -= 1
     for title, group in (("Survivors that are listed:", excused), ("Survivors that are not listed:", unlisted)):
         if group:
             print(title)
             for mutant in group:
                 print("  " + shown(mutant))
-    stale = [place for place, count in listed.items() if place[0] in all_of for _ in range(count)]
+    stale = [entry for entry, count in listed.items() if entry[0] in all_of for _ in range(count)]
     if stale:
         print("Listed, but no longer surviving:")
-        for place in stale:
-            print("  %s: %s -> %s" % place)
+        for entry in stale:
+            print("  %s: %s -> %s" % entry)
     tried = outcomes[NOTICED] + outcomes[SURVIVED]
     score = 100.0 * outcomes[NOTICED] / tried if tried else 100.0
     print(
@@ -234,7 +234,7 @@ def report(spec, mutants, results, seconds, all_of):
 
 
 def try_suite(spec, options, work):
-    """Tries the mutants of a suite; True when enough are noticed."""
+    """Tries the mutants of a suite; True if enough are noticed."""
     sources = {file: (ROOT / file).read_text() for file in chosen_files(spec, options.files)}
     mutants = [mutant for file, text in sources.items() for mutant in mutants_of(file, text)]
     if not mutants:
@@ -271,7 +271,7 @@ def main():
         print_counts(specs, options.files)
         return 0
     resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-    resource.setrlimit(resource.RLIMIT_DATA, (MEMORY, MEMORY))  # not of addresses: the leak checker reserves many
+    resource.setrlimit(resource.RLIMIT_DATA, (MEMORY, MEMORY))  # not RLIMIT_AS: the leak checker reserves much address space
     os.environ["LSAN_OPTIONS"] = "suppressions=%s:print_suppressions=0" % (ROOT / "tests/leaks.supp")
     with tempfile.TemporaryDirectory(prefix="mutants.") as work:
         good = [try_suite(spec, options, pathlib.Path(work)) for spec in specs]

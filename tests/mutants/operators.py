@@ -1,9 +1,8 @@
-"""The small changes that mutants.py makes to a C++ source, one at a time: finds every place and says what to put there.
+"""The small changes that mutants.py makes to a C++ source, one at a time: their positions and their replacements.
 
-Works on tokens, not on a syntax tree. It leans on the layout that clang-format gives the sources: an operator between
-two operands has white space on both sides, a '<' or '&' of a type does not. Comments, strings, preprocessor lines,
-static assertions and declarations of templates are left alone. A change that makes no sense does no harm: what does
-not compile is not counted.
+Works on tokens, not on a syntax tree. It depends on the layout of clang-format: an operator between two operands has
+white space on both sides, a '<' or '&' of a type does not. Comments, strings, preprocessor lines, static assertions and
+template headers are not changed. A change that is invalid does no harm: mutants that do not compile are not counted.
 """
 
 import collections
@@ -22,7 +21,7 @@ TOKEN = re.compile(
     re.VERBOSE | re.DOTALL,
 )
 
-# What an operator between two operands becomes, and the name of the change.
+# The replacements of operators between two operands, by the name of the change.
 SWAPS = {
     "comparison": {"==": ["!="], "!=": ["=="], "<": ["<=", ">="], ">": [">=", "<="], "<=": ["<"], ">=": [">"]},
     "logic": {"&&": ["||"], "||": ["&&"]},
@@ -103,7 +102,7 @@ def token_mutations(text, tokens, alone):
 
 
 def conditions(text, tokens, pairs):
-    """`if` and `while` conditions turned round, but for those where another change does the same."""
+    """Negated `if` and `while` conditions, except those for which another change does the same."""
     for index, token in enumerate(tokens):
         if token.text not in ("if", "while") or tokens[index + 1].text != "(":
             continue
@@ -174,7 +173,7 @@ def statement_mutations(text, tokens, pairs):
 
 
 def mutations_of(text):
-    """All mutations of a source, in the order of their places."""
+    """All mutations of a source, in the order of their positions."""
     tokens = tokens_of(text)
     pairs = pairs_of(tokens)
     found = list(token_mutations(text, tokens, left_alone(tokens, pairs)))

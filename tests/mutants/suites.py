@@ -1,6 +1,7 @@
-"""The suites that mutants.py tries mutants with: which test programs test which sources, built, taken apart, and run.
+"""The suites of mutants.py: which test programs test which sources. Builds the programs, relinks them and runs them.
 
-A suite is a library's sources and the test programs that link it. All work is done on copies in a directory of its own.
+A suite is the sources of a library and the test programs that link it. All work is done on copies in a temporary
+directory.
 """
 
 import collections
@@ -27,16 +28,16 @@ BUILD_SETTINGS = [
     "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g0 -DNDEBUG",  # the gcc preset's, without debugging information
 ]
 
-# What a suite is: the folder of its sources and those that are left out; the library that they are compiled into, and
-# the library's folder; the folders that its sources include from; its test programs, those that take longest last; the
-# per cent of its mutants that must be noticed.
+# A suite: the directory of its sources and those that are left out; the library that they are compiled into, and the
+# library's directory; the directories that its sources include from; its test programs, the slowest last; the percentage
+# of its mutants that must be noticed.
 Spec = collections.namedtuple("Spec", "name sources left_out library library_folder headers programs fewest_noticed")
 
 SUITES = [
     Spec(
         name="plugin",
         sources="plugin",
-        left_out={"plugin/pi/PIMain.cpp"},  # a line that forwards, proven by the tests of the library
+        left_out={"plugin/pi/PIMain.cpp"},  # one line, covered by the tests of the library file
         library="glint",
         library_folder="plugin",
         headers=["plugin", "sdk"],
@@ -116,14 +117,14 @@ def passes(program, selection, seconds):
         return False
     finally:
         try:
-            os.killpg(process.pid, signal.SIGKILL)  # with the processes that the tests have started
+            os.killpg(process.pid, signal.SIGKILL)  # includes the processes that the tests have started
         except ProcessLookupError:
             pass
         process.wait()
 
 
 class Program:
-    """A test program, taken apart into what stays and the objects that mutants replace."""
+    """A test program, split into the objects that mutants replace and the rest."""
 
     def __init__(self, spec, name, build, work):
         self.name, self.library = name, "/%s.dir/" % spec.library
@@ -158,9 +159,9 @@ class Program:
         self.objects[folder + "/" + word.split(self.library)[1][: -len(".o")]] = copy
 
     def linked(self, directory, replaced=None, path=None, options=()):
-        """The program with one object replaced; None when it cannot be linked.
+        """The program with one object replaced; None if it cannot be linked.
 
-        Of an archive the linker takes no object whose symbols it has already: the new one comes first.
+        The new object comes first: the linker takes no object from an archive if its symbols are already defined.
         """
         objects = [path if file == replaced else object for file, object in self.objects.items()]
         if path is not None and replaced not in self.objects:
@@ -173,13 +174,13 @@ class Program:
         return program
 
     def measure(self, folders):
-        """Finds out which tests are quick and in which order to run them for the sources of each folder."""
+        """Measures which tests are quick, and sets the order of the tests for the sources of each directory."""
         program = self.linked(self.work)
-        places, times = self.work / "places.json", self.work / "times.json"
-        checked([program, "--gtest_list_tests", "--gtest_output=json:%s" % places], cwd=self.work)
+        listing, times = self.work / "listing.json", self.work / "times.json"
+        checked([program, "--gtest_list_tests", "--gtest_output=json:%s" % listing], cwd=self.work)
         checked([program, "--gtest_brief=1", "--gtest_output=json:%s" % times], cwd=self.work)
         by_folder, slow = collections.defaultdict(set), []
-        for suite in json.loads(places.read_text())["testsuites"]:
+        for suite in json.loads(listing.read_text())["testsuites"]:
             for test in suite["testsuite"]:
                 by_folder[pathlib.Path(test["file"]).parent.name].add(suite["name"])
         for suite in json.loads(times.read_text())["testsuites"]:
@@ -197,11 +198,11 @@ class Program:
         if passes(checking, "-" + slow_ones, 120):
             self.leaks = "-" + slow_ones, self._allowed(checking, "-" + slow_ones)
         else:
-            print("%s: has leaks of its own, so those of mutants are not looked for" % self.name, file=sys.stderr)
+            print("%s: has leaks without a change, so leaks of mutants are not searched" % self.name, file=sys.stderr)
 
     @functools.cache
     def _allowed(self, program, stage):
-        """The seconds that a stage may take, by what it takes without a change."""
+        """The seconds that a stage may take, based on its time without a change."""
         started = time.monotonic()
         if not passes(program, stage, 120):
             give_up("%s does not pass without a change: %s" % (self.name, stage))
@@ -209,7 +210,7 @@ class Program:
 
 
 class Suite:
-    """A suite as it is built, ready to try mutants of `sources`: texts by file."""
+    """A suite that is built and ready to try mutants of `sources`, a dictionary of texts by file."""
 
     def __init__(self, spec, build, work, sources):
         self.spec, self.work, self.sources = spec, work / spec.name, sources
@@ -248,7 +249,7 @@ class Suite:
         return commands
 
     def object_of(self, file, text, directory):
-        """The text compiled in the file's place, or None. The source keeps its name: the object has it inside."""
+        """The object of the text instead of the file, or None. The source keeps its name, because the object contains it."""
         directory.mkdir(parents=True, exist_ok=True)
         source = directory / os.path.basename(file)
         source.write_text(text)
@@ -256,9 +257,9 @@ class Suite:
         return path if quiet(self.compile[file] + ["-o", str(path), "-c", str(source)]) else None
 
     def notices(self, file, path, directory):
-        """Whether a test notices a changed object; None when it cannot be linked.
+        """Whether a test notices a changed object; None if it cannot be linked.
 
-        The quick tests of all programs come first, then the slow ones, then the quick ones under the leak checker.
+        Runs the quick tests of all programs first, then the slow ones, then the quick ones with the leak checker.
         """
         folder = pathlib.Path(file).parent.name
         linked = {}

@@ -1,4 +1,4 @@
-// The real host with plug-ins as the libraries that they are, and documents for them.
+// The real host with the built plug-ins, and documents for them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -23,7 +23,7 @@ inline std::unique_ptr<host::Document> fourPages(const ScratchFolder &scratch) {
   return host::Document::open(scratch.pdf({4, page}), "");
 }
 
-/// A host with the plug-ins of a folder.
+/// A host with the plug-ins of a directory.
 struct PluginHost {
   explicit PluginHost(const std::filesystem::path &folder) {
     runtime.reporter = [this](const std::string &line) { reports.push_back(line); };
@@ -42,7 +42,7 @@ struct AwaitedDisplay : tools::Display {
   AwaitedDisplay() { await(); }
 };
 
-/// All plug-ins, in one host for the whole program: a table whose server went is not offered again.
+/// All plug-ins, in one host for the program: a table is not offered again after its server is unloaded.
 inline PluginHost &builtPlugins() {
   static const AwaitedDisplay display;
   static const host::TopLevel topLevel;
@@ -51,7 +51,7 @@ inline PluginHost &builtPlugins() {
   return host;
 }
 
-/// That host, and a document of four pages in front.
+/// That host, and a front document of four pages.
 class Plugins : public testing::Test {
 protected:
   Plugins() { open(); }
@@ -61,7 +61,7 @@ protected:
     reports.clear();
   }
 
-  /// Opens the document once more, in front.
+  /// Opens the document again, as the front document.
   void open(const std::string &parameters = {}) {
     document = &app.open(fourPages(scratch), scratch.path() / "test.pdf", 72, parameters);
     doc = app.documents().handle(document);

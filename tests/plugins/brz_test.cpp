@@ -1,4 +1,4 @@
-// Documents opened at a page and with a highlight file, which the highlight plug-in reads.
+// Documents opened with a page and a highlight file, which the highlight plug-in reads.
 #include "Plugins.h"
 
 namespace {
@@ -15,7 +15,7 @@ protected:
   uint32_t hits() const { return TavrelGLT::HLL_GetWordCount(TavrelGLT::GLT_GetHLL(doc)); }
 };
 
-TEST_F(OpenedWithHits, ADocumentHasThemMarked) {
+TEST_F(OpenedWithHits, TheHitsAreMarked) {
   scratch.write("hits.xml", twoPages);
   testing::internal::CaptureStderr();
   open("xml=hits.xml");
@@ -27,13 +27,13 @@ TEST_F(OpenedWithHits, ADocumentHasThemMarked) {
   EXPECT_EQ(reports, std::vector<std::string>{});
 }
 
-TEST_F(OpenedWithHits, AFileThatCallsItselfXmlIsReadAlike) {
+TEST_F(OpenedWithHits, AFileWithAnXmlDeclarationIsReadLikewise) {
   scratch.write("hits.xml", std::string("<?xml version=\"1.0\"?>\n") + twoPages);
   open("xml=hits.xml");
   EXPECT_EQ(hits(), 2U);
 }
 
-TEST_F(OpenedWithHits, ThePageIsShownBeforeTheHitsWhateverComesFirst) {
+TEST_F(OpenedWithHits, ThePageIsShownBeforeTheHitsInEitherOrder) {
   scratch.write("hits.xml", twoPages);
   for (const char *parameters : {"page=1&xml=hits.xml", "xml=hits.xml&page=1"}) {
     open(parameters);
@@ -42,7 +42,7 @@ TEST_F(OpenedWithHits, ThePageIsShownBeforeTheHitsWhateverComesFirst) {
   }
 }
 
-TEST_F(OpenedWithHits, AFileThatMarksNothingIsNamed) {
+TEST_F(OpenedWithHits, AFileThatMarksNothingIsReported) {
   const std::string file = scratch.write("hits.xml", noPages);
   testing::internal::CaptureStderr();
   open("xml=hits.xml");

@@ -1,5 +1,5 @@
-// Two plug-ins at work together: one knows hits, the other asks it about them through its exported table, and a third,
-// which is this test, has it show lists of its own.
+// Two plug-ins together: one has hits, the other reads them through its exported table. The test registers lists
+// through the same table.
 #include "Plugins.h"
 
 namespace {
@@ -13,15 +13,15 @@ size_t pixelsOf(const host::Drawing &drawing, uint32_t color) {
   return static_cast<size_t>(std::count(drawing.image.pixels.begin(), drawing.image.pixels.end(), color));
 }
 
-// What a jump procedure was told.
-std::vector<uint32_t> told;
-void noteJump(Doc, HLL *, uint32_t code, void *) { told.push_back(code); }
+// The codes that the jump procedure was called with.
+std::vector<uint32_t> jumps;
+void noteJump(Doc, HLL *, uint32_t code, void *) { jumps.push_back(code); }
 
 class Plugins : public test::Plugins {
 protected:
-  Plugins() { told.clear(); }
+  Plugins() { jumps.clear(); }
 
-  /// Six hits: two on page 0, three on page 2, one on page 3. They are found at these places of a page's text or words.
+  /// Six hits: two on page 0, three on page 2, one on page 3. They are at these positions of a page's text or words.
   static HLL *sixHits(uint16_t first, uint16_t second, uint16_t third, uint16_t length) {
     HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
     for (const uint16_t pos : {first, second})
@@ -62,22 +62,22 @@ TEST_F(Plugins, AreLoadedInOrderOfTheirNames) {
   EXPECT_EQ(reports, std::vector<std::string>{});
 }
 
-TEST_F(Plugins, OfferTheTableUpToFive) {
+TEST_F(Plugins, OfferTheTableUpToVersionFive) {
   const Atom name = Kernel::AtomFromString("TavrelGLT");
   ASSERT_NE(gTavrelGLTHFT, nullptr);
   EXPECT_EQ(Kernel::RequestTable(name, 0x00050000), gTavrelGLTHFT);
   EXPECT_EQ(Kernel::RequestTable(name, 0x00050001), nullptr);
 }
 
-TEST_F(Plugins, SayNothingOfADocumentWithoutHits) { EXPECT_EQ(statusAfterADraw(), ""); }
+TEST_F(Plugins, ShowNothingForADocumentWithoutHits) { EXPECT_EQ(statusAfterADraw(), ""); }
 
-TEST_F(Plugins, SayWhichHitOfHowManyAfterADraw) {
+TEST_F(Plugins, ShowTheNumberOfTheHitAfterADraw) {
   registerInCharacters();
   EXPECT_EQ(app.statusText(), "") << "nothing is drawn yet";
   EXPECT_EQ(statusAfterADraw(), "hit 1 of 6, page 1 of 3");
 }
 
-TEST_F(Plugins, SayThePageThatTheReaderTurnsTo) {
+TEST_F(Plugins, ShowTheHitOfThePageThatIsTurnedTo) {
   registerInCharacters();
   document->view->showPage(2);
   EXPECT_EQ(statusAfterADraw(), "hit 3 of 6, page 2 of 3");
@@ -90,7 +90,7 @@ TEST_F(Plugins, FollowJumpsFromPageToPage) {
   EXPECT_EQ(statusAfterJump(GLT_JUMP_NEXT), "hit 3 of 6, page 2 of 3");
   EXPECT_EQ(statusAfterJump(GLT_JUMP_LAST), "hit 6 of 6, page 3 of 3");
   EXPECT_EQ(statusAfterJump(GLT_JUMP_FIRST), "hit 1 of 6, page 1 of 3");
-  EXPECT_EQ(told, (std::vector<uint32_t>{GLT_JUMP_NEXT, GLT_JUMP_LAST, GLT_JUMP_FIRST}));
+  EXPECT_EQ(jumps, (std::vector<uint32_t>{GLT_JUMP_NEXT, GLT_JUMP_LAST, GLT_JUMP_FIRST}));
 }
 
 TEST_F(Plugins, MarkAllHitsOfAPageInBothUnits) {
@@ -104,7 +104,7 @@ TEST_F(Plugins, MarkAllHitsOfAPageInBothUnits) {
   EXPECT_EQ(inWords.marks, 3U);
   EXPECT_GT(pixelsOf(inCharacters, redPixel), 200U);
   EXPECT_GT(pixelsOf(inWords, greenPixel), pixelsOf(inCharacters, redPixel))
-      << "whole words, not their first four letters";
+      << "complete words, not their first four letters";
   EXPECT_EQ(pixelsOf(inWords, redPixel), 0U);
 }
 
@@ -119,7 +119,7 @@ TEST_F(Plugins, TakeAnotherColorWithTheNextDraw) {
   EXPECT_EQ(pixelsOf(drawing, redPixel), 0U);
 }
 
-TEST_F(Plugins, StepFromHitToHitInTheModeOfOne) {
+TEST_F(Plugins, StepFromHitToHitInTheModeForOneHit) {
   registerInCharacters();
   TavrelGLT::GLT_SetViewMode(doc, GLT_VIEW_ONE);
   EXPECT_EQ(TavrelGLT::GLT_GetViewMode(doc), GLT_VIEW_ONE);
@@ -134,14 +134,14 @@ TEST_F(Plugins, StepFromHitToHitInTheModeOfOne) {
   EXPECT_EQ(draw().marks, 0U);
 }
 
-TEST_F(Plugins, KeepTheHitThatIsCurrentOnAPageDrawnWithout) {
+TEST_F(Plugins, KeepTheCurrentHitWhenAPageWithoutHitsIsDrawn) {
   registerInCharacters();
   TavrelGLT::GLT_SetPos(doc, 1, 2, 1);
   document->view->showPage(1);
   EXPECT_EQ(statusAfterADraw(), "hit 5 of 6, page 2 of 3");
 }
 
-TEST_F(Plugins, CountAPageFullOfHits) {
+TEST_F(Plugins, CountAPageWithManyHits) {
   HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
   for (uint16_t pos = 0; pos < 1000; ++pos)
     TavrelGLT::HLL_AddHL(list, 0, pos, 1);
@@ -162,11 +162,11 @@ TEST_F(Plugins, CountOnlyThePagesThatTheDocumentHas) {
   EXPECT_EQ(statusAfterADraw(), "hit 3 of 6, page 2 of 3");
   document->view->showPage(3);
   EXPECT_EQ(statusAfterADraw(), "hit 5 of 6, page 3 of 3");
-  EXPECT_EQ(TavrelGLT::HLL_GetWordCount(TavrelGLT::GLT_GetHLL(doc)), 12U) << "the list is what the file says";
+  EXPECT_EQ(TavrelGLT::HLL_GetWordCount(TavrelGLT::GLT_GetHLL(doc)), 12U) << "the list has all hits of the file";
   EXPECT_EQ(TavrelGLT::HLL_GetPageCount(TavrelGLT::GLT_GetHLL(doc)), 6U);
 }
 
-TEST_F(Plugins, SayNothingOfAHitOnAPageThatTheDocumentLacks) {
+TEST_F(Plugins, ShowNothingForAHitOnAPageThatTheDocumentLacks) {
   HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
   for (const int32_t page : {1, 4})
     TavrelGLT::HLL_AddHL(list, page, 0, 1);
@@ -179,7 +179,7 @@ TEST_F(Plugins, SayNothingOfAHitOnAPageThatTheDocumentLacks) {
   EXPECT_EQ(statusAfterADraw(), "hit 1 of 1, page 1 of 1");
 }
 
-TEST_F(Plugins, SayNothingAnyMoreWhenTheListGoes) {
+TEST_F(Plugins, ShowNothingAfterTheListIsUnregistered) {
   registerInCharacters();
   draw();
   TavrelGLT::GLT_UnregisterHLL(doc, TavrelGLT::GLT_GetHLL(doc));
@@ -189,20 +189,20 @@ TEST_F(Plugins, SayNothingAnyMoreWhenTheListGoes) {
   EXPECT_EQ(app.statusText(), "");
 }
 
-TEST_F(Plugins, SpeakOfTheFrontDocumentOnly) {
-  host::ViewerDocument &behind = *document;
+TEST_F(Plugins, ShowTheFrontDocumentOnly) {
+  host::ViewerDocument &back = *document;
   registerInCharacters();
   host::ViewerDocument &front = app.open(test::fourPages(scratch), "test.pdf", 72);
   app.draw(front);
-  app.draw(behind);
+  app.draw(back);
   EXPECT_EQ(app.statusText(), "") << "the front one has no hits";
-  app.bringToFront(behind);
+  app.bringToFront(back);
   EXPECT_EQ(statusAfterADraw(), "hit 1 of 6, page 1 of 3");
   app.close(front);
   EXPECT_EQ(app.statusText(), "hit 1 of 6, page 1 of 3");
 }
 
-TEST_F(Plugins, SayNothingAnyMoreWhenTheDocumentCloses) {
+TEST_F(Plugins, ShowNothingAfterTheDocumentIsClosed) {
   registerInCharacters();
   draw();
   app.close(*document);

@@ -1,4 +1,4 @@
-// The pages with hits, marked on the scroll bar.
+// The pages with hits, marked beside the scroll bar.
 #include <gmock/gmock.h>
 
 #include <numeric>
@@ -15,7 +15,7 @@ class HitPages : public test::Plugins {
 protected:
   using Numbers = std::vector<int32_t>;
 
-  /// Shows a list with a hit on each of these pages.
+  /// Registers a list with a hit on each of these pages.
   void registerHits(const Numbers &pages) const {
     HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
     for (const int32_t page : pages)
@@ -23,7 +23,7 @@ protected:
     TavrelGLT::GLT_RegisterWordOffsetHLL(doc, list, nullptr, nullptr, 0, nullptr, 2);
     TavrelGLT::GLT_DeleteHLL(list);
   }
-  /// What all plug-ins have marked: only one marks anything.
+  /// The pages that are marked; only one plug-in marks pages.
   static Numbers markedIn(const host::ViewerDocument &opened) {
     return opened.markedPages.empty() ? Numbers{} : opened.markedPages.begin()->second;
   }
@@ -54,33 +54,33 @@ TEST_F(HitPages, ChangeWithAnotherList) {
   EXPECT_THAT(markedAfterADraw(), ElementsAre(2));
 }
 
-TEST_F(HitPages, ChangeWithTheListThatIsThere) {
+TEST_F(HitPages, ChangeWhenTheListChanges) {
   registerHits({1});
   app.draw(*document);
   TavrelGLT::HLL_AddHL(TavrelGLT::GLT_GetHLL(doc), 2, 0, 1);
   EXPECT_THAT(markedAfterADraw(), ElementsAre(1, 2));
 }
 
-TEST_F(HitPages, AreOnlyThoseThatTheDocumentHas) {
+TEST_F(HitPages, AreOnlyPagesThatTheDocumentHas) {
   Numbers pages(3000);
   std::iota(pages.begin(), pages.end(), 2);
   registerHits(pages);
   EXPECT_THAT(markedAfterADraw(), ElementsAre(2, 3));
 }
 
-TEST_F(HitPages, AreFoundBehindAnyNumberThatTheDocumentLacks) {
+TEST_F(HitPages, AreFoundAfterPagesThatTheDocumentLacks) {
   registerHits({-1, 900, 3, 4, 70'000, 0});
   EXPECT_THAT(markedAfterADraw(), ElementsAre(0, 3));
 }
 
-TEST_F(HitPages, GoWithTheList) {
+TEST_F(HitPages, AreRemovedWithTheList) {
   registerHits({1, 3});
   app.draw(*document);
   TavrelGLT::GLT_UnregisterHLL(doc, TavrelGLT::GLT_GetHLL(doc));
   EXPECT_THAT(markedAfterADraw(), IsEmpty());
 }
 
-TEST_F(HitPages, AreEachDocumentsOwn) {
+TEST_F(HitPages, AreSeparateForEachDocument) {
   host::ViewerDocument &first = *document;
   registerHits({1});
   app.draw(first);

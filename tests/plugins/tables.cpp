@@ -1,4 +1,4 @@
-// The tables as a plug-in has them: tests call the host through these.
+// The table pointers of a plug-in: tests call the host through them.
 #include "host/view/application.h"
 #include "tavrel/Kernel.h"
 #include "tavrel/TavrelGLT.h"

@@ -1,4 +1,4 @@
-// The command `tavrel hits`: the file that it writes, what it says, and its exit status.
+// The command `tavrel hits`: the file that it writes, its messages, and its exit status.
 #include "tools/hits.h"
 
 #include <gmock/gmock.h>
@@ -71,23 +71,23 @@ TEST_F(HitsTest, ColorAndModeAreWrittenWhenAskedFor) {
   EXPECT_THAT(out.str(), HasSubstr("<Body Units=\"characters\" color=\"#00FF88\" mode=\"active\" version=\"2\">\n"));
 }
 
-TEST_F(HitsTest, ProgressTellsThePagesAndIsWipedOut) {
+TEST_F(HitsTest, ProgressShowsThePagesAndIsErased) {
   options.progress = true;
   EXPECT_EQ(run(), exitDone);
   EXPECT_EQ(err.str(), "\rsearching page 1 of 3\rsearching page 2 of 3\rsearching page 3 of 3\r\033[K");
 }
 
-// ---- where it is written ----
+// ---- output files ----
 
-TEST_F(HitsTest, OutputFileIsWrittenAndToldOf) {
+TEST_F(HitsTest, OutputFileIsWrittenAndReported) {
   options.output = folder.path() / "hits.xml";
   EXPECT_EQ(run(), exitDone);
   EXPECT_EQ(out.str(), "3 hits on 2 of 3 pages -> " + options.output + "\n");
   EXPECT_THAT(test::bytesOf(options.output), StartsWith("<?xml"));
-  EXPECT_EQ(filesInFolder(), 2U) << "the document and the output, nothing left beside";
+  EXPECT_EQ(filesInFolder(), 2U) << "the document and the output, no temporary file";
 }
 
-TEST_F(HitsTest, OneHitIsOneHit) {
+TEST_F(HitsTest, OneHitIsReportedInTheSingular) {
   options.output = folder.path() / "hits.xml";
   options.words = {"animal"};
   EXPECT_EQ(run(), exitDone);
@@ -117,21 +117,21 @@ TEST_F(HitsTest, OutputToADeviceLeavesTheDevice) {
   EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
-TEST_F(HitsTest, OutputIntoAMissingFolderNamesTheFolder) {
+TEST_F(HitsTest, OutputIntoAMissingDirectoryNamesTheDirectory) {
   options.output = folder.path() / "new" / "hits.xml";
   EXPECT_EQ(run(), exitOutput);
   EXPECT_EQ(err.str(), "tavrel: " + (folder.path() / "new").string() + ": No such file or directory\n");
   EXPECT_FALSE(std::filesystem::exists(folder.path() / "new"));
 }
 
-TEST_F(HitsTest, OutputThatCannotBeThereFails) {
+TEST_F(HitsTest, OutputThatCannotBeCreatedFails) {
   options.output = options.document / "hits.xml"; // below a file
   EXPECT_EQ(run(), exitOutput);
   EXPECT_EQ(err.str(), "tavrel: " + options.document.string() + ": Not a directory\n");
   EXPECT_EQ(out.str(), "");
 }
 
-TEST_F(HitsTest, OutputOntoAFolderFails) {
+TEST_F(HitsTest, OutputToADirectoryFails) {
   options.output = folder.path();
   EXPECT_EQ(run(), exitOutput);
   EXPECT_THAT(err.str(), HasSubstr("is a directory"));
@@ -143,7 +143,7 @@ TEST_F(HitsTest, FullDeviceFails) {
   EXPECT_EQ(err.str(), "tavrel: /dev/full: No space left on device\n");
 }
 
-TEST_F(HitsTest, StandardOutputThatTakesNothingFails) {
+TEST_F(HitsTest, StandardOutputThatCannotBeWrittenFails) {
   out.setstate(std::ios::badbit);
   EXPECT_EQ(run(), exitOutput);
   EXPECT_THAT(err.str(), StartsWith("tavrel: standard output: "));
@@ -172,7 +172,7 @@ TEST_F(HitsTest, MissingDocumentFails) {
   EXPECT_EQ(err.str(), "tavrel: /nowhere/missing.pdf: No such file or directory\n");
 }
 
-TEST_F(HitsTest, PasswordIsAskedForAndTaken) {
+TEST_F(HitsTest, PasswordIsRequiredAndAccepted) {
   const std::filesystem::path locked = folder.path() / "locked.pdf";
   const std::string command = std::string(QPDF) + " --encrypt user owner 128 --use-aes=y -- " +
                               options.document.string() + " " + locked.string();
@@ -184,7 +184,7 @@ TEST_F(HitsTest, PasswordIsAskedForAndTaken) {
   EXPECT_EQ(run(), exitDone);
 }
 
-// ---- what a highlight file cannot say ----
+// ---- limits of highlight files ----
 
 struct Refused {
   const char *asked, *nearest;
@@ -206,7 +206,7 @@ INSTANTIATE_TEST_SUITE_P(Pairs, RefusedColor,
                                          Refused{"FFFFFE", "FFFFFF"}, Refused{"09F808", "11FF00"},
                                          Refused{"7f9a10", "779911"}));
 
-TEST_F(HitsTest, ColorThatIsNoneIsAUsageError) {
+TEST_F(HitsTest, InvalidColorIsAUsageError) {
   for (const char *color : {"red", "#FF00", "FF00000", "GG0000", "##FF000", "+F0000"}) {
     options.color = color;
     EXPECT_EQ(run(), exitUsage) << color;
@@ -214,14 +214,14 @@ TEST_F(HitsTest, ColorThatIsNoneIsAUsageError) {
   }
 }
 
-TEST(UnplaceableHits, CharactersBeyondTheLastPlaceGo) {
+TEST(UnplaceableHits, CharactersAfterTheLastPositionAreRemoved) {
   std::vector<Hit> hits = {{65533, 1, 1, 1}, {65534, 1, 2, 1}, {65535, 1, 3, 1}, {70000, 1, 4, 1}};
   EXPECT_EQ(dropUnplaceable(hits, false), 2U);
   ASSERT_EQ(hits.size(), 2U);
   EXPECT_EQ(hits.back().offset, 65534U);
 }
 
-TEST(UnplaceableHits, WordsAreCountedByTheirNumber) {
+TEST(UnplaceableHits, WordsAreComparedByTheirIndex) {
   std::vector<Hit> hits = {{300'000, 1, 65534, 1}, {300'010, 1, 65535, 1}};
   EXPECT_EQ(dropUnplaceable(hits, true), 1U);
   ASSERT_EQ(hits.size(), 1U);
@@ -237,7 +237,7 @@ protected:
     CLI::App app;
     int status = -1;
     addHitsCommand(app, status);
-    std::reverse(arguments.begin(), arguments.end()); // as the parser wants a vector
+    std::reverse(arguments.begin(), arguments.end()); // the parser expects a vector in reversed order
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     try {
@@ -301,7 +301,7 @@ protected:
   }
 };
 
-TEST_F(HitsOfADamagedDocument, AreThoseOfTheOtherPagesAndTheStatusSaysSo) {
+TEST_F(HitsOfADamagedDocument, AreThoseOfTheOtherPagesAndTheStatusIsReported) {
   damage({9, 13});
   EXPECT_EQ(run(), exitDamagedPages);
   EXPECT_EQ(err.str(), line("2 of 20 pages are damaged and left out: 9, 13"));
@@ -317,7 +317,7 @@ TEST_F(HitsOfADamagedDocument, GoToStandardOutputLikewise) {
   EXPECT_THAT(out.str(), StartsWith("<?xml"));
 }
 
-TEST_F(HitsOfADamagedDocument, AreNoneWhereThereAreNone) {
+TEST_F(HitsOfADamagedDocument, AreReportedAsNoneIfNoneIsFound) {
   damage({2, 3, 4});
   options.words = {"whale"};
   EXPECT_EQ(run(), exitNothingMarked);
@@ -325,7 +325,7 @@ TEST_F(HitsOfADamagedDocument, AreNoneWhereThereAreNone) {
   EXPECT_FALSE(std::filesystem::exists(options.output));
 }
 
-// The library does not get past a page whose dictionary is malformed: those after it cannot be read either.
+// After a page with a malformed dictionary the library cannot read any page.
 TEST_F(HitsOfADamagedDocument, AreThoseBeforeAMalformedPage) {
   std::string bytes = test::pdfOf(std::vector<test::PdfPage>(20, {.texts = {{.x = 50, .y = 500, .text = "fox"}}}));
   const std::string ninth = "/Contents 22 0 R";

@@ -1,4 +1,4 @@
-// Finding phrases: whole words, folded, over line ends; and where a hit begins and ends.
+// Finding phrases: whole words, folded, across line ends; and the range of a hit.
 #include "tools/search.h"
 
 #include <gmock/gmock.h>
@@ -35,7 +35,7 @@ std::vector<Hit> find(const std::vector<std::string> &phrase, const std::vector<
 
 // ---- words ----
 
-TEST(Search, FindsAWordWithItsPlace) { EXPECT_THAT(find({"two"}, {U"one", U"two"}), ElementsAre(Hit{4, 3, 1, 1})); }
+TEST(Search, FindsAWordWithItsPosition) { EXPECT_THAT(find({"two"}, {U"one", U"two"}), ElementsAre(Hit{4, 3, 1, 1})); }
 
 TEST(Search, FindsWholeWordsOnly) { EXPECT_THAT(find({"high"}, {U"highlight", U"thigh"}), IsEmpty()); }
 
@@ -57,13 +57,13 @@ TEST(Search, PunctuationInsideAWordCounts) {
   EXPECT_THAT(find({"don't"}, {U"don’t"}), ElementsAre(Hit{0, 5, 0, 1}));
 }
 
-TEST(Search, SymbolsCountOnlyWhereTheyAreAskedFor) {
+TEST(Search, SymbolsCountOnlyIfTheyAreSearched) {
   EXPECT_THAT(find({"home"}, {U"$HOME"}), ElementsAre(Hit{1, 4, 0, 1}));
   EXPECT_THAT(find({"$home"}, {U"$HOME", U"home"}), ElementsAre(Hit{0, 5, 0, 1}));
   EXPECT_THAT(find({"C++"}, {U"C", U"(C++)"}), ElementsAre(Hit{3, 3, 1, 1}));
 }
 
-TEST(Search, LigatureIsCountedAsItStands) {
+TEST(Search, LigatureIsCountedAsOneCharacter) {
   EXPECT_THAT(find({"file"}, {U"a", U"\uFB01le"}), ElementsAre(Hit{2, 3, 1, 1}));
 }
 
@@ -78,7 +78,7 @@ TEST(Search, PhraseIsConsecutiveWords) {
               ElementsAre(Hit{17, 11, 3, 2}));
 }
 
-TEST(Search, ArgumentWithBlanksIsSeveralWords) {
+TEST(Search, ArgumentWithSpacesIsSeveralWords) {
   EXPECT_THAT(find({" open  source ", "code"}, {U"Open", U"source", U"code."}), ElementsAre(Hit{0, 16, 0, 3}));
 }
 
@@ -93,17 +93,17 @@ TEST(Search, HitsDoNotOverlap) {
 
 TEST(Search, BeginningOfAPhraseAtThePagesEndIsNoHit) { EXPECT_THAT(find({"open source"}, {U"open"}), IsEmpty()); }
 
-TEST(Search, PhraseMayStartInsideABrokenOffOne) {
+TEST(Search, PhraseMayStartInsideAPartialMatch) {
   EXPECT_THAT(find({"a a b"}, {U"a", U"a", U"a", U"b"}), ElementsAre(Hit{2, 5, 1, 3}));
 }
 
-TEST(Search, LoneDashInsideAPhraseStandsForOne) {
+TEST(Search, LoneDashInsideAPhraseMatchesOne) {
   EXPECT_THAT(find({"a - b"}, {U"a", U"—", U"b", U"a", U"b"}), ElementsAre(Hit{0, 5, 0, 3}));
 }
 
 TEST(Search, LoneDashAtAPhrasesEndDoesNotCount) { EXPECT_THAT(find({"- a -"}, {U"a"}), ElementsAre(Hit{0, 1, 0, 1})); }
 
-TEST(Search, BoxWithBlanksInItIsSearchedWordByWord) {
+TEST(Search, BoxWithSpacesIsSearchedWordByWord) {
   EXPECT_THAT(find({"big", "house"}, {U"the big", U"house"}), ElementsAre(Hit{4, 9, 0, 2}));
 }
 
@@ -118,7 +118,7 @@ TEST(Search, BadUtf8IsRefused) { EXPECT_THROW(Phrase(std::vector<std::string>{"a
 
 // ---- in a document ----
 
-TEST(SearchInDocument, PhraseRunsOverALinesEnd) {
+TEST(SearchInDocument, PhraseMayCrossALineEnd) {
   const test::ScratchFolder folder;
   const auto document = host::Document::open(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "This is open"},
                                                                     {.x = 50, .y = 488, .text = "source, free."}}}}),

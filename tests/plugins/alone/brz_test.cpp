@@ -1,4 +1,4 @@
-// Documents opened at a page and with a file, which this test takes from whoever hands it on.
+// Documents opened with a page and a highlight file. The test registers the handler that receives the file.
 #include <sys/stat.h>
 
 #include "tests/host/kernel/TestPlugin.h"
@@ -9,7 +9,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace tavrel;
 
-/// What the handler got, and which page was shown then.
+/// What the handler received, and the page that was shown then.
 struct Received {
   std::string type, bytes;
   int32_t page;
@@ -28,7 +28,7 @@ Bool16 fail(Atom, const void *, uint32_t, Doc) {
   return 1;
 }
 
-/// Goes to another current folder for as long as it lives.
+/// Changes the current directory until it is destroyed.
 class CurrentFolder {
 public:
   explicit CurrentFolder(const fs::path &folder) : before_(fs::current_path()) { fs::current_path(folder); }
@@ -40,7 +40,7 @@ private:
   fs::path before_;
 };
 
-/// The plug-in in a host without another, and a handler for both types.
+/// The plug-in alone in a host, and a handler for both types.
 class OpenedWith : public testing::Test {
 protected:
   OpenedWith() {
@@ -58,17 +58,17 @@ protected:
     for (const char *type : {"tavrelglt", "xml"})
       TavrelView::UnregisterAuxDataHandler(testPlugin.id, Kernel::AtomFromString(type), &handler);
   }
-  /// Opens the document in front of all others and gives what is said of it on standard error.
+  /// Opens the document as the front document and returns what is printed on standard error.
   std::string open(const std::string &parameters) {
     testing::internal::CaptureStderr();
     document = &app.open(test::fourPages(scratch), file, 72, parameters);
     return testing::internal::GetCapturedStderr();
   }
   int32_t pageShown() const { return document->view->page(); }
-  /// The bytes of the only file that was handed on.
+  /// The bytes of the only file that was received.
   static std::string content() { return received.size() == 1 ? received[0].bytes : "(none, or several)"; }
 
-  /// The folder of all plug-ins but for the others.
+  /// Creates a directory with this plug-in alone.
   static fs::path folderWithOne(const fs::path &folder) {
     fs::create_directory(folder);
     fs::create_symlink(fs::path(TAVREL_PLUGINS) / "BRZ.so", folder / "BRZ.so");
@@ -84,7 +84,7 @@ protected:
   host::ViewerDocument *document = nullptr;
 };
 
-TEST_F(OpenedWith, APageIsShownThatCountsFromOne) {
+TEST_F(OpenedWith, ThePageNumberCountsFromOne) {
   EXPECT_EQ(open("page=3"), "");
   EXPECT_EQ(pageShown(), 2);
 }
@@ -96,26 +96,26 @@ TEST_F(OpenedWith, APageBeyondTheLastIsTheLast) {
   }
 }
 
-TEST_F(OpenedWith, WhatIsNoPageIsNamed) {
+TEST_F(OpenedWith, AnInvalidPageIsReported) {
   EXPECT_EQ(open("page=two"), std::string(file) + ": page=two: is no page\n");
   EXPECT_EQ(pageShown(), 0);
   EXPECT_EQ(open("page=0&zoom=3"), std::string(file) + ": page=0: is no page\n");
   EXPECT_EQ(app.statusText(), "");
 }
 
-TEST_F(OpenedWith, TheLastPageOfSeveralCounts) {
+TEST_F(OpenedWith, OfSeveralPagesTheLastIsShown) {
   EXPECT_EQ(open("page=x&Page=2&PAGE=3&other=1"), "");
   EXPECT_EQ(pageShown(), 2);
 }
 
-TEST_F(OpenedWith, NoViewNoPageIsShown) {
+TEST_F(OpenedWith, WithoutAViewNoPageIsShown) {
   testing::internal::CaptureStderr();
   app.open(test::fourPages(scratch), file, 0, "page=2");
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   EXPECT_EQ(testPlugin.reports, std::vector<std::string>{});
 }
 
-TEST_F(OpenedWith, AFileBesideTheDocumentIsHandedOn) {
+TEST_F(OpenedWith, AFileInTheDocumentsDirectoryIsAttached) {
   const std::string bytes("<XML>\0</XML>", 12);
   scratch.write("hits.xml", bytes);
   EXPECT_EQ(open("xml=hits.xml"), "");
@@ -125,7 +125,7 @@ TEST_F(OpenedWith, AFileBesideTheDocumentIsHandedOn) {
   EXPECT_EQ(app.statusText(), "");
 }
 
-TEST_F(OpenedWith, AFileThatCallsItselfXmlIsHandedOnAsSuch) {
+TEST_F(OpenedWith, AFileWithAnXmlDeclarationIsAttachedAsXml) {
   scratch.write("hits.xml", "\xEF\xBB\xBF\n<?xml version=\"1.0\"?>");
   EXPECT_EQ(open("xml=hits.xml"), "");
   ASSERT_EQ(received.size(), 1U);
@@ -133,7 +133,7 @@ TEST_F(OpenedWith, AFileThatCallsItselfXmlIsHandedOnAsSuch) {
   EXPECT_EQ(received[0].bytes, "\xEF\xBB\xBF\n<?xml version=\"1.0\"?>");
 }
 
-TEST_F(OpenedWith, AnAbsoluteNameIsTakenAsItIs) {
+TEST_F(OpenedWith, AnAbsoluteNameIsUsedUnchanged) {
   const std::string hits = scratch.write("hits.xml", "absolute");
   for (const std::string &parameters : {"xml=" + hits, "xml=file://" + hits, "xml=file://localhost" + hits}) {
     received.clear();
@@ -149,7 +149,7 @@ TEST_F(OpenedWith, AnEncodedNameIsDecoded) {
   EXPECT_EQ(content(), "encoded");
 }
 
-TEST_F(OpenedWith, AFileIsLookedForBesideTheDocumentAndThenInTheCurrentFolder) {
+TEST_F(OpenedWith, AFileIsSearchedInTheDocumentsDirectoryAndThenInTheCurrentOne) {
   const test::ScratchFolder elsewhere;
   const CurrentFolder there(elsewhere.path());
   elsewhere.write("hits.xml", "current folder");
@@ -161,7 +161,7 @@ TEST_F(OpenedWith, AFileIsLookedForBesideTheDocumentAndThenInTheCurrentFolder) {
   EXPECT_EQ(content(), "beside");
 }
 
-TEST_F(OpenedWith, TheFileComesAfterThePage) {
+TEST_F(OpenedWith, TheFileIsAttachedAfterThePageIsShown) {
   scratch.write("hits.xml", "hits");
   for (const char *parameters : {"page=3&xml=hits.xml", "xml=hits.xml&page=3"}) {
     received.clear();
@@ -171,13 +171,13 @@ TEST_F(OpenedWith, TheFileComesAfterThePage) {
   }
 }
 
-TEST_F(OpenedWith, TheFileComesEvenWhereThePageIsNone) {
+TEST_F(OpenedWith, TheFileIsAttachedAlsoAfterAnInvalidPage) {
   scratch.write("hits.xml", "hits");
   EXPECT_EQ(open("xml=hits.xml&page="), std::string(file) + ": page=: is no page\n");
   EXPECT_EQ(content(), "hits");
 }
 
-TEST_F(OpenedWith, AMissingFileIsNamed) {
+TEST_F(OpenedWith, AMissingFileIsReported) {
   EXPECT_EQ(open("xml=no%20hits.xml"), "no hits.xml: No such file or directory\n");
   EXPECT_EQ(app.statusText(), "no hits.xml: No such file or directory");
   EXPECT_EQ(open("xml=/no/hits.xml"), "/no/hits.xml: No such file or directory\n");
@@ -186,7 +186,7 @@ TEST_F(OpenedWith, AMissingFileIsNamed) {
   EXPECT_TRUE(received.empty());
 }
 
-TEST_F(OpenedWith, AFolderIsNoFile) {
+TEST_F(OpenedWith, ADirectoryIsRefused) {
   fs::create_directory(scratch.path() / "folder");
   EXPECT_EQ(open("xml=folder"), std::string(scratch.path() / "folder") + ": Is a directory\n");
   EXPECT_EQ(app.statusText(), "folder: Is a directory");
@@ -194,12 +194,12 @@ TEST_F(OpenedWith, AFolderIsNoFile) {
   EXPECT_EQ(app.statusText(), "/: Is a directory");
 }
 
-TEST_F(OpenedWith, APipeIsNotWaitedFor) {
+TEST_F(OpenedWith, APipeDoesNotBlock) {
   ASSERT_EQ(mkfifo((scratch.path() / "pipe").c_str(), 0600), 0);
   EXPECT_EQ(open("xml=pipe"), std::string(scratch.path() / "pipe") + ": Operation not supported\n");
 }
 
-TEST_F(OpenedWith, AFileThatCannotBeOpenedIsNamed) {
+TEST_F(OpenedWith, AFileThatCannotBeOpenedIsReported) {
   fs::create_symlink("circle", scratch.path() / "circle");
   EXPECT_EQ(open("xml=circle"), std::string(scratch.path() / "circle") + ": Too many levels of symbolic links\n");
 }
@@ -212,7 +212,7 @@ TEST_F(OpenedWith, AFileAboveTheLimitIsRefused) {
   EXPECT_TRUE(received.empty());
 }
 
-TEST_F(OpenedWith, TheEnvironmentNamesAnotherLimit) {
+TEST_F(OpenedWith, TheEnvironmentSetsAnotherLimit) {
   const std::string hits = scratch.write("hits.xml", "<XML>");
   fs::resize_file(hits, (1U << 20) + 1);
   setenv("TAVREL_HITS_LIMIT", "1", 1);
@@ -223,7 +223,7 @@ TEST_F(OpenedWith, TheEnvironmentNamesAnotherLimit) {
   EXPECT_EQ(received.size(), 1U);
 }
 
-TEST_F(OpenedWith, AFileOfAnotherKindIsCalledWhatItIs) {
+TEST_F(OpenedWith, AFileOfAnotherKindIsRefusedWithItsKind) {
   const std::string pdf = scratch.write("hits.pdf", "%PDF-1.7\n");
   EXPECT_EQ(open("xml=hits.pdf"), pdf + ": is a PDF, not a highlight file\n");
   EXPECT_EQ(app.statusText(), "hits.pdf: is a PDF, not a highlight file");
@@ -235,12 +235,12 @@ TEST_F(OpenedWith, ANameThatIsTooLongIsRefused) {
   EXPECT_EQ(app.statusText(), "xml: File name too long");
 }
 
-TEST_F(OpenedWith, NoNameAtAllIsNoFile) {
+TEST_F(OpenedWith, AnEmptyFileNameIsRefused) {
   EXPECT_EQ(open("xml="), std::string(file) + ": xml=: is no file\n");
   EXPECT_TRUE(received.empty());
 }
 
-TEST_F(OpenedWith, AnAddressOnTheNetIsNotFetched) {
+TEST_F(OpenedWith, ARemoteFileIsNotFetched) {
   EXPECT_EQ(open("xml=http://example.org/my%20hits.xml&page=2"),
             "http://example.org/my%20hits.xml: cannot be fetched yet\n");
   EXPECT_EQ(app.statusText(), "http://example.org/my%20hits.xml: cannot be fetched yet");
@@ -248,45 +248,45 @@ TEST_F(OpenedWith, AnAddressOnTheNetIsNotFetched) {
   EXPECT_EQ(open("xml=HTTPS:x"), "HTTPS:x: cannot be fetched yet\n");
 }
 
-TEST_F(OpenedWith, WhatIsSaidOfALongValueIsSaidToItsEnd) {
-  const std::string cut(255, '7'), value = cut + "777x";
-  EXPECT_EQ(open("page=" + value), std::string(file) + ": page=" + cut + ": is no page\n");
+TEST_F(OpenedWith, ALongValueIsTruncatedAndTheReasonIsKept) {
+  const std::string truncated(255, '7'), value = truncated + "777x";
+  EXPECT_EQ(open("page=" + value), std::string(file) + ": page=" + truncated + ": is no page\n");
   open("xml=http:" + value);
-  EXPECT_EQ(app.statusText(), "http:" + cut.substr(5) + ": cannot be fetched yet");
+  EXPECT_EQ(app.statusText(), "http:" + truncated.substr(5) + ": cannot be fetched yet");
 }
 
-TEST_F(OpenedWith, ALinkCannotWriteWhatIsNoText) {
+TEST_F(OpenedWith, UnprintableBytesOfALinkAreReplaced) {
   EXPECT_EQ(open("xml=%1B[2J%0A%FF.xml"), "?[2J??.xml: No such file or directory\n");
   EXPECT_EQ(app.statusText(), "?[2J??.xml: No such file or directory");
 }
 
-TEST_F(OpenedWith, NobodyToTakeItAFileIsNamed) {
+TEST_F(OpenedWith, AFileWithoutAHandlerIsReported) {
   leaveUnhandled();
   const std::string hits = scratch.write("hits.xml", "hits");
   EXPECT_EQ(open("xml=hits.xml"), hits + ": no plug-in takes highlight files\n");
   EXPECT_EQ(app.statusText(), "hits.xml: no plug-in takes highlight files");
 }
 
-TEST_F(OpenedWith, AHandlerThatFailsTakesNothing) {
+TEST_F(OpenedWith, AHandlerThatFailsIsReported) {
   handleWith(fail);
   const std::string hits = scratch.write("hits.xml", "hits");
   EXPECT_EQ(open("xml=hits.xml"), hits + ": no plug-in takes highlight files\n");
 }
 
-TEST_F(OpenedWith, NoWordOfTheHighlightsIsSaidWhereTheyCannotBeAskedFor) {
+TEST_F(OpenedWith, WithoutTheTableOfHighlightsNothingIsReported) {
   scratch.write("hits.xml", "");
   EXPECT_EQ(open("xml=hits.xml"), "");
   EXPECT_EQ(content(), "");
 }
 
-TEST_F(OpenedWith, TheStatusTextGoesWithItsDocument) {
+TEST_F(OpenedWith, TheStatusTextIsRemovedWithItsDocument) {
   open("xml=missing.xml");
   EXPECT_NE(app.statusText(), "");
   app.close(*document);
   EXPECT_EQ(app.statusText(), "");
 }
 
-TEST_F(OpenedWith, TheStatusTextGoesWithTheNextDocument) {
+TEST_F(OpenedWith, TheStatusTextIsRemovedByTheNextDocument) {
   open("xml=missing.xml");
   EXPECT_EQ(open(""), "");
   EXPECT_EQ(app.statusText(), "");

@@ -1,4 +1,4 @@
-// What is no highlight file, by its bytes, and how large one may be.
+// The check of a highlight file's bytes, and the limit of its size.
 #include "plugins/BRZ/content.h"
 
 #include <gtest/gtest.h>
@@ -22,18 +22,18 @@ std::string utf16(const std::string &text, bool littleEndian) {
   return result;
 }
 
-TEST(Content, OfTextIsPerhapsAHighlightFile) {
+TEST(Content, OfTextMayBeAHighlightFile) {
   for (const std::string &text : {std::string(), std::string(hits), std::string("<html>"), std::string("a letter\r\n"),
                                   std::string("\xEF\xBB\xBF") + hits, std::string("<XML>\0</XML>", 12)})
     EXPECT_EQ(kindOf(text), "") << text;
 }
 
-TEST(Content, OfAPdfIsCalledThat) {
+TEST(Content, OfAPdfIsReportedAsPdf) {
   for (const std::string pdf : {"%PDF-1.7\n%\xE2\xE3\xCF\xD3\n", "\n%PDF-1.7", "\xEF\xBB\xBF%PDF-2.0"})
     EXPECT_EQ(kindOf(pdf), "is a PDF, not a highlight file") << pdf;
 }
 
-TEST(Content, InUtf16IsCalledThat) {
+TEST(Content, InUtf16IsReportedAsUtf16) {
   const std::string line = "is UTF-16; a highlight file has one byte for each character";
   EXPECT_EQ(kindOf("\xFF\xFE" + utf16(hits, true)), line);
   EXPECT_EQ(kindOf("\xFE\xFF" + utf16(hits, false)), line);
@@ -41,7 +41,7 @@ TEST(Content, InUtf16IsCalledThat) {
   EXPECT_EQ(kindOf(utf16(hits, false)), line);
 }
 
-TEST(Content, OfNoiseIsCalledBinary) {
+TEST(Content, OfNoiseIsReportedAsBinary) {
   std::mt19937 random(7); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same noise each time
   std::string noise(5000, 'x');
   for (char &byte : noise)
@@ -53,8 +53,8 @@ TEST(Content, OfNoiseIsCalledBinary) {
             "is binary data, not a highlight file");
 }
 
-// The reader finds its tags among any bytes.
-TEST(Content, WithHighlightsIsHandedOnWhateverIsBeforeThem) {
+// The reader finds its tags after any bytes.
+TEST(Content, WithHighlightsIsAcceptedWithAnyBytesBeforeThem) {
   EXPECT_EQ(kindOf(std::string("\0\1\2", 3) + hits), "");
   EXPECT_EQ(kindOf(std::string("%PDF-1.7 ") + "<HIGHLIGHTS>"), "");
 }
@@ -66,7 +66,7 @@ TEST(Content, LooksLikeHighlightsByBodyAndList) {
     EXPECT_FALSE(brz::looksLikeHighlights(other)) << other;
 }
 
-TEST(Content, IsLimitedToSixtyFourMegabytesUnlessAnotherNumberIsNamed) {
+TEST(Content, IsLimitedToSixtyFourMegabytesUnlessAnotherLimitIsSet) {
   EXPECT_EQ(brz::limitOf(nullptr), 64U);
   EXPECT_EQ(brz::limitOf("1"), 1U);
   EXPECT_EQ(brz::limitOf("4095"), 4095U);

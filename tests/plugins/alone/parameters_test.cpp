@@ -1,4 +1,4 @@
-// What stands behind '#' in a document's address, and what its values mean.
+// The parameters after '#' in a document's address, and the meaning of their values.
 #include "plugins/BRZ/parameters.h"
 
 #include <gtest/gtest.h>
@@ -40,25 +40,25 @@ TEST(Parameters, CompareTheirNamesWithoutCase) {
   EXPECT_EQ(valueOf("pAgE=2", "page"), "2");
 }
 
-TEST(Parameters, CountTheLastOfAName) { EXPECT_EQ(valueOf("page=1&page=2&Page=3&xml=x", "page"), "3"); }
+TEST(Parameters, UseTheLastValueOfAName) { EXPECT_EQ(valueOf("page=1&page=2&Page=3&xml=x", "page"), "3"); }
 
-TEST(Parameters, HaveNumbersOfPagesFromOne) {
+TEST(Parameters, CountPagesFromOne) {
   EXPECT_EQ(brz::pageNumberOf("1"), 1);
   EXPECT_EQ(brz::pageNumberOf("042"), 42);
   EXPECT_EQ(brz::pageNumberOf("2147483647"), INT32_MAX);
 }
 
-TEST(Parameters, CutNumbersThatAreTooLarge) {
+TEST(Parameters, ClampNumbersThatAreTooLarge) {
   EXPECT_EQ(brz::pageNumberOf("2147483648"), INT32_MAX);
   EXPECT_EQ(brz::pageNumberOf("99999999999999999999999999"), INT32_MAX);
 }
 
-TEST(Parameters, KnowWhatIsNoNumberOfAPage) {
+TEST(Parameters, RefuseInvalidPageNumbers) {
   for (const char *value : {"", "0", "000", "-1", "+1", " 1", "1 ", "1.5", "0x2", "two", "%33"})
     EXPECT_EQ(brz::pageNumberOf(value), std::nullopt) << value;
 }
 
-TEST(Parameters, KnowWhatIsRemote) {
+TEST(Parameters, RecogniseRemoteFiles) {
   for (const char *value : {"http://example.org/hits.xml", "HTTPS://example.org", "http:"})
     EXPECT_TRUE(brz::isRemote(value)) << value;
   for (const char *value : {"", "http", "httpd:x", "./http:x", "file:///http:", "hits.xml"})
@@ -86,7 +86,7 @@ TEST(Parameters, TakeAddressesOfFiles) {
   EXPECT_EQ(decoded(""), "");
 }
 
-TEST(Parameters, FitIntoTheirRoomOrAreRefused) {
+TEST(Parameters, FitIntoTheBufferOrAreRefused) {
   EXPECT_EQ(decoded(std::string(99, 'x')), std::string(99, 'x'));
   EXPECT_EQ(decoded(std::string(100, 'x')), "(too long)");
   std::string encoded;
@@ -95,33 +95,33 @@ TEST(Parameters, FitIntoTheirRoomOrAreRefused) {
   EXPECT_EQ(decoded(encoded), std::string(99, 'x'));
 }
 
-TEST(Parameters, KnowXmlByItsBeginning) {
+TEST(Parameters, RecogniseXmlByItsBeginning) {
   for (const char *content :
        {"<?xml version=\"1.0\"?>", "<?xml", "\xEF\xBB\xBF<?xml", " \t\r\n<?xml", "\xEF\xBB\xBF\n<?xml"})
-    EXPECT_TRUE(brz::callsItselfXml(content)) << content;
+    EXPECT_TRUE(brz::hasXmlDeclaration(content)) << content;
   for (const char *content : {"", " ", "\xEF\xBB\xBF", "<?xm", "<XML>", "x<?xml", "<?XML", "\xEF\xBB<?xml"})
-    EXPECT_FALSE(brz::callsItselfXml(content)) << content;
+    EXPECT_FALSE(brz::hasXmlDeclaration(content)) << content;
 }
 
-TEST(Parameters, AreShortenedToTheLastName) {
+TEST(Parameters, AreShortenedToTheBaseName) {
   EXPECT_STREQ(brz::baseName("/a/b.xml"), "b.xml");
   EXPECT_STREQ(brz::baseName("b.xml"), "b.xml");
   EXPECT_STREQ(brz::baseName("a/b/"), "a/b/") << "nothing is no name";
 }
 
-TEST(Parameters, StayAsTheyAreWherePrintable) {
+TEST(Parameters, StayUnchangedIfPrintable) {
   for (const char *text :
        {"", "hits.xml: ~", "\u00DCbung", "\u00A0", "\u4E2D\u6587", "\U0001F600", "\u0800", "\uFFFD", "\U0010FFFF"})
     EXPECT_EQ(printable(text), text);
 }
 
-TEST(Parameters, HaveQuestionMarksForWhatCannotBePrinted) {
+TEST(Parameters, HaveQuestionMarksForUnprintableBytes) {
   EXPECT_EQ(printable("a\x1B[2Jb\n\x7F"), "a?[2Jb??");
   EXPECT_EQ(printable("\u009B"), "??") << "a control character, of two bytes";
   EXPECT_EQ(printable("\xFF\x80z"), "??z");
   EXPECT_EQ(printable("\xC3"), "?");
   EXPECT_EQ(printable("\xE4\xB8z"), "??z");
-  EXPECT_EQ(printable("\xC1\x81"), "??") << "a longer form of A";
+  EXPECT_EQ(printable("\xC1\x81"), "??") << "an overlong encoding of A";
   EXPECT_EQ(printable("\xE0\x81\x81"), "???");
   EXPECT_EQ(printable("\xED\xA0\x80"), "???") << "half a pair";
   EXPECT_EQ(printable("\xF4\x90\x80\x80"), "????") << "beyond the last";

@@ -1,11 +1,11 @@
-// Plug-ins that ask others for their hits, where nobody has any to tell of.
+// Plug-ins that read hits, without a plug-in that has any.
 #include "tests/plugins/Plugins.h"
 
 namespace {
 
 class WithoutHits : public testing::TestWithParam<const char *> {};
 
-TEST_P(WithoutHits, APluginIsQuiet) {
+TEST_P(WithoutHits, APluginShowsNothing) {
   const test::ScratchFolder folder;
   const std::string library = std::string(GetParam()) + ".so";
   std::filesystem::create_symlink(std::filesystem::path(TAVREL_PLUGINS) / library, folder.path() / library);

@@ -1,5 +1,5 @@
-// A plug-in that uses the highlight plug-in's table while it is unloaded: it has the buttons put on the tool bar and
-// every button's enabled test asked. It is named so that it is loaded before the highlight plug-in.
+// A plug-in that uses the highlight plug-in's table in its unload callback: it shows the buttons on the tool bar and
+// updates their states, which calls their enabled tests. By its name it is loaded before the highlight plug-in.
 #include "tavrel/Kernel.h"
 #include "tavrel/TavrelGLT.h"
 #include "tavrel/TavrelView.h"

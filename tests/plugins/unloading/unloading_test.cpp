@@ -1,4 +1,4 @@
-// The highlight plug-in unloaded beside a plug-in that uses its table to its own end.
+// The highlight plug-in is unloaded together with a plug-in that uses its table until it is unloaded.
 #include <gmock/gmock.h>
 
 #include "tests/plugins/Plugins.h"
@@ -8,7 +8,7 @@ namespace {
 constexpr const char *hits = "<XML>\n<Body Units=\"words\" mode=\"active\">\n<highlights>\n<loc pg=\"1\" pos=\"0\" "
                              "len=\"1\"/>\n</highlights>\n</Body>\n</XML>\n";
 
-// The highlight plug-in's enabled tests ask for the front document first.
+// Counts calls of the enabled tests: they request the front document first.
 int asked;
 tavrel::Entry frontDocument;
 tavrel::Doc countAndGiveFront() {
@@ -21,7 +21,7 @@ tavrel::ToolButton buttonNamed(const char *name) {
 }
 
 // One test, because a plug-in can be loaded into a program only once.
-TEST(Unloading, AClientMayUseTheTableInItsOwnUnloadCallbackAndNothingIsCalledAfterTheProvidersOwn) {
+TEST(Unloading, AClientMayUseTheTableInItsUnloadCallbackAndNothingIsCalledAfterTheProvidersUnloadCallback) {
   const test::AwaitedDisplay display;
   const host::TopLevel topLevel;
   const host::WindowSystem windows(topLevel.widget());

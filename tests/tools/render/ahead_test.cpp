@@ -1,4 +1,4 @@
-// What is made of pages on other threads: comes in page order, not too far ahead, and with the first failure of all.
+// Results that other threads make for pages: in page order, within the limits, and with the first error in page order.
 #include "tools/ahead.h"
 
 #include <gtest/gtest.h>
@@ -31,7 +31,7 @@ TEST_F(Ahead, PagesComeInOrder) {
     EXPECT_EQ(ahead.take(page), page);
 }
 
-TEST_F(Ahead, AThreadHasAFileOfItsOwn) {
+TEST_F(Ahead, AThreadHasASeparateFile) {
   tools::Workers workers(*file, 1);
   const auto makesHere = [this, here = std::this_thread::get_id()](host::PdfFile &own, int32_t) {
     return int32_t{&own == file.get() || std::this_thread::get_id() == here};
@@ -40,7 +40,7 @@ TEST_F(Ahead, AThreadHasAFileOfItsOwn) {
   EXPECT_EQ(ahead.take(0), 0);
 }
 
-TEST_F(Ahead, NothingIsMadeBeyondItsReach) {
+TEST_F(Ahead, NoPageIsMadeBeyondTheReach) {
   tools::Workers workers(*file, 2);
   const auto count = [this](host::PdfFile &, int32_t page) {
     ++made;
@@ -86,14 +86,14 @@ TEST_F(Ahead, ThePageThatFailsIsTheFirstInOrderNotInTime) {
   }
 }
 
-TEST_F(Ahead, PagesOutOfTurnAreMadeToo) {
+TEST_F(Ahead, PagesOutOfOrderAreMadeToo) {
   tools::Workers workers(*file, 2);
   Numbers ahead(*file, workers, [](host::PdfFile &, int32_t page) { return page; }, {4});
   for (const int32_t page : {7, 9, 2, 10, 10, 39, 0})
     EXPECT_EQ(ahead.take(page), page);
 }
 
-// Without threads, or with threads that have no file, the caller makes the pages, from its own file.
+// Without threads, or with threads that cannot open the file, the caller makes the pages from its file.
 struct Alone : Ahead {
   void takeAll(tools::Workers &workers) {
     const auto makesHere = [this, here = std::this_thread::get_id()](host::PdfFile &own, int32_t page) {
@@ -112,12 +112,12 @@ TEST_F(Alone, WithoutThreads) {
   takeAll(workers);
 }
 
-TEST_F(Alone, WhereTheFileIsGone) {
+TEST_F(Alone, IfTheFileIsRemoved) {
   std::filesystem::remove(folder.path() / "test.pdf");
   tools::Workers workers(*file, 2);
   takeAll(workers);
 }
 
-TEST(Workers, OnePageIsNotWorthAThread) { EXPECT_EQ(tools::Workers::worthHaving(1), 0U); }
+TEST(Workers, OnePageNeedsNoThread) { EXPECT_EQ(tools::Workers::worthHaving(1), 0U); }
 
 } // namespace

@@ -18,10 +18,11 @@ struct Result {
   std::string out, err;
 };
 
-Result run(std::vector<std::string> words) {
-  words.insert(words.begin(), "tavrel");
-  std::vector<char *> argv(words.size());
-  std::transform(words.begin(), words.end(), argv.begin(), [](std::string &word) { return word.data(); });
+Result run(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), "tavrel");
+  std::vector<char *> argv(arguments.size());
+  std::transform(arguments.begin(), arguments.end(), argv.begin(),
+                 [](std::string &argument) { return argument.data(); });
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   Result result{};
@@ -31,26 +32,26 @@ Result run(std::vector<std::string> words) {
   return result;
 }
 
-TEST(CommandLine, HelpTellsTheExitStatuses) {
+TEST(CommandLine, HelpListsTheExitStatuses) {
   const Result result = run({"--help"});
   EXPECT_EQ(result.status, tools::exitDone);
   EXPECT_THAT(result.out, HasSubstr("\n  7  an output cannot be written\n"));
 }
 
-TEST(CommandLine, HelpOfRenderTellsItsDefaults) {
+TEST(CommandLine, HelpOfRenderShowsItsDefaults) {
   const Result result = run({"render", "--help"});
   EXPECT_EQ(result.status, tools::exitDone);
   for (const char *text : {"--out TEXT=out", "=100", "{all,hits}=hits", "{yes,no}=no"})
     EXPECT_THAT(result.out, HasSubstr(text));
 }
 
-TEST(CommandLine, VersionIsTheProjects) {
+TEST(CommandLine, VersionIsThatOfTheProject) {
   const Result result = run({"--version"});
   EXPECT_EQ(result.status, tools::exitDone);
   EXPECT_THAT(result.out, testing::MatchesRegex("tavrel [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
-const std::vector<std::string> wrongWords[] = {
+const std::vector<std::string> invalidArguments[] = {
     {},
     {"paint"},
     {"render"},
@@ -62,9 +63,9 @@ const std::vector<std::string> wrongWords[] = {
     {"render", "a.pdf", "h.xml", "more"},
 };
 
-TEST(CommandLine, WrongWordsAreOneLineAndAStatusOfTheirOwn) {
-  for (const auto &words : wrongWords) {
-    const Result result = run(words);
+TEST(CommandLine, InvalidArgumentsAreReportedInOneLineWithTheirStatus) {
+  for (const auto &arguments : invalidArguments) {
+    const Result result = run(arguments);
     EXPECT_EQ(result.status, tools::exitUsage);
     EXPECT_THAT(result.err, StartsWith("tavrel: "));
     EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;

@@ -1,4 +1,4 @@
-// The private display, and what becomes of it and of an unfinished file when the program is killed.
+// The private display, and the removal of the display and of an unfinished file when the program is killed.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
@@ -25,7 +25,7 @@ std::string variable(const char *name) {
 // The socket of a display such as ":3".
 fs::path socketOf(const std::string &display) { return "/tmp/.X11-unix/X" + display.substr(1); }
 
-// Waits for all children; gives how many there were. By their sockets servers cannot be told: numbers are used again.
+// Waits for all children and returns how many there were. Sockets do not identify servers: display numbers are reused.
 int endedChildren() {
   int count = 0;
   while (waitpid(-1, nullptr, 0) > 0)
@@ -38,7 +38,7 @@ struct PrivateDisplay : testing::Test {
   ~PrivateDisplay() override { unsetenv("DISPLAY"); }
 };
 
-TEST_F(PrivateDisplay, IsThereWhileItIsNeeded) {
+TEST_F(PrivateDisplay, ExistsWhileItIsNeeded) {
   {
     tools::Display display;
     display.await();
@@ -47,21 +47,21 @@ TEST_F(PrivateDisplay, IsThereWhileItIsNeeded) {
   EXPECT_EQ(endedChildren(), 0) << "the server has been waited for";
 }
 
-TEST_F(PrivateDisplay, IsMadeAlsoWhereTheVariableIsEmpty) {
+TEST_F(PrivateDisplay, IsStartedAlsoIfTheVariableIsEmpty) {
   setenv("DISPLAY", "", 1);
   tools::Display display;
   display.await();
   EXPECT_EQ(variable("DISPLAY").substr(0, 1), ":");
 }
 
-TEST_F(PrivateDisplay, IsNotMadeWhereThereIsOne) {
+TEST_F(PrivateDisplay, IsNotStartedIfThereIsADisplay) {
   setenv("DISPLAY", ":4711", 1);
   tools::Display display;
   display.await();
   EXPECT_EQ(variable("DISPLAY"), ":4711");
 }
 
-TEST_F(PrivateDisplay, NamesThePackageWhereItIsMissing) {
+TEST_F(PrivateDisplay, NamesThePackageIfXvfbIsMissing) {
   const std::string path = variable("PATH");
   setenv("PATH", "/nowhere", 1);
   std::string line;
@@ -79,25 +79,25 @@ struct Killed : PrivateDisplay, testing::WithParamInterface<int> {
   test::ScratchFolder folder;
 };
 
-// The child has a display and half a file, says which display, and waits to be killed.
+// The child has a display and half a file. It writes the display's name and waits to be killed.
 TEST_P(Killed, LeavesNeitherDisplayNorHalfAFile) {
   prctl(PR_SET_CHILD_SUBREAPER, 1);
-  int said[2];
-  ASSERT_EQ(pipe(said), 0);
+  int pipeEnds[2];
+  ASSERT_EQ(pipe(pipeEnds), 0);
   const pid_t child = fork();
   if (child == 0) {
     tools::Display display;
     display.await();
     const tools::OutputFile file(folder.path() / "page.png");
     const std::string name = variable("DISPLAY");
-    if (write(said[1], name.data(), name.size()) > 0)
+    if (write(pipeEnds[1], name.data(), name.size()) > 0)
       while (true)
         pause();
     _exit(1);
   }
-  close(said[1]);
+  close(pipeEnds[1]);
   char name[32] = {};
-  ASSERT_GT(read(said[0], name, sizeof name - 1), 0);
+  ASSERT_GT(read(pipeEnds[0], name, sizeof name - 1), 0);
   EXPECT_FALSE(fs::is_empty(folder.path()));
   kill(child, GetParam());
   int status = 0;
@@ -105,7 +105,7 @@ TEST_P(Killed, LeavesNeitherDisplayNorHalfAFile) {
   EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == GetParam()) << "it dies of the signal itself";
   EXPECT_TRUE(fs::is_empty(folder.path()));
   EXPECT_EQ(endedChildren(), 1) << "the server, which is ours now";
-  close(said[0]);
+  close(pipeEnds[0]);
 }
 
 INSTANTIATE_TEST_SUITE_P(By, Killed, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGPIPE),

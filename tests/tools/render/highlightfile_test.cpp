@@ -1,4 +1,4 @@
-// Highlight files as commands read them: up to a limit, and nothing else instead of one.
+// Highlight files as commands read them: up to a limit, and other kinds of files refused.
 #include "tools/highlightfile.h"
 
 #include <gtest/gtest.h>
@@ -45,12 +45,12 @@ TEST_F(HighlightFile, WithoutAnEndIsReadUpToTheLimit) {
   EXPECT_EQ(refusal("/dev/zero", 3), "/dev/zero: is larger than 3 MB (--hits-limit raises the limit)");
 }
 
-TEST_F(HighlightFile, ThatIsMissingIsNamed) {
+TEST_F(HighlightFile, ThatIsMissingIsReported) {
   EXPECT_EQ(refusal("/nowhere/hits.xml"), "/nowhere/hits.xml: No such file or directory");
   EXPECT_EQ(refusal(folder.path()), folder.path().string() + ": Is a directory");
 }
 
-TEST_F(HighlightFile, OfAnotherKindIsCalledWhatItIs) {
+TEST_F(HighlightFile, OfAnotherKindIsRefusedWithItsKind) {
   const std::string pdf = folder.pdf({{}});
   EXPECT_EQ(refusal(pdf), pdf + ": is a PDF, not a highlight file");
   const std::string binary = folder.write("noise", std::string("\x89PNG\r\n\x1A\n"));
@@ -59,7 +59,7 @@ TEST_F(HighlightFile, OfAnotherKindIsCalledWhatItIs) {
   EXPECT_EQ(refusal(wide), wide + ": is UTF-16; a highlight file has one byte for each character");
 }
 
-TEST_F(HighlightFile, IsKnownByItsFirstBytes) {
+TEST_F(HighlightFile, IsRecognisedByItsFirstBytes) {
   EXPECT_TRUE(tools::isHighlightFile(folder.write("a.xml", hits)));
   EXPECT_FALSE(tools::isHighlightFile(folder.write("b.xml", "<?xml version=\"1.0\"?>\n<html>")));
   EXPECT_FALSE(tools::isHighlightFile(folder.write("c.xml", std::string(5000, ' ') + hits))) << "too far down";
@@ -68,7 +68,7 @@ TEST_F(HighlightFile, IsKnownByItsFirstBytes) {
   EXPECT_FALSE(tools::isHighlightFile(folder.path() / "missing"));
 }
 
-TEST_F(HighlightFile, ThatIsAPipeIsNotTouchedToKnowIt) {
+TEST_F(HighlightFile, ThatIsAPipeIsNotReadToRecogniseIt) {
   const fs::path pipe = folder.path() / "pipe";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   EXPECT_FALSE(tools::isHighlightFile(pipe));

@@ -1,4 +1,4 @@
-// Files that are there complete or not at all; images as PNG; the lines and the bar.
+// Output files that appear only when complete; images as PNG; the lines and the progress bar.
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What is asked of the disk, and one step that fails: the functions below take the place of the C library's.
+// The steps on the disk, and one that fails: the functions below replace those of the C library.
 struct Disk {
   std::vector<std::string> steps; ///< "sync file", "sync directory", "rename"
   std::string failing;
@@ -40,7 +40,7 @@ extern "C" int fsync(int descriptor) {
 }
 
 extern "C" int rename(const char *from, const char *to) noexcept {
-  // Closed, and as long as it is going to be.
+  // Closed, at its final size.
   for (const auto &open : fs::directory_iterator("/proc/self/fd"))
     EXPECT_NE(fs::exists(open) ? fs::read_symlink(open).string() : "", from);
   return disk.step("rename " + std::to_string(fs::file_size(from))) ? renameat(AT_FDCWD, from, AT_FDCWD, to) : -1;
@@ -49,13 +49,13 @@ extern "C" int rename(const char *from, const char *to) noexcept {
 namespace {
 
 struct Output : testing::Test {
-  // How many files lie in the folder, finished or not.
+  // The number of files in the directory, finished or not.
   size_t files() const {
     return static_cast<size_t>(std::distance(fs::directory_iterator(folder.path()), fs::directory_iterator()));
   }
-  std::string failure(const fs::path &place) const {
+  std::string failure(const fs::path &path) const {
     try {
-      tools::OutputFile file(place);
+      tools::OutputFile file(path);
       file.commit();
     } catch (const tools::CommandFailure &error) {
       EXPECT_EQ(error.status, tools::exitOutput);
@@ -67,25 +67,25 @@ struct Output : testing::Test {
   test::ScratchFolder folder;
 };
 
-TEST_F(Output, IsThereWhenItIsCommitted) {
-  const fs::path place = folder.path() / "a";
-  tools::OutputFile file(place);
+TEST_F(Output, AppearsWhenItIsCommitted) {
+  const fs::path path = folder.path() / "a";
+  tools::OutputFile file(path);
   std::fputs("all of it", file.stream());
-  EXPECT_FALSE(fs::exists(place));
+  EXPECT_FALSE(fs::exists(path));
   file.commit();
-  EXPECT_EQ(test::bytesOf(place), "all of it");
+  EXPECT_EQ(test::bytesOf(path), "all of it");
   EXPECT_EQ(files(), 1U);
 }
 
-TEST_F(Output, LeavesNothingBehindWhenItIsNot) {
+TEST_F(Output, LeavesNothingIfItIsNotCommitted) {
   { const tools::OutputFile file(folder.path() / "a"); }
   EXPECT_EQ(files(), 0U);
 }
 
-TEST_F(Output, LeavesTheOldFileUntilTheNewOneIsWhole) {
-  const fs::path place = folder.write("a", "old");
-  { const tools::OutputFile file(place); }
-  EXPECT_EQ(test::bytesOf(place), "old");
+TEST_F(Output, LeavesTheOldFileUntilTheNewOneIsComplete) {
+  const fs::path path = folder.write("a", "old");
+  { const tools::OutputFile file(path); }
+  EXPECT_EQ(test::bytesOf(path), "old");
 }
 
 TEST_F(Output, NamesTheDirectoryThatIsMissing) {
@@ -94,14 +94,14 @@ TEST_F(Output, NamesTheDirectoryThatIsMissing) {
   EXPECT_FALSE(fs::exists(folder.path() / "b"));
 }
 
-TEST_F(Output, DirectoriesAreMadeWhereThatIsAskedFor) {
+TEST_F(Output, DirectoriesAreCreatedOnRequest) {
   const fs::path directory = folder.path() / "b/c";
   tools::makeDirectories(directory);
   tools::makeDirectories(directory);
   EXPECT_EQ(failure(directory / "a"), "");
 }
 
-TEST_F(Output, NamesThePlaceThatCannotBeWritten) {
+TEST_F(Output, NamesThePathThatCannotBeWritten) {
   const fs::path file = folder.write("file", "");
   EXPECT_EQ(failure(file / "a"), file.string() + ": Not a directory");
   fs::create_directory(folder.path() / "directory");
@@ -110,28 +110,28 @@ TEST_F(Output, NamesThePlaceThatCannotBeWritten) {
 }
 
 TEST_F(Output, AFullDiskIsAnErrorAndLeavesNothing) {
-  const fs::path place = folder.path() / "a";
-  tools::OutputFile file(place);
+  const fs::path path = folder.path() / "a";
+  tools::OutputFile file(path);
   ASSERT_NE(std::freopen("/dev/full", "wb", file.stream()), nullptr);
   std::fputs("more than fits", file.stream());
   EXPECT_THROW(file.commit(), tools::CommandFailure);
-  EXPECT_FALSE(fs::exists(place));
+  EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(Output, AFullDiskIsNamedAsTheReason) {
-  const fs::path place = folder.path() / "a";
-  tools::OutputFile file(place);
+TEST_F(Output, AFullDiskIsReportedAsTheReason) {
+  const fs::path path = folder.path() / "a";
+  tools::OutputFile file(path);
   ASSERT_NE(std::freopen("/dev/full", "wb", file.stream()), nullptr);
   try {
     file.write(std::string(100'000, 'x'));
     ADD_FAILURE() << "more than fits";
   } catch (const tools::CommandFailure &error) {
     EXPECT_EQ(error.status, tools::exitOutput);
-    EXPECT_EQ(error.what(), place.string() + ": No space left on device");
+    EXPECT_EQ(error.what(), path.string() + ": No space left on device");
   }
 }
 
-TEST_F(Output, IsOnTheDiskBeforeItHasItsNameAndThenTheNameIs) {
+TEST_F(Output, IsSynchronizedBeforeTheRenameAndTheDirectoryAfterIt) {
   tools::OutputFile file(folder.path() / "a");
   file.write("all of it");
   EXPECT_EQ(disk.steps, std::vector<std::string>{});
@@ -139,7 +139,7 @@ TEST_F(Output, IsOnTheDiskBeforeItHasItsNameAndThenTheNameIs) {
   EXPECT_EQ(disk.steps, (std::vector<std::string>{"sync file", "rename 9", "sync directory"}));
 }
 
-TEST_F(Output, LeavesTheOldFileWhereADiskFails) {
+TEST_F(Output, LeavesTheOldFileIfTheDiskFails) {
   const fs::path target = folder.write("a", "old");
   for (const char *step : {"sync file", "rename 3"}) {
     disk.failing = step;
@@ -153,13 +153,13 @@ TEST_F(Output, LeavesTheOldFileWhereADiskFails) {
   }
 }
 
-TEST_F(Output, SaysThatADirectoryCannotBeSynchronized) {
+TEST_F(Output, ReportsThatADirectoryCannotBeSynchronized) {
   disk.failing = "sync directory";
   EXPECT_EQ(failure(folder.path() / "a"), folder.path().string() + ": cannot be synchronized: Input/output error");
   EXPECT_TRUE(fs::exists(folder.path() / "a"));
 }
 
-TEST_F(Output, HasANameUntilThenThatNobodyCanGuess) {
+TEST_F(Output, HasAnUnpredictableNameUntilThen) {
   const tools::OutputFile one(folder.path() / "a"), other(folder.path() / "a");
   std::vector<std::string> names;
   for (const auto &entry : fs::directory_iterator(folder.path()))
@@ -174,7 +174,7 @@ TEST_F(Output, AFileOfTheLongestNameCanBeWritten) {
   EXPECT_TRUE(fs::exists(target));
 }
 
-TEST_F(Output, ReplacesALinkAndNotWhatItLeadsTo) {
+TEST_F(Output, ReplacesALinkAndNotItsTarget) {
   const fs::path target = folder.write("target", "old"), link = folder.path() / "a";
   fs::create_symlink(target, link);
   EXPECT_EQ(failure(link), "");
@@ -182,7 +182,7 @@ TEST_F(Output, ReplacesALinkAndNotWhatItLeadsTo) {
   EXPECT_EQ(test::bytesOf(target), "old");
 }
 
-TEST_F(Output, ANewFileHasThePermissionsThatTheUserLeavesIt) {
+TEST_F(Output, ANewFileHasThePermissionsOfTheUmask) {
   const mode_t before = umask(027);
   EXPECT_EQ(failure(folder.path() / "a"), "");
   umask(before);
@@ -200,7 +200,7 @@ TEST_F(Output, APrivateFileIsPrivateFromTheStart) {
   EXPECT_EQ(fs::status(target).permissions(), fs::perms(0600));
 }
 
-TEST_F(Output, AProgramStartedMeanwhileDoesNotGetTheFile) {
+TEST_F(Output, AChildProcessDoesNotInheritTheFile) {
   const tools::OutputFile file(folder.path() / "a");
   EXPECT_NE(fcntl(fileno(file.stream()), F_GETFD) & FD_CLOEXEC, 0);
 }
@@ -208,13 +208,13 @@ TEST_F(Output, AProgramStartedMeanwhileDoesNotGetTheFile) {
 host::Image threeColours() { return {3, 1, {0xFFFF0000, 0xFF00FF00, 0xFF0000FF}}; }
 
 TEST_F(Output, APngHasThePixelsOfTheImage) {
-  const fs::path place = folder.path() / "a.png";
-  tools::OutputFile file(place);
+  const fs::path path = folder.path() / "a.png";
+  tools::OutputFile file(path);
   ASSERT_TRUE(tools::writePng(file.stream(), threeColours(), 100));
   file.commit();
   png_image png{};
   png.version = PNG_IMAGE_VERSION;
-  ASSERT_NE(png_image_begin_read_from_file(&png, place.c_str()), 0);
+  ASSERT_NE(png_image_begin_read_from_file(&png, path.c_str()), 0);
   png.format = PNG_FORMAT_RGB;
   std::vector<uint8_t> bytes(PNG_IMAGE_SIZE(png));
   ASSERT_NE(png_image_finish_read(&png, nullptr, bytes.data(), 0, nullptr), 0);
@@ -223,41 +223,41 @@ TEST_F(Output, APngHasThePixelsOfTheImage) {
   EXPECT_THAT(bytes, testing::ElementsAre(255, 0, 0, 0, 255, 0, 0, 0, 255));
 }
 
-TEST_F(Output, APngSaysItsDotsPerInch) {
-  const fs::path place = folder.path() / "a.png";
-  tools::OutputFile file(place);
+TEST_F(Output, APngHasItsDotsPerInch) {
+  const fs::path path = folder.path() / "a.png";
+  tools::OutputFile file(path);
   ASSERT_TRUE(tools::writePng(file.stream(), threeColours(), 100));
   file.commit();
   // 3937 pixels a metre, twice, and the unit metre.
-  EXPECT_THAT(test::bytesOf(place), testing::HasSubstr(std::string("pHYs\0\0\x0F\x61\0\0\x0F\x61\x01", 13)));
+  EXPECT_THAT(test::bytesOf(path), testing::HasSubstr(std::string("pHYs\0\0\x0F\x61\0\0\x0F\x61\x01", 13)));
 }
 
 TEST_F(Output, APngInMemoryIsTheSameFile) {
-  const fs::path place = folder.path() / "a.png";
-  tools::OutputFile file(place);
+  const fs::path path = folder.path() / "a.png";
+  tools::OutputFile file(path);
   ASSERT_TRUE(tools::writePng(file.stream(), threeColours(), 100));
   file.commit();
-  EXPECT_EQ(tools::pngOf(threeColours(), 100), test::bytesOf(place));
+  EXPECT_EQ(tools::pngOf(threeColours(), 100), test::bytesOf(path));
 }
 
 TEST_F(Output, AnImageThatNoPngCanHoldIsRefused) {
   const tools::OutputFile file(folder.path() / "a.png");
-  testing::internal::CaptureStderr(); // the library has its own words for it
+  testing::internal::CaptureStderr(); // the library prints a message, too
   EXPECT_FALSE(tools::writePng(file.stream(), host::Image{}, 100));
   testing::internal::GetCapturedStderr();
 }
 
 TEST_F(Output, AFileGetsTheLinesWithoutTheBar) {
-  const fs::path place = folder.path() / "lines";
-  FILE *stream = std::fopen(place.c_str(), "w");
+  const fs::path path = folder.path() / "lines";
+  FILE *stream = std::fopen(path.c_str(), "w");
   {
     tools::Progress progress(stream);
-    progress.say("one");
+    progress.print("one");
     progress.show(1, 2);
-    progress.say("two");
+    progress.print("two");
   }
   std::fclose(stream);
-  EXPECT_EQ(test::bytesOf(place), "one\ntwo\n");
+  EXPECT_EQ(test::bytesOf(path), "one\ntwo\n");
 }
 
 TEST_F(Output, ATerminalGetsTheBarBelowTheLines) {
@@ -269,12 +269,12 @@ TEST_F(Output, ATerminalGetsTheBarBelowTheLines) {
   ASSERT_NE(stream, nullptr);
   {
     tools::Progress progress(stream);
-    progress.say("one");
+    progress.print("one");
     progress.show(1, 2);
-    progress.say("two");
+    progress.print("two");
   }
   std::fclose(stream);
-  std::string text; // a terminal gives it in pieces, and an error at the end
+  std::string text; // a terminal returns it in pieces, and an error at the end
   for (char byte = 0; read(terminal, &byte, 1) == 1;)
     text += byte;
   close(terminal);

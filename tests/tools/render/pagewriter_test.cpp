@@ -1,4 +1,4 @@
-// Pages as files with a line each: the same, in the same order, whether other threads encode them or not.
+// Pages as files with a line each: the same files and lines in the same order, with and without other threads.
 #include "tools/pagewriter.h"
 
 #include <gmock/gmock.h>
@@ -16,9 +16,9 @@ constexpr int32_t pageCount = 12;
 
 class Pages : public testing::TestWithParam<size_t> {
 protected:
-  fs::path place(const std::string &name) const { return folder.path() / "out" / name; }
+  fs::path pathOf(const std::string &name) const { return folder.path() / "out" / name; }
 
-  // Writes all pages; gives the lines and, where one fails, its reason.
+  // Writes all pages; returns the lines and, if a page fails, the reason.
   std::string write(const std::function<void(host::Drawing &)> &change = {}) {
     tools::Workers workers(*file, GetParam());
     tools::PageWriter writer(folder.path() / "out", 100, pageCount);
@@ -48,7 +48,7 @@ protected:
     for (int32_t page = 1; page <= count; ++page) {
       const std::string name = (page < 10 ? "page-000" : "page-00") + std::to_string(page) + ".png";
       text += "page " + std::to_string(page) + " of 12: " + (page == 4 ? "2" : "0") + " hits -> " +
-              place(name).string() + (page == 4 ? " (two)\n" : "\n");
+              pathOf(name).string() + (page == 4 ? " (two)\n" : "\n");
     }
     return text;
   }
@@ -69,9 +69,9 @@ TEST_P(Pages, AreWrittenInOrderWithALineEach) {
   EXPECT_EQ(summary, "1 page marked, 2 hits");
 }
 
-TEST_P(Pages, CountTheHitsOutsideOfThePageApart) {
-  const std::string said = write([](host::Drawing &drawing) { drawing.offPage = drawing.page == 3 ? 1 : 0; });
-  EXPECT_THAT(said, HasSubstr("page 4 of 12: 2 hits, 1 outside of the page not marked -> "));
+TEST_P(Pages, CountTheHitsOutsideOfThePageSeparately) {
+  const std::string printed = write([](host::Drawing &drawing) { drawing.offPage = drawing.page == 3 ? 1 : 0; });
+  EXPECT_THAT(printed, HasSubstr("page 4 of 12: 2 hits, 1 outside of the page not marked -> "));
   EXPECT_EQ(summary, "1 page marked, 2 hits, 1 outside of the page not marked");
 }
 
@@ -88,18 +88,18 @@ TEST_P(Pages, WithoutAMarkAreReportedAndNotWritten) {
   EXPECT_FALSE(fs::exists(folder.path() / "out"));
 }
 
-TEST_P(Pages, EndWithTheOneThatCannotBePutInItsPlace) {
-  fs::create_directories(place("page-0006.png"));
-  EXPECT_EQ(write(), lines(5) + place("page-0006.png").string() + ": Is a directory");
+TEST_P(Pages, EndWithTheOneThatCannotBeRenamed) {
+  fs::create_directories(pathOf("page-0006.png"));
+  EXPECT_EQ(write(), lines(5) + pathOf("page-0006.png").string() + ": Is a directory");
   EXPECT_EQ(files(), 5);
 }
 
 TEST_P(Pages, EndWithTheOneThatNoPngCanHold) {
-  testing::internal::CaptureStderr(); // the library has its own words for it
+  testing::internal::CaptureStderr(); // the library prints a message, too
   EXPECT_EQ(write([](host::Drawing &drawing) {
               if (drawing.page == 7) drawing.image = {};
             }),
-            lines(7) + place("page-0008.png").string() + ": cannot be written as PNG");
+            lines(7) + pathOf("page-0008.png").string() + ": cannot be written as PNG");
   testing::internal::GetCapturedStderr();
   EXPECT_EQ(files(), 7);
 }

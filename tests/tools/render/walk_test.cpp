@@ -1,4 +1,4 @@
-// The loop that steps from hit to hit, with a plug-in that lives in the test.
+// The loop that steps from hit to hit, with a plug-in inside the test.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -12,10 +12,10 @@ namespace {
 
 using testing::ElementsAre;
 
-// What the plug-in does; its callbacks are functions without data.
+// What the plug-in does. It is a global because the callbacks are plain functions.
 struct Plan {
   std::map<int32_t, tavrel::TextSelection> marks; ///< what is painted on a page
-  std::vector<int32_t> stops;                     ///< where each press goes; -1 is nowhere
+  std::vector<int32_t> stops;                     ///< the page that each press shows; -1 for none
   size_t next = 0;
   bool endless = false; ///< the button stays enabled
   tavrel::PageView view = nullptr;
@@ -55,20 +55,20 @@ struct Walk : test::Viewer {
   }
   void walk(size_t limit = 10) { tools::walkMarkedPages(app, *document, limit, sink()); }
 
-  // A page that throws what the PDF library's side throws of a damaged one.
+  // Makes pages throw the exception that a damaged page throws.
   void damagePages(const std::vector<int32_t> &pages) const {
     document->view->setSource([this, pages](int32_t page, double) -> const host::Image * {
       if (std::count(pages.begin(), pages.end(), page) > 0)
         throw host::DocumentError(host::DocumentError::unreadable, "test.pdf: page is damaged");
-      return &blank;
+      return &whitePage;
     });
   }
 
-  const host::Image blank{100, 100, std::vector<uint32_t>(10'000, 0xFFFFFFFF)};
+  const host::Image whitePage{100, 100, std::vector<uint32_t>(10'000, 0xFFFFFFFF)};
   std::vector<int32_t> written, damaged;
 };
 
-TEST_F(Walk, WritesTheMarkedPagesThatItComesBy) {
+TEST_F(Walk, WritesTheMarkedPagesThatItVisits) {
   markPages({0, 2, 4});
   plan.stops = {2, 4};
   walk();
@@ -82,14 +82,14 @@ TEST_F(Walk, WritesNoPageWithoutMarks) {
   EXPECT_THAT(written, ElementsAre(3));
 }
 
-TEST_F(Walk, HandsOnAPageWhoseMarksCannotBePainted) {
+TEST_F(Walk, ReportsAPageWhoseMarksCannotBePainted) {
   plan.marks[3] = model->selectOffPage(3);
   plan.stops = {1, 3, 4};
   walk();
   EXPECT_THAT(written, ElementsAre(3));
 }
 
-TEST_F(Walk, WritesAPageOnceHoweverOftenItComesBy) {
+TEST_F(Walk, WritesAPageOnceHoweverOftenItIsVisited) {
   markPages({1, 2});
   plan.stops = {1, 2, 1, 2, 1};
   walk();
@@ -98,25 +98,25 @@ TEST_F(Walk, WritesAPageOnceHoweverOftenItComesBy) {
 
 TEST_F(Walk, StepsOverPagesThatTheDocumentLacks) {
   markPages({1, 4});
-  plan.stops = {99, 1, 99, 99, 4}; // a page that is not there ends the action with an error
+  plan.stops = {99, 1, 99, 99, 4}; // a page that does not exist ends the action with an error
   walk();
   EXPECT_THAT(written, ElementsAre(1, 4));
 }
 
-TEST_F(Walk, EndsWhenMorePressesInARowThanItsPatienceBroughtNothing) {
+TEST_F(Walk, EndsAfterMorePressesInARowThanTheLimitWithoutANewPage) {
   plan.endless = true;
   walk(10);
   EXPECT_EQ(plan.next, 11U);
 }
 
-TEST_F(Walk, PatienceIsForPressesInARow) {
+TEST_F(Walk, TheLimitCountsPressesInARow) {
   markPages({1, 2, 3});
   plan.stops = {-1, -1, 1, -1, -1, 2, -1, -1, 3};
   walk(2);
   EXPECT_THAT(written, ElementsAre(1, 2, 3));
 }
 
-TEST_F(Walk, EndsWhereTheSamePagesComeBackForEver) {
+TEST_F(Walk, EndsIfTheSamePagesRepeatForever) {
   markPages({1, 2});
   for (int n = 0; n < 1000; ++n)
     plan.stops.push_back(1 + n % 2);
@@ -142,21 +142,21 @@ TEST_F(Walk, OfAllPagesGoesOnAfterADamagedOne) {
   EXPECT_THAT(damaged, ElementsAre(0, 3));
 }
 
-TEST_F(Walk, WithoutTheButtonThereIsThePageShown) {
+TEST_F(Walk, WithoutTheButtonThePageShownIsWritten) {
   markPages({0, 1});
   TavrelView::ToolButtonDetach(TavrelView::ToolBarFindButton(bar, runtime.atoms.atom(tools::nextButton)));
   walk();
   EXPECT_THAT(written, ElementsAre(0));
 }
 
-TEST_F(Walk, WithoutAToolBarThereIsThePageShown) {
+TEST_F(Walk, WithoutAToolBarThePageShownIsWritten) {
   markPages({0});
   app.removeToolBar();
   walk();
   EXPECT_THAT(written, ElementsAre(0));
 }
 
-TEST_F(Walk, OfAllPagesTakesThemInOrderMarkedOrNot) {
+TEST_F(Walk, OfAllPagesVisitsThemInOrderMarkedOrNot) {
   markPages({3});
   TavrelView::PageViewShowPage(view, 3);
   tools::walkAllPages(app, *document, sink());

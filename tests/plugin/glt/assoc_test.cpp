@@ -92,13 +92,13 @@ TEST_F(Associations, BytesCanBeChangedInPlace) {
 }
 
 TEST_F(Associations, DeletingRemovesOneEntryAtAnyPosition) {
-  for (const uint16_t key : {1, 2, 3}) {
+  for (const uint16_t deleted : {1, 2, 3}) {
     for (const uint16_t key : {1, 2, 3})
       put(docA, key, 0, std::to_string(key).c_str());
-    EXPECT_EQ(AssociateDelete(docA, key, 0), 1);
-    EXPECT_EQ(get(docA, key, 0), "");
+    EXPECT_EQ(AssociateDelete(docA, deleted, 0), 1);
+    EXPECT_EQ(get(docA, deleted, 0), "");
     EXPECT_EQ(all().size(), 2U);
-    EXPECT_EQ(AssociateDelete(docA, key, 0), 0) << "it is deleted";
+    EXPECT_EQ(AssociateDelete(docA, deleted, 0), 0) << "it is deleted";
   }
 }
 

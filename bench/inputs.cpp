@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Generates the files that are measured, with a fixed seed.
 #include "bench/inputs.h"
 

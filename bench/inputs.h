@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Highlight files for benchmarks, generated in every run, always the same.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The list alone, in comparison with a naive baseline that searches all pages and all positions from the first on.
 #include <cstdlib>
 #include <functional>

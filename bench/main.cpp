@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // bench DOCUMENTS [--benchmark_filter=PATTERN] [...]     measures our speed and that of others; prints tables
 //
 // Nothing here passes or fails. Everything is measured several times, in one random order, so that other load of the

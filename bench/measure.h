@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The functions with which the parts of the benchmark program register, and the parts.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The other libraries: expat and libxml2 report elements as they come, pugixml builds a tree.
 #include "bench/parsers.h"
 

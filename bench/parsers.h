@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Reads a highlight file with three XML libraries, each as its manual describes it. Attributes are read directly,
 // without checks.
 #pragma once

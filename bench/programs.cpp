@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The commands as processes, in comparison with similar programs and the same document.
 #include <fcntl.h>
 #include <spawn.h>

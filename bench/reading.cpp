@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Highlight files from bytes to a list: our reader, through its public entry point and with registration, in comparison
 // with three XML libraries that only read the three numbers of each hit, into an array or into the same kind of list.
 #include <sys/wait.h>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The time that the host spends in the plug-in: at set-up, and each time that a page is drawn.
 #include <memory>
 #include <string>

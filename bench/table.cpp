@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The tables, in Markdown: medians of the repetitions; the spread is half the distance between the quartiles.
 #include "bench/table.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Prints the measurements as tables: a line for each thing measured, a column for each program or library, and the
 // ratio of each column to the first.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Starts a viewer on an otherwise empty display and reads the root window, about once a millisecond, until the viewer's
 // page or its hits are visible. Called by bench/viewers, which starts the display.
 //

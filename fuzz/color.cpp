@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The small conversions of a highlight file's words over any text, each compared with a separate computation.
 //
 // Input: a text, and after its first zero byte a second one to compare it with.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The lexer over any text: it terminates, no token is empty or longer than the limit, every kind is one of the six,
 // line breaks hold as many line feeds as their kind says, and all tokens together are the text. The reader finds the
 // lexer's words, and finds all tags when it skips the text between them.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The reader of highlight files over any bytes, with host calls and allocations that fail where the input says: no
 // frame is left open, and a good file that is read afterwards is registered. Where nothing fails, nothing stays open,
 // and no block of the host's stays allocated except the working copy of a file that is no highlight file. Memory is

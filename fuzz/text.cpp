@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The string functions of plugin/util and plugin/md over strings of both kinds, in blocks exactly as long as their
 // contracts say: no access beyond them, and results as the checks compute them.
 //

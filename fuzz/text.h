@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Shared by the text fuzzer's checks: the arguments taken from an input, and heap blocks exactly as long as a contract
 // says, so that an access beyond them is detected.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Formats, searches, white space, paths and fields (plugin/util/miUtils.h and miText.h).
 #include <algorithm>
 #include <cstdlib>

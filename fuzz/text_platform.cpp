@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Texts and labels in a single-byte and in a multi-byte locale, pairs of bytes, comparison (plugin/md/mdUtils.h).
 #include <clocale>
 #include <cstring>

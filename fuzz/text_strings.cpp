@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Strings of both kinds (plugin/util/miUtils.h): lengths, comparisons, copies, replacement.
 #include "fuzz/require.h"
 #include "fuzz/text.h"

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # Functions of ./run, ./test and CI: install missing packages, build, fetch documents. Sourced with the root directory as
 # the current one.
 set -euo pipefail

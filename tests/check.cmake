@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # check/assertions.py finds tests that assert nothing; check/assertions_test.py tests the check. The result is the same in
 # every preset, so it runs only in those without sanitizers, coverage and the C library's checks.
 if(TAVREL_SANITIZE OR TAVREL_COVERAGE OR TAVREL_FORTIFY)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # Documents, selections, searching. qpdf makes the encrypted ones.
 find_program(QPDF qpdf REQUIRED)
 tavrel_test(NAME document_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/document/*.cpp

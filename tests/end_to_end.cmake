@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # From the command line to the pixels of a page, on documents made by other programs.
 set(test_documents ${CMAKE_BINARY_DIR}/test-documents)
 add_test(NAME documents COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/documents/make.sh ${test_documents})

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # Tests that the cost grows linearly: counts instructions for n and for 2n (growth/growth.py). Not under sanitizers,
 # which valgrind cannot run, and not with coverage's counters, which add instructions.
 if(TAVREL_SANITIZE OR TAVREL_COVERAGE)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # The host's kernel. Each test plug-in is a library; most share LoadedPlugin.cpp.
 set(test_plugins ${CMAKE_BINARY_DIR}/test-plugins)
 function(test_plugin name)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # Compares the lexer and the reader with a second implementation of both, in Python: tests/model/. `model` compares a few
 # files; the target `model_million` compares a million, in about ten minutes on two cores.
 find_package(Python3 COMPONENTS Interpreter)

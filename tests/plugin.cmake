@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # The plug-in's tests: its objects and the recording host in one program, without the plug-in's `main`.
 include(${CMAKE_CURRENT_SOURCE_DIR}/recording_host.cmake)
 

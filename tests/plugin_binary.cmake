@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # The plug-in as a library file, and a test for compilers that lose values stored in a protected region.
 tavrel_test(NAME plugin_library_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugin/binary/library_test.cpp
             LIBRARIES sdk ${CMAKE_DL_LIBS})

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # The example plug-ins as libraries in the real host: all together, and each without the others.
 tavrel_test(NAME plugins_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/*.cpp LIBRARIES tools test_support)
 tavrel_test(NAME plugins_alone_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/alone/*.cpp

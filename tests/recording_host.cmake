@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # The recording host as a library, for programs that link the plug-in's objects: the tests and the fuzzing programs. Needs
 # GoogleTest and the plug-in's target `glint`.
 include_guard(GLOBAL)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # Injects a fault at every host call and every allocation of many scenarios. One test, so that it prints one total.
 file(GLOB torture_sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/torture/*.cpp)
 add_executable(torture_test ${torture_sources})

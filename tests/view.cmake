@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # The view and the command that draws marked pages.
 tavrel_test(NAME view_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/view/*.cpp LIBRARIES host_view test_support)
 tavrel_test(NAME desktop_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/view/desktop/*.cpp

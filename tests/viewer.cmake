@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # The viewer's window, used with a pointer and keys on private displays, with and without a window manager. Each class of
 # tests is registered as one test, because starting a display takes longer than pressing a button.
 find_package(Python3 COMPONENTS Interpreter)

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # The viewer's model, without a window.
 find_program(QPDF qpdf REQUIRED)
 tavrel_test(NAME viewer_model_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/viewer_model/*.cpp

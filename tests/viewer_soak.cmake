@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # The soak test of the window, in a separate program, because it counts the resources of the process. Not with sanitizers,
 # which replace the allocator.
 if(TAVREL_SANITIZE)

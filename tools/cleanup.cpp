@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Does on a signal, and on exit() or quick_exit(), what destructors do otherwise. Output files and the private display
 // register here.
 #include "tools/cleanup.h"

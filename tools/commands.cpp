@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The command line of `tavrel`. Each subcommand has a separate source.
 #include "tools/commands.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Lists damaged pages, counted from 1, consecutive ones as a range: "3, 7-9".
 #include "tools/damage.h"
 

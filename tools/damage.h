@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The damaged pages of a document. Commands leave them out, go on with the others, and report them at the end.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Starts and ends a private X server. The render command and the tests of the window system own one each.
 #include "tools/display.h"
 

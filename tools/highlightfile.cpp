@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Reads highlight files. Only plug-ins interpret them. The size limit and the check for other kinds of files are in
 // plugins/BRZ/content.cpp, which is used here too.
 #include "tools/highlightfile.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // `tavrel hits DOC WORDS...`: searches a document for a phrase and writes a highlight file. Exit statuses: exit.h.
 #include "tools/hits.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // `tavrel hits`: searches a document for a phrase and writes a highlight file of what it finds.
 #pragma once
 

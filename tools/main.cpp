@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The program `tavrel`. The commands without a window are in a library, which tests link.
 #include "tools/commands.h"
 #include "tools/view.h"

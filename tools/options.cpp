@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Shared options. An invalid value is thrown as an error of the command line, in one line.
 #include "tools/options.h"
 

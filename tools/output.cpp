@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Output files are written under another name in the same directory, synchronized, and renamed: after a crash of the
 // program or of the machine the earlier file or the new one exists. Used for every page and highlight file.
 #include "tools/output.h"

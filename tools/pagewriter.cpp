@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Pages as files. Encoding takes as long as rendering and may happen on other threads. Writing is fast: all files are
 // written on the caller's thread, in page order, and no page is written after one that fails.
 #include "tools/pagewriter.h"

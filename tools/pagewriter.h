@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Writes drawn pages as PNG files and prints a line for each. The render command owns one.
 #pragma once
 

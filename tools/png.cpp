@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Writes PNG files fast. A page of text is mostly white and repeats its letters: without filters, the quickest level
 // compresses it as well as the slowest level with all filters, in a third of the time. writeRows() has the setjmp that
 // the PNG library requires, and so no object with a destructor.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Progress on a terminal: lines scroll, the bar stays below them. A pipe or a file gets only the lines.
 #include "tools/progress.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The lines that a command prints for its pages, and, on a terminal, a progress bar below them.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // `tavrel render DOC HITS`: from a PDF and a highlight file to marked pages, in the same way as the viewer: plug-ins
 // are loaded, the document is opened, the file is delivered as auxiliary data, and the pages that are shown are drawn.
 #include "tools/render.h"

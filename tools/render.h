@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // `tavrel render`: draws the pages of a document with the hits of a highlight file marked.
 #pragma once
 

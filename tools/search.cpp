@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Finds a phrase among the words of a page. Words are compared folded (case, accents, ligatures) and without the
 // punctuation at their ends; a hit is given in characters of the page's text, unfolded.
 #include "tools/search.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Finds a phrase among the words of a page: whole words, without regard to case, accents and the punctuation around
 // them, also across line ends.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The command line of `tavrel view`. It is part of the program, not of the library of commands, so that the library
 // needs no window toolkit.
 #include "tools/view.h"

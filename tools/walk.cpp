@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The loop of the render command. It knows only the name of one button of a plug-in.
 #include "tools/walk.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Worker threads for the PDF library and for encoding images. Commands that process all pages of a document own one.
 #pragma once
 

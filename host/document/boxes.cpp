@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Corrects boxes in the frame of the word's line, so that one rule holds for every direction of writing.
 //
 // Vertical writing: the PDF library takes the origin of a vertical glyph, the middle of its upper edge, for the lower

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The boxes of words where those of the PDF library are wrong: vertical writing, and fonts without usable metrics.
 #pragma once
 

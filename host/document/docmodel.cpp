@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The "DocModel" table, and what plug-ins hold through it: live documents and selections, pages, word finders, words.
 // All of it belongs to a document, which destroys what a plug-in has not released when it closes.
 #include "tavrel/DocModel.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A document as the viewer and its plug-ins have it: a PDF file, the words of its pages as far as they were asked for,
 // and the selections made on them.
 #include "host/document/document.h"

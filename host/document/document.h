@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A PDF document: its pages, their words and characters in reading order, the selections made on them, and the
 // images of its pages.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Finds a text on a page. The page's words, joined by spaces, are folded to one string; for every unit of it the offset
 // of its character is stored. The text to find is folded in the same way and compared at every unit.
 //

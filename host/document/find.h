@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Finds a text on a page for a viewer's Find dialog: any part of the page's text, without regard to accents, across
 // line ends, and in words that are hyphenated there.
 #pragma once

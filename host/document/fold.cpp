@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Text as searches compare it. A character is folded without regard to its neighbours, so that a search knows which
 // character of a page each part of a folded text comes from.
 #include "host/document/fold.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Text as searches compare it: the same letters for everything that a reader would type the same way.
 #pragma once
 

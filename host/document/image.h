@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // An image of a page: rows of 32-bit pixels 0xFFRRGGBB in the machine's byte order, without padding.
 #pragma once
 

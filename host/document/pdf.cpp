@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The PDF library's side of a document: opens files, takes words from pages, draws pages. Everything about a page is
 // fetched when it is first asked for, so that opening a manual of a thousand pages costs no more than opening one.
 #include "host/document/pdf.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A PDF file as the PDF library has it: its pages, their words, their images. Knows nothing of plug-ins and may be used
 // on any thread, one at a time; two threads take two of these for the same file. pdf.cpp is the only source that
 // includes the library.

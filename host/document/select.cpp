@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Selections: turns ranges of characters or words into boxes, and keeps one selection for equal ranges.
 //
 // Ranges may overlap, but marks change the colours of the page: what two ranges share must not get two boxes, or it

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Selections: which boxes of a page a list of ranges marks, and one selection for equal lists.
 #pragma once
 

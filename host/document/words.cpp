@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Words of a page: UTF-16 into code points, and the order of the content stream.
 //
 // The PDF library gives boxes only in reading order. In the order of the content stream it gives only a text, so the

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Atoms: numbers for the names that plug-ins and host use. The runtime owns the only set.
 #include "host/kernel/atoms.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Callback handles. The runtime owns the only set; every layer that stores a callback asks here for its owner.
 #include "host/kernel/callbacks.h"
 

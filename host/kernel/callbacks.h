@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The functions that the host may call in plug-ins. A handle is the function itself; this class stores its owner.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The current instance of a class that table entries reach: an operation has no argument for the host itself.
 //
 // Making an object makes it the current one; when it is destroyed, the previous one is current again. Each test makes a

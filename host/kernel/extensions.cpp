@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The plug-ins by number. The runtime owns the only list; the loader fills it.
 #include "host/kernel/extensions.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The stack of exception frames, and the only function that raises. The runtime owns the stack; the entry points of the
 // tables raise (table.h), plugincall.cpp opens the host's own frames.
 #include "host/kernel/frames.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The stack of exception frames (sdk/tavrel/frame.h has the rules). Frames of plug-ins and of the host are on one
 // stack; a raise goes to the innermost and pops nothing.
 #pragma once

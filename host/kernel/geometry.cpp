@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Fixed-point arithmetic that saturates: a plug-in may transform anything, and a page may be of any size.
 #include "host/kernel/geometry.h"
 

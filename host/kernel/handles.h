@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The live objects of one kind, and the handles by which plug-ins name them.
 //
 // A handle is a number in a pointer type, not an address. Each number is given out once in the life of the program,

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The "Kernel" table: each operation calls the part of the runtime that implements it.
 #include "tavrel/Kernel.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The plug-in loader. Owns the list of plug-ins and their state; a program makes one after its tables are registered.
 #include "host/kernel/loader.h"
 

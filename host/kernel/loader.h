@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Finds plug-ins, starts them in the order of sdk/tavrel/plugin.h, and ends them.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Accounts for the memory that plug-ins take from the host. The runtime owns the only account.
 #include "host/kernel/memory.h"
 

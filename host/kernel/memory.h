@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The host's allocator for plug-ins: every block is known, with its size and the plug-in that was being called.
 #pragma once
 

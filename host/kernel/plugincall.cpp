@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The only setjmp of the kernel. Objects with destructors are outside of protectedCall: a raise jumps over nothing but
 // the plug-in and the body.
 #include "host/kernel/plugincall.h"

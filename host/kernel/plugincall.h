@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // All calls into plug-ins. The host opens its own frame around the call, closes the frames that the plug-in left open,
 // and reports a failure in one line.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Puts the kernel's parts together. Programs make one runtime before anything else of the host.
 #include "host/kernel/runtime.h"
 

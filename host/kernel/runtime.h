@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The runtime of plug-ins: atoms, callbacks, frames, memory, tables. It knows no document and no window; the layers
 // above register their tables here.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The host's tables and the plug-ins' servers. The runtime owns the only registry and fills it (addTable); RequestTable
 // and the TavrelSupport table work on it.
 #include "host/kernel/servers.h"

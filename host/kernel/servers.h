@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Tables by name and version: the host's own, and those that plug-ins offer through servers.
 #pragma once
 

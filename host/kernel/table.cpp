@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Tables of the host's own operations: only the check that none is missing.
 #include "host/kernel/table.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Builds a host function table from typed functions.
 //
 // Every entry is a thin wrapper around the host's own function: it catches every exception, destroys every object, and

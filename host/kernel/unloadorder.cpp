@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The order of unloading, a function of the uses of tables. The loader asks it before each plug-in that ends, because a
 // plug-in may still get tables while others end.
 #include "host/kernel/unloadorder.h"

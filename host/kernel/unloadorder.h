@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // In which order plug-ins end: the clients of a table before the plug-in that offers it.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Finds the version note among the notes that the system's loader has mapped with a library. The loader of plug-ins
 // calls it once for each library.
 #include "host/kernel/versionnote.h"

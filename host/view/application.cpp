@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The application. Programs make one after the runtime; it owns the open documents and the tool bar.
 #include "host/view/application.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The viewer as plug-ins see it: its open documents, its tool bar, and everything that they have registered.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Auxiliary data: bytes that belong to a document and that some plug-in understands.
 #pragma once
 

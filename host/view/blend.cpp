@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Chooses how a mark is blended by the colours that it covers.
 //
 // A highlighter multiplies, which keeps dark text on light paper. On a dark or coloured background the same would

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // How the colour of a mark is blended with what it covers, so that text keeps its contrast and the mark is visible.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Texts and images from the X resource database, and the top-level widget of a program without a window. The only
 // source of the host that uses X.
 #include "host/view/desktop.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The window system as plug-ins see it: the application's top-level widget, and texts and images that a user can
 // override in the X resource database.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A page view. Viewer documents own one each; the TavrelView table and the program that draws work on it.
 #include "host/view/pageview.h"
 

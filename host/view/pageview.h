@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The part of a viewer document that shows a page: which page, how large, which part of it, and what is painted on it.
 //
 // Nothing is drawn when something changes. A change marks the view invalid and notifies the listener; the program draws

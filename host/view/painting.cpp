@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Paints marks on the image of a page: each box once, blended by what it covers. Called while a page is drawn.
 #include "host/view/painting.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The tool bar's model. The application owns one; a window shows it, the TavrelView table changes it.
 #include "host/view/toolbar.h"
 

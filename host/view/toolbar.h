@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The model of a tool bar: its buttons, their order, texts and actions. It draws nothing.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The "TavrelView" table: each operation checks its handles and calls the part of the application that implements it.
 #include "tavrel/TavrelView.h"
 

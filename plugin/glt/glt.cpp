@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The registry: at most one record for a document, filed in the association table under the atom "GLT", twice.
 //
 // Calls into the host and into registrants may call the registry again for the same document. Over such a call no

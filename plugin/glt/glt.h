@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The highlight model and its operations: the list, the registry of documents, display, scrolling, jumping
 // and the tool bar buttons. The operations that other plug-ins share are described in tavrel/TavrelGLT.h as well.
 //

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The Prev and Next buttons of the host's tool bar: created once, inserted after Find Again, and their enabled tests.
 #include "plugin/glt/glt.h"
 #include "plugin/md/mdUtils.h"

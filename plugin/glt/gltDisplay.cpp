@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Puts the registered highlights on the screen, in two phases: first the view is turned and scrolled to them, then,
 // when the host draws the page, they are painted.
 #include "plugin/glt/glt.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The exported table: its server, made at export, and the table itself, built when the first client asks.
 #include "plugin/glt/gltHFT.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The table "TavrelGLT" that the plug-in offers to other plug-ins (tavrel/TavrelGLT.h says what is in it).
 #pragma once
 

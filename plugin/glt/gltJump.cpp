@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Moves a document's current highlight, notifies the registrant, and shows the new position.
 #include "plugin/glt/glt.h"
 #include "tavrel/TavrelView.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The highlight list: three levels of plain arrays, in order of adding, searched linearly: pages after a guess, entries
 // from the front. A list only grows.
 #include <cstdlib>

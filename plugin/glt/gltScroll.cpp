@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Brings a text selection into view. Paints nothing: the marks appear when the host draws.
 #include "plugin/glt/glt.h"
 #include "plugin/pi/PIFrame.h"

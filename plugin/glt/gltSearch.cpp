@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Three implementations of the search. An entry is 32 bits: its position, and its length, which is not compared. Four
 // or eight entries are compared at once, and the results of many comparisons are tested together.
 #include "plugin/glt/gltSearch.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Searching a page's highlights for a position, from the front, many at a time. Nothing is sorted or cached: a page
 // with n highlights costs n comparisons.
 #pragma once

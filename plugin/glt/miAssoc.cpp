@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The association table: one list for the process, with one entry per document that shows highlights.
 #include "plugin/glt/miAssoc.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The association table: private bytes attached to a host object under two 16-bit keys.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The auxiliary-data channel: the plug-in's two types, and what the host delivers under them.
 #include "plugin/input/gltAux.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // How highlight files arrive: the auxiliary-data channel, and the reader of the file.
 //
 // A highlight file is 8-bit text, written by a search engine:

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The lexer. It looks ahead by at most two characters and keeps them in the state, so that every character of the text
 // ends up in exactly one token.
 #include "plugin/input/gltLex.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The lexer: splits 8-bit text into words, spaces, line breaks, sentence ends and other characters. It is a general
 // word splitter; tags of a highlight file such as "<Body" and "</XML>" are single words to it.
 //

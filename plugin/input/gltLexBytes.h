@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The class of every byte, for the lexer (gltLex.cpp) and for the reader's fast path (gltWords.h).
 #pragma once
 

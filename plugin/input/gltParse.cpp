@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The reader of highlight files: registerGLT reads a file's bytes into one highlight list and registers it at
 // "</Body>". It is a tolerant scanner over words, not an XML parser. It has three parts:
 //

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Learning a tag's shape, and reading a tag that has it.
 #include "plugin/input/gltShape.h"
 

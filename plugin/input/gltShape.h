@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The shape of a tag: its bytes without its numbers. A program that writes highlight files usually writes all tags
 // alike, so each tag is expected to have the shape of the one before. If it has, only its numbers are read: the same
 // bytes between the same borders give the same words.

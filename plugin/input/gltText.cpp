@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The small conversions of the highlight file's words: colours, hexadecimal digits, comparison. They handle
 // ASCII in every locale, so that a file is read the same way everywhere.
 #include <cstring>

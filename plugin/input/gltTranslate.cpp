@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Translates a highlight list page by page, each in a separate frame, so that a raise ends only one page's translation.
 #include "plugin/input/gltTranslate.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The words that the fast path does not find, and skipping text between tags.
 #include "plugin/input/gltWords.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The words of a highlight file, where they are in the text: the first step of reading it (gltParse.cpp).
 //
 // They are the words that HWLEX_match returns, in the same order, with one difference: where tags are joined, a word is

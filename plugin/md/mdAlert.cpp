@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Modal alerts: a text, an icon by kind, one of four sets of buttons, shown and answered through the host.
 #include <cstdio>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The built-in resources and their caches, shared by the sources of this directory and their tests.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Everything in the plug-in that calls X: the shell widget and the size of a bitmap.
 #include <X11/Intrinsic.h>
 #include <X11/Shell.h>

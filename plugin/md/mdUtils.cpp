@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The built-in texts, labels and bitmaps: looked up by key in the host's resources, where users can override them, and
 // cached.
 #include "plugin/md/mdUtils.h"

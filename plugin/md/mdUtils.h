@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The platform layer: texts, labels and bitmaps, which users can override; alerts; the shell widget; and an assertion
 // report.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The only source of the plug-in that uses setjmp.
 #include "plugin/pi/PIFrame.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Protected regions: host calls that may raise, inside a frame of the plug-in. The rules are in tavrel/frame.h.
 #pragma once
 

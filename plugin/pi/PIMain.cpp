@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The one symbol that the plug-in exports: `main`, found by the host in the shared library.
 //
 // It has three arguments, so it is written under another name and given the symbol as an assembler label. It is

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Negotiation, set-up and handshake, and the globals in which the host's tables are held for the plug-in's life.
 #include "plugin/pi/mdPI.h"
 

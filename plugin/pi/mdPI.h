@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // How the host enters the plug-in: negotiation, set-up with the host's tables, handshake.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Export, initialisation and termination, in the order in which the host drives them, and the document notifications.
 // No frames here: a host call that raises ends the callback and propagates to the host's frame.
 #include "plugin/pi/miPI.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The plug-in's lifecycle: the callbacks that the handshake gives to the host, the notifications, and the global data.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Memory helpers: allocation through the host that raises instead of returning null, and wrappers.
 #include <cstdlib>
 #include <cstring>

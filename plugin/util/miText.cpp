@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Text helpers for byte strings, fields and paths, the time, and rounding.
 #include "plugin/util/miText.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Text helpers of the utility library: white space, paths, fields, time, rounding. Strings are of the two kinds of
 // miUtils.h and are changed in place; no pointer may be null unless its function's comment says so.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Strings of both kinds: lengths, comparisons, bounded copies, replacement.
 #include "plugin/util/miUtils.h"
 

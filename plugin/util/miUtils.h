@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The utility library: allocation, bounded copies, and strings of two kinds.
 //
 // A byte string ends in one zero byte. A UCS string starts with the mark 0xFE 0xFF, goes on in 16-bit big-endian

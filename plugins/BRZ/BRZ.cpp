@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // A plug-in that handles the open parameters of a document, as in a link: "page=3" shows that page, "xml=hits.xml"
 // attaches the highlight file. The host passes the parameters; the file's bytes are attached as auxiliary data, which
 // another plug-in reads. Errors are reported on standard error and on the status line.

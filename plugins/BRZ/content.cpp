@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // Checks a file's bytes before they are attached. Owns nothing.
 #include "content.h"
 

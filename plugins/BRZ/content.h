@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // Checks highlight files: their size, and their first bytes. Uses neither the host nor other plug-ins; the commands of
 // tools/ are built with the same source.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // Reads files. Owns the bytes of the last one.
 #include "file.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // Reads a file completely, up to a limit. One file at a time is kept, in a static variable: if a host call raises, the
 // caller cannot free it, and the next file replaces it.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // Reads a document's open parameters. The functions have no state.
 #include "parameters.h"
 

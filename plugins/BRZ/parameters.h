@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // Parses the parameters after '#' in a document's address ("page=3&xml=hits.xml").
 //
 // Makes no host calls and allocates nothing.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // A plug-in that shows the number of the current hit on the status line after each page is drawn: "hit 7 of 42, page 2
 // of 6". It uses only the interface in sdk/, and reads the hits through the table "TavrelGLT"; without that table it
 // does nothing.

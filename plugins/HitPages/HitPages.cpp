@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // A plug-in that marks the pages with hits beside the scroll bar after each page is drawn. It uses only the interface
 // in sdk/, and reads the hits through the table "TavrelGLT"; without that table it does nothing.
 //

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // The "Desktop" table, version 0x00040000: the window system. Plug-ins look their texts and images up here, so that a
 // user can override them in the X resource database (`Highlight.helpNext: ...`). Tags: see Kernel.h.
 #pragma once

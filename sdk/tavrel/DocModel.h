@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // The "DocModel" table, version 0x00050000: pages, words and text selections of a document, without any window.
 //
 // Pages count from 0. A page's words are numbered in reading order (word-extraction version 2) or in the order of the

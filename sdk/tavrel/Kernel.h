@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // The "Kernel" table: atoms, callbacks, exception frames, and access to every other table. The set-up record contains
 // it.
 //

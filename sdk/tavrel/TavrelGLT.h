@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // The "TavrelGLT" table, up to version 0x00050000: what the highlight plug-in offers to other plug-ins. A client asks
 // for it with Kernel::RequestTable, stores it in its own global `gTavrelGLTHFT` and calls `TavrelGLT::GLT_Jump(...)`.
 //

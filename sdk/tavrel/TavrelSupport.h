@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // The "TavrelSupport" table, version 0x00050000: memory, tables that plug-ins offer, fixed-point geometry.
 // Tags: see Kernel.h.
 #pragma once

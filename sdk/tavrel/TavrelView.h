@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // The "TavrelView" table: viewer documents, page views, the tool bar, alerts, notifications, auxiliary data, the status
 // line and the scroll bar. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with SetStatusText, 0x00050003
 // with DocMarkPages; a host provides all three.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // Exception frames: how the failure of a host operation reaches the plug-in.
 //
 // A host operation marked [raises] does not return when it fails: the host stores the error code and calls the restore

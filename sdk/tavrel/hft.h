@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // How a host function table is called, and the only cast between an entry and a function.
 //
 // Every table has its own header, with one line for each operation: its index, its name and its signature. That line

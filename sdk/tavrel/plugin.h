@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // How the host enters a plug-in: the exported entry point and the two records that are exchanged.
 //
 // A plug-in is a shared library that exports one symbol, `main`, of type `PluginMain`. The host then calls, in this

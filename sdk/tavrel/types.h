@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
 // The types that cross the interface between the host viewer and its plug-ins: handles, atoms, fixed point,
 // rectangles, colours, text ranges. Pointers and handles are pointer-sized; everything else has the width that its
 // type names. Nothing here depends on X or on a PDF library.

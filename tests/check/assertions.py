@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 """Finds tests that assert nothing: they pass whatever the code does.
 
     python3 tests/check/assertions.py                the sources below tests/

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 """assertions.py on small trees: tests that it must report, and tests that it must accept."""
 
 import contextlib

@@ -1,4 +1,6 @@
 #!/usr/bin/env bash
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # Makes the documents that the end-to-end tests read, into the folder given. Each has one
 # property of real documents; the texts are original.
 set -euo pipefail

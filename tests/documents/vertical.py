@@ -1,4 +1,6 @@
 #!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 """Writes a PDF with vertical writing: vertical.py FONT.ttf OUT.pdf
 
 The complete font is embedded; its glyphs are shown by Identity-V. PAGES describes the pages.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Every command that a test starts uses the plug-ins of this build; without this a program finds only installed ones.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The command as its user sees it: its output, the inputs that it refuses, and its exit status.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // From a real PDF and a phrase to marked pages, with the commands of a user. The words' positions come from another
 // program: a mark covers the word of every hit, and nothing else on the page has changed.
 #include <gtest/gtest.h>

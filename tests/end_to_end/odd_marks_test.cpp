@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Marks of vertical writing, of words without area, and over text on dark and coloured backgrounds. Runs the commands
 // of a user and compares pixels.
 #include <gmock/gmock.h>

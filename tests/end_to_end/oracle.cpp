@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The oracle of the end-to-end tests, on the command-line tools of the PDF library and on libpng's simple interface.
 #include "tests/end_to_end/oracle.h"
 

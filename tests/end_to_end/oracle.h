@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Independent sources of the end-to-end tests: the words of a page as another program reports them, and the pixels of
 // an image file. Nothing here uses this project's text extraction or painting.
 #pragma once

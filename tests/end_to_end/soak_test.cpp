@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A soak test of one document: after 20,000 draws and 2,000 registrations nothing has grown.
 #include <gtest/gtest.h>
 

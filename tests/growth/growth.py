@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 """Tests that the cost grows linearly with the input: python3 growth.py VALGRIND DRIVER [--jobs J]
 
 DRIVER is the program made from growth_driver.cpp. Has callgrind count its instructions for n and for 2n units of each

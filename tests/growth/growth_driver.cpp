@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The program whose instructions growth.py counts: growth_driver FAMILY UNITS makes a text of so many repeated units,
 // reads it as a highlight file and splits it into words, and prints how much was found. Only the two functions whose
 // names begin with "measure" are counted, so neither making the text nor starting the program is.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Converts the arguments of a host call into the text of a trace: numbers in decimal, texts in quotes, handles and
 // functions by their names in the recording host.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Runs an operation with a fault at its first step, at its second and so on, until it ends without one. Each round has
 // a new host, and the invariants are checked after it.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The recording host: stubs made from the operations' lines, a trace, faults, and a plain default for every operation.
 #include "tests/host/RecordingHost.h"
 

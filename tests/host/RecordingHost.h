@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A host for tests: offers every operation, records every call with its arguments, counts what is open, and injects
 // faults.
 //

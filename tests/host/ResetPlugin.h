@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Test access to the plug-in's internals: resetting it to the state at load, and the names of its functions and objects
 // that it passes to a host.
 #pragma once

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 """Compares model.py with the plug-in, file by file: python3 compare.py DRIVER [--files N] [--seed S] [--jobs J]
 
 DRIVER is the program made from lexer_reader_driver.cpp. Prints the number of files compared, how many of them were

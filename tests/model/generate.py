@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 """Makes highlight files, good and bad, for the comparison of model.py with the plug-in.
 
 Everything follows from a seed and the number of a block, so any file can be made again: block B of seed S holds

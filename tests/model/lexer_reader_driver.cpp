@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The C++ side of the comparison with model.py: reads files from standard input, each after its length in four bytes,
 // least significant first, of which the top bit says that the user answers the version question with no. Runs the lexer
 // and the reader over each and prints a line as model.py's `line` makes it.

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 """A second implementation of the plug-in's lexer and reader of highlight files, in simple Python.
 
 It is independent of the C++ code. compare.py runs both on the same files and reports differences.

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 """Makes small changes to sources, one at a time, and lists those that no test notices.
 
     python3 tests/mutants/mutants.py                            all suites: hours on one core

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 """The small changes that mutants.py makes to a C++ source, one at a time: their positions and their replacements.
 
 Works on tokens, not on a syntax tree. It depends on the layout of clang-format: an operator between two operands has

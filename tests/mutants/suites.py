@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 """The suites of mutants.py: which test programs test which sources. Builds the programs, relinks them and runs them.
 
 A suite is the sources of a library and the test programs that link it. All work is done on copies in a temporary

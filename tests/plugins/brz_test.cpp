@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Documents opened with a page and a highlight file, which the highlight plug-in reads.
 #include "Plugins.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Two plug-ins together: one has hits, the other reads them through its exported table. The test registers lists
 // through the same table.
 #include "Plugins.h"

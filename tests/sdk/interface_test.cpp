@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A plug-in with widgets of its own includes X first; the interface must compile after it, though both have an Atom.
 #include <gtest/gtest.h>
 

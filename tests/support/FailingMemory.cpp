@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The wrapped allocators: count, inject failures, and record every block.
 #include "tests/support/FailingMemory.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Makes allocations of a test program fail, and counts its blocks: wraps malloc, calloc, realloc and free, as the
 // program's own objects call them. The program is linked with --wrap for these four; operator new and libraries are not
 // affected.

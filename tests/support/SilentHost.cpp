@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The silent host: its tables are made from the operations' lines; the few operations that callers rely on are
 // implemented here.
 #include "tests/support/SilentHost.h"

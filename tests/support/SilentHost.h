@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A host whose operations do nothing: for measuring what the plug-in itself costs. Memory comes from the C library, an
 // atom is always 1, a callback is its function, and everything else returns 0 or null.
 //

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A host application's top-level widget, realised on a display, as the parent of the plug-in's shell.
 //
 // Includes no X header: those declare `Atom` and `Widget`, too, which conflict with the host interface's.

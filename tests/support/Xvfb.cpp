@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Starts Xvfb and waits for the display number that it writes: the server picks a free one itself, so that tests run
 // side by side, and writes it once it listens.
 #include "tests/support/Xvfb.h"

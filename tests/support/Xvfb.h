@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A private X server for tests that need a display: without other clients, and with a display number that it chooses.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Writes PDFs for tests: one font, one content stream per page, a cross-reference table.
 #include "support/pdf.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Small PDFs for tests, written when the test runs: pages with text at given positions. And a directory for them.
 //
 // The text is set in one font. In a typewriter font every character is 0.6 times as wide as the font is high, so a test

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A stand-in for the toolkit on machines without X: a top-level widget that is only an address, and the plug-in's shell
 // with the same host calls. Code that only passes widgets on is tested as on other machines.
 #include "plugin/md/mdResources.h"

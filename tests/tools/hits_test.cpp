@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The command `tavrel hits`: the file that it writes, its messages, and its exit status.
 #include "tools/hits.h"
 

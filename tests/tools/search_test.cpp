@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Finding phrases: whole words, folded, across line ends; and the range of a hit.
 #include "tools/search.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The rounds of a scenario, and the checks after each.
 #include "tests/torture/Torture.h"
 

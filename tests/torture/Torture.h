@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Torture: a scenario runs once to count its host calls and its allocations, and then once for every fault: each call
 // fails by value, by a raise, and by raises from it on; each allocation fails alone, and together with all later ones.
 // After every fault the invariants are checked, and the plug-in does a smoke run, whose result must be the same as in a

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Other plug-ins: requesting the table, calling every entry of it as a client, and translating word numbers into
 // character offsets.
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Highlight files of many shapes.
 //
 // A raise during a file's registration loses the reader's working copy and its list, as the reader opens no frame

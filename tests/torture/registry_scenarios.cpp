@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Registrations, first ones and replacing ones, and unregistering.
 //
 // No registration opens a frame, and none loses a block: no host call comes between copying the list and filing the

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The buttons and the platform layer: alerts, texts, labels, bitmaps.
 #include "plugin/input/gltAux.h"
 #include "plugin/md/mdResources.h"

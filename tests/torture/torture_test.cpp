@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Every scenario with every fault, and the number of faults.
 #include <gtest/gtest.h>
 

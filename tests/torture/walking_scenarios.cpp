@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Draws, positions, and every jump in every view mode, from the list's start, from its middle and from its end.
 #include "plugin/pi/miPI.h"
 #include "tests/torture/Torture.h"

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # A private display, and a viewer on it that reports every change of its state. Nothing here sleeps for a fixed time:
 # tests wait for the viewer's states, for the ends of programs and, where no state shows a change, for the screen, each
 # with a timeout after which the test fails.

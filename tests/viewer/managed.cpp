@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Waits for a window manager, which sets a property of the root window: `managed PROPERTY`.
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A program with a window in which another program is embedded: prints the window's number, then executes each line of
 // its input, "resize WIDTH HEIGHT" or "destroy", and prints the line afterwards. Ends with its input.
 #include <X11/Xlib.h>

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # Reads the pictures that `screenshot` writes: eight bits per colour, unfiltered rows.
 import struct
 import zlib

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Writes what the display shows as a PNG file: `screenshot FILE`.
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>

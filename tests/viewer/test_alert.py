@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # An alert of a plug-in: it asks about a highlight file of an unknown version of the word extraction.
 import os
 import subprocess

@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # Several documents, the Window menu, passwords, unreadable files, and files that change while they are shown.
 import os
 import shutil

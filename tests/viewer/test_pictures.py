@@ -1,3 +1,5 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
 # Six screenshots, whose important parts are checked. They are kept for inspection: harness.SCREENSHOTS.
 import os
 import unittest

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A viewer without a window: a session of 96 dots per inch, a test plug-in, and functions that make documents.
 //
 // The window is 400 by 300 pixels and the pages are 400 points wide: a page that fits the width has a pixel per point.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A thread with results to collect wakes the test. The test waits for it, and fails after a timeout.
 #pragma once
 

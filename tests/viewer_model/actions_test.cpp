@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The table of actions, and the translations and resources that belong to it. No test opens a display.
 #include <gmock/gmock.h> // before X, whose names are macros
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The cache of rendered pages: its bound, and which pages are dropped.
 #include "viewer/model/cache.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // What a session shows: rendered pages, awaited pages, pages with errors; and drawing during calls of plug-ins.
 #include <gmock/gmock.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The find dialog's work. The window is 400 by 300 pixels, a page is as wide as that and 600 pixels high.
 #include <gmock/gmock.h>
 

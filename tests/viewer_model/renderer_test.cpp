@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The rendering thread: files, pages, and requests that are obsolete.
 #include "viewer/model/renderer.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Documents of a session: opening, closing, reloading, and which is in front.
 #include "viewer/model/session.h"
 

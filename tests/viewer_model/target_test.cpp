@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // What an argument of the command line means: a file, and parameters after its name.
 #include "viewer/model/target.h"
 

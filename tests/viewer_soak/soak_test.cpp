@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Soak: 500 documents are opened and closed and 10,000 pages turned, in a real window with all plug-ins. File
 // descriptors, X server resources and blocks of the host must be as many at the end as early in the run, and the
 // allocated memory may have grown by less than 4 KB.

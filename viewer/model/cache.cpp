@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The rendered pages of all open documents. The session owns one.
 #include "viewer/model/cache.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Rendered pages, up to a number of bytes: the most recently used ones are kept.
 #pragma once
 

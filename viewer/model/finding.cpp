@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The find dialog's work: steps through the matches on a page, has the searcher look for the next page that has any,
 // and marks them. Independent of what plug-ins mark.
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The rendering thread. It opens each document's file separately, because the PDF library needs one instance per
 // thread.
 #include "viewer/model/renderer.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The thread that opens files and renders pages, so that the window never waits for the PDF library. The thread that
 // owns it collects the results.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The searching thread. It keeps the last searched file open.
 #include "viewer/model/searcher.h"
 

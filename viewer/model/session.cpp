@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The session: opening and closing of documents, and drawing. Scrolling and zooming are in moving.cpp, the find
 // dialog's work in finding.cpp.
 #include "viewer/model/session.h"

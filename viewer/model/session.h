@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The viewer's logic and state, without a window: the open documents, the page in front, the matches of Find, and the
 // status line. A window calls the operations below, shows what draw() has drawn, and reads the rest.
 //

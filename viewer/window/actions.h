@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The table of all user actions: name, menu, keys on the page, button on the tool bar, and function. The keys of the
 // menus' entries are resources: share/Tavrel.ad.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Colours and images of the display. Every current display has a true-colour visual with a byte per colour.
 #include "viewer/window/colors.h"
 

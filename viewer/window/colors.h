@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Pixels on the display: puts 32-bit images onto drawables and converts pixel values to colours.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Each dialog is created when it is shown and destroyed when it is closed.
 #include "viewer/window/dialogs.h"
 

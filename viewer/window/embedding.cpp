@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The outer window: its size is followed, and the viewer ends when it is destroyed.
 #include "viewer/window/embedding.h"
 

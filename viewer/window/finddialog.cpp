@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The find dialog's widgets, created at the first use and kept.
 #include "viewer/window/finddialog.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Icons: strokes with round ends on a square of 16 by 16, antialiased by each pixel's distance from the nearest stroke;
 // and bitmaps, enlarged by an integer factor. Both become pixmaps, because a greyed bitmap would be stippled.
 #include "viewer/window/icons.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The icons of the tool bar: the viewer's are drawn from strokes at any size, plug-ins provide bitmaps.
 #pragma once
 

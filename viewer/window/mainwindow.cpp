@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The window: builds its parts, keeps them up to date, and turns events into actions.
 #include "viewer/window/mainwindow.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The window: menu bar, tool bar, page area, status line, and the dialogs. Shows the session's state and calls its
 // operations.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Menus are created once; the entries of plug-ins and documents are updated.
 #include "viewer/window/menubar.h"
 

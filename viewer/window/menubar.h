@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The menu bar: the actions in their menus, a menu of the plug-ins' buttons, and a menu of the open documents.
 #pragma once
 

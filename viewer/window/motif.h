@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Helpers for Motif: strings that free themselves, and callbacks that are C++ functions.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The command line's options for the display, and the default resources. Includes no X header: their macros conflict
 // with other headers.
 #pragma once

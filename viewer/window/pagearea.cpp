@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Paints the page and its surroundings. The window shows the session's last drawing, so that an exposure never calls a
 // plug-in.
 #include "viewer/window/pagearea.h"

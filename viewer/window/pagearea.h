@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The page on its background, a scroll bar for the document with ticks beside it, and a horizontal one for a page that
 // is wider than the window.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The state of the viewer as JSON. Dialogs are read from their widgets, so that tests see what users see.
 #include "viewer/window/testsocket.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Reports a running viewer's state to a test: after every change a line of JSON with the state of the model and the
 // positions of everything that can be pressed, sent to a socket on which the test listens. It takes no input: tests
 // press real buttons and keys.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The widgets of the tool bar. They are created again when buttons are added, removed or moved, which happens once or
 // twice in a session.
 #include "viewer/window/toolbarview.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The tool bar's widgets: the buttons of the host's model, in its order, with the page field after the buttons that
 // turn pages.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The toolkit: locale, display, resources, shell.
 #include "viewer/window/toolkit.h"
 

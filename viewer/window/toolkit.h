@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The connection to the display, the toolkit's application context, and the viewer's top-level shell.
 #pragma once
 

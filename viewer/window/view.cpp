@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Creates the viewer and runs it. A thread opens the file while the toolkit and the plug-ins start.
 #include "viewer/window/view.h"
 

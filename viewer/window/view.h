@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // `tavrel view`: the viewer with its window, from the command line to its end.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Boxes of words that the PDF library positions wrongly or gives no area: vertical writing, fonts without metrics.
 #include "host/document/boxes.h"
 

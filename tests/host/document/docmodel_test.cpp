@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The "DocModel" table as a plug-in sees it: each operation called through the table, each failure as a raise.
 #include "tavrel/DocModel.h"
 

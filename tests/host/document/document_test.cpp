@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Documents: opening them or saying why not, the words of their pages and where they lie, images of pages.
 #include "host/document/document.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Finding a text on a page: any part of it, folded, across line ends and in hyphenated words; and what a hit marks.
 #include "host/document/find.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Text as searches compare it: folding, white space, UTF-8.
 #include "host/document/fold.h"
 

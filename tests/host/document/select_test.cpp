@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Selections: which boxes ranges of characters and words cover, and one selection for equal ranges.
 #include "host/document/select.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Words from what the PDF library gives: UTF-16, and the order of the content stream.
 #include "host/document/words.h"
 

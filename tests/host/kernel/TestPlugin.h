@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A plug-in inside of the test: it has a number, calls the host's tables, and the host calls its functions.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Exception frames, and calls into plug-ins that go wrong.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

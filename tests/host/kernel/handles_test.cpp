@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Handles: numbers that name objects, and that no other object ever gets.
 #include "host/kernel/handles.h"
 

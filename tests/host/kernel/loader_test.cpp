@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The loader, with small plug-ins that do one thing right or wrong (tests/host/plugins).
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

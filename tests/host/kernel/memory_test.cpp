@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The host's allocator for plug-ins.
 #include <gtest/gtest.h>
 #include <sys/resource.h>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Atoms, callbacks, plug-in numbers: what things are called.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

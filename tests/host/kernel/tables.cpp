@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The tables as a plug-in has them: tests call the host through these.
 #include "tavrel/Kernel.h"
 #include "tavrel/TavrelSupport.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The order in which plug-ins end, by who uses whose tables.
 #include "host/kernel/unloadorder.h"
 

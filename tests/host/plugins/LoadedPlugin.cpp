@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The common part of every plug-in of the loader's tests: it records each call in the journal and behaves as its
 // LoadedPlugin specifies.
 #include "LoadedPlugin.h"

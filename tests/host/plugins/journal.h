@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A table by which the plug-ins of the loader's tests record what was called. The test offers it.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A plug-in with notes before its version's, each of which a careless search takes for it: another owner of the same
 // length, the same owner with another type, an owner and a content whose sizes are no multiples of four.
 #include "LoadedPlugin.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // One table offered, one used. Every call is noted in the journal.
 #include "peer.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Plug-ins of the loader's tests that use each other's tables. A table has the plug-in's name and one operation.
 #pragma once
 

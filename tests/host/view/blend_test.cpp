@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Marks over text on backgrounds of all kinds: readable text stays readable, and the mark is visible.
 #include "host/view/blend.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Drawing: deferred, one at a time, with every page-draw procedure painting on the page.
 #include <gmock/gmock.h>
 

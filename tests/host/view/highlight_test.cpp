@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Highlights: what a plug-in marks at once on the page as it is on the screen, by its pixels. A program shows the last
 // drawing with the view's highlights on it.
 #include "Viewer.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Page views by way of the TavrelView table: pages, scrolling, batches, the transform, the drawing colour.
 #include "Viewer.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The tool bar, by way of the TavrelView table.
 #include <gmock/gmock.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A page view as a window shows it: how large a page is, which part of it is drawn, and where its pages come from.
 #include <gmock/gmock.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A test of compilers: are the values that a protected region stores still there after the jump out of it?
 //
 // Where g++ sees that a body never returns, it assumes that nothing reads what the body stored: the handler then reads

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The plug-in as it is shipped: the shared library's exports and dependencies, and that a host that has a `main`, too,
 // gets the plug-in's.
 #include <dlfcn.h>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Mapping a record to a text selection, and showing it: turning, scrolling, painting, redrawing.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // When the tool bar buttons are enabled. The answers come from the view mode, the current position, the list's pages
 // and the page on the screen. They differ from what a jump does in a few rows, which say so.
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Jumping: the position after each code from each position, the registrant's notifications, and whether the view
 // follows.
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Highlight lists for tests: made from triples, converted to triples, deleted by their owner.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Re-entrancy: the registrants' procedures, and host calls that end in another plug-in or in a draw, may register,
 // unregister and jump for the document that is being worked on. Nothing may be freed twice or used after it is freed
 // (which the sanitizers detect), no registrant may be notified twice that its list is destroyed, and the last action

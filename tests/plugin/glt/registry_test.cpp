@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The registry of documents: registering, unregistering, and what is kept of a registration.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Scrolling to a selection: the arithmetic, and the sequence of host calls around it.
 #include <gtest/gtest.h>
 

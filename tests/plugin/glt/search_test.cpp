@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The search of a page's entries, in every implementation that this machine supports.
 #include "plugin/glt/gltSearch.h"
 

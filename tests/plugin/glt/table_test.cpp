@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The table "TavrelGLT" that the plug-in offers: its server, its versions, its entries.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Attributes of a highlight file's body tag, and what is registered with them.
 #include <gtest/gtest.h>
 

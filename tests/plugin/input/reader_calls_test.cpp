@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // What the host is asked, call by call, while a highlight file becomes highlights on its document.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Highlight files that cannot be read or registered: what is returned, and what is not freed.
 #include <gtest/gtest.h>
 

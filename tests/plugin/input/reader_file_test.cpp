@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The order of a highlight file's tags: which files are registered, and with which highlights.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The reader's small helpers: colours, reversed hexadecimal digits, comparison.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Location tags of a highlight file, and the highlights that they make.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The memory that reading a file takes: its working copy, the list, and little more, for any content.
 #include <gtest/gtest.h>
 

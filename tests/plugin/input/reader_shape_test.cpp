@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Location tags that are alike, nearly alike, or spelled otherwise than those around them: each one has the meaning
 // that it has alone.
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Every word that the reader of highlight files knows, in all cases of letters.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Highlight files to registrations, for tests: reads a file for the host's document and returns what is registered.
 #pragma once
 

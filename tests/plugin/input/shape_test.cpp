@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The shape of a tag: that it is learned and followed, which does not show in what a file registers.
 #include "plugin/input/gltShape.h"
 

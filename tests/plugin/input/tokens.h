@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Text to tokens, for tests: drives the lexer to the end of a text and collects what it returns.
 #pragma once
 

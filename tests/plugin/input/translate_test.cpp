@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Word numbers into character offsets, by the host's words.
 #include "plugin/input/gltTranslate.h"
 

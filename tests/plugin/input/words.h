@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Text to words, for tests: by the lexer and by the reader's fast path, which must give the same.
 #pragma once
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The reader's words compared with the lexer's: the same ones, split between joined tags.
 #include "plugin/input/gltWords.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The built-in bitmaps and the icon bundle. What needs a display is in shell_test.cpp.
 #include <gtest/gtest.h>
 

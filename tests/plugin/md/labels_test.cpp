@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The labels of alert buttons, and strings without their menu mnemonics.
 #include <gtest/gtest.h>
 

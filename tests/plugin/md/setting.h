@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Settings that the texts and labels depend on, for tests: the C library's locale, a stand-in for the shell.
 #pragma once
 

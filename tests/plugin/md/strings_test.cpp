@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The built-in strings: their table, their lookup, copies that fit.
 #include <gtest/gtest.h>
 

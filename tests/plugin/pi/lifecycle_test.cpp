@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // From the export callback to the unload callback, with a real top-level widget where a shell is made.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The document notifications, and the complete sequences of host calls for a document's close and a page's drawing.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Negotiation, set-up and handshake: what the host passes, what the plug-in requests and what it writes.
 #include <gtest/gtest.h>
 

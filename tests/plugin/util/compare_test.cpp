@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Lengths and comparisons of byte strings and of UCS strings.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Copies and concatenations, bounded and not, of both kinds of strings. Expectations show every byte of the buffer.
 #include <gtest/gtest.h>
 

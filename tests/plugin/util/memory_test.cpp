@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Memory from the host, with a raise when it is exhausted, and the plain wrappers.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Strings of both kinds for tests: written as texts that hold their terminators, copied into buffers that show every
 // byte written.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Text helpers: substitution, counting, paths, fields, the time, rounding.
 #include <gtest/gtest.h>
 

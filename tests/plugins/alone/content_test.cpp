@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The check of a highlight file's bytes, and the limit of its size.
 #include "plugins/BRZ/content.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The parameters after '#' in a document's address, and the meaning of their values.
 #include "plugins/BRZ/parameters.h"
 

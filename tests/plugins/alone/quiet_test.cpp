@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Plug-ins that read hits, without a plug-in that has any.
 #include "tests/plugins/Plugins.h"
 

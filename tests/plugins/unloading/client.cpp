@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A plug-in that uses the highlight plug-in's table in its unload callback: it shows the buttons on the tool bar and
 // updates their states, which calls their enabled tests. By its name it is loaded before the highlight plug-in.
 #include "tavrel/Kernel.h"

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The highlight plug-in is unloaded together with a plug-in that uses its table until it is unloaded.
 #include <gmock/gmock.h>
 

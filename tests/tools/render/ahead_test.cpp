@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Results that other threads make for pages: in page order, within the limits, and with the first error in page order.
 #include "tools/ahead.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The private display, and the removal of the display and of an unfinished file when the program is killed.
 #include <fcntl.h>
 #include <gtest/gtest.h>

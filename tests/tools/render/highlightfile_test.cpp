@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Highlight files as commands read them: up to a limit, and other kinds of files refused.
 #include "tools/highlightfile.h"
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Output files that appear only when complete; images as PNG; the lines and the progress bar.
 #include <fcntl.h>
 #include <gmock/gmock.h>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Pages as files with a line each: the same files and lines in the same order, with and without other threads.
 #include "tools/pagewriter.h"
 

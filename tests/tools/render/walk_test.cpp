@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The loop that steps from hit to hit, with a plug-in inside the test.
 #include <gmock/gmock.h>
 

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A plug-in with three buttons: "buttons:Always" is shown in an embedded viewer, too, "buttons:OwnWindow" is not, and
 // "buttons:Detach" removes the application's button NextPage from the tool bar.
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A plug-in with a button for each operation whose effect on the screen is tested: highlights, registrations, drawings.
 // Its hits are the first word of the first page, in green.
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // A plug-in that puts a hit on each of the first three pages of every document and shows the code of each jump that it
 // is notified of on the status line.
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // The replaced allocators. Each block has a header that says whether it is counted.
 #include "FailingNew.h"
 

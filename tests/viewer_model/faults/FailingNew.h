@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Makes `new` fail for the code of a test program, on the threads that the test chooses, and counts the blocks that
 // this code has allocated. Allocations of the C++ library for this code count; those of the PDF library, which does not
 // handle failures, do not.

@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Exhausted memory in a viewer without a window: each allocation in turn fails while a document is opened, rendered,
 // searched, reloaded and closed. A failed action is repeated, as a user does it after the message; then all results
 // must be there, once.

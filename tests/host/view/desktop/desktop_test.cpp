@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // Texts and images from the X resource database, on a private display.
 #include <gtest/gtest.h>
 

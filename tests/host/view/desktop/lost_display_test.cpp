@@ -1,3 +1,5 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
 // What becomes of a command whose display is lost while its threads are at work.
 #include <gtest/gtest.h>
 #include <sys/socket.h>

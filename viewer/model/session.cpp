@@ -327,7 +327,7 @@ void Session::requestPages() {
       continue; // a damaged neighbour: the error is reported when it is in front
     }
   }
-  renderer_.want(std::move(wanted));
+  renderer_.want(wanted);
 }
 
 // The resolution is compared, too: the same width in pixels does not imply the same image.

@@ -97,7 +97,8 @@ private:
   throw CommandFailure(exitOutput, name + ": " + (errno != 0 ? std::strerror(errno) : "cannot be written"));
 }
 
-// Writes a complete file or none. A terminal, a pipe or a device is written to directly; a link stays a link.
+// Writes a complete file or none. A terminal, a pipe or a device is written to directly; a link to an
+// existing file stays a link.
 void writeFile(const std::string &name, const std::string &text) {
   std::error_code error;
   const fs::file_status status = fs::status(name, error);
@@ -149,6 +150,9 @@ Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err
 }
 
 ExitStatus searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream &err) {
+  std::error_code isNone; // one of them does not exist
+  if (fs::equivalent(options.output, options.document, isNone))
+    throw CommandFailure(exitUsage, options.output + ": is the document itself");
   const std::string color = options.color.empty() ? "" : checkedColor(options.color);
   const Phrase phrase = phraseOf(options.words);
   const Found found = search(options, phrase, err);

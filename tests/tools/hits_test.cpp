@@ -113,6 +113,14 @@ TEST_F(HitsTest, OutputThroughALinkLeavesTheLink) {
   EXPECT_THAT(test::bytesOf(target), StartsWith("<?xml"));
 }
 
+TEST_F(HitsTest, TheDocumentIsNotOverwritten) {
+  options.output = (folder.path() / "." / options.document.filename()).string();
+  const auto size = std::filesystem::file_size(options.document);
+  EXPECT_EQ(run(), exitUsage);
+  EXPECT_EQ(err.str(), "tavrel: " + options.output + ": is the document itself\n");
+  EXPECT_EQ(std::filesystem::file_size(options.document), size);
+}
+
 TEST_F(HitsTest, OutputToADeviceLeavesTheDevice) {
   options.output = "/dev/null";
   EXPECT_EQ(run(), exitDone);

@@ -206,16 +206,17 @@ PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
     std::swap(made.size.width, made.size.height);
   if (!(made.size.width > 0 && made.size.height > 0))
     fail(file_, "page " + numberOf(page) + " is damaged: its page box is empty");
+  constexpr double longest = 200'000; // points, far beyond any printed page
+  if (!(std::max(made.size.width, made.size.height) <= longest))
+    fail(file_, "page " + numberOf(page) + " is damaged: its page box is too large");
   return shown_.emplace(page, std::move(made)).first->second;
 }
 
 PageSize PopplerFile::pageSize(int32_t page) {
   constexpr PageSize letter{612, 792};
-  constexpr double longest = 200'000; // far beyond any printed page
   try {
     const PageSize size = shown(page).size;
-    const bool usable = size.width >= 1 && size.height >= 1 && size.width <= longest && size.height <= longest;
-    return usable ? size : letter;
+    return size.width >= 1 && size.height >= 1 ? size : letter;
   } catch (const DocumentError &) {
     return letter;
   }

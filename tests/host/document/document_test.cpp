@@ -113,6 +113,13 @@ TEST_F(DocumentTest, PdfWithoutPagesIsRefused) {
   EXPECT_THAT(refusal(folder.write("none.pdf", test::pdfOf({}))), HasSubstr("is damaged"));
 }
 
+TEST_F(DocumentTest, APageThatNoResolutionDrawsIsDamagedAndNoOther) {
+  const auto document = open({PdfPage{}, {.width = 300'000, .height = 300'000}});
+  EXPECT_EQ(document->render(0, 72).width, 400);
+  EXPECT_THAT([&] { document->render(1, 8); },
+              testing::ThrowsMessage<DocumentError>(HasSubstr("page 2 is damaged: its page box is too large")));
+}
+
 // The page box of a PDF page, "left bottom right top"; its cropping makes it one without area.
 class EmptyBox : public DocumentTest, public testing::WithParamInterface<const char *> {};
 

@@ -9,6 +9,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -71,8 +72,8 @@ CLI::Validator number(double low, double high) { return checked(low, high, false
 CLI::Validator wholeNumber(double low, double high) { return checked(low, high, true); }
 
 void addPasswordOptions(CLI::App &command, std::string &password) {
-  CLI::Option *given =
-      command.add_option("--password", password, "The document's password; other users can read it there");
+  CLI::Option *given = command.add_option("--password", password,
+                                          "The document's password; other users can read it in the list of processes");
   command
       .add_option_function<std::string>(
           "--password-file", [&password](const std::string &file) { password = readPassword(file); },
@@ -80,11 +81,12 @@ void addPasswordOptions(CLI::App &command, std::string &password) {
       ->excludes(given);
 }
 
+// The library's own reading of the variable would refuse a wrong value in every command, also in those without a limit.
 void addHitsLimitOption(CLI::App &command, unsigned &megabytes) {
+  megabytes = brz::limitOf(std::getenv(brz::limitVariable));
   command.add_option("--hits-limit", megabytes, "How large a highlight file may be, in megabytes")
       ->type_name("NUMBER")
       ->check(wholeNumber(1, brz::highestLimit))
-      ->envname(brz::limitVariable)
       ->capture_default_str();
 }
 

@@ -276,6 +276,7 @@ TEST_F(Command, ANumericOptionRefusesAnythingButANumberOfItsRange) {
 
 TEST_F(Command, EveryNumericOptionOfTheHelpIsTested) {
   const std::vector<NumericOption> tested = numericOptions();
+  int found = 0;
   for (const std::string command : {"view", "render", "hits"}) {
     std::istringstream help(run(tavrel + " " + command + " --help").output);
     for (std::string line; std::getline(help, line);) {
@@ -283,6 +284,7 @@ TEST_F(Command, EveryNumericOptionOfTheHelpIsTested) {
       EXPECT_EQ(line.find(" INT"), std::string::npos) << "has no check: " << line;
       EXPECT_EQ(line.find(" UINT"), std::string::npos) << "has no check: " << line;
       if (line.find(" NUMBER") == std::string::npos) continue;
+      ++found;
       EXPECT_TRUE(std::any_of(tested.begin(), tested.end(),
                               [&](const NumericOption &one) {
                                 return std::string(one.command).starts_with(command) &&
@@ -291,6 +293,7 @@ TEST_F(Command, EveryNumericOptionOfTheHelpIsTested) {
           << command << ": " << line;
     }
   }
+  EXPECT_GE(found, 3);
 }
 
 TEST_F(Command, ANumericOptionTakesTheEndsOfItsRange) {
@@ -314,6 +317,14 @@ TEST_F(Command, AnEndlessHighlightFileIsRefusedAtTheLimit) {
   EXPECT_EQ(pipe.output, "tavrel: standard input: is larger than 2 MB (--hits-limit raises the limit)\n");
   EXPECT_EQ(render(document, "/dev/zero", "--hits-limit 3").output,
             "tavrel: /dev/zero: is larger than 3 MB (--hits-limit raises the limit)\n");
+}
+
+TEST_F(Command, AWrongLimitInTheEnvironmentIsIgnored) {
+  const CommandResult help = run("TAVREL_HITS_LIMIT=junk " + tavrel + " hits --help");
+  EXPECT_EQ(help.status, 0) << help.output;
+  const std::string document = documents + "/two-columns.pdf";
+  EXPECT_EQ(run("TAVREL_HITS_LIMIT=junk " + tavrel + " render " + document + " /dev/zero").output,
+            "tavrel: /dev/zero: is larger than 64 MB (--hits-limit raises the limit)\n");
 }
 
 TEST_F(Command, ADocumentGivenAsHighlightFileIsRefusedAsPdf) {

@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "viewer/model/errorline.h"
+
 namespace viewer {
 namespace {
 
@@ -26,15 +28,6 @@ std::optional<Identity> identityOf(const std::filesystem::path &file) {
   struct stat status {};
   if (stat(file.c_str(), &status) != 0) return std::nullopt;
   return Identity{status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
-}
-
-// A line about a failure. There may be no memory for it either.
-template <typename Line> std::string lineOf(const Line &line) {
-  try {
-    return line();
-  } catch (const std::bad_alloc &) {
-    return "out of memory"; // too short to need an allocation
-  }
 }
 
 } // namespace
@@ -140,12 +133,12 @@ void Renderer::openNext(std::unique_lock<std::mutex> &lock) {
   try {
     opened.pdf = host::PdfFile::open(source.file, password);
   } catch (const host::DocumentError &error) {
-    opened.error = lineOf([&] { return std::string(error.what()); });
+    opened.error = errorLine([&] { return std::string(error.what()); });
     opened.needsPassword = error.reason == host::DocumentError::wrongPassword;
   } catch (const std::bad_alloc &) {
-    opened.error = lineOf([&] { return host::nameInMessage(source.file) + ": memory is exhausted"; });
+    opened.error = errorLine([&] { return host::nameInMessage(source.file) + ": memory is exhausted"; });
   } catch (const std::exception &error) {
-    opened.error = lineOf([&] { return host::nameInMessage(source.file) + ": " + error.what(); });
+    opened.error = errorLine([&] { return host::nameInMessage(source.file) + ": " + error.what(); });
   }
   const bool there = opened.pdf != nullptr;
   lock.lock();
@@ -181,9 +174,9 @@ void Renderer::renderNext(std::unique_lock<std::mutex> &lock) {
     else
       page.image = source.pdf->render(page.key.page, page.key.dpi);
   } catch (const std::bad_alloc &) {
-    page.error = lineOf([&] { return host::nameInMessage(source.file) + ": memory is exhausted"; });
+    page.error = errorLine([&] { return host::nameInMessage(source.file) + ": memory is exhausted"; });
   } catch (const std::exception &error) {
-    page.error = lineOf([&] { return std::string(error.what()); });
+    page.error = errorLine([&] { return std::string(error.what()); });
   }
   lock.lock();
   if (changes) results_.changed.splice(results_.changed.end(), source.note);

@@ -5,6 +5,8 @@
 
 #include <utility>
 
+#include "viewer/model/errorline.h"
+
 namespace viewer {
 
 Searcher::Searcher(std::function<void()> wake) : wake_(std::move(wake)), thread_([this] { run(); }) {}
@@ -115,9 +117,9 @@ SearchResult Searcher::look(Search asked) {
     }
   } catch (const std::bad_alloc &) {
     result.found.clear();
-    result.error = "out of memory"; // too short to need an allocation
+    result.error = outOfMemory;
   } catch (const std::exception &error) {
-    result.error = error.what();
+    result.error = errorLine([&] { return std::string(error.what()); });
   }
   return result;
 }

@@ -100,7 +100,7 @@ private:
   std::unique_ptr<ToolBar> toolBar_;
   std::map<int32_t, std::vector<Registration>> notifications_;
   std::vector<Registration> pageDraw_;
-  std::map<tavrel::ExtensionID, std::string> statusTexts_; ///< none is empty
+  std::map<tavrel::ExtensionID, std::string> statusTexts_; ///< no text is empty
 };
 
 /// Registers the tables "DocModel", "TavrelView" and "Desktop" with a runtime.

@@ -68,6 +68,11 @@ void ToolBar::attachAction(ToolButton &button, const Registration &action) {
 
 void ToolBar::attachTest(ToolButton &button, const Registration &test) { attach(button, &ToolButton::test, test); }
 
+void ToolBar::setAttribute(ToolButton &button, int32_t attribute) {
+  button.attributes.insert(attribute);
+  notify(); // the button may become visible
+}
+
 void ToolBar::retire(tavrel::ExtensionID extension) {
   retired_.reserve(retired_.size() + buttons_.size());
   for (const auto &button : buttons_)

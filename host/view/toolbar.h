@@ -48,6 +48,8 @@ public:
   void attachAction(ToolButton &button, const Registration &action);
   /// Sets the test of whether the button is enabled.
   void attachTest(ToolButton &button, const Registration &test);
+  /// Sets an attribute (tavrel::ButtonAttribute).
+  void setAttribute(ToolButton &button, int32_t attribute);
   /// Removes a plug-in's buttons from the tool bar, and its callbacks from the others. The objects stay: a window may
   /// show them until it is drawn anew.
   void retire(tavrel::ExtensionID extension);

@@ -193,7 +193,7 @@ void attachTip(ButtonHandle button, const char *text) { buttonOf(button).tip = t
 void setAttribute(ButtonHandle button, int32_t attribute) {
   if (attribute != tavrel::buttonInternal && attribute != tavrel::buttonAlsoInBrowser)
     throw HostError(errBadArgument, "no button attribute " + std::to_string(attribute));
-  buttonOf(button).attributes.insert(attribute);
+  theBar().setAttribute(buttonOf(button), attribute);
 }
 
 void detachButton(ButtonHandle button) { theBar().detach(buttonOf(button)); }

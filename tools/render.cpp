@@ -153,9 +153,10 @@ ExitStatus renderPages(const RenderOptions &options) {
   deliver(viewer, options, document, bytes);
   const DamagedPages damaged = walk(viewer, options, file, document, bytes.size(), writer);
   writer.clear();
+  const int32_t pageCount = file.pageCount(); // the file is closed with the document
+  viewer.app.close(document);                 // while the plug-ins are still loaded, so that they are notified
   if (!damaged.none())
-    std::fprintf(stderr, "tavrel: %s\n", damaged.report(options.document.string(), file.pageCount()).c_str());
-  viewer.app.close(document); // while the plug-ins are still loaded, so that they are notified
+    std::fprintf(stderr, "tavrel: %s\n", damaged.report(options.document.string(), pageCount).c_str());
 
   if (writer.hits() == 0)
     throw CommandFailure(exitNothingMarked,

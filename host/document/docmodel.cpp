@@ -178,7 +178,7 @@ WordFinder wordFinderCreate(ModelDoc handle, void *encoding, void *names, void *
   if (version != contentOrderVersion && version != readingOrderVersion) return nullptr;
   require(encoding == nullptr && names == nullptr && map == nullptr && clientData == nullptr,
           "a word finder takes no options");
-  require(flags == wordsUnchanged, "a word finder knows no flags but 8");
+  require(flags == wordsUnchanged, "the only flags of a word finder are 8");
   auto made = std::make_unique<Finder>(document, version);
   Finder *const address = made.get();
   registry().belongings[&document].finders.emplace(address, std::move(made));

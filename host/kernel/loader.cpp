@@ -128,7 +128,7 @@ void PluginLoader::shakeHands(Plugin &plugin, tavrel::PluginMain entry) {
   void *setup = nullptr;
   if (ask(runtime_, plugin, "the entry point", entry, offeredHandshake, &version, &setup) == 0)
     return refuse(plugin, "its entry point failed");
-  if (version != offeredHandshake) return refuse(plugin, "speaks handshake version " + hexadecimal(version));
+  if (version != offeredHandshake) return refuse(plugin, "has handshake version " + hexadecimal(version));
   if (setup == nullptr) return refuse(plugin, "has no set-up procedure");
 
   tavrel::SetupRecord record{version, plugin.extension, kernelTable(), nullptr};

@@ -7,7 +7,7 @@
 // found it.
 //
 // A record owns its list. Before that the list to be registered has another owner (ListSource), and no host call comes
-// between the two: a registration that any call's raise ends loses no list.
+// between the two: a raise loses no list, except that of a record that could not be filed for lack of memory.
 #include "plugin/glt/glt.h"
 
 #include <utility>

@@ -11,7 +11,7 @@
 // The reader owns a working copy of the bytes, from the host's allocator, until it returns, and the list until then or
 // until the registry takes it. Three early returns do not free the copy: the host's allocator accounts
 // for it. No frame is opened around the registration, so a host call that raises there ends the reader and loses the
-// copy and the list.
+// copy, and the list unless the registry has taken it.
 #include <bit>
 #include <cstring>
 

@@ -30,7 +30,7 @@ using Callback = Entry;
 /// A host function table: an array of entry points, an operation being a fixed index.
 using HFT = Entry *;
 
-// Handles. All name objects of the host. A handle is a number in a pointer type, given out once: after its object has
+// Handles name objects of the host. A handle is a number in a pointer type, given out once: after its object has
 // been destroyed, the handle is an error (errBadHandle) and never names another object.
 using HFTServer = struct HFTServerRec *;         ///< provides a table by name
 using Doc = struct DocRec *;                     ///< a viewer document: an open document and its window
@@ -42,8 +42,10 @@ using Word = struct WordRec *;                   ///< a word; lives as long as i
 using PageView = struct PageViewRec *;           ///< the part of a viewer document's window that shows a page
 using ToolBar = struct ToolBarRec *;             ///< the application's tool bar
 using ToolButton = struct ToolButtonRec *;       ///< a button, on the tool bar or off it
-using Widget = _WidgetRec *;                     ///< an X toolkit widget
-using Bitmap = uintptr_t;                        ///< an X pixmap of depth 1, or 0
+
+// Not handles of the host: the window system's own.
+using Widget = _WidgetRec *; ///< an X toolkit widget
+using Bitmap = uintptr_t;    ///< an X pixmap of depth 1, or 0
 
 /// Signed 16.16 fixed point: 0x00010000 is 1.0.
 using Fixed = int32_t;

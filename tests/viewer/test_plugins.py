@@ -35,6 +35,8 @@ class Plugins(ViewerTest):
         unloading = self.viewer.stderrLines()[len(before):]
         for line in unloading:
             self.assertTrue(any(name in line for name in UNLOADING_FAILS), line)
+        for name in UNLOADING_FAILS:
+            self.assertTrue(any(name in line for line in unloading), name)
 
     def about(self):
         self.viewer.key("F10", "Left", "Down", "Down", "Return")  # Help > About Plug-Ins

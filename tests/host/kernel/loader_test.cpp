@@ -159,7 +159,7 @@ struct BadPlugin {
 constexpr BadPlugin badPlugins[] = {
     {"refuses", "its entry point failed"},
     {"nomain", "has no entry point `main`"},
-    {"otherversion", "speaks handshake version 0x30000"},
+    {"otherversion", "has handshake version 0x30000"},
     {"nosetup", "its set-up failed"},
     {"raises", "the initialisation callback failed"},
     {"unknowncallback", "gave a callback that it did not create"},

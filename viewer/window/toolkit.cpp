@@ -4,6 +4,7 @@
 #include "viewer/window/toolkit.h"
 
 #include <X11/Shell.h>
+#include <Xm/Xm.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -63,11 +64,21 @@ void reportWarning(String text) {
   std::fprintf(stderr, "tavrel: window toolkit: %s\n", text);
 }
 
-void restoreFocus(XtPointer display, XtIntervalId * /*id*/) {
+// A window manager gives the keyboard to a window by itself, and is disturbed by others that do.
+bool hasWindowManager(::Widget shell) {
+  ::Display *display = XtDisplay(shell);
+  const std::string selection = "WM_S" + std::to_string(DefaultScreen(display));
+  return XmIsMotifWMRunning(shell) != 0 ||
+         XGetSelectionOwner(display, XInternAtom(display, selection.c_str(), False)) != None;
+}
+
+void restoreFocus(XtPointer toolkit, XtIntervalId * /*id*/) {
+  ::Widget shell = static_cast<const Toolkit *>(toolkit)->shell();
   ::Window focus = None;
   int revertsTo = 0;
-  XGetInputFocus(static_cast<::Display *>(display), &focus, &revertsTo);
-  if (focus == None) XSetInputFocus(static_cast<::Display *>(display), PointerRoot, RevertToPointerRoot, CurrentTime);
+  XGetInputFocus(XtDisplay(shell), &focus, &revertsTo);
+  if (focus == None && !hasWindowManager(shell))
+    XSetInputFocus(XtDisplay(shell), PointerRoot, RevertToPointerRoot, CurrentTime);
 }
 
 int ignoreError(::Display * /*display*/, XErrorEvent * /*event*/) { return 0; }
@@ -122,7 +133,7 @@ Toolkit::Toolkit(const ToolkitOptions &options) {
   shell_ = XtAppCreateShell(name, className, applicationShellWidgetClass, display_, values, number);
 }
 
-void Toolkit::restoreFocusSoon() { XtAppAddTimeOut(context_, 0, restoreFocus, display_); }
+void Toolkit::restoreFocusSoon() { XtAppAddTimeOut(context_, 0, restoreFocus, this); }
 
 Toolkit::~Toolkit() {
   XtDestroyWidget(shell_); // is not destroyed with its context

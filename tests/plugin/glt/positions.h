@@ -72,3 +72,9 @@ inline void registerRecords(RecordingHost &host, const std::vector<PageOf> &page
   }
   host.clear();
 }
+
+/// A new-list procedure that records its call in the trace.
+inline void noteNew(tavrel::Doc document, HLL *list, void *userData) {
+  RecordingHost::current().trace.push_back("newProc(" + describe(document) + ", " + describe(list) + ", " +
+                                           describe(userData) + ")");
+}

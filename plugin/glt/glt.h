@@ -72,6 +72,9 @@ tavrel::Bool16 HLL_FindPagePos(const HLL *list, int32_t page, uint32_t *pageInde
 
 HLP *HLLFindPage(const HLL *list, int32_t page);
 HLP *HLLInsertPage(HLL *list, int32_t page);
+
+/// HLL_AddHL for a page whose record is known; null when the list has none.
+void HLLAddToPage(HLL *list, HLP *record, int32_t page, uint16_t pos, uint16_t len);
 tavrel::Bool16 HLLCheck(HLL *list, uint32_t needed);
 HL *HLPFindWord(const HLP *page, uint16_t pos);
 HL *HLPInsertWord(HLP *page, uint16_t pos, uint16_t len);

@@ -154,14 +154,16 @@ Bool16 HLL_GetHL(const HLL *list, uint32_t pageIndex, uint16_t wordIndex, int32_
 
 /// Everything that it calls is inlined: it is called for every hit of a file.
 [[gnu::flatten]] Bool16 HLL_AddHL(HLL *list, int32_t page, uint16_t pos, uint16_t len) {
-  if (list == nullptr) return 1;
-  HLP *record = HLLFindPage(list, page);
+  if (list != nullptr) HLLAddToPage(list, HLLFindPage(list, page), page, pos, len);
+  return 1;
+}
+
+[[gnu::flatten]] void HLLAddToPage(HLL *list, HLP *record, int32_t page, uint16_t pos, uint16_t len) {
   if (record == nullptr) record = HLLInsertPage(list, page);
-  if (record == nullptr) return 1;                   // no memory for the page: the highlight is dropped
-  if (HLPFindWord(record, pos) != nullptr) return 1; // the first length given for a position wins
+  if (record == nullptr) return;                   // no memory for the page: the highlight is dropped
+  if (HLPFindWord(record, pos) != nullptr) return; // the first length given for a position wins
   HLPInsertWord(record, pos, len);
   ++list->wordCount; // also when it could not be stored: the count is of accepted highlights
-  return 1;
 }
 
 Bool16 HLL_FindPagePos(const HLL *list, int32_t page, uint32_t *pageIndex) {

@@ -16,6 +16,7 @@
 #include <cstring>
 
 #include "plugin/glt/glt.h"
+#include "plugin/glt/gltPageFinder.h"
 #include "plugin/input/gltAux.h"
 #include "plugin/input/gltKnownWords.h"
 #include "plugin/input/gltShape.h"
@@ -76,7 +77,8 @@ struct Reading {
   Doc document;
   LexText text;
   HLL *list;
-  bool inSection; ///< between "<highlights>" and "</highlights>"; then there is a list
+  PageFinder finder; ///< of the list
+  bool inSection;    ///< between "<highlights>" and "</highlights>"; then there is a list
   char units[unitsLength + 1];
   char version[versionLength + 1];
   uint16_t red, green, blue;
@@ -176,7 +178,7 @@ static_assert(attributePage == 0 && attributePosition == 1 && attributeLength ==
 void addLocation(Reading &reading, const LocationValues &values) {
   const auto pos = static_cast<uint16_t>(values[attributePosition]);
   if (values[attributePage] != -1 && pos != 0xFFFF)
-    HLL_AddHL(reading.list, values[attributePage], pos, static_cast<uint16_t>(values[attributeLength]));
+    finderAdd(reading.finder, reading.list, values[attributePage], pos, static_cast<uint16_t>(values[attributeLength]));
 }
 
 /// Reads locations as long as each has the known shape. Returns where the last of them ends.
@@ -333,6 +335,7 @@ Bool16 registerGLT(Doc document, const void *data, uint32_t length) {
   reading.red = reading.green = reading.blue = 0xFFFF;
 
   const Outcome outcome = readWords(reading);
+  finderRelease(reading.finder);
   // Not a highlight file, or no memory for a list: the copy is not freed.
   if (outcome == Outcome::abandoned) return 0;
   const Bool16 result = outcome == Outcome::complete ? registerList(reading) : Bool16{0};

@@ -36,6 +36,7 @@ FAMILIES = [
     Family("line feeds", 160, 1, 1, LINEAR),
     Family("NULs late", 1600, 0, 0, LINEAR),
     Family("many pages", 150, 20, 1, LINEAR),
+    Family("a page a hit", 2000, 1, 1, LINEAR),
     Family("many hits", 2000, 1, 1, LINEAR),
     Family("joined tags", 1600, 1, 1, LINEAR),
     Family("attributes without values", 700, 0, 1, LINEAR),

@@ -99,6 +99,9 @@ std::string manyPages(UnitIndex at) {
   return unit;
 }
 
+/// A hit a page, in no order: all searches for a page fail.
+std::string pageAHit(UnitIndex at) { return hit(100000 + at.index * 7919 % 65537, 1) + "\n"; }
+
 /// One hit of each page in turn.
 std::string manyHits(UnitIndex at) {
   const size_t pages = at.units / hitsOnPage;
@@ -139,6 +142,7 @@ constexpr Family families[] = {
     {"line feeds", lineFeeds, Around::highlightFile},
     {"NULs late", nulsLate, Around::highlightFile},
     {"many pages", manyPages, Around::highlightFile},
+    {"a page a hit", pageAHit, Around::highlightFile},
     {"many hits", manyHits, Around::highlightFile},
     {"joined tags", joinedTags, Around::highlightFile},
     {"attributes without values", attributesWithoutValues, Around::highlightFile},

@@ -112,6 +112,9 @@ void walkAll(Viewer &viewer, host::PdfFile &file, host::ViewerDocument &document
   writer.finish();
 }
 
+/// The fewest bytes of a highlight file that name a page: <loc pg=1 pos=1>
+constexpr size_t bytesOfAPage = 16;
+
 DamagedPages walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &file, host::ViewerDocument &document,
                   size_t bytes, PageWriter &writer) {
   const bool all = options.pages == "all";
@@ -126,8 +129,8 @@ DamagedPages walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &f
   try {
     if (all)
       walkAll(viewer, file, document, writer, sink);
-    else // a press without a new page is possible for each page that the file names: fewer than the file has bytes
-      walkMarkedPages(viewer.app, document, bytes, sink);
+    else // a press without a new page is possible for each page that the file names
+      walkMarkedPages(viewer.app, document, bytes / bytesOfAPage, sink);
   } catch (const host::HostError &error) { // its text names the document
     throw CommandFailure(statusOf(error), error.what());
   }

@@ -179,6 +179,15 @@ TEST_F(Command, HitsOnPagesThatTheDocumentLacksAreSkipped) {
   EXPECT_EQ(written(), 2U);
 }
 
+TEST_F(Command, RenderReachesAHitAfterManyOnPagesThatTheDocumentLacks) {
+  std::string tags; // as short as they can be: the length of the file limits the steps
+  for (int page = 4; page < 5000; ++page)
+    tags += "<loc pg=" + std::to_string(page) + " pos=1>";
+  const std::string hits = file("hits.xml", locations("", tags + "<loc pg=1 pos=0 len=1>"));
+  EXPECT_EQ(render(documents + "/two-columns.pdf", hits, "--dpi 20").status, tools::exitDone);
+  EXPECT_EQ(written(), 1U);
+}
+
 TEST_F(Command, FilesWithoutHitsMarkNothingAndAreReported) {
   for (const char *content : {"", "<html>nothing here</html>", "<XML>\n<Body>\n</Body>\n</XML>",
                               "<XML>\n<Body>\n<highlights>\n<loc pg=999 pos=1 len=1>\n</highlights>\n</Body>"}) {

@@ -119,7 +119,11 @@ void endBatch(ViewHandle handle) {
 }
 
 void showPage(ViewHandle handle, int32_t page) {
-  if (PageView *view = viewOf(handle)) view->showPage(page);
+  PageView *view = viewOf(handle);
+  if (view == nullptr) return;
+  view->showPage(page);
+  // A plug-in turns to a page when it has changed what it shows there.
+  if (!view->drawing() && !view->invalid()) view->invalidate();
 }
 
 void scrollToPoint(ViewHandle handle, int16_t x, int16_t y) {

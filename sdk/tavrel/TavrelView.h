@@ -82,7 +82,8 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(11, PageViewBeginBatch, void(PageView view))                                                               \
   /* Closes a batch. [raises] when none is open */                                                                     \
   OPERATION(12, PageViewEndBatch, void(PageView view))                                                                 \
-  /* Shows a page, from its upper left; the page already shown stays as it is. [raises] when there is no such page */  \
+  /* Shows a page, from its upper left. The page already shown stays where it is and is redrawn, but not in a call by   \
+     a page-draw procedure. [raises] when there is no such page */                                                      \
   OPERATION(13, PageViewShowPage, void(PageView view, int32_t page))                                                   \
   /* Scrolls so that the device point (x, y) becomes the upper left of the visible area, as far as the page            \
      reaches. [raises] */                                                                                              \

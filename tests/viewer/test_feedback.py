@@ -19,6 +19,10 @@ class Feedback(ViewerTest):
     def press(self, name):
         self.viewer.press("f:" + name)
 
+    def endAlert(self):
+        self.viewer.answer("alert", "OK")
+        self.viewer.noDialog()
+
     def shows(self, color):
         return self.display.screen(lambda picture: picture.find(color, self.area), f"the colour {color}")
 
@@ -40,35 +44,49 @@ class Feedback(ViewerTest):
         self.press("A")
         self.viewer.dialog("alert")
         self.shows(HIGHLIGHTED)
-        self.viewer.answer("alert", "OK")
-        self.viewer.noDialog()
+        self.endAlert()
         self.shows(HIGHLIGHTED)
 
     def test_a_registration_is_highlighted_until_its_marks_are_painted(self):
-        self.press("R")
+        self.press("Q")
+        self.viewer.dialog("alert")
         first = self.shows(HIGHLIGHTED)
-        self.press("D")
+        self.endAlert()
         painted = self.shows(GREEN)
         self.showsNeither(HIGHLIGHTED)
         self.assertEqual((painted.left, painted.top, painted.count), (first.left, first.top, first.count))
 
+    def test_a_registration_for_the_page_shown_is_painted_without_a_scroll(self):
+        self.press("R")
+        self.shows(GREEN)
+        self.showsNeither(HIGHLIGHTED)
+
     def test_nothing_of_a_registration_remains_when_it_is_removed(self):
         self.press("R")
-        self.shows(HIGHLIGHTED)
+        self.shows(GREEN)
         self.press("U")
         self.showsNeither(HIGHLIGHTED, GREEN)
 
-    def test_equal_ranges_are_marked_when_they_are_registered_again(self):
+    def test_equal_ranges_are_marked_once_when_they_are_registered_again(self):
         self.press("R")
-        self.press("D")
         count = self.shows(GREEN).count
-        self.press("R")  # replaces the first
-        self.press("D")
+        self.press("Q")  # replaces the first
+        self.viewer.dialog("alert")
         self.assertEqual(self.shows(GREEN).count, count)
+        self.showsNeither(HIGHLIGHTED)
+        self.endAlert()
+        self.assertEqual(self.shows(GREEN).count, count)
+
+    def test_equal_ranges_are_highlighted_when_they_are_registered_after_their_removal(self):
+        self.press("R")
+        count = self.shows(GREEN).count
         self.press("U")
         self.showsNeither(HIGHLIGHTED, GREEN)
-        self.press("R")
+        self.press("Q")
+        self.viewer.dialog("alert")
         self.assertEqual(self.shows(HIGHLIGHTED).count, count)
+        self.endAlert()
+        self.assertEqual(self.shows(GREEN).count, count)
 
 
 if __name__ == "__main__":

@@ -32,13 +32,21 @@ TEST_F(PageViews, ShowAPage) {
   EXPECT_TRUE(invalid());
 }
 
-TEST_F(PageViews, ShowingThePageShownChangesNothing) {
+TEST_F(PageViews, ShowingThePageShownScrollsNothingAndRequestsADrawing) {
   document->view->setWindow(50, 50);
   TavrelView::PageViewScrollToPoint(view, 10, 10);
   app.draw(*document);
   TavrelView::PageViewShowPage(view, 0);
-  EXPECT_FALSE(invalid());
+  EXPECT_TRUE(invalid());
   expectVisible(10, 10, 60, 60);
+}
+
+// Page-draw procedures do so in each drawing.
+TEST_F(PageViews, ShowingThePageBeingDrawnRequestsNoDrawing) {
+  const tavrel::PageDrawProc show = [](PageView drawn, void *) { TavrelView::PageViewShowPage(drawn, 0); };
+  TavrelView::RegisterPageDrawProc(testPlugin.callback(show), nullptr);
+  app.draw(*document);
+  EXPECT_FALSE(invalid());
 }
 
 TEST_F(PageViews, AnotherPageIsShownFromItsUpperLeft) {

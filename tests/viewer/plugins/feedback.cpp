@@ -34,9 +34,11 @@ void highlight(ToolButton /*button*/, void * /*clientData*/) {
 }
 
 // The plug-in does not return during the alert, so nothing is drawn meanwhile.
+void ask() { TavrelView::Alert(alertQuestion, "Highlighted", "OK", nullptr, nullptr, 0); }
+
 void highlightAndAsk(ToolButton button, void *clientData) {
   highlight(button, clientData);
-  TavrelView::Alert(alertQuestion, "Highlighted", "OK", nullptr, nullptr, 0);
+  ask();
 }
 
 void registerHits(ToolButton /*button*/, void * /*clientData*/) {
@@ -45,6 +47,11 @@ void registerHits(ToolButton /*button*/, void * /*clientData*/) {
   TavrelGLT::HLL_AddHL(list, 0, 0, 1);
   TavrelGLT::GLT_RegisterWordOffsetHLL(TavrelView::GetFrontDoc(), list, nullptr, nullptr, 0, &green, 2);
   TavrelGLT::GLT_DeleteHLL(list);
+}
+
+void registerHitsAndAsk(ToolButton button, void *clientData) {
+  registerHits(button, clientData);
+  ask();
 }
 
 void unregisterHits(ToolButton /*button*/, void * /*clientData*/) {
@@ -65,8 +72,8 @@ uint32_t initialise() {
   constexpr struct {
     const char *name;
     ButtonActionProc action;
-  } buttons[] = {{"f:H", highlight},    {"f:I", highlight},      {"f:A", highlightAndAsk},
-                 {"f:R", registerHits}, {"f:U", unregisterHits}, {"f:D", redraw}};
+  } buttons[] = {{"f:H", highlight},          {"f:I", highlight},      {"f:A", highlightAndAsk}, {"f:R", registerHits},
+                 {"f:Q", registerHitsAndAsk}, {"f:U", unregisterHits}, {"f:D", redraw}};
   for (const auto &[name, action] : buttons) {
     const ToolButton button = TavrelView::ToolButtonCreate(Kernel::AtomFromString(name), 0, 0, 0);
     TavrelView::ToolButtonAttachAction(button, callbackOf(action), nullptr);

@@ -88,6 +88,13 @@ class Feedback(ViewerTest):
         self.endAlert()
         self.assertEqual(self.shows(GREEN).count, count)
 
+    # After the click the viewer gets no event: the screen is looked at without it.
+    def test_a_page_that_is_scrolled_in_several_drawings_is_drawn_again_each_time(self):
+        self.press("R")
+        top = self.shows(GREEN).top
+        self.press("S")
+        self.display.screen(lambda picture: picture.find(GREEN, self.area).top == top - 40, "the page 40 pixels further up")
+
 
 if __name__ == "__main__":
     unittest.main()

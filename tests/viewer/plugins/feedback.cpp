@@ -59,6 +59,21 @@ void unregisterHits(ToolButton /*button*/, void * /*clientData*/) {
   TavrelGLT::GLT_UnregisterHLL(document, TavrelGLT::GLT_GetHLL(document));
 }
 
+constexpr int16_t scrolls = 4, scrolledBy = 10;
+int16_t s_scrolled = scrolls;
+
+// In each of the first drawings after the button has been pressed.
+void scrollALittle(PageView view, void * /*clientData*/) {
+  if (s_scrolled == scrolls) return;
+  ++s_scrolled;
+  TavrelView::PageViewScrollToPoint(view, 0, static_cast<int16_t>(s_scrolled * scrolledBy));
+}
+
+void scrollWhileDrawing(ToolButton /*button*/, void * /*clientData*/) {
+  s_scrolled = 0;
+  TavrelView::PageViewRefreshArea(frontView(), nullptr);
+}
+
 void redraw(ToolButton /*button*/, void * /*clientData*/) { TavrelView::PageViewRefreshArea(frontView(), nullptr); }
 
 uint32_t importTables() {
@@ -72,8 +87,10 @@ uint32_t initialise() {
   constexpr struct {
     const char *name;
     ButtonActionProc action;
-  } buttons[] = {{"f:H", highlight},          {"f:I", highlight},      {"f:A", highlightAndAsk}, {"f:R", registerHits},
-                 {"f:Q", registerHitsAndAsk}, {"f:U", unregisterHits}, {"f:D", redraw}};
+  } buttons[] = {{"f:H", highlight},    {"f:I", highlight},          {"f:A", highlightAndAsk},
+                 {"f:R", registerHits}, {"f:Q", registerHitsAndAsk}, {"f:U", unregisterHits},
+                 {"f:D", redraw},       {"f:S", scrollWhileDrawing}};
+  TavrelView::RegisterPageDrawProc(callbackOf(scrollALittle), nullptr);
   for (const auto &[name, action] : buttons) {
     const ToolButton button = TavrelView::ToolButtonCreate(Kernel::AtomFromString(name), 0, 0, 0);
     TavrelView::ToolButtonAttachAction(button, callbackOf(action), nullptr);

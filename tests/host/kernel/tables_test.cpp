@@ -65,11 +65,11 @@ TEST_F(Tables, TheApplicationAddsTablesAtAnyVersion) {
   EXPECT_EQ(request("TavrelView", 0x00020002), entries);
 }
 
-TEST_F(Tables, AMissingOperationIsNamedWhenTheTableIsBuilt) {
+TEST_F(Tables, ATableThatLacksAnOperationIsNotGivenOutAndTheOperationIsNamed) {
   host::Table table("Kernel", Kernel::operations);
   table.provideBare<someFunction>(Kernel::PopExceptionFrame);
   try {
-    table.finish();
+    table.entries();
     FAIL() << "a table with holes";
   } catch (const host::HostError &error) {
     EXPECT_STREQ(error.what(), "table Kernel lacks RaiseError");

@@ -11,8 +11,8 @@ function(test_plugin name)
 endfunction()
 
 set(plugin_sources ${CMAKE_CURRENT_SOURCE_DIR}/host/plugins)
-set(loader_plugins good second refuses otherversion nosetup raises raisesunload forgets unknowncallback notes
-                   brokennote)
+set(loader_plugins good second refuses otherversion nosetup nohandshake raises raisesunload forgets unknowncallback
+                   notes brokennote)
 set(peers provider client ping pong)
 foreach(name ${loader_plugins} ${peers})
   set(sources ${plugin_sources}/LoadedPlugin.cpp ${plugin_sources}/${name}.cpp)
@@ -22,7 +22,10 @@ foreach(name ${loader_plugins} ${peers})
   test_plugin(${name} ${sources})
 endforeach()
 list(APPEND loader_plugins ${peers})
-test_plugin(nomain ${plugin_sources}/nomain.cpp)
+foreach(name nomain noversion)
+  test_plugin(${name} ${plugin_sources}/${name}.cpp)
+  list(APPEND loader_plugins ${name})
+endforeach()
 list(TRANSFORM loader_plugins PREPEND test_plugin_)
 
 # Blocks are counted by support/FailingMemory.h.
@@ -33,4 +36,4 @@ target_link_options(kernel_test PRIVATE -Wl,--wrap=malloc,--wrap=calloc,--wrap=r
 target_compile_definitions(kernel_test PRIVATE TEST_PLUGINS="${test_plugins}" TAVREL_BINDIR="${CMAKE_INSTALL_BINDIR}"
                                                TAVREL_LIBDIR="${CMAKE_INSTALL_LIBDIR}"
                                                TAVREL_INSTALLED_PLUGINS="${TAVREL_INSTALLED_PLUGINS}")
-add_dependencies(kernel_test ${loader_plugins} test_plugin_nomain)
+add_dependencies(kernel_test ${loader_plugins})

@@ -243,7 +243,6 @@ Table completeTable() {
   table.provide<selectionFromWordRanges>(DocModel::SelectionFromWordRanges);
   table.provide<selectionPageNumber>(DocModel::SelectionPageNumber);
   table.provide<selectionBounds>(DocModel::SelectionBounds);
-  table.finish();
   return table;
 }
 

@@ -51,7 +51,6 @@ Table build() {
   table.provide<atomFromString>(::Kernel::AtomFromString);
   table.provide<createCallback>(::Kernel::CreateCallback);
   table.provide<requestTable>(::Kernel::RequestTable);
-  table.finish();
   return table;
 }
 

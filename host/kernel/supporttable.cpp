@@ -54,7 +54,6 @@ Table build() {
   table.provide<destroyTable>(::TavrelSupport::DestroyHFT);
   table.provide<replaceEntry>(::TavrelSupport::ReplaceHFTEntry);
   table.provide<transformRect>(::TavrelSupport::TransformFixedRect);
-  table.finish();
   return table;
 }
 

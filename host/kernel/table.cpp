@@ -5,10 +5,11 @@
 
 namespace host {
 
-void Table::finish() const {
+tavrel::HFT Table::entries() {
   for (const tavrel::ListedOperation &operation : operations_)
     if (entries_.at(operation.index) == nullptr)
       throw HostError(tavrel::errGeneric, "table " + name_ + " lacks " + operation.name);
+  return entries_.data();
 }
 
 } // namespace host

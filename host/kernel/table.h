@@ -63,11 +63,9 @@ public:
     entries_.at(Index) = tavrel::entryOf(Function);
   }
 
-  /// Throws a HostError that names the first operation left empty.
-  void finish() const;
-
   const std::string &name() const { return name_; }
-  tavrel::HFT entries() { return entries_.data(); }
+  /// The complete table, owned by this object. Throws a HostError that names the first operation left empty.
+  tavrel::HFT entries();
 
 private:
   std::string name_;

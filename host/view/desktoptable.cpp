@@ -34,7 +34,6 @@ Table build() {
   table.provide<registerResourceClass>(::Desktop::RegisterResourceClass);
   table.provide<resourceString>(::Desktop::GetResourceString);
   table.provide<resourceBitmap>(::Desktop::GetResourceBitmap);
-  table.finish();
   return table;
 }
 

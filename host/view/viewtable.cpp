@@ -279,7 +279,6 @@ Table build() {
   table.provide<attachAuxData>(View::DocAttachAuxData);
   table.provide<pageCount>(View::PageViewGetPageCount);
   table.provide<markPages>(View::DocMarkPages);
-  table.finish();
   return table;
 }
 

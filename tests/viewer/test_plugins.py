@@ -6,7 +6,7 @@ import unittest
 
 from harness import BUTTONS_PLUGIN, NEXT, TEST_PLUGINS, ViewerTest, document
 
-NOT_RUNNING = ["nomain", "nosetup", "otherversion", "raises", "refuses", "unknowncallback"]
+NOT_RUNNING = ["nohandshake", "nomain", "nosetup", "noversion", "otherversion", "raises", "refuses", "unknowncallback"]
 UNLOADING_FAILS = ["raisesunload", "ping"]
 FAILING = ["forgets", *NOT_RUNNING]  # "forgets" does not clean up and runs nevertheless
 

@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <iterator>
+#include <stdexcept>
 
 #include "TestPlugin.h"
 #include "host/kernel/loader.h"
@@ -15,12 +17,25 @@
 namespace {
 
 namespace fs = std::filesystem;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
 
 std::vector<std::string> journal;
 void note(const char *line) { journal.emplace_back(line); }
 tavrel::Entry journalTable[] = {tavrel::entryOf(note)};
+
+// The same, but the initialisation of the test plug-in "provider" fails, after its table has been requested.
+tavrel::HFT providersTable;
+void noteAndFail(const char *line) {
+  note(line);
+  if (journal.back() != "provider initialise") return;
+  providersTable = Kernel::RequestTable(Kernel::AtomFromString("provider"), 1);
+  Kernel::RaiseError(tavrel::errGeneric);
+}
+tavrel::Entry failingTable[] = {tavrel::entryOf(noteAndFail)};
 
 struct Loader : testing::Test {
   Loader() {
@@ -73,6 +88,28 @@ TEST_F(Loader, UnloadsOnce) {
   loader.unload();
   EXPECT_THAT(journal, ElementsAre());
   EXPECT_EQ(loader.plugins().at(0).state, host::PluginState::unloaded);
+}
+
+TEST_F(Loader, UnloadsWhenItIsDestroyed) {
+  install("good", "a.so");
+  {
+    host::PluginLoader shortLived(runtime);
+    shortLived.load({folder.path()});
+    journal.clear();
+  }
+  EXPECT_THAT(journal, ElementsAre("good unload"));
+}
+
+TEST_F(Loader, PrintsWhatEndsTheUnloadingWhenItIsDestroyed) {
+  install("raisesunload", "a.so");
+  testing::internal::CaptureStderr();
+  {
+    host::PluginLoader shortLived(runtime);
+    shortLived.load({folder.path()});
+    runtime.reporter = [](const std::string &) { throw std::runtime_error("nothing can be reported"); };
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "tavrel: the plug-ins were not all unloaded: nothing can be reported\n");
 }
 
 TEST_F(Loader, CallsNoPluginAfterItIsUnloaded) {
@@ -131,6 +168,33 @@ TEST_F(Loader, ARaiseInAnUnloadCallbackDoesNotStopTheOthers) {
                                    HasSubstr("b.so: the unload callback failed")));
 }
 
+// Calls the body inside as many calls of the plug-in as the host allows.
+template <typename Body> void callAtTheLimit(const test::TestPlugin &testPlugin, Body body, size_t outer = 0) {
+  if (outer == host::maxHostFrames) return body();
+  testPlugin.attempt([&] { callAtTheLimit(testPlugin, body, outer + 1); });
+}
+
+TEST_F(Loader, APluginThatCannotBeCalledAtItsEndIsReportedAndEnds) {
+  install("good", "a.so");
+  load();
+  const test::TestPlugin testPlugin(runtime);
+  callAtTheLimit(testPlugin, [this] { loader.unload(); });
+  EXPECT_THAT(testPlugin.reports, ElementsAre("plug-in " + (folder.path() / "a.so").string() +
+                                              ": plug-ins and host call each other too deeply"));
+  EXPECT_EQ(loader.plugins().at(0).state, host::PluginState::unloaded);
+}
+
+TEST_F(Loader, AfterTheEndATableOfAPluginThatFailedRaises) {
+  runtime.addTable(test::journalName, test::journalVersion, failingTable);
+  install("provider", "a.so");
+  load();
+  ASSERT_NE(providersTable, nullptr);
+  loader.unload();
+  const test::TestPlugin testPlugin(runtime);
+  EXPECT_EQ(testPlugin.attempt([] { providersTable[0](); }), tavrel::errBadHandle);
+  EXPECT_THAT(journal, Not(Contains("provider is asked")));
+}
+
 TEST_F(Loader, AnEndedPluginsNumberIsRefused) {
   install("good", "a.so");
   load();
@@ -160,21 +224,51 @@ constexpr BadPlugin badPlugins[] = {
     {"refuses", "its entry point failed"},
     {"nomain", "has no entry point `main`"},
     {"otherversion", "has handshake version 0x30000"},
+    {"noversion", "has handshake version 0x0"},
     {"nosetup", "its set-up failed"},
+    {"nohandshake", "has no handshake callback"},
     {"raises", "the initialisation callback failed"},
     {"unknowncallback", "gave a callback that it did not create"},
 };
 
-TEST_F(Loader, NamesEachPluginThatFailsWithItsReasonAndContinues) {
-  for (const BadPlugin &bad : badPlugins)
-    install(bad.plugin, std::string("a-") + bad.plugin + ".so");
+struct BadPlugins : Loader {
+  BadPlugins() {
+    for (const BadPlugin &bad : badPlugins)
+      install(bad.plugin, std::string("a-") + bad.plugin + ".so");
+  }
+};
+
+TEST_F(BadPlugins, AreNamedWithTheirReasonsAndOthersStart) {
   install("good", "b.so");
   load();
   EXPECT_EQ(loader.plugins().back().state, host::PluginState::initialised);
   for (const BadPlugin &bad : badPlugins) {
     const fs::path file = folder.path() / (std::string("a-") + bad.plugin + ".so");
-    EXPECT_THAT(reports, testing::Contains(HasSubstr("plug-in " + file.string() + ": " + bad.reason)));
+    EXPECT_THAT(reports, Contains(HasSubstr("plug-in " + file.string() + ": " + bad.reason)));
   }
+}
+
+TEST_F(BadPlugins, AreReportedInOneLineEach) {
+  load();
+  EXPECT_EQ(reports.size(), std::size(badPlugins));
+}
+
+TEST_F(BadPlugins, StayRefused) {
+  load();
+  for (const host::Plugin &plugin : loader.plugins())
+    EXPECT_EQ(plugin.state, host::PluginState::refused) << plugin.file;
+}
+
+TEST_F(Loader, KnowsAPluginThatFailsBeforeItsHandshakeByItsFile) {
+  install("refuses", "a.so");
+  load();
+  EXPECT_EQ(loader.plugins().at(0).name, "a.so");
+}
+
+TEST_F(Loader, TheErrorOfAPluginIsItsReasonWithoutItsName) {
+  install("raises", "a.so");
+  load();
+  EXPECT_EQ(reasonOf(0), "the initialisation callback failed with error 7: raised by the plug-in");
 }
 
 TEST_F(Loader, SaysWhyALibraryCannotBeOpened) {
@@ -182,6 +276,13 @@ TEST_F(Loader, SaysWhyALibraryCannotBeOpened) {
   load();
   EXPECT_EQ(reports.size(), 1U);
   EXPECT_THAT(reasonOf(0), testing::AnyOf(HasSubstr("file too short"), HasSubstr("invalid ELF header")));
+}
+
+TEST_F(Loader, NamesALibraryThatCannotBeOpenedOnce) {
+  folder.write("broken.so", "no library at all");
+  load();
+  EXPECT_THAT(reports, ElementsAre(StartsWith("plug-in " + (folder.path() / "broken.so").string() + ": ")));
+  EXPECT_THAT(reasonOf(0), Not(HasSubstr("broken.so")));
 }
 
 TEST_F(Loader, RefusesTheSameLibraryASecondTime) {
@@ -197,7 +298,7 @@ TEST_F(Loader, APluginThatRaisesIsNotCalledAgain) {
   load();
   EXPECT_FALSE(runtime.extensions.active(loader.plugins().at(0).extension));
   loader.unload();
-  EXPECT_THAT(journal, testing::Not(testing::Contains("raises unload")));
+  EXPECT_THAT(journal, Not(Contains("raises unload")));
 }
 
 TEST_F(Loader, APluginThatForgetsAFrameKeepsRunning) {

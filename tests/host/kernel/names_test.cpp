@@ -82,11 +82,22 @@ TEST_F(Names, ACallbackOfAnUnknownPluginRaises) {
   EXPECT_EQ(testPlugin.attempt([] { Kernel::CreateCallback(4711, someFunction); }), tavrel::errBadHandle);
 }
 
+TEST_F(Names, TheHostHasCallbacksOfItsOwn) {
+  EXPECT_EQ(testPlugin.attempt([] { Kernel::CreateCallback(host::hostExtension, someFunction); }), 0);
+  EXPECT_EQ(runtime.callbacks.owner(tavrel::entryOf(someFunction)), host::hostExtension);
+}
+
 TEST_F(Names, ARetiredPluginIsNotCalled) {
   bool called = false;
   runtime.extensions.retire(testPlugin.id);
   testPlugin.attempt([&] { called = true; });
   EXPECT_FALSE(called);
+}
+
+TEST_F(Names, ACallOfARetiredPluginIsACallThatFailed) {
+  runtime.extensions.retire(testPlugin.id);
+  EXPECT_FALSE(host::runInPlugin(
+      {testPlugin.id, "the body"}, [](void *) {}, nullptr));
 }
 
 } // namespace

@@ -49,6 +49,8 @@ TEST_F(Tables, TheHostsOwnAreThereAtExactlyTheirVersion) {
   EXPECT_EQ(request("TavrelSupport", 0x0004FFFF), nullptr);
 }
 
+TEST_F(Tables, TheKernelTableCanBeRequestedToo) { EXPECT_EQ(request("Kernel", 0x00020000), gKernelHFT); }
+
 TEST_F(Tables, EmptyTablesAreNotNull) {
   EXPECT_NE(request("Cobble", 0x00050000), nullptr);
   EXPECT_NE(request("TSExtra", 0x00050000), nullptr);
@@ -65,11 +67,11 @@ TEST_F(Tables, TheApplicationAddsTablesAtAnyVersion) {
   EXPECT_EQ(request("TavrelView", 0x00020002), entries);
 }
 
-TEST_F(Tables, AMissingOperationIsNamedWhenTheTableIsBuilt) {
+TEST_F(Tables, ATableThatLacksAnOperationIsNotGivenOutAndTheOperationIsNamed) {
   host::Table table("Kernel", Kernel::operations);
   table.provideBare<someFunction>(Kernel::PopExceptionFrame);
   try {
-    table.finish();
+    table.entries();
     FAIL() << "a table with holes";
   } catch (const host::HostError &error) {
     EXPECT_STREQ(error.what(), "table Kernel lacks RaiseError");
@@ -121,6 +123,12 @@ TEST_F(Tables, ServersAreDestroyedOnceAndRemoved) {
   runtime.tables.closeServers(testPlugin.id);
   EXPECT_EQ(destroyed, 2);
   EXPECT_EQ(request("Mine", 1), nullptr);
+}
+
+TEST_F(Tables, AServerThatIsDestroyedMakesNoTable) {
+  const HFTServer server = serve("Mine");
+  runtime.tables.closeServers(testPlugin.id);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::NewHFT(server, 1); }), tavrel::errBadHandle);
 }
 
 TEST_F(Tables, ADestroyProcedureCannotMakeANewServer) {
@@ -177,6 +185,19 @@ TEST_F(Tables, ADestroyedTableRaisesAndItsAddressNeverReturns) {
   EXPECT_EQ(testPlugin.attempt([=] { stale[1](); }), tavrel::errBadHandle);
   const tavrel::Callback callback = testPlugin.callback(someFunction);
   EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::ReplaceHFTEntry(stale, 1, callback, 0); }), tavrel::errBadHandle);
+}
+
+TEST_F(Tables, TheErrorOfADestroyedTableSaysThatItWasTakenBack) {
+  const HFT stale = TavrelSupport::NewHFT(serve("Mine"), 1);
+  TavrelSupport::DestroyHFT(stale);
+  testPlugin.attempt([=] { stale[0](); });
+  EXPECT_THAT(testPlugin.reports, testing::ElementsAre("test plug-in: the body failed with error 3: an operation of a "
+                                                       "plug-in that has ended or taken its table back"));
+}
+
+TEST_F(Tables, OneSelectorTooManyForATableRaises) {
+  const HFTServer server = serve("Mine");
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelSupport::NewHFT(server, 0x10001); }), tavrel::errBadArgument);
 }
 
 TEST_F(Tables, TooManySelectorsRaise) {

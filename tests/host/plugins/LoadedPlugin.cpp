@@ -63,7 +63,7 @@ uint32_t setUp(uint32_t, tavrel::SetupRecord *record) {
   gKernelHFT = record->kernel;
   gJournalHFT = Kernel::RequestTable(Kernel::AtomFromString(test::journalName), test::journalVersion);
   noteCall("set up");
-  record->handshake = Kernel::CreateCallback(self, tavrel::entryOf(handshake));
+  if (!loadedPlugin.noHandshake) record->handshake = Kernel::CreateCallback(self, tavrel::entryOf(handshake));
   return loadedPlugin.setupResult;
 }
 

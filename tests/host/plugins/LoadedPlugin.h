@@ -10,6 +10,7 @@ struct LoadedPlugin {
   uint32_t mainResult = 1;
   uint32_t version = tavrel::handshakeVersion;
   uint32_t setupResult = 1;
+  bool noHandshake = false;     ///< its set-up creates no handshake callback
   bool unknownCallback = false; ///< returns a function that is no callback
   // What it does in its callbacks, apart from noting them.
   void (*exportTables)() = nullptr;

@@ -135,6 +135,19 @@ void Application::removeToolBar() {
   toolBar_.reset();
 }
 
+bool Application::press(ToolButton &button, uint32_t modifiers) {
+  const bool enabled = toolBar_->test(button);
+  if (enabled) {
+    struct Held {
+      uint32_t &keys;
+      ~Held() { keys = 0; }
+    } const held{modifierKeys = modifiers};
+    toolBar_->press(button);
+  }
+  toolBar_->updateStates();
+  return enabled;
+}
+
 void Application::beforeCall() {
   for (const auto &document : documents_)
     if (document->view) document->view->expectCall();

@@ -64,6 +64,8 @@ public:
   ToolBar *toolBar() const { return toolBar_.get(); }
   tavrel::ToolBar toolBarHandle() const { return toolBarHandles_.handle(toolBar_.get()); }
   void removeToolBar();
+  /// Presses a button of the tool bar while the modifier keys (ModifierKey) are held. False if it is greyed.
+  bool press(ToolButton &button, uint32_t modifiers);
 
   /// Sets a plug-in's text on the status line; empty removes it.
   void setStatusText(tavrel::ExtensionID extension, const std::string &text);

@@ -23,8 +23,8 @@ protected:
   Sessions() {
     host::addHostTables(runtime);
     session_.emplace(app, [this] { waker.wake(); });
-    session().setScreenDpi(96);
-    session().setWindow(width, height, 0);
+    session().documents.screenDpi = 96;
+    session().moving.setWindow(width, height, 0);
   }
 
   viewer::Session &session() { return *session_; }
@@ -33,32 +33,32 @@ protected:
   /// Collects results until the condition holds.
   bool until(const std::function<bool()> &done) {
     return waker.until([&] {
-      session().collect();
+      session().arrivals.collect();
       return done();
     });
   }
   void open(const std::filesystem::path &file, const std::string &parameters = {}, const std::string &password = {}) {
-    session().open({file, parameters}, password);
-    ASSERT_TRUE(until([&] { return !session().opening(); }));
+    session().documents.open({file, parameters}, password);
+    ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
   }
   std::filesystem::path write(const std::string &name, const std::vector<PdfPage> &pages) {
     return folder.write(name, pdfOf(pages));
   }
   void openPages(const std::vector<PdfPage> &pages, const std::string &name = "paper.pdf") {
     ASSERT_NO_FATAL_FAILURE(open(write(name, pages)));
-    ASSERT_NE(session().front(), nullptr);
+    ASSERT_NE(session().documents.front(), nullptr);
   }
   /// Draws until the page in front is rendered.
   bool draws() {
     return until([&] {
-      session().draw();
-      return session().shown().drawing && !session().needsDrawing();
+      session().screen.draw();
+      return session().screen.shown().drawing && !session().screen.needsDrawing();
     });
   }
-  const host::Drawing &drawing() { return *session().shown().drawing; }
+  const host::Drawing &drawing() { return *session().screen.shown().drawing; }
   /// The colour of a pixel of the window.
   uint32_t pixel(int x, int y) {
-    const viewer::Shown &shown = session().shown();
+    const viewer::Shown &shown = session().screen.shown();
     return drawing().image.row(y + shown.scrollY - drawing().y)[x + shown.scrollX - drawing().x];
   }
 

@@ -49,19 +49,19 @@ struct DrawingTest : test::Sessions {
   // Draws as the event loop does before it waits; returns the number of drawings.
   int drawsUntilNothingIsToBeDrawn() {
     int drawings = 0;
-    for (; session().needsDrawing() && drawings < 10; ++drawings)
-      EXPECT_TRUE(session().draw());
+    for (; session().screen.needsDrawing() && drawings < 10; ++drawings)
+      EXPECT_TRUE(session().screen.draw());
     return drawings;
   }
 
   // Changes a page's words in the document, so that keepsWords() detects whether they were extracted again.
   void marksWords(int32_t page) {
-    const_cast<host::PageText &>(session().front()->model->pageText(page)).words.clear();
+    const_cast<host::PageText &>(session().documents.front()->model->pageText(page)).words.clear();
   }
-  bool keepsWords(int32_t page) { return session().front()->model->pageText(page).words.empty(); }
+  bool keepsWords(int32_t page) { return session().documents.front()->model->pageText(page).words.empty(); }
   void visit(int32_t first, int32_t last) {
     for (int32_t page = first; page <= last; ++page) {
-      session().goToPage(page);
+      session().moving.goToPage(page);
       ASSERT_TRUE(draws());
       marksWords(page);
     }
@@ -83,62 +83,62 @@ TEST_F(DrawingTest, HitsOutsideOfThePageAreReported) {
                                               {.kind = test::PdfFont::vertical})));
   ASSERT_TRUE(draws());
   EXPECT_EQ(drawing().marks, 0U);
-  EXPECT_EQ(session().message(), "Page 1: 1 hit is outside of the page and not marked");
-  session().view()->showPage(1);
+  EXPECT_EQ(session().status.message(), "Page 1: 1 hit is outside of the page and not marked");
+  session().documents.view()->showPage(1);
   ASSERT_TRUE(draws());
   EXPECT_EQ(drawing().marks, 1U);
-  EXPECT_EQ(session().message(), "");
+  EXPECT_EQ(session().status.message(), "");
 }
 
 // ---- waiting for pages ----
 
 TEST_F(DrawingTest, AnAwaitedPageHasAnOutline) {
   openPages({test::slowPage()});
-  EXPECT_TRUE(session().draw());
-  EXPECT_TRUE(session().shown().document);
-  EXPECT_FALSE(session().shown().drawing);
-  EXPECT_EQ(session().shown().pageWidth, 400);
-  EXPECT_EQ(session().shown().pageHeight, 600);
+  EXPECT_TRUE(session().screen.draw());
+  EXPECT_TRUE(session().screen.shown().document);
+  EXPECT_FALSE(session().screen.shown().drawing);
+  EXPECT_EQ(session().screen.shown().pageWidth, 400);
+  EXPECT_EQ(session().screen.shown().pageHeight, 600);
 }
 
 TEST_F(DrawingTest, TheOutlineIsDrawnOnce) {
   openPages({test::slowPage()});
-  EXPECT_TRUE(session().draw());
-  EXPECT_FALSE(session().draw());
-  EXPECT_TRUE(session().view()->invalid());
+  EXPECT_TRUE(session().screen.draw());
+  EXPECT_FALSE(session().screen.draw());
+  EXPECT_TRUE(session().documents.view()->invalid());
 }
 
 TEST_F(DrawingTest, ThePageIsWaitedForUntilItIsRendered) {
   openPages({test::slowPage()});
-  EXPECT_FALSE(session().waitingSince());
-  session().draw();
-  const auto since = session().waitingSince();
+  EXPECT_FALSE(session().screen.waitingSince());
+  session().screen.draw();
+  const auto since = session().screen.waitingSince();
   EXPECT_TRUE(since);
-  session().draw();
-  EXPECT_EQ(session().waitingSince(), since);
+  session().screen.draw();
+  EXPECT_EQ(session().screen.waitingSince(), since);
   ASSERT_TRUE(draws());
-  EXPECT_FALSE(session().waitingSince());
+  EXPECT_FALSE(session().screen.waitingSince());
 }
 
 // Fitted to 302 pixels the page is 201.3 pixels wide, and 202 to 303: either way its image has 202 columns.
 TEST_F(DrawingTest, AnAwaitedPageIsAskedForAgainWhenOnlyItsResolutionChanges) {
   openPages({test::slowPage()});
-  session().setFit(host::Fit::page);
-  session().setWindow(width, 302, 0);
-  ASSERT_TRUE(session().draw());
-  const int columns = session().shown().pageWidth;
-  session().setWindow(width, 303, 0);
-  ASSERT_EQ(session().view()->pageWidth(), columns);
+  session().moving.setFit(host::Fit::page);
+  session().moving.setWindow(width, 302, 0);
+  ASSERT_TRUE(session().screen.draw());
+  const int columns = session().screen.shown().pageWidth;
+  session().moving.setWindow(width, 303, 0);
+  ASSERT_EQ(session().documents.view()->pageWidth(), columns);
   ASSERT_TRUE(draws());
-  EXPECT_EQ(drawing().dpi, session().view()->dpi());
+  EXPECT_EQ(drawing().dpi, session().documents.view()->dpi());
 }
 
 TEST_F(DrawingTest, NothingIsWaitedForWhenTheDocumentIsClosed) {
   openPages({test::slowPage()});
-  session().draw();
-  session().closeFront();
-  session().draw();
-  EXPECT_FALSE(session().waitingSince());
+  session().screen.draw();
+  session().documents.closeFront();
+  session().screen.draw();
+  EXPECT_FALSE(session().screen.waitingSince());
 }
 
 TEST_F(DrawingTest, ThePageThatArrivesIsDrawnOnce) {
@@ -146,38 +146,38 @@ TEST_F(DrawingTest, ThePageThatArrivesIsDrawnOnce) {
   ASSERT_TRUE(draws());
   EXPECT_EQ(drawing().image.width, width);
   EXPECT_EQ(drawing().image.height, height);
-  EXPECT_FALSE(session().draw());
+  EXPECT_FALSE(session().screen.draw());
 }
 
 TEST_F(DrawingTest, TheNeighboursAreRenderedToo) {
   openPages(test::numberedPages(5));
-  session().goToPage(2);
+  session().moving.goToPage(2);
   ASSERT_TRUE(draws());
-  ASSERT_TRUE(until([&] { return session().cache().size() == 3; }));
-  session().turn(1);
-  EXPECT_TRUE(session().draw());
-  EXPECT_TRUE(session().shown().drawing);
+  ASSERT_TRUE(until([&] { return session().tiles.cache().size() == 3; }));
+  session().moving.turn(1);
+  EXPECT_TRUE(session().screen.draw());
+  EXPECT_TRUE(session().screen.shown().drawing);
 }
 
 TEST_F(DrawingTest, NeighboursThatDoNotFitAreNotRendered) {
   openPages(std::vector<test::PdfPage>(3, {.width = 3000, .height = 3000}));
-  session().setWindow(3000, 3000, 0); // 34 MiB each
-  session().goToPage(1);
+  session().moving.setWindow(3000, 3000, 0); // 34 MiB each
+  session().moving.goToPage(1);
   ASSERT_TRUE(draws());
-  session().turn(1);
+  session().moving.turn(1);
   ASSERT_TRUE(draws());
-  EXPECT_EQ(session().cache().size(), 1U);
-  EXPECT_LE(session().cache().bytes(), session().cache().bound());
+  EXPECT_EQ(session().tiles.cache().size(), 1U);
+  EXPECT_LE(session().tiles.cache().bytes(), session().tiles.cache().bound());
 }
 
 TEST_F(DrawingTest, ANeighbourOfAnotherWidthIsRenderedAsItWillBeShown) {
   openPages({test::pageWith("first"), {.width = 300, .height = 500}});
   ASSERT_TRUE(draws());
-  ASSERT_TRUE(until([&] { return session().cache().size() == 2; }));
-  session().turn(1);
-  EXPECT_TRUE(session().draw());
-  EXPECT_TRUE(session().shown().drawing);
-  EXPECT_EQ(session().shown().pageWidth, width);
+  ASSERT_TRUE(until([&] { return session().tiles.cache().size() == 2; }));
+  session().moving.turn(1);
+  EXPECT_TRUE(session().screen.draw());
+  EXPECT_TRUE(session().screen.shown().drawing);
+  EXPECT_EQ(session().screen.shown().pageWidth, width);
 }
 
 TEST_F(DrawingTest, ARotatedPageIsAsWideAsTheWindow) {
@@ -185,18 +185,18 @@ TEST_F(DrawingTest, ARotatedPageIsAsWideAsTheWindow) {
   page.rotate = 90;
   openPages({page});
   ASSERT_TRUE(draws());
-  EXPECT_EQ(session().shown().pageWidth, 400);
-  EXPECT_EQ(session().shown().pageHeight, 267);
+  EXPECT_EQ(session().screen.shown().pageWidth, 400);
+  EXPECT_EQ(session().screen.shown().pageHeight, 267);
 }
 
 // ---- pages that cannot be drawn ----
 
 TEST_F(DrawingTest, ALongPageIsDrawnAsLargeAsItCanBe) {
   openPages({{.width = 600, .height = 14400}}); // a web page on one sheet
-  session().setWindow(900, 900, 0);
+  session().moving.setWindow(900, 900, 0);
   ASSERT_TRUE(draws());
-  EXPECT_THAT(session().pageError(), IsEmpty());
-  const viewer::Shown &shown = session().shown();
+  EXPECT_THAT(session().tiles.error(), IsEmpty());
+  const viewer::Shown &shown = session().screen.shown();
   const double pixels = 1.0 * shown.pageWidth * shown.pageHeight;
   EXPECT_LT(shown.pageWidth, 900) << "as wide as the window it would be too large";
   EXPECT_LE(pixels, host::PageView::largestImage);
@@ -206,10 +206,10 @@ TEST_F(DrawingTest, ALongPageIsDrawnAsLargeAsItCanBe) {
 
 TEST_F(DrawingTest, ADamagedPageIsWhiteAndReported) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(2), 2)));
-  session().goToPage(2);
+  session().moving.goToPage(2);
   ASSERT_TRUE(draws());
-  EXPECT_THAT(session().message(), HasSubstr("page 3 is damaged"));
-  EXPECT_THAT(session().pageError(), HasSubstr("page 3 is damaged"));
+  EXPECT_THAT(session().status.message(), HasSubstr("page 3 is damaged"));
+  EXPECT_THAT(session().tiles.error(), HasSubstr("page 3 is damaged"));
   EXPECT_EQ(pixel(20, 20), white);
 }
 
@@ -217,59 +217,59 @@ TEST_F(DrawingTest, ADamagedPageIsReportedOnce) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(2), 1)));
   testing::internal::CaptureStderr();
   for (const int32_t page : {2, 1, 2}) {
-    session().goToPage(page);
+    session().moving.goToPage(page);
     ASSERT_TRUE(draws());
   }
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "tavrel: " + session().front()->file.string() + ": page 3 is damaged\n");
+            "tavrel: " + session().documents.front()->file.string() + ": page 3 is damaged\n");
 }
 
 TEST_F(DrawingTest, ThePagesAroundADamagedOneHaveNoError) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(2), 1)));
-  session().goToPage(2);
+  session().moving.goToPage(2);
   ASSERT_TRUE(draws());
-  session().turn(-1);
+  session().moving.turn(-1);
   ASSERT_TRUE(draws());
-  EXPECT_THAT(session().pageError(), IsEmpty());
+  EXPECT_THAT(session().tiles.error(), IsEmpty());
 }
 
 TEST_F(DrawingTest, AReaderScrollsOnToADamagedPageAndBack) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(1), 1)));
-  session().scroll(0, 5000);
-  session().scroll(0, 10);
+  session().moving.scroll(0, 5000);
+  session().moving.scroll(0, 10);
   ASSERT_TRUE(draws());
-  EXPECT_EQ(session().page(), 1);
-  session().scroll(0, -10);
+  EXPECT_EQ(session().documents.page(), 1);
+  session().moving.scroll(0, -10);
   ASSERT_TRUE(draws());
-  EXPECT_EQ(session().page(), 0);
+  EXPECT_EQ(session().documents.page(), 0);
 }
 
 TEST_F(DrawingTest, ADamagedPageIsZoomedAndFittedLikeOthers) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(1), 1)));
-  session().setPosition(1.5);
-  session().setWindow(500, 500, 0);
+  session().moving.setPosition(1.5);
+  session().moving.setWindow(500, 500, 0);
   ASSERT_TRUE(draws());
-  const int wide = session().shown().pageWidth, high = session().shown().pageHeight;
+  const int wide = session().screen.shown().pageWidth, high = session().screen.shown().pageHeight;
   EXPECT_EQ(wide, 500);
-  session().setFit(host::Fit::page);
+  session().moving.setFit(host::Fit::page);
   ASSERT_TRUE(draws());
-  const int fittedWide = session().shown().pageWidth, fittedHigh = session().shown().pageHeight;
+  const int fittedWide = session().screen.shown().pageWidth, fittedHigh = session().screen.shown().pageHeight;
   EXPECT_EQ(fittedHigh, 500);
   EXPECT_NEAR(1.0 * fittedWide / fittedHigh, 1.0 * wide / high, 0.01);
-  session().zoomBy(1);
+  session().moving.zoomBy(1);
   ASSERT_TRUE(draws());
-  EXPECT_GT(session().shown().pageWidth, fittedWide);
-  EXPECT_GT(session().shown().pageHeight, fittedHigh);
+  EXPECT_GT(session().screen.shown().pageWidth, fittedWide);
+  EXPECT_GT(session().screen.shown().pageHeight, fittedHigh);
 }
 
 TEST_F(DrawingTest, ReloadingMayLeadToAPageThatIsDamagedNow) {
   openPages(test::numberedPages(3));
-  session().goToPage(2);
+  session().moving.goToPage(2);
   folder.write("paper.pdf", test::withDamagedPages(test::numberedPages(1), 2));
-  session().reload();
-  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  session().documents.reload();
+  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
   ASSERT_TRUE(draws());
-  EXPECT_THAT(session().pageError(), HasSubstr("page 3 is damaged"));
+  EXPECT_THAT(session().tiles.error(), HasSubstr("page 3 is damaged"));
 }
 
 // ---- words ----
@@ -297,7 +297,7 @@ TEST_F(DrawingTest, WordsAreForgottenThoughAnotherDocumentWasInFront) {
   visit(0, 5);
   openPages(test::numberedPages(1), "b.pdf");
   ASSERT_TRUE(draws());
-  session().bringToFront(0);
+  session().documents.bringToFront(0);
   visit(6, 15);
   EXPECT_FALSE(keepsWords(0));
 }
@@ -305,16 +305,16 @@ TEST_F(DrawingTest, WordsAreForgottenThoughAnotherDocumentWasInFront) {
 TEST_F(DrawingTest, SelectionsOutliveTheWordsTheyWereMadeOf) {
   openPages(test::numberedPages(10));
   const tavrel::TextRange range{0, 4};
-  const host::Selection *selection = session().front()->model->selectCharacters(0, {&range, 1});
+  const host::Selection *selection = session().documents.front()->model->selectCharacters(0, {&range, 1});
   const double left = selection->bounds.left;
   visit(0, 9);
-  EXPECT_EQ(session().front()->model->selectCharacters(0, {&range, 1}), selection);
+  EXPECT_EQ(session().documents.front()->model->selectCharacters(0, {&range, 1}), selection);
   EXPECT_EQ(selection->bounds.left, left);
 }
 
 TEST_F(DrawingTest, WordsThatAPluginHoldsOutliveTheDocumentsOwn) {
   openPages(test::numberedPages(10));
-  const tavrel::ModelDoc model = host::modelDocs().handle(session().front()->model.get());
+  const tavrel::ModelDoc model = host::modelDocs().handle(session().documents.front()->model.get());
   static tavrel::Word *s_words;
   static int32_t s_count;
   ASSERT_EQ(testPlugin.attempt([=] {
@@ -334,12 +334,12 @@ TEST_F(DrawingTest, WordsThatAPluginHoldsOutliveTheDocumentsOwn) {
 
 TEST_F(DrawingTest, NothingIsDrawnWhileAPluginIsCalled) {
   openPages(test::numberedPages(1));
-  session().press(button([](tavrel::ToolButton, void *) {
-                    s_session->view()->invalidate();
-                    s_drew = s_session->draw();
-                    ++s_presses;
-                  }),
-                  0);
+  app.press(button([](tavrel::ToolButton, void *) {
+              s_session->documents.view()->invalidate();
+              s_drew = s_session->screen.draw();
+              ++s_presses;
+            }),
+            0);
   EXPECT_EQ(s_presses, 1);
   EXPECT_FALSE(s_drew);
   EXPECT_TRUE(draws());
@@ -348,7 +348,7 @@ TEST_F(DrawingTest, NothingIsDrawnWhileAPluginIsCalled) {
 TEST_F(DrawingTest, NothingIsDrawnWithinADrawing) {
   openPages(test::numberedPages(1));
   const tavrel::PageDrawProc draw = [](tavrel::PageView, void *) {
-    s_drew |= s_session->draw();
+    s_drew |= s_session->screen.draw();
     ++s_presses;
   };
   app.registerPageDraw({testPlugin.callback(draw), nullptr, testPlugin.id});
@@ -363,60 +363,60 @@ TEST_F(DrawingTest, APluginThatTurnsThePageWhileItDrawsIsFollowed) {
   app.registerPageDraw({testPlugin.callback(turn), nullptr, testPlugin.id});
   ASSERT_TRUE(draws());
   EXPECT_EQ(drawing().page, 1);
-  EXPECT_EQ(session().shown().page, 1);
+  EXPECT_EQ(session().screen.shown().page, 1);
 }
 
 TEST_F(DrawingTest, APluginThatScrollsWhileItDrawsIsFollowedWithoutAnotherEvent) {
   openPages(test::numberedPages(1));
   ASSERT_TRUE(draws());
   drawsWith([](tavrel::PageView view, void *) { TavrelView::PageViewScrollToPoint(view, 0, 120); });
-  session().view()->invalidate();
+  session().documents.view()->invalidate();
   EXPECT_EQ(drawsUntilNothingIsToBeDrawn(), 2);
-  EXPECT_EQ(session().shown().scrollY, 120);
+  EXPECT_EQ(session().screen.shown().scrollY, 120);
 }
 
 TEST_F(DrawingTest, AnImageIsShownWhereItWasDrawnThoughAPluginScrollsMeanwhile) {
   openPages(test::numberedPages(1));
   ASSERT_TRUE(draws());
   drawsWith([](tavrel::PageView view, void *) { TavrelView::PageViewScrollToPoint(view, 0, 120); });
-  session().view()->invalidate();
-  ASSERT_TRUE(session().draw());
+  session().documents.view()->invalidate();
+  ASSERT_TRUE(session().screen.draw());
   EXPECT_EQ(drawing().y, 0);
-  EXPECT_EQ(session().shown().scrollY, 0);
+  EXPECT_EQ(session().screen.shown().scrollY, 0);
 }
 
 TEST_F(DrawingTest, AnImageIsOfThePageDrawnThoughAPluginTurnsMeanwhile) {
   openPages({test::pageWith("first"), {.width = 400, .height = 500}});
   ASSERT_TRUE(draws());
   drawsWith([](tavrel::PageView view, void *) { TavrelView::PageViewShowPage(view, 1); });
-  session().view()->invalidate();
-  ASSERT_TRUE(session().draw());
-  EXPECT_EQ(session().shown().page, 0);
-  EXPECT_EQ(session().shown().pageHeight, 600);
-  EXPECT_TRUE(session().needsDrawing());
+  session().documents.view()->invalidate();
+  ASSERT_TRUE(session().screen.draw());
+  EXPECT_EQ(session().screen.shown().page, 0);
+  EXPECT_EQ(session().screen.shown().pageHeight, 600);
+  EXPECT_TRUE(session().screen.needsDrawing());
 }
 
 TEST_F(DrawingTest, AnAwaitedPageNeedsNoDrawingUntilItIsRendered) {
   openPages({test::slowPage()});
-  EXPECT_TRUE(session().needsDrawing());
-  session().draw();
-  EXPECT_FALSE(session().needsDrawing());
-  ASSERT_TRUE(until([&] { return session().needsDrawing(); }));
-  EXPECT_TRUE(session().draw());
-  EXPECT_TRUE(session().shown().drawing);
+  EXPECT_TRUE(session().screen.needsDrawing());
+  session().screen.draw();
+  EXPECT_FALSE(session().screen.needsDrawing());
+  ASSERT_TRUE(until([&] { return session().screen.needsDrawing(); }));
+  EXPECT_TRUE(session().screen.draw());
+  EXPECT_TRUE(session().screen.shown().drawing);
 }
 
 TEST_F(DrawingTest, NothingNeedsDrawingWhileAPluginIsCalled) {
   openPages(test::numberedPages(1));
-  session().press(button([](tavrel::ToolButton, void *) {
-                    s_session->view()->invalidate();
-                    s_drew = s_session->needsDrawing();
-                    ++s_presses;
-                  }),
-                  0);
+  app.press(button([](tavrel::ToolButton, void *) {
+              s_session->documents.view()->invalidate();
+              s_drew = s_session->screen.needsDrawing();
+              ++s_presses;
+            }),
+            0);
   EXPECT_EQ(s_presses, 1);
   EXPECT_FALSE(s_drew);
-  EXPECT_TRUE(session().needsDrawing());
+  EXPECT_TRUE(session().screen.needsDrawing());
 }
 
 // ---- buttons ----
@@ -425,7 +425,7 @@ TEST_F(DrawingTest, ModifiersAreHeldDuringThePress) {
   const tavrel::ButtonActionProc look = [](tavrel::ToolButton, void *) {
     s_modifiers.push_back(TavrelView::GetModifierKeyState());
   };
-  EXPECT_TRUE(session().press(button(look), tavrel::modifierShift));
+  EXPECT_TRUE(app.press(button(look), tavrel::modifierShift));
   EXPECT_THAT(s_modifiers, testing::ElementsAre(tavrel::modifierShift));
   EXPECT_EQ(app.modifierKeys, 0U);
 }
@@ -433,7 +433,7 @@ TEST_F(DrawingTest, ModifiersAreHeldDuringThePress) {
 TEST_F(DrawingTest, AGreyedButtonIsNotPressed) {
   host::ToolButton &greyed = button([](tavrel::ToolButton, void *) { ++s_presses; });
   s_enabled = 0;
-  EXPECT_FALSE(session().press(greyed, 0));
+  EXPECT_FALSE(app.press(greyed, 0));
   EXPECT_EQ(s_presses, 0);
   EXPECT_FALSE(greyed.enabled);
 }
@@ -443,19 +443,19 @@ TEST_F(DrawingTest, AButtonIsAskedBeforeItIsPressed) {
   host::ToolButton &pressed = button([](tavrel::ToolButton, void *) { ++s_presses; });
   app.toolBar()->updateStates();
   s_enabled = 1;
-  EXPECT_TRUE(session().press(pressed, 0));
+  EXPECT_TRUE(app.press(pressed, 0));
   EXPECT_EQ(s_presses, 1);
 }
 
 TEST_F(DrawingTest, AfterAPressTheButtonsAreAskedAgain) {
   host::ToolButton &once = button([](tavrel::ToolButton, void *) { s_enabled = 0; });
-  EXPECT_TRUE(session().press(once, 0));
+  EXPECT_TRUE(app.press(once, 0));
   EXPECT_FALSE(once.enabled);
 }
 
 TEST_F(DrawingTest, AButtonThatRaisesReleasesTheModifiers) {
   const tavrel::ButtonActionProc raise = [](tavrel::ToolButton, void *) { Kernel::RaiseError(7); };
-  session().press(button(raise), tavrel::modifierControl);
+  app.press(button(raise), tavrel::modifierControl);
   EXPECT_EQ(app.modifierKeys, 0U);
   EXPECT_THAT(testPlugin.reports, SizeIs(1));
 }

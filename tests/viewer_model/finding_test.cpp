@@ -25,20 +25,20 @@ std::vector<test::PdfPage> lamps() {
 
 struct FindingTest : test::Sessions {
   void SetUp() override { openPages(lamps()); }
-  int y() { return session().view()->scrollY(); }
+  int y() { return session().documents.view()->scrollY(); }
   bool finishes() {
-    return until([&] { return !session().searching(); });
+    return until([&] { return !session().finding.searching(); });
   }
   void find(const std::string &text, bool backwards = false) {
-    session().find({text, {}}, backwards);
+    session().finding.find({text, {}}, backwards);
     ASSERT_TRUE(finishes());
   }
   void next() {
-    session().findAgain(false);
+    session().finding.findAgain(false);
     ASSERT_TRUE(finishes());
   }
   void previous() {
-    session().findAgain(true);
+    session().finding.findAgain(true);
     ASSERT_TRUE(finishes());
   }
   // How many pixels of a colour are visible.
@@ -49,27 +49,27 @@ struct FindingTest : test::Sessions {
 };
 
 TEST_F(FindingTest, TurnsToTheFirstPageThatHasIt) {
-  session().find({"lamp", {}}, false);
-  EXPECT_TRUE(session().searching());
-  EXPECT_EQ(session().findMessage(), "Searching");
+  session().finding.find({"lamp", {}}, false);
+  EXPECT_TRUE(session().finding.searching());
+  EXPECT_EQ(session().finding.message(), "Searching");
   ASSERT_TRUE(finishes());
-  EXPECT_EQ(session().page(), 1);
-  EXPECT_THAT(session().findMessage(), IsEmpty());
+  EXPECT_EQ(session().documents.page(), 1);
+  EXPECT_THAT(session().finding.message(), IsEmpty());
 }
 
 TEST_F(FindingTest, StepsOnAPageWithoutSearching) {
   find("lamp");
-  session().findAgain(false);
-  EXPECT_FALSE(session().searching());
-  EXPECT_EQ(session().page(), 1);
+  session().finding.findAgain(false);
+  EXPECT_FALSE(session().finding.searching());
+  EXPECT_EQ(session().documents.page(), 1);
   EXPECT_GT(y(), 0);
 }
 
 TEST_F(FindingTest, StepsBackOnAPage) {
   find("lamp");
   next();
-  session().findAgain(true);
-  EXPECT_FALSE(session().searching());
+  session().finding.findAgain(true);
+  EXPECT_FALSE(session().finding.searching());
   EXPECT_EQ(y(), 0);
 }
 
@@ -77,78 +77,78 @@ TEST_F(FindingTest, AfterTheLastMatchOfAPageComesTheNextPage) {
   find("lamp");
   next();
   next();
-  EXPECT_EQ(session().page(), 3);
+  EXPECT_EQ(session().documents.page(), 3);
 }
 
 TEST_F(FindingTest, BeforeTheFirstMatchOfAPageComesTheLastOfThePreviousPage) {
-  session().goToPage(3);
+  session().moving.goToPage(3);
   find("lamp");
   previous();
-  EXPECT_EQ(session().page(), 1);
+  EXPECT_EQ(session().documents.page(), 1);
   EXPECT_GT(y(), 0);
 }
 
 TEST_F(FindingTest, ContinuesFromTheStartWithAMessage) {
-  session().goToPage(3);
+  session().moving.goToPage(3);
   find("lamp");
   next();
-  EXPECT_EQ(session().page(), 1);
-  EXPECT_EQ(session().findMessage(), fromStart);
-  EXPECT_EQ(session().message(), fromStart);
+  EXPECT_EQ(session().documents.page(), 1);
+  EXPECT_EQ(session().finding.message(), fromStart);
+  EXPECT_EQ(session().status.message(), fromStart);
 }
 
 TEST_F(FindingTest, ContinuesFromTheEndWithAMessage) {
   find("lamp");
   previous();
-  EXPECT_EQ(session().page(), 3);
-  EXPECT_EQ(session().findMessage(), fromEnd);
+  EXPECT_EQ(session().documents.page(), 3);
+  EXPECT_EQ(session().finding.message(), fromEnd);
 }
 
 TEST_F(FindingTest, TheMessageIsRemovedByTheNextStep) {
-  session().goToPage(3);
+  session().moving.goToPage(3);
   find("lamp");
   next();
   next();
-  EXPECT_THAT(session().findMessage(), IsEmpty());
+  EXPECT_THAT(session().finding.message(), IsEmpty());
 }
 
 TEST_F(FindingTest, OnTheLastPageItContinuesAtOnce) {
   openPages({test::pageWith("lamp")}, "one.pdf");
   find("lamp");
   next();
-  EXPECT_EQ(session().findMessage(), fromStart);
+  EXPECT_EQ(session().finding.message(), fromStart);
   previous();
-  EXPECT_EQ(session().findMessage(), fromEnd);
+  EXPECT_EQ(session().finding.message(), fromEnd);
 }
 
 TEST_F(FindingTest, AnotherTextStartsASearchFromThePageShown) {
   find("lamp");
   find("page 3");
-  EXPECT_EQ(session().page(), 2);
-  EXPECT_EQ(session().findRequest().text, "page 3");
+  EXPECT_EQ(session().documents.page(), 2);
+  EXPECT_EQ(session().finding.request().text, "page 3");
 }
 
 TEST_F(FindingTest, OtherOptionsStartASearch) {
   find("LAMP");
-  session().find({"LAMP", {.matchCase = true}}, false);
-  EXPECT_TRUE(session().searching());
+  session().finding.find({"LAMP", {.matchCase = true}}, false);
+  EXPECT_TRUE(session().finding.searching());
   ASSERT_TRUE(finishes());
-  EXPECT_THAT(session().findMessage(), HasSubstr("is not in the document"));
+  EXPECT_THAT(session().finding.message(), HasSubstr("is not in the document"));
 }
 
 TEST_F(FindingTest, AReaderWhoTurnsIsFollowed) {
   find("lamp");
-  session().goToPage(2);
+  session().moving.goToPage(2);
   next();
-  EXPECT_EQ(session().page(), 3);
+  EXPECT_EQ(session().documents.page(), 3);
 }
 
 TEST_F(FindingTest, ATextThatIsNotFoundIsReported) {
-  session().goToPage(2);
+  session().moving.goToPage(2);
   find("cellar");
-  EXPECT_EQ(session().findMessage(), "\u201Ccellar\u201D is not in the document");
-  EXPECT_EQ(session().message(), session().findMessage());
-  EXPECT_EQ(session().page(), 2);
+  EXPECT_EQ(session().finding.message(), "\u201Ccellar\u201D is not in the document");
+  EXPECT_EQ(session().status.message(), session().finding.message());
+  EXPECT_EQ(session().documents.page(), 2);
 }
 
 TEST_F(FindingTest, ATextThatIsNotFoundRemovesTheMarks) {
@@ -159,25 +159,25 @@ TEST_F(FindingTest, ATextThatIsNotFoundRemovesTheMarks) {
 }
 
 TEST_F(FindingTest, NoTextIsNotSearched) {
-  session().find({}, false);
-  EXPECT_FALSE(session().searching());
+  session().finding.find({}, false);
+  EXPECT_FALSE(session().finding.searching());
 }
 
 TEST_F(FindingTest, ATextThatIsNoUtf8IsReported) {
   find("\xC3(");
-  EXPECT_THAT(session().findMessage(), HasSubstr("UTF-8"));
+  EXPECT_THAT(session().finding.message(), HasSubstr("UTF-8"));
 }
 
 TEST_F(FindingTest, ARemovedFileIsReported) {
-  std::filesystem::remove(session().front()->file);
+  std::filesystem::remove(session().documents.front()->file);
   find("lamp");
-  EXPECT_THAT(session().findMessage(), HasSubstr("No such file"));
+  EXPECT_THAT(session().finding.message(), HasSubstr("No such file"));
 }
 
 TEST_F(FindingTest, AnEncryptedDocumentIsSearched) {
   open(test::locked(write("secret.pdf", {test::pageWith("hidden")})), {}, "user");
   find("hidden");
-  EXPECT_THAT(session().findMessage(), IsEmpty());
+  EXPECT_THAT(session().finding.message(), IsEmpty());
 }
 
 // ---- marks ----
@@ -191,14 +191,14 @@ TEST_F(FindingTest, TheMatchIsMarkedWhereItIs) {
 }
 
 TEST_F(FindingTest, TheOtherMatchesOfThePageAreMarkedLighter) {
-  session().setFit(host::Fit::page);
+  session().moving.setFit(host::Fit::page);
   find("lamp");
   EXPECT_GT(count(currentMatch), 0);
   EXPECT_GT(count(everyMatch), 0);
 }
 
 TEST_F(FindingTest, AStepMovesTheMark) {
-  session().setFit(host::Fit::page);
+  session().moving.setFit(host::Fit::page);
   find("lamp");
   ASSERT_TRUE(draws());
   const std::vector<uint32_t> before = drawing().image.pixels;
@@ -218,26 +218,26 @@ TEST_F(FindingTest, ARotatedPageIsMarkedWhereTheTextIs) {
 }
 
 TEST_F(FindingTest, AMatchThatIsNotVisibleIsScrolledToTheMiddle) {
-  session().setZoom(2); // 1067 by 1600 pixels
+  session().moving.setZoom(2); // 1067 by 1600 pixels
   find("lamp");
-  const double dpi = session().view()->dpi(), middle = (600 - 550) * dpi / 72;
+  const double dpi = session().documents.view()->dpi(), middle = (600 - 550) * dpi / 72;
   next(); // at the bottom, 50 points above the lower edge
-  EXPECT_NEAR(y() + height / 2.0, session().view()->pageHeight() - middle, 150);
+  EXPECT_NEAR(y() + height / 2.0, session().documents.view()->pageHeight() - middle, 150);
   EXPECT_GT(count(currentMatch), 0);
 }
 
 TEST_F(FindingTest, AMatchInTheMiddleOfThePageIsScrolledToTheMiddleOfTheWindow) {
   openPages({test::pageWith("lamp", 200, 300)}, "middle.pdf");
-  session().setZoom(4);
+  session().moving.setZoom(4);
   find("lamp");
-  const double scale = session().view()->dpi() / 72;
-  EXPECT_NEAR(session().view()->scrollX() + width / 2.0, 212 * scale, 2 * scale);
+  const double scale = session().documents.view()->dpi() / 72;
+  EXPECT_NEAR(session().documents.view()->scrollX() + width / 2.0, 212 * scale, 2 * scale);
   EXPECT_NEAR(y() + height / 2.0, 300 * scale, 8 * scale);
 }
 
 TEST_F(FindingTest, AVisibleMatchDoesNotScroll) {
-  session().goToPage(1);
-  session().view()->scrollTo(0, 20);
+  session().moving.goToPage(1);
+  session().documents.view()->scrollTo(0, 20);
   find("lamp");
   EXPECT_EQ(y(), 20);
 }
@@ -245,84 +245,84 @@ TEST_F(FindingTest, AVisibleMatchDoesNotScroll) {
 TEST_F(FindingTest, EndingRemovesTheMarksAndTheMessage) {
   find("lamp");
   EXPECT_GT(count(currentMatch), 0);
-  session().endFinding();
+  session().finding.end();
   EXPECT_EQ(count(currentMatch), 0);
-  EXPECT_THAT(session().findMessage(), IsEmpty());
+  EXPECT_THAT(session().finding.message(), IsEmpty());
 }
 
 TEST_F(FindingTest, EndingKeepsTheText) {
   find("lamp");
-  session().endFinding();
-  EXPECT_EQ(session().findRequest().text, "lamp");
+  session().finding.end();
+  EXPECT_EQ(session().finding.request().text, "lamp");
   next();
-  EXPECT_EQ(session().page(), 1);
+  EXPECT_EQ(session().documents.page(), 1);
 }
 
 // ---- what happens meanwhile ----
 
 TEST_F(FindingTest, AnEndedSearchTurnsNoPage) {
-  session().find({"lamp", {}}, false);
-  session().endFinding();
+  session().finding.find({"lamp", {}}, false);
+  session().finding.end();
   find("page 1"); // when this is found, the ended search is over
-  EXPECT_EQ(session().page(), 0);
+  EXPECT_EQ(session().documents.page(), 0);
 }
 
 TEST_F(FindingTest, ClosingEndsTheSearchOfTheDocument) {
-  session().find({"cellar", {}}, false);
-  session().closeFront();
-  EXPECT_FALSE(session().searching());
-  EXPECT_NE(session().findMessage(), "Searching");
+  session().finding.find({"cellar", {}}, false);
+  session().documents.closeFront();
+  EXPECT_FALSE(session().finding.searching());
+  EXPECT_NE(session().finding.message(), "Searching");
 }
 
 TEST_F(FindingTest, AnotherDocumentInFrontIsNotTurned) {
   openPages(test::numberedPages(5), "other.pdf");
-  session().bringToFront(0);
-  session().find({"lamp", {}}, false);
-  session().bringToFront(1);
+  session().documents.bringToFront(0);
+  session().finding.find({"lamp", {}}, false);
+  session().documents.bringToFront(1);
   ASSERT_TRUE(finishes());
-  EXPECT_EQ(session().page(), 0);
+  EXPECT_EQ(session().documents.page(), 0);
 }
 
 TEST_F(FindingTest, ASearchThatAnotherDocumentEndedIsNotUnderWayForTheDialog) {
   openPages(test::numberedPages(5), "other.pdf");
-  session().bringToFront(0);
-  session().find({"lamp", {}}, false);
-  session().bringToFront(1);
+  session().documents.bringToFront(0);
+  session().finding.find({"lamp", {}}, false);
+  session().documents.bringToFront(1);
   ASSERT_TRUE(finishes());
-  EXPECT_NE(session().findMessage(), "Searching");
+  EXPECT_NE(session().finding.message(), "Searching");
 }
 
 TEST_F(FindingTest, ADocumentThatArrivesDuringASearchIsNotTurned) {
-  session().open({write("other.pdf", test::numberedPages(5)), {}});
-  session().find({"lamp", {}}, false);
-  ASSERT_TRUE(until([&] { return !session().opening() && !session().searching(); }));
-  EXPECT_EQ(session().page() == 0, session().front()->file.filename() == "other.pdf");
+  session().documents.open({write("other.pdf", test::numberedPages(5)), {}});
+  session().finding.find({"lamp", {}}, false);
+  ASSERT_TRUE(until([&] { return !session().documents.opening() && !session().finding.searching(); }));
+  EXPECT_EQ(session().documents.page() == 0, session().documents.front()->file.filename() == "other.pdf");
 }
 
 TEST_F(FindingTest, ReloadingForgetsTheMatchesOfTheOldFile) {
   find("lamp");
-  session().reload();
-  ASSERT_TRUE(until([&] { return !session().opening(); }));
+  session().documents.reload();
+  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
   EXPECT_EQ(count(currentMatch), 0);
   next();
-  EXPECT_EQ(session().page(), 1);
+  EXPECT_EQ(session().documents.page(), 1);
   EXPECT_GT(count(currentMatch), 0);
 }
 
 TEST_F(FindingTest, TheMarksComeBackWithTheirDocument) {
   find("lamp");
   openPages(test::numberedPages(1), "other.pdf");
-  session().bringToFront(0);
+  session().documents.bringToFront(0);
   find("lamp");
-  session().bringToFront(1);
+  session().documents.bringToFront(1);
   EXPECT_EQ(count(currentMatch), 0);
-  session().bringToFront(0);
+  session().documents.bringToFront(0);
   EXPECT_GT(count(currentMatch), 0);
 }
 
 TEST_F(FindingTest, EndsWhileItSearches) {
   openPages(test::numberedPages(300), "long.pdf");
-  session().find({"cellar", {}}, false);
+  session().finding.find({"cellar", {}}, false);
   endSession();
   EXPECT_EQ(app.front(), nullptr);
 }

@@ -13,245 +13,246 @@ using testing::DoubleNear;
 struct MovingTest : test::Sessions {
   static constexpr int bottom = 300; ///< the furthest that a page scrolls
   void SetUp() override { openPages(test::numberedPages(3)); }
-  int y() { return session().view()->scrollY(); }
+  int y() { return session().documents.view()->scrollY(); }
   void moveTo(int32_t page, int scrollY) {
-    session().goToPage(page);
-    session().view()->scrollTo(0, scrollY);
+    session().moving.goToPage(page);
+    session().documents.view()->scrollTo(0, scrollY);
   }
 };
 
 TEST_F(MovingTest, GoesToAPage) {
-  session().goToPage(2);
-  EXPECT_EQ(session().page(), 2);
+  session().moving.goToPage(2);
+  EXPECT_EQ(session().documents.page(), 2);
 }
 
 TEST_F(MovingTest, PagesBeyondTheEndsAreTheLastAndTheFirst) {
-  session().goToPage(99);
-  EXPECT_EQ(session().page(), 2);
-  session().goToPage(-5);
-  EXPECT_EQ(session().page(), 0);
+  session().moving.goToPage(99);
+  EXPECT_EQ(session().documents.page(), 2);
+  session().moving.goToPage(-5);
+  EXPECT_EQ(session().documents.page(), 0);
 }
 
 TEST_F(MovingTest, TurnsBothWays) {
-  session().turn(2);
-  EXPECT_EQ(session().page(), 2);
-  session().turn(-1);
-  EXPECT_EQ(session().page(), 1);
+  session().moving.turn(2);
+  EXPECT_EQ(session().documents.page(), 2);
+  session().moving.turn(-1);
+  EXPECT_EQ(session().documents.page(), 1);
 }
 
 TEST_F(MovingTest, TurningStopsAtTheEnds) {
-  session().turn(-1);
-  EXPECT_EQ(session().page(), 0);
-  session().turn(7);
-  EXPECT_EQ(session().page(), 2);
+  session().moving.turn(-1);
+  EXPECT_EQ(session().documents.page(), 0);
+  session().moving.turn(7);
+  EXPECT_EQ(session().documents.page(), 2);
 }
 
 TEST_F(MovingTest, ScrollingStaysOnThePageAsLongAsThereIsMore) {
-  session().scroll(0, 200);
+  session().moving.scroll(0, 200);
   EXPECT_EQ(y(), 200);
-  session().scroll(0, 200);
+  session().moving.scroll(0, 200);
   EXPECT_EQ(y(), bottom);
-  EXPECT_EQ(session().page(), 0);
+  EXPECT_EQ(session().documents.page(), 0);
 }
 
 TEST_F(MovingTest, ScrollingBeyondTheBottomShowsTheNextPagesTop) {
   moveTo(0, bottom);
-  session().scroll(0, 10);
-  EXPECT_EQ(session().page(), 1);
+  session().moving.scroll(0, 10);
+  EXPECT_EQ(session().documents.page(), 1);
   EXPECT_EQ(y(), 0);
 }
 
 TEST_F(MovingTest, ScrollingBeyondTheTopShowsTheBottomOfThePreviousPage) {
   moveTo(1, 0);
-  session().scroll(0, -10);
-  EXPECT_EQ(session().page(), 0);
+  session().moving.scroll(0, -10);
+  EXPECT_EQ(session().documents.page(), 0);
   EXPECT_EQ(y(), bottom);
 }
 
 TEST_F(MovingTest, ScrollingStopsAtTheEndsOfTheDocument) {
-  session().scroll(0, -10);
-  EXPECT_EQ(session().page(), 0);
+  session().moving.scroll(0, -10);
+  EXPECT_EQ(session().documents.page(), 0);
   moveTo(2, bottom);
-  session().scroll(0, 10);
-  EXPECT_EQ(session().page(), 2);
+  session().moving.scroll(0, 10);
+  EXPECT_EQ(session().documents.page(), 2);
   EXPECT_EQ(y(), bottom);
 }
 
 TEST_F(MovingTest, ScrollingSidewaysTurnsNoPage) {
   moveTo(0, bottom);
-  session().scroll(50, 0);
-  EXPECT_EQ(session().page(), 0);
+  session().moving.scroll(50, 0);
+  EXPECT_EQ(session().documents.page(), 0);
 }
 
 TEST_F(MovingTest, TurningByScrollingKeepsTheColumn) {
-  session().setZoom(1.5);
-  session().view()->scrollTo(100, 10'000);
-  session().scroll(0, 10);
-  EXPECT_EQ(session().page(), 1);
-  EXPECT_EQ(session().view()->scrollX(), 100);
+  session().moving.setZoom(1.5);
+  session().documents.view()->scrollTo(100, 10'000);
+  session().moving.scroll(0, 10);
+  EXPECT_EQ(session().documents.page(), 1);
+  EXPECT_EQ(session().documents.view()->scrollX(), 100);
 }
 
 TEST_F(MovingTest, DraggingStaysOnThePage) {
-  session().drag(0, 5000);
-  session().drag(0, 5000);
-  EXPECT_EQ(session().page(), 0);
+  session().moving.drag(0, 5000);
+  session().moving.drag(0, 5000);
+  EXPECT_EQ(session().documents.page(), 0);
   EXPECT_EQ(y(), bottom);
 }
 
 TEST_F(MovingTest, APageOfTheWindowLeavesATenthVisible) {
-  session().scrollWindow(1);
+  session().moving.scrollWindow(1);
   EXPECT_EQ(y(), 270);
-  session().scrollWindow(-1);
+  session().moving.scrollWindow(-1);
   EXPECT_EQ(y(), 0);
 }
 
 TEST_F(MovingTest, PagesOfTheWindowLeadThroughTheDocument) {
   std::vector<int32_t> pages;
   for (int step = 0; step < 6; ++step) {
-    session().scrollWindow(1);
-    pages.push_back(session().page());
+    session().moving.scrollWindow(1);
+    pages.push_back(session().documents.page());
   }
   EXPECT_THAT(pages, testing::ElementsAre(0, 0, 1, 1, 1, 2));
 }
 
 TEST_F(MovingTest, ThePositionIsThePageAndThePartScrolled) {
   moveTo(1, 150);
-  EXPECT_THAT(session().position(), DoubleNear(1.25, 1e-9));
+  EXPECT_THAT(session().moving.position(), DoubleNear(1.25, 1e-9));
 }
 
 TEST_F(MovingTest, EveryPositionIsRestored) {
   for (const int32_t page : {0, 1, 2})
     for (const int scrollY : {0, 1, 7, 149, 299, 300}) {
       moveTo(page, scrollY);
-      const double position = session().position();
+      const double position = session().moving.position();
       moveTo(0, 0);
-      session().setPosition(position);
-      EXPECT_EQ(session().page(), page) << position;
+      session().moving.setPosition(position);
+      EXPECT_EQ(session().documents.page(), page) << position;
       EXPECT_EQ(y(), scrollY) << position;
     }
 }
 
 TEST_F(MovingTest, APositionOnAnotherPageKeepsTheColumn) {
-  session().setZoom(1.5);
-  session().view()->scrollTo(100, 0);
-  session().setPosition(1.5);
-  EXPECT_EQ(session().view()->scrollX(), 100);
+  session().moving.setZoom(1.5);
+  session().documents.view()->scrollTo(100, 0);
+  session().moving.setPosition(1.5);
+  EXPECT_EQ(session().documents.view()->scrollX(), 100);
 }
 
 TEST_F(MovingTest, PositionsBeyondTheEndsAreClamped) {
-  session().setPosition(99);
-  EXPECT_EQ(session().page(), 2);
+  session().moving.setPosition(99);
+  EXPECT_EQ(session().documents.page(), 2);
   EXPECT_EQ(y(), bottom);
-  session().setPosition(-1);
-  EXPECT_EQ(session().position(), 0);
+  session().moving.setPosition(-1);
+  EXPECT_EQ(session().moving.position(), 0);
 }
 
-TEST_F(MovingTest, HalfOfThePageIsVisible) { EXPECT_THAT(session().visibleShare(), DoubleNear(0.5, 1e-9)); }
+TEST_F(MovingTest, HalfOfThePageIsVisible) { EXPECT_THAT(session().moving.visibleShare(), DoubleNear(0.5, 1e-9)); }
 
 TEST_F(MovingTest, APageThatFitsIsCompletelyVisible) {
-  session().setFit(host::Fit::page);
-  EXPECT_EQ(session().visibleShare(), 1);
+  session().moving.setFit(host::Fit::page);
+  EXPECT_EQ(session().moving.visibleShare(), 1);
 }
 
 // ---- size ----
 
 TEST_F(MovingTest, AHundredPercentIsTheScreensResolution) {
-  session().setZoom(1);
-  EXPECT_EQ(session().view()->dpi(), 96);
-  EXPECT_EQ(session().zoom(), 1);
-  EXPECT_EQ(session().fit(), host::Fit::none);
+  session().moving.setZoom(1);
+  EXPECT_EQ(session().documents.view()->dpi(), 96);
+  EXPECT_EQ(session().moving.zoom(), 1);
+  EXPECT_EQ(session().moving.fit(), host::Fit::none);
 }
 
 TEST_F(MovingTest, ZoomingStepsFromWhereItIs) {
-  EXPECT_THAT(session().zoom(), DoubleNear(0.75, 1e-9)); // as wide as the window
-  session().zoomBy(1);
-  EXPECT_THAT(session().zoom(), DoubleNear(0.9, 1e-9));
-  session().zoomBy(-1);
-  session().zoomBy(-1);
-  EXPECT_THAT(session().zoom(), DoubleNear(0.67, 1e-9));
+  EXPECT_THAT(session().moving.zoom(), DoubleNear(0.75, 1e-9)); // as wide as the window
+  session().moving.zoomBy(1);
+  EXPECT_THAT(session().moving.zoom(), DoubleNear(0.9, 1e-9));
+  session().moving.zoomBy(-1);
+  session().moving.zoomBy(-1);
+  EXPECT_THAT(session().moving.zoom(), DoubleNear(0.67, 1e-9));
 }
 
 TEST_F(MovingTest, ZoomingEndsAtATenth) {
   for (int step = 0; step < 30; ++step)
-    session().zoomBy(-1);
-  EXPECT_THAT(session().zoom(), DoubleNear(0.1, 1e-9));
+    session().moving.zoomBy(-1);
+  EXPECT_THAT(session().moving.zoom(), DoubleNear(0.1, 1e-9));
 }
 
 TEST_F(MovingTest, ZoomingEndsWhereAnImageWouldBeTooLarge) {
   for (int step = 0; step < 30; ++step)
-    session().zoomBy(1);
-  const double largest = session().zoom();
+    session().moving.zoomBy(1);
+  const double largest = session().moving.zoom();
   EXPECT_GT(largest, 6);
-  EXPECT_LE(1.0 * session().view()->pageWidth() * session().view()->pageHeight(), host::PageView::largestImage);
-  session().zoomBy(-1);
-  EXPECT_LT(session().zoom(), largest);
+  EXPECT_LE(1.0 * session().documents.view()->pageWidth() * session().documents.view()->pageHeight(),
+            host::PageView::largestImage);
+  session().moving.zoomBy(-1);
+  EXPECT_LT(session().moving.zoom(), largest);
 }
 
 TEST_F(MovingTest, ZoomingKeepsTheMiddle) {
   moveTo(0, 150); // the middle of the page is in the middle of the window
-  session().setZoom(1.5);
-  EXPECT_THAT(y() + height / 2.0, DoubleNear(session().view()->pageHeight() / 2.0, 1));
+  session().moving.setZoom(1.5);
+  EXPECT_THAT(y() + height / 2.0, DoubleNear(session().documents.view()->pageHeight() / 2.0, 1));
 }
 
 TEST_F(MovingTest, FitPageShowsAllOfIt) {
-  session().setFit(host::Fit::page);
-  EXPECT_EQ(session().view()->pageHeight(), height);
-  EXPECT_EQ(session().fit(), host::Fit::page);
+  session().moving.setFit(host::Fit::page);
+  EXPECT_EQ(session().documents.view()->pageHeight(), height);
+  EXPECT_EQ(session().moving.fit(), host::Fit::page);
 }
 
 TEST_F(MovingTest, AFitIsKeptForDocumentsOpenedLater) {
-  session().setFit(host::Fit::page);
+  session().moving.setFit(host::Fit::page);
   openPages(test::numberedPages(1), "later.pdf");
-  EXPECT_EQ(session().fit(), host::Fit::page);
-  EXPECT_EQ(session().view()->pageHeight(), height);
+  EXPECT_EQ(session().moving.fit(), host::Fit::page);
+  EXPECT_EQ(session().documents.view()->pageHeight(), height);
 }
 
 TEST_F(MovingTest, ZoomingEndsTheFitForDocumentsOpenedLater) {
-  session().setZoom(2);
+  session().moving.setZoom(2);
   openPages(test::numberedPages(1), "later.pdf");
-  EXPECT_EQ(session().fit(), host::Fit::none);
+  EXPECT_EQ(session().moving.fit(), host::Fit::none);
 }
 
 TEST_F(MovingTest, AFitFollowsTheWindow) {
-  session().setWindow(800, 600, 0);
-  EXPECT_EQ(session().view()->pageWidth(), 800);
+  session().moving.setWindow(800, 600, 0);
+  EXPECT_EQ(session().documents.view()->pageWidth(), 800);
 }
 
 TEST_F(MovingTest, AFitFollowsThePage) {
   openPages({{.width = 200, .height = 200}, {.width = 1000, .height = 200}}, "mixed.pdf");
-  EXPECT_EQ(session().view()->pageWidth(), width);
-  session().turn(1);
-  EXPECT_EQ(session().view()->pageWidth(), width);
-  EXPECT_EQ(session().view()->pageHeight(), 80);
+  EXPECT_EQ(session().documents.view()->pageWidth(), width);
+  session().moving.turn(1);
+  EXPECT_EQ(session().documents.view()->pageWidth(), width);
+  EXPECT_EQ(session().documents.view()->pageHeight(), 80);
 }
 
 TEST_F(MovingTest, ScrollingBackToALargerPageShowsItsBottom) {
   openPages({{.width = 400, .height = 2000}, {.width = 1000, .height = 200}}, "mixed.pdf");
-  session().goToPage(1);
-  session().scroll(0, -10);
-  EXPECT_EQ(session().page(), 0);
+  session().moving.goToPage(1);
+  session().moving.scroll(0, -10);
+  EXPECT_EQ(session().documents.page(), 0);
   EXPECT_EQ(y(), 2000 - height);
 }
 
 TEST_F(MovingTest, AZoomIsTheSameOnPagesOfAllSizes) {
   openPages({{.width = 200, .height = 200}, {.width = 1000, .height = 200}}, "mixed.pdf");
-  session().setZoom(1);
-  session().turn(1);
-  EXPECT_EQ(session().zoom(), 1);
+  session().moving.setZoom(1);
+  session().moving.turn(1);
+  EXPECT_EQ(session().moving.zoom(), 1);
 }
 
 TEST_F(MovingTest, APageThatIsTooLargeForTheZoomLeavesItToTheNextOne) {
   openPages({{.width = 5000, .height = 5000}, {.width = 200, .height = 200}}, "mixed.pdf");
-  session().setZoom(4);
-  EXPECT_LT(session().zoom(), 1);
-  session().turn(1);
-  EXPECT_EQ(session().zoom(), 4);
+  session().moving.setZoom(4);
+  EXPECT_LT(session().moving.zoom(), 1);
+  session().moving.turn(1);
+  EXPECT_EQ(session().moving.zoom(), 4);
 }
 
 TEST_F(MovingTest, TurningRemovesTheMessage) {
-  session().setMessage("something");
-  session().turn(1);
-  EXPECT_EQ(session().message(), "");
+  session().status.set("something");
+  session().moving.turn(1);
+  EXPECT_EQ(session().status.message(), "");
 }
 
 } // namespace

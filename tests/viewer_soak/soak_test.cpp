@@ -85,14 +85,14 @@ protected:
     std::ofstream(folder.path() / "hits.xml") << "<XML>\n<Body mode=active>\n<highlights>\n<loc pg=3 pos=0 len=1>\n"
                                                  "<loc pg=9 pos=2 len=2>\n</highlights>\n</Body>\n</XML>\n";
   }
-  ~Soak() override { session.closeAll(); }
+  ~Soak() override { session.documents.closeAll(); }
 
   // Handles events and takes over the threads' results until the condition holds.
   void until(const std::function<bool()> &holds) {
     const XtIntervalId tick = XtAppAddTimeOut(toolkit.context(), 1, again, this);
     tick_ = tick;
     window.loop([&] {
-      session.collect();
+      session.arrivals.collect();
       return holds();
     });
     XtRemoveTimeOut(tick_);
@@ -101,7 +101,7 @@ protected:
     auto &soak = *static_cast<Soak *>(self);
     soak.tick_ = XtAppAddTimeOut(soak.toolkit.context(), 1, again, self);
   }
-  bool drawn() const { return session.shown().drawing && !session.view()->invalid(); }
+  bool drawn() const { return session.screen.shown().drawing && !session.documents.view()->invalid(); }
   static long descriptors() {
     return static_cast<long>(std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
   }
@@ -142,23 +142,23 @@ TEST_F(Soak, DocumentsAndPagesLeaveNothingBehind) {
   Usage early;
   const long withoutDocuments = descriptors();
   for (int i = 1; i <= 500; ++i) {
-    session.open({file, "xml=hits.xml"});
-    until([&] { return session.front() != nullptr && drawn(); });
-    ASSERT_EQ(session.page(), 3);
-    session.closeFront();
+    session.documents.open({file, "xml=hits.xml"});
+    until([&] { return session.documents.front() != nullptr && drawn(); });
+    ASSERT_EQ(session.documents.page(), 3);
+    session.documents.closeFront();
     // The rendering thread closes its file a moment later.
-    until([&] { return !session.shown().document && descriptors() == withoutDocuments; });
+    until([&] { return !session.screen.shown().document && descriptors() == withoutDocuments; });
     if (i == 50) early = usage();
   }
   expectSame(early, usage());
 
-  session.open({file, "xml=hits.xml"});
-  until([&] { return session.front() != nullptr && drawn(); });
+  session.documents.open({file, "xml=hits.xml"});
+  until([&] { return session.documents.front() != nullptr && drawn(); });
   for (int i = 1; i <= 10'000; ++i) {
-    if (session.page() + 1 < session.pageCount())
-      session.turn(1);
+    if (session.documents.page() + 1 < session.documents.pageCount())
+      session.moving.turn(1);
     else
-      session.goToPage(0);
+      session.moving.goToPage(0);
     until([&] { return drawn(); });
     if (i == 1'400) early = usage(); // every page twice
   }

@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Turning pages, scrolling and zooming.
+#include "viewer/model/moving.h"
+
 #include <algorithm>
 #include <cmath>
-
-#include "viewer/model/session.h"
 
 namespace viewer {
 namespace {
@@ -14,71 +13,105 @@ constexpr double zoomSteps[] = {0.1, 0.25, 0.33, 0.5, 0.67, 0.75, 0.9, 1, 1.1, 1
 
 } // namespace
 
-int32_t Session::pageCount() const { return front() == nullptr ? 0 : front()->model->pageCount(); }
-
-int32_t Session::page() const { return view() == nullptr ? 0 : view()->page(); }
-
-void Session::goToPage(int32_t page) {
-  if (view() == nullptr) return;
-  try {
-    view()->showPage(std::clamp(page, 0, pageCount() - 1));
-    if (!message_.empty()) setMessage("");
-  } catch (const host::HostError &error) {
-    reportError(error.what());
-  }
-  touch();
+// All of it or nothing of the window's size is known.
+void Moving::fitToWindow(host::PageView &view) const {
+  view.setMargin(margin_);
+  if (windowWidth_ > 0) view.setWindow(windowWidth_, windowHeight_);
 }
 
-void Session::turn(int32_t pages) { goToPage(page() + pages); }
+void Moving::opens(const OpenDocument &document) {
+  fitToWindow(*document.document->view);
+  document.document->view->setFit(fit_);
+}
 
-void Session::drag(int dx, int dy) {
+void Moving::replaces(const host::ViewerDocument &before, host::ViewerDocument &now) {
+  const host::PageView &old = *before.view;
+  host::PageView &view = *now.view;
+  if (old.fit() == host::Fit::none)
+    view.setDpi(old.dpi());
+  else
+    view.setFit(old.fit());
+  goToPage(old.page());
+  view.scrollTo(old.scrollX(), old.scrollY());
+}
+
+void Moving::frontChanged() {
+  if (view() == nullptr) return;
+  fitToWindow(*view());
+  view()->invalidate();
+}
+
+void Moving::setWindow(int width, int height, int margin) {
+  windowWidth_ = width;
+  windowHeight_ = height;
+  margin_ = margin;
+  if (view() != nullptr) fitToWindow(*view());
+  changes_.note(allParts);
+}
+
+void Moving::goToPage(int32_t page) {
+  if (view() == nullptr) return;
+  try {
+    view()->showPage(std::clamp(page, 0, documents_.pageCount() - 1));
+    if (!status_.message().empty()) status_.set("");
+  } catch (const host::HostError &error) {
+    status_.report(error.what());
+  }
+  changes_.note(allParts);
+}
+
+void Moving::turn(int32_t pages) { goToPage(documents_.page() + pages); }
+
+void Moving::drag(int dx, int dy) {
   if (host::PageView *moved = view()) moved->scrollTo(moved->scrollX() + dx, moved->scrollY() + dy);
 }
 
-void Session::scroll(int dx, int dy) {
+void Moving::scroll(int dx, int dy) {
   host::PageView *moved = view();
   if (moved == nullptr) return;
   const int before = moved->scrollY();
   drag(dx, dy);
   if (dy == 0 || moved->scrollY() != before) return;
   const int32_t other = moved->page() + (dy > 0 ? 1 : -1);
-  if (other < 0 || other >= pageCount()) return;
+  if (other < 0 || other >= documents_.pageCount()) return;
   const int x = moved->scrollX();
   goToPage(other);
   if (moved->page() == other) moved->scrollTo(x, dy > 0 ? 0 : moved->pageHeight());
 }
 
-void Session::scrollWindow(int direction) {
+void Moving::scrollWindow(int direction) {
   // A tenth of the window stays visible.
   scroll(0, direction * std::max(windowHeight_ * 9 / 10, 1));
 }
 
-double Session::position() const {
-  return view() == nullptr ? 0 : page() + std::min(0.999, 1.0 * view()->scrollY() / std::max(1, view()->pageHeight()));
+double Moving::position() const {
+  return view() == nullptr
+             ? 0
+             : documents_.page() + std::min(0.999, 1.0 * view()->scrollY() / std::max(1, view()->pageHeight()));
 }
 
-void Session::setPosition(double position) {
+void Moving::setPosition(double position) {
   if (view() == nullptr) return;
-  const double clamped = std::clamp(position, 0.0, pageCount() - 1e-3);
+  const double clamped = std::clamp(position, 0.0, documents_.pageCount() - 1e-3);
   const int x = view()->scrollX();
   goToPage(static_cast<int32_t>(clamped));
   view()->scrollTo(x, static_cast<int>(std::lround((clamped - std::floor(clamped)) * view()->pageHeight())));
 }
 
-double Session::visibleShare() const {
+double Moving::visibleShare() const {
   return view() == nullptr || windowHeight_ == 0 ? 1 : std::min(1.0, 1.0 * windowHeight_ / view()->pageHeight());
 }
 
-double Session::zoom() const { return view() == nullptr ? 1 : view()->dpi() / screenDpi_; }
+double Moving::zoom() const { return view() == nullptr ? 1 : view()->dpi() / documents_.screenDpi; }
 
-void Session::setZoom(double zoom) {
+void Moving::setZoom(double zoom) {
   if (view() == nullptr) return;
-  view()->setDpi(zoom * screenDpi_);
+  view()->setDpi(zoom * documents_.screenDpi);
   fit_ = host::Fit::none;
-  touch();
+  changes_.note(allParts);
 }
 
-void Session::zoomBy(int steps) {
+void Moving::zoomBy(int steps) {
   constexpr double same = 0.005;
   const double now = zoom();
   if (steps > 0) {
@@ -92,10 +125,10 @@ void Session::zoomBy(int steps) {
   }
 }
 
-void Session::setFit(host::Fit fit) {
+void Moving::setFit(host::Fit fit) {
   fit_ = fit;
   if (view() != nullptr) view()->setFit(fit);
-  touch();
+  changes_.note(allParts);
 }
 
 } // namespace viewer

@@ -12,12 +12,14 @@
 namespace viewer {
 namespace {
 
-bool hasDocument(const MainWindow &window) { return window.session().front() != nullptr; }
+bool hasDocument(const MainWindow &window) { return window.session().documents.front() != nullptr; }
 bool hasSomethingToFind(const MainWindow &window) {
-  return hasDocument(window) && !window.session().findRequest().text.empty();
+  return hasDocument(window) && !window.session().finding.request().text.empty();
 }
-bool hasPageBefore(const MainWindow &window) { return window.session().page() > 0; }
-bool hasPageAfter(const MainWindow &window) { return window.session().page() + 1 < window.session().pageCount(); }
+bool hasPageBefore(const MainWindow &window) { return window.session().documents.page() > 0; }
+bool hasPageAfter(const MainWindow &window) {
+  return window.session().documents.page() + 1 < window.session().documents.pageCount();
+}
 
 // The distances that arrow keys and the wheel scroll, in pixels at 96 dots per inch.
 constexpr double line = 48, wheel = 90;
@@ -26,10 +28,10 @@ Session &of(MainWindow &window) { return window.session(); }
 
 // Scrolls sideways; turns the page if there is nothing to scroll.
 void sideways(MainWindow &window, int direction) {
-  const host::PageView *view = of(window).view();
+  const host::PageView *view = of(window).documents.view();
   const int before = view->scrollX();
-  of(window).drag(direction * window.pixels(line), 0);
-  if (view->scrollX() == before) of(window).turn(direction);
+  of(window).moving.drag(direction * window.pixels(line), 0);
+  if (view->scrollX() == before) of(window).moving.turn(direction);
 }
 
 constexpr const char *menus[] = {"File", "Edit", "View", "Go", pluginMenu, windowMenu, "Help"};
@@ -37,40 +39,40 @@ constexpr const char *menus[] = {"File", "Edit", "View", "Go", pluginMenu, windo
 // clang-format off
 constexpr Action table[] = {
     {"Open", "File", "Open\u2026", nullptr, "Open", [](MainWindow &w) { w.askForFile(); }, nullptr},
-    {"Reload", "File", "Reload", nullptr, nullptr, [](MainWindow &w) { of(w).reload(); }, hasDocument},
-    {"Close", "File", "Close", nullptr, nullptr, [](MainWindow &w) { of(w).closeFront(); }, hasDocument, true},
+    {"Reload", "File", "Reload", nullptr, nullptr, [](MainWindow &w) { of(w).documents.reload(); }, hasDocument},
+    {"Close", "File", "Close", nullptr, nullptr, [](MainWindow &w) { of(w).documents.closeFront(); }, hasDocument, true},
     {"Quit", "File", "Quit", nullptr, nullptr, [](MainWindow &w) { w.quit(); }, nullptr},
 
     {"FindDialog", "Edit", "Find\u2026", ":<Key>slash: %s\n", "FindDialog", [](MainWindow &w) { w.askForText(); }, hasDocument},
     {"FindAgainDialog", "Edit", "Find Again", nullptr, "FindAgainDialog", [](MainWindow &w) { w.findAgain(false); }, hasDocument},
     {"FindPrevious", "Edit", "Find Previous", nullptr, nullptr, [](MainWindow &w) { w.findAgain(true); }, hasSomethingToFind},
 
-    {"ZoomIn", "View", "Larger", ":<Key>plus: %s\n<Key>KP_Add: %s\nCtrl<Key>equal: %s\n<Key>equal: %s\nCtrl<Btn4Down>: %s\n", "ZoomIn", [](MainWindow &w) { of(w).zoomBy(1); }, hasDocument},
-    {"ZoomOut", "View", "Smaller", ":<Key>minus: %s\n<Key>KP_Subtract: %s\nCtrl<Btn5Down>: %s\n", "ZoomOut", [](MainWindow &w) { of(w).zoomBy(-1); }, hasDocument},
-    {"ActualSize", "View", "Actual Size", nullptr, nullptr, [](MainWindow &w) { of(w).setZoom(1); }, hasDocument, true},
-    {"FitWidth", "View", "Fit Width", ":<Key>w: %s\n", "FitWidth", [](MainWindow &w) { of(w).setFit(host::Fit::width); }, hasDocument},
-    {"FitPage", "View", "Fit Page", ":<Key>p: %s\n", "FitPage", [](MainWindow &w) { of(w).setFit(host::Fit::page); }, hasDocument},
+    {"ZoomIn", "View", "Larger", ":<Key>plus: %s\n<Key>KP_Add: %s\nCtrl<Key>equal: %s\n<Key>equal: %s\nCtrl<Btn4Down>: %s\n", "ZoomIn", [](MainWindow &w) { of(w).moving.zoomBy(1); }, hasDocument},
+    {"ZoomOut", "View", "Smaller", ":<Key>minus: %s\n<Key>KP_Subtract: %s\nCtrl<Btn5Down>: %s\n", "ZoomOut", [](MainWindow &w) { of(w).moving.zoomBy(-1); }, hasDocument},
+    {"ActualSize", "View", "Actual Size", nullptr, nullptr, [](MainWindow &w) { of(w).moving.setZoom(1); }, hasDocument, true},
+    {"FitWidth", "View", "Fit Width", ":<Key>w: %s\n", "FitWidth", [](MainWindow &w) { of(w).moving.setFit(host::Fit::width); }, hasDocument},
+    {"FitPage", "View", "Fit Page", ":<Key>p: %s\n", "FitPage", [](MainWindow &w) { of(w).moving.setFit(host::Fit::page); }, hasDocument},
 
-    {"PreviousPage", "Go", "Previous Page", nullptr, "PreviousPage", [](MainWindow &w) { of(w).turn(-1); }, hasPageBefore},
-    {"NextPage", "Go", "Next Page", nullptr, "NextPage", [](MainWindow &w) { of(w).turn(1); }, hasPageAfter},
-    {"FirstPage", "Go", "First Page", "<Key>Home: %s\n<Key>osfBeginLine: %s\n", nullptr, [](MainWindow &w) { of(w).goToPage(0); }, hasPageBefore, true},
-    {"LastPage", "Go", "Last Page", "<Key>End: %s\n<Key>osfEndLine: %s\n", nullptr, [](MainWindow &w) { of(w).goToPage(of(w).pageCount() - 1); }, hasPageAfter},
+    {"PreviousPage", "Go", "Previous Page", nullptr, "PreviousPage", [](MainWindow &w) { of(w).moving.turn(-1); }, hasPageBefore},
+    {"NextPage", "Go", "Next Page", nullptr, "NextPage", [](MainWindow &w) { of(w).moving.turn(1); }, hasPageAfter},
+    {"FirstPage", "Go", "First Page", "<Key>Home: %s\n<Key>osfBeginLine: %s\n", nullptr, [](MainWindow &w) { of(w).moving.goToPage(0); }, hasPageBefore, true},
+    {"LastPage", "Go", "Last Page", "<Key>End: %s\n<Key>osfEndLine: %s\n", nullptr, [](MainWindow &w) { of(w).moving.goToPage(of(w).documents.pageCount() - 1); }, hasPageAfter},
     {"GoToPage", "Go", "Go to Page\u2026", nullptr, nullptr, [](MainWindow &w) { w.askForPage(); }, hasDocument, true},
 
     {"Keys", "Help", "Keys", nullptr, nullptr, [](MainWindow &w) { w.showKeys(); }, nullptr},
     {"AboutPlugIns", "Help", "About Plug-Ins", nullptr, nullptr, [](MainWindow &w) { w.showPlugins(); }, nullptr, true},
     {"About", "Help", "About Tavrel", nullptr, nullptr, [](MainWindow &w) { w.showAbout(); }, nullptr},
 
-    {"PageDown", nullptr, "A page of the window down", "~Ctrl<Key>osfPageDown: %s\n~Shift<Key>space: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(1); }, hasDocument},
-    {"PageUp", nullptr, "A page of the window up", "~Ctrl<Key>osfPageUp: %s\nShift<Key>space: %s\n<Key>osfBackSpace: %s\n", nullptr, [](MainWindow &w) { of(w).scrollWindow(-1); }, hasDocument},
-    {"LineDown", nullptr, "A little down", "<Key>osfDown: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, w.pixels(line)); }, hasDocument},
-    {"LineUp", nullptr, "A little up", "<Key>osfUp: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, -w.pixels(line)); }, hasDocument},
+    {"PageDown", nullptr, "A page of the window down", "~Ctrl<Key>osfPageDown: %s\n~Shift<Key>space: %s\n", nullptr, [](MainWindow &w) { of(w).moving.scrollWindow(1); }, hasDocument},
+    {"PageUp", nullptr, "A page of the window up", "~Ctrl<Key>osfPageUp: %s\nShift<Key>space: %s\n<Key>osfBackSpace: %s\n", nullptr, [](MainWindow &w) { of(w).moving.scrollWindow(-1); }, hasDocument},
+    {"LineDown", nullptr, "A little down", "<Key>osfDown: %s\n", nullptr, [](MainWindow &w) { of(w).moving.scroll(0, w.pixels(line)); }, hasDocument},
+    {"LineUp", nullptr, "A little up", "<Key>osfUp: %s\n", nullptr, [](MainWindow &w) { of(w).moving.scroll(0, -w.pixels(line)); }, hasDocument},
     {"Right", nullptr, "To the right, or the next page", "<Key>osfRight: %s\n", nullptr, [](MainWindow &w) { sideways(w, 1); }, hasDocument},
     {"Left", nullptr, "To the left, or the page before", "<Key>osfLeft: %s\n", nullptr, [](MainWindow &w) { sideways(w, -1); }, hasDocument},
-    {"WheelDown", nullptr, "Scrolls down", "~Ctrl ~Shift<Btn5Down>: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, w.pixels(wheel)); }, hasDocument},
-    {"WheelUp", nullptr, "Scrolls up", "~Ctrl ~Shift<Btn4Down>: %s\n", nullptr, [](MainWindow &w) { of(w).scroll(0, -w.pixels(wheel)); }, hasDocument},
-    {"ScrollRight", nullptr, "Scrolls to the right", "Shift<Btn5Down>: %s\n", nullptr, [](MainWindow &w) { of(w).drag(w.pixels(line), 0); }, hasDocument},
-    {"ScrollLeft", nullptr, "Scrolls to the left", "Shift<Btn4Down>: %s\n", nullptr, [](MainWindow &w) { of(w).drag(-w.pixels(line), 0); }, hasDocument},
+    {"WheelDown", nullptr, "Scrolls down", "~Ctrl ~Shift<Btn5Down>: %s\n", nullptr, [](MainWindow &w) { of(w).moving.scroll(0, w.pixels(wheel)); }, hasDocument},
+    {"WheelUp", nullptr, "Scrolls up", "~Ctrl ~Shift<Btn4Down>: %s\n", nullptr, [](MainWindow &w) { of(w).moving.scroll(0, -w.pixels(wheel)); }, hasDocument},
+    {"ScrollRight", nullptr, "Scrolls to the right", "Shift<Btn5Down>: %s\n", nullptr, [](MainWindow &w) { of(w).moving.drag(w.pixels(line), 0); }, hasDocument},
+    {"ScrollLeft", nullptr, "Scrolls to the left", "Shift<Btn4Down>: %s\n", nullptr, [](MainWindow &w) { of(w).moving.drag(-w.pixels(line), 0); }, hasDocument},
     {"Escape", nullptr, "Ends a search, takes its marks away", "<Key>osfCancel: %s\n", nullptr, [](MainWindow &w) { w.escape(); }, nullptr},
 };
 // clang-format on

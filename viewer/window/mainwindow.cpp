@@ -36,7 +36,7 @@ void doAction(::Widget /*widget*/, XEvent * /*event*/, String *arguments, Cardin
     if (const Action *action = findAction(arguments[0]))
       s_window->run(*action);
     else
-      s_window->session().reportError(std::string("no action ") + arguments[0]);
+      s_window->session().status.report(std::string("no action ") + arguments[0]);
   });
 }
 
@@ -87,9 +87,9 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
   }
   build();
   // A plug-in may run for long after it has highlighted something.
-  session_.pageListener = [this] {
+  session_.screen.pageListener = [this] {
     guarded([this] {
-      if (!session_.showHighlights()) return;
+      if (!session_.screen.showHighlights()) return;
       pageArea_->show();
       XFlush(toolkit_.display());
     });
@@ -97,7 +97,7 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
 }
 
 MainWindow::~MainWindow() {
-  session_.pageListener = {};
+  session_.screen.pageListener = {};
   s_window = nullptr;
   for (host::ToolButton *button : own_) {
     button->ownAction = {};
@@ -162,15 +162,17 @@ void MainWindow::run(const Action &action) {
   if (app_.calling()) return; // an alert of a plug-in waits for its answer
   if (action.possible != nullptr && !action.possible(*this)) return;
   action.run(*this);
-  session_.touch();
+  session_.changes.note(allParts);
 }
 
 void MainWindow::press(host::ToolButton &button, const XEvent *event) {
-  if (!app_.calling()) session_.press(button, modifiersOf(event));
+  if (app_.calling()) return;
+  app_.press(button, modifiersOf(event));
+  session_.changes.note(allParts);
 }
 
 void MainWindow::askForFile() {
-  dialogs_->askFile([this](const std::string &file) { session_.open({file, {}}); });
+  dialogs_->askFile([this](const std::string &file) { session_.documents.open({file, {}}); });
 }
 
 void MainWindow::askForText() { findDialog_->open(); }
@@ -182,14 +184,14 @@ void MainWindow::askForPage() {
 }
 
 void MainWindow::findAgain(bool backwards) {
-  if (session_.findRequest().text.empty())
+  if (session_.finding.request().text.empty())
     askForText();
   else
-    session_.findAgain(backwards);
+    session_.finding.findAgain(backwards);
 }
 
 void MainWindow::escape() {
-  session_.endFinding();
+  session_.finding.end();
   toolBar_->restorePage();
   focusPage();
 }
@@ -197,7 +199,7 @@ void MainWindow::escape() {
 void MainWindow::askPassword(const Target &target, bool again) {
   const std::string name = target.file.filename().string();
   dialogs_->askPassword((again ? "That was not the password. " : "") + name + " is encrypted: a password is needed.",
-                        [this, target](const std::string &password) { session_.open(target, password); });
+                        [this, target](const std::string &password) { session_.documents.open(target, password); });
 }
 
 int32_t MainWindow::alert(const host::Alert &alert) { return dialogs_->alert(alert); }
@@ -245,11 +247,11 @@ void MainWindow::update() {
     shown = true;
   });
   // A page-draw procedure may have turned the page or scrolled. A drawing that failed is tried again after a second.
-  if (session_.needsDrawing() && redrawTimer_ == 0)
+  if (session_.screen.needsDrawing() && redrawTimer_ == 0)
     redrawTimer_ = XtAppAddTimeOut(toolkit_.context(), (shown ? frame : retry).count(), timeIsUp, &redrawTimer_);
   XFlush(toolkit_.display());
   // After the first page, unless that page takes long.
-  const auto since = session_.waitingSince();
+  const auto since = session_.screen.waitingSince();
   constexpr auto soon = std::chrono::milliseconds(100);
   if (!since || Clock::now() - *since > soon) guarded([this] { fillMenus(); });
   if (watcher) watcher();
@@ -264,21 +266,21 @@ void MainWindow::fillMenus() {
     if (host::ToolButton *button = app_.toolBar()->find(host::Runtime::current().atoms.atom(action.button)))
       button->tip += " (" + key + ")";
   }
-  session_.touch();
+  session_.changes.note(allParts);
   show();
 }
 
 void MainWindow::show() {
-  const bool drawn = session_.draw();
-  if (drawn && session_.shown().drawing && session_.shown().drawing->marks > 0) ++marks_;
-  if (session_.showHighlights() || drawn) pageArea_->show();
+  const bool drawn = session_.screen.draw();
+  if (drawn && session_.screen.shown().drawing && session_.screen.shown().drawing->marks > 0) ++marks_;
+  if (session_.screen.showHighlights() || drawn) pageArea_->show();
   watchWaiting();
-  if (shownChanges_ != session_.changes()) {
-    shownChanges_ = session_.changes();
-    toolBar_->update();
-    menuBar_->update();
-    pageArea_->update();
-    findDialog_->update();
+  const uint32_t changed = session_.changes.take();
+  if ((changed & partToolBar) != 0) toolBar_->update();
+  if ((changed & partMenus) != 0) menuBar_->update();
+  if ((changed & partPage) != 0) pageArea_->update();
+  if ((changed & partFind) != 0) findDialog_->update();
+  if ((changed & partStatus) != 0) {
     showStatus();
     showTitle();
   }
@@ -286,10 +288,11 @@ void MainWindow::show() {
 
 // Shows "rendering" on the outline of a page that takes long; the timer ends the loop's wait when it is time.
 void MainWindow::watchWaiting() {
-  const auto since = session_.waitingSince();
+  const auto since = session_.screen.waitingSince();
   if (!since) {
-    pageArea_->note(session_.front() == nullptr && !session_.opening() && !app_.calling() ? "Ctrl+O opens a document"
-                                                                                          : session_.pageError());
+    pageArea_->note(session_.documents.front() == nullptr && !session_.documents.opening() && !app_.calling()
+                        ? "Ctrl+O opens a document"
+                        : session_.tiles.error());
     return;
   }
   const auto waited = Clock::now() - *since;
@@ -305,7 +308,7 @@ void MainWindow::watchWaiting() {
 
 void MainWindow::showStatus() {
   constexpr size_t longest = 100; // leaves space for the viewer's message
-  const std::string &said = session_.message();
+  const std::string &said = session_.status.message();
   std::string plugins = app_.statusText();
   if (plugins.size() > longest) {
     size_t end = longest;
@@ -324,7 +327,7 @@ void MainWindow::showStatus() {
 }
 
 void MainWindow::showTitle() {
-  const std::string title = session_.title();
+  const std::string title = session_.documents.title();
   if (title == title_) return;
   title_ = title;
   ::Display *display = toolkit_.display();

@@ -95,7 +95,6 @@ private:
   std::unique_ptr<FindDialog> findDialog_;
   std::string statusText_, pluginText_, title_;
   std::vector<host::ToolButton *> own_; ///< their actions refer to this window
-  uint64_t shownChanges_ = 0;
   size_t marks_ = 0;
   double longestIteration_ = 0;
   XtIntervalId waitingTimer_ = 0, redrawTimer_ = 0;

@@ -122,7 +122,7 @@ void MenuBar::updatePlugins() {
 void MenuBar::updateDocuments() {
   const Session &session = window_.session();
   std::vector<std::string> labels;
-  for (const host::ViewerDocument *document : session.documents())
+  for (const host::ViewerDocument *document : session.documents.all())
     labels.push_back(document->file.filename().string());
   // Entries are reused: the toolkit does not free all memory of a widget.
   while (documents_.size() < labels.size()) {
@@ -130,8 +130,8 @@ void MenuBar::updateDocuments() {
     ::Widget entry = XtVaCreateWidget("document", xmToggleButtonWidgetClass, menus_.at(windowMenu), XmNindicatorType,
                                       XmONE_OF_MANY, nullptr);
     whenever(entry, XmNvalueChangedCallback, [this, i](const XEvent *) {
-      window_.session().bringToFront(i);
-      window_.session().touch();
+      window_.session().documents.bringToFront(i);
+      window_.session().changes.note(allParts);
     });
     documents_.push_back({{}, entry});
   }
@@ -144,7 +144,7 @@ void MenuBar::updateDocuments() {
       XtUnmanageChild(entry.widget);
   }
   for (size_t i = 0; i < documents_.size(); ++i)
-    XmToggleButtonSetState(documents_[i].widget, i == session.frontIndex() ? True : False, False);
+    XmToggleButtonSetState(documents_[i].widget, i == session.documents.frontIndex() ? True : False, False);
   if (labels.empty())
     XtManageChild(noDocuments_);
   else

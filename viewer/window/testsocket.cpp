@@ -134,16 +134,20 @@ std::string numbers(const std::vector<int32_t> &values) {
 std::string stateOf(MainWindow &window) {
   const Session &session = window.session();
   Json state('{');
-  state.text("title", session.title()).text("status", session.message()).text("plugins", window.app().statusText());
+  state.text("title", session.documents.title())
+      .text("status", session.status.message())
+      .text("plugins", window.app().statusText());
   Json documents('[');
-  for (const host::ViewerDocument *document : session.documents())
+  for (const host::ViewerDocument *document : session.documents.all())
     documents.item(quoted(document->file.filename().string()));
-  state.member("documents", documents.done()).member("front", static_cast<double>(session.frontIndex()));
-  state.flag("opening", session.opening());
-  state.member("page", session.page() + 1).member("pages", session.pageCount()).member("zoom", session.zoom());
-  state.member("fit", static_cast<double>(session.fit())).member("ticks", numbers(window.pageArea().ticks()));
+  state.member("documents", documents.done()).member("front", static_cast<double>(session.documents.frontIndex()));
+  state.flag("opening", session.documents.opening());
+  state.member("page", session.documents.page() + 1)
+      .member("pages", session.documents.pageCount())
+      .member("zoom", session.moving.zoom());
+  state.member("fit", static_cast<double>(session.moving.fit())).member("ticks", numbers(window.pageArea().ticks()));
 
-  const Shown &shown = session.shown();
+  const Shown &shown = session.screen.shown();
   Json drawn('{');
   drawn.flag("there", shown.drawing.has_value()).member("page", shown.page + 1);
   drawn.member("marks", shown.drawing ? static_cast<double>(shown.drawing->marks) : 0);
@@ -167,8 +171,8 @@ std::string stateOf(MainWindow &window) {
   Json field('{');
   field.text("text", textOf(window.toolBarView().pageField()));
   state.member("pageField", withPlace(field, placeOf(window.toolBarView().pageField())).done());
-  state.text("findMessage", session.findMessage()).member("dialogs", dialogsBelow(window.toolkit().shell()));
-  state.member("cacheBytes", static_cast<double>(session.cache().bytes()));
+  state.text("findMessage", session.finding.message()).member("dialogs", dialogsBelow(window.toolkit().shell()));
+  state.member("cacheBytes", static_cast<double>(session.tiles.cache().bytes()));
   return state.done();
 }
 

@@ -47,9 +47,9 @@ void ToolBarView::update() {
     setSensitive(button.widget, button.enabled);
   }
   const Session &session = window_.session();
-  const bool there = session.front() != nullptr;
-  const std::string number = there ? std::to_string(session.page() + 1) : "";
-  const std::string count = there ? "of " + std::to_string(session.pageCount()) : "";
+  const bool there = session.documents.front() != nullptr;
+  const std::string number = there ? std::to_string(session.documents.page() + 1) : "";
+  const std::string count = there ? "of " + std::to_string(session.documents.pageCount()) : "";
   if (number != fieldText_) {
     fieldText_ = number;
     XmTextFieldSetString(pageField_, fieldText_.data());
@@ -130,11 +130,11 @@ void ToolBarView::takePage() {
   const long page = std::strtol(text.c_str(), &end, 10);
   fieldText_ = text; // what the field shows now
   if (end == text.c_str() || *end != '\0')
-    window_.session().setMessage("\u201C" + text + "\u201D is no page number");
+    window_.session().status.set("\u201C" + text + "\u201D is no page number");
   else
-    window_.session().goToPage(
-        static_cast<int32_t>(std::clamp(page, 1L, static_cast<long>(window_.session().pageCount()))) - 1);
-  window_.session().touch();
+    window_.session().moving.goToPage(
+        static_cast<int32_t>(std::clamp(page, 1L, static_cast<long>(window_.session().documents.pageCount()))) - 1);
+  window_.session().changes.note(allParts);
   window_.focusPage();
 }
 

@@ -61,7 +61,7 @@ struct Collector {
   // Documents are not opened or closed during a call of a plug-in.
   void collect() {
     missed = app.calling();
-    if (!missed) guarded([this] { session.collect(); });
+    if (!missed) guarded([this] { session.arrivals.collect(); });
   }
 };
 
@@ -99,10 +99,10 @@ private:
 void awaitDocument(const Waker &waker, Session &session) {
   constexpr int timeout = 100; // milliseconds
   pollfd ready{waker.end(), POLLIN, 0};
-  if (!session.opening() || poll(&ready, 1, timeout) <= 0) return;
+  if (!session.documents.opening() || poll(&ready, 1, timeout) <= 0) return;
   waker.clear();
-  session.collect();
-  session.draw(); // asks for the page
+  session.arrivals.collect();
+  session.screen.draw(); // asks for the page
 }
 
 // Creates the window at its first use, which may be a question of a plug-in or for a password, before all else is
@@ -112,11 +112,11 @@ public:
   Windows(Toolkit &toolkit, Session &session, host::Application &app, const host::PluginLoader &plugins,
           const ViewOptions &options)
       : toolkit_(toolkit), session_(session), app_(app), plugins_(plugins), options_(options) {
-    session_.questions = this;
+    session_.documents.questions = this;
     app_.alert = [this](const host::Alert &asked) { return get().alert(asked); };
   }
   ~Windows() override {
-    session_.questions = nullptr;
+    session_.documents.questions = nullptr;
     app_.alert = host::answerAlerts(false);
   }
   Windows(const Windows &) = delete;
@@ -152,7 +152,7 @@ private:
 // Closes all documents before the plug-ins are unloaded, however the viewer ends.
 struct Closing {
   Session &session;
-  ~Closing() { session.closeAll(); }
+  ~Closing() { session.documents.closeAll(); }
 };
 
 ViewEnd run(const ViewOptions &options) {
@@ -169,10 +169,10 @@ ViewEnd run(const ViewOptions &options) {
   for (size_t i = 0; i < options.documents.size(); ++i) {
     Target target = targetOf(options.documents[i]);
     if (i == 0 && !options.hits.empty()) addParameter(target, "xml", std::filesystem::absolute(options.hits));
-    session.open(target, options.password);
+    session.documents.open(target, options.password);
   }
   Toolkit toolkit(options.toolkit);
-  session.setScreenDpi(toolkit.dpi());
+  session.documents.screenDpi = toolkit.dpi();
   host::WindowSystem windowSystem(toolkit.shell());
   host::PluginLoader plugins(runtime);
   const Closing closing{session};
@@ -183,7 +183,7 @@ ViewEnd run(const ViewOptions &options) {
   // final one is not known yet: what a plug-in scrolls to the middle stays visible there when the window becomes
   // higher.
   const Toolkit::Size size = toolkit.windowSize();
-  session.setWindow(PageArea::windowWidth(toolkit, size.width), size.height / 2, PageArea::margin(toolkit));
+  session.moving.setWindow(PageArea::windowWidth(toolkit, size.width), size.height / 2, PageArea::margin(toolkit));
   Windows windows(toolkit, session, app, plugins, options);
   awaitDocument(waker, session);
   fonts.await();
@@ -197,13 +197,13 @@ ViewEnd run(const ViewOptions &options) {
   bool noDocument = false, had = false;
   window.loop([&] {
     if (collector.missed) collector.collect();
-    had |= session.front() != nullptr || session.asksPassword();
-    return noDocument = !staysEmpty && !had && !session.opening();
+    had |= session.documents.front() != nullptr || session.documents.asksPassword();
+    return noDocument = !staysEmpty && !had && !session.documents.opening();
   });
   XtRemoveInput(input);
   window.watcher = {};
   const ViewEnd end = noDocument ? ViewEnd::noDocument : ViewEnd::closed;
-  session.closeAll();
+  session.documents.closeAll();
   constexpr auto timeout = std::chrono::milliseconds(300);
   if (!session.finish(timeout) && options.leave) {
     plugins.unload();

@@ -28,7 +28,7 @@ public:
     app_.registerNotification(tavrel::notifyDocDidOpen, registered([](tavrel::Doc, void *) { ++s_opened; }));
     app_.registerNotification(tavrel::notifyDocDidClose, registered([](tavrel::Doc, void *) { ++s_closed; }));
     session_.emplace(app_, [this] { waker_.wake(); });
-    session_->setWindow(40, 30, 0);
+    session_->moving.setWindow(40, 30, 0);
   }
 
   void run() {
@@ -58,9 +58,9 @@ private:
   // As the window does it: takes over the threads' results, and tries a failed drawing again.
   bool until(const std::function<bool()> &done) {
     return waker_.until([&] {
-      tries([this] { session_->collect(); });
-      for (int drawings = 0; session_->needsDrawing() && drawings < 3; ++drawings)
-        tries([this] { session_->draw(); });
+      tries([this] { session_->arrivals.collect(); });
+      for (int drawings = 0; session_->screen.needsDrawing() && drawings < 3; ++drawings)
+        tries([this] { session_->screen.draw(); });
       return done();
     });
   }
@@ -71,48 +71,49 @@ private:
       tries(action);
       ASSERT_TRUE(until(over)) << what;
     }
-    EXPECT_TRUE(done()) << what << ": " << session_->message();
+    EXPECT_TRUE(done()) << what << ": " << session_->status.message();
   }
 
   void opens() {
     once(
         "open",
         [this] {
-          session_->open({file_, {}});
+          session_->documents.open({file_, {}});
         },
-        [this] { return !session_->opening(); }, [this] { return session_->documents().size() == 1; });
+        [this] { return !session_->documents.opening(); }, [this] { return session_->documents.all().size() == 1; });
   }
   void shows(uint32_t color) {
-    const auto there = [this] { return session_->shown().drawing && !session_->needsDrawing(); };
+    const auto there = [this] { return session_->screen.shown().drawing && !session_->screen.needsDrawing(); };
     ASSERT_TRUE(until(there)) << "show";
-    if (!session_->pageError().empty()) { // the user reloads the file
+    if (!session_->tiles.error().empty()) { // the user reloads the file
       --s_opened;
       --s_closed;
-      ASSERT_TRUE(tries([this] { session_->reload(); }));
-      ASSERT_TRUE(until([&] { return !session_->opening() && there() && session_->pageError().empty(); })) << "reload";
+      ASSERT_TRUE(tries([this] { session_->documents.reload(); }));
+      ASSERT_TRUE(until([&] { return !session_->documents.opening() && there() && session_->tiles.error().empty(); }))
+          << "reload";
     }
-    EXPECT_EQ(session_->shown().drawing->image.row(0)[0], color);
+    EXPECT_EQ(session_->screen.shown().drawing->image.row(0)[0], color);
   }
   void finds() {
     once(
         "find",
         [this] {
-          session_->find({"needle", {}}, false);
+          session_->finding.find({"needle", {}}, false);
         },
-        [this] { return !session_->searching(); }, [this] { return session_->page() == 1; });
-    tries([this] { session_->goToPage(0); });
+        [this] { return !session_->finding.searching(); }, [this] { return session_->documents.page() == 1; });
+    tries([this] { session_->moving.goToPage(0); });
   }
   void reloads() {
-    const host::ViewerDocument *before = session_->front();
+    const host::ViewerDocument *before = session_->documents.front();
     once(
-        "reload", [this] { session_->reload(); }, [this] { return !session_->opening(); },
-        [&] { return session_->front() != before; });
-    EXPECT_EQ(session_->documents().size(), 1U);
+        "reload", [this] { session_->documents.reload(); }, [this] { return !session_->documents.opening(); },
+        [&] { return session_->documents.front() != before; });
+    EXPECT_EQ(session_->documents.all().size(), 1U);
   }
   void closes() {
     once(
-        "close", [this] { session_->closeFront(); }, [] { return true; },
-        [this] { return session_->documents().empty(); });
+        "close", [this] { session_->documents.closeFront(); }, [] { return true; },
+        [this] { return session_->documents.all().empty(); });
     EXPECT_EQ(app_.front(), nullptr);
     EXPECT_EQ(app_.documents().size(), 0U);
   }

@@ -1,0 +1,197 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The open documents. The application owns them; here are their files, passwords and order.
+#include "viewer/model/documents.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <utility>
+
+namespace viewer {
+
+Documents::Documents(host::Application &app, Renderer &renderer, StatusLine &status, Changes &changes)
+    : app_(app), renderer_(renderer), status_(status), changes_(changes) {
+  app_.prepare = [this](host::ViewerDocument &document) { prepare(document); };
+}
+
+Documents::~Documents() { app_.prepare = {}; }
+
+const OpenDocument *Documents::find(const host::ViewerDocument *document) const {
+  const auto found =
+      std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->document == document; });
+  return found == open_.end() ? nullptr : found->get();
+}
+
+const OpenDocument *Documents::find(uint64_t number) const {
+  const auto found = std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->number == number; });
+  return found == open_.end() ? nullptr : found->get();
+}
+
+void Documents::open(const Target &target, const std::string &password) {
+  Target absolute = target;
+  std::error_code unknown;
+  if (const auto path = std::filesystem::absolute(target.file, unknown); !unknown) absolute.file = path;
+  absolute.file = absolute.file.lexically_normal();
+  const auto same = [&](const Target &other) {
+    return other.file == absolute.file && (absolute.parameters.empty() || other == absolute);
+  };
+  for (const auto &one : open_)
+    if (same(one->target))
+      return bringToFront(static_cast<size_t>(std::find(order_.begin(), order_.end(), one->document) - order_.begin()));
+  if (std::any_of(pending_.begin(), pending_.end(), [&](const Pending &one) { return same(one.target); })) return;
+  std::string line = "Opening " + target.file.filename().string();
+  request({++numbers_, absolute, password, std::nullopt});
+  openingLine_ = line;
+  status_.set(std::move(line));
+}
+
+// Added to both `pending_` and the renderer, or to neither.
+void Documents::request(Pending pending) {
+  pending_.reserve(pending_.size() + 1);
+  renderer_.open(pending.number, pending.target.file, pending.password);
+  pending_.push_back(std::move(pending));
+}
+
+void Documents::reload() {
+  const OpenDocument *document = frontDocument();
+  if (document == nullptr) return;
+  const auto already = [=](const Pending &one) { return one.replaces == document->number; };
+  if (std::any_of(pending_.begin(), pending_.end(), already)) return;
+  request({++numbers_, document->target, document->password, document->number});
+}
+
+void Documents::takeOpened(OpenedFile &opened) {
+  const auto waiting =
+      std::find_if(pending_.begin(), pending_.end(), [&](const Pending &one) { return one.number == opened.document; });
+  if (waiting == pending_.end()) return renderer_.close(opened.document); // closed meanwhile
+  const Pending pending = std::move(*waiting);
+  pending_.erase(waiting);
+  status_.remove(openingLine_); // but not an error of another file
+  changes_.note(allParts);
+  if (opened.pdf != nullptr) return takeDocument(pending, std::move(opened.pdf));
+  asksPassword_ = opened.needsPassword && questions != nullptr;
+  if (asksPassword_)
+    questions->askPassword(pending.target, !pending.password.empty());
+  else
+    status_.report(std::move(opened.error));
+}
+
+void Documents::takeDocument(const Pending &pending, std::unique_ptr<host::PdfFile> pdf) {
+  std::exception_ptr failure;
+  try {
+    order_.reserve(order_.size() + 1);
+    open_.push_back(
+        std::make_unique<OpenDocument>(OpenDocument{pending.number, nullptr, pending.target, pending.password}));
+    app_.open(host::Document::of(std::move(pdf)), pending.target.file, screenDpi, pending.target.parameters);
+  } catch (const std::exception &error) {
+    const OpenDocument *last = find(pending.number);
+    if (last == nullptr || last->document == nullptr) {
+      if (last != nullptr) open_.pop_back();
+      renderer_.close(pending.number);
+      const bool memory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
+      return status_.report(host::nameInMessage(pending.target.file) + ": " +
+                            (memory ? "memory is exhausted" : error.what()));
+    }
+    failure = std::current_exception(); // it is open, but a plug-in may not have been notified
+  }
+  if (const OpenDocument *before = pending.replaces ? find(*pending.replaces) : nullptr) replace(*before);
+  app_.toolBar()->updateStates();
+  if (failure) std::rethrow_exception(failure);
+}
+
+// Called when a document is open, before the plug-ins are notified. If it throws, nothing refers to the document.
+void Documents::prepare(host::ViewerDocument &document) {
+  OpenDocument opened = *open_.back();
+  opened.document = &document;
+  for (DocumentKeeper *keeper : keepers)
+    keeper->opens(opened);
+  order_.push_back(&document);
+  open_.back()->document = &document;
+}
+
+// The document opened last replaces another one: it gets its menu entry, and from the keepers its page and its size.
+void Documents::replace(const OpenDocument &before) {
+  host::ViewerDocument *const now = order_.back();
+  *std::find(order_.begin(), order_.end(), before.document) = now;
+  order_.pop_back();
+  for (DocumentKeeper *keeper : keepers)
+    keeper->replaces(*before.document, *now);
+  close(before);
+}
+
+void Documents::close(const OpenDocument &document) {
+  for (const Pending &one : pending_)
+    if (one.replaces == document.number) renderer_.close(one.number);
+  std::erase_if(pending_, [&](const Pending &one) { return one.replaces == document.number; });
+  renderer_.close(document.number);
+  for (DocumentKeeper *keeper : keepers)
+    keeper->closes(document);
+  std::erase(order_, document.document);
+  host::ViewerDocument &closing = *document.document;
+  std::erase_if(open_, [&](const auto &one) { return one.get() == &document; });
+  try {
+    app_.close(closing);
+  } catch (const std::exception &) { // it is closed nevertheless
+    showFront();
+    throw;
+  }
+  showFront();
+  status_.set("");
+}
+
+void Documents::showFront() {
+  for (DocumentKeeper *keeper : keepers)
+    keeper->frontChanged();
+  if (app_.toolBar() != nullptr) app_.toolBar()->updateStates();
+  changes_.note(allParts);
+}
+
+void Documents::closeFront() {
+  if (const OpenDocument *document = frontDocument()) close(*document);
+}
+
+void Documents::closeAll() {
+  while (!open_.empty())
+    try {
+      close(*open_.back());
+    } catch (const std::exception &error) {
+      std::fprintf(stderr, "tavrel: %s\n", error.what());
+    }
+}
+
+void Documents::bringToFront(size_t index) {
+  if (index >= order_.size() || order_[index] == front()) return;
+  app_.bringToFront(*order_[index]);
+  showFront();
+  status_.set("");
+}
+
+size_t Documents::frontIndex() const {
+  return static_cast<size_t>(std::find(order_.begin(), order_.end(), front()) - order_.begin());
+}
+
+void Documents::reportChanged(uint64_t number) {
+  if (const OpenDocument *document = find(number))
+    status_.report(host::nameInMessage(document->target.file) + ": has changed; Reload shows it as it is now");
+}
+
+int32_t Documents::pageCount() const { return front() == nullptr ? 0 : front()->model->pageCount(); }
+
+int32_t Documents::page() const { return view() == nullptr ? 0 : view()->page(); }
+
+std::string Documents::title() const {
+  return front() == nullptr ? "Tavrel" : front()->file.filename().string() + " - Tavrel";
+}
+
+std::vector<int32_t> Documents::markedPages() const {
+  std::vector<int32_t> all;
+  if (front() == nullptr) return all;
+  for (const auto &[extension, pages] : front()->markedPages)
+    all.insert(all.end(), pages.begin(), pages.end());
+  std::sort(all.begin(), all.end());
+  all.erase(std::unique(all.begin(), all.end()), all.end());
+  return all;
+}
+
+} // namespace viewer

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Turning pages, scrolling and zooming in the document in front, and the window's size. Without a document nothing is
+// done.
+#pragma once
+
+#include "viewer/model/documents.h"
+
+namespace viewer {
+
+class Moving : public DocumentKeeper {
+public:
+  Moving(const Documents &documents, StatusLine &status, Changes &changes)
+      : documents_(documents), status_(status), changes_(changes) {}
+
+  void setWindow(int width, int height, int margin);
+  int windowWidth() const { return windowWidth_; }
+  int windowHeight() const { return windowHeight_; }
+
+  /// The number is clamped to the existing pages.
+  void goToPage(int32_t page);
+  /// Turns by that many pages.
+  void turn(int32_t pages);
+  /// Scrolls by pixels; at an end of the page it turns the page.
+  void scroll(int dx, int dy);
+  /// Scrolls by pixels and stays on the page.
+  void drag(int dx, int dy);
+  /// Scrolls by a page of the window, up (-1) or down (1).
+  void scrollWindow(int direction);
+  /// The position in the document, which the scroll bar shows and sets: the page from 0, plus the part of it above the
+  /// window.
+  double position() const;
+  void setPosition(double position);
+  /// The visible part of the page, from 0 to 1.
+  double visibleShare() const;
+
+  double zoom() const; ///< 1 is 100 %
+  void zoomBy(int steps);
+  void setZoom(double zoom);
+  host::Fit fit() const { return view() == nullptr ? fit_ : view()->fit(); }
+  void setFit(host::Fit fit);
+
+  void opens(const OpenDocument &document) override;
+  void replaces(const host::ViewerDocument &before, host::ViewerDocument &now) override;
+  void frontChanged() override;
+
+private:
+  host::PageView *view() const { return documents_.view(); }
+  void fitToWindow(host::PageView &view) const;
+
+  const Documents &documents_;
+  StatusLine &status_;
+  Changes &changes_;
+  host::Fit fit_ = host::Fit::width; ///< of the next document
+  int windowWidth_ = 0, windowHeight_ = 0, margin_ = 0;
+};
+
+} // namespace viewer

@@ -19,6 +19,7 @@
 #include "host/view/desktop.h"
 #include "support/pdf.h"
 #include "tools/display.h"
+#include "viewer/model/session.h"
 #include "viewer/window/mainwindow.h"
 
 // Last: its macros conflict with the test library.
@@ -134,7 +135,7 @@ protected:
   viewer::Toolkit toolkit{{"", "260x340", {}}}; // a small window has small pages: their number counts
   host::WindowSystem windows{toolkit.shell()};
   host::PluginLoader plugins{runtime};
-  viewer::MainWindow window{toolkit, session, app, plugins};
+  viewer::MainWindow window{toolkit, session.model(), app, plugins};
   XtIntervalId tick_ = 0;
 };
 

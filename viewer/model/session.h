@@ -11,7 +11,7 @@
 #include <functional>
 
 #include "viewer/model/arrivals.h"
-#include "viewer/model/screen.h"
+#include "viewer/model/model.h"
 
 namespace viewer {
 
@@ -21,6 +21,7 @@ struct Session {
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
 
+  Model model() { return {changes, status, documents, moving, tiles, finding, screen}; }
   /// Ends rendering and searching and waits for both up to the timeout; false if a page is still in progress.
   bool finish(std::chrono::milliseconds timeout);
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The table of all user actions: name, menu, keys on the page, button on the tool bar, and function. The keys of the
-// menus' entries are resources: share/Tavrel.ad.
+// Binds commands to menus, to keys and the mouse on the page, and to buttons of the tool bar. The keys of the menus'
+// entries are resources: share/Tavrel.ad.
 #pragma once
 
 #include <X11/Intrinsic.h>
@@ -9,26 +9,23 @@
 #include <span>
 #include <string>
 
+#include "viewer/model/commands.h"
+
 namespace viewer {
 
-class MainWindow;
-
 struct Action {
-  const char *name;  ///< in translations, do(NextPage), and of the menu's entry, whose key is a resource
-  const char *menu;  ///< its menu; null: none
-  const char *label; ///< of its entry there
+  const char *name; ///< of the command: in translations, do(NextPage), and of the menu's entry, whose key is a resource
+  const char *menu; ///< null: none
   /// Translations of the page area that invoke it, each ending in a line feed, with %s for the action; null: none.
   const char *keys;
-  const char *button; ///< on the tool bar; null: none
-  void (*run)(MainWindow &window);
-  bool (*possible)(const MainWindow &window); ///< null: always
-  bool separated = false;                     ///< after a separator in the menu
+  const char *button;     ///< on the tool bar; null: none
+  bool separated = false; ///< after a separator in the menu
+
+  const Command &command() const { return *findCommand(name); }
 };
 
 /// In the order of the menus.
 std::span<const Action> actions();
-/// Null for an unknown name.
-const Action *findAction(const std::string &name);
 
 /// The names of the menus, from left to right.
 std::span<const char *const> menuNames();

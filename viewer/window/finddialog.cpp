@@ -88,7 +88,7 @@ void FindDialog::close() {
 
 void FindDialog::update() {
   if (form_ == nullptr) return;
-  std::string message = window_.session().finding.message();
+  std::string message = window_.model().finding.message();
   if (message == shownMessage_) return;
   shownMessage_ = message;
   setLabel(message_, message.empty() ? " " : message);
@@ -99,7 +99,7 @@ void FindDialog::find(bool backwards) {
   request.text = textOf(field_);
   request.options.matchCase = XmToggleButtonGetState(case_) != 0;
   request.options.wholeWords = XmToggleButtonGetState(words_) != 0;
-  window_.session().finding.find(request, backwards);
+  window_.model().finding.find(request, backwards);
 }
 
 } // namespace viewer

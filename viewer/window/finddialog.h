@@ -7,7 +7,7 @@
 
 #include <string>
 
-#include "viewer/model/session.h"
+#include "viewer/model/model.h"
 
 namespace viewer {
 

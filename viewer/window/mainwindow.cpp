@@ -33,10 +33,10 @@ MainWindow *s_window; // for the toolkit's action procedures, which get no clien
 void doAction(::Widget /*widget*/, XEvent * /*event*/, String *arguments, Cardinal *count) {
   if (s_window == nullptr || *count == 0) return;
   guarded([&] {
-    if (const Action *action = findAction(arguments[0]))
-      s_window->run(*action);
+    if (const Command *command = findCommand(arguments[0]))
+      s_window->run(*command, *count > 1 ? arguments[1] : "");
     else
-      s_window->session().status.report(std::string("no action ") + arguments[0]);
+      s_window->model().status.report(std::string("no action ") + arguments[0]);
   });
 }
 
@@ -68,8 +68,8 @@ uint32_t modifiersOf(const XEvent *event) {
 
 } // namespace
 
-MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &app, const host::PluginLoader &plugins)
-    : toolkit_(toolkit), session_(session), app_(app), plugins_(plugins), dialogs_(std::make_unique<Dialogs>(*this)),
+MainWindow::MainWindow(Toolkit &toolkit, const Model &model, host::Application &app, const host::PluginLoader &plugins)
+    : toolkit_(toolkit), model_(model), app_(app), plugins_(plugins), dialogs_(std::make_unique<Dialogs>(*this)),
       findDialog_(std::make_unique<FindDialog>(*this)) {
   s_window = this;
   char doName[] = "do", dragName[] = "drag";
@@ -78,18 +78,19 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
   for (const Action &action : actions()) {
     if (action.button == nullptr) continue;
     if (host::ToolButton *button = app_.toolBar()->find(host::Runtime::current().atoms.atom(action.button))) {
-      button->ownAction = [this, &action] { run(action); };
-      button->ownTest = [this, &action] { return action.possible == nullptr || action.possible(*this); };
-      button->tip = action.label;
+      const Command &command = action.command();
+      button->ownAction = [this, &command] { run(command); };
+      button->ownTest = [this, &command] { return isPossible(command, model_); };
+      button->tip = command.sentence;
       button->enabled = button->ownTest();
       own_.push_back(button);
     }
   }
   build();
   // A plug-in may run for long after it has highlighted something.
-  session_.screen.pageListener = [this] {
+  model_.screen.pageListener = [this] {
     guarded([this] {
-      if (!session_.screen.showHighlights()) return;
+      if (!model_.screen.showHighlights()) return;
       pageArea_->show();
       XFlush(toolkit_.display());
     });
@@ -97,7 +98,7 @@ MainWindow::MainWindow(Toolkit &toolkit, Session &session, host::Application &ap
 }
 
 MainWindow::~MainWindow() {
-  session_.screen.pageListener = {};
+  model_.screen.pageListener = {};
   s_window = nullptr;
   for (host::ToolButton *button : own_) {
     button->ownAction = {};
@@ -158,21 +159,18 @@ void MainWindow::map() {
 
 void MainWindow::focusPage() { XmProcessTraversal(pageArea_->page(), XmTRAVERSE_CURRENT); }
 
-void MainWindow::run(const Action &action) {
-  if (app_.calling()) return; // an alert of a plug-in waits for its answer
-  if (action.possible != nullptr && !action.possible(*this)) return;
-  action.run(*this);
-  session_.changes.note(allParts);
+void MainWindow::run(const Command &command, const std::string &argument) {
+  if (!app_.calling()) viewer::run(command, model_, *this, argument); // else an alert of a plug-in waits for its answer
 }
 
 void MainWindow::press(host::ToolButton &button, const XEvent *event) {
   if (app_.calling()) return;
   app_.press(button, modifiersOf(event));
-  session_.changes.note(allParts);
+  model_.changes.note(allParts);
 }
 
 void MainWindow::askForFile() {
-  dialogs_->askFile([this](const std::string &file) { session_.documents.open({file, {}}); });
+  dialogs_->askFile([this](const std::string &file) { model_.documents.open({file, {}}); });
 }
 
 void MainWindow::askForText() { findDialog_->open(); }
@@ -183,15 +181,7 @@ void MainWindow::askForPage() {
   XmTextFieldSetSelection(field, 0, XmTextFieldGetLastPosition(field), XtLastTimestampProcessed(XtDisplay(field)));
 }
 
-void MainWindow::findAgain(bool backwards) {
-  if (session_.finding.request().text.empty())
-    askForText();
-  else
-    session_.finding.findAgain(backwards);
-}
-
-void MainWindow::escape() {
-  session_.finding.end();
+void MainWindow::leaveFields() {
   toolBar_->restorePage();
   focusPage();
 }
@@ -199,7 +189,7 @@ void MainWindow::escape() {
 void MainWindow::askPassword(const Target &target, bool again) {
   const std::string name = target.file.filename().string();
   dialogs_->askPassword((again ? "That was not the password. " : "") + name + " is encrypted: a password is needed.",
-                        [this, target](const std::string &password) { session_.documents.open(target, password); });
+                        [this, target](const std::string &password) { model_.documents.open(target, password); });
 }
 
 int32_t MainWindow::alert(const host::Alert &alert) { return dialogs_->alert(alert); }
@@ -207,7 +197,8 @@ int32_t MainWindow::alert(const host::Alert &alert) { return dialogs_->alert(ale
 void MainWindow::showKeys() {
   std::string text;
   for (const Action &action : actions())
-    if (const std::string key = menuBar_->keyOf(action.name); !key.empty()) text += key + "   " + action.label + "\n";
+    if (const std::string key = menuBar_->keyOf(action.name); !key.empty())
+      text += key + "   " + action.command().sentence + "\n";
   text += "\nF3, Shift+F3   Next, previous hit\nPage Up, Page Down, Space   A page of the window\n"
           "Arrows, wheel   A little\n+, -, Ctrl+wheel   Larger, smaller\nF10   Menus\nEsc   Ends a search";
   dialogs_->showInformation("Keys", text);
@@ -247,11 +238,11 @@ void MainWindow::update() {
     shown = true;
   });
   // A page-draw procedure may have turned the page or scrolled. A drawing that failed is tried again after a second.
-  if (session_.screen.needsDrawing() && redrawTimer_ == 0)
+  if (model_.screen.needsDrawing() && redrawTimer_ == 0)
     redrawTimer_ = XtAppAddTimeOut(toolkit_.context(), (shown ? frame : retry).count(), timeIsUp, &redrawTimer_);
   XFlush(toolkit_.display());
   // After the first page, unless that page takes long.
-  const auto since = session_.screen.waitingSince();
+  const auto since = model_.screen.waitingSince();
   constexpr auto soon = std::chrono::milliseconds(100);
   if (!since || Clock::now() - *since > soon) guarded([this] { fillMenus(); });
   if (watcher) watcher();
@@ -266,16 +257,16 @@ void MainWindow::fillMenus() {
     if (host::ToolButton *button = app_.toolBar()->find(host::Runtime::current().atoms.atom(action.button)))
       button->tip += " (" + key + ")";
   }
-  session_.changes.note(allParts);
+  model_.changes.note(allParts);
   show();
 }
 
 void MainWindow::show() {
-  const bool drawn = session_.screen.draw();
-  if (drawn && session_.screen.shown().drawing && session_.screen.shown().drawing->marks > 0) ++marks_;
-  if (session_.screen.showHighlights() || drawn) pageArea_->show();
+  const bool drawn = model_.screen.draw();
+  if (drawn && model_.screen.shown().drawing && model_.screen.shown().drawing->marks > 0) ++marks_;
+  if (model_.screen.showHighlights() || drawn) pageArea_->show();
   watchWaiting();
-  const uint32_t changed = session_.changes.take();
+  const uint32_t changed = model_.changes.take();
   if ((changed & partToolBar) != 0) toolBar_->update();
   if ((changed & partMenus) != 0) menuBar_->update();
   if ((changed & partPage) != 0) pageArea_->update();
@@ -288,11 +279,11 @@ void MainWindow::show() {
 
 // Shows "rendering" on the outline of a page that takes long; the timer ends the loop's wait when it is time.
 void MainWindow::watchWaiting() {
-  const auto since = session_.screen.waitingSince();
+  const auto since = model_.screen.waitingSince();
   if (!since) {
-    pageArea_->note(session_.documents.front() == nullptr && !session_.documents.opening() && !app_.calling()
+    pageArea_->note(model_.documents.front() == nullptr && !model_.documents.opening() && !app_.calling()
                         ? "Ctrl+O opens a document"
-                        : session_.tiles.error());
+                        : model_.tiles.error());
     return;
   }
   const auto waited = Clock::now() - *since;
@@ -308,7 +299,7 @@ void MainWindow::watchWaiting() {
 
 void MainWindow::showStatus() {
   constexpr size_t longest = 100; // leaves space for the viewer's message
-  const std::string &said = session_.status.message();
+  const std::string &said = model_.status.message();
   std::string plugins = app_.statusText();
   if (plugins.size() > longest) {
     size_t end = longest;
@@ -327,7 +318,7 @@ void MainWindow::showStatus() {
 }
 
 void MainWindow::showTitle() {
-  const std::string title = session_.documents.title();
+  const std::string title = model_.documents.title();
   if (title == title_) return;
   title_ = title;
   ::Display *display = toolkit_.display();

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "host/kernel/loader.h"
-#include "viewer/model/session.h"
+#include "viewer/model/commands.h"
 #include "viewer/window/dialogs.h"
 #include "viewer/window/finddialog.h"
 #include "viewer/window/icons.h"
@@ -23,41 +23,34 @@
 
 namespace viewer {
 
-struct Action;
-
-class MainWindow {
+class MainWindow : public Frontend {
 public:
-  MainWindow(Toolkit &toolkit, Session &session, host::Application &app, const host::PluginLoader &plugins);
-  ~MainWindow();
-  MainWindow(const MainWindow &) = delete;
-  MainWindow &operator=(const MainWindow &) = delete;
+  MainWindow(Toolkit &toolkit, const Model &model, host::Application &app, const host::PluginLoader &plugins);
+  ~MainWindow() override;
 
   /// Creates the X windows without mapping them.
   void realize();
   /// Maps them.
   void map();
 
-  Session &session() { return session_; }
-  const Session &session() const { return session_; }
+  const Model &model() const { return model_; }
   host::Application &app() { return app_; }
   Toolkit &toolkit() { return toolkit_; }
-  int pixels(double length) const { return toolkit_.pixels(length); }
+  int pixels(double length) const override { return toolkit_.pixels(length); }
   Dialogs &dialogs() { return *dialogs_; }
   PageArea &pageArea() { return *pageArea_; }
   ToolBarView &toolBarView() { return *toolBar_; }
 
-  // What actions need besides the session's operations.
-  void askForFile();
-  void askForText();
-  void askForPage();
-  void findAgain(bool backwards);
-  void escape();
-  void showKeys();
-  void showPlugins();
-  void showAbout();
-  void quit() { quits_ = true; }
+  void askForFile() override;
+  void askForText() override;
+  void askForPage() override;
+  void leaveFields() override;
+  void showKeys() override;
+  void showPlugins() override;
+  void showAbout() override;
+  void quit() override { quits_ = true; }
   void focusPage();
-  void run(const Action &action);
+  void run(const Command &command, const std::string &argument = {});
   void press(host::ToolButton &button, const XEvent *event);
 
   void askPassword(const Target &target, bool again);
@@ -84,7 +77,7 @@ private:
   void watchWaiting();
 
   Toolkit &toolkit_;
-  Session &session_;
+  Model model_;
   host::Application &app_;
   const host::PluginLoader &plugins_;
   ::Widget form_ = nullptr, status_ = nullptr, pluginStatus_ = nullptr;

@@ -40,9 +40,9 @@ bool MenuBar::fill() {
     if (action.menu == nullptr) continue;
     ::Widget menu = menus_.at(action.menu);
     if (action.separated) XtCreateManagedWidget("separator", xmSeparatorWidgetClass, menu, nullptr, 0);
-    ::Widget entry = addEntry(menu, action.name, action.label);
+    ::Widget entry = addEntry(menu, action.name, action.command().sentence);
     keys_[action.name] = showAccelerator(entry);
-    whenever(entry, XmNactivateCallback, [this, &action](const XEvent *) { window_.run(action); });
+    whenever(entry, XmNactivateCallback, [this, &action](const XEvent *) { window_.run(action.command()); });
     entries_[action.name] = entry;
   }
   noPlugins_ = addEntry(menus_.at(pluginMenu), "none", "(no plug-in has a button)");
@@ -82,8 +82,7 @@ std::string MenuBar::keyOf(const std::string &action) const {
 void MenuBar::update() {
   if (entries_.empty()) return;
   for (const Action &action : actions())
-    if (action.menu != nullptr)
-      setSensitive(entries_.at(action.name), action.possible == nullptr || action.possible(window_));
+    if (action.menu != nullptr) setSensitive(entries_.at(action.name), isPossible(action.command(), window_.model()));
   updatePlugins();
   updateDocuments();
 }
@@ -120,9 +119,9 @@ void MenuBar::updatePlugins() {
 }
 
 void MenuBar::updateDocuments() {
-  const Session &session = window_.session();
+  const Model &model = window_.model();
   std::vector<std::string> labels;
-  for (const host::ViewerDocument *document : session.documents.all())
+  for (const host::ViewerDocument *document : model.documents.all())
     labels.push_back(document->file.filename().string());
   // Entries are reused: the toolkit does not free all memory of a widget.
   while (documents_.size() < labels.size()) {
@@ -130,8 +129,8 @@ void MenuBar::updateDocuments() {
     ::Widget entry = XtVaCreateWidget("document", xmToggleButtonWidgetClass, menus_.at(windowMenu), XmNindicatorType,
                                       XmONE_OF_MANY, nullptr);
     whenever(entry, XmNvalueChangedCallback, [this, i](const XEvent *) {
-      window_.session().documents.bringToFront(i);
-      window_.session().changes.note(allParts);
+      window_.model().documents.bringToFront(i);
+      window_.model().changes.note(allParts);
     });
     documents_.push_back({{}, entry});
   }
@@ -144,7 +143,7 @@ void MenuBar::updateDocuments() {
       XtUnmanageChild(entry.widget);
   }
   for (size_t i = 0; i < documents_.size(); ++i)
-    XmToggleButtonSetState(documents_[i].widget, i == session.documents.frontIndex() ? True : False, False);
+    XmToggleButtonSetState(documents_[i].widget, i == model.documents.frontIndex() ? True : False, False);
   if (labels.empty())
     XtManageChild(noDocuments_);
   else

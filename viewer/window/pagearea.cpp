@@ -116,11 +116,11 @@ void PageArea::layOut() {
   width_ = areaWidth;
   height_ = areaHeight;
   const int around = margin(window_.toolkit());
-  window_.session().moving.setWindow(std::max(1, width_ - 2 * around), std::max(1, height_ - 2 * around), around);
+  window_.model().moving.setWindow(std::max(1, width_ - 2 * around), std::max(1, height_ - 2 * around), around);
 }
 
 Place PageArea::pagePlace() const {
-  const Shown &shown = window_.session().screen.shown();
+  const Shown &shown = window_.model().screen.shown();
   const int around = margin(window_.toolkit());
   const int spaceX = width_ - 2 * around - shown.pageWidth;
   return {around + std::max(0, spaceX / 2) - shown.scrollX, around - shown.scrollY, shown.pageWidth, shown.pageHeight};
@@ -132,7 +132,7 @@ void PageArea::paint() {
   if (XtWindow(area_) == 0) return;
   ::Display *display = XtDisplay(area_);
   const ::Window target = XtWindow(area_);
-  const Shown &shown = window_.session().screen.shown();
+  const Shown &shown = window_.model().screen.shown();
   if (!shown.document) {
     XClearWindow(display, target);
     if (!note_.empty()) paintNote({0, 0, width_, height_});
@@ -186,13 +186,13 @@ void PageArea::paintNote(const Place &page) {
 }
 
 void PageArea::update() {
-  const Session &session = window_.session();
-  const int page = unitsAPage(session.documents.pageCount()), range = std::max(1, session.documents.pageCount()) * page;
-  const int slider = std::clamp(static_cast<int>(session.moving.visibleShare() * page), 1, range);
-  const int value = std::clamp(static_cast<int>(session.moving.position() * page), 0, range - slider);
+  const Model &model = window_.model();
+  const int page = unitsAPage(model.documents.pageCount()), range = std::max(1, model.documents.pageCount()) * page;
+  const int slider = std::clamp(static_cast<int>(model.moving.visibleShare() * page), 1, range);
+  const int value = std::clamp(static_cast<int>(model.moving.position() * page), 0, range - slider);
   XtVaSetValues(vertical_, XmNmaximum, range, XmNsliderSize, slider, XmNvalue, value, XmNincrement,
                 std::max(1, page / 20), XmNpageIncrement, slider, nullptr);
-  const Shown &shown = session.screen.shown();
+  const Shown &shown = model.screen.shown();
   const int window = std::max(1, width_ - 2 * margin(window_.toolkit()));
   const bool wide = shown.document && shown.pageWidth > window;
   if (wide != wide_) {
@@ -207,7 +207,7 @@ void PageArea::update() {
     XtVaSetValues(horizontal_, XmNmaximum, shown.pageWidth, XmNsliderSize, std::min(window, shown.pageWidth), XmNvalue,
                   std::clamp(shown.scrollX, 0, std::max(0, shown.pageWidth - window)), XmNincrement,
                   margin(window_.toolkit()), XmNpageIncrement, window, nullptr);
-  if (std::vector<int32_t> ticks = session.documents.markedPages(); ticks != ticks_) {
+  if (std::vector<int32_t> ticks = model.documents.markedPages(); ticks != ticks_) {
     ticks_ = std::move(ticks);
     paintTicks();
   }
@@ -221,7 +221,7 @@ void PageArea::paintTicks() {
   Dimension width = 0, height = 0;
   XtVaGetValues(ticksArea_, XmNwidth, &width, XmNheight, &height, nullptr);
   XSetForeground(display, context_, tick_);
-  const int pages = std::max(1, window_.session().documents.pageCount());
+  const int pages = std::max(1, window_.model().documents.pageCount());
   const int thickness = std::max(2, window_.pixels(2));
   for (const int32_t page : ticks_) {
     const int y = static_cast<int>((page + 0.5) * height / pages) - thickness / 2;
@@ -234,21 +234,21 @@ void PageArea::tickPressed(int y) {
   Dimension height = 1;
   XtVaGetValues(ticksArea_, XmNheight, &height, nullptr);
   if (ticks_.empty() || height == 0) return;
-  const double pressed = 1.0 * y * window_.session().documents.pageCount() / height - 0.5;
+  const double pressed = 1.0 * y * window_.model().documents.pageCount() / height - 0.5;
   const auto nearest = std::min_element(ticks_.begin(), ticks_.end(), [=](int32_t a, int32_t b) {
     return std::abs(a - pressed) < std::abs(b - pressed);
   });
-  window_.session().moving.goToPage(*nearest);
+  window_.model().moving.goToPage(*nearest);
 }
 
 void PageArea::scrolled(bool vertical, int value) {
-  Session &session = window_.session();
-  if (session.documents.view() == nullptr) return;
+  const Model &model = window_.model();
+  if (model.documents.view() == nullptr) return;
   if (vertical)
-    session.moving.setPosition(1.0 * value / unitsAPage(session.documents.pageCount()));
+    model.moving.setPosition(1.0 * value / unitsAPage(model.documents.pageCount()));
   else
-    session.moving.drag(value - session.documents.view()->scrollX(), 0);
-  session.changes.note(allParts);
+    model.moving.drag(value - model.documents.view()->scrollX(), 0);
+  model.changes.note(allParts);
 }
 
 void PageArea::beginDrag(const XEvent &event) {
@@ -263,7 +263,7 @@ void PageArea::beginDrag(const XEvent &event) {
 
 void PageArea::drag(const XEvent &event) {
   if (!dragging_) return;
-  window_.session().moving.drag(dragX_ - event.xmotion.x_root, dragY_ - event.xmotion.y_root);
+  window_.model().moving.drag(dragX_ - event.xmotion.x_root, dragY_ - event.xmotion.y_root);
   dragX_ = event.xmotion.x_root;
   dragY_ = event.xmotion.y_root;
 }

@@ -132,22 +132,22 @@ std::string numbers(const std::vector<int32_t> &values) {
 }
 
 std::string stateOf(MainWindow &window) {
-  const Session &session = window.session();
+  const Model &model = window.model();
   Json state('{');
-  state.text("title", session.documents.title())
-      .text("status", session.status.message())
+  state.text("title", model.documents.title())
+      .text("status", model.status.message())
       .text("plugins", window.app().statusText());
   Json documents('[');
-  for (const host::ViewerDocument *document : session.documents.all())
+  for (const host::ViewerDocument *document : model.documents.all())
     documents.item(quoted(document->file.filename().string()));
-  state.member("documents", documents.done()).member("front", static_cast<double>(session.documents.frontIndex()));
-  state.flag("opening", session.documents.opening());
-  state.member("page", session.documents.page() + 1)
-      .member("pages", session.documents.pageCount())
-      .member("zoom", session.moving.zoom());
-  state.member("fit", static_cast<double>(session.moving.fit())).member("ticks", numbers(window.pageArea().ticks()));
+  state.member("documents", documents.done()).member("front", static_cast<double>(model.documents.frontIndex()));
+  state.flag("opening", model.documents.opening());
+  state.member("page", model.documents.page() + 1)
+      .member("pages", model.documents.pageCount())
+      .member("zoom", model.moving.zoom());
+  state.member("fit", static_cast<double>(model.moving.fit())).member("ticks", numbers(window.pageArea().ticks()));
 
-  const Shown &shown = session.screen.shown();
+  const Shown &shown = model.screen.shown();
   Json drawn('{');
   drawn.flag("there", shown.drawing.has_value()).member("page", shown.page + 1);
   drawn.member("marks", shown.drawing ? static_cast<double>(shown.drawing->marks) : 0);
@@ -171,8 +171,8 @@ std::string stateOf(MainWindow &window) {
   Json field('{');
   field.text("text", textOf(window.toolBarView().pageField()));
   state.member("pageField", withPlace(field, placeOf(window.toolBarView().pageField())).done());
-  state.text("findMessage", session.finding.message()).member("dialogs", dialogsBelow(window.toolkit().shell()));
-  state.member("cacheBytes", static_cast<double>(session.tiles.cache().bytes()));
+  state.text("findMessage", model.finding.message()).member("dialogs", dialogsBelow(window.toolkit().shell()));
+  state.member("cacheBytes", static_cast<double>(model.tiles.cache().bytes()));
   return state.done();
 }
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The widgets of the tool bar. They are created again when buttons are added, removed or moved, which happens once or
-// twice in a session.
+// twice in a model.
 #include "viewer/window/toolbarview.h"
 
 #include <Xm/Label.h>
@@ -46,10 +46,10 @@ void ToolBarView::update() {
     button.enabled = button.model->enabled;
     setSensitive(button.widget, button.enabled);
   }
-  const Session &session = window_.session();
-  const bool there = session.documents.front() != nullptr;
-  const std::string number = there ? std::to_string(session.documents.page() + 1) : "";
-  const std::string count = there ? "of " + std::to_string(session.documents.pageCount()) : "";
+  const Model &model = window_.model();
+  const bool there = model.documents.front() != nullptr;
+  const std::string number = there ? std::to_string(model.documents.page() + 1) : "";
+  const std::string count = there ? "of " + std::to_string(model.documents.pageCount()) : "";
   if (number != fieldText_) {
     fieldText_ = number;
     XmTextFieldSetString(pageField_, fieldText_.data());
@@ -125,16 +125,8 @@ void ToolBarView::restorePage() {
 }
 
 void ToolBarView::takePage() {
-  const std::string text = textOf(pageField_);
-  char *end = nullptr;
-  const long page = std::strtol(text.c_str(), &end, 10);
-  fieldText_ = text; // what the field shows now
-  if (end == text.c_str() || *end != '\0')
-    window_.session().status.set("\u201C" + text + "\u201D is no page number");
-  else
-    window_.session().moving.goToPage(
-        static_cast<int32_t>(std::clamp(page, 1L, static_cast<long>(window_.session().documents.pageCount()))) - 1);
-  window_.session().changes.note(allParts);
+  fieldText_ = textOf(pageField_); // what the field shows now
+  goToTypedPage(window_.model(), fieldText_);
   window_.focusPage();
 }
 

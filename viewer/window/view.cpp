@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Creates the viewer and runs it. A thread opens the file while the toolkit and the plug-ins start.
 #include "viewer/window/view.h"
+#include "viewer/model/session.h"
 
 #include <fcntl.h>
 #include <fontconfig/fontconfig.h>
@@ -127,7 +128,7 @@ public:
   /// The window, on the screen.
   MainWindow &get() {
     if (window_) return *window_;
-    window_ = std::make_unique<MainWindow>(toolkit_, session_, app_, plugins_);
+    window_ = std::make_unique<MainWindow>(toolkit_, session_.model(), app_, plugins_);
     window_->realize();
     if (!options_.into.empty()) embedding_ = std::make_unique<Embedding>(toolkit_, *window_, options_.into);
     if (!options_.testSocket.empty()) {

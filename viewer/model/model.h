@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The owners of the viewer's state, for the window and for commands. The session makes them.
+#pragma once
+
+#include "viewer/model/screen.h"
+
+namespace viewer {
+
+struct Model {
+  Changes &changes;
+  StatusLine &status;
+  Documents &documents;
+  Moving &moving;
+  Tiles &tiles;
+  Finding &finding;
+  Screen &screen;
+};
+
+} // namespace viewer

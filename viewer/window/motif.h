@@ -8,6 +8,8 @@
 #include <functional>
 #include <string>
 
+#include "viewer/model/place.h"
+
 namespace viewer {
 
 /// A Motif string, made from UTF-8.
@@ -38,9 +40,6 @@ void setSensitive(Widget widget, bool sensitive);
 /// The text of a text field, UTF-8.
 std::string textOf(Widget field);
 /// The position of a widget on its screen, and its size.
-struct Place {
-  int x, y, width, height;
-};
 Place placeOf(Widget widget);
 
 } // namespace viewer

@@ -5,6 +5,8 @@
 // press real buttons and keys.
 #pragma once
 
+#include <X11/Intrinsic.h>
+
 #include <filesystem>
 #include <string>
 
@@ -24,9 +26,14 @@ public:
   void notify();
 
 private:
+  void send();
+
   MainWindow &window_;
   int socket_;
-  std::string last_;
+  std::string last_;      ///< the state that was sent, or is to be
+  std::string line_;      ///< the rest of the line that is being sent
+  std::string next_;      ///< the line after it
+  XtInputId waiting_ = 0; ///< for the socket to take more
 };
 
 } // namespace viewer

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The viewer's state as a plain structure, for other programs. All positions are in pixels of the screen.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "viewer/model/model.h"
+#include "viewer/model/place.h"
+
+namespace viewer {
+
+struct ButtonState {
+  std::string name; ///< or its label, in a dialog
+  std::string tip;
+  bool enabled = false;
+  Place place{};
+};
+
+struct FieldState {
+  std::string name, text;
+  Place place{};
+};
+
+struct DialogState {
+  std::string name;
+  std::vector<std::string> texts;
+  std::vector<ButtonState> buttons;
+  std::vector<FieldState> fields;
+  Place place{};
+};
+
+/// What the window shows besides the model.
+struct WindowState {
+  std::vector<int32_t> ticks; ///< beside the scroll bar, as page numbers from 0
+  Place area{}, page{};       ///< of the page area, and of the complete page in it
+  std::string note;
+  size_t marksShown = 0;            ///< how many drawings with marks have been shown
+  double longestIteration = 0;      ///< of the event loop, in milliseconds
+  std::vector<ButtonState> buttons; ///< on the tool bar
+  FieldState pageField;
+  std::vector<DialogState> dialogs;
+};
+
+/// The state as one line of JSON, without a line feed. Strings are in UTF-8 as the model has them.
+std::string stateOf(const Model &model, const std::string &pluginText, const WindowState &window);
+
+/// A string as JSON has it, in quotation marks.
+std::string quoted(const std::string &text);
+
+} // namespace viewer

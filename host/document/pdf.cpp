@@ -113,8 +113,9 @@ FoundWords wordsOf(const std::vector<poppler::text_box> &list, double height) {
     word.quarterTurns = box.rotation();
     word.characters.resize(word.text.size());
     // A box that the library does not have is all zeros, which is the upper left of the page.
-    for (size_t i = 0; i < word.text.size(); ++i)
-      if (const poppler::rectf rect = box.char_bbox(i); hasArea(rect)) word.characters[i] = upright(rect);
+    size_t index = 0;
+    for (Box &character : word.characters)
+      if (const poppler::rectf rect = box.char_bbox(index++); hasArea(rect)) character = upright(rect);
     offset += static_cast<uint32_t>(word.text.size()) + 1;
     result.words.push_back(std::move(word));
     result.fonts.push_back(box.has_font_info() ? fontOf(box) : WordFont{});

@@ -213,6 +213,17 @@ TEST_F(PdfFileTest, CharactersOfTinyTextHaveTheirBoxes) {
   EXPECT_NEAR(page.words[0].characters.at(1).top, 500.629, 0.01);
 }
 
+TEST_F(PdfFileTest, ACharacterWithoutWidthHasNoBox) {
+  std::string bytes = test::pdfOf({{.texts = {{.x = 50, .y = 500, .text = "axb"}}}});
+  const std::string widths = "/Widths [", each = "600 ";
+  bytes.replace(bytes.find(widths) + widths.size() + each.size() * 'x', 3, "000");
+  const PageText page = PdfFile::open(folder.write("narrow.pdf", bytes), "")->text(0);
+  ASSERT_EQ(page.words.size(), 1U);
+  ASSERT_EQ(page.words[0].text, U"axb");
+  EXPECT_EQ(page.words[0].characters.at(1), Box{});
+  EXPECT_NEAR(page.words[0].characters.at(2).right, 62, 0.01);
+}
+
 TEST_F(PdfFileTest, CharactersWithoutAMeaningAreNoWord) {
   for (const std::u32string &none : {std::u32string(), std::u32string(1, U'\0'), std::u32string(2, U'\0')}) {
     const auto file = PdfFile::open(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "x y"}}}}, {{U'x', none}}), "");

@@ -98,7 +98,7 @@ std::filesystem::path largeFile(const ScratchFolder &folder, uintmax_t bytes) {
 }
 
 TEST_F(PdfFileTest, OnlyALargerFileThanTheLargestInMemoryIsReadAsNeeded) {
-  for (const uintmax_t excess : {0, 1}) {
+  for (const uintmax_t excess : {uintmax_t{0}, uintmax_t{1}}) {
     const auto file = largeFile(folder, PdfFile::largestInMemory + excess);
     const auto opened = PdfFile::open(file, "", PdfFile::Reading::inMemory);
     EXPECT_EQ(opened->pageSize(0).width, 400);

@@ -91,7 +91,7 @@ TEST_F(PdfFileTest, NamesInMessagesHaveNoControlCharacters) {
 std::filesystem::path largeFile(const ScratchFolder &folder, uintmax_t bytes) {
   const std::string complete = test::pdfOf({PdfPage{}});
   const std::string lastLines = complete.substr(complete.find("startxref"));
-  const auto file = folder.write("large.pdf", complete);
+  std::filesystem::path file = folder.write("large.pdf", complete);
   std::filesystem::resize_file(file, bytes - lastLines.size());
   std::ofstream(file, std::ios::binary | std::ios::app) << lastLines;
   return file;

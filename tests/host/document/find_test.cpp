@@ -264,6 +264,10 @@ TEST(FindHyphenated, HyphenAtThePagesEndIsAHyphen) {
   EXPECT_THAT(find("para-", pageOf({{"para-"}})), ElementsAre("para-"));
 }
 
+TEST(FindHyphenated, HyphenBeforeAnInvisibleWordMayEndTheHit) {
+  EXPECT_THAT(find("para-", pageOf({{"para-"}, {"\u00AD"}})), ElementsAre("para-"));
+}
+
 TEST(FindHyphenated, TextUpsideDownContinuesOnTheNextLine) {
   PageText page = pageOf({{"para-"}, {"meter"}});
   for (WordText &each : page.words)

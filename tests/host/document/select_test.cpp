@@ -379,7 +379,7 @@ TEST_F(SelectionBoundTest, KeepsExactlyAsManyPartsAsSpecified) {
   characters(ranges);
   EXPECT_EQ(document->selectionCount(), SelectionStore::fewestSelections + 1);
   make(SelectionStore::fewestSelections);
-  EXPECT_EQ(document->selectionCount(), SelectionStore::fewestSelections + 1) << "one more part is too many";
+  EXPECT_EQ(document->selectionCount(), SelectionStore::fewestSelections + 1) << "three more parts are too many";
 }
 
 TEST_F(SelectionBoundTest, EachDocumentHasItsOwn) {

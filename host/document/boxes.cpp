@@ -71,10 +71,10 @@ bool isOnLine(const LineBox &box, const WordText &other, int quarterTurns) {
   return other.quarterTurns == quarterTurns && middle >= line.below && middle <= line.above;
 }
 
-// Words near one with a degenerate box; each may be null.
+// Words near one with a degenerate box.
 struct Neighbours {
-  const WordText *before, *after; // the nearest ones whose boxes are usable
-  const WordText *next;           // the one that follows
+  const WordText *before, *after;      // the nearest ones whose boxes are usable; each may be null
+  std::span<const WordText> following; // all after it
 };
 
 void giveHeight(LineBox &box, const Neighbours &neighbours, int quarterTurns, double em) {
@@ -91,10 +91,10 @@ void giveHeight(LineBox &box, const Neighbours &neighbours, int quarterTurns, do
 }
 
 // All characters lie at the start of the box: it is made as wide as one of them may be.
-void giveWidth(LineBox &box, const WordText *next, int quarterTurns, double em) {
+void giveWidth(LineBox &box, std::span<const WordText> following, int quarterTurns, double em) {
   box.end = box.start + em;
-  if (next != nullptr && isOnLine(box, *next, quarterTurns)) {
-    const double limit = onLine(*next).start;
+  if (!following.empty() && isOnLine(box, following.front(), quarterTurns)) {
+    const double limit = onLine(following.front()).start;
     if (limit >= box.start + smallestSide) box.end = std::min(box.end, limit);
   }
 }
@@ -103,7 +103,7 @@ void giveArea(WordText &word, const Neighbours &neighbours, double em) {
   LineBox box = onLine(word);
   const bool narrow = isNarrow(box);
   if (isFlat(box, em)) giveHeight(box, neighbours, word.quarterTurns, em);
-  if (narrow) giveWidth(box, neighbours.next, word.quarterTurns, em);
+  if (narrow) giveWidth(box, neighbours.following, word.quarterTurns, em);
   word.bounds = onPage(box, word.quarterTurns);
   for (Box &character : word.characters) {
     LineBox part = onLine(character, word.quarterTurns);
@@ -161,7 +161,7 @@ void correctBoxes(std::vector<WordText> &words, std::span<const WordFont> fonts)
   const auto before = nearestUsable(words, false), after = nearestUsable(words, true);
   for (size_t i = 0; i < words.size(); ++i)
     if (isDegenerate(words[i]))
-      giveArea(words[i], {before[i], after[i], i + 1 < words.size() ? &words[i + 1] : nullptr}, emOf(fonts[i]));
+      giveArea(words[i], {before[i], after[i], std::span(words).subspan(i + 1)}, emOf(fonts[i]));
 }
 
 } // namespace host

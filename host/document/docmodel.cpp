@@ -10,6 +10,7 @@
 #include <memory>
 #include <numeric>
 #include <unordered_map>
+#include <utility>
 
 #include "host/document/document.h"
 #include "host/kernel/table.h"
@@ -67,7 +68,6 @@ public:
     const std::vector<uint32_t> order =
         version == contentOrderVersion ? document.contentOrder(page) : std::vector<uint32_t>();
     const PageText &text = document.pageText(page);
-    words_.reserve(text.words.size());
     for (const WordText &word : text.words)
       words_.push_back({static_cast<uint32_t>(word.text.size()), word.offset});
     for (FoundWord &word : words_)
@@ -81,7 +81,7 @@ public:
     std::iota(byPosition.begin(), byPosition.end(), 0);
     std::stable_sort(byPosition.begin(), byPosition.end(), [&text](uint32_t a, uint32_t b) {
       const Box &first = text.words[a].bounds, &second = text.words[b].bounds;
-      return first.top != second.top ? first.top > second.top : first.left < second.left;
+      return std::pair(-first.top, first.left) < std::pair(-second.top, second.left);
     });
     for (const uint32_t index : byPosition)
       sorted.push_back(reading[index]);
@@ -93,7 +93,7 @@ public:
       registry().words.remove(&word);
   }
 
-  int acquisitions = 0;
+  size_t acquisitions = 0;
   std::vector<Word> own;     // in the order of the finder's version
   std::vector<Word> sorted;  // by position: from the top down, then from the left
   std::vector<Word> reading; // in reading order
@@ -109,38 +109,37 @@ public:
   Document &document() { return document_; }
 
   AcquiredPage &acquire(int32_t page) {
-    auto &acquired = acquired_[checkedPage(document_, page)];
-    if (!acquired) acquired = std::make_unique<AcquiredPage>(document_, page, version_);
-    ++acquired->acquisitions;
+    AcquiredPage &acquired =
+        acquired_.try_emplace(checkedPage(document_, page), document_, page, version_).first->second;
+    ++acquired.acquisitions;
     last_ = page;
-    return *acquired;
+    return acquired;
   }
 
   void release(int32_t page) {
     const auto found = acquired_.find(checkedPage(document_, page));
-    require(found != acquired_.end() && found->second, "the page is not acquired");
-    if (--found->second->acquisitions == 0) acquired_.erase(found);
+    require(found != acquired_.end(), "the page is not acquired");
+    if (--found->second.acquisitions == 0) acquired_.erase(found);
   }
 
   Word wordOfLastPage(int32_t index) const {
     const auto found = acquired_.find(last_);
-    if (found == acquired_.end() || !found->second || index < 0 ||
-        static_cast<size_t>(index) >= found->second->own.size())
-      return nullptr;
-    return found->second->own[static_cast<size_t>(index)];
+    const auto position = static_cast<size_t>(index); // a negative index becomes one beyond any end
+    if (found == acquired_.end() || position >= found->second.own.size()) return nullptr;
+    return found->second.own[position];
   }
 
   size_t acquisitions() const {
     size_t sum = 0;
     for (const auto &[page, acquired] : acquired_)
-      sum += acquired ? static_cast<size_t>(acquired->acquisitions) : 0;
+      sum += acquired.acquisitions;
     return sum;
   }
 
 private:
   Document &document_;
   int16_t version_;
-  std::map<int32_t, std::unique_ptr<AcquiredPage>> acquired_; // null where a page's words could not be read
+  std::map<int32_t, AcquiredPage> acquired_;
   int32_t last_ = -1;
 };
 

@@ -10,6 +10,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 #include "host/document/fold.h"
@@ -32,8 +33,8 @@ bool isLetterOrDigit(char32_t c) {
          (category >= UTF8PROC_CATEGORY_ND && category <= UTF8PROC_CATEGORY_NO);
 }
 
-// Vowels and final consonants of Hangul, which continue a syllable.
-bool continuesSyllable(char32_t c) { return c >= 0x1160 && c <= 0x11FF; }
+// Vowels and final consonants of Hangul, which continue a syllable. The filler before them is invisible and omitted.
+bool continuesSyllable(char32_t c) { return c >= 0x1161 && c <= 0x11FF; }
 
 // Either may be higher: a word at the foot of a column continues at the top of the next one.
 bool onAnotherLine(const WordText &word, const WordText &next) {
@@ -62,11 +63,9 @@ void append(char32_t c, Case letterCase, std::u32string &to) {
 class ComparedPage {
 public:
   ComparedPage(const PageText &page, Case letterCase) : letterCase_(letterCase) {
-    for (size_t i = 0; i < page.words.size(); ++i) {
-      const WordText &word = page.words[i];
-      add(word, i + 1 < page.words.size() && isHyphenated(word, page.words[i + 1]));
-    }
-    offsets_.push_back(page.words.empty() ? 0 : offsetAfter(page.words.back()));
+    const auto end = page.words.end();
+    for (auto word = page.words.begin(); word != end; ++word)
+      add(*word, std::next(word) != end && isHyphenated(*word, *std::next(word)));
   }
 
   size_t size() const { return units_.size(); }
@@ -87,10 +86,11 @@ public:
     return !isLetterOrDigit(before) && !isLetterOrDigit(unit(joined(end)));
   }
 
-  // The start of the next character: one may be several units, which have one position on the page.
+  // The start of the next character: one may be several units, which have one position on the page. The unit is not a
+  // space, so another character follows it: at least the space after the last word.
   size_t nextCharacter(size_t at) const {
     const uint32_t offset = offsets_[at];
-    while (at < size() && offsets_[at] == offset)
+    while (offsets_[at] == offset)
       ++at;
     return at;
   }
@@ -98,23 +98,26 @@ public:
   uint32_t offset(size_t at) const { return offsets_[at]; }
 
 private:
-  static uint32_t offsetAfter(const WordText &word) { return word.offset + static_cast<uint32_t>(word.text.size()); }
-
   static bool isSame(char32_t unit, char32_t wanted) {
     return unit == wanted || (unit == lineEndHyphen && wanted == U'-');
   }
 
   void add(const WordText &word, bool hyphenated) {
-    const size_t count = word.text.size();
-    for (size_t i = 0; i < count; ++i) {
-      if (hyphenated && i + 1 == count)
-        units_ += lineEndHyphen;
-      else
-        append(word.text[i], letterCase_, units_);
-      offsets_.resize(units_.size(), word.offset + static_cast<uint32_t>(i));
+    std::u32string_view text = word.text;
+    if (hyphenated) text.remove_suffix(1);
+    uint32_t offset = word.offset;
+    for (const char32_t c : text)
+      addCharacter(c, offset++);
+    if (hyphenated) {
+      units_ += lineEndHyphen;
+      offsets_.push_back(offset++);
     }
-    append(U' ', letterCase_, units_);
-    offsets_.resize(units_.size(), offsetAfter(word));
+    addCharacter(U' ', offset);
+  }
+
+  void addCharacter(char32_t c, uint32_t offset) {
+    append(c, letterCase_, units_);
+    offsets_.resize(units_.size(), offset);
   }
 
   // Before the first and after the last there are spaces.
@@ -130,7 +133,7 @@ private:
 
   Case letterCase_;
   std::u32string units_;
-  std::vector<uint32_t> offsets_; // of each unit's character in the page's text; one more than units
+  std::vector<uint32_t> offsets_; // of each unit's character in the page's text
 };
 
 Case caseOf(FindOptions options) { return options.matchCase ? Case::kept : Case::folded; }
@@ -155,8 +158,8 @@ std::vector<Found> Finder::find(const PageText &page) const {
     }
     // A character without its own position, like an accent, belongs to the letter before it.
     const size_t next = compared.nextCharacter(end - 1);
-    const Span span{compared.offset(at), compared.offset(next)};
-    result.push_back({characterBoxes(page, {&span, 1})});
+    const Span hit[] = {{compared.offset(at), compared.offset(next)}};
+    result.push_back({characterBoxes(page, hit)});
     at = next;
   }
   return result;

@@ -30,26 +30,28 @@ char32_t typedForm(char32_t c) {
   return found == std::end(typedForms) ? c : found->typed;
 }
 
+// The first character after ASCII and the control characters that follow it.
+constexpr char32_t noBreakSpace = 0xA0;
+
 } // namespace
 
 void appendFolded(char32_t c, Case letterCase, std::u32string &to) {
-  if (c < 0x80) {
+  if (c < noBreakSpace) {
     to += letterCase == Case::folded && c >= U'A' && c <= U'Z' ? c - U'A' + U'a' : c;
     return;
   }
   constexpr unsigned always = UTF8PROC_DECOMPOSE | UTF8PROC_COMPAT | UTF8PROC_STRIPMARK | UTF8PROC_IGNORE;
   const auto options = static_cast<utf8proc_option_t>(letterCase == Case::folded ? always | UTF8PROC_CASEFOLD : always);
   std::array<utf8proc_int32_t, 64> parts; // the longest decomposition has 18
-  int boundary = 0;
   const utf8proc_ssize_t count =
-      utf8proc_decompose_char(static_cast<utf8proc_int32_t>(c), parts.data(), parts.size(), options, &boundary);
-  if (count < 0 || static_cast<size_t>(count) > parts.size()) {
+      utf8proc_decompose_char(static_cast<utf8proc_int32_t>(c), parts.data(), parts.size(), options, nullptr);
+  if (count < 0) {
     to += c;
     return;
   }
-  // A separate accent decomposes to a space and an accent; the space is dropped, too.
-  const size_t first = count > 0 && parts[0] == U' ' && !isWhiteSpace(c) ? 1 : 0;
-  for (size_t i = first; i < static_cast<size_t>(count); ++i)
+  // A separate accent decomposes to a space and the accent, which is stripped; the space is dropped, too.
+  if (count == 1 && parts[0] == U' ' && !isWhiteSpace(c)) return;
+  for (size_t i = 0; i < static_cast<size_t>(count); ++i)
     to += typedForm(static_cast<char32_t>(parts.at(i)));
 }
 
@@ -62,7 +64,8 @@ std::u32string folded(std::u32string_view text, Case letterCase) {
 }
 
 bool isWhiteSpace(char32_t c) {
-  return c <= U' ' || (c >= 0x80 && utf8proc_category(static_cast<utf8proc_int32_t>(c)) == UTF8PROC_CATEGORY_ZS);
+  return c <= U' ' ||
+         (c >= noBreakSpace && utf8proc_category(static_cast<utf8proc_int32_t>(c)) == UTF8PROC_CATEGORY_ZS);
 }
 
 std::u32string decoded(std::string_view utf8) {

@@ -15,6 +15,7 @@
 #include <fstream>
 #include <optional>
 #include <system_error>
+#include <tuple>
 #include <unordered_map>
 
 #include "host/document/boxes.h"
@@ -30,9 +31,8 @@ constexpr double pointsPerInch = 72;
 }
 
 std::ifstream openedStream(const std::filesystem::path &file) {
-  errno = 0;
   std::ifstream stream(file, std::ios::binary);
-  if (!stream) fail(file, errno != 0 ? std::generic_category().message(errno) : "cannot be read");
+  if (!stream) fail(file, std::generic_category().message(errno));
   return stream;
 }
 
@@ -92,6 +92,10 @@ struct FoundWords {
   std::vector<WordFont> fonts; // of each word; unknown where the list has none
 };
 
+WordFont fontOf(const poppler::text_box &box) {
+  return {box.get_font_size(), box.get_wmode() == poppler::text_box::vertical_wmode};
+}
+
 // `height` is that of the page in points.
 FoundWords wordsOf(const std::vector<poppler::text_box> &list, double height) {
   const auto upright = [height](const poppler::rectf &rect) {
@@ -107,27 +111,41 @@ FoundWords wordsOf(const std::vector<poppler::text_box> &list, double height) {
     word.offset = offset;
     word.bounds = upright(box.bbox());
     word.quarterTurns = box.rotation();
-    word.characters.reserve(word.text.size());
-    for (size_t i = 0; i < word.text.size(); ++i) {
-      const poppler::rectf rect = box.char_bbox(i);
-      // A box that the library does not have is all zeros, which is the upper left of the page.
-      word.characters.push_back(hasArea(rect) ? upright(rect) : Box{});
-    }
+    word.characters.resize(word.text.size());
+    // A box that the library does not have is all zeros, which is the upper left of the page.
+    size_t index = 0;
+    for (Box &character : word.characters)
+      if (const poppler::rectf rect = box.char_bbox(index++); hasArea(rect)) character = upright(rect);
     offset += static_cast<uint32_t>(word.text.size()) + 1;
     result.words.push_back(std::move(word));
-    if (box.has_font_info())
-      result.fonts.push_back({box.get_font_size(), box.get_wmode() == poppler::text_box::vertical_wmode});
-    else
-      result.fonts.emplace_back();
+    result.fonts.push_back(box.has_font_info() ? fontOf(box) : WordFont{});
   }
   return result;
+}
+
+// With bytes, the file is in them. Throws as PdfFile::open does.
+std::unique_ptr<poppler::document> openedDocument(const std::filesystem::path &file, const std::string &password,
+                                                  const Bytes *bytes) {
+  std::unique_ptr<poppler::document> pdf(
+      bytes != nullptr
+          ? poppler::document::load_from_raw_data(bytes->data(), static_cast<int>(bytes->size()), password, password)
+          : poppler::document::load_from_file(file.string(), password, password));
+  if (!pdf) failUnreadable(file, "is damaged");
+  if (pdf->is_locked())
+    throw DocumentError(DocumentError::wrongPassword,
+                        nameInMessage(file) +
+                            (password.empty() ? ": is encrypted: a password is needed" : ": the password is wrong"));
+  if (pdf->pages() <= 0) failUnreadable(file, "is damaged: it has no pages");
+  return pdf;
 }
 
 class PopplerFile final : public PdfFile {
 public:
   /// Throws as PdfFile::open does. With bytes, the file is in them.
   PopplerFile(const std::filesystem::path &file, const std::string &password, const Stamp &stamp,
-              std::shared_ptr<const Bytes> bytes);
+              std::shared_ptr<const Bytes> bytes)
+      : file_(file), password_(password), stamp_(stamp), bytes_(std::move(bytes)),
+        pdf_(openedDocument(file, password, bytes_.get())), pages_(pdf_->pages()) {}
 
   std::unique_ptr<PdfFile> again() const override {
     try {
@@ -144,10 +162,9 @@ public:
   PageText text(int32_t page) override;
 
   std::vector<uint32_t> contentOrder(int32_t page, const PageText &text) override {
-    std::vector<std::u32string_view> boxes;
-    boxes.reserve(text.words.size());
-    for (const WordText &word : text.words)
-      boxes.emplace_back(word.text);
+    std::vector<std::u32string_view> boxes(text.words.size());
+    std::transform(text.words.begin(), text.words.end(), boxes.begin(),
+                   [](const WordText &word) { return std::u32string_view(word.text); });
     // A rectangle beyond any page: characters that are partly off the page are included.
     const poppler::rectf everything(-1e6, -1e6, 2e6, 2e6);
     return orderByContent(boxes, codePoints(shown(page).pdf->text(everything, poppler::page::raw_order_layout)));
@@ -166,30 +183,13 @@ private:
   const std::string password_;
   const Stamp stamp_;
   const std::shared_ptr<const Bytes> bytes_;
-  std::unique_ptr<poppler::document> pdf_; // declared before the pages, which it outlives
-  int32_t pages_ = 0;
+  const std::unique_ptr<poppler::document> pdf_; // declared before the pages, which it outlives
+  const int32_t pages_;
   std::unordered_map<int32_t, ShownPage> shown_;
   // Font information costs half as much again as the words alone, so it is only requested where boxes need it, and at
   // once for the page after such a page, which mostly needs it, too.
   bool withFonts_ = false;
 };
-
-PopplerFile::PopplerFile(const std::filesystem::path &file, const std::string &password, const Stamp &stamp,
-                         std::shared_ptr<const Bytes> bytes)
-    : file_(file), password_(password), stamp_(stamp), bytes_(std::move(bytes)) {
-  if (bytes_)
-    pdf_.reset(
-        poppler::document::load_from_raw_data(bytes_->data(), static_cast<int>(bytes_->size()), password, password));
-  else
-    pdf_.reset(poppler::document::load_from_file(file.string(), password, password));
-  if (!pdf_) failUnreadable(file, "is damaged");
-  if (pdf_->is_locked())
-    throw DocumentError(DocumentError::wrongPassword,
-                        nameInMessage(file) +
-                            (password.empty() ? ": is encrypted: a password is needed" : ": the password is wrong"));
-  pages_ = pdf_->pages();
-  if (pages_ <= 0) failUnreadable(file, "is damaged: it has no pages");
-}
 
 PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
   if (page < 0 || page >= pages_)
@@ -249,8 +249,9 @@ Image PopplerFile::render(int32_t page, double dpi) {
   renderer.set_paper_color(0xFFFFFFFF);
   renderer.set_render_hints(poppler::page_renderer::antialiasing | poppler::page_renderer::text_antialiasing);
   const poppler::image drawn = renderer.render_page(that.pdf.get(), dpi, dpi, 0, 0, image.width, image.height);
-  if (!drawn.is_valid() || drawn.width() != image.width || drawn.height() != image.height ||
-      drawn.format() != poppler::image::format_argb32)
+  // An image that is not valid has no width.
+  if (std::tuple(drawn.width(), drawn.height(), drawn.format()) !=
+      std::tuple(image.width, image.height, poppler::image::format_argb32))
     fail(file_, "page " + numberOf(page) + " cannot be drawn");
 
   image.pixels.resize(static_cast<size_t>(image.width) * static_cast<size_t>(image.height));

@@ -34,7 +34,7 @@ std::vector<Span> disjoint(std::span<const tavrel::TextRange> ranges) {
   std::vector<Span> spans;
   for (const tavrel::TextRange &range : ranges)
     if (range.len > 0) spans.push_back({range.pos, static_cast<uint32_t>(range.pos) + range.len});
-  std::sort(spans.begin(), spans.end(), [](const Span &a, const Span &b) { return a.first < b.first; });
+  std::ranges::sort(spans, {}, &Span::first);
   std::vector<Span> result;
   for (const Span &span : spans)
     if (!result.empty() && span.first <= result.back().end)
@@ -98,11 +98,9 @@ std::vector<Box> wordBoxes(const PageText &text, std::span<const Span> spans, st
 template <typename BoxesOf> const Selection *SelectionStore::get(int32_t page, const PageSize &size, int16_t version,
                                                                  std::span<const tavrel::TextRange> ranges,
                                                                  const BoxesOf &boxesOf) {
-  Key key{page, version, {}};
-  auto &keyRanges = std::get<2>(key);
-  keyRanges.reserve(ranges.size());
-  for (const tavrel::TextRange &range : ranges)
-    keyRanges.emplace_back(range.pos, range.len);
+  Key key{page, version, KeyRanges(ranges.size())};
+  std::ranges::transform(ranges, std::get<KeyRanges>(key).begin(),
+                         [](const tavrel::TextRange &range) { return std::pair(range.pos, range.len); });
   if (const auto known = made_.find(key); known != made_.end()) {
     selections().noteUse(*known->second);
     return known->second.get();
@@ -135,13 +133,12 @@ template <typename BoxesOf> const Selection *SelectionStore::get(int32_t page, c
 }
 
 size_t SelectionStore::partsOf(const Made::value_type &made) {
-  return made.second->boxes.size() + std::get<2>(made.first).size();
+  return made.second->boxes.size() + std::get<KeyRanges>(made.first).size();
 }
 
 void SelectionStore::dropUnused() {
   while (made_.size() > mostSelections || (parts_ > mostParts && made_.size() > fewestSelections)) {
-    const auto oldest = std::min_element(
-        made_.begin(), made_.end(), [](const auto &a, const auto &b) { return a.second->lastUse < b.second->lastUse; });
+    const auto oldest = std::ranges::min_element(made_, {}, [](const auto &made) { return made.second->lastUse; });
     parts_ -= partsOf(*oldest);
     selections().remove(oldest->second.get());
     made_.erase(oldest);

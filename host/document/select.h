@@ -44,8 +44,8 @@ public:
   size_t size() const { return made_.size(); }
 
 private:
-  // Page, version of word extraction (0 for characters), each range's start and length.
-  using Key = std::tuple<int32_t, int16_t, std::vector<std::pair<uint16_t, uint16_t>>>;
+  using KeyRanges = std::vector<std::pair<uint16_t, uint16_t>>; // each range's start and length
+  using Key = std::tuple<int32_t, int16_t, KeyRanges>;          // page, version of word extraction (0 for characters)
   template <typename BoxesOf> const Selection *get(int32_t page, const PageSize &size, int16_t version,
                                                    std::span<const tavrel::TextRange> ranges, const BoxesOf &boxesOf);
 

@@ -29,13 +29,12 @@ std::u32string withoutSpaces(std::u32string_view text) {
 
 class ContentOrder {
 public:
-  ContentOrder(std::span<const std::u32string_view> boxes, std::u32string_view raw) : used_(boxes.size()) {
+  ContentOrder(std::span<const std::u32string_view> boxes, std::u32string_view raw)
+      : keys_(boxes.size()), used_(boxes.size()) {
     readStream(raw);
-    keys_.reserve(boxes.size());
-    for (const std::u32string_view box : boxes) {
-      keys_.push_back(withoutSpaces(box));
-      longest_ = std::max(longest_, keys_.back().size());
-    }
+    std::ranges::transform(boxes, keys_.begin(), withoutSpaces);
+    for (const std::u32string &key : keys_)
+      longest_ = std::max(longest_, key.size());
     for (uint32_t i = 0; i < keys_.size(); ++i)
       boxesByText_[keys_[i]].push_back(i);
   }
@@ -60,14 +59,13 @@ public:
 private:
   // The stream without its spaces, and for each character where its word ends.
   void readStream(std::u32string_view raw) {
-    for (size_t i = 0; i < raw.size();) {
-      const size_t start = stream_.size();
-      for (; i < raw.size() && !isSpace(raw[i]); ++i)
-        stream_ += raw[i];
-      for (; i < raw.size() && isSpace(raw[i]); ++i) {
-      }
-      wordEnd_.insert(wordEnd_.end(), stream_.size() - start, stream_.size());
-    }
+    const auto endWord = [this] { wordEnd_.resize(stream_.size(), stream_.size()); };
+    for (const char32_t c : raw)
+      if (isSpace(c))
+        endWord();
+      else
+        stream_ += c;
+    endWord();
   }
 
   bool fits(uint32_t box, size_t at) const {
@@ -78,7 +76,7 @@ private:
   // How many boxes from this one on fit the words from here on.
   size_t run(uint32_t box, size_t at) const {
     size_t length = 0;
-    for (; length < lookAhead && at < stream_.size() && fits(box, at); ++box, ++length)
+    for (; length < lookAhead && fits(box, at); ++box, ++length)
       at += keys_[box].size();
     return length;
   }
@@ -113,7 +111,6 @@ private:
 
   std::vector<uint32_t> withTheRest(const std::vector<uint32_t> &found) const {
     std::vector<uint32_t> result;
-    result.reserve(keys_.size());
     const auto takeUnused = [&](uint32_t box) {
       for (; box < keys_.size() && !used_[box]; ++box)
         result.push_back(box);

@@ -71,6 +71,11 @@ TEST(DegenerateBoxes, SmallTextKeepsItsBox) {
   EXPECT_THAT(corrected({word(U"i", {50, 103, 50.6, 100})}, 3), ElementsAre(IsBox(50, 100, 50.6, 103)));
 }
 
+TEST(DegenerateBoxes, HalfAPointIsWideAndHighEnough) {
+  EXPECT_THAT(corrected({word(U"i", {50, 103, 50.5, 100})}), ElementsAre(IsBox(50, 100, 50.5, 103)));
+  EXPECT_THAT(corrected({word(U"ab", {50, 100.5, 52, 100})}), ElementsAre(IsBox(50, 100, 52, 100.5)));
+}
+
 TEST(DegenerateBoxes, WithoutWidthIsOneFontSizeWide) {
   EXPECT_THAT(corrected({word(U"abc", {50, 108, 50, 98})}), ElementsAre(IsBox(50, 98, 60, 108)));
 }
@@ -88,6 +93,18 @@ TEST(DegenerateBoxes, AWordOnAnotherLineDoesNotEndIt) {
   EXPECT_THAT(corrected({word(U"a", {50, 108, 50, 98}), word(U"b", {56, 88, 66, 78})}).front(), IsBox(50, 98, 60, 108));
 }
 
+// The middle of the first word is on the lower edge of the second one, or on the upper edge.
+TEST(DegenerateBoxes, AWordWhoseEdgeItTouchesIsOnItsLine) {
+  for (const double bottom : {103.0, 93.0})
+    EXPECT_THAT(corrected({word(U"a", {50, 108, 50, 98}), word(U"word", {56, bottom + 10, 90, bottom})}).front(),
+                IsBox(50, 98, 56, 108))
+        << bottom;
+}
+
+TEST(DegenerateBoxes, TwoPointsBeforeTheNextWordAreEnough) {
+  EXPECT_THAT(corrected({word(U"a", {50, 108, 50, 98}), usable(52, 80)}).front(), IsBox(50, 98, 52, 108));
+}
+
 TEST(DegenerateBoxes, AWordAtTheSamePositionDoesNotMakeItAHairline) {
   EXPECT_THAT(corrected({word(U"a", {50, 108, 50, 98}), usable(51, 80)}).front(), IsBox(50, 98, 60, 108));
 }
@@ -95,6 +112,11 @@ TEST(DegenerateBoxes, AWordAtTheSamePositionDoesNotMakeItAHairline) {
 TEST(DegenerateBoxes, WithoutHeightIsAsHighAsTheWordBefore) {
   EXPECT_THAT(corrected({usable(20, 45), word(U"abc", {50, 101, 68, 100})}),
               ElementsAre(IsBox(20, 98, 45, 108), IsBox(50, 98, 68, 108)));
+}
+
+TEST(DegenerateBoxes, TheHeightOfTheWordBeforeCountsMoreThanThatOfTheWordAfter) {
+  EXPECT_THAT(corrected({word(U"word", {20, 115, 45, 95}), word(U"abc", {50, 101, 68, 100}), usable(70, 90)}),
+              ElementsAre(IsBox(20, 95, 45, 115), IsBox(50, 95, 68, 115), IsBox(70, 98, 90, 108)));
 }
 
 TEST(DegenerateBoxes, WithoutHeightIsAsHighAsTheWordAfterTheNext) {
@@ -155,6 +177,19 @@ TEST(VerticalBoxes, AreHalfAnEmAcrossAndOneAlongFromWhereTheLibraryHasThem) {
   EXPECT_THAT(words[0].characters, ElementsAre(IsBox(95, 200, 105, 210), IsBox(95, 190, 105, 200)));
 }
 
+TEST(VerticalBoxes, OfAFontOfOnePointAreMoved) {
+  std::vector<WordText> words = {word(U"ab", {100, 202, 101, 200}, 1)};
+  correctBoxes(words, std::vector<WordFont>(1, {1, true}));
+  EXPECT_THAT(words[0].bounds, IsBox(99.5, 199, 100.5, 201));
+}
+
+TEST(VerticalBoxes, CharactersWithoutAreaStay) {
+  std::vector<WordText> words = {word(U"ab", {100, 220, 110, 200}, 1)};
+  words[0].characters = {{100, 220, 100, 210}, {100, 210, 110, 210}};
+  correctBoxes(words, std::vector<WordFont>(1, {10, true}));
+  EXPECT_THAT(words[0].characters, ElementsAre(IsBox(100, 210, 100, 220), IsBox(100, 210, 110, 210)));
+}
+
 // ---- which words need their font ----
 
 TEST(NeedsFont, OnlyWhereABoxIsDegenerateOrASquare) {
@@ -165,6 +200,14 @@ TEST(NeedsFont, OnlyWhereABoxIsDegenerateOrASquare) {
   EXPECT_TRUE(needsFont(plain)) << "perhaps vertical writing";
   EXPECT_TRUE(needsFont(word(U"abc", {50, 108, 50, 98})));
   EXPECT_TRUE(needsFont(word(U"abc", {50, 100, 68, 100})));
+}
+
+TEST(NeedsFont, ASquareMayBeWiderByAHundredThousandth) {
+  WordText large = word(U"a", {0, 100'000, 100'002, 0});
+  large.characters.back() = {0, 100'000, 100'001, 0};
+  EXPECT_TRUE(needsFont(large));
+  large.characters.back().right = 100'002;
+  EXPECT_FALSE(needsFont(large));
 }
 
 TEST(NeedsFont, ACharacterWithoutABoxIsNoSquare) { EXPECT_FALSE(needsFont(usable(20, 45))); }

@@ -193,6 +193,31 @@ TEST_F(DocModelTest, WordsInReadingOrderByPositionAndInTheFindersOrder) {
   EXPECT_THAT(offsets(reading, count), ElementsAre(0, 6, 11));
 }
 
+TEST_F(DocModelTest, WordsByPositionAreFromTheTopDownAndThenFromTheLeft) {
+  document = Document::open(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "high line"},
+                                                   {.x = 50, .y = 100, .text = "up", .upwards = true}}}}),
+                            "");
+  model = modelDocs().handle(document.get());
+  Word *sorted = nullptr;
+  int32_t count = 0;
+  DocModel::WordFinderAcquirePage(finderOf(2), 0, nullptr, &sorted, nullptr, &count);
+  ASSERT_EQ(document->pageText(0).text(), U"up high line");
+  EXPECT_THAT(offsets(sorted, count), ElementsAre(3, 8, 0));
+}
+
+TEST_F(DocModelTest, WordsAtOnePositionKeepTheirReadingOrder) {
+  document = Document::open(
+      folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "one"}, {.x = 50, .y = 500, .text = "two"}}}}), "");
+  model = modelDocs().handle(document.get());
+  Word *sorted = nullptr;
+  int32_t count = 0;
+  DocModel::WordFinderAcquirePage(finderOf(2), 0, nullptr, &sorted, nullptr, &count);
+  const PageText &page = document->pageText(0);
+  ASSERT_EQ(page.words.size(), 2U);
+  ASSERT_EQ(page.words[0].bounds, page.words[1].bounds);
+  EXPECT_THAT(offsets(sorted, count), ElementsAre(0, 4));
+}
+
 TEST_F(DocModelTest, ReadingOrderIsTheOrderOfVersionTwo) {
   Word *words = nullptr;
   int32_t count = 0;

@@ -181,12 +181,14 @@ TEST_F(DocumentTest, PageBeyondTheEndsIsRefused) {
   const auto document = open({PdfPage{}, PdfPage{}});
   EXPECT_EQ(document->pageCount(), 2);
   for (const int32_t page : {-1, 2, INT32_MAX})
-    try {
-      document->pageText(page);
-      ADD_FAILURE() << "page " << page;
-    } catch (const HostError &error) {
-      EXPECT_EQ(error.code, tavrel::errBadPage);
-    }
+    for (const auto &use : std::vector<std::function<void()>>{
+             [&] { document->pageText(page); }, [&] { document->forgetText(page); }, [&] { document->pageSize(page); }})
+      try {
+        use();
+        ADD_FAILURE() << "page " << page;
+      } catch (const HostError &error) {
+        EXPECT_EQ(error.code, tavrel::errBadPage);
+      }
 }
 
 // ---- words ----
@@ -252,6 +254,36 @@ TEST_F(DocumentTest, ForgottenTextIsComputedAgain) {
   const std::u32string before = document->pageText(0).text();
   document->forgetText(0);
   EXPECT_EQ(document->pageText(0).text(), before);
+}
+
+// A file of one page without words, which counts how often they are taken from it.
+class CountingFile final : public PdfFile {
+public:
+  explicit CountingFile(int &texts) : texts_(texts) {}
+
+  std::unique_ptr<PdfFile> again() const override { return nullptr; }
+  int32_t pageCount() const override { return 1; }
+  PageSize pageSize(int32_t /*page*/) override { return {}; }
+  PageText text(int32_t /*page*/) override {
+    ++texts_;
+    return {};
+  }
+  std::vector<uint32_t> contentOrder(int32_t /*page*/, const PageText & /*text*/) override { return {}; }
+  Image render(int32_t /*page*/, double /*dpi*/) override { return {}; }
+
+private:
+  int &texts_;
+};
+
+TEST_F(DocumentTest, OnlyForgottenTextIsTakenFromTheFileAgain) {
+  int texts = 0;
+  const auto document = Document::of(std::make_unique<CountingFile>(texts));
+  for (int i = 0; i < 2; ++i)
+    document->pageText(0);
+  EXPECT_EQ(texts, 1);
+  document->forgetText(0);
+  document->pageText(0);
+  EXPECT_EQ(texts, 2);
 }
 
 // ---- positions ----

@@ -191,6 +191,15 @@ TEST(Find, SyllableOfHangulIsNotTakenApart) {
   EXPECT_THAT(occurrences("가", pageOf({{"각가", "강"}})), ElementsAre(ElementsAre(1)));
 }
 
+TEST(Find, VowelsAndFinalConsonantsOfHangulBelongToTheSyllableBefore) {
+  const std::pair<std::string, bool> following[] = {
+      {"\u115E", false}, {"\u115F", false}, {"\u1160", false}, {"\uFFA0", false}, // the last three are invisible
+      {"\u1161", true},  {"\u11FF", true},  {"\u1200", false},
+  };
+  for (const auto &[after, continues] : following)
+    EXPECT_EQ(find("a", pageOf({{"a" + after}})).empty(), continues) << after;
+}
+
 // ---- hyphens at the ends of lines ----
 
 struct Hyphenation {
@@ -253,6 +262,17 @@ TEST(FindHyphenated, LoneDashDividesNothing) {
 
 TEST(FindHyphenated, HyphenAtThePagesEndIsAHyphen) {
   EXPECT_THAT(find("para-", pageOf({{"para-"}})), ElementsAre("para-"));
+}
+
+TEST(FindHyphenated, HyphenBeforeAnInvisibleWordMayEndTheHit) {
+  EXPECT_THAT(find("para-", pageOf({{"para-"}, {"\u00AD"}})), ElementsAre("para-"));
+}
+
+TEST(FindHyphenated, TextUpsideDownContinuesOnTheNextLine) {
+  PageText page = pageOf({{"para-"}, {"meter"}});
+  for (WordText &each : page.words)
+    each.quarterTurns = 2;
+  EXPECT_THAT(find("parameter", page), ElementsAre("para-|meter"));
 }
 
 TEST(FindHyphenated, WordContinuesAtTheTopOfTheNextColumn) {
@@ -364,6 +384,7 @@ TEST(FindWholeWords, AtALinesEndTheJoinedWordCounts) {
 TEST(FindWholeWords, AtALinesEndPunctuationEndsTheJoinedWord) {
   EXPECT_THAT(find("meter", pageOf({{"(-"}, {"meter"}}), wholeWords), ElementsAre("meter"));
   EXPECT_THAT(find("para", pageOf({{"para-"}, {"(meter)"}}), wholeWords), ElementsAre("para"));
+  EXPECT_THAT(find("meter", pageOf({{"(a-"}, {"meter"}}), wholeWords), IsEmpty()) << "only before the whole word";
 }
 
 // ---- boxes ----

@@ -71,6 +71,13 @@ TEST(Folding, KeepsSpacesThatAreNoAccents) {
   EXPECT_EQ(folded(U"\u00A8"), U"") << "an accent alone decomposes to a space and the accent";
 }
 
+TEST(Folding, KeepsWhatIsBeyondTheLastCodePoint) { EXPECT_EQ(folded(U"a\x110000"), U"a\x110000"); }
+
+TEST(Folding, KeepsControlCharactersAfterAscii) {
+  for (char32_t c = 0x80; c < 0xA0; ++c)
+    EXPECT_EQ(folded(std::u32string(1, c)), std::u32string(1, c)) << static_cast<uint32_t>(c);
+}
+
 TEST(AppendFolded, AppendsToTheText) {
   std::u32string text = U"o";
   appendFolded(U'\uFB03', Case::folded, text);

@@ -5,6 +5,9 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+#include <ostream>
+
 #include "support/pdf.h"
 
 namespace host {
@@ -69,10 +72,24 @@ TEST(CharacterBoxes, CharacterWithoutAreaAddsNothing) {
   EXPECT_THAT(characters(page, {{1, 3}}), ElementsAre(IsBox(10, 0, 20, 10)));
 }
 
+TEST(CharacterBoxes, CharacterWithoutWidthOrHeightAddsNothing) {
+  for (const Box &line : {Box{500, 10, 500, 0}, Box{500, 5, 600, 5}}) {
+    PageText page = twoWords();
+    page.words[0].characters[2] = line;
+    EXPECT_THAT(characters(page, {{1, 3}}), ElementsAre(IsBox(10, 0, 20, 10)));
+  }
+}
+
+TEST(CharacterBoxes, BoxesWithTheSameUpperLeftCornerAreTwo) {
+  PageText page = twoWords();
+  page.words[0].characters[1] = Box{0, 10, 20, 0};
+  EXPECT_THAT(characters(page, {{0, 1}, {1, 2}}), ElementsAre(IsBox(0, 0, 10, 10), IsBox(0, 0, 20, 10)));
+}
+
 struct Bare {
   const char *name;
   int quarterTurns;
-  Box box;
+  Box first, middle; // the first character, and the second and third one
 };
 
 void PrintTo(const Bare &word, std::ostream *out) { *out << word.name; }
@@ -82,13 +99,16 @@ class WithoutCharacterBoxes : public testing::TestWithParam<Bare> {};
 TEST_P(WithoutCharacterBoxes, ShareOfTheWordIsUsedInstead) {
   PageText page{.words = {WordText{.text = U"abcd", .bounds = {0, 40, 40, 0}, .characters = std::vector<Box>(4)}}};
   page.words[0].quarterTurns = GetParam().quarterTurns;
-  const Box &box = GetParam().box;
-  EXPECT_THAT(characters(page, {{0, 1}}), ElementsAre(IsBox(box.left, box.bottom, box.right, box.top)));
+  const auto is = [](const Box &box) { return IsBox(box.left, box.bottom, box.right, box.top); };
+  EXPECT_THAT(characters(page, {{0, 1}}), ElementsAre(is(GetParam().first)));
+  EXPECT_THAT(characters(page, {{1, 3}}), ElementsAre(is(GetParam().middle)));
 }
 
-INSTANTIATE_TEST_SUITE_P(First, WithoutCharacterBoxes,
-                         testing::Values(Bare{"ToTheRight", 0, {0, 40, 10, 0}}, Bare{"Down", 1, {0, 40, 40, 30}},
-                                         Bare{"ToTheLeft", 2, {30, 40, 40, 0}}, Bare{"Up", 3, {0, 10, 40, 0}}),
+INSTANTIATE_TEST_SUITE_P(Of, WithoutCharacterBoxes,
+                         testing::Values(Bare{"ToTheRight", 0, {0, 40, 10, 0}, {10, 40, 30, 0}},
+                                         Bare{"Down", 1, {0, 40, 40, 30}, {0, 30, 40, 10}},
+                                         Bare{"ToTheLeft", 2, {30, 40, 40, 0}, {10, 40, 30, 0}},
+                                         Bare{"Up", 3, {0, 10, 40, 0}, {0, 30, 40, 10}}),
                          [](const testing::TestParamInfo<Bare> &instance) { return instance.param.name; });
 
 // ---- words ----
@@ -163,6 +183,7 @@ TEST_F(SelectionTest, BoundsGoAroundAllBoxes) {
 TEST_F(SelectionTest, NothingCoveredIsNoSelection) {
   EXPECT_EQ(characters({}), nullptr);
   EXPECT_EQ(characters({{0, 0}}), nullptr);
+  EXPECT_EQ(characters({{1, 0}}), nullptr);
   EXPECT_EQ(characters({{5, 1}}), nullptr) << "the separator";
   EXPECT_EQ(characters({{10, 1}, {65535, 65535}}), nullptr) << "beyond the end";
   EXPECT_EQ(words({{2, 1}}), nullptr);
@@ -196,6 +217,12 @@ TEST_F(SelectionTest, OverlappingRangesAreOneMark) {
   EXPECT_EQ(words({{0, 2}, {1, 1}, {0, 1}})->boxes.size(), 2U);
 }
 
+TEST_F(SelectionTest, RangesThatTouchAreOneMark) { EXPECT_EQ(characters({{0, 1}, {1, 1}})->boxes.size(), 1U); }
+
+TEST_F(SelectionTest, RangesOutOfOrderAreMarkedInOrder) {
+  EXPECT_EQ(characters({{3, 1}, {0, 1}})->boxes, characters({{0, 1}, {3, 1}})->boxes);
+}
+
 TEST_F(SelectionTest, UnknownVersionIsABadArgument) {
   for (const int16_t version : {int16_t{0}, int16_t{3}, int16_t{-1}})
     try {
@@ -212,6 +239,71 @@ TEST_F(SelectionTest, LivesUntilTheDocumentCloses) {
   document.reset();
   EXPECT_THROW(selections().find(handle), HostError);
 }
+
+TEST_F(SelectionTest, IsNotKeptIfThereIsNoHandleForIt) {
+  const HandleNumbers numbers = handleNumbers();
+  handleNumbers() = HandleNumbers(std::numeric_limits<uintptr_t>::max());
+  EXPECT_THROW(characters({{0, 1}}), HostError);
+  handleNumbers() = numbers;
+  EXPECT_EQ(document->selectionCount(), 0U);
+}
+
+// ---- the edges of the page ----
+
+// A page of 100 by 100 points with one word.
+class OneWordDocument final : public Document {
+public:
+  explicit OneWordDocument(const Box &box) : text_{{WordText{.text = U"word", .bounds = box}}} {}
+
+  int32_t pageCount() const override { return 1; }
+  PageSize pageSize(int32_t /*page*/) override { return {100, 100}; }
+  const PageText &pageText(int32_t /*page*/) override { return text_; }
+  const std::vector<uint32_t> &contentOrder(int32_t /*page*/) override { return order_; }
+  void forgetText(int32_t /*page*/) override {}
+  Image render(int32_t /*page*/, double /*dpi*/) override { return {}; }
+  const Selection *selectCharacters(int32_t page, std::span<const TextRange> ranges) override {
+    return store_.characters(page, ranges, *this);
+  }
+  const Selection *selectWords(int32_t page, std::span<const TextRange> ranges, int16_t version) override {
+    return store_.words(page, ranges, version, *this);
+  }
+  size_t selectionCount() const override { return store_.size(); }
+
+private:
+  PageText text_;
+  std::vector<uint32_t> order_ = {0};
+  SelectionStore store_;
+};
+
+struct AtAnEdge {
+  const char *name;
+  Box box;
+  bool isOnPage;
+};
+
+void PrintTo(const AtAnEdge &edge, std::ostream *out) { *out << edge.name; }
+
+class PageEdge : public testing::TestWithParam<AtAnEdge> {};
+
+// A hundredth of a point is enough to be painted.
+TEST_P(PageEdge, WordIsOnThePageIfEnoughOfItIs) {
+  OneWordDocument document(GetParam().box);
+  const TextRange first{0, 1};
+  const Selection *selection = document.selectWords(0, {&first, 1}, readingOrderVersion);
+  EXPECT_EQ(selection->ranges, GetParam().isOnPage ? 1U : 0U);
+  EXPECT_EQ(selection->offPage, GetParam().isOnPage ? 0U : 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    At, PageEdge,
+    testing::Values(
+        AtAnEdge{"LeftEnough", {-5, 60, 0.01, 50}, true}, AtAnEdge{"LeftTooLittle", {-5, 60, 0.009, 50}, false},
+        AtAnEdge{"LeftNothing", {-5, 60, -1, 50}, false}, AtAnEdge{"RightEnough", {99.98, 60, 110, 50}, true},
+        AtAnEdge{"RightTooLittle", {99.995, 60, 110, 50}, false}, AtAnEdge{"RightNothing", {150, 60, 160, 50}, false},
+        AtAnEdge{"BottomEnough", {50, 0.01, 60, -5}, true}, AtAnEdge{"BottomTooLittle", {50, 0.009, 60, -5}, false},
+        AtAnEdge{"BottomNothing", {50, -1, 60, -5}, false}, AtAnEdge{"TopEnough", {50, 110, 60, 99.98}, true},
+        AtAnEdge{"TopTooLittle", {50, 110, 60, 99.995}, false}, AtAnEdge{"TopNothing", {50, 160, 60, 150}, false}),
+    [](const testing::TestParamInfo<AtAnEdge> &instance) { return instance.param.name; });
 
 // ---- how many a document keeps ----
 
@@ -274,6 +366,20 @@ TEST_F(SelectionBoundTest, FewerWhereTheyAreLargeButNeverFewerThanSpecified) {
   for (size_t n = 0; n < 2 * SelectionStore::fewestSelections; ++n)
     make(n);
   EXPECT_EQ(document->selectionCount(), 2 * SelectionStore::fewestSelections + 1) << "one of the large ones still fits";
+}
+
+TEST_F(SelectionBoundTest, KeepsExactlyAsManyPartsAsSpecified) {
+  size_t parts = 0; // of all selections so far: their boxes and ranges
+  for (size_t n = 0; n < SelectionStore::fewestSelections; ++n) {
+    make(n);
+    parts += 1 + 2;
+  }
+  std::vector<TextRange> ranges(SelectionStore::mostParts - parts - 1);
+  ranges[0] = {0, 1};
+  characters(ranges);
+  EXPECT_EQ(document->selectionCount(), SelectionStore::fewestSelections + 1);
+  make(SelectionStore::fewestSelections);
+  EXPECT_EQ(document->selectionCount(), SelectionStore::fewestSelections + 1) << "three more parts are too many";
 }
 
 TEST_F(SelectionBoundTest, EachDocumentHasItsOwn) {

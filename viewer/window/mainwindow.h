@@ -23,7 +23,7 @@
 
 namespace viewer {
 
-class MainWindow : public Frontend {
+class MainWindow final : public Frontend {
 public:
   MainWindow(Toolkit &toolkit, const Model &model, host::Application &app, const host::PluginLoader &plugins);
   ~MainWindow() override;

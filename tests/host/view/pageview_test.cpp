@@ -229,6 +229,13 @@ TEST_F(PageViews, ADrawingIsNoLongerHeldBackWhenTheCallThatLeftABatchOpenEnds) {
   EXPECT_EQ(notified, 1);
 }
 
+TEST_F(PageViews, AChangeOutsideOfABatchIsNotifiedAtOnceAndOnce) {
+  int notified = 0;
+  app.listener = [&](host::ViewerDocument &) { ++notified; };
+  TavrelView::PageViewShowPage(view, 1);
+  EXPECT_EQ(notified, 1);
+}
+
 TEST_F(PageViews, ABatchInWhichNothingChangesIsNotNotified) {
   int notified = 0;
   app.listener = [&](host::ViewerDocument &) { ++notified; };

@@ -213,7 +213,13 @@ TEST_F(WindowSystem, ABitmapIsMadeFromItsBits) {
 
 TEST_F(WindowSystem, ABitmapIsMadeOnce) { EXPECT_EQ(bitmap("next"), bitmap("next")); }
 
-TEST_F(WindowSystem, ABitmapWithoutBitsIsNone) { EXPECT_EQ(bitmap("next", nullptr), 0U); }
+TEST_F(WindowSystem, ABitmapWithoutBitsIsNone) {
+  EXPECT_EQ(bitmap("next", nullptr), 0U);
+  testing::internal::CaptureStderr();
+  windows.reset();
+  XSync(XtDisplay(top->widget()), False);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "there is nothing to release";
+}
 
 TEST_F(WindowSystem, ABitmapHasTheSizeAskedForUpToTheLimitOfTheProtocol) {
   const struct {

@@ -107,6 +107,15 @@ TEST(Painting, PositionsGrowWithTheScale) {
   EXPECT_EQ(image.pixels, expected.pixels);
 }
 
+TEST(Painting, MarksApartFromEachOtherAreComplete) {
+  Image image = blank(4, 4);
+  mark(image, {{0, 4, 1, 3}, {2, 2, 4, 0}}, yellowPen);
+  Image expected = blank(4, 4);
+  for (const size_t pixel : {0U, 10U, 11U, 14U, 15U})
+    expected.pixels[pixel] = yellow;
+  EXPECT_EQ(image.pixels, expected.pixels);
+}
+
 TEST(Painting, AMarkFarFromTheUpperLeftIsComplete) {
   constexpr int side = 2048, begin = 1024;
   Image image = blank(side, side);

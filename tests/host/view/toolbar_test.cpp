@@ -278,6 +278,7 @@ TEST_F(WithTwoPlugins, AButtonIsRemovedWhenItsPluginIsRetired) {
   app.toolBar()->listener = [&] { ++notified; };
   runtime.retire(testPlugin.id);
   EXPECT_EQ(find("a"), nullptr);
+  EXPECT_THAT(last(1), ElementsAre("FindAgainDialog"));
   EXPECT_EQ(other.attempt([=] { TavrelView::ToolButtonAttachTip(a, "tip"); }), tavrel::errBadHandle);
   EXPECT_EQ(notified, 1);
   EXPECT_NE(create("a"), a) << "the name is free";
@@ -318,6 +319,13 @@ TEST_F(WithTwoPlugins, TheApplicationsOwnButtonsStayWhateverWasAttachedToThem) {
   EXPECT_EQ(find("NextPage"), next);
   app.toolBar()->press(object(next));
   EXPECT_EQ(presses, 0);
+}
+
+TEST_F(WithTwoPlugins, AButtonWhoseTestWasThatOfARetiredPluginIsEnabled) {
+  const ToolButton next = find("NextPage");
+  TavrelView::ToolButtonAttachEnabledTest(next, testPlugin.callback(test1), nullptr);
+  runtime.retire(testPlugin.id);
+  EXPECT_TRUE(app.toolBar()->test(object(next)));
 }
 
 TEST_F(ToolBar, ANullToolBarIsAccepted) {

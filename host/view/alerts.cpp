@@ -10,8 +10,8 @@ namespace {
 
 // From 1; 0 without any button.
 int32_t chosen(const Alert &alert, bool yes) {
-  constexpr int32_t preferred[2][3] = {{2, 3, 1}, {1, 2, 3}};
-  for (const int32_t number : preferred[yes ? 1 : 0])
+  const auto preferred = yes ? std::array{1, 2, 3} : std::array{2, 3, 1};
+  for (const int32_t number : preferred)
     if (alert.buttons[static_cast<size_t>(number) - 1]) return number;
   return 0;
 }

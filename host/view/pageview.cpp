@@ -94,15 +94,13 @@ void PageView::chooseDpi() {
 void PageView::setWindow(int width, int height) {
   if (width == window_.width && height == window_.height) return;
   const Pixels before = window();
-  const bool keepMiddle = !drawn_ && window_.width > 0;
-  const auto moved = [=](int scroll, int sizeBefore, int sizeNow) {
-    return keepMiddle && scroll > 0 ? scroll + (sizeBefore - sizeNow) / 2 : scroll;
+  const auto moved = [this](int scroll, int sizeBefore, int sizeNow) {
+    return !drawn_ && scroll > 0 ? scroll + (sizeBefore - sizeNow) / 2 : scroll;
   };
   const int x = moved(scrollX_, before.width, width), y = moved(scrollY_, before.height, height);
   window_ = {width, height};
   scrollTo(x, y);
   chooseDpi();
-  scrollTo(scrollX_, scrollY_);
   invalidate();
 }
 

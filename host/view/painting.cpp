@@ -46,6 +46,15 @@ private:
   std::vector<uint8_t> taken_;
 };
 
+// The smallest box that contains all boxes; there is at least one.
+PixelBox boundsOf(std::span<const PixelBox> boxes) {
+  PixelBox bounds = boxes.front();
+  for (const PixelBox &box : boxes)
+    bounds = {std::min(bounds.left, box.left), std::min(bounds.top, box.top), std::max(bounds.right, box.right),
+              std::max(bounds.bottom, box.bottom)};
+  return bounds;
+}
+
 void paintPatch(Image &image, const Blender::Patch &patch, Mask &mask) {
   const auto &[box, blend] = patch;
   uint32_t before = image.row(box.top)[box.left], after = blend(before); // mostly the next pixel is the same
@@ -81,13 +90,10 @@ Rgb rgbOf(const tavrel::ColorValue &color) {
 
 void paintMarks(Image &image, std::span<const Box> boxes, const Scale &scale, const Rgb &color) {
   std::vector<PixelBox> pixels;
-  PixelBox bounds{image.width, image.height, 0, 0};
   for (const Box &box : boxes) {
     if (!(box.left < box.right) || !(box.bottom < box.top)) continue; // no area
     const PixelBox marked = pixelsOf(box, scale, image);
     if (marked.left >= marked.right || marked.top >= marked.bottom) continue; // not on the image
-    bounds = {std::min(bounds.left, marked.left), std::min(bounds.top, marked.top),
-              std::max(bounds.right, marked.right), std::max(bounds.bottom, marked.bottom)};
     pixels.push_back(marked);
   }
   if (pixels.empty()) return;
@@ -97,7 +103,7 @@ void paintMarks(Image &image, std::span<const Box> boxes, const Scale &scale, co
   std::vector<Blender::Patch> patches;
   for (const PixelBox &box : pixels)
     blender.choose(box, patches);
-  Mask mask(bounds);
+  Mask mask(boundsOf(pixels));
   for (const Blender::Patch &patch : patches)
     paintPatch(image, patch, mask);
 }

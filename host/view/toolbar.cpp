@@ -94,8 +94,8 @@ void ToolBar::insert(ToolButton &button, bool before, ToolButton *reference) {
   if (&button == reference) return;
   if (reference != nullptr && std::find(order_.begin(), order_.end(), reference) == order_.end())
     throw HostError(tavrel::errBadArgument, "the reference button is not on the tool bar");
-  const bool moves = std::erase(order_, &button) > 0;
-  if (!moves && !hasSpace(1, 0)) throw HostError(tavrel::errBadArgument, "the tool bar is full");
+  std::erase(order_, &button); // a button that moves has space, even on a full tool bar
+  if (!hasSpace(1, 0)) throw HostError(tavrel::errBadArgument, "the tool bar is full");
   auto position = order_.end();
   if (reference != nullptr) position = std::find(order_.begin(), order_.end(), reference) + (before ? 0 : 1);
   order_.insert(position, &button);

@@ -103,6 +103,42 @@ TEST_F(Application, ADocumentThatCannotBePreparedIsNotOpened) {
   EXPECT_EQ(app.views().size(), 1U);
 }
 
+// An action within so many calls of plug-ins, one in the other.
+struct Nested {
+  const test::TestPlugin &plugin;
+  size_t calls;
+  const std::function<void()> &action;
+  void operator()() const {
+    if (calls == 0) return action();
+    plugin.attempt(Nested{plugin, calls - 1, action});
+  }
+};
+
+TEST_F(Application, ADocumentIsClosedEvenWhenNoPluginCanBeNotified) {
+  listen(tavrel::notifyDocDidClose, didClose);
+  const std::function<void()> close = [this] { EXPECT_THROW(app.close(*document), host::HostError); };
+  Nested{testPlugin, host::maxHostFrames, close}();
+  EXPECT_EQ(app.front(), nullptr);
+  EXPECT_EQ(app.documents().size(), 0U);
+  EXPECT_TRUE(closed.empty());
+}
+
+TEST_F(Application, ADocumentHasAViewAtEveryResolutionAboveZero) {
+  const struct {
+    double dpi;
+    bool hasView;
+  } rows[] = {{0, false}, {0.5, true}, {1, true}};
+  for (const auto &row : rows) {
+    const host::ViewerDocument &another = app.open(std::make_unique<test::FakeDocument>(1), "b.pdf", row.dpi);
+    EXPECT_EQ(another.view != nullptr, row.hasView) << row.dpi;
+  }
+}
+
+TEST_F(Application, ADocumentWithoutAViewMayBeOpenWhileAPluginIsCalled) {
+  app.open(std::make_unique<test::FakeDocument>(1), "unseen.pdf", 0);
+  EXPECT_EQ(testPlugin.attempt([] {}), 0);
+}
+
 TEST_F(Application, ANullPageViewIsAccepted) {
   const tavrel::TextSelection selection = model->select(0, {{0, 1, 1, 0}});
   EXPECT_EQ(testPlugin.attempt([=] {
@@ -132,6 +168,10 @@ TEST_F(Application, ANullPointerForAResultRaises) {
   EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewGetPageTransform(view, nullptr); }),
             tavrel::errBadArgument);
   EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewApplyDrawColor(view, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewFetchDrawColor(view, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::DocMarkPages(testPlugin.id, doc, nullptr, 1); }),
+            tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::DocAttachAuxData(doc, 1, nullptr, 1); }), tavrel::errBadArgument);
 }
 
 TEST_F(Application, AnUnknownSelectionRaises) {
@@ -203,6 +243,25 @@ TEST_F(Application, AHandlerUnregisteredByAnEarlierOneIsNotAsked) {
   EXPECT_THAT(delivered, ElementsAre());
 }
 
+uint32_t s_length;
+
+// The handler reads none of the bytes, so there need not be any.
+TEST_F(Application, AuxiliaryDataOfMoreThan32BitsIsRefused) {
+  const tavrel::AuxDataProc noteLength = [](Atom, const void *, uint32_t length, Doc) {
+    s_length = length;
+    return tavrel::Bool16{1};
+  };
+  const tavrel::AuxDataHandler handler{8, testPlugin.callback(noteLength)};
+  const Atom type = runtime.atoms.atom("xml");
+  TavrelView::RegisterAuxDataHandler(testPlugin.id, type, &handler);
+  const char byte = 'a';
+  EXPECT_TRUE(app.auxData.deliver(type, {&byte, size_t{UINT32_MAX}}, doc));
+  EXPECT_EQ(s_length, UINT32_MAX);
+  s_length = 0;
+  EXPECT_THROW(app.auxData.deliver(type, {&byte, size_t{UINT32_MAX} + 1}, doc), host::HostError);
+  EXPECT_EQ(s_length, 0U);
+}
+
 TEST_F(Application, WhatARetiredPluginRegisteredIsDropped) {
   const tavrel::AuxDataHandler handler{8, testPlugin.callback(receive)};
   const Atom type = runtime.atoms.atom("xml");
@@ -221,6 +280,21 @@ TEST_F(Application, WhatARetiredPluginRegisteredIsDropped) {
   EXPECT_TRUE(document->markedPages.empty());
   EXPECT_EQ(notified, 1);
   EXPECT_THROW(runtime.callbacks.owner(handler.perform), host::HostError);
+}
+
+TEST_F(Application, OnlyWhatARetiredPluginShowedIsNotified) {
+  const int32_t page = 1;
+  const test::TestPlugin withText(runtime, "with a text"), withPages(runtime, "with marked pages");
+  TavrelView::SetStatusText(withText.id, "at work");
+  TavrelView::DocMarkPages(withPages.id, doc, &page, 1);
+  int notified = 0;
+  app.statusListener = [&] { ++notified; };
+  runtime.retire(testPlugin.id);
+  EXPECT_EQ(notified, 0);
+  runtime.retire(withText.id);
+  EXPECT_EQ(notified, 1);
+  runtime.retire(withPages.id);
+  EXPECT_EQ(notified, 2);
 }
 
 TEST_F(Application, ARetiredPluginRegistersNothing) {
@@ -315,9 +389,45 @@ TEST_F(Application, AnEmptyStatusTextIsNone) {
   }
 }
 
+TEST_F(Application, AStatusTextIsNotifiedWhenItChanges) {
+  const struct {
+    const char *text;
+    int notified;
+  } rows[] = {{"", 0}, {"hit 7", 1}, {"hit 7", 1}, {"hit 8", 2}, {"", 3}, {"", 3}};
+  int notified = 0;
+  app.statusListener = [&] { ++notified; };
+  for (const auto &row : rows) {
+    TavrelView::SetStatusText(testPlugin.id, row.text);
+    EXPECT_EQ(notified, row.notified) << row.text;
+  }
+}
+
 TEST_F(Application, AnUnknownPluginHasNoStatusText) {
   EXPECT_EQ(testPlugin.attempt([] { TavrelView::SetStatusText(4711, "hello"); }), tavrel::errBadHandle);
   EXPECT_EQ(app.statusText(), "");
+}
+
+TEST(AnApplicationThatEnds, ClosesItsDocumentsAndNotifiesThePlugins) {
+  host::Runtime runtime;
+  test::TestPlugin testPlugin(runtime);
+  closed.clear();
+  {
+    host::Application app(runtime);
+    TavrelView::RegisterNotification(tavrel::notifyDocDidClose, testPlugin.id, testPlugin.callback(didClose), nullptr);
+    app.open(std::make_unique<test::FakeDocument>(1), "a.pdf", 72);
+    app.open(std::make_unique<test::FakeDocument>(1), "b.pdf", 72);
+  }
+  EXPECT_EQ(closed.size(), 2U);
+}
+
+// Its memory is overwritten: a call of what was there crashes.
+TEST(AnApplicationThatEnds, IsNoLongerNotifiedOfCalls) {
+  host::Runtime runtime;
+  const test::TestPlugin testPlugin(runtime);
+  alignas(host::Application) std::byte memory[sizeof(host::Application)];
+  std::destroy_at(new (memory) host::Application(runtime));
+  std::fill(std::begin(memory), std::end(memory), std::byte{0});
+  EXPECT_EQ(testPlugin.attempt([] {}), 0);
 }
 
 TEST(HostTables, AreKnownAtTheirVersions) {

@@ -157,9 +157,16 @@ TEST_F(Drawing, AFailureToRenderLeavesTheViewUsable) {
   EXPECT_FALSE(broken.view->drawing());
 }
 
+TEST_F(Drawing, APageThatCannotBePaintedIsToBeDrawnAgain) {
+  EXPECT_THROW(document->view->draw([] { throw std::bad_alloc(); }), std::bad_alloc);
+  EXPECT_TRUE(document->view->invalid());
+  EXPECT_FALSE(document->view->drawing());
+}
+
 TEST_F(Drawing, ADocumentWithoutAViewIsNotDrawn) {
   host::ViewerDocument &unseen = app.open(std::make_unique<test::FakeDocument>(1), "unseen.pdf", 0);
   EXPECT_FALSE(app.draw(unseen));
+  EXPECT_FALSE(app.drawIfNeeded(unseen));
   EXPECT_EQ(TavrelView::DocGetPageView(app.documents().handle(&unseen)), nullptr);
 }
 

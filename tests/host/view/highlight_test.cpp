@@ -91,6 +91,15 @@ TEST_F(Highlights, OfAPaintedSelectionLeaveItAsItIsAndHaveThePageDrawnAnew) {
   EXPECT_TRUE(document->view->invalid());
 }
 
+TEST_F(Highlights, OfASelectionThatTheLastDrawingDidNotPaintAreShownAtOnce) {
+  s_painted = here;
+  draw();
+  s_painted = nullptr;
+  draw();
+  highlight(here);
+  EXPECT_EQ(pixel(0, 0), highlighted);
+}
+
 TEST_F(Highlights, OfEqualBoxesAreTheSame) {
   highlight(here);
   highlight(model->select(0, {{0, 200, 10, 190}}));
@@ -166,6 +175,9 @@ TEST_F(Highlights, NotifyTheListenerOnceNothingHoldsThemBack) {
   EXPECT_EQ(notified, 1);
   TavrelView::PageViewEndBatch(view);
   EXPECT_EQ(notified, 2);
+  TavrelView::PageViewBeginBatch(view);
+  TavrelView::PageViewEndBatch(view);
+  EXPECT_EQ(notified, 2) << "nothing has changed since";
 }
 
 } // namespace

@@ -104,6 +104,14 @@ TEST_F(PageViews, ALargerScaleKeepsTheMiddleInPlace) {
   expectVisible(65, 105, 115, 155);
 }
 
+TEST_F(PageViews, AnotherScaleRequestsADrawing) {
+  document->view->setDpi(2 * dpi);
+  EXPECT_TRUE(invalid());
+  app.draw(*document);
+  document->view->setDpi(2 * dpi);
+  EXPECT_FALSE(invalid()) << "the scale is the same";
+}
+
 TEST_F(PageViews, TheTransformFlipsPageSpace) {
   tavrel::FixedMatrix matrix{};
   document->view->setDpi(2 * dpi);
@@ -135,7 +143,8 @@ TEST_F(PageViews, DrawInBlackByDefault) {
   tavrel::ColorValue color{9, {9, 9, 9, 9}};
   TavrelView::PageViewFetchDrawColor(view, &color);
   EXPECT_EQ(color.space, tavrel::colorSpaceRGB);
-  EXPECT_EQ(color.component[0], 0);
+  for (const tavrel::Fixed component : color.component)
+    EXPECT_EQ(component, 0);
 }
 
 TEST_F(PageViews, GiveBackTheColourApplied) {
@@ -188,6 +197,51 @@ TEST_F(PageViews, ABatchOfTheCallerStaysOpenWhateverAPluginCalledWithinItDoes) {
   EXPECT_EQ(depthInside, 0U);
   EXPECT_EQ(document->view->batchDepth(), 1U);
   TavrelView::PageViewEndBatch(view);
+}
+
+TEST_F(PageViews, EachOfTwoNestedCallsClosesTheBatchesThatItLeavesOpen) {
+  static size_t depthBetween;
+  testPlugin.attempt([this] {
+    TavrelView::PageViewBeginBatch(view);
+    testPlugin.attempt([this] { TavrelView::PageViewBeginBatch(view); });
+    depthBetween = document->view->batchDepth();
+  });
+  EXPECT_EQ(depthBetween, 1U);
+  EXPECT_EQ(document->view->batchDepth(), 0U);
+}
+
+TEST_F(PageViews, ABatchThatAPluginLeavesOpenInADocumentThatItHasOpenedIsClosed) {
+  static host::ViewerDocument *opened;
+  testPlugin.attempt([this] {
+    opened = &app.open(std::make_unique<test::FakeDocument>(1), "b.pdf", dpi);
+    opened->view->beginBatch();
+  });
+  EXPECT_EQ(opened->view->batchDepth(), 0U);
+}
+
+TEST_F(PageViews, ADrawingIsNoLongerHeldBackWhenTheCallThatLeftABatchOpenEnds) {
+  int notified = 0;
+  app.listener = [&](host::ViewerDocument &) { ++notified; };
+  testPlugin.attempt([this] {
+    TavrelView::PageViewBeginBatch(view);
+    TavrelView::PageViewShowPage(view, 1);
+  });
+  EXPECT_EQ(notified, 1);
+}
+
+TEST_F(PageViews, AChangeOutsideOfABatchIsNotifiedAtOnceAndOnce) {
+  int notified = 0;
+  app.listener = [&](host::ViewerDocument &) { ++notified; };
+  TavrelView::PageViewShowPage(view, 1);
+  EXPECT_EQ(notified, 1);
+}
+
+TEST_F(PageViews, ABatchInWhichNothingChangesIsNotNotified) {
+  int notified = 0;
+  app.listener = [&](host::ViewerDocument &) { ++notified; };
+  TavrelView::PageViewBeginBatch(view);
+  TavrelView::PageViewEndBatch(view);
+  EXPECT_EQ(notified, 0);
 }
 
 TEST_F(PageViews, TheListenerIsNotifiedOnceNothingHoldsTheDrawingBack) {

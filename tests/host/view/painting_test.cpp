@@ -98,6 +98,42 @@ TEST(Painting, BoxesGrowWithTheScale) {
   EXPECT_EQ(image.pixels, (std::vector<uint32_t>{white, white, yellow, yellow, white, white, yellow, yellow}));
 }
 
+TEST(Painting, PositionsGrowWithTheScale) {
+  Image image = blank(4, 4);
+  mark(image, {{1, 1, 2, 0}}, yellowPen, 2);
+  Image expected = blank(4, 4);
+  for (const size_t pixel : {10U, 11U, 14U, 15U})
+    expected.pixels[pixel] = yellow;
+  EXPECT_EQ(image.pixels, expected.pixels);
+}
+
+TEST(Painting, MarksApartFromEachOtherAreComplete) {
+  Image image = blank(4, 4);
+  mark(image, {{0, 4, 1, 3}, {2, 2, 4, 0}}, yellowPen);
+  Image expected = blank(4, 4);
+  for (const size_t pixel : {0U, 10U, 11U, 14U, 15U})
+    expected.pixels[pixel] = yellow;
+  EXPECT_EQ(image.pixels, expected.pixels);
+}
+
+TEST(Painting, AMarkFarFromTheUpperLeftIsComplete) {
+  constexpr int side = 2048, begin = 1024;
+  Image image = blank(side, side);
+  mark(image, {{begin, begin, side, 0}}, yellowPen);
+  Image expected = blank(side, side);
+  for (int y = begin; y < side; ++y)
+    std::fill_n(expected.row(y) + begin, side - begin, yellow);
+  EXPECT_TRUE(image.pixels == expected.pixels) << "too many to be printed";
+}
+
+TEST(Painting, AnImageWithoutPixelsHasNoMarks) {
+  for (const auto &[width, height] : {std::pair(0, 4), std::pair(4, 0), std::pair(0, 0)}) {
+    Image image = blank(width, height);
+    host::paintMarks(image, std::vector<Box>{{0, 4, 4, 0}}, {1, 4}, yellowPen);
+    EXPECT_TRUE(image.pixels.empty());
+  }
+}
+
 TEST(Painting, OverlappingBoxesAreMarkedOnce) {
   Image image = blank(3, 1);
   mark(image, {{0, 1, 2, 0}, {1, 1, 3, 0}}, {0x80, 0x80, 0x80});
@@ -115,6 +151,14 @@ TEST(Painting, WhatLiesOffThePageIsClipped) {
   Image image = blank(2, 2);
   mark(image, {{-1e12, 1e12, 1, 1}, {5, 9, 6, 8}}, yellowPen);
   EXPECT_EQ(image.pixels, (std::vector<uint32_t>{yellow, white, white, white}));
+}
+
+TEST(Painting, BoxesBesideThePageAreNotMarked) {
+  for (const Box &box : std::vector<Box>{{-3, 2, -1, 0}, {3, 2, 5, 0}, {0, 5, 2, 3}, {0, -1, 2, -3}}) {
+    Image image = blank(2, 2);
+    mark(image, {box}, yellowPen);
+    EXPECT_EQ(image.pixels, blank(2, 2).pixels) << box.left << ", " << box.top;
+  }
 }
 
 TEST(Painting, BoxesWithoutAreaAreNotMarked) {

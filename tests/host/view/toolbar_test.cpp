@@ -54,6 +54,36 @@ TEST_F(ToolBar, HasTheApplicationsOwnButtons) {
   EXPECT_EQ(find("Nonesuch"), nullptr);
 }
 
+TEST_F(ToolBar, TheApplicationsOwnButtonsHaveTipsAndNoIcons) {
+  EXPECT_THAT(last(app.toolBar()->order().size()), ElementsAre("Open", "PreviousPage", "NextPage", "ZoomOut", "ZoomIn",
+                                                               "FitWidth", "FitPage", "FindDialog", "FindAgainDialog"));
+  EXPECT_EQ(object(find("Open")).tip, "Opens a document");
+  for (const host::ToolButton *button : app.toolBar()->order()) {
+    EXPECT_NE(button->tip, "");
+    EXPECT_EQ(button->icon, 0U);
+  }
+}
+
+TEST_F(ToolBar, AButtonHasItsIcon) {
+  EXPECT_EQ(object(TavrelView::ToolButtonCreate(runtime.atoms.atom("a"), 4711, 0, 0)).icon, 4711U);
+}
+
+TEST_F(ToolBar, EachChangeIsNotifiedOnce) {
+  const ToolButton a = create("a");
+  int notified = 0;
+  app.toolBar()->listener = [&] { ++notified; };
+  insert(a, false, nullptr);
+  EXPECT_EQ(notified, 1);
+  insert(a, false, a);
+  EXPECT_EQ(notified, 1) << "nothing moves";
+  TavrelView::ToolButtonSetAttribute(a, tavrel::buttonAlsoInBrowser);
+  EXPECT_EQ(notified, 2);
+  TavrelView::ToolButtonDetach(a);
+  EXPECT_EQ(notified, 3);
+  TavrelView::ToolButtonDetach(a);
+  EXPECT_EQ(notified, 3) << "it was off the bar";
+}
+
 TEST_F(ToolBar, AButtonAfterItsAnchorAndTheNextAfterThat) {
   const ToolButton prev = create("TavrelGLT:Prev"), next = create("TavrelGLT:Next");
   insert(prev, false, find("FindAgainDialog"));
@@ -113,6 +143,7 @@ TEST_F(ToolBar, AButtonWithoutANameOrWithReservedArgumentsRaises) {
   const Atom name = runtime.atoms.atom("a");
   EXPECT_EQ(testPlugin.attempt([] { TavrelView::ToolButtonCreate(0, 0, 0, 0); }), tavrel::errBadHandle);
   EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonCreate(name, 0, 1, 0); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonCreate(name, 0, 0, 1); }), tavrel::errBadArgument);
 }
 
 TEST_F(ToolBar, HasSpaceUntilItIsFull) {
@@ -171,6 +202,10 @@ TEST_F(ToolBar, UpdatingAsksEveryButtonOnTheBar) {
   TavrelView::ToolBarUpdateButtonStates(bar);
   EXPECT_FALSE(object(a).enabled);
   EXPECT_EQ(notified, 1);
+  enabled = 1;
+  TavrelView::ToolBarUpdateButtonStates(bar);
+  EXPECT_TRUE(object(a).enabled);
+  EXPECT_EQ(notified, 2);
 }
 
 TEST_F(ToolBar, ATestThatAsksForAllTestsTerminates) {
@@ -243,9 +278,19 @@ TEST_F(WithTwoPlugins, AButtonIsRemovedWhenItsPluginIsRetired) {
   app.toolBar()->listener = [&] { ++notified; };
   runtime.retire(testPlugin.id);
   EXPECT_EQ(find("a"), nullptr);
+  EXPECT_THAT(last(1), ElementsAre("FindAgainDialog"));
   EXPECT_EQ(other.attempt([=] { TavrelView::ToolButtonAttachTip(a, "tip"); }), tavrel::errBadHandle);
   EXPECT_EQ(notified, 1);
   EXPECT_NE(create("a"), a) << "the name is free";
+}
+
+TEST_F(WithTwoPlugins, AWindowMayShowARemovedButtonUntilItIsDrawnAnew) {
+  const ToolButton a = ofTestPlugin(testPlugin);
+  TavrelView::ToolButtonAttachTip(a, "Next");
+  const host::ToolButton &button = object(a);
+  runtime.retire(testPlugin.id);
+  EXPECT_EQ(button.name, runtime.atoms.atom("a"));
+  EXPECT_EQ(button.tip, "Next");
 }
 
 TEST_F(WithTwoPlugins, AButtonMadeForAnotherPluginIsRemovedWithThatOne) {
@@ -276,6 +321,13 @@ TEST_F(WithTwoPlugins, TheApplicationsOwnButtonsStayWhateverWasAttachedToThem) {
   EXPECT_EQ(presses, 0);
 }
 
+TEST_F(WithTwoPlugins, AButtonWhoseTestWasThatOfARetiredPluginIsEnabled) {
+  const ToolButton next = find("NextPage");
+  TavrelView::ToolButtonAttachEnabledTest(next, testPlugin.callback(test1), nullptr);
+  runtime.retire(testPlugin.id);
+  EXPECT_TRUE(app.toolBar()->test(object(next)));
+}
+
 TEST_F(ToolBar, ANullToolBarIsAccepted) {
   const ToolButton a = create("a");
   EXPECT_EQ(testPlugin.attempt([=] {
@@ -302,6 +354,7 @@ TEST_F(ToolBar, UnknownHandlesRaise) {
 TEST_F(ToolBar, WithoutAToolBarThereIsNone) {
   app.removeToolBar();
   EXPECT_EQ(TavrelView::GetToolBar(), nullptr);
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::ToolBarUpdateButtonStates(bar); }), tavrel::errBadHandle);
   const Atom name = runtime.atoms.atom("a");
   EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonCreate(name, 0, 0, 0); }), tavrel::errBadHandle);
 }

@@ -3,6 +3,8 @@
 // A page view as a window shows it: how large a page is, which part of it is drawn, and where its pages come from.
 #include <gmock/gmock.h>
 
+#include <numeric>
+
 #include "Viewer.h"
 
 namespace {
@@ -60,6 +62,92 @@ TEST_F(Window, ShowsNoPageLargerThanAnImageMayBe) {
   EXPECT_GT(pixels, 0.95 * host::PageView::largestImage);
 }
 
+// The page of 100 x 200 points is as wide as a window of so many pixels.
+TEST_F(Window, ShowsNoPageBelowEightDotsPerInch) {
+  const struct {
+    int width;
+    double dpi;
+  } rows[] = {{1, 8}, {11, 8}, {12, 8.64}, {100, 72}};
+  shown().setFit(Fit::width);
+  for (const auto &row : rows) {
+    shown().setWindow(row.width, 10);
+    EXPECT_DOUBLE_EQ(shown().dpi(), row.dpi) << row.width;
+  }
+}
+
+TEST_F(Window, OfOnePixelShowsOnePixel) {
+  shown().setWindow(1, 1);
+  EXPECT_EQ(shown().visible().right, 1);
+  EXPECT_EQ(shown().visible().bottom, 1);
+  const auto drawing = app.draw(*document);
+  EXPECT_EQ(drawing->image.width, 1);
+  EXPECT_EQ(drawing->image.height, 1);
+}
+
+// A square of 64 points has the largest image at 4096 pixels a side, a strip at the longest side: 20000 pixels. A pixel
+// less is allowed, for rounding.
+TEST_F(Window, TheLargestResolutionIsAPixelBelowTheLargestImageOrSide) {
+  test::FakeDocument square(1, {64, 64}), strip(1, {10, 1000}), lying(1, {1000, 10});
+  EXPECT_DOUBLE_EQ(host::PageView(square, dpi).largestDpi(0), 4095.0 / 64 * 72);
+  EXPECT_DOUBLE_EQ(host::PageView(strip, dpi).largestDpi(0), 19999.0 / 1000 * 72);
+  EXPECT_DOUBLE_EQ(host::PageView(lying, dpi).largestDpi(0), 19999.0 / 1000 * 72);
+}
+
+// Its pages are of different widths.
+struct WidePages : test::FakeDocument {
+  WidePages() : FakeDocument(3) {}
+  host::PageSize pageSize(int32_t page) override { return {100.0 * (page + 1), 200}; }
+};
+
+TEST_F(Window, IsFilledByThePageThatIsShownNext) {
+  WidePages pages;
+  host::PageView other(pages, dpi);
+  other.setFit(Fit::width);
+  other.setWindow(100, 100);
+  other.showPage(1);
+  EXPECT_DOUBLE_EQ(other.dpi(), 36);
+  EXPECT_DOUBLE_EQ(other.dpiOf(2), 24) << "which is not shown";
+}
+
+// A window of 50 pixels on a page of 100 x 200 that doubles.
+TEST_F(Window, AnotherScaleKeepsTheMiddleUnlessTheViewWasNeverDrawnAndScrolled) {
+  const struct {
+    bool drawn;
+    int before, after;
+  } rows[] = {{false, 0, 0}, {false, 1, 27}, {false, 20, 65}, {true, 0, 25}, {true, 1, 27}, {true, 20, 65}};
+  for (const auto &row : rows) {
+    test::FakeDocument page(1);
+    host::PageView other(page, dpi);
+    other.setWindow(50, 50);
+    other.scrollTo(row.before, row.before);
+    if (row.drawn) other.draw([] {});
+    other.setDpi(2 * dpi);
+    EXPECT_EQ(other.scrollX(), row.after) << row.drawn << " " << row.before;
+    EXPECT_EQ(other.scrollY(), row.after) << row.drawn << " " << row.before;
+  }
+}
+
+TEST_F(Window, UntilTheFirstDrawingAViewThatIsNotScrolledStaysAtTheUpperLeft) {
+  shown().setWindow(50, 50);
+  shown().scrollTo(0, 1);
+  shown().setWindow(40, 40);
+  EXPECT_EQ(shown().scrollX(), 0);
+  EXPECT_EQ(shown().scrollY(), 6);
+}
+
+TEST_F(Window, OfAnotherSizeRequestsADrawing) {
+  const struct {
+    int width, height;
+    bool invalid;
+  } rows[] = {{50, 40, true}, {50, 40, false}, {51, 40, true}, {51, 41, true}, {51, 41, false}};
+  app.draw(*document);
+  for (const auto &row : rows) {
+    shown().setWindow(row.width, row.height);
+    EXPECT_EQ(shown().invalid(), row.invalid) << row.width << " x " << row.height;
+    EXPECT_EQ(app.draw(*document)->image.height, row.height);
+  }
+}
+
 TEST_F(Window, UntilTheFirstDrawingTheMiddleStaysWhereItIs) {
   shown().setWindow(50, 50);
   shown().scrollTo(20, 60);
@@ -87,6 +175,20 @@ TEST_F(Window, OnlyTheVisiblePartIsDrawn) {
   EXPECT_EQ(drawing->image.width, 50);
   EXPECT_EQ(drawing->image.height, 40);
   EXPECT_EQ(drawing->image.pixels.size(), 2000U);
+}
+
+TEST_F(Window, ThePartDrawnIsThatOfThePage) {
+  host::Image page{100, 200, std::vector<uint32_t>(20000)};
+  std::iota(page.pixels.begin(), page.pixels.end(), 0U);
+  shown().setSource([&](int32_t, double) { return &page; });
+  shown().setWindow(3, 2);
+  shown().scrollTo(20, 60);
+  EXPECT_THAT(app.draw(*document)->image.pixels, ElementsAre(6020, 6021, 6022, 6120, 6121, 6122));
+}
+
+TEST_F(Window, ThePartDrawnTakesNoMoreMemoryThanItsPixels) {
+  shown().setWindow(50, 40);
+  EXPECT_EQ(app.draw(*document)->image.pixels.capacity(), 2000U);
 }
 
 TEST_F(Window, TheMarginIsDrawnAsFarAsThePageReaches) {
@@ -168,6 +270,12 @@ TEST_F(Window, MarkedPagesAreKeptInOrderEachOnceAndOnlyThoseThatThereAre) {
   EXPECT_EQ(notified, 2);
 }
 
+TEST_F(Window, EveryPageOfTheDocumentMayBeMarked) {
+  const int32_t pages[] = {-1, 0, pageCount - 1, pageCount};
+  TavrelView::DocMarkPages(testPlugin.id, doc, pages, 4);
+  EXPECT_THAT(document->markedPages.at(testPlugin.id), ElementsAre(0, pageCount - 1));
+}
+
 std::string s_received;
 tavrel::Bool16 receive(tavrel::Atom, const void *data, uint32_t length, tavrel::Doc) {
   s_received.assign(static_cast<const char *>(data), length);
@@ -182,6 +290,15 @@ TEST_F(Window, APluginMayAttachAuxiliaryData) {
   EXPECT_EQ(TavrelView::DocAttachAuxData(doc, type, "abc", 3), 1);
   EXPECT_EQ(s_received, "abc");
   EXPECT_EQ(TavrelView::DocAttachAuxData(doc, Kernel::AtomFromString("other"), "abc", 3), 0);
+  EXPECT_EQ(TavrelView::DocAttachAuxData(doc, type, "d", 1), 1);
+  EXPECT_EQ(s_received, "d");
+  EXPECT_EQ(TavrelView::DocAttachAuxData(doc, type, nullptr, 0), 1);
+  EXPECT_EQ(s_received, "");
+}
+
+TEST_F(Window, AuxiliaryDataOfAnUnknownDocumentRaises) {
+  const tavrel::Atom type = Kernel::AtomFromString("notes");
+  EXPECT_EQ(testPlugin.attempt([=] { TavrelView::DocAttachAuxData(nullptr, type, "abc", 3); }), tavrel::errBadHandle);
 }
 
 } // namespace

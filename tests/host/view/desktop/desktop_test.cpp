@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Texts and images from the X resource database, on a private display.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -15,6 +16,7 @@
 // Last: X has names and macros that the others use for themselves.
 #include <X11/Intrinsic.h>
 #include <X11/Shell.h>
+#include <X11/StringDefs.h>
 
 namespace {
 
@@ -211,7 +213,44 @@ TEST_F(WindowSystem, ABitmapIsMadeFromItsBits) {
 
 TEST_F(WindowSystem, ABitmapIsMadeOnce) { EXPECT_EQ(bitmap("next"), bitmap("next")); }
 
-TEST_F(WindowSystem, ABitmapWithoutBitsIsNone) { EXPECT_EQ(bitmap("next", nullptr), 0U); }
+TEST_F(WindowSystem, ABitmapWithoutBitsIsNone) {
+  EXPECT_EQ(bitmap("next", nullptr), 0U);
+  testing::internal::CaptureStderr();
+  windows.reset();
+  XSync(XtDisplay(top->widget()), False);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "there is nothing to release";
+}
+
+TEST_F(WindowSystem, ABitmapHasTheSizeAskedForUpToTheLimitOfTheProtocol) {
+  const struct {
+    uint32_t width, height;
+    bool made;
+  } rows[] = {{0, 1, false}, {1, 0, false}, {1, 1, true}, {0x7FFF, 1, true}, {1, 0x7FFF, true}};
+  const std::vector<unsigned char> bits(0x8000);
+  for (const auto &row : rows) {
+    const tavrel::Bitmap made = Desktop::GetResourceBitmap(nullptr, "next", "next", bits.data(), row.width, row.height);
+    EXPECT_EQ(made != 0, row.made) << row.width << " x " << row.height;
+  }
+}
+
+TEST_F(WindowSystem, ABitmapWithoutANameHasNoFile) {
+  const char *const lines[] = {"Highlight*: /nowhere/next.xbm", nullptr};
+  Desktop::RegisterResourceClass("Highlight", lines);
+  testing::internal::CaptureStderr();
+  unsigned depth = 0;
+  EXPECT_EQ(widthOf(bitmap(""), &depth), 8U);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(WindowSystem, BitmapsEndWithTheWindowSystem) {
+  const tavrel::Bitmap made = bitmap("next");
+  windows.reset();
+  testing::internal::CaptureStderr();
+  unsigned depth = 0;
+  widthOf(made, &depth);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "tavrel: the display refused request 14: BadDrawable (invalid Pixmap or Window parameter)\n");
+}
 
 TEST_F(WithResources, TheUserOverridesABitmapWithAFile) {
   Desktop::RegisterResourceClass("Highlight", nullptr);
@@ -231,7 +270,11 @@ TEST_F(WindowSystem, BadArgumentsRaise) {
   EXPECT_EQ(testPlugin.attempt([] { Desktop::RegisterResourceClass(nullptr, nullptr); }), tavrel::errBadArgument);
   EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, nullptr, "c", checkers, 8, 2); }),
             tavrel::errBadArgument);
-  EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, "n", "c", checkers, 100000, 2); }),
+  EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, "n", nullptr, checkers, 8, 2); }),
+            tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, "n", "c", checkers, 0x8000, 2); }),
+            tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, "n", "c", checkers, 8, 0x8000); }),
             tavrel::errBadArgument);
 }
 
@@ -240,7 +283,19 @@ TEST_F(WindowSystem, AnErrorOfTheServerIsReportedAndDoesNotEndTheProgram) {
   testing::internal::CaptureStderr();
   XFreePixmap(display, 0x7FFFFFFF);
   XSync(display, False);
-  EXPECT_NE(testing::internal::GetCapturedStderr().find("tavrel: the display refused request"), std::string::npos);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "tavrel: the display refused request 54: BadPixmap (invalid Pixmap parameter)\n");
+}
+
+TEST_F(WindowSystem, TheTopLevelWidgetAndItsConnectionEndTogether) {
+  bool destroyed = false;
+  const XtCallbackProc note = [](Widget, XtPointer flag, XtPointer) { *static_cast<bool *>(flag) = true; };
+  XtAddCallback(top->widget(), XtNdestroyCallback, note, &destroyed);
+  const int connection = ConnectionNumber(XtDisplay(top->widget()));
+  windows.reset();
+  top.reset();
+  EXPECT_TRUE(destroyed);
+  EXPECT_EQ(fcntl(connection, F_GETFD), -1) << "it is still open";
 }
 
 TEST(WithoutADisplay, ThereAreOnlyBuiltInValues) {

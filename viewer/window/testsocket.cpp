@@ -111,6 +111,8 @@ TestSocket::~TestSocket() {
 }
 
 void TestSocket::notify() {
+  constexpr size_t most = size_t{16} * 1024 * 1024;   // bytes that wait for a slow reader
+  if (waiting_ != 0 && unsent_.size() > most) return; // it gets the latest state once it has read these
   WindowState window = stateOf(window_);
   const double longestIteration = window.longestIteration;
   window.longestIteration = 0; // alone it is no change
@@ -118,27 +120,26 @@ void TestSocket::notify() {
   if (state == last_) return;
   last_ = std::move(state);
   window.longestIteration = longestIteration;
-  next_ = viewer::stateOf(window_.model(), window_.app().statusText(), window) + "\n";
+  unsent_ += viewer::stateOf(window_.model(), window_.app().statusText(), window) + "\n";
   send();
 }
 
-// Sends what the socket takes. The rest follows when it takes more: the window never waits for a slow reader, which
-// gets the latest state after the one that was begun.
+// Sends what the socket takes, and the rest when it takes more: the window never waits for a reader.
 void TestSocket::send() {
-  for (;;) {
-    if (line_.empty()) line_ = std::exchange(next_, {});
-    if (line_.empty()) break;
-    const ssize_t count = ::send(socket_, line_.data(), line_.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+  size_t sent = 0;
+  while (sent < unsent_.size()) {
+    const ssize_t count = ::send(socket_, unsent_.data() + sent, unsent_.size() - sent, MSG_NOSIGNAL | MSG_DONTWAIT);
     if (count < 0 && errno == EINTR) continue;
-    if (count < 0 && errno != EAGAIN) line_.clear(); // the reader has ended
+    if (count < 0 && errno != EAGAIN) sent = unsent_.size(); // the test has ended
     if (count <= 0) break;
-    line_.erase(0, static_cast<size_t>(count));
+    sent += static_cast<size_t>(count);
   }
-  if (!line_.empty() && waiting_ == 0) {
+  unsent_.erase(0, sent);
+  if (!unsent_.empty() && waiting_ == 0) {
     waiting_ = XtAppAddInput(
         window_.toolkit().context(), socket_, reinterpret_cast<XtPointer>(XtInputWriteMask),
         [](XtPointer self, int *, XtInputId *) { static_cast<TestSocket *>(self)->send(); }, this);
-  } else if (line_.empty() && waiting_ != 0) {
+  } else if (unsent_.empty() && waiting_ != 0) {
     XtRemoveInput(waiting_);
     waiting_ = 0;
   }

@@ -30,9 +30,8 @@ private:
 
   MainWindow &window_;
   int socket_;
-  std::string last_;      ///< the state that was sent, or is to be
-  std::string line_;      ///< the rest of the line that is being sent
-  std::string next_;      ///< the line after it
+  std::string last_;      ///< the state that was sent last, or is to be
+  std::string unsent_;    ///< lines that the socket has not taken yet, from within the first
   XtInputId waiting_ = 0; ///< for the socket to take more
 };
 

@@ -170,7 +170,7 @@ void PageView::refresh() {
 void PageView::highlight(const Selection &selection) {
   if (drawnPage_ != selection.page) return;
   MarkedArea area{selection.page, selection.boxes};
-  if (std::find(painted_.begin(), painted_.end(), area) != painted_.end()) return invalidate();
+  if (marks_.has(area)) return invalidate();
   if (std::erase(highlights_, area) == 0) highlights_.push_back(std::move(area));
   highlightsChanged_ = true;
   notifyIfChanged();
@@ -189,12 +189,8 @@ void PageView::paint(const Selection &selection) {
   if (drawing_ == nullptr) throw HostError(tavrel::errBadArgument, "no page is being drawn");
   if (selection.page != drawing_->page)
     throw HostError(tavrel::errBadArgument, "the selection is not on the page being drawn");
-  painted_.push_back({selection.page, selection.boxes});
-  std::erase(highlights_, painted_.back()); // or both would be visible
-  paintMarks(drawing_->image, selection.boxes,
-             {scale(), document_.pageSize(selection.page).height, drawing_->x, drawing_->y}, rgbOf(drawColor_));
-  drawing_->marks += selection.ranges;
-  drawing_->offPage += selection.offPage;
+  marks_.add(selection, rgbOf(drawColor_));
+  std::erase(highlights_, MarkedArea{selection.page, selection.boxes}); // or both would be visible
 }
 
 const Image *PageView::background() {
@@ -232,15 +228,18 @@ std::optional<Drawing> PageView::draw(const std::function<void()> &painters) {
   invalid_ = false;
   drawn_ = true;
   drawnPage_ = page_;
-  painted_.clear();
+  marks_.clear();
   highlights_.clear();
   try {
     const UnderWay underWay(drawing_, &drawing);
     painters();
+    marks_.compose(drawing.image, {scale(), document_.pageSize(drawing.page).height, drawing.x, drawing.y});
   } catch (...) {
     invalid_ = true;
     throw;
   }
+  drawing.marks = marks_.ranges();
+  drawing.offPage = marks_.offPage();
   return drawing;
 }
 

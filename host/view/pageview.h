@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "host/document/document.h"
-#include "host/view/painting.h"
+#include "host/view/marks.h"
 
 namespace host {
 
@@ -23,13 +23,6 @@ struct Drawing {
   size_t offPage = 0; ///< how many were to be painted and lie outside of the page
   int x = 0, y = 0;   ///< where on the page the image begins, in pixels
   double dpi = 0;
-};
-
-/// What a selection marks. A copy, because the selection may be destroyed before the area is used again.
-struct MarkedArea {
-  int32_t page = 0;
-  std::vector<Box> boxes;
-  bool operator==(const MarkedArea &) const = default;
 };
 
 /// How the size of a page is chosen.
@@ -109,7 +102,9 @@ public:
   void paintHighlights(Drawing &drawing);
   static constexpr Rgb highlightColor{0xB4, 0xD5, 0xFE};
 
-  /// Marks the selection on the page being drawn. Throws errBadArgument when no page or another one is being drawn.
+  /// Records a mark of the selection on the page being drawn, in the drawing colour; draw() blends the marks with the
+  /// page when all page-draw procedures have been called. Throws errBadArgument when no page or another one is being
+  /// drawn.
   void paint(const Selection &selection);
   bool drawing() const { return drawing_ != nullptr; }
   /// Whether nothing keeps draw() from drawing: no batch, no other drawing.
@@ -148,8 +143,8 @@ private:
   bool invalid_ = true;
   // Not painted into pixels: the next drawing begins without them.
   std::vector<MarkedArea> highlights_;
-  bool highlightsChanged_ = false;  ///< and the listener is not notified yet
-  std::vector<MarkedArea> painted_; ///< by page-draw procedures, in the last drawing
+  bool highlightsChanged_ = false; ///< and the listener is not notified yet
+  PageMarks marks_;                ///< of the last drawing
   std::optional<int32_t> drawnPage_;
   Drawing *drawing_ = nullptr; ///< the one under way
   // The page without marks as it was rendered last: marks change more often than pages.

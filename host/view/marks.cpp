@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "host/view/marks.h"
+
+#include <algorithm>
+
+namespace host {
+
+void PageMarks::add(const Selection &selection, const Rgb &color) {
+  marks_.push_back({{selection.page, selection.boxes}, color});
+  ranges_ += selection.ranges;
+  offPage_ += selection.offPage;
+}
+
+bool PageMarks::has(const MarkedArea &area) const {
+  return std::any_of(marks_.begin(), marks_.end(), [&](const Mark &mark) { return mark.area == area; });
+}
+
+void PageMarks::compose(Image &image, const Scale &scale) const {
+  for (const Mark &mark : marks_)
+    paintMarks(image, mark.area.boxes, scale, mark.color);
+}
+
+} // namespace host

@@ -64,7 +64,8 @@ def left_alone(tokens, pairs):
         if token.text in ("static_assert", "using"):
             end = next(k for k in range(index, len(tokens)) if tokens[k].text == ";")
             alone.update(range(index, end + 1))
-        if token.text == "<" and index and (tokens[index - 1].end == token.start or tokens[index - 1].text == "template"):
+        before = tokens[index - 1] if index else token
+        if token.text == "<" and before.text != "operator" and (before.end == token.start or before.text == "template"):
             depth, end = 1, index
             while depth and end + 1 < len(tokens):
                 end += 1

@@ -67,6 +67,16 @@ class Keys(ViewerTest):
         self.viewer.key("Home")
         self.viewer.shown(1)
 
+    def test_a_key_does_nothing_with_a_modifier_that_is_not_its_own(self):
+        before = self.viewer.now()
+        # A window manager has Alt+Space, Alt+Down and others for itself.
+        self.viewer.key("ctrl+p", "ctrl+slash", "ctrl+Left", "ctrl+space", "ctrl+BackSpace", "alt+p", "alt+w", "alt+Left",
+                        "alt+Right", "alt+BackSpace", "super+p", "super+minus", "shift+End", "Down")
+        after = self.scrolledTo(lambda y: y == 48, "what the last key alone does")
+        self.assertEqual([self.viewer.now()[name] for name in ("page", "zoom", "fit", "dialogs")],
+                         [before[name] for name in ("page", "zoom", "fit", "dialogs")])
+        self.assertEqual(after, 48)
+
     def test_the_keypad_works_too(self):
         self.viewer.key("KP_End")
         self.viewer.shown(4)

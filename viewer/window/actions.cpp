@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cctype>
 #include <iterator>
+#include <sstream>
 
 namespace viewer {
 namespace {
@@ -21,8 +22,8 @@ constexpr Action table[] = {
     {"FindDialog", "Edit", ":<Key>slash: %s\n", "FindDialog"},
     {"FindAgainDialog", "Edit", nullptr, "FindAgainDialog"},
     {"FindPrevious", "Edit", nullptr, nullptr},
-    {"ZoomIn", "View", ":<Key>plus: %s\n<Key>KP_Add: %s\nCtrl<Key>equal: %s\n<Key>equal: %s\nCtrl<Btn4Down>: %s\n", "ZoomIn"},
-    {"ZoomOut", "View", ":<Key>minus: %s\n<Key>KP_Subtract: %s\nCtrl<Btn5Down>: %s\n", "ZoomOut"},
+    {"ZoomIn", "View", ":<Key>plus: %s\n:Ctrl<Key>plus: %s\n<Key>KP_Add: %s\n:Ctrl<Key>equal: %s\n:<Key>equal: %s\nCtrl<Btn4Down>: %s\n", "ZoomIn"},
+    {"ZoomOut", "View", ":<Key>minus: %s\n:Ctrl<Key>minus: %s\n<Key>KP_Subtract: %s\nCtrl<Btn5Down>: %s\n", "ZoomOut"},
     {"ActualSize", "View", nullptr, nullptr, true},
     {"FitWidth", "View", ":<Key>w: %s\n", "FitWidth"},
     {"FitPage", "View", ":<Key>p: %s\n", "FitPage"},
@@ -34,19 +35,33 @@ constexpr Action table[] = {
     {"Keys", "Help", nullptr, nullptr},
     {"AboutPlugIns", "Help", nullptr, nullptr, true},
     {"About", "Help", nullptr, nullptr},
-    {"PageDown", nullptr, "~Ctrl<Key>osfPageDown: %s\n~Shift<Key>space: %s\n", nullptr},
-    {"PageUp", nullptr, "~Ctrl<Key>osfPageUp: %s\nShift<Key>space: %s\n<Key>osfBackSpace: %s\n", nullptr},
+    {"PageDown", nullptr, "<Key>osfPageDown: %s\n<Key>space: %s\n", nullptr},
+    {"PageUp", nullptr, "<Key>osfPageUp: %s\nShift<Key>space: %s\n<Key>osfBackSpace: %s\n", nullptr},
     {"LineDown", nullptr, "<Key>osfDown: %s\n", nullptr},
     {"LineUp", nullptr, "<Key>osfUp: %s\n", nullptr},
     {"Right", nullptr, "<Key>osfRight: %s\n", nullptr},
     {"Left", nullptr, "<Key>osfLeft: %s\n", nullptr},
-    {"WheelDown", nullptr, "~Ctrl ~Shift<Btn5Down>: %s\n", nullptr},
-    {"WheelUp", nullptr, "~Ctrl ~Shift<Btn4Down>: %s\n", nullptr},
+    {"WheelDown", nullptr, "<Btn5Down>: %s\n", nullptr},
+    {"WheelUp", nullptr, "<Btn4Down>: %s\n", nullptr},
     {"ScrollRight", nullptr, "Shift<Btn5Down>: %s\n", nullptr},
     {"ScrollLeft", nullptr, "Shift<Btn4Down>: %s\n", nullptr},
     {"Escape", nullptr, "<Key>osfCancel: %s\n", nullptr},
 };
 // clang-format on
+
+// A line of the table as a translation. Modifiers that it does not mention must not be held: Ctrl+P and Alt+Left are
+// other keys than P and Left. After a ':' Shift is a part of the key.
+std::string translation(const std::string &line) {
+  const size_t event = line.find('<');
+  std::string modifiers = line.substr(0, event);
+  for (const char *modifier : {"Ctrl", "Shift", "Mod1", "Mod4"}) { // Mod1 is Alt, Mod4 the key with the system's sign
+    const bool isPart = modifiers.starts_with(':') && std::string(modifier) == "Shift";
+    if (isPart || modifiers.find(modifier) != std::string::npos) continue;
+    if (!modifiers.empty() && modifiers.back() != ':') modifiers += ' ';
+    modifiers += std::string("~") + modifier;
+  }
+  return modifiers + line.substr(event);
+}
 
 std::string with(std::string text, const std::string &mark, const std::string &value) {
   for (size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + value.size()))
@@ -62,8 +77,11 @@ std::span<const char *const> menuNames() { return menus; }
 
 std::string pageTranslations() {
   std::string keys;
-  for (const Action &action : table)
-    if (action.keys != nullptr) keys += with(action.keys, "%s", std::string("do(") + action.name + ")");
+  for (const Action &action : table) {
+    std::istringstream lines(action.keys == nullptr ? "" : action.keys);
+    for (std::string line; std::getline(lines, line);)
+      keys += with(translation(line), "%s", std::string("do(") + action.name + ")") + "\n";
+  }
   return keys + "<Btn1Down>: drag(begin)\n<Btn1Motion>: drag(move)\n<Btn1Up>: drag(end)\n";
 }
 

@@ -16,7 +16,8 @@ namespace viewer {
 struct Action {
   const char *name; ///< of the command: in translations, do(NextPage), and of the menu's entry, whose key is a resource
   const char *menu; ///< null: none
-  /// Translations of the page area that invoke it, each ending in a line feed, with %s for the action; null: none.
+  /// Translations of the page area that invoke it, each ending in a line feed, with %s for the action; null: none. With
+  /// modifiers that one does not mention it invokes nothing.
   const char *keys;
   const char *button;     ///< on the tool bar; null: none
   bool separated = false; ///< after a separator in the menu

@@ -399,6 +399,22 @@ TEST(Choice, IsTheFirstThatSuits) {
       // 118 is closer to white than to black.
       {{{greyOf(118), 9}}, red, {118, 0, 0}},
       {{{greyOf(117), 9}}, red, red},
+      // Multiplying by lighter tints.
+      {{{white, 12}, {black, 4}}, black, greyOf(102)},
+      {{{white, 12}, {greyOf(90), 4}}, black, greyOf(128)},
+      // The background gets a darker or a lighter tint of the mark.
+      {{{red, 12}, {white, 4}}, red, {204, 0, 0}},
+      {{{black, 12}, {white, 4}}, white, greyOf(128)},
+      {{{black, 12}, {white, 4}}, black, greyOf(51)},
+      {{{blue, 12}, {white, 4}}, blue, {0, 0, 204}},
+      {{{black, 12}, {greyOf(100), 4}}, white, white},
+      {{{black, 12}, {greyOf(92), 4}}, greyOf(30), greyOf(188)},
+      // Text of several colours leaves little choice.
+      {{{greyOf(128), 20}, {black, 4}, {white, 4}}, red, {128, 90, 90}},
+      {{{greyOf(118), 20}, {black, 4}, {white, 4}}, blue, {94, 94, 118}},
+      {{{greyOf(118), 20}, {black, 4}, {white, 4}}, yellow, {118, 118, 0}},
+      {{{white, 40}, {black, 4}, {red, 4}, {blue, 4}}, red, {255, 230, 230}},
+      {{{white, 40}, {black, 4}, {red, 4}, {{0, 128, 0}, 4}}, black, greyOf(230)},
   };
   for (const auto &[row, mark, now] : table)
     EXPECT_EQ(after(imageOf({row}), mark, row[0].color), hex(now)) << hex(mark) << " on " << hex(row[0].color);

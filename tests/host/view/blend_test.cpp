@@ -6,7 +6,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <iterator>
 #include <random>

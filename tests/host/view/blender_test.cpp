@@ -7,6 +7,7 @@
 #include <array>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "Colors.h"
 

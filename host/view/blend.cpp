@@ -27,9 +27,7 @@ constexpr double distinct = 2;
 
 constexpr size_t mostBackgrounds = 32, mostTexts = 6;
 
-uint32_t pixelOf(const Rgb &color) {
-  return 0xFF000000U | uint32_t{color.red} << 16U | uint32_t{color.green} << 8U | color.blue;
-}
+uint32_t pixelOf(const Rgb &color) { return uint32_t{color.red} << 16U | uint32_t{color.green} << 8U | color.blue; }
 
 Rgb rgbOf(uint32_t pixel) {
   return {static_cast<uint8_t>(pixel >> 16U), static_cast<uint8_t>(pixel >> 8U), static_cast<uint8_t>(pixel)};
@@ -60,7 +58,8 @@ Rgb mix(const Rgb &a, const Rgb &b, double share) {
 using Vector = std::array<double, 3>;
 
 Vector difference(const Rgb &from, const Rgb &to) {
-  return {double{1} * to.red - from.red, double{1} * to.green - from.green, double{1} * to.blue - from.blue};
+  const double red = to.red - from.red, green = to.green - from.green, blue = to.blue - from.blue;
+  return {red, green, blue};
 }
 
 double dot(const Vector &a, const Vector &b) { return a[0] * b[0] + a[1] * b[1] + a[2] * b[2]; }
@@ -74,7 +73,7 @@ bool isVisible(const Rgb &before, const Rgb &after, int least) {
 // the background.
 Rgb extended(const Rgb &background, const Rgb &edge) {
   const Vector way = difference(background, edge);
-  const Vector from = difference({0, 0, 0}, background);
+  const Vector from = difference({}, background);
   double reach = 255;
   for (size_t i = 0; i < way.size(); ++i)
     if (way[i] != 0) reach = std::min(reach, (way[i] > 0 ? 255 - from[i] : -from[i]) / way[i]);
@@ -174,7 +173,7 @@ void Blender::countRow(int y, int left, int right, int step) {
 // again.
 std::vector<Blender::Shade> Blender::shadesIn(const PixelBox &box) {
   constexpr double enough = 4096;
-  const double area = double{1} * (box.right - box.left) * (box.bottom - box.top);
+  const double area = static_cast<double>(box.right - box.left) * (box.bottom - box.top);
   const int step = std::max(1, static_cast<int>(std::sqrt(area / enough)));
   for (int y = box.top; y < box.bottom; y += step)
     countRow(y, box.left, box.right, step);
@@ -303,7 +302,9 @@ Blend Blender::blendFor(const Colors &colors) const {
     best = blend;
     bestSuitability = found;
   };
-  const auto tint = [&](const Rgb &towards, int step) { return mix(mark_, towards, double{1} * step / steps); };
+  const auto tint = [&](const Rgb &towards, int step) {
+    return mix(mark_, towards, static_cast<double>(step) / steps);
+  };
   for (int step = 1; step < steps && isLight && !suits(); ++step)
     attempt(Blend::multiply(tint(white, step)), visibleChange);
   for (const int leastChange : {clearChange, visibleChange})

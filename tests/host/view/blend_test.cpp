@@ -6,46 +6,19 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <cmath>
 #include <functional>
 #include <iterator>
 #include <random>
 #include <string>
 
+#include "Colors.h"
 #include "host/view/painting.h"
 
 namespace host {
 
-void PrintTo(const Rgb &color, std::ostream *out) {
-  char text[8];
-  std::snprintf(text, sizeof text, "%02X%02X%02X", color.red, color.green, color.blue);
-  *out << text;
-}
-
 namespace {
 
-constexpr Rgb white{255, 255, 255}, black{0, 0, 0}, red{255, 0, 0}, yellow{255, 255, 0}, green{0, 255, 0},
-    blue{0, 0, 255};
 constexpr Rgb markColors[] = {red, yellow, green, blue};
-
-uint32_t pixelOf(const Rgb &color) {
-  return 0xFF000000U | uint32_t{color.red} << 16U | uint32_t{color.green} << 8U | color.blue;
-}
-
-Rgb colorOf(uint32_t pixel) {
-  return {static_cast<uint8_t>(pixel >> 16U), static_cast<uint8_t>(pixel >> 8U), static_cast<uint8_t>(pixel)};
-}
-
-Rgb between(const Rgb &a, const Rgb &b, double share) {
-  const auto component = [share](uint8_t from, uint8_t to) {
-    return static_cast<uint8_t>(std::lround(from + share * (to - from)));
-  };
-  return {component(a.red, b.red), component(a.green, b.green), component(a.blue, b.blue)};
-}
-
-int change(const Rgb &a, const Rgb &b) {
-  return std::max({std::abs(a.red - b.red), std::abs(a.green - b.green), std::abs(a.blue - b.blue)});
-}
 
 // A word of strokes from top to bottom, each three pixels wide with an edge of mixed pixels, eight pixels apart.
 constexpr int width = 64, height = 20, stroke = 4, period = 8;

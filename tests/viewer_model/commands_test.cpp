@@ -66,6 +66,13 @@ TEST_F(CommandsTest, AskForNothingThatIsGiven) {
   EXPECT_THAT(frontend.asked, IsEmpty());
 }
 
+TEST_F(CommandsTest, WithAnArgumentThatTheyDoNotTakeAreReportedAndNotRun) {
+  openPages(test::numberedPages(3));
+  run("NextPage", "2");
+  EXPECT_EQ(page(), 0);
+  EXPECT_EQ(session().status.message(), "NextPage takes no argument");
+}
+
 TEST_F(CommandsTest, AreNotRunWhereTheyAreImpossible) {
   for (const Command &command : commands())
     if (!isPossible(command, session().model())) run(command.name);

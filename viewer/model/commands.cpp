@@ -62,37 +62,37 @@ using Text = const std::string &;
 
 // clang-format off
 constexpr Command table[] = {
-    {"Open", "Open\u2026", Argument::file, [](const Model &m, Frontend &f, Text a) { openFile(m, f, a); }, nullptr},
-    {"Reload", "Reload", Argument::none, [](const Model &m, Frontend &, Text) { m.documents.reload(); }, hasDocument},
-    {"Close", "Close", Argument::none, [](const Model &m, Frontend &, Text) { m.documents.closeFront(); }, hasDocument},
-    {"Quit", "Quit", Argument::none, [](const Model &, Frontend &f, Text) { f.quit(); }, nullptr},
-    {"FindDialog", "Find\u2026", Argument::text, [](const Model &m, Frontend &f, Text a) { findText(m, f, a); }, hasDocument},
-    {"FindAgainDialog", "Find Again", Argument::none, [](const Model &m, Frontend &f, Text) { findAgain(m, f, false); }, hasDocument},
-    {"FindPrevious", "Find Previous", Argument::none, [](const Model &m, Frontend &f, Text) { findAgain(m, f, true); }, hasSomethingToFind},
-    {"ZoomIn", "Larger", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.zoomBy(1); }, hasDocument},
-    {"ZoomOut", "Smaller", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.zoomBy(-1); }, hasDocument},
-    {"ActualSize", "Actual Size", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.setZoom(1); }, hasDocument},
-    {"FitWidth", "Fit Width", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.setFit(host::Fit::width); }, hasDocument},
-    {"FitPage", "Fit Page", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.setFit(host::Fit::page); }, hasDocument},
-    {"PreviousPage", "Previous Page", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.turn(-1); }, hasPageBefore},
-    {"NextPage", "Next Page", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.turn(1); }, hasPageAfter},
-    {"FirstPage", "First Page", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.goToPage(0); }, hasPageBefore},
-    {"LastPage", "Last Page", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.goToPage(m.documents.pageCount() - 1); }, hasPageAfter},
-    {"GoToPage", "Go to Page\u2026", Argument::page, [](const Model &m, Frontend &f, Text a) { goToPage(m, f, a); }, hasDocument},
-    {"Keys", "Keys", Argument::none, [](const Model &, Frontend &f, Text) { f.showKeys(); }, nullptr},
-    {"AboutPlugIns", "About Plug-Ins", Argument::none, [](const Model &, Frontend &f, Text) { f.showPlugins(); }, nullptr},
-    {"About", "About Tavrel", Argument::none, [](const Model &, Frontend &f, Text) { f.showAbout(); }, nullptr},
-    {"PageDown", "A page of the window down", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.scrollWindow(1); }, hasDocument},
-    {"PageUp", "A page of the window up", Argument::none, [](const Model &m, Frontend &, Text) { m.moving.scrollWindow(-1); }, hasDocument},
-    {"LineDown", "A little down", Argument::none, [](const Model &m, Frontend &f, Text) { m.moving.scroll(0, f.pixels(line)); }, hasDocument},
-    {"LineUp", "A little up", Argument::none, [](const Model &m, Frontend &f, Text) { m.moving.scroll(0, -f.pixels(line)); }, hasDocument},
-    {"Right", "To the right, or the next page", Argument::none, [](const Model &m, Frontend &f, Text) { sideways(m, f, 1); }, hasDocument},
-    {"Left", "To the left, or the page before", Argument::none, [](const Model &m, Frontend &f, Text) { sideways(m, f, -1); }, hasDocument},
-    {"WheelDown", "Scrolls down", Argument::none, [](const Model &m, Frontend &f, Text) { m.moving.scroll(0, f.pixels(wheel)); }, hasDocument},
-    {"WheelUp", "Scrolls up", Argument::none, [](const Model &m, Frontend &f, Text) { m.moving.scroll(0, -f.pixels(wheel)); }, hasDocument},
-    {"ScrollRight", "Scrolls to the right", Argument::none, [](const Model &m, Frontend &f, Text) { m.moving.drag(f.pixels(line), 0); }, hasDocument},
-    {"ScrollLeft", "Scrolls to the left", Argument::none, [](const Model &m, Frontend &f, Text) { m.moving.drag(-f.pixels(line), 0); }, hasDocument},
-    {"Escape", "Ends a search, takes its marks away", Argument::none, [](const Model &m, Frontend &f, Text) { escape(m, f); }, nullptr},
+    {"Open", "Open\u2026", "file", [](const Model &m, Frontend &f, Text a) { openFile(m, f, a); }, nullptr},
+    {"Reload", "Reload", nullptr, [](const Model &m, Frontend &, Text) { m.documents.reload(); }, hasDocument},
+    {"Close", "Close", nullptr, [](const Model &m, Frontend &, Text) { m.documents.closeFront(); }, hasDocument},
+    {"Quit", "Quit", nullptr, [](const Model &, Frontend &f, Text) { f.quit(); }, nullptr},
+    {"FindDialog", "Find\u2026", "text", [](const Model &m, Frontend &f, Text a) { findText(m, f, a); }, hasDocument},
+    {"FindAgainDialog", "Find Again", nullptr, [](const Model &m, Frontend &f, Text) { findAgain(m, f, false); }, hasDocument},
+    {"FindPrevious", "Find Previous", nullptr, [](const Model &m, Frontend &f, Text) { findAgain(m, f, true); }, hasSomethingToFind},
+    {"ZoomIn", "Larger", nullptr, [](const Model &m, Frontend &, Text) { m.moving.zoomBy(1); }, hasDocument},
+    {"ZoomOut", "Smaller", nullptr, [](const Model &m, Frontend &, Text) { m.moving.zoomBy(-1); }, hasDocument},
+    {"ActualSize", "Actual Size", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setZoom(1); }, hasDocument},
+    {"FitWidth", "Fit Width", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setFit(host::Fit::width); }, hasDocument},
+    {"FitPage", "Fit Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setFit(host::Fit::page); }, hasDocument},
+    {"PreviousPage", "Previous Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.turn(-1); }, hasPageBefore},
+    {"NextPage", "Next Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.turn(1); }, hasPageAfter},
+    {"FirstPage", "First Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.goToPage(0); }, hasPageBefore},
+    {"LastPage", "Last Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.goToPage(m.documents.pageCount() - 1); }, hasPageAfter},
+    {"GoToPage", "Go to Page\u2026", "page", [](const Model &m, Frontend &f, Text a) { goToPage(m, f, a); }, hasDocument},
+    {"Keys", "Keys", nullptr, [](const Model &, Frontend &f, Text) { f.showKeys(); }, nullptr},
+    {"AboutPlugIns", "About Plug-Ins", nullptr, [](const Model &, Frontend &f, Text) { f.showPlugins(); }, nullptr},
+    {"About", "About Tavrel", nullptr, [](const Model &, Frontend &f, Text) { f.showAbout(); }, nullptr},
+    {"PageDown", "A page of the window down", nullptr, [](const Model &m, Frontend &, Text) { m.moving.scrollWindow(1); }, hasDocument},
+    {"PageUp", "A page of the window up", nullptr, [](const Model &m, Frontend &, Text) { m.moving.scrollWindow(-1); }, hasDocument},
+    {"LineDown", "A little down", nullptr, [](const Model &m, Frontend &f, Text) { m.moving.scroll(0, f.pixels(line)); }, hasDocument},
+    {"LineUp", "A little up", nullptr, [](const Model &m, Frontend &f, Text) { m.moving.scroll(0, -f.pixels(line)); }, hasDocument},
+    {"Right", "To the right, or the next page", nullptr, [](const Model &m, Frontend &f, Text) { sideways(m, f, 1); }, hasDocument},
+    {"Left", "To the left, or the page before", nullptr, [](const Model &m, Frontend &f, Text) { sideways(m, f, -1); }, hasDocument},
+    {"WheelDown", "Scrolls down", nullptr, [](const Model &m, Frontend &f, Text) { m.moving.scroll(0, f.pixels(wheel)); }, hasDocument},
+    {"WheelUp", "Scrolls up", nullptr, [](const Model &m, Frontend &f, Text) { m.moving.scroll(0, -f.pixels(wheel)); }, hasDocument},
+    {"ScrollRight", "Scrolls to the right", nullptr, [](const Model &m, Frontend &f, Text) { m.moving.drag(f.pixels(line), 0); }, hasDocument},
+    {"ScrollLeft", "Scrolls to the left", nullptr, [](const Model &m, Frontend &f, Text) { m.moving.drag(-f.pixels(line), 0); }, hasDocument},
+    {"Escape", "Ends a search, takes its marks away", nullptr, [](const Model &m, Frontend &f, Text) { escape(m, f); }, nullptr},
 };
 // clang-format on
 
@@ -108,6 +108,8 @@ const Command *findCommand(const std::string &name) {
 
 void run(const Command &command, const Model &model, Frontend &frontend, const std::string &argument) {
   if (!isPossible(command, model)) return;
+  if (!argument.empty() && command.argument == nullptr)
+    return model.status.set(std::string(command.name) + " takes no argument");
   command.run(model, frontend, argument);
   model.changes.note(allParts);
 }

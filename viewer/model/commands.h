@@ -31,13 +31,10 @@ public:
   virtual int pixels(double length) const = 0;
 };
 
-/// What may follow a command's name. Without it the user is asked.
-enum class Argument { none, file, page, text };
-
 struct Command {
   const char *name;     ///< valid in resources and translations: "NextPage"
   const char *sentence; ///< what it does: a menu's entry
-  Argument argument;
+  const char *argument; ///< what may follow the name, "page": without it the user is asked; null: nothing may
   void (*run)(const Model &model, Frontend &frontend, const std::string &argument);
   bool (*possible)(const Model &model); ///< null: always
 };
@@ -48,7 +45,7 @@ const Command *findCommand(const std::string &name);
 inline bool isPossible(const Command &command, const Model &model) {
   return command.possible == nullptr || command.possible(model);
 }
-/// Does nothing if the command is not possible.
+/// Does nothing if the command is not possible. An argument that it does not take is reported on the status line.
 void run(const Command &command, const Model &model, Frontend &frontend, const std::string &argument = {});
 /// Goes to a page that a user has typed; the numbers begin with 1, and too large ones are the last page. A text that is
 /// no number is reported on the status line.

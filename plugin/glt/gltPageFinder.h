@@ -18,7 +18,7 @@ struct PageFinder {
 /// With fewer pages HLL_AddHL is as fast.
 inline constexpr uint32_t worthFinding = 64;
 
-/// The record of a page, or null when the list has none.
+/// The record of a page, or null when the list has none. The list has at least one page.
 HLP *finderFind(PageFinder &finder, HLL *list, int32_t page);
 
 /// The same as HLL_AddHL.

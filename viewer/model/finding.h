@@ -4,8 +4,6 @@
 // and marks them. Independent of what plug-ins mark.
 #pragma once
 
-#include <chrono>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>

@@ -13,7 +13,6 @@ constexpr double zoomSteps[] = {0.1, 0.25, 0.33, 0.5, 0.67, 0.75, 0.9, 1, 1.1, 1
 
 } // namespace
 
-// All of it or nothing of the window's size is known.
 void Moving::fitToWindow(host::PageView &view) const {
   view.setMargin(margin_);
   if (windowWidth_ > 0) view.setWindow(windowWidth_, windowHeight_);

@@ -22,13 +22,19 @@ Application::~Application() {
 
 ViewerDocument &Application::open(std::unique_ptr<Document> model, const std::filesystem::path &file, double dpi,
                                   const std::string &parameters) {
+  auto pages = dpi > 0 ? std::make_unique<WholePages>(*model, dpi) : nullptr;
+  return open(std::move(model), std::move(pages), file, parameters);
+}
+
+ViewerDocument &Application::open(std::unique_ptr<Document> model, std::unique_ptr<Viewport> viewport,
+                                  const std::filesystem::path &file, const std::string &parameters) {
   auto opened = std::make_unique<ViewerDocument>();
   ViewerDocument &document = *opened;
   document.file = std::filesystem::absolute(file);
   document.parameters = parameters;
   document.model = std::move(model);
-  if (dpi > 0)
-    document.view = std::make_unique<PageView>(*document.model, dpi, [this, &document] {
+  if (viewport != nullptr)
+    document.view = std::make_unique<PageView>(*document.model, std::move(viewport), [this, &document] {
       if (listener) listener(document);
     });
   documents_.push_back(std::move(opened));
@@ -152,12 +158,12 @@ void Application::beforeCall() {
   for (const auto &document : documents_)
     if (document->view) document->view->expectCall();
   for (const auto &document : documents_)
-    if (document->view) document->view->saveBatchDepth();
+    if (document->view) document->view->beforeCall();
 }
 
 void Application::afterCall() noexcept {
   for (const auto &document : documents_)
-    if (document->view) document->view->restoreBatchDepth();
+    if (document->view) document->view->afterCall();
 }
 
 void Application::retired(tavrel::ExtensionID extension) {

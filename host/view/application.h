@@ -36,7 +36,10 @@ public:
   ~Application() override; ///< closes the documents and notifies the plug-ins
 
   /// Opens a document in front of all others and notifies the plug-ins, after `prepare`; where that throws, the
-  /// document is not opened. dpi 0: without a view.
+  /// document is not opened. Without a viewport it has no view.
+  ViewerDocument &open(std::unique_ptr<Document> model, std::unique_ptr<Viewport> viewport,
+                       const std::filesystem::path &file, const std::string &parameters = {});
+  /// The same, showing whole pages. dpi 0: without a view.
   ViewerDocument &open(std::unique_ptr<Document> model, const std::filesystem::path &file, double dpi,
                        const std::string &parameters = {});
   /// Notifies the plug-ins while the document still exists, and closes it, also where notifying throws.

@@ -106,19 +106,19 @@ TEST_F(CommandsTest, TurnPagesAndZoom) {
   run("ZoomOut");
   EXPECT_DOUBLE_EQ(session().moving.zoom(), 1);
   run("FitPage");
-  EXPECT_EQ(session().moving.fit(), host::Fit::page);
+  EXPECT_EQ(session().moving.fit(), viewer::Fit::page);
   run("FitWidth");
-  EXPECT_EQ(session().moving.fit(), host::Fit::width);
+  EXPECT_EQ(session().moving.fit(), viewer::Fit::width);
 }
 
 TEST_F(CommandsTest, ScrollByLengthsOfTheScreen) {
   openPages(test::numberedPages(2));
   run("LineDown");
-  EXPECT_EQ(session().documents.view()->scrollY(), 96);
+  EXPECT_EQ(session().documents.window()->scrollY(), 96);
   run("LineUp");
-  EXPECT_EQ(session().documents.view()->scrollY(), 0);
+  EXPECT_EQ(session().documents.window()->scrollY(), 0);
   run("WheelDown");
-  EXPECT_EQ(session().documents.view()->scrollY(), 180);
+  EXPECT_EQ(session().documents.window()->scrollY(), 180);
 }
 
 TEST_F(CommandsTest, SidewaysTurnThePageWhereNothingCanBeScrolled) {
@@ -130,7 +130,7 @@ TEST_F(CommandsTest, SidewaysTurnThePageWhereNothingCanBeScrolled) {
   run("ActualSize"); // a page of 400 points is wider than the window of 400 pixels
   run("Right");
   EXPECT_EQ(page(), 0);
-  EXPECT_EQ(session().documents.view()->scrollX(), 96);
+  EXPECT_EQ(session().documents.window()->scrollX(), 96);
 }
 
 TEST_F(CommandsTest, AnEscapeEndsTheSearchAndLeavesFields) {

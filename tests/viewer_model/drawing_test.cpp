@@ -123,14 +123,14 @@ TEST_F(DrawingTest, ThePageIsWaitedForUntilItIsRendered) {
 // Fitted to 302 pixels the page is 201.3 pixels wide, and 202 to 303: either way its image has 202 columns.
 TEST_F(DrawingTest, AnAwaitedPageIsAskedForAgainWhenOnlyItsResolutionChanges) {
   openPages({test::slowPage()});
-  session().moving.setFit(host::Fit::page);
+  session().moving.setFit(viewer::Fit::page);
   session().moving.setWindow(width, 302, 0);
   ASSERT_TRUE(session().screen.draw());
   const int columns = session().screen.shown().pageWidth;
   session().moving.setWindow(width, 303, 0);
-  ASSERT_EQ(session().documents.view()->pageWidth(), columns);
+  ASSERT_EQ(session().documents.window()->pageWidth(), columns);
   ASSERT_TRUE(draws());
-  EXPECT_EQ(drawing().dpi, session().documents.view()->dpi());
+  EXPECT_EQ(drawing().dpi, session().documents.window()->dpi());
 }
 
 TEST_F(DrawingTest, NothingIsWaitedForWhenTheDocumentIsClosed) {
@@ -199,8 +199,8 @@ TEST_F(DrawingTest, ALongPageIsDrawnAsLargeAsItCanBe) {
   const viewer::Shown &shown = session().screen.shown();
   const double pixels = 1.0 * shown.pageWidth * shown.pageHeight;
   EXPECT_LT(shown.pageWidth, 900) << "as wide as the window it would be too large";
-  EXPECT_LE(pixels, host::PageView::largestImage);
-  EXPECT_GT(pixels, 0.99 * host::PageView::largestImage);
+  EXPECT_LE(pixels, viewer::PageWindow::largestImage);
+  EXPECT_GT(pixels, 0.99 * viewer::PageWindow::largestImage);
   EXPECT_NEAR(1.0 * shown.pageHeight / shown.pageWidth, 14400.0 / 600, 0.05);
 }
 
@@ -251,7 +251,7 @@ TEST_F(DrawingTest, ADamagedPageIsZoomedAndFittedLikeOthers) {
   ASSERT_TRUE(draws());
   const int wide = session().screen.shown().pageWidth, high = session().screen.shown().pageHeight;
   EXPECT_EQ(wide, 500);
-  session().moving.setFit(host::Fit::page);
+  session().moving.setFit(viewer::Fit::page);
   ASSERT_TRUE(draws());
   const int fittedWide = session().screen.shown().pageWidth, fittedHigh = session().screen.shown().pageHeight;
   EXPECT_EQ(fittedHigh, 500);

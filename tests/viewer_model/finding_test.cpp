@@ -25,7 +25,7 @@ std::vector<test::PdfPage> lamps() {
 
 struct FindingTest : test::Sessions {
   void SetUp() override { openPages(lamps()); }
-  int y() { return session().documents.view()->scrollY(); }
+  int y() { return session().documents.window()->scrollY(); }
   bool finishes() {
     return until([&] { return !session().finding.searching(); });
   }
@@ -191,14 +191,14 @@ TEST_F(FindingTest, TheMatchIsMarkedWhereItIs) {
 }
 
 TEST_F(FindingTest, TheOtherMatchesOfThePageAreMarkedLighter) {
-  session().moving.setFit(host::Fit::page);
+  session().moving.setFit(viewer::Fit::page);
   find("lamp");
   EXPECT_GT(count(currentMatch), 0);
   EXPECT_GT(count(everyMatch), 0);
 }
 
 TEST_F(FindingTest, AStepMovesTheMark) {
-  session().moving.setFit(host::Fit::page);
+  session().moving.setFit(viewer::Fit::page);
   find("lamp");
   ASSERT_TRUE(draws());
   const std::vector<uint32_t> before = drawing().image.pixels;
@@ -220,9 +220,9 @@ TEST_F(FindingTest, ARotatedPageIsMarkedWhereTheTextIs) {
 TEST_F(FindingTest, AMatchThatIsNotVisibleIsScrolledToTheMiddle) {
   session().moving.setZoom(2); // 1067 by 1600 pixels
   find("lamp");
-  const double dpi = session().documents.view()->dpi(), middle = (600 - 550) * dpi / 72;
+  const double dpi = session().documents.window()->dpi(), middle = (600 - 550) * dpi / 72;
   next(); // at the bottom, 50 points above the lower edge
-  EXPECT_NEAR(y() + height / 2.0, session().documents.view()->pageHeight() - middle, 150);
+  EXPECT_NEAR(y() + height / 2.0, session().documents.window()->pageHeight() - middle, 150);
   EXPECT_GT(count(currentMatch), 0);
 }
 
@@ -230,14 +230,14 @@ TEST_F(FindingTest, AMatchInTheMiddleOfThePageIsScrolledToTheMiddleOfTheWindow) 
   openPages({test::pageWith("lamp", 200, 300)}, "middle.pdf");
   session().moving.setZoom(4);
   find("lamp");
-  const double scale = session().documents.view()->dpi() / 72;
-  EXPECT_NEAR(session().documents.view()->scrollX() + width / 2.0, 212 * scale, 2 * scale);
+  const double scale = session().documents.window()->dpi() / 72;
+  EXPECT_NEAR(session().documents.window()->scrollX() + width / 2.0, 212 * scale, 2 * scale);
   EXPECT_NEAR(y() + height / 2.0, 300 * scale, 8 * scale);
 }
 
 TEST_F(FindingTest, AVisibleMatchDoesNotScroll) {
   session().moving.goToPage(1);
-  session().documents.view()->scrollTo(0, 20);
+  session().documents.window()->scrollTo(0, 20);
   find("lamp");
   EXPECT_EQ(y(), 20);
 }

@@ -13,10 +13,10 @@ using testing::DoubleNear;
 struct MovingTest : test::Sessions {
   static constexpr int bottom = 300; ///< the furthest that a page scrolls
   void SetUp() override { openPages(test::numberedPages(3)); }
-  int y() { return session().documents.view()->scrollY(); }
+  int y() { return session().documents.window()->scrollY(); }
   void moveTo(int32_t page, int scrollY) {
     session().moving.goToPage(page);
-    session().documents.view()->scrollTo(0, scrollY);
+    session().documents.window()->scrollTo(0, scrollY);
   }
 };
 
@@ -85,10 +85,10 @@ TEST_F(MovingTest, ScrollingSidewaysTurnsNoPage) {
 
 TEST_F(MovingTest, TurningByScrollingKeepsTheColumn) {
   session().moving.setZoom(1.5);
-  session().documents.view()->scrollTo(100, 10'000);
+  session().documents.window()->scrollTo(100, 10'000);
   session().moving.scroll(0, 10);
   EXPECT_EQ(session().documents.page(), 1);
-  EXPECT_EQ(session().documents.view()->scrollX(), 100);
+  EXPECT_EQ(session().documents.window()->scrollX(), 100);
 }
 
 TEST_F(MovingTest, DraggingStaysOnThePage) {
@@ -133,9 +133,9 @@ TEST_F(MovingTest, EveryPositionIsRestored) {
 
 TEST_F(MovingTest, APositionOnAnotherPageKeepsTheColumn) {
   session().moving.setZoom(1.5);
-  session().documents.view()->scrollTo(100, 0);
+  session().documents.window()->scrollTo(100, 0);
   session().moving.setPosition(1.5);
-  EXPECT_EQ(session().documents.view()->scrollX(), 100);
+  EXPECT_EQ(session().documents.window()->scrollX(), 100);
 }
 
 TEST_F(MovingTest, PositionsBeyondTheEndsAreClamped) {
@@ -149,7 +149,7 @@ TEST_F(MovingTest, PositionsBeyondTheEndsAreClamped) {
 TEST_F(MovingTest, HalfOfThePageIsVisible) { EXPECT_THAT(session().moving.visibleShare(), DoubleNear(0.5, 1e-9)); }
 
 TEST_F(MovingTest, APageThatFitsIsCompletelyVisible) {
-  session().moving.setFit(host::Fit::page);
+  session().moving.setFit(viewer::Fit::page);
   EXPECT_EQ(session().moving.visibleShare(), 1);
 }
 
@@ -157,9 +157,9 @@ TEST_F(MovingTest, APageThatFitsIsCompletelyVisible) {
 
 TEST_F(MovingTest, AHundredPercentIsTheScreensResolution) {
   session().moving.setZoom(1);
-  EXPECT_EQ(session().documents.view()->dpi(), 96);
+  EXPECT_EQ(session().documents.window()->dpi(), 96);
   EXPECT_EQ(session().moving.zoom(), 1);
-  EXPECT_EQ(session().moving.fit(), host::Fit::none);
+  EXPECT_EQ(session().moving.fit(), viewer::Fit::none);
 }
 
 TEST_F(MovingTest, ZoomingStepsFromWhereItIs) {
@@ -182,8 +182,8 @@ TEST_F(MovingTest, ZoomingEndsWhereAnImageWouldBeTooLarge) {
     session().moving.zoomBy(1);
   const double largest = session().moving.zoom();
   EXPECT_GT(largest, 6);
-  EXPECT_LE(1.0 * session().documents.view()->pageWidth() * session().documents.view()->pageHeight(),
-            host::PageView::largestImage);
+  EXPECT_LE(1.0 * session().documents.window()->pageWidth() * session().documents.window()->pageHeight(),
+            viewer::PageWindow::largestImage);
   session().moving.zoomBy(-1);
   EXPECT_LT(session().moving.zoom(), largest);
 }
@@ -191,39 +191,39 @@ TEST_F(MovingTest, ZoomingEndsWhereAnImageWouldBeTooLarge) {
 TEST_F(MovingTest, ZoomingKeepsTheMiddle) {
   moveTo(0, 150); // the middle of the page is in the middle of the window
   session().moving.setZoom(1.5);
-  EXPECT_THAT(y() + height / 2.0, DoubleNear(session().documents.view()->pageHeight() / 2.0, 1));
+  EXPECT_THAT(y() + height / 2.0, DoubleNear(session().documents.window()->pageHeight() / 2.0, 1));
 }
 
 TEST_F(MovingTest, FitPageShowsAllOfIt) {
-  session().moving.setFit(host::Fit::page);
-  EXPECT_EQ(session().documents.view()->pageHeight(), height);
-  EXPECT_EQ(session().moving.fit(), host::Fit::page);
+  session().moving.setFit(viewer::Fit::page);
+  EXPECT_EQ(session().documents.window()->pageHeight(), height);
+  EXPECT_EQ(session().moving.fit(), viewer::Fit::page);
 }
 
 TEST_F(MovingTest, AFitIsKeptForDocumentsOpenedLater) {
-  session().moving.setFit(host::Fit::page);
+  session().moving.setFit(viewer::Fit::page);
   openPages(test::numberedPages(1), "later.pdf");
-  EXPECT_EQ(session().moving.fit(), host::Fit::page);
-  EXPECT_EQ(session().documents.view()->pageHeight(), height);
+  EXPECT_EQ(session().moving.fit(), viewer::Fit::page);
+  EXPECT_EQ(session().documents.window()->pageHeight(), height);
 }
 
 TEST_F(MovingTest, ZoomingEndsTheFitForDocumentsOpenedLater) {
   session().moving.setZoom(2);
   openPages(test::numberedPages(1), "later.pdf");
-  EXPECT_EQ(session().moving.fit(), host::Fit::none);
+  EXPECT_EQ(session().moving.fit(), viewer::Fit::none);
 }
 
 TEST_F(MovingTest, AFitFollowsTheWindow) {
   session().moving.setWindow(800, 600, 0);
-  EXPECT_EQ(session().documents.view()->pageWidth(), 800);
+  EXPECT_EQ(session().documents.window()->pageWidth(), 800);
 }
 
 TEST_F(MovingTest, AFitFollowsThePage) {
   openPages({{.width = 200, .height = 200}, {.width = 1000, .height = 200}}, "mixed.pdf");
-  EXPECT_EQ(session().documents.view()->pageWidth(), width);
+  EXPECT_EQ(session().documents.window()->pageWidth(), width);
   session().moving.turn(1);
-  EXPECT_EQ(session().documents.view()->pageWidth(), width);
-  EXPECT_EQ(session().documents.view()->pageHeight(), 80);
+  EXPECT_EQ(session().documents.window()->pageWidth(), width);
+  EXPECT_EQ(session().documents.window()->pageHeight(), 80);
 }
 
 TEST_F(MovingTest, ScrollingBackToALargerPageShowsItsBottom) {

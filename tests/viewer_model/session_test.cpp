@@ -257,7 +257,7 @@ TEST_F(SessionTest, ADocumentThatWasNotInFrontFitsTheCurrentWindow) {
   openPages(test::numberedPages(1), "b.pdf");
   session().moving.setWindow(200, 150, 5);
   session().documents.closeFront();
-  EXPECT_EQ(session().documents.view()->pageWidth(), 200);
+  EXPECT_EQ(session().documents.window()->pageWidth(), 200);
 }
 
 TEST_F(SessionTest, ADocumentBroughtToFrontFitsTheCurrentWindow) {
@@ -265,7 +265,7 @@ TEST_F(SessionTest, ADocumentBroughtToFrontFitsTheCurrentWindow) {
   openPages(test::numberedPages(1), "b.pdf");
   session().moving.setWindow(200, 150, 5);
   session().documents.bringToFront(0);
-  EXPECT_EQ(session().documents.view()->pageWidth(), 200);
+  EXPECT_EQ(session().documents.window()->pageWidth(), 200);
 }
 
 TEST_F(SessionTest, ClosingAllLeavesNone) {

@@ -52,10 +52,10 @@ void escape(const Model &model, Frontend &frontend) {
 
 // Scrolls sideways; turns the page if there is nothing to scroll.
 void sideways(const Model &model, const Frontend &frontend, int direction) {
-  const host::PageView *view = model.documents.view();
-  const int before = view->scrollX();
+  const PageWindow *window = model.documents.window();
+  const int before = window->scrollX();
   model.moving.drag(direction * frontend.pixels(line), 0);
-  if (view->scrollX() == before) model.moving.turn(direction);
+  if (window->scrollX() == before) model.moving.turn(direction);
 }
 
 using Text = const std::string &;
@@ -72,8 +72,8 @@ constexpr Command table[] = {
     {"ZoomIn", "Larger", nullptr, [](const Model &m, Frontend &, Text) { m.moving.zoomBy(1); }, hasDocument},
     {"ZoomOut", "Smaller", nullptr, [](const Model &m, Frontend &, Text) { m.moving.zoomBy(-1); }, hasDocument},
     {"ActualSize", "Actual Size", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setZoom(1); }, hasDocument},
-    {"FitWidth", "Fit Width", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setFit(host::Fit::width); }, hasDocument},
-    {"FitPage", "Fit Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setFit(host::Fit::page); }, hasDocument},
+    {"FitWidth", "Fit Width", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setFit(Fit::width); }, hasDocument},
+    {"FitPage", "Fit Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setFit(Fit::page); }, hasDocument},
     {"PreviousPage", "Previous Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.turn(-1); }, hasPageBefore},
     {"NextPage", "Next Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.turn(1); }, hasPageAfter},
     {"FirstPage", "First Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.goToPage(0); }, hasPageBefore},

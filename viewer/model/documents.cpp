@@ -81,9 +81,11 @@ void Documents::takeDocument(const Pending &pending, std::unique_ptr<host::PdfFi
   std::exception_ptr failure;
   try {
     order_.reserve(order_.size() + 1);
-    open_.push_back(
-        std::make_unique<OpenDocument>(OpenDocument{pending.number, nullptr, pending.target, pending.password}));
-    app_.open(host::Document::of(std::move(pdf)), pending.target.file, screenDpi, pending.target.parameters);
+    std::unique_ptr<host::Document> model = host::Document::of(std::move(pdf));
+    auto window = std::make_unique<PageWindow>(*model, screenDpi);
+    open_.push_back(std::make_unique<OpenDocument>(
+        OpenDocument{pending.number, nullptr, window.get(), pending.target, pending.password}));
+    app_.open(std::move(model), std::move(window), pending.target.file, pending.target.parameters);
   } catch (const std::exception &error) {
     const OpenDocument *last = find(pending.number);
     if (last == nullptr || last->document == nullptr) {
@@ -116,7 +118,7 @@ void Documents::replace(const OpenDocument &before) {
   *std::find(order_.begin(), order_.end(), before.document) = now;
   order_.pop_back();
   for (DocumentKeeper *keeper : keepers)
-    keeper->replaces(*before.document, *now);
+    keeper->replaces(before, *find(now));
   close(before);
 }
 
@@ -174,6 +176,11 @@ size_t Documents::frontIndex() const {
 void Documents::reportChanged(uint64_t number) {
   if (const OpenDocument *document = find(number))
     status_.report(host::nameInMessage(document->target.file) + ": has changed; Reload shows it as it is now");
+}
+
+PageWindow *Documents::window() const {
+  const OpenDocument *document = frontDocument();
+  return document == nullptr ? nullptr : document->window;
 }
 
 int32_t Documents::pageCount() const { return front() == nullptr ? 0 : front()->model->pageCount(); }

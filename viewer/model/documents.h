@@ -11,6 +11,7 @@
 
 #include "host/view/application.h"
 #include "viewer/model/changes.h"
+#include "viewer/model/pagewindow.h"
 #include "viewer/model/renderer.h"
 #include "viewer/model/statusline.h"
 #include "viewer/model/target.h"
@@ -29,6 +30,7 @@ public:
 struct OpenDocument {
   uint64_t number = 0;
   host::ViewerDocument *document = nullptr;
+  PageWindow *window = nullptr; ///< of the document's view, which owns it
   Target target;
   std::string password;
 };
@@ -41,7 +43,7 @@ public:
   /// document is not opened.
   virtual void opens(const OpenDocument & /*document*/) {}
   /// A document opened for the second time takes the place of its first.
-  virtual void replaces(const host::ViewerDocument & /*before*/, host::ViewerDocument & /*now*/) {}
+  virtual void replaces(const OpenDocument & /*before*/, const OpenDocument & /*now*/) {}
   /// A document is about to be closed. Called before the plug-ins are notified of it.
   virtual void closes(const OpenDocument & /*document*/) {}
   /// Another document is in front, or none.
@@ -78,6 +80,7 @@ public:
   size_t frontIndex() const;
   host::ViewerDocument *front() const { return app_.front(); }
   host::PageView *view() const { return front() == nullptr ? nullptr : front()->view.get(); }
+  PageWindow *window() const;
   /// Null for a document that is not open, or no longer.
   const OpenDocument *find(const host::ViewerDocument *document) const;
   const OpenDocument *find(uint64_t number) const;

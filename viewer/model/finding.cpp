@@ -107,7 +107,7 @@ void Finding::closes(const OpenDocument &document) {
 void Finding::show(std::string line) {
   moving_.goToPage(found_->page);
   status_.set(std::move(line));
-  host::PageView &shown = *documents_.view();
+  PageWindow &shown = *documents_.window();
   const double scale = shown.dpi() / 72, height = documents_.front()->model->pageSize(found_->page).height;
   host::Box all{1e9, -1e9, -1e9, 1e9};
   for (const host::Box &box : found_->found[found_->current].boxes)
@@ -120,7 +120,7 @@ void Finding::show(std::string line) {
   if (!visible)
     shown.scrollTo(static_cast<int>((left + right - moving_.windowWidth()) / 2),
                    static_cast<int>((top + bottom - moving_.windowHeight()) / 2));
-  shown.invalidate();
+  documents_.view()->invalidate();
 }
 
 void Finding::paint(host::Drawing &drawing) const {

@@ -13,45 +13,45 @@ constexpr double zoomSteps[] = {0.1, 0.25, 0.33, 0.5, 0.67, 0.75, 0.9, 1, 1.1, 1
 
 } // namespace
 
-void Moving::fitToWindow(host::PageView &view) const {
-  view.setMargin(margin_);
-  if (windowWidth_ > 0) view.setWindow(windowWidth_, windowHeight_);
+void Moving::fitToWindow(PageWindow &shown) const {
+  shown.setMargin(margin_);
+  if (windowWidth_ > 0) shown.setWindow(windowWidth_, windowHeight_);
 }
 
 void Moving::opens(const OpenDocument &document) {
-  fitToWindow(*document.document->view);
-  document.document->view->setFit(fit_);
+  fitToWindow(*document.window);
+  document.window->setFit(fit_);
 }
 
-void Moving::replaces(const host::ViewerDocument &before, host::ViewerDocument &now) {
-  const host::PageView &old = *before.view;
-  host::PageView &view = *now.view;
-  if (old.fit() == host::Fit::none)
-    view.setDpi(old.dpi());
+void Moving::replaces(const OpenDocument &before, const OpenDocument &now) {
+  const PageWindow &old = *before.window;
+  PageWindow &window = *now.window;
+  if (old.fit() == Fit::none)
+    window.setDpi(old.dpi());
   else
-    view.setFit(old.fit());
+    window.setFit(old.fit());
   goToPage(old.page());
-  view.scrollTo(old.scrollX(), old.scrollY());
+  window.scrollTo(old.scrollX(), old.scrollY());
 }
 
 void Moving::frontChanged() {
-  if (view() == nullptr) return;
-  fitToWindow(*view());
-  view()->invalidate();
+  if (window() == nullptr) return;
+  fitToWindow(*window());
+  documents_.view()->invalidate();
 }
 
 void Moving::setWindow(int width, int height, int margin) {
   windowWidth_ = width;
   windowHeight_ = height;
   margin_ = margin;
-  if (view() != nullptr) fitToWindow(*view());
+  if (window() != nullptr) fitToWindow(*window());
   changes_.note(allParts);
 }
 
 void Moving::goToPage(int32_t page) {
-  if (view() == nullptr) return;
+  if (window() == nullptr) return;
   try {
-    view()->showPage(std::clamp(page, 0, documents_.pageCount() - 1));
+    window()->showPage(std::clamp(page, 0, documents_.pageCount() - 1));
     if (!status_.message().empty()) status_.set("");
   } catch (const host::HostError &error) {
     status_.report(error.what());
@@ -62,11 +62,11 @@ void Moving::goToPage(int32_t page) {
 void Moving::turn(int32_t pages) { goToPage(documents_.page() + pages); }
 
 void Moving::drag(int dx, int dy) {
-  if (host::PageView *moved = view()) moved->scrollTo(moved->scrollX() + dx, moved->scrollY() + dy);
+  if (PageWindow *moved = window()) moved->scrollTo(moved->scrollX() + dx, moved->scrollY() + dy);
 }
 
 void Moving::scroll(int dx, int dy) {
-  host::PageView *moved = view();
+  PageWindow *moved = window();
   if (moved == nullptr) return;
   const int before = moved->scrollY();
   drag(dx, dy);
@@ -84,29 +84,29 @@ void Moving::scrollWindow(int direction) {
 }
 
 double Moving::position() const {
-  return view() == nullptr
+  return window() == nullptr
              ? 0
-             : documents_.page() + std::min(0.999, 1.0 * view()->scrollY() / std::max(1, view()->pageHeight()));
+             : documents_.page() + std::min(0.999, 1.0 * window()->scrollY() / std::max(1, window()->pageHeight()));
 }
 
 void Moving::setPosition(double position) {
-  if (view() == nullptr) return;
+  if (window() == nullptr) return;
   const double clamped = std::clamp(position, 0.0, documents_.pageCount() - 1e-3);
-  const int x = view()->scrollX();
+  const int x = window()->scrollX();
   goToPage(static_cast<int32_t>(clamped));
-  view()->scrollTo(x, static_cast<int>(std::lround((clamped - std::floor(clamped)) * view()->pageHeight())));
+  window()->scrollTo(x, static_cast<int>(std::lround((clamped - std::floor(clamped)) * window()->pageHeight())));
 }
 
 double Moving::visibleShare() const {
-  return view() == nullptr || windowHeight_ == 0 ? 1 : std::min(1.0, 1.0 * windowHeight_ / view()->pageHeight());
+  return window() == nullptr || windowHeight_ == 0 ? 1 : std::min(1.0, 1.0 * windowHeight_ / window()->pageHeight());
 }
 
-double Moving::zoom() const { return view() == nullptr ? 1 : view()->dpi() / documents_.screenDpi; }
+double Moving::zoom() const { return window() == nullptr ? 1 : window()->dpi() / documents_.screenDpi; }
 
 void Moving::setZoom(double zoom) {
-  if (view() == nullptr) return;
-  view()->setDpi(zoom * documents_.screenDpi);
-  fit_ = host::Fit::none;
+  if (window() == nullptr) return;
+  window()->setDpi(zoom * documents_.screenDpi);
+  fit_ = Fit::none;
   changes_.note(allParts);
 }
 
@@ -124,9 +124,9 @@ void Moving::zoomBy(int steps) {
   }
 }
 
-void Moving::setFit(host::Fit fit) {
+void Moving::setFit(Fit fit) {
   fit_ = fit;
-  if (view() != nullptr) view()->setFit(fit);
+  if (window() != nullptr) window()->setFit(fit);
   changes_.note(allParts);
 }
 

@@ -37,21 +37,21 @@ public:
   double zoom() const; ///< 1 is 100 %
   void zoomBy(int steps);
   void setZoom(double zoom);
-  host::Fit fit() const { return view() == nullptr ? fit_ : view()->fit(); }
-  void setFit(host::Fit fit);
+  Fit fit() const { return window() == nullptr ? fit_ : window()->fit(); }
+  void setFit(Fit fit);
 
   void opens(const OpenDocument &document) override;
-  void replaces(const host::ViewerDocument &before, host::ViewerDocument &now) override;
+  void replaces(const OpenDocument &before, const OpenDocument &now) override;
   void frontChanged() override;
 
 private:
-  host::PageView *view() const { return documents_.view(); }
-  void fitToWindow(host::PageView &view) const;
+  PageWindow *window() const { return documents_.window(); }
+  void fitToWindow(PageWindow &shown) const;
 
   const Documents &documents_;
   StatusLine &status_;
   Changes &changes_;
-  host::Fit fit_ = host::Fit::width; ///< of the next document
+  Fit fit_ = Fit::width; ///< of the next document
   int windowWidth_ = 0, windowHeight_ = 0, margin_ = 0;
 };
 

@@ -19,7 +19,7 @@ Screen::~Screen() { app_.listener = {}; }
 
 // The resolution is compared, too: the same width in pixels does not imply the same image.
 bool Screen::outlineIsShown() const {
-  host::PageView &awaited = *documents_.view();
+  const PageWindow &awaited = *documents_.window();
   if (!waitingSince_ || shown_.page != awaited.page() || shown_.dpi != awaited.dpi() ||
       shown_.scrollX != awaited.scrollX() || shown_.scrollY != awaited.scrollY())
     return false;
@@ -34,11 +34,11 @@ bool Screen::needsDrawing() const {
 
 bool Screen::draw() {
   if (!needsDrawing()) return false;
-  if (host::PageView *drawn = documents_.view()) {
+  if (host::PageView *view = documents_.view()) {
     try {
-      drawPage(*drawn);
+      drawPage(*documents_.window());
     } catch (const std::exception &) {
-      drawn->invalidate(); // so that it is drawn again
+      view->invalidate(); // so that it is drawn again
       throw;
     }
   } else {
@@ -48,7 +48,7 @@ bool Screen::draw() {
   return true;
 }
 
-void Screen::drawPage(host::PageView &drawn) {
+void Screen::drawPage(PageWindow &drawn) {
   // A plug-in may turn the page and scroll during the drawing; the image shows the state from before.
   Shown shows{
       {}, true, drawn.page(), drawn.dpi(), drawn.pageWidth(), drawn.pageHeight(), drawn.scrollX(), drawn.scrollY()};

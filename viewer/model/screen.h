@@ -51,7 +51,7 @@ public:
   void frontChanged() override { waitingSince_.reset(); }
 
 private:
-  void drawPage(host::PageView &drawn);
+  void drawPage(PageWindow &drawn);
   void reportOffPage(const host::Drawing &drawing);
   bool outlineIsShown() const;
 

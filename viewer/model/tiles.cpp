@@ -29,7 +29,7 @@ void Tiles::request(bool neighbours) {
   for (const int32_t page : {front, front + 1, front - 1}) {
     if (page < 0 || page >= documents_.pageCount() || (page != front && !neighbours)) continue;
     try {
-      const PageKey key{document->number, page, documents_.view()->dpiOf(page)};
+      const PageKey key{document->number, page, documents_.window()->dpiOf(page)};
       const host::PageSize size = document->document->model->pageSize(page);
       bytes += static_cast<size_t>(size.width * size.height * key.dpi * key.dpi / (72 * 72)) * sizeof(uint32_t);
       if (bytes > cache_.bound() && page != front) break;

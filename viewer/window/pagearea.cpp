@@ -247,7 +247,7 @@ void PageArea::scrolled(bool vertical, int value) {
   if (vertical)
     model.moving.setPosition(1.0 * value / unitsAPage(model.documents.pageCount()));
   else
-    model.moving.drag(value - model.documents.view()->scrollX(), 0);
+    model.moving.drag(value - model.documents.window()->scrollX(), 0);
   model.changes.note(allParts);
 }
 

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "FakeDocument.h"
+#include "FakeViewport.h"
 #include "host/kernel/TestPlugin.h"
 #include "host/view/application.h"
 #include "tavrel/Kernel.h"
@@ -21,7 +22,9 @@ struct Viewer : testing::Test {
   Viewer() {
     auto fake = std::make_unique<FakeDocument>(pageCount);
     model = fake.get();
-    document = &app.open(std::move(fake), "test.pdf", dpi);
+    auto viewport = std::make_unique<FakeViewport>(*fake, dpi);
+    window = viewport.get();
+    document = &app.open(std::move(fake), std::move(viewport), "test.pdf");
     doc = app.documents().handle(document);
     view = app.views().handle(document->view.get());
     bar = TavrelView::GetToolBar();
@@ -31,6 +34,7 @@ struct Viewer : testing::Test {
   TestPlugin testPlugin{runtime};
   host::Application app{runtime};
   FakeDocument *model = nullptr;
+  FakeViewport *window = nullptr;
   host::ViewerDocument *document = nullptr;
   tavrel::Doc doc = nullptr;
   tavrel::PageView view = nullptr;

@@ -65,7 +65,7 @@ TEST_F(Drawing, AnotherPageOrScaleIsRenderedAnew) {
   app.draw(*document);
   document->view->showPage(1);
   app.draw(*document);
-  document->view->setDpi(144);
+  window->setDpi(144);
   EXPECT_EQ(app.draw(*document)->image.width, 200);
   EXPECT_EQ(model->renders, 3);
 }

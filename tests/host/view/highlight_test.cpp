@@ -156,7 +156,7 @@ TEST_F(Highlights, OfASelectionThatIsPaintedInTheSameDrawingAreNotBlendedTwice) 
 }
 
 TEST_F(Highlights, LieWhereTheirSelectionIsInAScrolledWindow) {
-  document->view->setWindow(50, 50);
+  window->setWindow(50, 50);
   TavrelView::PageViewScrollToPoint(view, 5, 5);
   draw();
   highlight(here);

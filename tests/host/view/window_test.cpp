@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// A page view as a window shows it: how large a page is, which part of it is drawn, and where its pages come from.
+// A page view as a window shows it: which part of the page is drawn, and where its pages come from.
 #include <gmock/gmock.h>
 
 #include <numeric>
@@ -9,7 +9,6 @@
 
 namespace {
 
-using host::Fit;
 using testing::ElementsAre;
 
 struct Window : test::Viewer {
@@ -17,66 +16,9 @@ struct Window : test::Viewer {
   tavrel::TextSelection corner() const { return model->select(0, {{40, 170, 70, 140}}); } // 40,30 to 70,60 in pixels
 };
 
-TEST_F(Window, IsFilledInWidth) {
-  shown().setFit(Fit::width);
-  shown().setWindow(250, 100);
-  EXPECT_EQ(shown().pageWidth(), 250);
-  EXPECT_EQ(shown().pageHeight(), 500);
-}
-
-TEST_F(Window, IsFilledAsFarAsTheCompletePageAllows) {
-  shown().setWindow(250, 100);
-  shown().setFit(Fit::page);
-  EXPECT_EQ(shown().pageHeight(), 100);
-  EXPECT_EQ(shown().pageWidth(), 50);
-}
-
-TEST_F(Window, ThatChangesItsSizeIsFilledAgain) {
-  shown().setFit(Fit::width);
-  shown().setWindow(250, 100);
-  shown().setWindow(300, 100);
-  EXPECT_EQ(shown().pageWidth(), 300);
-}
-
-TEST_F(Window, AnotherScaleEndsTheFitting) {
-  shown().setFit(Fit::width);
-  shown().setWindow(250, 100);
-  shown().setDpi(72);
-  shown().setWindow(300, 100);
-  EXPECT_EQ(shown().pageWidth(), 100);
-}
-
-TEST_F(Window, NoLongerFittedThePageKeepsItsScale) {
-  shown().setWindow(250, 100);
-  shown().setFit(Fit::width);
-  shown().setFit(Fit::none);
-  shown().setWindow(300, 100);
-  EXPECT_EQ(shown().pageWidth(), 250);
-}
-
-TEST_F(Window, ShowsNoPageLargerThanAnImageMayBe) {
-  shown().setWindow(250, 100);
-  shown().setDpi(1e6);
-  const double pixels = 1.0 * shown().pageWidth() * shown().pageHeight();
-  EXPECT_LE(pixels, host::PageView::largestImage);
-  EXPECT_GT(pixels, 0.95 * host::PageView::largestImage);
-}
-
 // The page of 100 x 200 points is as wide as a window of so many pixels.
-TEST_F(Window, ShowsNoPageBelowEightDotsPerInch) {
-  const struct {
-    int width;
-    double dpi;
-  } rows[] = {{1, 8}, {11, 8}, {12, 8.64}, {100, 72}};
-  shown().setFit(Fit::width);
-  for (const auto &row : rows) {
-    shown().setWindow(row.width, 10);
-    EXPECT_DOUBLE_EQ(shown().dpi(), row.dpi) << row.width;
-  }
-}
-
 TEST_F(Window, OfOnePixelShowsOnePixel) {
-  shown().setWindow(1, 1);
+  window->setWindow(1, 1);
   EXPECT_EQ(shown().visible().right, 1);
   EXPECT_EQ(shown().visible().bottom, 1);
   const auto drawing = app.draw(*document);
@@ -86,88 +28,10 @@ TEST_F(Window, OfOnePixelShowsOnePixel) {
 
 // A square of 64 points has the largest image at 4096 pixels a side, a strip at the longest side: 20000 pixels. A pixel
 // less is allowed, for rounding.
-TEST_F(Window, TheLargestResolutionIsAPixelBelowTheLargestImageOrSide) {
-  test::FakeDocument square(1, {64, 64}), strip(1, {10, 1000}), lying(1, {1000, 10});
-  EXPECT_DOUBLE_EQ(host::PageView(square, dpi).largestDpi(0), 4095.0 / 64 * 72);
-  EXPECT_DOUBLE_EQ(host::PageView(strip, dpi).largestDpi(0), 19999.0 / 1000 * 72);
-  EXPECT_DOUBLE_EQ(host::PageView(lying, dpi).largestDpi(0), 19999.0 / 1000 * 72);
-}
-
-// Its pages are of different widths.
-struct WidePages : test::FakeDocument {
-  WidePages() : FakeDocument(3) {}
-  host::PageSize pageSize(int32_t page) override { return {100.0 * (page + 1), 200}; }
-};
-
-TEST_F(Window, IsFilledByThePageThatIsShownNext) {
-  WidePages pages;
-  host::PageView other(pages, dpi);
-  other.setFit(Fit::width);
-  other.setWindow(100, 100);
-  other.showPage(1);
-  EXPECT_DOUBLE_EQ(other.dpi(), 36);
-  EXPECT_DOUBLE_EQ(other.dpiOf(2), 24) << "which is not shown";
-}
-
 // A window of 50 pixels on a page of 100 x 200 that doubles.
-TEST_F(Window, AnotherScaleKeepsTheMiddleUnlessTheViewWasNeverDrawnAndScrolled) {
-  const struct {
-    bool drawn;
-    int before, after;
-  } rows[] = {{false, 0, 0}, {false, 1, 27}, {false, 20, 65}, {true, 0, 25}, {true, 1, 27}, {true, 20, 65}};
-  for (const auto &row : rows) {
-    test::FakeDocument page(1);
-    host::PageView other(page, dpi);
-    other.setWindow(50, 50);
-    other.scrollTo(row.before, row.before);
-    if (row.drawn) other.draw([] {});
-    other.setDpi(2 * dpi);
-    EXPECT_EQ(other.scrollX(), row.after) << row.drawn << " " << row.before;
-    EXPECT_EQ(other.scrollY(), row.after) << row.drawn << " " << row.before;
-  }
-}
-
-TEST_F(Window, UntilTheFirstDrawingAViewThatIsNotScrolledStaysAtTheUpperLeft) {
-  shown().setWindow(50, 50);
-  shown().scrollTo(0, 1);
-  shown().setWindow(40, 40);
-  EXPECT_EQ(shown().scrollX(), 0);
-  EXPECT_EQ(shown().scrollY(), 6);
-}
-
-TEST_F(Window, OfAnotherSizeRequestsADrawing) {
-  const struct {
-    int width, height;
-    bool invalid;
-  } rows[] = {{50, 40, true}, {50, 40, false}, {51, 40, true}, {51, 41, true}, {51, 41, false}};
-  app.draw(*document);
-  for (const auto &row : rows) {
-    shown().setWindow(row.width, row.height);
-    EXPECT_EQ(shown().invalid(), row.invalid) << row.width << " x " << row.height;
-    EXPECT_EQ(app.draw(*document)->image.height, row.height);
-  }
-}
-
-TEST_F(Window, UntilTheFirstDrawingTheMiddleStaysWhereItIs) {
-  shown().setWindow(50, 50);
-  shown().scrollTo(20, 60);
-  shown().setWindow(30, 30);
-  EXPECT_EQ(shown().scrollX(), 30);
-  EXPECT_EQ(shown().scrollY(), 70);
-}
-
-TEST_F(Window, AfterTheFirstDrawingTheUpperLeftStaysWhereItIs) {
-  shown().setWindow(50, 50);
-  shown().scrollTo(20, 60);
-  app.draw(*document);
-  shown().setWindow(30, 30);
-  EXPECT_EQ(shown().scrollX(), 20);
-  EXPECT_EQ(shown().scrollY(), 60);
-}
-
 TEST_F(Window, OnlyTheVisiblePartIsDrawn) {
-  shown().setWindow(50, 40);
-  shown().scrollTo(20, 60);
+  window->setWindow(50, 40);
+  window->scrollTo(20, 60);
   const auto drawing = app.draw(*document);
   ASSERT_TRUE(drawing);
   EXPECT_EQ(drawing->x, 20);
@@ -181,20 +45,19 @@ TEST_F(Window, ThePartDrawnIsThatOfThePage) {
   host::Image page{100, 200, std::vector<uint32_t>(20000)};
   std::iota(page.pixels.begin(), page.pixels.end(), 0U);
   shown().setSource([&](int32_t, double) { return &page; });
-  shown().setWindow(3, 2);
-  shown().scrollTo(20, 60);
+  window->setWindow(3, 2);
+  window->scrollTo(20, 60);
   EXPECT_THAT(app.draw(*document)->image.pixels, ElementsAre(6020, 6021, 6022, 6120, 6121, 6122));
 }
 
 TEST_F(Window, ThePartDrawnTakesNoMoreMemoryThanItsPixels) {
-  shown().setWindow(50, 40);
+  window->setWindow(50, 40);
   EXPECT_EQ(app.draw(*document)->image.pixels.capacity(), 2000U);
 }
 
 TEST_F(Window, TheMarginIsDrawnAsFarAsThePageReaches) {
-  shown().setMargin(10);
-  shown().setWindow(50, 40);
-  shown().scrollTo(5, 60);
+  window->setWindow(50, 40, 10);
+  window->scrollTo(5, 60);
   const auto drawing = app.draw(*document);
   ASSERT_TRUE(drawing);
   EXPECT_EQ(drawing->x, 0);
@@ -210,8 +73,8 @@ void paint(tavrel::PageView view, void *) { TavrelView::PageViewPaintSelection(v
 TEST_F(Window, MarksLieWhereThePageHasThem) {
   s_painted = corner();
   TavrelView::RegisterPageDrawProc(testPlugin.callback(paint), nullptr);
-  shown().setWindow(50, 50);
-  shown().scrollTo(20, 40); // shows half of the mark's height
+  window->setWindow(50, 50);
+  window->scrollTo(20, 40); // shows half of the mark's height
   const auto drawing = app.draw(*document);
   ASSERT_TRUE(drawing);
   EXPECT_EQ(drawing->image.row(0)[20], 0xFF000000U);
@@ -233,10 +96,7 @@ TEST_F(Window, APageThatIsNotThereYetIsDrawnLater) {
 
 TEST_F(Window, IsPreparedBeforeThePluginsAreNotifiedOfADocument) {
   int width = 0;
-  app.prepare = [&](host::ViewerDocument &opened) {
-    opened.view->setWindow(30, 40);
-    width = opened.view->pageWidth();
-  };
+  app.prepare = [&](host::ViewerDocument &opened) { width = opened.view->visible().right; };
   const host::ViewerDocument &opened = app.open(std::make_unique<test::FakeDocument>(1), "other.pdf", dpi, "page=1");
   EXPECT_EQ(width, 100);
   EXPECT_EQ(opened.parameters, "page=1");

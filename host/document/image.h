@@ -12,6 +12,11 @@ namespace host {
 /// Of an image, in pixels; a square of that side takes 1.6 GB.
 inline constexpr double longestSide = 20'000;
 
+/// The pixels from left to right and from top to bottom; right and bottom are exclusive.
+struct PixelBox {
+  int left, top, right, bottom;
+};
+
 struct Image {
   int width = 0, height = 0;
   std::vector<uint32_t> pixels;

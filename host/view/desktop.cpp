@@ -1,20 +1,17 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Texts and images from the X resource database, and the top-level widget of a program without a window. The only
-// source of the host that uses X.
+// Texts and images from the X resource database.
 #include "host/view/desktop.h"
 
 #include <X11/Intrinsic.h>
 #include <X11/IntrinsicP.h>
 #include <X11/Shell.h>
 #include <X11/ShellP.h>
-#include <X11/StringDefs.h>
 #include <X11/Xlib.h>
 #include <X11/Xresource.h>
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <map>
 #include <optional>
 #include <set>
@@ -60,21 +57,6 @@ std::optional<std::string> lookUp(XrmDatabase database, const std::string &class
   XrmValue value{};
   if (XrmQGetResource(database, names, classes, &type, &value) == 0 || value.addr == nullptr) return std::nullopt;
   return std::string(static_cast<const char *>(value.addr));
-}
-
-int reportError(::Display *display, XErrorEvent *event) {
-  char text[128] = "";
-  XGetErrorText(display, event->error_code, text, sizeof text);
-  std::fprintf(stderr, "tavrel: the display refused request %d: %s\n", event->request_code, text);
-  return 0;
-}
-
-int reportLoss(::Display *display) {
-  std::fprintf(stderr, "tavrel: lost the connection to display %s\n", DisplayString(display));
-  std::fflush(stdout); // what was written before
-  // Not exit(): it would destroy what threads still use. Handlers of quick_exit remove unfinished files and end a
-  // private display.
-  std::quick_exit(EXIT_FAILURE);
 }
 
 } // namespace
@@ -187,30 +169,6 @@ tavrel::Bitmap WindowSystem::bitmap(tavrel::Widget widget, const char *name, con
   }
   if (bitmap != 0) state_->bitmaps.emplace(key, bitmap);
   return bitmap;
-}
-
-void reportWindowErrors() {
-  XSetErrorHandler(reportError);
-  XSetIOErrorHandler(reportLoss);
-}
-
-TopLevel::TopLevel() {
-  reportWindowErrors();
-  ::Display *display = XOpenDisplay(nullptr);
-  if (display == nullptr)
-    throw HostError(tavrel::errGeneric, std::string("display ") + XDisplayName(nullptr) + ": cannot be opened");
-  XtToolkitInitialize();
-  int argc = 0;
-  XtDisplayInitialize(XtCreateApplicationContext(), display, "tavrel", "Tavrel", nullptr, 0, &argc, nullptr);
-  // The shell needs no size as long as it is not realised.
-  Arg values[] = {{const_cast<char *>(XtNmappedWhenManaged), False}};
-  widget_ = XtAppCreateShell("tavrel", "Tavrel", applicationShellWidgetClass, display, values, XtNumber(values));
-}
-
-TopLevel::~TopLevel() {
-  XtAppContext context = XtWidgetToApplicationContext(widget_);
-  XtDestroyWidget(widget_);             // the context does not destroy it
-  XtDestroyApplicationContext(context); // closes the display
 }
 
 } // namespace host

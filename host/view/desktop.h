@@ -34,21 +34,4 @@ private:
   std::unique_ptr<State> state_;
 };
 
-/// A top-level widget of its own application context, neither realised nor mapped. Throws HostError when the display
-/// cannot be opened. From then on errors of the X server are reported on standard error.
-class TopLevel {
-public:
-  TopLevel();
-  ~TopLevel();
-  TopLevel(const TopLevel &) = delete;
-  TopLevel &operator=(const TopLevel &) = delete;
-  tavrel::Widget widget() const { return widget_; }
-
-private:
-  tavrel::Widget widget_;
-};
-
-/// Has errors of the X server reported as lines on standard error; a lost connection ends the program.
-void reportWindowErrors();
-
 } // namespace host

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "host/document/image.h"
-#include "host/view/blend.h"
 
 namespace host {
 

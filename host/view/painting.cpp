@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "host/kernel/geometry.h"
+#include "host/view/blender.h"
 
 namespace host {
 namespace {

@@ -7,7 +7,7 @@
 #include <span>
 
 #include "host/document/document.h"
-#include "host/view/blend.h"
+#include "host/view/color.h"
 
 namespace host {
 

@@ -7,7 +7,6 @@
 #include <functional>
 
 #include "host/document/document.h"
-#include "host/view/blend.h"
 
 namespace host {
 

@@ -15,7 +15,7 @@
 #include <langinfo.h>
 
 #include "host/kernel/error.h"
-#include "host/view/desktop.h"
+#include "host/view/toplevel.h"
 #include "viewer/window/colors.h"
 
 namespace viewer {

@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <ostream>
 
-#include "host/view/blend.h"
+#include "host/view/color.h"
 
 namespace host {
 
@@ -22,14 +22,6 @@ inline void PrintTo(const Rgb &color, std::ostream *out) {
 
 inline constexpr Rgb white{255, 255, 255}, black{0, 0, 0}, red{255, 0, 0}, yellow{255, 255, 0}, green{0, 255, 0},
     blue{0, 0, 255};
-
-inline uint32_t pixelOf(const Rgb &color) {
-  return 0xFF000000U | uint32_t{color.red} << 16U | uint32_t{color.green} << 8U | color.blue;
-}
-
-inline Rgb colorOf(uint32_t pixel) {
-  return {static_cast<uint8_t>(pixel >> 16U), static_cast<uint8_t>(pixel >> 8U), static_cast<uint8_t>(pixel)};
-}
 
 inline Rgb between(const Rgb &a, const Rgb &b, double share) {
   const auto component = [share](uint8_t from, uint8_t to) {

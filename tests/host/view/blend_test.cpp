@@ -71,7 +71,7 @@ TEST_P(OnPlainBackground, ReadableTextStaysReadableAndTheMarkIsVisible) {
     for (const Rgb &text : palette()) {
       if (contrastOf(background, text) < readable) continue;
       const Image image = marked(wordOn(plain(background), {text}), GetParam());
-      const Rgb now = colorOf(image.row(middle)[0]), textNow = colorOf(image.row(middle)[stroke]);
+      const Rgb now = rgbOf(image.row(middle)[0]), textNow = rgbOf(image.row(middle)[stroke]);
       EXPECT_GE(contrastOf(now, textNow), readable)
           << testing::PrintToString(text) << " on " << testing::PrintToString(background);
       EXPECT_GE(change(background, now), 24)
@@ -84,8 +84,8 @@ TEST_P(OnPlainBackground, EdgesStayBetweenTextAndBackground) {
     for (const Rgb &text : {black, white}) {
       if (contrastOf(background, text) < readable) continue;
       const Image image = marked(wordOn(plain(background), {text}), GetParam());
-      const Rgb now = colorOf(image.row(middle)[0]), edge = colorOf(image.row(middle)[stroke - 1]),
-                textNow = colorOf(image.row(middle)[stroke]);
+      const Rgb now = rgbOf(image.row(middle)[0]), edge = rgbOf(image.row(middle)[stroke - 1]),
+                textNow = rgbOf(image.row(middle)[stroke]);
       EXPECT_LE(change(edge, between(now, textNow, 0.5)), 2)
           << testing::PrintToString(text) << " on " << testing::PrintToString(background);
     }
@@ -95,8 +95,8 @@ TEST_P(OnPlainBackground, TextOfTwoColoursStaysReadable) {
   for (const std::vector<Rgb> &texts : {std::vector<Rgb>{black, red}, {black, blue}, {black, {0, 128, 0}}})
     for (size_t i = 0; i < texts.size(); ++i) {
       const Image image = marked(wordOn(plain(white), texts), GetParam());
-      const Rgb now = colorOf(image.row(middle)[0]);
-      EXPECT_GE(contrastOf(now, colorOf(image.row(middle)[static_cast<int>(i) * period + stroke])), readable)
+      const Rgb now = rgbOf(image.row(middle)[0]);
+      EXPECT_GE(contrastOf(now, rgbOf(image.row(middle)[static_cast<int>(i) * period + stroke])), readable)
           << testing::PrintToString(texts[i]);
     }
 }
@@ -135,7 +135,7 @@ TEST(OnPaper, ThinBlackTextIsMultipliedLikeAnyOther) {
 
 TEST(OnPaper, AColourTooDarkForBlackTextIsLightened) {
   const Image image = marked(wordOn(plain(white), {black}), blue);
-  const Rgb now = colorOf(image.row(middle)[0]);
+  const Rgb now = rgbOf(image.row(middle)[0]);
   EXPECT_EQ(now.blue, 255);
   EXPECT_EQ(now.red, now.green);
   EXPECT_GT(now.red, 0);
@@ -144,7 +144,7 @@ TEST(OnPaper, AColourTooDarkForBlackTextIsLightened) {
 
 TEST(OnPaper, TextInTheMarksColourStaysReadable) {
   const Image image = marked(wordOn(plain(white), {red}), red);
-  EXPECT_GE(contrastOf(colorOf(image.row(middle)[0]), colorOf(image.row(middle)[stroke])), readable);
+  EXPECT_GE(contrastOf(rgbOf(image.row(middle)[0]), rgbOf(image.row(middle)[stroke])), readable);
 }
 
 // ---- dark backgrounds ----
@@ -161,7 +161,7 @@ TEST(OnBlack, WhereNothingIsWrittenTheMarkIsVisible) {
 
 TEST(OnABarOfTheMarksColour, TheBarGetsDarkerAndTheTextStays) {
   const Image image = marked(wordOn(plain(red), {white}), red);
-  const Rgb now = colorOf(image.row(middle)[0]);
+  const Rgb now = rgbOf(image.row(middle)[0]);
   EXPECT_LT(now.red, 255 - 24);
   EXPECT_EQ(now.green, 0);
   EXPECT_EQ(image.row(middle)[stroke], pixelOf(white));
@@ -206,10 +206,10 @@ TEST_P(OnPicture, ReadableTextStaysReadableAndMostOfTheMarkIsVisible) {
     for (int y = 3; y < height - 3; ++y)
       for (int x = stroke; x < width; x += period) {
         const int beside = x - 2;
-        visible += change(colorOf(before.row(y)[beside]), colorOf(after.row(y)[beside])) >= 24 ? 1 : 0;
+        visible += change(rgbOf(before.row(y)[beside]), rgbOf(after.row(y)[beside])) >= 24 ? 1 : 0;
         ++compared;
-        if (contrastOf(colorOf(before.row(y)[beside]), colorOf(before.row(y)[x])) < readable) continue;
-        if (contrastOf(colorOf(after.row(y)[beside]), colorOf(after.row(y)[x])) < readable) ++lost;
+        if (contrastOf(rgbOf(before.row(y)[beside]), rgbOf(before.row(y)[x])) < readable) continue;
+        if (contrastOf(rgbOf(after.row(y)[beside]), rgbOf(after.row(y)[x])) < readable) ++lost;
       }
     EXPECT_EQ(lost, 0) << testing::PrintToString(mark) << " of " << compared;
     EXPECT_GT(visible, compared * 3 / 4) << testing::PrintToString(mark);

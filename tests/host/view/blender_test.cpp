@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "Colors.h"
+#include "host/view/blender.h"
 
 namespace host {
 namespace {
@@ -81,7 +82,7 @@ TEST(Blending, RecoloursAPixelInProportionToItsDistanceFromText) {
   };
   for (const Recoloured &row : table) {
     const Blend blend = Blend::recolour(row.background, row.to, row.texts);
-    EXPECT_EQ(testing::PrintToString(colorOf(blend(pixelOf(row.given)))), testing::PrintToString(row.expected))
+    EXPECT_EQ(testing::PrintToString(rgbOf(blend(pixelOf(row.given)))), testing::PrintToString(row.expected))
         << row.name;
   }
 }
@@ -117,7 +118,7 @@ Blend blendOf(const Image &image, const PixelBox &box, const Rgb &mark) {
 
 PixelBox allOf(const Image &image) { return {0, 0, image.width, image.height}; }
 
-Rgb blended(const Blend &blend, const Rgb &color) { return colorOf(blend(pixelOf(color))); }
+Rgb blended(const Blend &blend, const Rgb &color) { return rgbOf(blend(pixelOf(color))); }
 
 // Of dark shades without text the background is the one that gets exactly the mark's colour.
 constexpr Rgb midGrey{128, 128, 128};

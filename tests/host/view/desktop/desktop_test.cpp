@@ -9,6 +9,7 @@
 #include "host/kernel/TestPlugin.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
+#include "host/view/toplevel.h"
 #include "support/pdf.h"
 #include "tavrel/Desktop.h"
 #include "tools/display.h"

@@ -11,7 +11,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "host/view/desktop.h"
+#include "host/view/toplevel.h"
 #include "support/pdf.h"
 #include "tools/output.h"
 

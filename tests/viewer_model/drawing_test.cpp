@@ -246,7 +246,8 @@ TEST_F(DrawingTest, AReaderScrollsOnToADamagedPageAndBack) {
 
 TEST_F(DrawingTest, ADamagedPageIsZoomedAndFittedLikeOthers) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(1), 1)));
-  session().moving.setPosition(1.5);
+  const Slider slider = session().moving.slider();
+  session().moving.setSlider(slider.range / 4 * 3, slider.size);
   session().moving.setWindow(500, 500, 0);
   ASSERT_TRUE(draws());
   const int wide = session().screen.shown().pageWidth, high = session().screen.shown().pageHeight;

@@ -114,43 +114,71 @@ TEST_F(MovingTest, PagesOfTheWindowLeadThroughTheDocument) {
   EXPECT_THAT(pages, testing::ElementsAre(0, 0, 1, 1, 1, 2));
 }
 
-TEST_F(MovingTest, ThePositionIsThePageAndThePartScrolled) {
+TEST_F(MovingTest, TheSliderIsAtThePageAndThePartScrolled) {
   moveTo(1, 150);
-  EXPECT_THAT(session().moving.position(), DoubleNear(1.25, 1e-9));
+  const Slider slider = session().moving.slider();
+  EXPECT_THAT(3.0 * slider.value / slider.range, DoubleNear(1.25, 1e-4));
 }
 
 TEST_F(MovingTest, EveryPositionIsRestored) {
   for (const int32_t page : {0, 1, 2})
     for (const int scrollY : {0, 1, 7, 149, 299, 300}) {
       moveTo(page, scrollY);
-      const double position = session().moving.position();
-      moveTo(0, 0);
-      session().moving.setPosition(position);
-      EXPECT_EQ(session().documents.page(), page) << position;
-      EXPECT_EQ(y(), scrollY) << position;
+      const Slider slider = session().moving.slider();
+      moveTo(page == 0 ? 1 : 0, 5);
+      session().moving.setSlider(slider.value, slider.size);
+      EXPECT_EQ(session().documents.page(), page) << slider.value;
+      EXPECT_EQ(y(), scrollY) << slider.value;
     }
+}
+
+TEST_F(MovingTest, TheValueOfThePositionChangesNothing) {
+  openPages(std::vector<test::PdfPage>(2000, {.width = 400, .height = 14'000}), "long.pdf"); // more pixels than values
+  for (const int scrollY : {0, 2, 1000, 4321}) {
+    moveTo(1234, scrollY);
+    const Slider slider = session().moving.slider();
+    session().moving.setSlider(slider.value, slider.size);
+    EXPECT_EQ(session().documents.page(), 1234);
+    EXPECT_EQ(y(), scrollY);
+  }
+}
+
+TEST_F(MovingTest, TheSlidersLastValueIsTheEndOfTheDocument) {
+  openPages({{.width = 400, .height = 100}, {.width = 400, .height = 5003}}, "mixed.pdf");
+  const Slider slider = session().moving.slider();
+  session().moving.setSlider(slider.range - slider.size, slider.size);
+  EXPECT_EQ(session().documents.page(), 1);
+  EXPECT_EQ(y(), 5003 - height);
 }
 
 TEST_F(MovingTest, APositionOnAnotherPageKeepsTheColumn) {
   session().moving.setZoom(1.5);
   session().documents.window()->scrollTo(100, 0);
-  session().moving.setPosition(1.5);
+  const Slider slider = session().moving.slider();
+  session().moving.setSlider(slider.range / 2, slider.size);
+  EXPECT_EQ(session().documents.page(), 1);
   EXPECT_EQ(session().documents.window()->scrollX(), 100);
 }
 
 TEST_F(MovingTest, PositionsBeyondTheEndsAreClamped) {
-  session().moving.setPosition(99);
+  const Slider slider = session().moving.slider();
+  session().moving.setSlider(10 * slider.range, slider.size);
   EXPECT_EQ(session().documents.page(), 2);
   EXPECT_EQ(y(), bottom);
-  session().moving.setPosition(-1);
-  EXPECT_EQ(session().moving.position(), 0);
+  session().moving.setSlider(-1, slider.size);
+  EXPECT_EQ(session().documents.page(), 0);
+  EXPECT_EQ(y(), 0);
 }
 
-TEST_F(MovingTest, HalfOfThePageIsVisible) { EXPECT_THAT(session().moving.visibleShare(), DoubleNear(0.5, 1e-9)); }
+TEST_F(MovingTest, HalfOfThePageIsVisible) {
+  const Slider slider = session().moving.slider();
+  EXPECT_THAT(3.0 * slider.size / slider.range, DoubleNear(0.5, 1e-4));
+}
 
 TEST_F(MovingTest, APageThatFitsIsCompletelyVisible) {
   session().moving.setFit(viewer::Fit::page);
-  EXPECT_EQ(session().moving.visibleShare(), 1);
+  const Slider slider = session().moving.slider();
+  EXPECT_EQ(slider.size, slider.range / 3);
 }
 
 // ---- size ----

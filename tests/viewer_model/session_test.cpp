@@ -64,7 +64,7 @@ TEST_F(SessionTest, ActionsWithoutADocumentDoNothing) {
   session().documents.bringToFront(0);
   session().moving.goToPage(3);
   session().moving.scroll(0, 10);
-  session().moving.setPosition(0.5);
+  session().moving.setSlider(1, 1);
   session().moving.zoomBy(1);
   session().moving.setZoom(2);
   session().finding.find({"lamp", {}}, false);

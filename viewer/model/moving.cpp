@@ -83,22 +83,23 @@ void Moving::scrollWindow(int direction) {
   scroll(0, direction * std::max(windowHeight_ * 9 / 10, 1));
 }
 
-double Moving::position() const {
-  return window() == nullptr
-             ? 0
-             : documents_.page() + std::min(0.999, 1.0 * window()->scrollY() / std::max(1, window()->pageHeight()));
+Slider Moving::slider() const {
+  const ScrollScale scale(documents_.pageCount());
+  PageWindow *shown = window();
+  if (shown == nullptr) return scale.slider(0, 0, 1, 1);
+  return scale.slider(shown->page(), shown->scrollY(), shown->pageHeight(), windowHeight_);
 }
 
-void Moving::setPosition(double position) {
-  if (window() == nullptr) return;
-  const double clamped = std::clamp(position, 0.0, documents_.pageCount() - 1e-3);
-  const int x = window()->scrollX();
-  goToPage(static_cast<int32_t>(clamped));
-  window()->scrollTo(x, static_cast<int>(std::lround((clamped - std::floor(clamped)) * window()->pageHeight())));
-}
-
-double Moving::visibleShare() const {
-  return window() == nullptr || windowHeight_ == 0 ? 1 : std::min(1.0, 1.0 * windowHeight_ / window()->pageHeight());
+void Moving::setSlider(int value, int size) {
+  PageWindow *moved = window();
+  if (moved == nullptr || value == slider().value) return;
+  const ScrollScale scale(documents_.pageCount());
+  const bool end = value + size >= slider().range;
+  const int32_t page = end ? documents_.pageCount() - 1 : scale.pageAt(value);
+  const int x = moved->scrollX();
+  goToPage(page);
+  if (moved->page() != page) return; // it cannot be shown
+  moved->scrollTo(x, end ? moved->pageHeight() : scale.yAt(value, moved->pageHeight()));
 }
 
 double Moving::zoom() const { return window() == nullptr ? 1 : window()->dpi() / documents_.screenDpi; }

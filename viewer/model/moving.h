@@ -5,6 +5,7 @@
 #pragma once
 
 #include "viewer/model/documents.h"
+#include "viewer/model/scrollscale.h"
 
 namespace viewer {
 
@@ -27,12 +28,12 @@ public:
   void drag(int dx, int dy);
   /// Scrolls by a page of the window, up (-1) or down (1).
   void scrollWindow(int direction);
-  /// The position in the document, which the scroll bar shows and sets: the page from 0, plus the part of it above the
-  /// window.
-  double position() const;
-  void setPosition(double position);
-  /// The visible part of the page, from 0 to 1.
-  double visibleShare() const;
+  /// The scroll bar, whose value is the position of the window's upper edge in the document.
+  Slider slider() const;
+  /// Goes to the position of a value that a user has set; the last one is the end of the document. The current
+  /// position's own value changes nothing.
+  /// @param size of the slider that was moved
+  void setSlider(int value, int size);
 
   double zoom() const; ///< 1 is 100 %
   void zoomBy(int steps);

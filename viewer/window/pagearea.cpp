@@ -20,10 +20,6 @@ namespace {
 
 // In pixels at 96 dots per inch.
 constexpr double marginWidth = 12, barWidth = 14, ticksWidth = 8;
-// The vertical scroll bar's range: units per page, fewer in documents of so many pages that the toolkit, which
-// multiplies the range by pixels, would overflow.
-constexpr int mostUnitsAPage = 1000, largestRange = 100'000'000;
-int unitsAPage(int32_t pages) { return std::clamp(largestRange / std::max(1, pages), 1, mostUnitsAPage); }
 
 } // namespace
 
@@ -69,17 +65,22 @@ PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
     if (event != nullptr && event->type == ButtonPress) tickPressed(event->xbutton.y);
   });
   for (const char *callback : {XmNvalueChangedCallback, XmNdragCallback}) {
-    whenever(vertical_, callback, [this](const XEvent *) {
-      int value = 0;
-      XtVaGetValues(vertical_, XmNvalue, &value, nullptr);
-      scrolled(true, value);
+    const bool held = std::string(callback) == XmNdragCallback;
+    whenever(vertical_, callback, [this, held](const XEvent *) {
+      held_ = held;
+      sliderMoved();
     });
-    whenever(horizontal_, callback, [this](const XEvent *) {
-      int value = 0;
-      XtVaGetValues(horizontal_, XmNvalue, &value, nullptr);
-      scrolled(false, value);
-    });
+    whenever(horizontal_, callback, [this](const XEvent *) { movedSideways(); });
   }
+  // The trough does what the keys do: the toolkit's increment knows nothing of pages.
+  for (const auto &[callback, command] :
+       {std::pair{XmNpageIncrementCallback, "PageDown"}, std::pair{XmNpageDecrementCallback, "PageUp"}})
+    whenever(vertical_, callback, [this, command = findCommand(command)](const XEvent *) {
+      window_.run(*command);
+      window_.model().changes.note(partPage); // the toolkit has moved the slider
+    });
+  for (::Widget beside : {vertical_, ticksArea_})
+    XtOverrideTranslations(beside, XtParseTranslationTable("<Btn5Down>: do(WheelDown)\n<Btn4Down>: do(WheelUp)\n"));
 }
 
 int PageArea::margin(const Toolkit &toolkit) { return toolkit.pixels(marginWidth); }
@@ -181,17 +182,17 @@ void PageArea::paintNote(const Place &page) {
   XSetForeground(XtDisplay(area_), context_, noteColor_);
   XmStringDraw(XtDisplay(area_), XtWindow(area_), fonts, text, context_,
                static_cast<Position>(page.x + (page.width - width) / 2),
-               static_cast<Position>((visibleTop + visibleBottom) / 2), width, XmALIGNMENT_CENTER,
+               static_cast<Position>((visibleTop + visibleBottom - height) / 2), width, XmALIGNMENT_CENTER,
                XmSTRING_DIRECTION_L_TO_R, nullptr);
 }
 
 void PageArea::update() {
   const Model &model = window_.model();
-  const int page = unitsAPage(model.documents.pageCount()), range = std::max(1, model.documents.pageCount()) * page;
-  const int slider = std::clamp(static_cast<int>(model.moving.visibleShare() * page), 1, range);
-  const int value = std::clamp(static_cast<int>(model.moving.position() * page), 0, range - slider);
-  XtVaSetValues(vertical_, XmNmaximum, range, XmNsliderSize, slider, XmNvalue, value, XmNincrement,
-                std::max(1, page / 20), XmNpageIncrement, slider, nullptr);
+  if (!held_) {
+    const Slider slider = model.moving.slider();
+    XtVaSetValues(vertical_, XmNmaximum, slider.range, XmNsliderSize, slider.size, XmNvalue, slider.value,
+                  XmNpageIncrement, slider.size, nullptr);
+  }
   const Shown &shown = model.screen.shown();
   const int window = std::max(1, width_ - 2 * margin(window_.toolkit()));
   const bool wide = shown.document && shown.pageWidth > window;
@@ -241,13 +242,19 @@ void PageArea::tickPressed(int y) {
   window_.model().moving.goToPage(*nearest);
 }
 
-void PageArea::scrolled(bool vertical, int value) {
+void PageArea::sliderMoved() {
+  int value = 0, size = 0;
+  XtVaGetValues(vertical_, XmNvalue, &value, XmNsliderSize, &size, nullptr);
+  window_.model().moving.setSlider(value, size);
+  window_.model().changes.note(allParts);
+}
+
+void PageArea::movedSideways() {
   const Model &model = window_.model();
   if (model.documents.view() == nullptr) return;
-  if (vertical)
-    model.moving.setPosition(1.0 * value / unitsAPage(model.documents.pageCount()));
-  else
-    model.moving.drag(value - model.documents.window()->scrollX(), 0);
+  int value = 0;
+  XtVaGetValues(horizontal_, XmNvalue, &value, nullptr);
+  model.moving.drag(value - model.documents.window()->scrollX(), 0);
   model.changes.note(allParts);
 }
 

@@ -51,7 +51,8 @@ private:
   void paint();
   void paintTicks();
   void paintNote(const Place &page);
-  void scrolled(bool vertical, int value);
+  void sliderMoved();
+  void movedSideways();
   void tickPressed(int y);
   Pixel color(const char *name, const char *className, const char *otherwise) const;
 
@@ -61,6 +62,7 @@ private:
   Pixel background_, border_, tick_, noteColor_;
   int width_ = 0, height_ = 0;
   bool wide_ = false; ///< the horizontal scroll bar is shown
+  bool held_ = false; ///< a user drags the vertical slider, which stays where it is held
   std::vector<int32_t> ticks_;
   std::string note_;
   int dragX_ = 0, dragY_ = 0;

@@ -189,7 +189,7 @@ ViewEnd run(const ViewOptions &options) {
   awaitDocument(waker, session);
   fonts.await();
   MainWindow &window = windows.get();
-  if (!options.note.empty()) window.dialogs().showInformation("Tavrel", options.note);
+  if (!options.note.empty()) window.informations().show("Tavrel", options.note);
   Collector collector{waker, session, app};
   const XtInputId input = XtAppAddInput(toolkit.context(), waker.end(), reinterpret_cast<XtPointer>(XtInputReadMask),
                                         collectResults, &collector);

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "viewer/window/information.h"
+
+#include <Xm/MessageB.h>
+
+#include "viewer/window/dialogbox.h"
+#include "viewer/window/motif.h"
+#include "viewer/window/toolkit.h"
+
+namespace viewer {
+
+void Informations::show(const std::string &title, const std::string &text) {
+  if (const auto other = open_->find(title); other != open_->end()) {
+    XRaiseWindow(XtDisplay(other->second), XtWindow(XtParent(other->second)));
+    return;
+  }
+  char name[] = "information";
+  ::Widget box = XmCreateInformationDialog(toolkit_.shell(), name, nullptr, 0);
+  const MotifString message(wrapped(text));
+  XtVaSetValues(box, XmNmessageString, static_cast<XmString>(message), XmNdialogStyle, XmDIALOG_MODELESS, nullptr);
+  setTitle(box, title);
+  hide(box, XmDIALOG_CANCEL_BUTTON);
+  hide(box, XmDIALOG_HELP_BUTTON);
+  whenever(box, XmNokCallback, [box](const XEvent *) { destroyDialog(box); });
+  destroyWhenUnmapped(box);
+  (*open_)[title] = box;
+  whenever(box, XmNdestroyCallback, [title, open = open_](const XEvent *) { open->erase(title); });
+  XtManageChild(box);
+}
+
+} // namespace viewer

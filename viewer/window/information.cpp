@@ -11,14 +11,23 @@
 namespace viewer {
 
 void Informations::show(const std::string &title, const std::string &text) {
+  show("information", XmDIALOG_INFORMATION, title, text);
+}
+
+void Informations::showError(const std::string &title, const std::string &text) {
+  show("error", XmDIALOG_ERROR, title, text);
+}
+
+void Informations::show(const std::string &name, unsigned char type, const std::string &title,
+                        const std::string &text) {
   if (const auto other = open_->find(title); other != open_->end()) {
     XRaiseWindow(XtDisplay(other->second), XtWindow(XtParent(other->second)));
     return;
   }
-  char name[] = "information";
-  ::Widget box = XmCreateInformationDialog(toolkit_.shell(), name, nullptr, 0);
+  ::Widget box = XmCreateMessageDialog(toolkit_.shell(), const_cast<char *>(name.c_str()), nullptr, 0);
   const MotifString message(wrapped(text));
-  XtVaSetValues(box, XmNmessageString, static_cast<XmString>(message), XmNdialogStyle, XmDIALOG_MODELESS, nullptr);
+  XtVaSetValues(box, XmNdialogType, type, XmNmessageString, static_cast<XmString>(message), XmNdialogStyle,
+                XmDIALOG_MODELESS, nullptr);
   setTitle(box, title);
   hide(box, XmDIALOG_CANCEL_BUTTON);
   hide(box, XmDIALOG_HELP_BUTTON);

@@ -5,7 +5,10 @@
 
 #include <CLI/CLI.hpp>
 
+#include <filesystem>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include "tools/exit.h"
 #include "tools/hits.h"
@@ -38,11 +41,22 @@ std::string footer() {
   return text;
 }
 
+// Whether the first argument is to be viewed: "tavrel paper.pdf". A mistyped command is no document.
+bool isDocument(const CLI::App &app, const std::string &argument) {
+  const auto called = [](const std::string &name) {
+    return [name](const CLI::App *command) { return command->get_name() == name; };
+  };
+  if (argument.empty() || argument[0] == '-' || !app.get_subcommands(called(argument)).empty()) return false;
+  std::error_code unknown;
+  return !app.get_subcommands(called("view")).empty() &&
+         (argument.find_first_of("./:#") != std::string::npos || std::filesystem::exists(argument, unknown));
+}
+
 } // namespace
 
 int runCommands(int argc, char **argv, std::initializer_list<AddCommand> more) {
   int status = exitDone;
-  CLI::App app("Shows search hits in PDF documents.", "tavrel");
+  CLI::App app("Shows search hits in PDF documents. `tavrel DOC` is `tavrel view DOC`.", "tavrel");
   app.set_version_flag("--version", "tavrel " TAVREL_VERSION);
   app.require_subcommand(0, 1); // checked below, so that the error names an unknown command
   app.footer(footer());
@@ -54,7 +68,9 @@ int runCommands(int argc, char **argv, std::initializer_list<AddCommand> more) {
   addRenderCommand(app, status);
   addHitsCommand(app, status);
   try {
-    app.parse(argc, argv);
+    std::vector<const char *> arguments(argv, argv + argc);
+    if (argc > 1 && isDocument(app, argv[1])) arguments.insert(arguments.begin() + 1, "view");
+    app.parse(static_cast<int>(arguments.size()), arguments.data());
     if (app.get_subcommands().empty()) throw CLI::RequiredError("A command");
   } catch (const CLI::ParseError &error) {
     return app.exit(error, std::cout, std::cerr) == 0 ? exitDone : exitUsage;

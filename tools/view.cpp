@@ -74,33 +74,38 @@ std::string explanation(const std::filesystem::path &hits) {
 
 // A highlight file may be opened like a document, for instance by a desktop: its document is opened then. If there is
 // none in its directory, the window shows an explanation.
-void openHighlightFiles(viewer::ViewOptions &options) {
-  std::vector<std::string> documents;
-  for (const std::string &argument : options.documents) {
-    const std::filesystem::path file = viewer::targetOf(argument).file;
-    if (!isHighlightFile(file)) {
-      documents.push_back(argument);
-      continue;
-    }
-    if (viewer::Target marked{documentOfHits(file), {}}; !marked.file.empty()) {
-      viewer::addParameter(marked, "xml", std::filesystem::absolute(file));
-      documents.push_back(marked.file.string() + "#" + marked.parameters);
-      continue;
-    }
-    std::fprintf(stderr, "tavrel: %s: is a highlight file, and its document is not beside it\n",
-                 host::nameInMessage(file).c_str());
-    options.note += explanation(file);
+void addDocument(const viewer::Target &target, viewer::ViewOptions &options) {
+  if (!isHighlightFile(target.file)) {
+    options.documents.push_back(target);
+    return;
   }
-  options.documents = documents;
+  if (viewer::Target marked{documentOfHits(target.file), {}}; !marked.file.empty()) {
+    viewer::addParameter(marked, "xml", std::filesystem::absolute(target.file));
+    options.documents.push_back(marked);
+    return;
+  }
+  std::fprintf(stderr, "tavrel: %s: is a highlight file, and its document is not beside it\n",
+               host::nameInMessage(target.file).c_str());
+  options.note += explanation(target.file);
+}
+
+void addDocuments(const std::vector<std::string> &arguments, viewer::ViewOptions &options) {
+  for (const std::string &argument : arguments)
+    try {
+      addDocument(viewer::targetOf(argument), options);
+    } catch (const host::DocumentError &error) {
+      options.refused.emplace_back(error.what());
+    }
 }
 
 } // namespace
 
 void addViewCommand(CLI::App &app, int &status) {
   const auto options = std::make_shared<viewer::ViewOptions>();
+  const auto arguments = std::make_shared<std::vector<std::string>>();
   CLI::App *command = app.add_subcommand("view", "Show documents in a window");
-  CLI::Option *documents =
-      command->add_option("DOC", options->documents, "PDFs, each optionally with #page=N or #xml=HITS after its name");
+  CLI::Option *documents = command->add_option(
+      "DOC", *arguments, "PDFs or their file:// addresses, each optionally with #page=N or #xml=HITS after its name");
   command->add_option("--hits", options->hits, "A highlight file for the first document")->needs(documents);
   addPasswordOptions(*command, options->password);
   const auto hitsLimit = std::make_shared<unsigned>(brz::usualLimit);
@@ -128,9 +133,9 @@ void addViewCommand(CLI::App &app, int &status) {
     std::fflush(nullptr);
     _exit(statusOf(end));
   };
-  command->callback([options, hitsLimit, &status] {
+  command->callback([options, arguments, hitsLimit, &status] {
     setenv(brz::limitVariable, std::to_string(*hitsLimit).c_str(), 1); // for the plug-in that reads highlight files
-    openHighlightFiles(*options);
+    addDocuments(*arguments, *options);
     status = statusOf(viewer::view(*options));
   });
 }

@@ -248,6 +248,36 @@ TEST_F(Command, InvalidInputIsReportedWithItsStatus) {
   EXPECT_EQ(written(), 0U);
 }
 
+// ---- a document without a command ----
+
+TEST_F(Command, ADocumentAloneIsViewed) {
+  const std::string noDisplay = "DISPLAY= " + tavrel + " ";
+  for (const std::string &argument :
+       {documents + "/two-columns.pdf", std::string("missing.pdf"), std::string("./x"), std::string("file:///missing"),
+        std::string("paper#page=3"), file("without-an-ending", "")}) {
+    const CommandResult result = run(noDisplay + argument), viewed = run(noDisplay + "view " + argument);
+    EXPECT_EQ(result.output, viewed.output) << argument;
+    EXPECT_EQ(result.status, viewed.status) << argument;
+    EXPECT_NE(result.status, tools::exitUsage) << argument << "\n" << result.output;
+  }
+}
+
+TEST_F(Command, OptionsOfViewFollowADocumentAlone) {
+  EXPECT_NE(run(tavrel + " paper.pdf --print-resources").output.find("*background"), std::string::npos);
+}
+
+TEST_F(Command, AFileNamedLikeACommandIsThatCommand) {
+  file("render", "");
+  const CommandResult result = run("cd " + folder.string() + " && " + tavrel + " render");
+  EXPECT_EQ(result.status, tools::exitUsage) << result.output;
+}
+
+TEST_F(Command, AMistypedCommandIsNoDocument) {
+  const CommandResult result = run(tavrel + " rneder a.pdf b.xml");
+  EXPECT_EQ(result.status, tools::exitUsage);
+  EXPECT_NE(result.output.find("rneder"), std::string::npos) << result.output;
+}
+
 // ---- numbers ----
 
 // Every option that takes a number, and numbers just outside of its range.

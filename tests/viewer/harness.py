@@ -112,7 +112,7 @@ class Display:
 class Viewer:
     _number = 0
 
-    def __init__(self, display, *arguments):
+    def __init__(self, display, *arguments, command=("view",)):
         Viewer._number += 1
         self.display = display
         self.state = {}
@@ -126,7 +126,7 @@ class Viewer:
         self._listener.bind(name + ".socket")
         self._listener.listen(1)
         self._connection = None
-        self.process = subprocess.Popen([TAVREL, "view", "--test-socket", name + ".socket", *map(str, arguments)],
+        self.process = subprocess.Popen([TAVREL, *command, *map(str, arguments), "--test-socket", name + ".socket"],
                                         env=display.environment, cwd=display.folder, stdin=subprocess.DEVNULL,
                                         stdout=subprocess.DEVNULL, stderr=self._stderr)
 
@@ -314,8 +314,8 @@ class ViewerTest(unittest.TestCase):
         self.display.xdotool("mousemove", 1279, 1023)
 
     # A viewer that ends with the test. It must not crash, nor print more than `errors` lines to standard error.
-    def view(self, *arguments, errors=0):
-        viewer = Viewer(self.display, *arguments)
+    def view(self, *arguments, errors=0, **others):
+        viewer = Viewer(self.display, *arguments, **others)
         self.addCleanup(viewer.close)
         self.addCleanup(self._endWell, viewer, errors)
         return viewer

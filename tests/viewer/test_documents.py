@@ -2,6 +2,7 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 # Several documents, the Window menu, passwords, unreadable files, and files that change while they are shown.
 import os
+import pathlib
 import shutil
 import subprocess
 import unittest
@@ -9,6 +10,11 @@ import unittest
 from harness import NEXT, TIMEOUT, TAVREL, Display, Viewer, ViewerTest, document, middle
 
 THREE = ["two-columns.pdf", "three-hundred.pdf", "cjk.pdf"]
+
+
+# Without the line breaks of a dialog.
+def unbroken(text):
+    return "".join(text.split())
 
 
 class Documents(ViewerTest):
@@ -165,10 +171,43 @@ class Unreadable(ViewerTest):
             stream.write(content)
         return file
 
+    # The reason is in a dialog and on standard error. The window stays until the user closes it.
     def refused(self, file, *arguments):
         viewer = self.view(file, *arguments, errors=1)
+        dialog = viewer.dialog("error")
+        line = viewer.stderrLines()[0]
+        self.assertRegex(line, "^tavrel: .*" + os.path.basename(file) + ".*: ")
+        self.assertIn(unbroken(line.removeprefix("tavrel: ")), unbroken(" ".join(dialog["texts"])))
+        viewer.answer("error", "OK")
+        viewer.noDialog()
+        viewer.key("ctrl+q")
         self.assertEqual(viewer.ends(), 3)
-        self.assertRegex(viewer.stderrLines()[0], "^tavrel: .*" + os.path.basename(file) + ".*: ")
+
+    def test_all_reasons_are_in_one_dialog(self):
+        folder = self.folder()
+        viewer = self.view(*(os.path.join(folder, name) for name in ("one.pdf", "two.pdf")), "file://elsewhere/three.pdf",
+                           errors=3)
+        text = unbroken(" ".join(viewer.dialog("error")["texts"]))
+        for part in ("one.pdf", "two.pdf", "elsewhere"):
+            self.assertIn(part, text)
+
+    def test_of_many_reasons_the_first_are_shown(self):
+        folder = self.folder()
+        viewer = self.view(*(os.path.join(folder, f"{number}-missing.pdf") for number in range(30)), errors=30)
+        text = unbroken(" ".join(viewer.dialog("error")["texts"]))
+        self.assertEqual(text.count("-missing.pdf"), 10)
+        self.assertIn("and20more", text)
+
+    def test_a_document_opened_then_is_shown_and_the_status_is_0(self):
+        viewer = self.view(os.path.join(self.folder(), "missing.pdf"), errors=1)
+        viewer.answer("error", "OK")
+        viewer.noDialog()
+        viewer.key("ctrl+o")
+        viewer.type("openFile", document("cjk.pdf"))
+        viewer.shown(1)
+        viewer.noDialog()
+        viewer.key("ctrl+q")
+        self.assertEqual(viewer.ends(), 0)
 
     def test_a_missing_file(self):
         self.refused(os.path.join(self.folder(), "missing.pdf"))
@@ -204,6 +243,48 @@ class Unreadable(ViewerTest):
         viewer.until(lambda state: state["page"] == state["pages"] and state["drawn"]["there"], "its last page")
         for line in viewer.stderrLines():
             self.assertRegex(line, "^tavrel: ")
+
+
+class Arguments(ViewerTest):
+    """How a document is named on the command line."""
+
+    def setUp(self):
+        super().setUp()
+        self.file = shutil.copy(document("cjk.pdf"), os.path.join(self.folder(), "my paper #1.pdf"))
+
+    def opens(self, *arguments, name="my paper #1.pdf", **others):
+        viewer = self.view(*arguments, **others)
+        viewer.shown(1)
+        self.assertEqual(viewer.now()["documents"], [name])
+
+    def refused(self, address, reason):
+        viewer = self.view(address, errors=1)
+        viewer.dialog("error")
+        self.assertEqual(viewer.stderrLines(), [f"tavrel: {address}: {reason}"])
+
+    def test_without_a_command_it_is_viewed(self):
+        self.opens(self.file, command=())
+        self.opens(pathlib.Path(self.file).as_uri(), command=())
+
+    def test_an_address_of_this_machine(self):
+        self.opens(pathlib.Path(self.file).as_uri())
+        self.opens("file://localhost" + self.file.replace(" ", "%20").replace("#", "%23"))
+
+    def test_an_address_with_parameters(self):
+        viewer = self.view(pathlib.Path(document("three-hundred.pdf")).as_uri() + "#page=17")
+        viewer.shown(17)
+
+    def test_an_address_of_a_highlight_file(self):
+        file = shutil.copy(document("three-hundred.pdf"), os.path.join(self.folder(), "my paper.pdf"))
+        hits = shutil.copy(self.hits(file, "needle", [0, 3]), os.path.join(os.path.dirname(file), "my paper.xml"))
+        viewer = self.view(pathlib.Path(hits).as_uri())
+        viewer.hit("hit 1 of 2")
+
+    def test_an_address_of_another_machine(self):
+        self.refused("file://elsewhere/a.pdf", "is on another machine, elsewhere")
+
+    def test_an_address_with_a_wrong_escape(self):
+        self.refused("file:///a%zz.pdf", '"%zz" is no byte of a file name')
 
 
 class WithoutADisplay(unittest.TestCase):

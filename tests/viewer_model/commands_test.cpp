@@ -56,6 +56,14 @@ TEST_F(CommandsTest, AskForWhatTheyNeed) {
   EXPECT_THAT(frontend.asked, ElementsAre("file", "text", "text", "page", "keys", "plug-ins", "about", "quit"));
 }
 
+TEST_F(CommandsTest, AnAddressThatCannotBeOpenedIsReported) {
+  testing::internal::CaptureStderr();
+  run("Open", "file://elsewhere/paper.pdf");
+  EXPECT_EQ(session().status.message(), "file://elsewhere/paper.pdf: is on another machine, elsewhere");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "tavrel: file://elsewhere/paper.pdf: is on another machine, elsewhere\n");
+}
+
 TEST_F(CommandsTest, AskForNothingThatIsGiven) {
   run("Open", write("paper.pdf", test::numberedPages(3)).string());
   ASSERT_TRUE(until([&] { return session().documents.front() != nullptr; }));

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/document/pdf.h"
 #include "support/pdf.h"
 
 namespace viewer {
@@ -41,6 +42,71 @@ TEST(TargetTest, AFileWhoseNameHoldsAHashIsThatFile) {
 }
 
 TEST(TargetTest, AnEmptyArgumentIsNoFile) { EXPECT_EQ(targetOf(""), Target()); }
+
+// ---- addresses ----
+
+std::string reasonAgainst(const std::string &address) {
+  try {
+    targetOf(address);
+  } catch (const host::DocumentError &error) {
+    return error.what();
+  }
+  return {};
+}
+
+TEST(TargetTest, AnAddressIsAFileOfThisMachine) {
+  for (const char *address : {"file:///a/paper.pdf", "file://localhost/a/paper.pdf", "file://LocalHost/a/paper.pdf",
+                              "file:/a/paper.pdf", "FILE:///a/paper.pdf"})
+    EXPECT_EQ(targetOf(address), (Target{"/a/paper.pdf", ""})) << address;
+}
+
+TEST(TargetTest, EscapesOfAnAddressAreDecoded) {
+  EXPECT_EQ(targetOf("file:///a%20b%C3%a4%23%25.pdf"), (Target{"/a b\u00E4#%.pdf", ""}));
+  EXPECT_EQ(targetOf("file:///latin%E4.pdf"), (Target{"/latin\xE4.pdf", ""}));
+}
+
+TEST(TargetTest, ParametersOfAnAddressFollowTheFirstHashAndStayEncoded) {
+  EXPECT_EQ(targetOf("file:///a%23.pdf#page=2&xml=b%20c#d"), (Target{"/a#.pdf", "page=2&xml=b%20c#d"}));
+}
+
+TEST(TargetTest, AWrongEscapeIsReported) {
+  for (const char *escape : {"%zz", "%00", "%4", "%", "%+1", "%-1", "% 1", "%1g"}) {
+    const std::string address = std::string("file:///a") + escape;
+    EXPECT_EQ(reasonAgainst(address), address + ": \"" + escape + "\" is no byte of a file name");
+  }
+}
+
+TEST(TargetTest, AControlCharacterInAnAddressLeavesTheReasonOneLine) {
+  EXPECT_EQ(reasonAgainst("file:///a%\n0"), "file:///a%?0: \"%?0\" is no byte of a file name");
+}
+
+TEST(TargetTest, AnotherMachineIsReported) {
+  EXPECT_EQ(reasonAgainst("file://elsewhere/a.pdf"), "file://elsewhere/a.pdf: is on another machine, elsewhere");
+  EXPECT_NE(reasonAgainst("file://elsewhere"), "");
+  EXPECT_NE(reasonAgainst("file://localhost.example/a.pdf"), "");
+}
+
+TEST(TargetTest, AnAddressWithoutAFileIsReported) {
+  for (const char *address : {"file:", "file://", "file://localhost", "file:paper.pdf", "file:#page=3"})
+    EXPECT_EQ(reasonAgainst(address),
+              std::string(address) + ": is no address of a file, such as file:///home/me/paper.pdf");
+}
+
+TEST(TargetTest, AFileNamedLikeAnAddressIsThatFile) {
+  const test::ScratchFolder folder;
+  folder.write("file:x.pdf", "x");
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.path());
+  EXPECT_EQ(targetOf("file:x.pdf"), (Target{"file:x.pdf", ""}));
+  std::filesystem::current_path(before);
+}
+
+TEST(TargetTest, AnotherSchemeIsAFilesName) {
+  EXPECT_EQ(targetOf("http://localhost/a.pdf"), (Target{"http://localhost/a.pdf", ""}));
+  EXPECT_EQ(targetOf("files:///a.pdf"), (Target{"files:///a.pdf", ""}));
+}
+
+// ---- parameters ----
 
 TEST(TargetTest, AParameterIsAdded) {
   Target target;

@@ -18,10 +18,12 @@ bool hasPageAfter(const Model &model) { return model.documents.page() + 1 < mode
 constexpr double line = 48, wheel = 90;
 
 void openFile(const Model &model, Frontend &frontend, const std::string &file) {
-  if (file.empty())
-    frontend.askForFile();
-  else
+  if (file.empty()) return frontend.askForFile();
+  try {
     model.documents.open(targetOf(file));
+  } catch (const host::DocumentError &error) {
+    model.status.report(error.what());
+  }
 }
 
 void goToPage(const Model &model, Frontend &frontend, const std::string &page) {

@@ -14,6 +14,7 @@ void StatusLine::set(std::string line) {
 
 void StatusLine::report(std::string line) {
   std::fprintf(stderr, "tavrel: %s\n", line.c_str());
+  if (listener) listener(line);
   set(std::move(line));
 }
 

@@ -3,6 +3,7 @@
 // The viewer's text on the status line. That of the plug-ins is host::Application::statusText.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "viewer/model/changes.h"
@@ -17,6 +18,8 @@ public:
   void set(std::string line);
   /// Prints the line to standard error, too.
   void report(std::string line);
+  /// Called with each line that is reported.
+  std::function<void(const std::string &line)> listener;
   /// Removes the message if it is that line: another one stays.
   void remove(const std::string &line);
 

@@ -14,7 +14,12 @@ struct Target {
   bool operator==(const Target &) const = default;
 };
 
-/// "paper.pdf#page=3": the name ends at the first '#', unless a file exists with a '#' in its name.
+/// Whether it begins as the address of a file does: "file:".
+bool isAddress(const std::string &argument);
+
+/// "paper.pdf#page=3": the name ends at the first '#', unless a file exists with a '#' in its name. An address such as
+/// "file:///home/me/my%20paper.pdf#page=3", unless it is the name of a file, is decoded. Throws host::DocumentError
+/// with one clear line for an address of another machine's file, or of none.
 Target targetOf(const std::string &argument);
 
 /// Adds a parameter; its value is percent-encoded, so that it may contain any byte.

@@ -13,6 +13,7 @@
 
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
+#include "viewer/window/textediting.h"
 
 namespace viewer {
 
@@ -30,6 +31,7 @@ void FindDialog::build() {
   field_ = XtVaCreateManagedWidget("findText", xmTextFieldWidgetClass, form_, XmNcolumns, 34, XmNleftAttachment,
                                    XmATTACH_WIDGET, XmNleftWidget, label, XmNtopAttachment, XmATTACH_FORM,
                                    XmNrightAttachment, XmATTACH_FORM, nullptr);
+  editAsUsual(field_);
   case_ = XtVaCreateManagedWidget("matchCase", xmToggleButtonWidgetClass, form_, XmNleftAttachment,
                                   XmATTACH_OPPOSITE_WIDGET, XmNleftWidget, field_, XmNleftOffset, 0, XmNtopAttachment,
                                   XmATTACH_WIDGET, XmNtopWidget, field_, nullptr);

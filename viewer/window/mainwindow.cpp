@@ -14,7 +14,9 @@
 #include <algorithm>
 
 #include "viewer/window/actions.h"
+#include "viewer/window/alert.h"
 #include "viewer/window/motif.h"
+#include "viewer/window/passworddialog.h"
 #include "viewer/window/windowicon.h"
 
 namespace viewer {
@@ -70,8 +72,7 @@ uint32_t modifiersOf(const XEvent *event) {
 } // namespace
 
 MainWindow::MainWindow(Toolkit &toolkit, const Model &model, host::Application &app, const host::PluginLoader &plugins)
-    : toolkit_(toolkit), model_(model), app_(app), plugins_(plugins), dialogs_(std::make_unique<Dialogs>(*this)),
-      findDialog_(std::make_unique<FindDialog>(*this)) {
+    : toolkit_(toolkit), model_(model), app_(app), plugins_(plugins), findDialog_(std::make_unique<FindDialog>(*this)) {
   s_window = this;
   char doName[] = "do", dragName[] = "drag";
   XtActionsRec procedures[] = {{doName, doAction}, {dragName, dragAction}};
@@ -172,7 +173,7 @@ void MainWindow::press(host::ToolButton &button, const XEvent *event) {
 }
 
 void MainWindow::askForFile() {
-  dialogs_->askFile([this](const std::string &file) { model_.documents.open({file, {}}); });
+  openDialog_.show([this](const std::string &file) { model_.documents.open({file, {}}); });
 }
 
 void MainWindow::askForText() { findDialog_->open(); }
@@ -190,11 +191,11 @@ void MainWindow::leaveFields() {
 
 void MainWindow::askPassword(const Target &target, bool again) {
   const std::string name = target.file.filename().string();
-  dialogs_->askPassword((again ? "That was not the password. " : "") + name + " is encrypted: a password is needed.",
-                        [this, target](const std::string &password) { model_.documents.open(target, password); });
+  askForPassword(toolkit_, (again ? "That was not the password. " : "") + name + " is encrypted: a password is needed.",
+                 [this, target](const std::string &password) { model_.documents.open(target, password); });
 }
 
-int32_t MainWindow::alert(const host::Alert &alert) { return dialogs_->alert(alert); }
+int32_t MainWindow::alert(const host::Alert &alert) { return showAlert(*this, alert); }
 
 void MainWindow::showKeys() {
   std::string text;
@@ -203,7 +204,7 @@ void MainWindow::showKeys() {
       text += key + "   " + action.command().sentence + "\n";
   text += "\nF3, Shift+F3   Next, previous hit\nPage Up, Page Down, Space   A page of the window\n"
           "Arrows, wheel   A little\n+, -, Ctrl+wheel   Larger, smaller\nF10   Menus\nEsc   Ends a search";
-  dialogs_->showInformation("Keys", text);
+  informations_.show("Keys", text);
 }
 
 void MainWindow::showPlugins() {
@@ -211,12 +212,11 @@ void MainWindow::showPlugins() {
   for (const host::Plugin &plugin : plugins_.plugins())
     text += (text.empty() ? "" : "\n") + plugin.name + (plugin.version.empty() ? "" : " " + plugin.version) + ":  " +
             host::describe(plugin.state) + (plugin.reason.empty() ? "" : ": " + plugin.reason);
-  dialogs_->showInformation("About Plug-Ins", text.empty() ? "There are no plug-ins." : text);
+  informations_.show("About Plug-Ins", text.empty() ? "There are no plug-ins." : text);
 }
 
 void MainWindow::showAbout() {
-  dialogs_->showInformation("About Tavrel",
-                            "Tavrel " TAVREL_VERSION "\nA PDF viewer that shows where a search's hits are.");
+  informations_.show("About Tavrel", "Tavrel " TAVREL_VERSION "\nA PDF viewer that shows where a search's hits are.");
 }
 
 void MainWindow::loop(const std::function<bool()> &until) {

@@ -13,10 +13,11 @@
 
 #include "host/kernel/loader.h"
 #include "viewer/model/commands.h"
-#include "viewer/window/dialogs.h"
 #include "viewer/window/finddialog.h"
 #include "viewer/window/icons.h"
+#include "viewer/window/information.h"
 #include "viewer/window/menubar.h"
+#include "viewer/window/opendialog.h"
 #include "viewer/window/pagearea.h"
 #include "viewer/window/toolbarview.h"
 #include "viewer/window/toolkit.h"
@@ -37,7 +38,7 @@ public:
   host::Application &app() { return app_; }
   Toolkit &toolkit() { return toolkit_; }
   int pixels(double length) const override { return toolkit_.pixels(length); }
-  Dialogs &dialogs() { return *dialogs_; }
+  Informations &informations() { return informations_; }
   PageArea &pageArea() { return *pageArea_; }
   ToolBarView &toolBarView() { return *toolBar_; }
 
@@ -84,8 +85,9 @@ private:
   std::unique_ptr<MenuBar> menuBar_;
   std::unique_ptr<ToolBarView> toolBar_;
   std::unique_ptr<PageArea> pageArea_;
-  std::unique_ptr<Dialogs> dialogs_;
   std::unique_ptr<FindDialog> findDialog_;
+  OpenDialog openDialog_{toolkit_};
+  Informations informations_{toolkit_};
   std::string statusText_, pluginText_, title_;
   std::vector<host::ToolButton *> own_; ///< their actions refer to this window
   size_t marks_ = 0;

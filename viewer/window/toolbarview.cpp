@@ -15,6 +15,7 @@
 #include "viewer/window/actions.h"
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
+#include "viewer/window/textediting.h"
 
 namespace viewer {
 namespace {
@@ -115,6 +116,7 @@ void ToolBarView::addPageField() {
       XtVaCreateManagedWidget("pageCount", xmLabelWidgetClass, bar_, XmNmarginHeight, window_.pixels(5), nullptr);
   setLabel(pageCount_, "");
   others_.insert(others_.end(), {pageField_, pageCount_});
+  editAsUsual(pageField_);
   whenever(pageField_, XmNactivateCallback, [this](const XEvent *) { takePage(); });
   XtOverrideTranslations(pageField_, XtParseTranslationTable("<Key>osfCancel: do(Escape)"));
 }

@@ -150,6 +150,33 @@ private:
   std::unique_ptr<TestSocket> socket_;
 };
 
+// Collects why documents cannot be opened. A user who starts the viewer from a desktop does not see standard error.
+class Failures {
+public:
+  explicit Failures(StatusLine &status) : status_(status) {
+    status.listener = [this](const std::string &line) {
+      if (++count_ <= most) lines_ += (lines_.empty() ? "" : "\n") + line;
+    };
+  }
+  ~Failures() { status_.listener = {}; }
+  Failures(const Failures &) = delete;
+  Failures &operator=(const Failures &) = delete;
+
+  /// Shows them, once.
+  void show(Informations &informations) {
+    if (count_ > most) lines_ += "\nand " + std::to_string(count_ - most) + " more";
+    if (!lines_.empty()) informations.showError("Cannot Open", lines_);
+    lines_.clear();
+    status_.listener = {};
+  }
+
+private:
+  static constexpr size_t most = 10; ///< lines
+  StatusLine &status_;
+  std::string lines_;
+  size_t count_ = 0;
+};
+
 // Closes all documents before the plug-ins are unloaded, however the viewer ends.
 struct Closing {
   Session &session;
@@ -167,8 +194,11 @@ ViewEnd run(const ViewOptions &options) {
   host::addHostTables(runtime);
   app.toolBar()->embedded = !options.into.empty();
   Session session(app, [&waker] { waker.wake(); });
+  Failures failures(session.status);
+  for (const std::string &reason : options.refused)
+    session.status.report(reason);
   for (size_t i = 0; i < options.documents.size(); ++i) {
-    Target target = targetOf(options.documents[i]);
+    Target target = options.documents[i];
     if (i == 0 && !options.hits.empty()) addParameter(target, "xml", std::filesystem::absolute(options.hits));
     session.documents.open(target, options.password);
   }
@@ -189,21 +219,21 @@ ViewEnd run(const ViewOptions &options) {
   awaitDocument(waker, session);
   fonts.await();
   MainWindow &window = windows.get();
-  if (!options.note.empty()) window.dialogs().showInformation("Tavrel", options.note);
+  if (!options.note.empty()) window.informations().show("Tavrel", options.note);
   Collector collector{waker, session, app};
   const XtInputId input = XtAppAddInput(toolkit.context(), waker.end(), reinterpret_cast<XtPointer>(XtInputReadMask),
                                         collectResults, &collector);
-  // If none of the documents can be opened the viewer ends, unless it is embedded.
-  const bool staysEmpty = options.documents.empty() || !options.into.empty();
-  bool noDocument = false, had = false;
+  const bool requested = !options.documents.empty() || !options.refused.empty(), embedded = !options.into.empty();
+  bool had = false;
   window.loop([&] {
     if (collector.missed) collector.collect();
     had |= session.documents.front() != nullptr || session.documents.asksPassword();
-    return noDocument = !staysEmpty && !had && !session.documents.opening();
+    if (!had && !embedded && !session.documents.opening()) failures.show(window.informations());
+    return false;
   });
   XtRemoveInput(input);
   window.watcher = {};
-  const ViewEnd end = noDocument ? ViewEnd::noDocument : ViewEnd::closed;
+  const ViewEnd end = requested && !had && !embedded ? ViewEnd::noDocument : ViewEnd::closed;
   session.documents.closeAll();
   constexpr auto timeout = std::chrono::milliseconds(300);
   if (!session.finish(timeout) && options.leave) {

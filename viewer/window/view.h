@@ -8,20 +8,22 @@
 #include <string>
 #include <vector>
 
+#include "viewer/model/target.h"
 #include "viewer/window/options.h"
 
 namespace viewer {
 
 enum class ViewEnd {
   closed,      ///< by the user, or with the outer window
-  noDocument,  ///< none of those requested could be opened
+  noDocument,  ///< likewise, and no document was ever open, though some were requested
   hostFailure, ///< no display, no such window
 };
 
 struct ViewOptions {
-  std::vector<std::string> documents; ///< files, perhaps with parameters after a '#'
-  std::string hits;                   ///< a highlight file for the first document; empty: none
-  std::string note;                   ///< shown in a dialog from the start; empty: none
+  std::vector<Target> documents;
+  std::vector<std::string> refused; ///< for each further document that was requested: why it cannot be opened
+  std::string hits;                 ///< a highlight file for the first document; empty: none
+  std::string note;                 ///< shown in a dialog from the start; empty: none
   std::string password;
   std::string into; ///< the number of the window in which to be embedded; empty: a separate window
   std::filesystem::path pluginsDirectory;

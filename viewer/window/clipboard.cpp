@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Uses the toolkit's selections, which transfer large texts in parts and wait five seconds for a program that does not
+// answer.
+#include "viewer/window/clipboard.h"
+
+#include <X11/Xatom.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+
+#include "viewer/model/onelinetext.h"
+#include "viewer/window/motif.h"
+
+namespace viewer {
+namespace {
+
+std::string s_copied; // while the selection is the program's
+
+::Atom atom(::Widget widget, const char *name) { return XInternAtom(XtDisplay(widget), name, False); }
+
+::Widget shellOf(::Widget widget) {
+  while (XtParent(widget) != nullptr)
+    widget = XtParent(widget);
+  return widget;
+}
+
+std::string latin1Of(const std::string &utf8) {
+  std::string bytes;
+  for (size_t i = 0; i < utf8.size(); ++i) {
+    const auto c = static_cast<unsigned char>(utf8[i]);
+    if (c < 0x80) bytes += utf8[i];
+    if (c < 0xC0) continue;
+    const bool fits = c < 0xC4 && i + 1 < utf8.size();
+    bytes += fits ? static_cast<char>((c & 3U) << 6U | (static_cast<unsigned char>(utf8[i + 1]) & 0x3FU)) : '?';
+  }
+  return bytes;
+}
+
+template <typename T>
+void give(const T *items, size_t count, int format, XtPointer *value, unsigned long *length, int *itsFormat) {
+  *value = XtMalloc(static_cast<Cardinal>(std::max<size_t>(1, count * sizeof(T))));
+  std::memcpy(*value, items, count * sizeof(T));
+  *length = count;
+  *itsFormat = format;
+}
+
+Boolean convert(::Widget shell, ::Atom * /*selection*/, ::Atom *target, ::Atom *type, XtPointer *value,
+                unsigned long *length, int *format) {
+  const ::Atom utf8 = atom(shell, "UTF8_STRING"), text = atom(shell, "TEXT"), targets = atom(shell, "TARGETS"),
+               mime = atom(shell, "text/plain;charset=utf-8");
+  constexpr int byte = 8, number = 32;
+  if (*target == targets) {
+    const ::Atom offered[] = {targets, atom(shell, "TIMESTAMP"), utf8, mime, text, XA_STRING};
+    give(offered, std::size(offered), number, value, length, format);
+    *type = XA_ATOM;
+  } else if (*target == utf8 || *target == mime || *target == text) {
+    give(s_copied.data(), s_copied.size(), byte, value, length, format);
+    *type = *target == mime ? mime : utf8;
+  } else if (*target == XA_STRING) {
+    const std::string bytes = latin1Of(s_copied);
+    give(bytes.data(), bytes.size(), byte, value, length, format);
+    *type = XA_STRING;
+  } else {
+    return False;
+  }
+  return True;
+}
+
+void lose(::Widget /*shell*/, ::Atom * /*selection*/) { s_copied.clear(); }
+
+struct Request {
+  std::function<void(const std::string &)> take;
+  ::Time time;
+  ::Atom target;
+};
+
+void receive(::Widget shell, XtPointer request, ::Atom *selection, ::Atom *type, XtPointer value, unsigned long *length,
+             int *format) {
+  std::unique_ptr<Request> asked(static_cast<Request *>(request));
+  const bool there = value != nullptr && *type != XT_CONVERT_FAIL && *type != None && *format == 8;
+  const std::string bytes = there ? std::string(static_cast<const char *>(value), *length) : "";
+  XtFree(static_cast<char *>(value));
+  if (there) {
+    guarded([&] { asked->take(asked->target == XA_STRING ? utf8OfLatin1(bytes) : bytes); });
+  } else if (asked->target != XA_STRING) { // programs of another age
+    asked->target = XA_STRING;
+    Request *again = asked.release();
+    XtGetSelectionValue(shell, *selection, XA_STRING, receive, again, again->time);
+  }
+}
+
+} // namespace
+
+void copyToClipboard(::Widget widget, const std::string &text, ::Time time) {
+  ::Widget shell = shellOf(widget);
+  if (XtOwnSelection(shell, atom(shell, "CLIPBOARD"), time, convert, lose, nullptr) != False) s_copied = text;
+}
+
+void pasteFromClipboard(::Widget widget, ::Time time, const std::function<void(const std::string &)> &take) {
+  ::Widget shell = shellOf(widget);
+  const ::Atom utf8 = atom(shell, "UTF8_STRING");
+  auto request = std::make_unique<Request>(Request{take, time, utf8});
+  XtGetSelectionValue(shell, atom(shell, "CLIPBOARD"), utf8, receive, request.release(), time);
+}
+
+} // namespace viewer

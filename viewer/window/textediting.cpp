@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The keys, and the text fields that have them.
+#include "viewer/window/textediting.h"
+
+#include <map>
+#include <memory>
+
+#include "viewer/window/clipboard.h"
+#include "viewer/window/motif.h"
+
+namespace viewer {
+namespace {
+
+// Ctrl+Insert and its like are older than Ctrl+C. The toolkit keeps the selection when the cursor is already where a
+// key moves it: the next character would replace all.
+constexpr char keys[] = "Ctrl Shift ~Mod1<Key>z: edit(redo)\n"
+                        "Ctrl ~Mod1<Key>z: edit(undo)\n"
+                        "Ctrl ~Mod1<Key>y: edit(redo)\n"
+                        "Ctrl ~Mod1<Key>c: edit(copy)\n"
+                        "Ctrl ~Mod1<Key>x: edit(cut)\n"
+                        "Ctrl ~Mod1<Key>v: edit(paste)\n"
+                        "Ctrl ~Mod1<Key>a: edit(selectAll)\n"
+                        "Ctrl ~Mod1<Key>osfInsert: edit(copy)\n"
+                        "Shift ~Mod1<Key>osfInsert: edit(paste)\n"
+                        "Shift ~Mod1<Key>osfDelete: edit(cut)\n"
+                        "<Key>osfCopy: edit(copy)\n"
+                        "<Key>osfCut: edit(cut)\n"
+                        "<Key>osfPaste: edit(paste)\n"
+                        "<Key>osfUndo: edit(undo)\n"
+                        "Ctrl ~Mod1<Key>osfBackSpace: delete-previous-word()\n"
+                        "Ctrl ~Mod1<Key>osfDelete: delete-next-word()\n"
+                        "~Shift ~Ctrl ~Mod1<Key>osfLeft: deselect-all() backward-character()\n"
+                        "~Shift ~Ctrl ~Mod1<Key>osfRight: deselect-all() forward-character()\n"
+                        "~Shift ~Ctrl ~Mod1<Key>osfBeginLine: deselect-all() beginning-of-line()\n"
+                        "~Shift ~Ctrl ~Mod1<Key>osfEndLine: deselect-all() end-of-line()\n";
+
+std::map<::Widget, std::unique_ptr<TextField>> &fields() {
+  static std::map<::Widget, std::unique_ptr<TextField>> s_fields;
+  return s_fields;
+}
+
+// The answer may arrive when the field is no longer there.
+void paste(::Widget field, ::Time time) {
+  const unsigned number = fields().at(field)->number();
+  pasteFromClipboard(field, time, [field, number](const std::string &text) {
+    const auto there = fields().find(field);
+    if (there != fields().end() && there->second->number() == number) there->second->insert(text);
+  });
+}
+
+void edit(::Widget field, XEvent *event, String *arguments, Cardinal *count) {
+  const auto found = fields().find(field);
+  if (found == fields().end() || *count == 0) return;
+  TextField &text = *found->second;
+  const ::Time time = event != nullptr && event->type == KeyPress ? event->xkey.time : CurrentTime;
+  const std::string what = arguments[0];
+  guarded([&] {
+    if (what == "copy") text.copy(time);
+    if (what == "cut") text.cut(time);
+    if (what == "paste") paste(field, time);
+    if (what == "selectAll") text.selectAll(time);
+    if (what == "undo") text.undo();
+    if (what == "redo") text.redo();
+  });
+}
+
+} // namespace
+
+void editAsUsual(::Widget field, Shows shows) {
+  static unsigned s_number = 0;
+  if (s_number == 0) {
+    char name[] = "edit";
+    XtActionsRec procedures[] = {{name, edit}};
+    XtAppAddActions(XtWidgetToApplicationContext(field), procedures, XtNumber(procedures));
+  }
+  fields()[field] = std::make_unique<TextField>(field, shows, ++s_number);
+  whenever(field, XmNdestroyCallback, [field](const XEvent *) { fields().erase(field); });
+  XtOverrideTranslations(field, XtParseTranslationTable(keys));
+}
+
+std::string editedText(::Widget field) { return fields().at(field)->text(); }
+
+void replaceText(::Widget field, const std::string &text) { fields().at(field)->replace(text); }
+
+} // namespace viewer

@@ -185,12 +185,21 @@ void PageView::paintHighlights(Drawing &drawing) {
              highlightColor);
 }
 
-void PageView::paint(const Selection &selection) {
+void PageView::requireBeingDrawn(const Selection &selection) const {
   if (drawing_ == nullptr) throw HostError(tavrel::errBadArgument, "no page is being drawn");
   if (selection.page != drawing_->page)
     throw HostError(tavrel::errBadArgument, "the selection is not on the page being drawn");
+}
+
+void PageView::paint(const Selection &selection) {
+  requireBeingDrawn(selection);
   marks_.add(selection, rgbOf(drawColor_));
   std::erase(highlights_, MarkedArea{selection.page, selection.boxes}); // or both would be visible
+}
+
+void PageView::outline(const Selection &selection) {
+  requireBeingDrawn(selection);
+  marks_.addOutline(selection, rgbOf(drawColor_));
 }
 
 const Image *PageView::background() {

@@ -60,6 +60,7 @@ public:
   /// The window's size in pixels; 0, 0 is as large as the page. Until the first drawing the middle of the view stays in
   /// the middle: the view may be scrolled before the window has its final size.
   void setWindow(int width, int height);
+  bool inWindow() const { return window_.width != 0; }
   /// Draws that many more pixels on each side, where the page has them; they do not count as visible.
   void setMargin(int pixels) { margin_ = pixels; }
   /// The page's size in pixels.
@@ -106,6 +107,10 @@ public:
   /// page when all page-draw procedures have been called. Throws errBadArgument when no page or another one is being
   /// drawn.
   void paint(const Selection &selection);
+  /// Records a line around the selection in the same way; it is drawn above all marks.
+  void outline(const Selection &selection);
+  /// The n-th selection that was painted on the page drawn last; null after the last one.
+  tavrel::TextSelection painted(size_t index) const { return marks_.selection(index); }
   bool drawing() const { return drawing_ != nullptr; }
   /// Whether nothing keeps draw() from drawing: no batch, no other drawing.
   bool mayDraw() const { return !drawing() && batchDepth_ == 0; }
@@ -125,6 +130,7 @@ private:
   const Image *background();
   Drawing crop(const Image &page) const;
   void chooseDpi();
+  void requireBeingDrawn(const Selection &selection) const;
   void notifyIfChanged();
 
   Document &document_;

@@ -12,4 +12,4 @@ target_compile_definitions(end_to_end_test PRIVATE TEST_DOCUMENTS="${test_docume
                                                    TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>"
                                                    TAVREL_BINDIR="${CMAKE_INSTALL_BINDIR}"
                                                    TAVREL_LIBDIR="${CMAKE_INSTALL_LIBDIR}")
-add_dependencies(end_to_end_test tavrel TavrelGLT BRZ HitCount HitPages)
+add_dependencies(end_to_end_test tavrel TavrelGLT BRZ HitPages HitSteps)

@@ -7,8 +7,16 @@ tavrel_test(NAME plugins_alone_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/
             LIBRARIES tools test_support)
 foreach(test plugins_test plugins_alone_test)
   target_compile_definitions(${test} PRIVATE TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>")
-  add_dependencies(${test} TavrelGLT BRZ HitCount HitPages)
+  add_dependencies(${test} TavrelGLT BRZ HitPages HitSteps)
 endforeach()
+
+# Steps through all hits of the test documents, and prints how often each was visible.
+tavrel_test(NAME every_hit_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/every_hit/*.cpp
+            ${CMAKE_CURRENT_SOURCE_DIR}/plugins/tables.cpp LIBRARIES tools test_support
+            TOGETHER PROPERTIES FIXTURES_REQUIRED documents)
+target_compile_definitions(every_hit_test PRIVATE TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>"
+                           TEST_DOCUMENTS="${CMAKE_BINARY_DIR}/test-documents")
+add_dependencies(every_hit_test TavrelGLT BRZ HitPages HitSteps)
 
 add_library(unloading_client MODULE ${CMAKE_CURRENT_SOURCE_DIR}/plugins/unloading/client.cpp)
 target_link_libraries(unloading_client PRIVATE sdk)

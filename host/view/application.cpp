@@ -183,6 +183,7 @@ void addHostTables(Runtime &runtime) {
   // The older versions are the same table: a client of one does not read beyond its end.
   runtime.addTable("TavrelView", 0x00050001, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewStatusVersion, viewTable());
+  runtime.addTable("TavrelView", tavrel::tavrelViewMarksVersion, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewVersion, viewTable());
   runtime.addTable("Desktop", 0x00040000, desktopTable());
 }

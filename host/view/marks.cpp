@@ -4,12 +4,18 @@
 
 #include <algorithm>
 
+#include "host/view/outline.h"
+
 namespace host {
 
 void PageMarks::add(const Selection &selection, const Rgb &color) {
-  marks_.push_back({{selection.page, selection.boxes}, color});
+  marks_.push_back({{selection.page, selection.boxes}, color, selections().handle(&selection)});
   ranges_ += selection.ranges;
   offPage_ += selection.offPage;
+}
+
+void PageMarks::addOutline(const Selection &selection, const Rgb &color) {
+  outlines_.push_back({{selection.page, selection.boxes}, color, nullptr});
 }
 
 bool PageMarks::has(const MarkedArea &area) const {
@@ -19,6 +25,8 @@ bool PageMarks::has(const MarkedArea &area) const {
 void PageMarks::compose(Image &image, const Scale &scale) const {
   for (const Mark &mark : marks_)
     paintMarks(image, mark.area.boxes, scale, mark.color);
+  for (const Mark &outlined : outlines_)
+    paintOutline(image, outlined.area.boxes, scale, outlined.color);
 }
 
 } // namespace host

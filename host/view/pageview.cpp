@@ -56,12 +56,21 @@ void PageView::highlight(const Selection &selection) {
   notifyIfChanged();
 }
 
-void PageView::paint(const Selection &selection) {
+void PageView::requireBeingDrawn(const Selection &selection) const {
   if (drawing_ == nullptr) throw HostError(tavrel::errBadArgument, "no page is being drawn");
   if (selection.page != drawing_->page)
     throw HostError(tavrel::errBadArgument, "the selection is not on the page being drawn");
+}
+
+void PageView::paint(const Selection &selection) {
+  requireBeingDrawn(selection);
   marks_.add(selection, rgbOf(drawColor_));
   highlights_.remove({selection.page, selection.boxes}); // or both would be visible
+}
+
+void PageView::outline(const Selection &selection) {
+  requireBeingDrawn(selection);
+  marks_.addOutline(selection, rgbOf(drawColor_));
 }
 
 void PageView::setSource(PageSource source) {

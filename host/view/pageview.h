@@ -29,6 +29,7 @@ public:
   int32_t page() const { return drawing_ ? drawing_->page : viewport_->page(); }
   double dpi() const { return drawing_ ? drawing_->dpi : viewport_->dpi(); }
   void showPage(int32_t page) { viewport_->showPage(page); }
+  bool inWindow() const { return viewport_->inWindow(); }
   // In device units of the page.
   tavrel::DeviceRect visible() { return units().rect(viewport_->visible()); }
   void scrollTo(int16_t x, int16_t y) { viewport_->scrollTo(units().pixel(x), units().pixel(y)); }
@@ -62,6 +63,10 @@ public:
   /// page when all page-draw procedures have been called. Throws errBadArgument when no page or another one is being
   /// drawn.
   void paint(const Selection &selection);
+  /// Records a line around the selection in the same way; it is drawn above all marks.
+  void outline(const Selection &selection);
+  /// The n-th selection that was painted on the page drawn last; null after the last one.
+  tavrel::TextSelection painted(size_t index) const { return marks_.selection(index); }
   bool drawing() const { return drawing_ != nullptr; }
   /// Whether nothing keeps draw() from drawing: no batch, no other drawing.
   bool mayDraw() const { return !drawing() && batchDepth() == 0; }
@@ -74,6 +79,7 @@ public:
 private:
   DeviceUnits units() { return {document_.pageSize(page()), dpi()}; }
   Scale scaleOf(const Drawing &drawing);
+  void requireBeingDrawn(const Selection &selection) const;
   void notifyIfChanged();
 
   Document &document_;

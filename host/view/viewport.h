@@ -23,6 +23,8 @@ public:
   virtual int32_t page() const = 0;
   /// Shows a page from its upper left; the page shown already stays as it is. Throws errBadPage.
   virtual void showPage(int32_t page) = 0;
+  /// Whether a user looks at it; else the pages are drawn to files.
+  virtual bool inWindow() const = 0;
   /// The resolution of the page shown.
   virtual double dpi() const = 0;
   /// The part of the page shown that is visible, in its pixels. A window larger than the page is visible completely.
@@ -42,6 +44,7 @@ public:
 
   int32_t page() const override { return page_; }
   void showPage(int32_t page) override;
+  bool inWindow() const override { return false; }
   double dpi() const override { return dpi_; }
   PixelBox visible() override;
   void scrollTo(int /*x*/, int /*y*/) override {}

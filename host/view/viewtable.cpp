@@ -147,6 +147,20 @@ void paintSelection(ViewHandle handle, tavrel::TextSelection selection) {
   if (PageView *view = viewOf(handle)) view->paint(selections().find(selection));
 }
 
+void outlineSelection(ViewHandle handle, tavrel::TextSelection selection) {
+  if (PageView *view = viewOf(handle)) view->outline(selections().find(selection));
+}
+
+tavrel::TextSelection paintedSelection(ViewHandle handle, uint32_t index) {
+  const PageView *view = viewOf(handle);
+  return view == nullptr ? nullptr : view->painted(index);
+}
+
+Bool16 isInWindow(ViewHandle handle) {
+  const PageView *view = viewOf(handle);
+  return view != nullptr && view->inWindow() ? 1 : 0;
+}
+
 void highlightText(ViewHandle handle, tavrel::TextSelection selection) {
   if (PageView *view = viewOf(handle)) view->highlight(selections().find(selection));
 }
@@ -279,6 +293,9 @@ Table build() {
   table.provide<attachAuxData>(View::DocAttachAuxData);
   table.provide<pageCount>(View::PageViewGetPageCount);
   table.provide<markPages>(View::DocMarkPages);
+  table.provide<outlineSelection>(View::PageViewOutlineSelection);
+  table.provide<paintedSelection>(View::PageViewGetPaintedSelection);
+  table.provide<isInWindow>(View::PageViewIsInWindow);
   return table;
 }
 

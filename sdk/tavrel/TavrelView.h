@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 // The "TavrelView" table: viewer documents, page views, the tool bar, alerts, notifications, auxiliary data, the status
 // line and the scroll bar. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with SetStatusText, 0x00050003
-// with DocMarkPages; a host provides all three.
+// with DocMarkPages, 0x00050004 has all operations below; a host provides all four.
 //
 // Null is accepted as page view or tool bar: the operation then does nothing and returns 0 or null. Any other unknown
 // handle raises. Tags: see Kernel.h.
@@ -41,9 +41,10 @@ enum ModifierKey : uint32_t { modifierShift = 1, modifierControl = 2, modifierAl
 /// buttons that have buttonAlsoInBrowser; a viewer in a window of its own shows all.
 enum ButtonAttribute : int32_t { buttonInternal = 1, buttonAlsoInBrowser = 2 };
 
-/// The version that ends with SetStatusText, and the newest, which has all operations below.
+/// The versions that end with SetStatusText and with DocMarkPages, and the newest, which has all operations below.
 inline constexpr uint32_t tavrelViewStatusVersion = 0x00050002;
-inline constexpr uint32_t tavrelViewVersion = 0x00050003;
+inline constexpr uint32_t tavrelViewMarksVersion = 0x00050003;
+inline constexpr uint32_t tavrelViewVersion = 0x00050004;
 
 /// Icons of an alert.
 enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, alertNote = 3 };
@@ -149,7 +150,16 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(38, PageViewGetPageCount, int32_t(PageView view))                                                          \
   /* Sets the pages that a plug-in marks on the scroll bar of a document; pages that do not exist are ignored. Each    \
      plug-in has its own marked pages; an empty list removes them. [raises] */                                         \
-  OPERATION(39, DocMarkPages, void(ExtensionID extension, Doc document, const int32_t *pages, uint32_t count))
+  OPERATION(39, DocMarkPages, void(ExtensionID extension, Doc document, const int32_t *pages, uint32_t count))          \
+  /* Draws a line in the drawing colour around a selection on the page being drawn, above all marks: around its words   \
+     on each line of text. [raises] when nothing is being drawn or another page is */                                  \
+  OPERATION(40, PageViewOutlineSelection, void(PageView view, TextSelection selection))                                \
+  /* The n-th selection, from 0, that page-draw procedures have painted (PageViewPaintSelection) on the page drawn     \
+     last, or being drawn; null after the last one. [raises] [borrowed as DocModel.h says] */                          \
+  OPERATION(41, PageViewGetPaintedSelection, TextSelection(PageView view, uint32_t index))                             \
+  /* Whether a window shows the view, and may be smaller than the page. A view that pages are only drawn with, to      \
+     files for instance, is as large as the page. [raises] */                                                          \
+  OPERATION(42, PageViewIsInWindow, Bool16(PageView view))
 // clang-format on
 
 namespace TavrelView {

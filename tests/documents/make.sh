@@ -33,6 +33,12 @@ qpdf --encrypt secret owner 256 -- two-columns.pdf encrypted.pdf
   done
 } | groff -Tps | ps2pdf - three-hundred.pdf
 
+# Many hits on each page, in one column: "thread" occurs twice in each line.
+{
+  printf '.TL\nA Cloth\n.LP\n'
+  for i in $(seq 1 320); do printf 'Row %d: a thread runs along the cloth, and another thread crosses it.\n.br\n' "$i"; done
+} | groff -ms -Tps | ps2pdf - cloth.pdf
+
 pango-view -q --font='Droid Sans Fallback 14' -o cjk.pdf --text='検索 結果 を 表示 する
 東京 大阪 検索'
 pango-view -q --font='DejaVu Sans 16' -o astral.pdf --text='plain 𝔸𝔹ℂ𝔻 words 𝔼𝔽 behind 𝔸𝔹ℂ𝔻 again'

@@ -104,11 +104,15 @@ class Hits(ViewerTest):
         self.viewer.hit("hit 2 of 4")
         self.assertEqual(self.viewer.now()["drawn"]["marks"], 1)
 
-    def test_a_page_without_hits_keeps_the_current_one(self):
-        self.viewer.key("ctrl+Next")
-        state = self.viewer.shown(4)
+    def test_a_page_without_hits_says_so_and_the_next_hit_is_the_one_after_it(self):
+        self.viewer.key("ctrl+l")
+        self.viewer.display.xdotool("key", "8", "Return")
+        state = self.viewer.shown(8)
         self.assertEqual(state["drawn"]["marks"], 0)
-        self.assertEqual(state["plugins"], "hit 1 of 4, page 1 of 4")
+        self.assertEqual(state["plugins"], "4 hits on 4 pages, none on this one")
+        self.viewer.key("F3")
+        self.viewer.hit("hit 3 of 4, page 3 of 4")
+        self.viewer.shown(10)
 
     def test_the_menu_of_hits_steps_too(self):
         self.viewer.key("F10", "Right", "Right", "Right", "Right")
@@ -164,8 +168,10 @@ class HitsInTheMiddle(ViewerTest):
         count = state["drawn"]["marks"]
         self.assertGreater(count, 1)
         self.assertIn("page 1 of 2", state["plugins"])
-        viewer.press(NEXT)
-        viewer.hit(f"hit {count + 1} of")
+        for number in range(2, count + 2):
+            viewer.press(NEXT)
+            viewer.hit(f"hit {number} of")
+        viewer.shown(2)
 
 
 class Jumps(ViewerTest):

@@ -44,8 +44,8 @@ class Plugins(ViewerTest):
 
     def test_about_lists_each_with_its_version_and_state(self):
         text = self.about()
-        for wanted in (r"TavrelGLT [0-9.]+: +running", r"HitCount [0-9.]+: +running", r"BRZ [0-9.]+: +running",
-                       r"HitPages [0-9.]+: +running", r"good: +running", "forgets: +running",
+        for wanted in (r"TavrelGLT [0-9.]+: +running", r"HitPages [0-9.]+: +running", r"BRZ [0-9.]+: +running",
+                       r"HitSteps [0-9.]+: +running", r"good: +running", "forgets: +running",
                        *(name + r"(\.so)?: +failed: \S" for name in NOT_RUNNING)):
             with self.subTest(wanted):
                 self.assertRegex(text, wanted)

@@ -18,6 +18,7 @@ public:
   int32_t page() const override { return page_; }
   void showPage(int32_t page) override;
 
+  bool inWindow() const override { return true; }
   double dpi() const override { return dpi_; }
   /// Shows all pages at that size, at most at largestDpi.
   void setDpi(double dpi);

@@ -31,6 +31,7 @@ public:
     x_ = y_ = 0;
     changed();
   }
+  bool inWindow() const override { return window_.width != 0; }
   double dpi() const override { return dpi_; }
   host::PixelBox visible() override {
     const host::PixelSize part = window_.width == 0 ? all() : window_;

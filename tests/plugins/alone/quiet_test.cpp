@@ -24,7 +24,7 @@ TEST_P(WithoutHits, APluginShowsNothing) {
   EXPECT_EQ(host.reports, std::vector<std::string>{});
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, WithoutHits, testing::Values("BRZ", "HitCount", "HitPages"),
+INSTANTIATE_TEST_SUITE_P(Each, WithoutHits, testing::Values("BRZ", "HitPages", "HitSteps"),
                          [](const auto &tested) { return std::string(tested.param); });
 
 } // namespace

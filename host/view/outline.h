@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The outline of a selection on the image of a page.
+#pragma once
+
+#include <span>
+
+#include "host/view/painting.h"
+
+namespace host {
+
+/// Draws a line of that colour around boxes, outside of them: one line around boxes that overlap or follow each other
+/// on a line of text. A thin white line around it separates it from a dark page. The line is about a point thick, and
+/// at least two pixels.
+void paintOutline(Image &image, std::span<const Box> boxes, const Scale &scale, const Rgb &color);
+
+} // namespace host

@@ -1,0 +1,225 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: MIT
+// A current hit is kept as the number of its page, its index there and its position: lists are registered and removed
+// at any time, and so it is compared with the list before each use. Calls of the highlight plug-in may call other
+// plug-ins, so after them everything is looked up again.
+#include "steps.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+
+#include "hits.h"
+#include "sight.h"
+
+using namespace tavrel;
+
+namespace {
+
+ExtensionID s_self;
+
+struct Current {
+  Doc document;
+  int32_t page; ///< -1: there is no current hit
+  uint32_t word;
+  uint16_t pos;
+  Units units;
+  const HLL *list; ///< the one that was read last; only compared
+  bool isNew;      ///< the list, which has not been drawn yet
+};
+
+Current *s_currents; ///< one for each document with hits
+size_t s_count, s_capacity;
+
+/// Null if memory is exhausted. Valid until the next call for another document.
+Current *currentOf(Doc document) {
+  for (size_t i = 0; i < s_count; ++i)
+    if (s_currents[i].document == document) return &s_currents[i];
+  if (s_count == s_capacity) {
+    const size_t capacity = std::max<size_t>(8, 2 * s_capacity);
+    auto *grown = static_cast<Current *>(realloc(s_currents, capacity * sizeof *s_currents));
+    if (grown == nullptr) return nullptr;
+    s_currents = grown;
+    s_capacity = capacity;
+  }
+  s_currents[s_count] = {document, -1, 0, 0, unitCharacters, nullptr, false};
+  return &s_currents[s_count++];
+}
+
+/// What a step and a drawing start from.
+struct Scene {
+  PageView view;
+  const HLL *list;
+  Hits hits;
+  const HitPage *page; ///< the hits of the page shown, or null
+  Current *current;    ///< on that page, if it has hits
+};
+
+void setCurrent(Current *current, const HLL *list, const HitPage &page, uint32_t word) {
+  TextRange range = {0, 0};
+  rangeOf(list, page.index, word, &range);
+  current->page = page.number;
+  current->word = word;
+  current->pos = range.pos;
+}
+
+bool isStillThere(const Current &current, const HLL *list, const HitPage &page) {
+  TextRange range;
+  return current.page == page.number && rangeOf(list, page.index, current.word, &range) && range.pos == current.pos;
+}
+
+/// False for a document without a view or hits. The current hit follows the page shown.
+bool readScene(Doc document, Scene *scene) {
+  scene->list = document == nullptr ? nullptr : TavrelGLT::GLT_GetHLL(document);
+  if (scene->list == nullptr) return false;
+  scene->view = TavrelView::DocGetPageView(document);
+  scene->hits = readHits(scene->list, TavrelView::PageViewGetPageCount(scene->view));
+  scene->current = currentOf(document);
+  if (scene->view == nullptr || scene->hits.hitCount == 0 || scene->current == nullptr) return false;
+  scene->page = pageOfHits(scene->hits, TavrelView::PageViewGetPageNum(scene->view));
+  Current &current = *scene->current;
+  if (current.list != scene->list) current.isNew = true;
+  current.list = scene->list;
+  if (scene->page == nullptr || isStillThere(current, scene->list, *scene->page)) return true;
+  if (current.page == scene->page->number) current.isNew = true; // at the address of the one before
+  setCurrent(&current, scene->list, *scene->page, 0);
+  return true;
+}
+
+HitPlace placeOf(const Scene &scene, const HitPage &page, uint32_t word) {
+  HitPlace place = {scene.current->document, page.number, {0, 0}, scene.current->units};
+  rangeOf(scene.list, page.index, word, &place.range);
+  return place;
+}
+
+void describe(const Scene &scene, char *text, size_t size) {
+  const Hits &hits = scene.hits;
+  if (scene.page == nullptr)
+    snprintf(text, size, "%u %s on %u %s, none on this one", hits.hitCount, hits.hitCount == 1 ? "hit" : "hits",
+             hits.pageCount, hits.pageCount == 1 ? "page" : "pages");
+  else
+    snprintf(text, size, "hit %u of %u, page %u of %u", scene.page->first + scene.current->word + 1, hits.hitCount,
+             static_cast<uint32_t>(scene.page - hits.pages) + 1, hits.pageCount);
+}
+
+/// The status line is the front document's. Without hits its text is removed.
+void showStatus(Doc document, const Scene *scene) {
+  if (document == nullptr || document != TavrelView::GetFrontDoc()) return;
+  char text[100] = "";
+  if (scene != nullptr) describe(*scene, text, sizeof text);
+  TavrelView::SetStatusText(s_self, text);
+}
+
+/// Shows a hit of the page shown as the current one. False if the page cannot be read, unless `anyway`.
+bool makeCurrent(const Scene &scene, uint32_t word, bool anyway) {
+  if (!bringIntoSight(scene.view, placeOf(scene, *scene.page, word)) && !anyway) return false;
+  setCurrent(scene.current, scene.list, *scene.page, word);
+  scene.current->isNew = false;
+  TavrelView::PageViewRefreshArea(scene.view, nullptr);
+  showStatus(scene.current->document, &scene);
+  return true;
+}
+
+bool isAt(Doc document, const HLL *list, uint32_t pageIndex) {
+  uint32_t page = 0;
+  uint16_t word = 0;
+  return TavrelGLT::GLT_GetHLL(document) == list && TavrelGLT::GLT_GetPos(document, &page, &word) != 0 &&
+         page == pageIndex;
+}
+
+/// Has the highlight plug-in make one step to a page of the list. It steps by pages in some modes and directions, and
+/// by words in the others: it is put where its next step is to the page.
+void jump(Doc document, const HLL *list, uint32_t pageIndex, int direction) {
+  if (direction > 0 ? pageIndex == 0 : pageIndex + 1 == TavrelGLT::HLL_GetPageCount(list))
+    return TavrelGLT::GLT_Jump(document, direction > 0 ? GLT_JUMP_FIRST : GLT_JUMP_LAST);
+  const bool byWords = (TavrelGLT::GLT_GetViewMode(document) == GLT_VIEW_ONE) == (direction > 0);
+  const uint32_t before = direction > 0 ? pageIndex - 1 : pageIndex + 1;
+  uint32_t page = 0;
+  uint16_t word = 0;
+  TavrelGLT::GLT_GetPos(document, &page, &word);
+  const uint32_t last = direction > 0 ? hitsOn(list, before) : 0;
+  if (page != before || (byWords && word != last))
+    TavrelGLT::GLT_SetPos(document, before,
+                          static_cast<uint16_t>(direction > 0 && byWords ? std::max(last, 1U) - 1 : 0), 1);
+  const uint32_t code = direction > 0 ? GLT_JUMP_NEXT : GLT_JUMP_PREV;
+  // Forwards it takes a step of its own to behind the last word.
+  for (int steps = 0; steps < 2 && isAt(document, list, before); ++steps)
+    TavrelGLT::GLT_Jump(document, code);
+  if (TavrelGLT::GLT_GetHLL(document) == list && !isAt(document, list, pageIndex))
+    TavrelGLT::GLT_SetPos(document, pageIndex, 0, 1); // a page of the list before it has no hits
+}
+
+/// The units of the list's positions, from what the highlight plug-in has painted on the page being drawn.
+Units unitsOf(const Scene &scene, int32_t mode) {
+  const uint32_t count = mode == GLT_VIEW_ALL ? scene.page->count : 1;
+  const TextRange *ranges = readRanges(scene.list, scene.page->index, count);
+  if (ranges == nullptr) return scene.current->units;
+  return learnUnits(scene.view, scene.current->document, scene.page->number, ranges, count, scene.current->units);
+}
+
+} // namespace
+
+void startSteps(ExtensionID self) { s_self = self; }
+
+void endSteps() {
+  free(s_currents);
+  s_currents = nullptr;
+  s_count = s_capacity = 0;
+  freeHits();
+}
+
+void step(Doc document, int direction) {
+  Scene scene = {};
+  if (!readScene(document, &scene)) return;
+  const int32_t shown = TavrelView::PageViewGetPageNum(scene.view);
+  const HitPage *beside = pageBeside(scene.hits, shown, direction);
+  if (scene.page != nullptr) {
+    const int64_t word = int64_t{scene.current->word} + direction;
+    const bool onPage = word >= 0 && word < scene.page->count;
+    // A damaged page is left by one step, if there is another one.
+    if (onPage && makeCurrent(scene, static_cast<uint32_t>(word), beside == nullptr)) return;
+  }
+  if (beside == nullptr) return;
+  const int32_t target = beside->number;
+  TavrelView::PageViewBeginBatch(scene.view);
+  jump(document, scene.list, beside->index, direction);
+  Scene after = {};
+  if (readScene(document, &after) && after.page != nullptr && after.page->number == target)
+    makeCurrent(after, direction > 0 ? 0 : after.page->count - 1, true);
+  TavrelView::PageViewEndBatch(scene.view);
+}
+
+bool canStep(Doc document, int direction) {
+  Scene scene = {};
+  if (!readScene(document, &scene)) return false;
+  if (scene.page != nullptr && (direction > 0 ? scene.current->word + 1 < scene.page->count : scene.current->word > 0))
+    return true;
+  return pageBeside(scene.hits, TavrelView::PageViewGetPageNum(scene.view), direction) != nullptr;
+}
+
+void goToFirstHitOfPage(Doc document) {
+  Scene scene = {};
+  if (readScene(document, &scene) && scene.page != nullptr) makeCurrent(scene, 0, true);
+}
+
+void showCurrentHit(PageView view) {
+  Doc document = TavrelView::PageViewGetDoc(view);
+  Scene scene = {};
+  if (!readScene(document, &scene)) return showStatus(document, nullptr);
+  const int32_t mode = TavrelGLT::GLT_GetViewMode(document);
+  if (scene.page != nullptr && TavrelView::PageViewIsInWindow(view)) {
+    scene.current->units = unitsOf(scene, mode);
+    const HitPlace place = placeOf(scene, *scene.page, scene.current->word);
+    if (scene.current->isNew) bringIntoSight(view, place);
+    if (mode != GLT_VIEW_NONE) outline(view, place);
+  }
+  scene.current->isNew = false;
+  showStatus(document, &scene);
+}
+
+void forgetHits(Doc document) {
+  s_count = static_cast<size_t>(
+      std::remove_if(s_currents, s_currents + s_count, [=](const Current &one) { return one.document == document; }) -
+      s_currents);
+  if (document == TavrelView::GetFrontDoc()) TavrelView::SetStatusText(s_self, nullptr);
+}

@@ -1,0 +1,138 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Outlines of boxes on an image, and of selections on a page being drawn.
+#include "host/view/outline.h"
+
+#include <gmock/gmock.h>
+
+#include "Colors.h"
+#include "Viewer.h"
+
+namespace {
+
+using host::blue, host::black, host::pixelOf;
+using host::Box, host::Image, host::Scale;
+
+constexpr int size = 60;
+constexpr uint32_t paper = 0xFF808080, ink = 0xFF0000FF, separation = 0xFFFFFFFF;
+
+struct Outlines : testing::Test {
+  void outline(const std::vector<Box> &boxes, const Scale &scale = {1, size}) {
+    host::paintOutline(image, boxes, scale, blue);
+  }
+  uint32_t at(int x, int y) { return image.row(y)[x]; }
+  size_t count(uint32_t color) const {
+    return static_cast<size_t>(std::count(image.pixels.begin(), image.pixels.end(), color));
+  }
+  Image image{size, size, std::vector<uint32_t>(size_t{size} * size, paper)};
+};
+
+TEST_F(Outlines, GoAroundABoxAndLeaveItAsItIs) {
+  outline({{20, 40, 40, 30}}); // rows 20 to 30
+  for (const auto &[x, y] : {std::pair{20, 20}, {39, 29}, {30, 25}, {19, 25}})
+    EXPECT_EQ(at(x, y), paper) << x << " " << y;
+  for (const auto &[x, y] : {std::pair{18, 25}, {17, 25}, {42, 25}, {41, 25}, {30, 18}, {30, 17}, {30, 31}, {30, 32}})
+    EXPECT_EQ(at(x, y), ink) << x << " " << y;
+  for (const auto &[x, y] : {std::pair{16, 25}, {43, 25}, {30, 16}, {30, 33}})
+    EXPECT_EQ(at(x, y), separation) << x << " " << y;
+  EXPECT_EQ(at(15, 25), paper);
+  EXPECT_EQ(at(44, 25), paper);
+}
+
+TEST_F(Outlines, AreThickerOnALargerPage) {
+  outline({{4, 8, 8, 6}}, {5, 12});
+  EXPECT_EQ(at(16, 25), ink) << "three pixels beside the box and five of the line";
+  EXPECT_EQ(at(12, 25), ink);
+  EXPECT_EQ(at(17, 25), paper);
+}
+
+TEST_F(Outlines, GoOnceAroundTheWordsOfALine) {
+  outline({{10, 40, 20, 30}, {25, 41, 35, 30}});
+  for (int x = 10; x < 35; ++x)
+    EXPECT_EQ(at(x, 25), paper) << x;
+}
+
+TEST_F(Outlines, GoAroundTheWordsOfEachLine) {
+  outline({{40, 55, 55, 47}, {5, 35, 20, 27}});
+  EXPECT_EQ(at(38, 8), ink);
+  EXPECT_EQ(at(38, 29), paper);
+  EXPECT_EQ(at(22, 29), ink);
+}
+
+TEST_F(Outlines, ThatOverlapHaveNoLineInside) {
+  outline({{10, 50, 30, 30}, {10, 33, 50, 20}});
+  EXPECT_EQ(at(20, 29), paper);
+  EXPECT_EQ(at(32, 15), ink);
+  EXPECT_EQ(at(32, 33), paper);
+}
+
+TEST_F(Outlines, EndAtTheEdgesOfTheImage) {
+  outline({{-10, 70, 30, 30}, {30, 10, 90, -20}});
+  EXPECT_EQ(at(31, 10), ink);
+  EXPECT_EQ(at(28, 59), ink);
+}
+
+TEST_F(Outlines, OutsideOfTheImageAreNone) {
+  outline({{-40, 40, -20, 30}, {100, 40, 120, 30}, {20, 200, 30, 190}, {20, -50, 30, -60}});
+  outline({});
+  outline({{20, 40, 20, 30}, {20, 30, 40, 30}});
+  EXPECT_EQ(count(paper), image.pixels.size());
+}
+
+TEST_F(Outlines, AreWhereThePartOfThePageIs) {
+  outline({{120, 40, 140, 30}}, {1, size, 100, 0});
+  EXPECT_EQ(at(18, 25), ink);
+}
+
+// What page-draw procedures do; they have no data.
+tavrel::TextSelection s_outlined, s_painted;
+constexpr tavrel::ColorValue yellow{tavrel::colorSpaceRGB, {tavrel::fixedOne, tavrel::fixedOne, 0, 0}};
+constexpr tavrel::ColorValue blueInk{tavrel::colorSpaceRGB, {0, 0, tavrel::fixedOne, 0}};
+
+void outlineFirst(tavrel::PageView view, void *) {
+  TavrelView::PageViewApplyDrawColor(view, &blueInk);
+  TavrelView::PageViewOutlineSelection(view, s_outlined);
+  TavrelView::PageViewApplyDrawColor(view, &yellow);
+  TavrelView::PageViewPaintSelection(view, s_painted);
+}
+
+struct OutlinesOfSelections : test::Viewer {
+  OutlinesOfSelections() {
+    s_outlined = model->select(0, {{20, 150, 60, 140}});
+    s_painted = model->select(0, {{0, 200, 100, 0}});
+    TavrelView::RegisterPageDrawProc(testPlugin.callback(outlineFirst), nullptr);
+  }
+};
+
+TEST_F(OutlinesOfSelections, AreAboveAllMarksAndCountAsNone) {
+  const host::Drawing drawing = *app.draw(*document);
+  EXPECT_EQ(drawing.image.row(55)[18], 0xFF0000FFU);
+  EXPECT_EQ(drawing.image.row(55)[40], 0xFFFFFF00U);
+  EXPECT_EQ(drawing.marks, 1U);
+}
+
+TEST_F(OutlinesOfSelections, RaiseWhereNothingOrAnotherPageIsDrawn) {
+  EXPECT_EQ(testPlugin.attempt([this] { TavrelView::PageViewOutlineSelection(view, s_outlined); }),
+            tavrel::errBadArgument);
+  s_outlined = model->select(1, {{20, 150, 60, 140}});
+  const host::Drawing drawing = *app.draw(*document);
+  EXPECT_EQ(drawing.marks, 0U) << "the procedure has ended";
+  EXPECT_EQ(testPlugin.attempt([] { TavrelView::PageViewOutlineSelection(nullptr, s_outlined); }), 0);
+}
+
+TEST_F(OutlinesOfSelections, AreNotPaintedSelections) {
+  EXPECT_EQ(TavrelView::PageViewGetPaintedSelection(view, 0), nullptr) << "nothing is drawn yet";
+  app.draw(*document);
+  EXPECT_EQ(TavrelView::PageViewGetPaintedSelection(view, 0), s_painted);
+  EXPECT_EQ(TavrelView::PageViewGetPaintedSelection(view, 1), nullptr);
+  EXPECT_EQ(TavrelView::PageViewGetPaintedSelection(nullptr, 0), nullptr);
+}
+
+TEST_F(OutlinesOfSelections, AViewWithoutAWindowIsKnown) {
+  EXPECT_EQ(TavrelView::PageViewIsInWindow(view), 0);
+  window->setWindow(50, 60);
+  EXPECT_EQ(TavrelView::PageViewIsInWindow(view), 1);
+  EXPECT_EQ(TavrelView::PageViewIsInWindow(nullptr), 0);
+}
+
+} // namespace

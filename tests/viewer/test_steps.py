@@ -1,0 +1,65 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
+# Stepping from hit to hit in a window that is lower than a page.
+import unittest
+
+from harness import ViewerTest, document
+
+OUTLINE = (0x20, 0x20, 0x33)
+
+
+class HitByHit(ViewerTest):
+    def setUp(self):
+        super().setUp()
+        self.file = document("cloth.pdf")
+        self.viewer = self.viewHits(self.file, self.hits(self.file, "another", [0, 2]), "--geometry", "800x380+0+0")
+        self.total = int(self.viewer.now()["plugins"].split(" of ")[1].split(",")[0])
+
+    # Waits until the outline of the current hit is on the page area, and returns it.
+    def outlined(self):
+        area = self.viewer.now()["area"]
+
+        def complete(picture):
+            found = picture.find(OUTLINE, area)
+            return found if found and found.bottom - found.top > 8 else None
+
+        return self.display.screen(complete, "an outline")
+
+    def step(self, key, number):
+        self.viewer.key(key)
+        self.viewer.hit(f"hit {number} of {self.total},")
+        outline = self.outlined()
+        area = self.viewer.now()["area"]
+        self.assertLess(outline.bottom - outline.top, 40, "one line")
+        self.assertGreater(outline.top, area["y"])
+        self.assertLess(outline.bottom, area["y"] + area["height"] - 1)
+
+    def test_f3_shows_each_hit_of_a_page_and_shift_f3_the_same_backwards(self):
+        self.outlined()
+        for number in range(2, 15):
+            self.step("F3", number)
+        for number in range(13, 0, -1):
+            self.step("shift+F3", number)
+        self.assertEqual(self.viewer.now()["page"], 1)
+
+    def test_after_the_last_hit_of_a_page_comes_the_first_of_the_next(self):
+        self.viewer.key("ctrl+l")
+        self.display.xdotool("key", "3", "Return")
+        self.viewer.shown(3)
+        first = int(self.viewer.hit("page 2 of 2")["plugins"].split()[1])
+        self.step("shift+F3", first - 1)
+        self.viewer.shown(1)
+        self.step("F3", first)
+        self.viewer.shown(3)
+
+    def test_the_number_is_that_of_the_page_shown(self):
+        self.viewer.key("F3", "F3")
+        self.viewer.hit("hit 3 of")
+        self.viewer.key("ctrl+Next")
+        self.viewer.hit(f"{self.total} hits on 2 pages, none on this one")
+        self.viewer.key("ctrl+Next")
+        self.viewer.hit("page 2 of 2")
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,43 +1,45 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// A document as the viewer and its plug-ins have it: a PDF file, the words of its pages as far as they were asked for,
-// and the selections made on them.
+// A document as the viewer and its plug-ins have it: what a service has answered about its pages so far, and the
+// selections made on them.
 #include "host/document/document.h"
 
-#include <optional>
-#include <unordered_map>
+#include <utility>
 
+#include "host/document/answering.h"
 #include "host/document/select.h"
+#include "host/document/service.h"
+#include "host/document/sizes.h"
+#include "host/document/wordcache.h"
 
 namespace host {
 namespace {
 
-class PdfDocument final : public Document {
+class ServedDocument final : public Document {
 public:
-  explicit PdfDocument(std::unique_ptr<PdfFile> file) : file_(std::move(file)) {}
-
-  int32_t pageCount() const override { return file_->pageCount(); }
-  PageSize pageSize(int32_t page) override { return file_->pageSize(page); }
-
-  const PageText &pageText(int32_t page) override {
-    Words &words = words_[page];
-    if (!words.text) words.text = file_->text(page);
-    return *words.text;
+  ServedDocument(std::shared_ptr<Service> service, const Opened &opened, Limit limit)
+      : service_(std::move(service)), pageCount_(opened.pageCount), limit_(limit),
+        sizes_(*service_, pageCount_, limit, lateListener), words_(*service_, limit, lateListener) {
+    sizes_.keep(0, opened.sizes);
   }
 
-  const std::vector<uint32_t> &contentOrder(int32_t page) override {
-    const PageText &text = pageText(page);
-    Words &words = words_[page];
-    if (!words.order) words.order = file_->contentOrder(page, text);
-    return *words.order;
+  int32_t pageCount() const override { return pageCount_; }
+  PageSize pageSize(int32_t page) override { return sizes_.get(checked(page)); }
+  const PageText &pageText(int32_t page) override { return words_.text(checked(page)); }
+  const std::vector<uint32_t> &contentOrder(int32_t page) override { return words_.order(checked(page)); }
+  void forgetText(int32_t page) override { words_.forget(checked(page)); }
+  void expectText(int32_t page, bool shown) override {
+    if (page >= 0 && page < pageCount_) words_.expect(page, shown ? Urgency::shown : Urgency::ahead);
   }
 
-  void forgetText(int32_t page) override {
-    file_->pageSize(page); // throws for a page that is not there
-    words_.erase(page);
+  Image render(int32_t page, double dpi) override {
+    Answer answer;
+    const Ticket ticket = service_->ask(ImageRequest{checked(page), dpi}, Urgency::awaited,
+                                        [&](Answer &got) { answer = std::move(got); });
+    if (!service_->await(ticket, limit_.deadline())) throw notThere(*service_, page);
+    if (const auto *failure = std::get_if<Failure>(&answer.value)) raise(*failure);
+    return std::move(std::get<PageImage>(answer.value).image);
   }
-
-  Image render(int32_t page, double dpi) override { return file_->render(page, dpi); }
 
   const Selection *selectCharacters(int32_t page, std::span<const tavrel::TextRange> ranges) override {
     return store_.characters(page, ranges, *this);
@@ -48,13 +50,16 @@ public:
   size_t selectionCount() const override { return store_.size(); }
 
 private:
-  struct Words {
-    std::optional<PageText> text;
-    std::optional<std::vector<uint32_t>> order;
-  };
+  int32_t checked(int32_t page) const {
+    if (page >= 0 && page < pageCount_) return page;
+    throw HostError(tavrel::errBadPage, "no page " + std::to_string(int64_t{page} + 1) + " in the document");
+  }
 
-  std::unique_ptr<PdfFile> file_;
-  std::unordered_map<int32_t, Words> words_;
+  std::shared_ptr<Service> service_; // declared before those that use it
+  int32_t pageCount_;
+  Limit limit_;
+  SizeCache sizes_;
+  WordCache words_;
   SelectionStore store_;
 };
 
@@ -65,7 +70,13 @@ std::unique_ptr<Document> Document::open(const std::filesystem::path &file, cons
 }
 
 std::unique_ptr<Document> Document::of(std::unique_ptr<PdfFile> file) {
-  return std::make_unique<PdfDocument>(std::move(file));
+  const Opened opened{file->pageCount(), {}};
+  return std::make_unique<ServedDocument>(
+      std::make_shared<Service>(std::filesystem::path(), answeringAtOnce(std::move(file))), opened, Limit());
+}
+
+std::unique_ptr<Document> Document::of(const DocumentSource &source, const Opened &opened) {
+  return std::make_unique<ServedDocument>(source.service, opened, Limit{source.limit});
 }
 
 std::u32string PageText::text() const {

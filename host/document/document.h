@@ -4,8 +4,10 @@
 // images of its pages.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -49,12 +51,25 @@ private:
   uint64_t uses_ = 0;
 };
 
+class Service;
+struct Opened;
+
+/// Where a document comes from that is answered for elsewhere.
+struct DocumentSource {
+  std::shared_ptr<Service> service;
+  std::chrono::milliseconds limit; ///< how long a caller waits for an answer
+};
+
 class Document {
 public:
   /// Opens a PDF. Throws DocumentError with one clear line that names the file.
   static std::unique_ptr<Document> open(const std::filesystem::path &file, const std::string &password);
   /// The same from a file that was opened before, perhaps on another thread.
   static std::unique_ptr<Document> of(std::unique_ptr<PdfFile> file);
+  /// The same from a service that has opened the file. What is not there within the limit throws DocumentError, or is a
+  /// letter page where it is a page's size. Until the answer comes, further callers wait no more; then it is kept for
+  /// them.
+  static std::unique_ptr<Document> of(const DocumentSource &source, const Opened &opened);
   virtual ~Document();
   Document(const Document &) = delete;
   Document &operator=(const Document &) = delete;
@@ -66,6 +81,12 @@ public:
   virtual const PageText &pageText(int32_t page) = 0;
   /// Indices into the page's words, in the order of the content stream (word-extraction version 1); every word once.
   virtual const std::vector<uint32_t> &contentOrder(int32_t page) = 0;
+  /// Requests the words of a page that will be needed soon, if anybody has asked for words of this document so far.
+  /// `shown` is more urgent than others. A page that is not there is ignored.
+  virtual void expectText(int32_t /*page*/, bool /*shown*/) {}
+  /// Called when something has come for which a caller had waited in vain: the words of a page, or its size. On the
+  /// thread and at the time of Service::collect().
+  std::function<void(int32_t page)> lateListener;
   /// Frees the memory of a page's text, which is computed again when it is next needed. References that pageText() and
   /// contentOrder() returned for the page become invalid; selections stay.
   virtual void forgetText(int32_t page) = 0;

@@ -7,6 +7,7 @@
 #include <poppler-document.h>
 #include <poppler-page-renderer.h>
 #include <poppler-page.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -66,14 +67,19 @@ bool hasArea(const poppler::rectf &rect) { return rect.width() > 0 && rect.heigh
 
 // Identifies a version of a file: if it is equal, the file is still the one that was opened.
 struct Stamp {
-  std::filesystem::file_time_type written = {};
-  uintmax_t size = 0;
+  dev_t device = 0;
+  ino_t number = 0;
+  off_t size = 0;
+  time_t seconds = 0;
+  long nanoseconds = 0;
   bool operator==(const Stamp &) const = default;
 };
 
+// Zeros where there is no file.
 Stamp stampOf(const std::filesystem::path &file) {
-  std::error_code error;
-  return {std::filesystem::last_write_time(file, error), std::filesystem::file_size(file, error)};
+  struct stat status {};
+  if (stat(file.c_str(), &status) != 0) return {};
+  return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
 using Bytes = std::vector<char>;
@@ -151,12 +157,13 @@ public:
     try {
       if (!bytes_) checkFile(file_);
       auto opened = std::make_unique<PopplerFile>(file_, password_, stamp_, bytes_);
-      if (bytes_ || stampOf(file_) == stamp_) return opened;
+      if (bytes_ || !fileChanged()) return opened;
     } catch (const std::exception &) { // null: the caller keeps the file that it has
     }
     return nullptr;
   }
 
+  bool fileChanged() const override { return !(stampOf(file_) == stamp_); }
   int32_t pageCount() const override { return pages_; }
   PageSize pageSize(int32_t page) override;
   PageText text(int32_t page) override;
@@ -206,8 +213,7 @@ PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
     std::swap(made.size.width, made.size.height);
   if (!(made.size.width > 0 && made.size.height > 0))
     fail(file_, "page " + numberOf(page) + " is damaged: its page box is empty");
-  constexpr double longest = 200'000; // points, far beyond any printed page
-  if (!(std::max(made.size.width, made.size.height) <= longest))
+  if (!(std::max(made.size.width, made.size.height) <= longestPage))
     fail(file_, "page " + numberOf(page) + " is damaged: its page box is too large");
   return shown_.emplace(page, std::move(made)).first->second;
 }
@@ -280,7 +286,8 @@ std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const 
   checkFile(file);
   const Stamp stamp = stampOf(file);
   return std::make_unique<PopplerFile>(file, password, stamp,
-                                       reading == Reading::inMemory ? bytesOf(file, stamp.size) : nullptr);
+                                       reading == Reading::inMemory ? bytesOf(file, static_cast<uintmax_t>(stamp.size))
+                                                                    : nullptr);
 }
 
 } // namespace host

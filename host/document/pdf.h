@@ -30,6 +30,7 @@ public:
   /// anyway.
   enum class Reading { asNeeded, inMemory };
   static constexpr uintmax_t largestInMemory = 64 << 20; ///< bytes
+  static constexpr double longestPage = 200'000;         ///< points a side, far beyond any printed page
 
   /// Opens what the library can read as a PDF, whatever its first line. Throws DocumentError with one clear line that
   /// names the file.
@@ -39,6 +40,8 @@ public:
   /// The same document opened once more, for another thread; null where it cannot be opened any more or has changed.
   /// May be called on any thread while this one is in use.
   virtual std::unique_ptr<PdfFile> again() const = 0;
+  /// Whether the file has changed since it was opened, or its name belongs to another one now.
+  virtual bool fileChanged() const = 0;
 
   virtual int32_t pageCount() const = 0;
   // All of these throw HostError errBadPage for a page that is not there, DocumentError for one that is damaged or

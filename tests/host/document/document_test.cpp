@@ -262,6 +262,7 @@ public:
   explicit CountingFile(int &texts) : texts_(texts) {}
 
   std::unique_ptr<PdfFile> again() const override { return nullptr; }
+  bool fileChanged() const override { return false; }
   int32_t pageCount() const override { return 1; }
   PageSize pageSize(int32_t /*page*/) override { return {}; }
   PageText text(int32_t /*page*/) override {

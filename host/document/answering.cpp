@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Turns calls of the PDF library into answers, and its exceptions into failures.
+#include "host/document/answering.h"
+
+#include <algorithm>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+namespace host {
+namespace {
+
+constexpr char outOfMemory[] = "out of memory"; // short enough for a string without an allocation
+
+// What `line()` returns, or `outOfMemory` where there is no memory for it.
+template <typename Line> std::string lineOf(const Line &line) noexcept {
+  try {
+    return line();
+  } catch (const std::exception &) {
+    return outOfMemory;
+  }
+}
+
+Failure failureOf(const std::exception &error, tavrel::ErrorCode code) noexcept {
+  return {code, false, lineOf([&] { return std::string(error.what()); })};
+}
+
+// The answer that `make` returns, or the failure.
+template <typename Make> Answer answerOf(const std::filesystem::path &file, const Make &make) noexcept {
+  Answer answer;
+  try {
+    answer.value = make();
+  } catch (const DocumentError &error) {
+    Failure failure = failureOf(error, error.code);
+    failure.needsPassword = error.reason == DocumentError::wrongPassword;
+    answer.value = std::move(failure);
+  } catch (const HostError &error) {
+    answer.value = failureOf(error, error.code);
+  } catch (const std::invalid_argument &error) { // of Finder
+    answer.value = failureOf(error, tavrel::errBadArgument);
+  } catch (const std::bad_alloc &) {
+    answer.value =
+        Failure{tavrel::errNoMemory, false, lineOf([&] { return nameInMessage(file) + ": memory is exhausted"; })};
+  } catch (const std::exception &error) {
+    answer.value =
+        Failure{tavrel::errGeneric, false, lineOf([&] { return nameInMessage(file) + ": " + error.what(); })};
+  }
+  return answer;
+}
+
+using Value = decltype(Answer::value);
+
+std::vector<PageSize> sizesOf(PdfFile &file, int32_t first, int32_t count) {
+  std::vector<PageSize> sizes;
+  sizes.reserve(static_cast<size_t>(count));
+  for (int32_t page = first; page < first + count; ++page)
+    sizes.push_back(file.pageSize(page));
+  return sizes;
+}
+
+struct Answering {
+  PdfFile &file;
+
+  Value operator()(const OpenRequest & /*asked*/) const {
+    const int32_t pages = file.pageCount();
+    return Opened{pages, sizesOf(file, 0, std::min(pages, sizesTogether))};
+  }
+  Value operator()(const SizesRequest &asked) const {
+    return Sizes{asked.first, sizesOf(file, asked.first, asked.count)};
+  }
+  Value operator()(const WordsRequest &asked) const {
+    PageWords words{asked.page, file.text(asked.page), {}};
+    if (asked.order) words.order = file.contentOrder(asked.page, words.text);
+    return words;
+  }
+  Value operator()(const ImageRequest &asked) const {
+    return PageImage{asked.page, asked.dpi, file.render(asked.page, asked.dpi)};
+  }
+  Value operator()(const MatchesRequest &asked) const {
+    const Finder finder(asked.text, asked.options);
+    return PageMatches{asked.page, finder.empty() ? std::vector<Found>() : finder.find(file.text(asked.page))};
+  }
+};
+
+class AtOnce final : public Backend {
+public:
+  explicit AtOnce(std::unique_ptr<PdfFile> file) : file_(std::move(file)) {}
+
+  void start(Orders order) noexcept override {
+    order.front().answer = answerFrom(*file_, order.front().request, {});
+    answered_.splice(answered_.end(), order);
+  }
+  void raise(uint64_t /*id*/, Urgency /*urgency*/) noexcept override {}
+  void cancel(uint64_t id) noexcept override {
+    answered_.remove_if([=](const Order &order) { return order.id == id; });
+  }
+  bool underWay(uint64_t /*id*/) const noexcept override { return false; }
+  Orders take() noexcept override { return std::exchange(answered_, {}); }
+  Orders await(uint64_t id, Time /*deadline*/) noexcept override {
+    Orders one;
+    const auto found =
+        std::find_if(answered_.begin(), answered_.end(), [=](const Order &order) { return order.id == id; });
+    if (found != answered_.end()) one.splice(one.begin(), answered_, found);
+    return one;
+  }
+
+private:
+  std::unique_ptr<PdfFile> file_;
+  Orders answered_;
+};
+
+} // namespace
+
+Answer answerOpen(const OpenRequest &request, std::unique_ptr<PdfFile> &opened) noexcept {
+  Answer answer = answerOf(request.file, [&]() -> Value {
+    opened = PdfFile::open(request.file, request.password);
+    return Answering{*opened}(request);
+  });
+  if (std::holds_alternative<Failure>(answer.value)) opened.reset();
+  return answer;
+}
+
+Answer answerFrom(PdfFile &file, const Request &request, const std::filesystem::path &name) noexcept {
+  return answerOf(name, [&] { return std::visit(Answering{file}, request); });
+}
+
+std::unique_ptr<Backend> answeringAtOnce(std::unique_ptr<PdfFile> file) {
+  return std::make_unique<AtOnce>(std::move(file));
+}
+
+} // namespace host

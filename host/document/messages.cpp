@@ -1,0 +1,80 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Checks answers: they may come from another program, which may have been made to answer wrongly by a hostile file.
+#include "host/document/messages.h"
+
+#include <algorithm>
+#include <new>
+
+#include "host/document/pdf.h"
+
+namespace host {
+namespace {
+
+bool areSizes(const std::vector<PageSize> &sizes) {
+  return std::all_of(sizes.begin(), sizes.end(), [](const PageSize &size) {
+    return size.width >= 1 && size.height >= 1 && size.width <= PdfFile::longestPage &&
+           size.height <= PdfFile::longestPage;
+  });
+}
+
+// The words joined by one space have the offsets that they claim, and each character has a box.
+bool isText(const PageText &text) {
+  size_t offset = 0;
+  return std::all_of(text.words.begin(), text.words.end(), [&offset](const WordText &word) {
+    const bool follows = word.offset == offset && !word.text.empty() && word.characters.size() == word.text.size();
+    offset += word.text.size() + 1;
+    return follows;
+  });
+}
+
+bool isPermutation(const std::vector<uint32_t> &order, size_t count) {
+  if (order.size() != count) return false;
+  std::vector<bool> seen(count);
+  return std::all_of(order.begin(), order.end(), [&](uint32_t index) {
+    if (index >= count || seen[index]) return false;
+    seen[index] = true;
+    return true;
+  });
+}
+
+bool isImage(const Image &image) {
+  return image.width >= 1 && image.height >= 1 && image.width <= longestSide && image.height <= longestSide &&
+         image.pixels.size() == static_cast<size_t>(image.width) * static_cast<size_t>(image.height);
+}
+
+struct Fits {
+  bool operator()(const OpenRequest & /*asked*/, const Opened &got) const {
+    return got.pageCount > 0 && got.sizes.size() <= static_cast<size_t>(got.pageCount) && areSizes(got.sizes);
+  }
+  bool operator()(const SizesRequest &asked, const Sizes &got) const {
+    return got.first == asked.first && got.sizes.size() == static_cast<size_t>(asked.count) && areSizes(got.sizes);
+  }
+  bool operator()(const WordsRequest &asked, const PageWords &got) const {
+    return got.page == asked.page && isText(got.text) &&
+           isPermutation(got.order, asked.order ? got.text.words.size() : 0);
+  }
+  bool operator()(const ImageRequest &asked, const PageImage &got) const {
+    return got.page == asked.page && got.dpi == asked.dpi && isImage(got.image);
+  }
+  bool operator()(const MatchesRequest &asked, const PageMatches &got) const {
+    return got.page == asked.page &&
+           std::none_of(got.found.begin(), got.found.end(), [](const Found &one) { return one.boxes.empty(); });
+  }
+  template <typename Asked> bool operator()(const Asked & /*asked*/, const Failure & /*got*/) const { return true; }
+  template <typename Asked, typename Got> bool operator()(const Asked & /*asked*/, const Got & /*got*/) const {
+    return false;
+  }
+};
+
+} // namespace
+
+bool fits(const Request &request, const Answer &answer) { return std::visit(Fits{}, request, answer.value); }
+
+void raise(const Failure &failure) {
+  if (failure.code == tavrel::errNoMemory) throw std::bad_alloc();
+  if (failure.code != tavrel::errDocument) throw HostError(failure.code, failure.line);
+  throw DocumentError(failure.needsPassword ? DocumentError::wrongPassword : DocumentError::unreadable, failure.line);
+}
+
+} // namespace host

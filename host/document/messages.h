@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// What can be asked of a document, and the answers: plain values, which may be sent to another thread or process. Pages
+// count from 0.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "host/document/find.h"
+#include "host/document/image.h"
+#include "host/document/page.h"
+#include "host/kernel/error.h"
+
+namespace host {
+
+/// Opens the file. Nothing else is asked before it is answered.
+struct OpenRequest {
+  std::filesystem::path file;
+  std::string password;
+};
+
+/// The sizes of consecutive pages.
+struct SizesRequest {
+  int32_t first = 0, count = 0;
+};
+
+struct WordsRequest {
+  int32_t page = 0;
+  bool order = false; ///< with the order of the content stream
+};
+
+/// The complete page at a resolution.
+struct ImageRequest {
+  int32_t page = 0;
+  double dpi = 0;
+};
+
+/// Where a text is on a page, see Finder.
+struct MatchesRequest {
+  int32_t page = 0;
+  std::string text; ///< UTF-8
+  FindOptions options;
+};
+
+using Request = std::variant<OpenRequest, SizesRequest, WordsRequest, ImageRequest, MatchesRequest>;
+
+/// A request that could not be fulfilled.
+struct Failure {
+  tavrel::ErrorCode code = tavrel::errGeneric;
+  bool needsPassword = false; ///< or another one
+  std::string line;           ///< names the file
+};
+
+struct Opened {
+  int32_t pageCount = 0;
+  std::vector<PageSize> sizes; ///< of the first pages
+};
+
+struct Sizes {
+  int32_t first = 0;
+  std::vector<PageSize> sizes;
+};
+
+struct PageWords {
+  int32_t page = 0;
+  PageText text;
+  std::vector<uint32_t> order; ///< of the content stream, if it was asked for: indices into the words, each once
+};
+
+struct PageImage {
+  int32_t page = 0;
+  double dpi = 0;
+  Image image; ///< on white
+};
+
+struct PageMatches {
+  int32_t page = 0;
+  std::vector<Found> found; ///< in reading order
+};
+
+struct Answer {
+  std::variant<Failure, Opened, Sizes, PageWords, PageImage, PageMatches> value;
+  bool fileChanged = false; ///< the file's name belongs to another file now than the one that is open
+};
+
+/// Whether an answer is one to the request, and has no contradictions. A failure is an answer to any.
+bool fits(const Request &request, const Answer &answer);
+
+/// Throws what the failure was made of: std::bad_alloc, DocumentError or HostError.
+[[noreturn]] void raise(const Failure &failure);
+
+} // namespace host

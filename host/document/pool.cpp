@@ -1,0 +1,142 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The first thread does everything, as long as no request takes longer than `patience`; so mostly one instance of a
+// document is open, and its memory is that of one thread.
+#include "host/document/pool.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace host {
+
+// Wakes a thread for an order: the first one, or while that is busy another one, which waits until it may step in.
+void Pool::enlist() noexcept {
+  if (workers_[0].idle) return first_.notify_one();
+  if (std::any_of(workers_.begin(), workers_.end(), [](const Worker &worker) { return worker.idle; }))
+    return others_.notify_one();
+  if (started_ == most || desk.ends) return;
+  try {
+    threads_[started_] = std::thread([pool = shared_from_this(), &worker = workers_[started_]] { pool->run(worker); });
+    ++started_;
+  } catch (const std::exception &) { // those that there are take it
+  }
+}
+
+void Pool::run(Worker &worker) {
+  Instance own;
+  std::unique_lock lock(desk.mutex);
+  while (!desk.ends) {
+    if (!desk.closing.empty()) {
+      Sources one;
+      one.splice(one.begin(), desk.closing, desk.closing.begin());
+      lock.unlock();
+      one.clear(); // takes long for a large document
+      lock.lock();
+      continue;
+    }
+    std::shared_ptr<Source> source = mostUrgent(desk.sources);
+    const Time from = freeFrom();
+    const bool waits = source == nullptr || from > std::chrono::steady_clock::now();
+    if (own.pdf != nullptr && (waits || source != own.source || !source->used)) {
+      lock.unlock();
+      own = {};
+      source.reset();
+      lock.lock();
+    } else if (waits) {
+      const bool forOrders = source == nullptr;
+      source.reset();
+      wait(lock, worker, forOrders, from);
+    } else {
+      Job job{std::move(source), false};
+      job.usesOwn = job.source->used;
+      begin(worker, job);
+      lock.unlock();
+      const bool answered = job.answer(own);
+      lock.lock();
+      end(lock, worker, std::move(job), answered);
+      worker.since.reset();
+    }
+  }
+  ++ended_;
+  end_.notify_one();
+}
+
+void Pool::wait(std::unique_lock<std::mutex> &lock, Worker &worker, bool forOrders, Time until) {
+  std::condition_variable &work = &worker == workers_.data() ? first_ : others_;
+  worker.idle = true;
+  if (forOrders)
+    work.wait(lock);
+  else
+    work.wait_until(lock, until);
+  worker.idle = false;
+}
+
+// From when on a thread may begin something: only while the others have been busy for longer than `patience`.
+Time Pool::freeFrom() const noexcept {
+  Time from = {};
+  for (const Worker &worker : workers_)
+    if (worker.since) from = std::max(from, *worker.since + patience);
+  return from;
+}
+
+void Pool::begin(Worker &worker, Job &job) noexcept {
+  job.order = job.source->waiting.takeFront();
+  if (!job.usesOwn) {
+    job.source->used = true;
+    job.source->alone = std::holds_alternative<OpenRequest>(job.order.front().request); // there is no instance yet
+  }
+  worker.order = job.order.front().id;
+  worker.since = std::chrono::steady_clock::now();
+  if (mostUrgent(desk.sources) != nullptr) enlist(); // for the case that this one takes long
+}
+
+void Pool::end(std::unique_lock<std::mutex> &lock, Worker &worker, Job job, bool answered) {
+  Source &source = *job.source;
+  worker.order.reset();
+  if (!job.usesOwn) source.used = source.alone = false;
+  if (!answered && !source.closed) { // by the one who uses the instance that there is
+    source.alone = source.used;
+    return source.waiting.insert(job.order);
+  }
+  const bool awaited = desk.awaited == job.order.front().id, wakes = !source.closed && !awaited;
+  if (!source.closed) source.answered.splice(source.answered.end(), job.order);
+  if (awaited) desk.answered.notify_one();
+  lock.unlock();
+  if (wakes) wakeOwner();
+  job = {}; // may be the last one that uses a closed document
+  lock.lock();
+}
+
+void Pool::wakeOwner() {
+  const std::lock_guard lock(wakeMutex_);
+  if (wake_) wake_();
+}
+
+bool Pool::finish(std::chrono::milliseconds timeout) {
+  std::unique_lock lock(desk.mutex);
+  desk.ends = true;
+  first_.notify_all();
+  others_.notify_all();
+  return end_.wait_for(lock, timeout, [this] { return ended_ == started_; });
+}
+
+void Pool::end(std::chrono::milliseconds timeout) {
+  const bool finished = finish(timeout);
+  {
+    const std::lock_guard lock(wakeMutex_);
+    wake_ = {};
+  }
+  for (std::thread &thread : threads_) {
+    if (!thread.joinable()) continue;
+    if (finished)
+      thread.join();
+    else
+      thread.detach();
+  }
+}
+
+bool Pool::underWay(uint64_t id) const noexcept {
+  return std::any_of(workers_.begin(), workers_.end(), [=](const Worker &worker) { return worker.order == id; });
+}
+
+} // namespace host

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "host/document/sources.h"
+
+#include <algorithm>
+
+#include "host/document/answering.h"
+
+namespace host {
+namespace {
+
+bool isBefore(const Order &one, const Order &other) noexcept {
+  return one.urgency > other.urgency || (one.urgency == other.urgency && one.id < other.id);
+}
+
+} // namespace
+
+Orders extract(Orders &from, uint64_t id) noexcept {
+  Orders one;
+  const auto found = std::find_if(from.begin(), from.end(), [=](const Order &order) { return order.id == id; });
+  if (found != from.end()) one.splice(one.begin(), from, found);
+  return one;
+}
+
+Orders OrderQueue::takeFront() noexcept {
+  Orders one;
+  one.splice(one.begin(), orders_, orders_.begin());
+  return one;
+}
+
+void OrderQueue::insert(Orders &order) noexcept {
+  const auto position =
+      std::find_if(orders_.begin(), orders_.end(), [&](const Order &other) { return isBefore(order.front(), other); });
+  orders_.splice(position, order);
+}
+
+void OrderQueue::raise(uint64_t id, Urgency urgency) noexcept {
+  Orders one = remove(id);
+  if (one.empty()) return;
+  one.front().urgency = std::max(one.front().urgency, urgency);
+  insert(one);
+}
+
+Orders OrderQueue::remove(uint64_t id) noexcept { return extract(orders_, id); }
+
+bool Job::answer(Instance &own) noexcept {
+  Order &asked = order.front();
+  if (const auto *open = std::get_if<OpenRequest>(&asked.request)) {
+    asked.answer = answerOpen(*open, source->pdf);
+    return true;
+  }
+  if (usesOwn && own.pdf == nullptr) own = {source, source->pdf->again()};
+  PdfFile *pdf = usesOwn ? own.pdf.get() : source->pdf.get();
+  if (pdf == nullptr) {
+    own = {};
+    return !usesOwn; // nothing is asked of a document that could not be opened
+  }
+  asked.answer = answerFrom(*pdf, asked.request, source->file);
+  if (std::holds_alternative<ImageRequest>(asked.request)) asked.answer.fileChanged = pdf->fileChanged();
+  return true;
+}
+
+std::shared_ptr<Source> mostUrgent(const Sources &sources) noexcept {
+  std::shared_ptr<Source> best;
+  for (const std::shared_ptr<Source> &source : sources) {
+    if (source->waiting.empty() || (source->used && source->alone)) continue;
+    if (best == nullptr || isBefore(source->waiting.front(), best->waiting.front())) best = source;
+  }
+  return best;
+}
+
+} // namespace host

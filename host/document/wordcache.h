@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The words of a document's pages, as far as they have been asked for.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <unordered_map>
+#include <vector>
+
+#include "host/document/pdf.h"
+#include "host/document/sizes.h"
+
+namespace host {
+
+class WordCache {
+public:
+  /// `late` is called with a page for which somebody has waited in vain, once its words are there. All arguments
+  /// outlive this object, which cancels its requests at its end.
+  WordCache(Service &service, Limit limit, const std::function<void(int32_t)> &late)
+      : service_(service), limit_(limit), late_(late) {}
+
+  // Of existing pages. References are valid until the page is forgotten. What is not there in time throws
+  // DocumentError; the next call asks again for what has failed, and waits no more for what has not been answered.
+  const PageText &text(int32_t page);
+  const std::vector<uint32_t> &order(int32_t page);
+  void forget(int32_t page) { pages_.erase(page); }
+  /// Asks for a page's words, if any page's have been used so far: many documents are read without.
+  void expect(int32_t page, Urgency urgency);
+
+private:
+  struct Page {
+    std::optional<PageText> text;
+    std::optional<std::vector<uint32_t>> order;
+    Ticket ticket;
+    std::optional<Failure> failure; ///< of the last request
+    bool late = false;              ///< somebody has waited for the request in vain
+  };
+  void ask(int32_t number, Page &page, Urgency urgency);
+  void fetch(int32_t number, Page &page, Time deadline);
+  void take(int32_t number, bool order, Answer &answer);
+
+  Service &service_;
+  Limit limit_;
+  const std::function<void(int32_t)> &late_;
+  bool used_ = false, orderUsed_ = false;
+  std::unordered_map<int32_t, Page> pages_;
+};
+
+/// The error of a page that has been waited for long enough.
+DocumentError notThere(const Service &service, int32_t page);
+
+} // namespace host

@@ -1,0 +1,246 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The owner's side of a document: tickets, answers that come late, twice or wrongly, and waiting.
+#include "host/document/service.h"
+
+#include <gmock/gmock.h>
+
+#include <new>
+
+#include "FakeBackend.h"
+
+namespace host {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+Image imageOf(int width, int height) {
+  return {width, height, std::vector<uint32_t>(static_cast<size_t>(width) * static_cast<size_t>(height))};
+}
+
+Time soon() { return std::chrono::steady_clock::now() + std::chrono::seconds(1); }
+
+struct ServiceTest : testing::Test {
+  // Notes the page of the answer, or -1 for a failure.
+  Service::Done noting() {
+    return [this](Answer &answer) {
+      const auto *image = std::get_if<PageImage>(&answer.value);
+      pages.push_back(image == nullptr ? -1 : image->page);
+      if (image == nullptr) line = std::get<Failure>(answer.value).line;
+    };
+  }
+  Ticket ask(int32_t page, Urgency urgency = Urgency::shown) {
+    return service->ask(ImageRequest{page, 72}, urgency, noting());
+  }
+  void answer(int32_t page) { backstage.answer(PageImage{page, 72, imageOf(2, 3)}); }
+
+  test::Backstage backstage;
+  std::vector<int32_t> pages; ///< those handed over
+  std::string line;
+  std::shared_ptr<Service> service =
+      std::make_shared<Service>("paper.pdf", std::make_unique<test::FakeBackend>(backstage));
+};
+
+TEST_F(ServiceTest, AnAnswerIsHandedOverWhenItIsCollected) {
+  const Ticket ticket = ask(3);
+  answer(3);
+  EXPECT_THAT(pages, IsEmpty());
+  service->collect();
+  service->collect();
+  EXPECT_THAT(pages, ElementsAre(3));
+}
+
+TEST_F(ServiceTest, ADestroyedTicketCancelsTheRequest) {
+  ask(3);
+  EXPECT_THAT(backstage.cancelled, SizeIs(1));
+  EXPECT_THAT(backstage.asked, IsEmpty());
+}
+
+TEST_F(ServiceTest, AnAnswerToADestroyedTicketIsDropped) {
+  Ticket kept = ask(3), dropped = ask(4);
+  answer(3);
+  answer(4);
+  dropped = {};
+  service->collect();
+  EXPECT_THAT(pages, ElementsAre(3));
+}
+
+TEST_F(ServiceTest, ATicketThatHasBeenAnsweredCancelsNothing) {
+  {
+    const Ticket ticket = ask(3);
+    answer(3);
+    service->collect();
+  }
+  EXPECT_THAT(backstage.cancelled, IsEmpty());
+}
+
+TEST_F(ServiceTest, AMovedTicketIsOneRequest) {
+  Ticket first = ask(3);
+  Ticket second = std::move(first);
+  first = {};
+  EXPECT_THAT(backstage.cancelled, IsEmpty());
+  EXPECT_TRUE(second);
+  second = ask(4);
+  EXPECT_THAT(backstage.cancelled, SizeIs(1));
+}
+
+TEST_F(ServiceTest, AnAnswerThatComesTwiceIsHandedOverOnce) {
+  const Ticket ticket = ask(3);
+  const Order twin{backstage.asked.front().id, Urgency::shown, backstage.asked.front().request};
+  answer(3);
+  backstage.asked.push_back(twin);
+  answer(3);
+  service->collect();
+  EXPECT_THAT(pages, ElementsAre(3));
+}
+
+TEST_F(ServiceTest, ATicketMayBeDestroyedWhenItsAnswerIsHandedOver) {
+  Ticket ticket;
+  ticket = service->ask(ImageRequest{3, 72}, Urgency::shown, [&](Answer &) {
+    ticket = {};
+    pages.push_back(3);
+  });
+  answer(3);
+  service->collect();
+  EXPECT_THAT(pages, ElementsAre(3));
+  EXPECT_FALSE(ticket);
+}
+
+TEST_F(ServiceTest, WhatCouldNotBeTakenIsHandedOverAgainAndTheOthersNevertheless) {
+  bool fails = true;
+  const Ticket first = service->ask(ImageRequest{3, 72}, Urgency::shown,
+                                    [&](Answer &answer) {
+                                      if (std::exchange(fails, false)) throw std::bad_alloc();
+                                      noting()(answer);
+                                    }),
+               second = ask(4);
+  answer(3);
+  answer(4);
+  EXPECT_THROW(service->collect(), std::bad_alloc);
+  EXPECT_THAT(pages, ElementsAre(4));
+  service->collect();
+  EXPECT_THAT(pages, ElementsAre(4, 3));
+}
+
+// ---- waiting ----
+
+TEST_F(ServiceTest, WaitingHandsOverThatAnswerAlone) {
+  const Ticket first = ask(3), second = ask(4);
+  answer(3);
+  answer(4);
+  EXPECT_TRUE(service->await(second, soon()));
+  EXPECT_THAT(pages, ElementsAre(4));
+  service->collect();
+  EXPECT_THAT(pages, ElementsAre(4, 3));
+}
+
+TEST_F(ServiceTest, AnAnswerThatIsNotThereByTheDeadlineIsCollectedLater) {
+  const Ticket ticket = ask(3);
+  EXPECT_FALSE(service->await(ticket, soon()));
+  EXPECT_THAT(pages, IsEmpty());
+  answer(3);
+  service->collect();
+  EXPECT_THAT(pages, ElementsAre(3));
+}
+
+TEST_F(ServiceTest, WhatHasBeenHandedOverIsNotWaitedFor) {
+  const Ticket ticket = ask(3);
+  answer(3);
+  service->collect();
+  EXPECT_TRUE(service->await(ticket, soon()));
+  EXPECT_THAT(backstage.waits, IsEmpty());
+}
+
+TEST_F(ServiceTest, OneAnswerMayWaitForAnother) {
+  const Ticket second = ask(4);
+  const Ticket first = service->ask(ImageRequest{3, 72}, Urgency::shown, [&](Answer &answer) {
+    EXPECT_TRUE(service->await(second, soon()));
+    noting()(answer);
+  });
+  const Ticket third = ask(5);
+  backstage.asked.splice(backstage.asked.end(), backstage.asked, backstage.asked.begin());
+  answer(3);
+  answer(5);
+  answer(4);
+  service->collect();
+  EXPECT_THAT(pages, ElementsAre(4, 3, 5));
+}
+
+// ---- wrong answers ----
+
+PageWords wordsOf(std::vector<uint32_t> order) {
+  const auto word = [](std::u32string text, uint32_t offset) {
+    return WordText{text, offset, {}, std::vector<Box>(text.size())};
+  };
+  return {3, {{word(U"a", 0), word(U"bc", 2)}}, std::move(order)};
+}
+
+PageWords changed(void (*change)(WordText &second)) {
+  PageWords words = wordsOf({});
+  change(words.text.words[1]);
+  return words;
+}
+
+struct Exchange {
+  const char *name;
+  Request request;
+  decltype(Answer::value) answer;
+  bool fits;
+};
+
+void PrintTo(const Exchange &exchange, std::ostream *out) { *out << exchange.name; }
+
+class Answers : public ServiceTest, public testing::WithParamInterface<Exchange> {};
+
+TEST_P(Answers, AreFailuresWhereTheyDoNotFit) {
+  const Ticket ticket = service->ask(GetParam().request, Urgency::shown, [&](Answer &answer) {
+    const auto *failure = std::get_if<Failure>(&answer.value);
+    line = failure == nullptr ? "none" : failure->line;
+  });
+  backstage.answer(GetParam().answer);
+  service->collect();
+  EXPECT_EQ(line, GetParam().fits ? "none" : "paper.pdf: the PDF library has given a wrong answer");
+}
+
+const PageSize someSize{100, 200}, noSize{100, 0}, hugeSize{1e9, 100};
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, Answers,
+    testing::Values(
+        Exchange{"Document", OpenRequest{}, Opened{2, {someSize}}, true},
+        Exchange{"DocumentWithoutPages", OpenRequest{}, Opened{0, {}}, false},
+        Exchange{"DocumentOfFewerPagesThanSizes", OpenRequest{}, Opened{1, {someSize, someSize}}, false},
+        Exchange{"Sizes", SizesRequest{4, 2}, Sizes{4, {someSize, someSize}}, true},
+        Exchange{"TooFewSizes", SizesRequest{4, 2}, Sizes{4, {someSize}}, false},
+        Exchange{"OtherPagesSizes", SizesRequest{4, 1}, Sizes{5, {someSize}}, false},
+        Exchange{"EmptySize", SizesRequest{4, 1}, Sizes{4, {noSize}}, false},
+        Exchange{"HugeSize", SizesRequest{4, 1}, Sizes{4, {hugeSize}}, false},
+        Exchange{"Image", ImageRequest{3, 72}, PageImage{3, 72, imageOf(2, 3)}, true},
+        Exchange{"AnotherPagesImage", ImageRequest{3, 72}, PageImage{4, 72, imageOf(2, 3)}, false},
+        Exchange{"ImageOfAnotherResolution", ImageRequest{3, 72}, PageImage{3, 36, imageOf(2, 3)}, false},
+        Exchange{"ImageOfFewerPixels", ImageRequest{3, 72}, PageImage{3, 72, {2, 3, std::vector<uint32_t>(5)}}, false},
+        Exchange{"EmptyImage", ImageRequest{3, 72}, PageImage{3, 72, {}}, false},
+        Exchange{"NegativeImage", ImageRequest{3, 72}, PageImage{3, 72, {-2, -3, std::vector<uint32_t>(6)}}, false},
+        Exchange{"Words", WordsRequest{3}, wordsOf({}), true},
+        Exchange{"WordsInOrder", WordsRequest{3, true}, wordsOf({1, 0}), true},
+        Exchange{"AnotherPagesWords", WordsRequest{4}, wordsOf({}), false},
+        Exchange{"WordsWithoutOrder", WordsRequest{3, true}, wordsOf({}), false},
+        Exchange{"AWordTwiceInOrder", WordsRequest{3, true}, wordsOf({1, 1}), false},
+        Exchange{"AWordBeyondTheLast", WordsRequest{3, true}, wordsOf({0, 2}), false},
+        Exchange{"AnEmptyWord", WordsRequest{3}, changed([](WordText &word) {
+                   word = {{}, 2};
+                 }),
+                 false},
+        Exchange{"AWordAtAnotherOffset", WordsRequest{3}, changed([](WordText &word) { word.offset = 3; }), false},
+        Exchange{"AWordWithFewerBoxes", WordsRequest{3}, changed([](WordText &word) { word.characters.pop_back(); }),
+                 false},
+        Exchange{"Matches", MatchesRequest{3, "a", {}}, PageMatches{3, {{{Box{}}}}}, true},
+        Exchange{"AnotherPagesMatches", MatchesRequest{3, "a", {}}, PageMatches{4, {}}, false},
+        Exchange{"AMatchNowhere", MatchesRequest{3, "a", {}}, PageMatches{3, {Found{}}}, false},
+        Exchange{"AnotherKind", ImageRequest{3, 72}, PageMatches{3, {}}, false}),
+    [](const auto &exchange) { return exchange.param.name; });
+
+} // namespace
+} // namespace host

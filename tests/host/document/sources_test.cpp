@@ -1,0 +1,106 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Which of the waiting requests a thread takes.
+#include "host/document/sources.h"
+
+#include <gmock/gmock.h>
+
+namespace host {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+void insert(OrderQueue &queue, uint64_t id, Urgency urgency) {
+  Orders order;
+  order.push_back({id, urgency, ImageRequest{}});
+  queue.insert(order);
+  EXPECT_TRUE(order.empty());
+}
+
+// Takes all.
+std::vector<uint64_t> ids(OrderQueue &queue) {
+  std::vector<uint64_t> result;
+  while (!queue.empty())
+    result.push_back(queue.takeFront().front().id);
+  return result;
+}
+
+struct OrderQueueTest : testing::Test {
+  OrderQueue queue;
+};
+
+TEST_F(OrderQueueTest, TheMoreUrgentIsTheNextAndOfEqualOnesTheOlder) {
+  insert(queue, 2, Urgency::ahead);
+  insert(queue, 3, Urgency::shown);
+  insert(queue, 4, Urgency::searched);
+  insert(queue, 5, Urgency::shown);
+  insert(queue, 1, Urgency::ahead); // put back
+  insert(queue, 6, Urgency::awaited);
+  EXPECT_THAT(ids(queue), ElementsAre(6, 3, 5, 4, 1, 2));
+}
+
+TEST_F(OrderQueueTest, AnOrderBecomesMoreUrgent) {
+  insert(queue, 1, Urgency::ahead);
+  insert(queue, 2, Urgency::searched);
+  insert(queue, 3, Urgency::ahead);
+  queue.raise(3, Urgency::shown);
+  EXPECT_THAT(ids(queue), ElementsAre(3, 2, 1));
+}
+
+TEST_F(OrderQueueTest, AnOrderBecomesNoLessUrgent) {
+  insert(queue, 1, Urgency::ahead);
+  insert(queue, 2, Urgency::shown);
+  queue.raise(2, Urgency::ahead);
+  queue.raise(7, Urgency::awaited); // is not there
+  EXPECT_THAT(ids(queue), ElementsAre(2, 1));
+}
+
+TEST_F(OrderQueueTest, ARemovedOrderIsNotTaken) {
+  for (uint64_t id = 1; id <= 3; ++id)
+    insert(queue, id, Urgency::shown);
+  EXPECT_EQ(queue.remove(2).front().id, 2U);
+  EXPECT_THAT(queue.remove(2), IsEmpty());
+  EXPECT_THAT(ids(queue), ElementsAre(1, 3));
+}
+
+struct MostUrgentTest : testing::Test {
+  Source &add(uint64_t id, Urgency urgency) {
+    sources.push_back(std::make_shared<Source>());
+    insert(sources.back()->waiting, id, urgency);
+    return *sources.back();
+  }
+  uint64_t next() {
+    const auto source = mostUrgent(sources);
+    return source == nullptr ? 0 : source->waiting.front().id;
+  }
+  Sources sources;
+};
+
+TEST_F(MostUrgentTest, OfAllDocumentsIsTaken) {
+  sources.push_back(std::make_shared<Source>()); // nothing is asked of it
+  add(1, Urgency::ahead);
+  add(3, Urgency::shown);
+  add(2, Urgency::shown);
+  EXPECT_EQ(next(), 2U);
+}
+
+TEST_F(MostUrgentTest, OfADocumentWithASecondInstanceIsTakenWhileItIsUsed) {
+  add(1, Urgency::shown).used = true;
+  add(2, Urgency::ahead);
+  EXPECT_EQ(next(), 1U);
+}
+
+TEST_F(MostUrgentTest, OfADocumentWithoutOneIsNot) {
+  Source &source = add(1, Urgency::shown);
+  source.used = source.alone = true;
+  add(2, Urgency::ahead);
+  EXPECT_EQ(next(), 2U);
+  source.used = false;
+  EXPECT_EQ(next(), 1U);
+}
+
+TEST_F(MostUrgentTest, OfNoneThereIsNone) { EXPECT_EQ(next(), 0U); }
+
+} // namespace
+} // namespace host

@@ -25,8 +25,8 @@ protected:
   static constexpr uint32_t outlinePixel = 0xFF202033;
 
   /// Opens a document in a window of that size.
-  void openInWindow(std::unique_ptr<host::Document> model, int width, int height,
-                    viewer::Fit fit = viewer::Fit::none, const std::string &parameters = {}) {
+  void openInWindow(std::unique_ptr<host::Document> model, int width, int height, viewer::Fit fit = viewer::Fit::none,
+                    const std::string &parameters = {}) {
     auto viewport = std::make_unique<viewer::PageWindow>(*model, 72);
     window = viewport.get();
     window->setWindow(width, height);

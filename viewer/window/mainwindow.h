@@ -16,6 +16,7 @@
 #include "viewer/window/finddialog.h"
 #include "viewer/window/icons.h"
 #include "viewer/window/information.h"
+#include "viewer/window/keysdialog.h"
 #include "viewer/window/menubar.h"
 #include "viewer/window/opendialog.h"
 #include "viewer/window/pagearea.h"
@@ -88,6 +89,7 @@ private:
   std::unique_ptr<FindDialog> findDialog_;
   OpenDialog openDialog_{toolkit_};
   Informations informations_{toolkit_};
+  KeysDialog keysDialog_{toolkit_};
   std::string statusText_, pluginText_, title_;
   std::vector<host::ToolButton *> own_; ///< their actions refer to this window
   size_t marks_ = 0;

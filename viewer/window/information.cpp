@@ -4,6 +4,7 @@
 
 #include <Xm/MessageB.h>
 
+#include "viewer/model/wrapped.h"
 #include "viewer/window/dialogbox.h"
 #include "viewer/window/motif.h"
 #include "viewer/window/toolkit.h"

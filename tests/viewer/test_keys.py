@@ -103,9 +103,7 @@ class Keys(ViewerTest):
     def test_open_asks_for_a_file_and_opens_it(self):
         self.viewer.key("ctrl+o")
         dialog = self.viewer.dialog("openFile")
-        field = next(one for one in dialog["fields"] if one["name"] == "Text")
-        self.viewer.click(field)
-        self.display.xdotool("key", "ctrl+slash")  # selects all of it
+        self.viewer.click(dialog["fields"][0])
         file = document("three-hundred.pdf")
         self.display.xdotool("type", "--delay", "1", file)
         self.viewer.until(lambda state: any(part["text"] == file for one in state["dialogs"]

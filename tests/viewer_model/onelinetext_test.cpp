@@ -37,6 +37,10 @@ TEST(OneLineTest, OverlongFormsSurrogatesAndNumbersBeyondUnicodeAreNoCharacters)
   EXPECT_EQ(oneLine("\xF5"), "\uFFFD");
 }
 
+TEST(OneLineTest, ValidUtf8KeepsLinesAndControlCharacters) {
+  EXPECT_EQ(validUtf8("a\n\x1B \u00E4\xE4"), "a\n\x1B \u00E4\uFFFD");
+}
+
 TEST(OneLineTest, Latin1BecomesUtf8) { EXPECT_EQ(utf8OfLatin1("Stra\xDF\x65 \x80"), "Stra\u00DFe \u0080"); }
 
 TEST(OneLineTest, CharactersAreSeparated) {

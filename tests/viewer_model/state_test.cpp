@@ -20,6 +20,7 @@ TEST_F(StateTest, StringsAreQuoted) {
   EXPECT_EQ(quoted("a \"b\" \\ c"), R"("a \"b\" \\ c")");
   EXPECT_EQ(quoted("1\n2\t\x1F \x7F"), "\"1\\u000a2\\u0009\\u001f \x7F\"");
   EXPECT_EQ(quoted("\u00E4"), "\"\u00E4\"");
+  EXPECT_EQ(quoted("\xE4"), "\"\uFFFD\"");
 }
 
 TEST_F(StateTest, WithoutADocumentIsComplete) {
@@ -49,6 +50,7 @@ TEST_F(StateTest, HasWhatTheWindowShows) {
   window.buttons = {{"Next", "to the next", true, {1, 2, 3, 4}}};
   window.pageField = {"pageField", "2", {5, 6, 7, 8}};
   window.dialogs = {{"find", {"Find:"}, {{"Close", {}, false, {}}}, {{"findText", "word", {}}}, {9, 9, 9, 9}}};
+  window.dialogs[0].lists = {{"files", {"a.pdf", "b.pdf"}, 1, {1, 2, 3, 4}}};
   const std::string state = json(window);
   EXPECT_THAT(state, HasSubstr(R"("ticks":[1,7])"));
   EXPECT_THAT(state, HasSubstr(R"("area":{"x":10,"y":20,"width":300,"height":400},"note":"rendering")"));
@@ -59,6 +61,7 @@ TEST_F(StateTest, HasWhatTheWindowShows) {
   EXPECT_THAT(state,
               HasSubstr(R"("dialogs":[{"name":"find","texts":["Find:"],"buttons":[{"label":"Close","enabled":false,)"));
   EXPECT_THAT(state, HasSubstr(R"("fields":[{"name":"findText","text":"word",)"));
+  EXPECT_THAT(state, HasSubstr(R"("lists":[{"name":"files","items":["a.pdf","b.pdf"],"selected":1,"x":1,)"));
 }
 
 } // namespace

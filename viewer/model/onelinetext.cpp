@@ -28,6 +28,14 @@ size_t lengthOfFirst(std::string_view bytes) {
   return outside ? 0 : length;
 }
 
+// Removes the first character, or a byte that belongs to none.
+std::string_view takeCharacter(std::string_view &bytes) {
+  const size_t length = lengthOfFirst(bytes);
+  const std::string_view character = length == 0 ? "\uFFFD" : bytes.substr(0, length);
+  bytes.remove_prefix(std::max<size_t>(1, length));
+  return character;
+}
+
 bool isControl(std::string_view character) {
   const auto first = static_cast<unsigned char>(character[0]);
   return first < 0x20 || first == 0x7F || (first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0);
@@ -35,18 +43,21 @@ bool isControl(std::string_view character) {
 
 } // namespace
 
+std::string validUtf8(std::string_view bytes) {
+  std::string text;
+  while (!bytes.empty())
+    text += takeCharacter(bytes);
+  return text;
+}
+
 std::string oneLine(std::string_view bytes) {
   std::string line;
   while (!bytes.empty()) {
-    const size_t length = lengthOfFirst(bytes);
-    const std::string_view character = bytes.substr(0, std::max<size_t>(1, length));
-    if (length == 0)
-      line += "\uFFFD";
-    else if (character == "\n" || character == "\t")
+    const std::string_view character = takeCharacter(bytes);
+    if (character == "\n" || character == "\t")
       line += ' ';
     else if (!isControl(character))
       line += character;
-    bytes.remove_prefix(character.size());
   }
   return line;
 }

@@ -9,8 +9,10 @@
 
 namespace viewer {
 
-/// UTF-8 of one line: line feeds and tabs are spaces, other control characters are left out, and each byte that belongs
-/// to no character is U+FFFD.
+/// UTF-8: each byte that belongs to no character is U+FFFD.
+std::string validUtf8(std::string_view bytes);
+
+/// The same of one line: line feeds and tabs are spaces, other control characters are left out.
 std::string oneLine(std::string_view bytes);
 
 std::string utf8OfLatin1(const std::string &latin1);

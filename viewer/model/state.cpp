@@ -4,6 +4,8 @@
 
 #include <cstdio>
 
+#include "viewer/model/onelinetext.h"
+
 namespace viewer {
 namespace {
 
@@ -45,6 +47,15 @@ std::string jsonOf(const FieldState &field) {
   return Json('{').text("name", field.name).text("text", field.text).place(field.place).done();
 }
 
+std::string jsonOf(const ListState &list) {
+  return Json('{')
+      .text("name", list.name)
+      .member("items", listOf(list.items, quoted))
+      .member("selected", static_cast<double>(list.selected))
+      .place(list.place)
+      .done();
+}
+
 std::string jsonOf(const DialogState &dialog) {
   const auto button = [](const ButtonState &one) {
     return Json('{').text("label", one.name).flag("enabled", one.enabled).place(one.place).done();
@@ -55,6 +66,7 @@ std::string jsonOf(const DialogState &dialog) {
       .member("texts", listOf(dialog.texts, quoted))
       .member("buttons", listOf(dialog.buttons, button))
       .member("fields", listOf(dialog.fields, field))
+      .member("lists", listOf(dialog.lists, [](const ListState &one) { return jsonOf(one); }))
       .place(dialog.place)
       .done();
 }
@@ -83,7 +95,7 @@ std::string jsonOf(const Shown &shown, const Place &page) {
 
 std::string quoted(const std::string &text) {
   std::string json = "\"";
-  for (const char c : text) {
+  for (const char c : validUtf8(text)) {
     char code[8];
     std::snprintf(code, sizeof code, "\\u%04x", static_cast<unsigned char>(c));
     if (c == '"' || c == '\\')

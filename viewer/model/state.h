@@ -24,12 +24,20 @@ struct FieldState {
   Place place{};
 };
 
+struct ListState {
+  std::string name;
+  std::vector<std::string> items;
+  int selected = -1; ///< position from 0; -1: none
+  Place place{};     ///< of what is visible
+};
+
 struct DialogState {
   std::string name;
   std::vector<std::string> texts;
   std::vector<ButtonState> buttons;
   std::vector<FieldState> fields;
   Place place{};
+  std::vector<ListState> lists = {};
 };
 
 /// What the window shows besides the model.
@@ -44,7 +52,7 @@ struct WindowState {
   std::vector<DialogState> dialogs;
 };
 
-/// The state as one line of JSON, without a line feed. Strings are in UTF-8 as the model has them.
+/// The state as one line of JSON, without a line feed. Bytes that are no UTF-8 are U+FFFD.
 std::string stateOf(const Model &model, const std::string &pluginText, const WindowState &window);
 
 /// A string as JSON has it, in quotation marks.

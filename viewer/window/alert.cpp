@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "viewer/model/wrapped.h"
 #include "viewer/window/dialogbox.h"
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/messagesymbol.h"

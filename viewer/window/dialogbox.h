@@ -10,8 +10,6 @@
 namespace viewer {
 
 void setTitle(::Widget dialog, const std::string &title);
-/// The text with line feeds in long lines: a message box is as wide as its longest line.
-std::string wrapped(const std::string &text);
 /// Hides a part of a message box, such as XmDIALOG_HELP_BUTTON.
 void hide(::Widget box, unsigned char child);
 /// Destroys a dialog with its shell.

@@ -5,6 +5,7 @@
 #include <Xm/MessageB.h>
 
 #include "tavrel/TavrelView.h"
+#include "viewer/model/wrapped.h"
 #include "viewer/window/dialogbox.h"
 #include "viewer/window/messagesymbol.h"
 #include "viewer/window/motif.h"

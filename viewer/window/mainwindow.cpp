@@ -16,6 +16,7 @@
 #include "viewer/window/actions.h"
 #include "viewer/window/alert.h"
 #include "viewer/window/motif.h"
+#include "viewer/window/opendialog.h"
 #include "viewer/window/passworddialog.h"
 #include "viewer/window/windowicon.h"
 
@@ -173,7 +174,11 @@ void MainWindow::press(host::ToolButton &button, const XEvent *event) {
 }
 
 void MainWindow::askForFile() {
-  openDialog_.show([this](const std::string &file) { model_.documents.open({file, {}}); });
+  const host::ViewerDocument *front = model_.documents.front();
+  OpenDialog::show(toolkit_, front == nullptr ? std::filesystem::path() : front->file.parent_path(),
+                   [this](const std::filesystem::path &file) {
+                     model_.documents.open({file, {}});
+                   });
 }
 
 void MainWindow::askForText() { findDialog_->open(); }
@@ -319,7 +324,7 @@ void MainWindow::showStatus() {
 }
 
 void MainWindow::showTitle() {
-  const std::string title = model_.documents.title();
+  const std::string title = oneLine(model_.documents.title());
   if (title == title_) return;
   title_ = title;
   ::Display *display = toolkit_.display();

@@ -18,7 +18,6 @@
 #include "viewer/window/information.h"
 #include "viewer/window/keysdialog.h"
 #include "viewer/window/menubar.h"
-#include "viewer/window/opendialog.h"
 #include "viewer/window/pagearea.h"
 #include "viewer/window/toolbarview.h"
 #include "viewer/window/toolkit.h"
@@ -87,7 +86,6 @@ private:
   std::unique_ptr<ToolBarView> toolBar_;
   std::unique_ptr<PageArea> pageArea_;
   std::unique_ptr<FindDialog> findDialog_;
-  OpenDialog openDialog_{toolkit_};
   Informations informations_{toolkit_};
   KeysDialog keysDialog_{toolkit_};
   std::string statusText_, pluginText_, title_;

@@ -8,14 +8,15 @@
 #include <functional>
 #include <string>
 
+#include "viewer/model/onelinetext.h"
 #include "viewer/model/place.h"
 
 namespace viewer {
 
-/// A Motif string, made from UTF-8.
+/// A Motif string, made from UTF-8. The toolkit would end a text at a byte that is none, as in the name of a file.
 class MotifString {
 public:
-  explicit MotifString(const std::string &utf8) : string_(XmStringCreateLocalized(const_cast<char *>(utf8.c_str()))) {}
+  explicit MotifString(const std::string &utf8) : string_(XmStringCreateLocalized(validUtf8(utf8).data())) {}
   ~MotifString() { XmStringFree(string_); }
   MotifString(const MotifString &) = delete;
   MotifString &operator=(const MotifString &) = delete;

@@ -1,27 +1,48 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Asks for a file to be opened.
+// The dialog that asks for a file to be opened. Chooser decides what it lists and what a typed text means.
 #pragma once
 
+#include <filesystem>
 #include <functional>
-#include <string>
+#include <vector>
+
+#include "viewer/model/chooser.h"
+#include "viewer/model/userfolders.h"
+#include "viewer/window/openkeys.h"
 
 namespace viewer {
 
 class Toolkit;
 
-class OpenDialog {
+class OpenDialog final : OpenKeys {
 public:
-  explicit OpenDialog(Toolkit &toolkit) : toolkit_(toolkit) {}
-  OpenDialog(const OpenDialog &) = delete;
-  OpenDialog &operator=(const OpenDialog &) = delete;
+  using Take = std::function<void(const std::filesystem::path &file)>;
 
-  /// `take` gets the file, unless the dialog is cancelled.
-  void show(const std::function<void(const std::string &file)> &take);
+  /// Shows the dialog, unless it is open already. It begins in the folder of the document in front; without one (empty)
+  /// in the last used folder, otherwise in the current one. `take` gets the file, unless the dialog is cancelled.
+  static void show(Toolkit &toolkit, const std::filesystem::path &front, const Take &take);
 
 private:
-  Toolkit &toolkit_;
-  std::string directory_; ///< of the last file chosen
+  OpenDialog(Toolkit &toolkit, const std::filesystem::path &front, Take take);
+  ~OpenDialog() override; // when its widgets are destroyed
+  bool hasText() const override { return !chooser_.text().empty(); }
+  void goUp() override;
+  void complete() override;
+  void selectBy(int positions) override;
+  void type(const std::string &character) override;
+  void react();
+  void update();
+  void goToUsual();
+  void accept();
+
+  std::filesystem::path recentFile_;
+  std::vector<NamedFolder> usual_;
+  Chooser chooser_;
+  Take take_; ///< empty when it has been called
+  OpenWidgets widgets_{};
+  bool selected_ = false; ///< a name by the user; otherwise the typed text counts
+  bool updating_ = false;
 };
 
 } // namespace viewer

@@ -10,6 +10,7 @@
 
 #include <Xm/Label.h>
 #include <Xm/LabelG.h>
+#include <Xm/List.h>
 #include <Xm/PushB.h>
 #include <Xm/PushBG.h>
 #include <Xm/TextF.h>
@@ -26,6 +27,7 @@
 #include "viewer/model/state.h"
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
+#include "viewer/window/openlayout.h"
 
 namespace viewer {
 namespace {
@@ -56,7 +58,17 @@ std::string labelOf(::Widget widget) {
   return copy;
 }
 
-// Collects the texts, buttons and fields below a widget.
+std::vector<std::string> itemsOf(::Widget list) {
+  XmStringTable items = nullptr;
+  int count = 0;
+  XtVaGetValues(list, XmNitems, &items, XmNitemCount, &count, nullptr);
+  std::vector<std::string> texts;
+  for (int i = 0; i < count; ++i)
+    texts.push_back(plainText(items[i]));
+  return texts;
+}
+
+// Collects the texts, buttons, lists and fields below a widget.
 void lookBelow(::Widget widget, DialogState &dialog) {
   if (XtIsManaged(widget) == 0) return;
   const auto is = [widget](WidgetClass type) { return XtIsSubclass(widget, type) != 0; };
@@ -66,6 +78,8 @@ void lookBelow(::Widget widget, DialogState &dialog) {
     dialog.texts.push_back(labelOf(widget));
   } else if (is(xmTextFieldWidgetClass)) {
     dialog.fields.push_back({XtName(widget), textOf(widget), placeOf(widget)});
+  } else if (is(xmListWidgetClass)) {
+    dialog.lists.push_back({XtName(widget), itemsOf(widget), selectedIn(widget), placeOf(widget)});
   } else if (XtIsComposite(widget) != 0) {
     WidgetList children = nullptr;
     Cardinal count = 0;

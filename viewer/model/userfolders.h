@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The user's folders, and the ones used last, which are kept in a file.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace viewer {
+
+/// $HOME, if it is an absolute path; else empty.
+std::filesystem::path homeFolder();
+/// A path with "~" or "~user" at its start replaced; unchanged if there is no such user.
+std::filesystem::path withoutTilde(const std::string &path);
+
+/// The path without "." and "..", and without a slash at its end.
+std::filesystem::path normalFolder(const std::filesystem::path &folder);
+
+/// The file of recent folders: $XDG_STATE_HOME/tavrel/folders, otherwise ~/.local/state/tavrel/folders. Empty if there
+/// is no home.
+std::filesystem::path recentFoldersFile();
+inline constexpr size_t mostRecentFolders = 10;
+/// The folders in the file, the last used one first. Lines that are no absolute path of printable characters are
+/// ignored, and so is all of a file that is not a regular one.
+std::vector<std::filesystem::path> recentFolders(const std::filesystem::path &file);
+/// Puts a folder first, and writes the file; another program never reads half of it. Returns false if it cannot be
+/// written: then it is as before.
+bool rememberFolder(const std::filesystem::path &file, const std::filesystem::path &folder);
+
+struct NamedFolder {
+  std::string label; ///< UTF-8; no two are equal
+  std::filesystem::path folder;
+};
+/// Where documents may be: home, the user's documents if the folder is there, the folder of the document in front
+/// (empty: none), and the recent ones; each once.
+std::vector<NamedFolder> usualFolders(const std::filesystem::path &front,
+                                      const std::vector<std::filesystem::path> &recent);
+
+/// Where a choice begins: in the folder of the document in front; without one (empty) in the last used folder, if it is
+/// still there, otherwise in the current one.
+std::filesystem::path firstFolder(const std::filesystem::path &front, const std::vector<std::filesystem::path> &recent);
+
+} // namespace viewer

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "viewer/window/openkeys.h"
+
+#include <X11/Xutil.h>
+
+#include <cstdlib>
+#include <utility>
+
+#include "viewer/model/onelinetext.h"
+#include "viewer/window/motif.h"
+
+namespace viewer {
+namespace {
+
+OpenKeys *s_keys; // of the open dialog: the toolkit's action procedures get no client data
+
+constexpr char keysEverywhere[] = "Mod1<Key>osfUp: openDialog(up)\n";
+constexpr char keysOfField[] = "Mod1<Key>osfUp: openDialog(up)\n"
+                               "~Mod1<Key>osfUp: openDialog(select, -1)\n"
+                               "~Mod1<Key>osfDown: openDialog(select, 1)\n"
+                               "<Key>osfPageUp: openDialog(select, -10)\n"
+                               "<Key>osfPageDown: openDialog(select, 10)\n"
+                               "~Shift ~Ctrl ~Mod1<Key>Tab: openDialog(complete)\n"
+                               "~Shift ~Ctrl ~Mod1<Key>osfBackSpace: openDialog(erase)\n";
+constexpr char keysOfLists[] = "Mod1<Key>osfUp: openDialog(up)\n"
+                               "~Mod1<Key>osfBackSpace: openDialog(up)\n";
+
+void act(::Widget widget, XEvent *event, String *arguments, Cardinal *count) {
+  if (s_keys == nullptr || *count == 0) return;
+  guarded([&] {
+    const std::string what = arguments[0];
+    const bool empty = !s_keys->hasText();
+    if (what == "up" || (what == "erase" && empty)) s_keys->goUp();
+    if (what == "erase" && !empty) XtCallActionProc(widget, "delete-previous-character", event, nullptr, 0);
+    if (what == "complete") s_keys->complete();
+    if (what == "select" && *count > 1) s_keys->selectBy(std::atoi(arguments[1]));
+  });
+}
+
+// The toolkit does with the key what it does in a list, too, which is nothing but for a space.
+void typedInList(::Widget /*list*/, XtPointer /*data*/, XEvent *event, Boolean * /*dispatch*/) {
+  char typed[16];
+  const int length = XLookupString(&event->xkey, typed, sizeof typed, nullptr, nullptr);
+  const bool held = (event->xkey.state & (ControlMask | Mod1Mask | Mod4Mask)) != 0;
+  if (s_keys == nullptr || length != 1 || held) return;
+  const std::string character = oneLine(utf8OfLatin1({typed, 1}));
+  if (!character.empty() && (character != " " || s_keys->hasText())) guarded([&] { s_keys->type(character); });
+}
+
+} // namespace
+
+void addKeys(XtAppContext context, const OpenWidgets &widgets, OpenKeys &keys) {
+  static bool s_known = false;
+  if (!std::exchange(s_known, true)) {
+    char name[] = "openDialog";
+    XtActionsRec procedures[] = {{name, act}};
+    XtAppAddActions(context, procedures, XtNumber(procedures));
+  }
+  s_keys = &keys;
+  for (::Widget one : {widgets.all, widgets.up, widgets.open, widgets.cancel})
+    XtOverrideTranslations(one, XtParseTranslationTable(keysEverywhere));
+  XtOverrideTranslations(widgets.field, XtParseTranslationTable(keysOfField));
+  for (::Widget list : {widgets.folders, widgets.files}) {
+    XtOverrideTranslations(list, XtParseTranslationTable(keysOfLists));
+    XtAddEventHandler(list, KeyPressMask, False, typedInList, nullptr);
+  }
+  whenever(widgets.form, XmNdestroyCallback, [](const XEvent *) { s_keys = nullptr; });
+}
+
+} // namespace viewer

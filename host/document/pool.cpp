@@ -9,6 +9,16 @@
 
 namespace host {
 
+void Pool::begin() {
+  const std::lock_guard lock(desk.mutex);
+  addThread();
+}
+
+void Pool::addThread() {
+  threads_[started_] = std::thread([pool = shared_from_this(), &worker = workers_[started_]] { pool->run(worker); });
+  ++started_;
+}
+
 // Wakes a thread for an order: the first one, or while that is busy another one, which waits until it may step in.
 void Pool::enlist() noexcept {
   if (workers_[0].idle) return first_.notify_one();
@@ -16,8 +26,7 @@ void Pool::enlist() noexcept {
     return others_.notify_one();
   if (started_ == most || desk.ends) return;
   try {
-    threads_[started_] = std::thread([pool = shared_from_this(), &worker = workers_[started_]] { pool->run(worker); });
-    ++started_;
+    addThread();
   } catch (const std::exception &) { // those that there are take it
   }
 }

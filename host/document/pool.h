@@ -23,6 +23,9 @@ public:
 
   explicit Pool(std::function<void()> wake) : wake_(std::move(wake)) {}
 
+  /// Starts the first thread. To be called once; throws where that is not possible.
+  void begin();
+
   Desk desk;
   /// To be called, with the desk locked, when there is something to do on it: one more thread looks for work.
   void enlist() noexcept;
@@ -40,6 +43,7 @@ private:
     bool idle = false;
   };
 
+  void addThread();
   void run(Worker &worker);
   Time freeFrom() const noexcept;
   void wait(std::unique_lock<std::mutex> &lock, Worker &worker, bool forOrders, Time until);

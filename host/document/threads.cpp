@@ -78,7 +78,7 @@ private:
 
 } // namespace
 
-Threads::Threads(std::function<void()> wake) : pool_(std::make_shared<Pool>(std::move(wake))) {}
+Threads::Threads(std::function<void()> wake) : pool_(std::make_shared<Pool>(std::move(wake))) { pool_->begin(); }
 
 Threads::~Threads() { pool_->end(std::chrono::seconds(5)); }
 

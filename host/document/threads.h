@@ -22,7 +22,7 @@ class Pool;
 class Threads {
 public:
   /// `wake` is called on one of the threads when there is something to collect, but not for an answer that the owner is
-  /// waiting for.
+  /// waiting for. Throws std::system_error or std::bad_alloc if there can be no thread.
   explicit Threads(std::function<void()> wake);
   /// Waits up to five seconds for the requests under way. A thread that takes longer is left to itself: it owns what it
   /// uses, calls nothing of the owner's any more, and ends after its request.

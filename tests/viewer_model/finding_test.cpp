@@ -168,10 +168,51 @@ TEST_F(FindingTest, ATextThatIsNoUtf8IsReported) {
   EXPECT_THAT(session().finding.message(), HasSubstr("UTF-8"));
 }
 
-TEST_F(FindingTest, ARemovedFileIsReported) {
+TEST_F(FindingTest, ARemovedFileIsSearchedAsItWas) {
   std::filesystem::remove(session().documents.front()->file);
   find("lamp");
-  EXPECT_THAT(session().finding.message(), HasSubstr("No such file"));
+  EXPECT_EQ(session().documents.page(), 1);
+  EXPECT_THAT(session().finding.message(), IsEmpty());
+}
+
+TEST_F(FindingTest, ADamagedPageIsSkipped) {
+  open(folder.write("damaged.pdf", test::withDamagedPages({test::pageWith("first"), test::pageWith("lamp")}, 2)));
+  session().moving.goToPage(2);
+  find("lamp");
+  EXPECT_EQ(session().documents.page(), 1);
+  EXPECT_EQ(session().finding.message(), fromStart);
+}
+
+TEST_F(FindingTest, SpacesAloneAreNotFound) {
+  find("  ");
+  EXPECT_THAT(session().finding.message(), HasSubstr("is not in the document"));
+}
+
+TEST_F(FindingTest, TheNumberOfSearchedPagesIsShownMeanwhile) {
+  session().finding.find({"cellar", {}}, false);
+  std::vector<std::string> messages;
+  ASSERT_TRUE(until([&] {
+    messages.push_back(session().finding.message());
+    return !session().finding.searching();
+  }));
+  EXPECT_THAT(messages, testing::Contains(testing::MatchesRegex("Searching, [1-4] of 5 pages")));
+}
+
+TEST_F(FindingTest, AReplacedSearchTurnsNoPage) {
+  session().finding.find({"lamp", {}}, false);
+  find("page 3");
+  EXPECT_EQ(session().documents.page(), 2);
+  EXPECT_THAT(session().finding.message(), IsEmpty());
+}
+
+TEST_F(FindingTest, SearchesBackwardsFromThePageShown) {
+  session().moving.goToPage(2);
+  find("page", true);
+  EXPECT_EQ(session().documents.page(), 2);
+  session().moving.goToPage(1);
+  find("page 5", true);
+  EXPECT_EQ(session().documents.page(), 4);
+  EXPECT_EQ(session().finding.message(), fromEnd);
 }
 
 TEST_F(FindingTest, AnEncryptedDocumentIsSearched) {

@@ -2,38 +2,30 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "viewer/model/arrivals.h"
 
+#include <memory>
 #include <utility>
+#include <vector>
 
 namespace viewer {
 
 // Notes a failure, so that the other steps are done nevertheless.
-template <typename Step> bool Arrivals::attempt(const Step &step) {
+template <typename Step> void Arrivals::attempt(const Step &step) {
   try {
     step();
-    return true;
   } catch (const std::exception &) {
     if (!failure_) failure_ = std::current_exception();
-    return false;
   }
 }
 
 void Arrivals::collect() {
   failure_ = nullptr;
-  Renderer::Results arrived = renderer_.collect();
-  results_.opened.splice(results_.opened.end(), arrived.opened);
-  results_.rendered.splice(results_.rendered.end(), arrived.rendered);
-  results_.changed.splice(results_.changed.end(), arrived.changed);
-  if (!results_.opened.empty()) { // one per call: plug-ins may take long for each
-    std::list<OpenedFile> opened;
-    opened.splice(opened.begin(), results_.opened, results_.opened.begin());
-    attempt([&] { documents_.takeOpened(opened.front()); });
-    if (!results_.opened.empty()) wake_();
-  }
-  std::erase_if(results_.changed,
-                [this](uint64_t number) { return attempt([&] { documents_.reportChanged(number); }); });
-  std::erase_if(results_.rendered, [this](RenderedPage &page) { return attempt([&] { tiles_.take(page); }); });
+  std::vector<std::shared_ptr<host::Service>> services; // a document may be closed meanwhile
+  attempt([&] { services = documents_.services(); });
+  for (const auto &service : services)
+    attempt([&] { service->collect(); });
+  attempt([this] { documents_.takeOpened(); }); // one per call: plug-ins may take long for each
+  if (documents_.hasOpened()) wake_();
   attempt([this] { finding_.collect(); });
-  attempt([this] { finding_.showProgress(); });
   constexpr int atOnce = 3; // further attempts wait for the next wake-up: memory may stay exhausted
   failures_ = failure_ ? failures_ + 1 : 0;
   if (!failure_) return;

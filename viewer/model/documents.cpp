@@ -4,14 +4,21 @@
 #include "viewer/model/documents.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <utility>
 
 namespace viewer {
+namespace {
 
-Documents::Documents(host::Application &app, Renderer &renderer, StatusLine &status, Changes &changes)
-    : app_(app), renderer_(renderer), status_(status), changes_(changes) {
+// How long a plug-in waits for a page, and the window with it.
+constexpr auto waitingLimit = std::chrono::seconds(1);
+
+} // namespace
+
+Documents::Documents(host::Application &app, ServiceMaker makeService, StatusLine &status, Changes &changes)
+    : app_(app), makeService_(std::move(makeService)), status_(status), changes_(changes) {
   app_.prepare = [this](host::ViewerDocument &document) { prepare(document); };
 }
 
@@ -46,10 +53,17 @@ void Documents::open(const Target &target, const std::string &password) {
   status_.set(std::move(line));
 }
 
-// Added to both `pending_` and the renderer, or to neither.
+// Asked for and added to `pending_`, or neither.
 void Documents::request(Pending pending) {
   pending_.reserve(pending_.size() + 1);
-  renderer_.open(pending.number, pending.target.file, pending.password);
+  pending.service = makeService_(pending.target.file);
+  pending.ticket = pending.service->ask(host::OpenRequest{pending.target.file, pending.password}, host::Urgency::shown,
+                                        [this, number = pending.number](host::Answer &answer) {
+                                          const auto waiting =
+                                              std::find_if(pending_.begin(), pending_.end(),
+                                                           [=](const Pending &one) { return one.number == number; });
+                                          if (waiting != pending_.end()) waiting->answer = std::move(answer);
+                                        });
   pending_.push_back(std::move(pending));
 }
 
@@ -61,36 +75,53 @@ void Documents::reload() {
   request({++numbers_, document->target, document->password, document->number});
 }
 
-void Documents::takeOpened(OpenedFile &opened) {
+std::vector<std::shared_ptr<host::Service>> Documents::services() const {
+  std::vector<std::shared_ptr<host::Service>> all;
+  for (const auto &one : open_)
+    all.push_back(one->service);
+  for (const Pending &one : pending_)
+    all.push_back(one.service);
+  return all;
+}
+
+bool Documents::hasOpened() const {
+  return std::any_of(pending_.begin(), pending_.end(), [](const Pending &one) { return one.answer.has_value(); });
+}
+
+void Documents::takeOpened() {
   const auto waiting =
-      std::find_if(pending_.begin(), pending_.end(), [&](const Pending &one) { return one.number == opened.document; });
-  if (waiting == pending_.end()) return renderer_.close(opened.document); // closed meanwhile
+      std::find_if(pending_.begin(), pending_.end(), [](const Pending &one) { return one.answer.has_value(); });
+  if (waiting == pending_.end()) return;
   const Pending pending = std::move(*waiting);
   pending_.erase(waiting);
+  take(pending);
+}
+
+void Documents::take(const Pending &pending) {
   status_.remove(openingLine_); // but not an error of another file
   changes_.note(allParts);
-  if (opened.pdf != nullptr) return takeDocument(pending, std::move(opened.pdf));
-  asksPassword_ = opened.needsPassword && questions != nullptr;
+  if (const auto *opened = std::get_if<host::Opened>(&pending.answer->value)) return takeDocument(pending, *opened);
+  const auto &failure = std::get<host::Failure>(pending.answer->value);
+  asksPassword_ = failure.needsPassword && questions != nullptr;
   if (asksPassword_)
     questions->askPassword(pending.target, !pending.password.empty());
   else
-    status_.report(std::move(opened.error));
+    status_.report(failure.line);
 }
 
-void Documents::takeDocument(const Pending &pending, std::unique_ptr<host::PdfFile> pdf) {
+void Documents::takeDocument(const Pending &pending, const host::Opened &opened) {
   std::exception_ptr failure;
   try {
     order_.reserve(order_.size() + 1);
-    std::unique_ptr<host::Document> model = host::Document::of(std::move(pdf));
+    std::unique_ptr<host::Document> model = host::Document::of({pending.service, waitingLimit}, opened);
     auto window = std::make_unique<PageWindow>(*model, screenDpi);
     open_.push_back(std::make_unique<OpenDocument>(
-        OpenDocument{pending.number, nullptr, window.get(), pending.target, pending.password}));
+        OpenDocument{pending.number, nullptr, window.get(), pending.target, pending.password, pending.service}));
     app_.open(std::move(model), std::move(window), pending.target.file, pending.target.parameters);
   } catch (const std::exception &error) {
     const OpenDocument *last = find(pending.number);
     if (last == nullptr || last->document == nullptr) {
       if (last != nullptr) open_.pop_back();
-      renderer_.close(pending.number);
       const bool memory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
       return status_.report(host::nameInMessage(pending.target.file) + ": " +
                             (memory ? "memory is exhausted" : error.what()));
@@ -123,10 +154,7 @@ void Documents::replace(const OpenDocument &before) {
 }
 
 void Documents::close(const OpenDocument &document) {
-  for (const Pending &one : pending_)
-    if (one.replaces == document.number) renderer_.close(one.number);
   std::erase_if(pending_, [&](const Pending &one) { return one.replaces == document.number; });
-  renderer_.close(document.number);
   for (DocumentKeeper *keeper : keepers)
     keeper->closes(document);
   std::erase(order_, document.document);
@@ -174,8 +202,10 @@ size_t Documents::frontIndex() const {
 }
 
 void Documents::reportChanged(uint64_t number) {
-  if (const OpenDocument *document = find(number))
-    status_.report(host::nameInMessage(document->target.file) + ": has changed; Reload shows it as it is now");
+  const auto found = std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->number == number; });
+  if (found == open_.end() || (*found)->changeIsReported) return;
+  status_.report(host::nameInMessage((*found)->target.file) + ": has changed; Reload shows it as it is now");
+  (*found)->changeIsReported = true;
 }
 
 PageWindow *Documents::window() const {

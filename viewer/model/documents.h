@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
+#include "host/document/service.h"
 #include "host/view/application.h"
 #include "viewer/model/changes.h"
 #include "viewer/model/pagewindow.h"
-#include "viewer/model/renderer.h"
 #include "viewer/model/statusline.h"
 #include "viewer/model/target.h"
 
@@ -26,14 +26,19 @@ public:
   virtual void askPassword(const Target &target, bool again) = 0;
 };
 
-/// An open document. Its number never returns, and is the one that the threads have.
+/// An open document. Its number never returns.
 struct OpenDocument {
   uint64_t number = 0;
   host::ViewerDocument *document = nullptr;
   PageWindow *window = nullptr; ///< of the document's view, which owns it
   Target target;
   std::string password;
+  std::shared_ptr<host::Service> service;
+  bool changeIsReported = false;
 };
+
+/// Makes a service for a file, which its first request opens.
+using ServiceMaker = std::function<std::shared_ptr<host::Service>(const std::filesystem::path &file)>;
 
 /// Those who keep something of the documents.
 class DocumentKeeper {
@@ -52,7 +57,7 @@ public:
 
 class Documents {
 public:
-  Documents(host::Application &app, Renderer &renderer, StatusLine &status, Changes &changes);
+  Documents(host::Application &app, ServiceMaker makeService, StatusLine &status, Changes &changes);
   ~Documents();
   Documents(const Documents &) = delete;
   Documents &operator=(const Documents &) = delete;
@@ -92,9 +97,14 @@ public:
   std::vector<int32_t> markedPages() const;
   std::string title() const;
 
-  /// Takes over a file that has been opened. If a plug-in fails when it is notified, the document is open, and the
+  /// The services of all documents, also of those that are being opened.
+  std::vector<std::shared_ptr<host::Service>> services() const;
+  /// Whether a file has been opened, or could not be, that has not been taken over.
+  bool hasOpened() const;
+  /// Takes over the next one of these, if any. If a plug-in fails when it is notified, the document is open, and the
   /// failure is thrown at the end.
-  void takeOpened(OpenedFile &opened);
+  void takeOpened();
+  /// Reports once that a document's file has changed.
   void reportChanged(uint64_t number);
 
 private:
@@ -103,22 +113,26 @@ private:
     Target target;
     std::string password;
     std::optional<uint64_t> replaces; ///< the open document that is being reloaded
+    std::shared_ptr<host::Service> service = {};
+    host::Ticket ticket = {};
+    std::optional<host::Answer> answer = {};
   };
 
   void request(Pending pending);
-  void takeDocument(const Pending &pending, std::unique_ptr<host::PdfFile> pdf);
+  void take(const Pending &pending);
+  void takeDocument(const Pending &pending, const host::Opened &opened);
   void prepare(host::ViewerDocument &document);
   void replace(const OpenDocument &before);
   void close(const OpenDocument &document);
   void showFront();
 
   host::Application &app_;
-  Renderer &renderer_;
+  ServiceMaker makeService_;
   StatusLine &status_;
   Changes &changes_;
   std::vector<std::unique_ptr<OpenDocument>> open_;
   std::vector<host::ViewerDocument *> order_;
-  std::vector<Pending> pending_;
+  std::vector<Pending> pending_; ///< in the order of the requests
   uint64_t numbers_ = 0;
   bool asksPassword_ = false;
   std::string openingLine_;

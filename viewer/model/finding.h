@@ -1,16 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The find dialog's work: steps through the matches on a page, has the searcher look for the next page that has any,
-// and marks them. Independent of what plug-ins mark.
+// The find dialog's work: steps through the matches on a page, has the next page looked for that has any, and marks
+// them. Independent of what plug-ins mark.
 #pragma once
 
+#include <list>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "viewer/model/documents.h"
 #include "viewer/model/moving.h"
-#include "viewer/model/searcher.h"
 
 namespace viewer {
 
@@ -26,21 +26,20 @@ struct FindRequest {
 
 class Finding : public DocumentKeeper {
 public:
-  Finding(const Documents &documents, Moving &moving, Searcher &searcher, StatusLine &status, Changes &changes)
-      : documents_(documents), moving_(moving), searcher_(searcher), status_(status), changes_(changes) {}
+  Finding(const Documents &documents, Moving &moving, StatusLine &status, Changes &changes)
+      : documents_(documents), moving_(moving), status_(status), changes_(changes) {}
 
   const FindRequest &request() const { return request_; }
   void find(const FindRequest &request, bool backwards);
   void findAgain(bool backwards) { find(request_, backwards); }
-  bool searching() const { return searching_; }
+  bool searching() const { return search_.has_value(); }
   /// Ends a search and removes its marks.
   void end();
   /// The outcome of the last search, for the dialog.
   const std::string &message() const { return message_; }
 
-  /// Takes over the searcher's result, if there is one; if memory is exhausted, a further call does so.
+  /// Continues the search with what has been answered; if memory is exhausted, a further call does so.
   void collect();
-  void showProgress();
   /// Marks the matches on a drawing of the document in front.
   void paint(host::Drawing &drawing) const;
 
@@ -55,20 +54,33 @@ private:
     size_t current = 0;
   };
 
+  // A page that is being searched.
+  struct Looked {
+    int32_t page = 0;
+    host::Ticket ticket = {};
+    std::optional<host::Answer> answer = {};
+  };
+  struct Search {
+    uint64_t document = 0;
+    bool backwards = false;
+    bool wrapsAtOnce = false; ///< it begins beyond an end of the document
+    int32_t first = 0, pages = 0;
+    int32_t asked = 0, searched = 0; ///< how many pages
+    std::list<Looked> looked = {};   ///< in the order in which they are searched
+  };
+
   void stop();
-  void take(SearchResult &result);
+  void ask();
+  void take(Looked &last, bool nowhere);
   void show(std::string line);
 
   const Documents &documents_;
   Moving &moving_;
-  Searcher &searcher_;
   StatusLine &status_;
   Changes &changes_;
   FindRequest request_;
-  std::optional<SearchResult> result_; ///< not taken over yet
+  std::optional<Search> search_;
   std::optional<FoundOnPage> found_;
-  bool searching_ = false;
-  bool wrapsAtOnce_ = false;
   std::string message_;
 };
 

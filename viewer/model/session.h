@@ -3,40 +3,41 @@
 // The viewer's logic and state, without a window: makes their owners and connects them. A window calls the owners'
 // operations, shows what the screen has drawn, and brings up to date what has changed.
 //
-// All of it runs on the thread that plug-ins run on. Opening, rendering and searching are done by other threads. They
-// call `wake`, after which the window calls arrivals.collect() soon.
+// All of it runs on the thread that plug-ins run on. The documents' services answer on other threads. They call `wake`,
+// after which the window calls arrivals.collect() soon.
 #pragma once
 
 #include <chrono>
 #include <functional>
 
+#include "host/document/threads.h"
 #include "viewer/model/arrivals.h"
 #include "viewer/model/model.h"
 
 namespace viewer {
 
 struct Session {
-  Session(host::Application &app, const std::function<void()> &wake);
+  /// Without `makeService`, the session's threads answer.
+  Session(host::Application &app, const std::function<void()> &wake, const ServiceMaker &makeService = {});
   ~Session(); ///< closes the documents
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
 
   Model model() { return {changes, status, documents, moving, tiles, finding, screen}; }
-  /// Ends rendering and searching and waits for both up to the timeout; false if a page is still in progress.
-  bool finish(std::chrono::milliseconds timeout);
+  /// Ends the threads and waits for them up to the timeout; false if a page is still in progress.
+  bool finish(std::chrono::milliseconds timeout) { return threads.finish(timeout); }
 
 private:
   host::Application &app_;
-  Renderer renderer_;
-  Searcher searcher_;
 
 public:
+  host::Threads threads;
   Changes changes;
   StatusLine status{changes};
   Documents documents;
   Moving moving{documents, status, changes};
-  Tiles tiles{documents, renderer_, status};
-  Finding finding{documents, moving, searcher_, status, changes};
+  Tiles tiles{documents, status};
+  Finding finding{documents, moving, status, changes};
   Screen screen{app_, documents, tiles, finding, status, changes};
   Arrivals arrivals;
 };

@@ -3,65 +3,107 @@
 #include "viewer/model/tiles.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace viewer {
+namespace {
+
+// In pixels, as images are rendered.
+int pixelsOf(double points, double dpi) { return std::max(1, static_cast<int>(std::ceil(points * dpi / 72 - 1e-6))); }
+
+} // namespace
 
 void Tiles::opens(const OpenDocument &document) {
-  withWords_[document.number];
+  words_[document.number];
   document.document->view->setSource([this, number = document.number](int32_t page, double dpi) {
     return cache_.find({number, page, dpi});
   });
+  document.document->model->lateListener = [this, number = document.number](int32_t page) { takeLate(number, page); };
 }
 
 void Tiles::closes(const OpenDocument &document) {
+  document.document->model->lateListener = {};
   cache_.drop(document.number);
+  std::erase_if(asked_, [&](const auto &one) { return one.first.document == document.number; });
   std::erase_if(errors_, [&](const auto &one) { return one.first.first == document.number; });
-  withWords_.erase(document.number);
+  words_.erase(document.number);
 }
 
 void Tiles::request(bool neighbours) {
   const OpenDocument *document = documents_.frontDocument();
-  if (document == nullptr) return renderer_.want({});
   std::vector<PageKey> wanted;
   size_t bytes = 0;
   const int32_t front = documents_.page();
   for (const int32_t page : {front, front + 1, front - 1}) {
-    if (page < 0 || page >= documents_.pageCount() || (page != front && !neighbours)) continue;
-    try {
-      const PageKey key{document->number, page, documents_.window()->dpiOf(page)};
-      const host::PageSize size = document->document->model->pageSize(page);
-      bytes += static_cast<size_t>(size.width * size.height * key.dpi * key.dpi / (72 * 72)) * sizeof(uint32_t);
-      if (bytes > cache_.bound() && page != front) break;
-      if (!cache_.has(key)) wanted.push_back(key);
-    } catch (const host::HostError &) {
-      continue; // a damaged neighbour: the error is reported when it is in front
-    }
+    if (document == nullptr || page < 0 || page >= documents_.pageCount() || (page != front && !neighbours)) continue;
+    const PageKey key{document->number, page, documents_.window()->dpiOf(page)};
+    const host::PageSize size = document->document->model->pageSize(page);
+    bytes += static_cast<size_t>(size.width * size.height * key.dpi * key.dpi / (72 * 72)) * sizeof(uint32_t);
+    if (bytes > cache_.bound() && page != front) break;
+    wanted.push_back(key);
   }
-  renderer_.want(wanted);
+  // What is being rendered is completed and kept: a reader who turns fast may come back to it.
+  std::erase_if(asked_, [&](const auto &one) {
+    return std::find(wanted.begin(), wanted.end(), one.first) == wanted.end() && !one.second.underWay();
+  });
+  for (const PageKey &key : wanted) {
+    const bool shown = key.page == front;
+    ask(*document, key, shown ? host::Urgency::shown : host::Urgency::ahead);
+    words_[key.document].expect(*document->document->model, key.page, shown);
+  }
 }
 
-void Tiles::take(RenderedPage &page) {
-  const OpenDocument *document = documents_.find(page.key.document);
-  if (document == nullptr) return;
-  host::PageView &view = *document->document->view;
-  const bool shown = page.key.page == view.page();
-  const std::pair<uint64_t, int32_t> place{page.key.document, page.key.page};
-  std::string error = page.error;
+void Tiles::ask(const OpenDocument &document, const PageKey &key, host::Urgency urgency) {
+  if (cache_.has(key)) return;
+  if (const auto asked = asked_.find(key); asked != asked_.end()) return asked->second.raise(urgency);
+  asked_.emplace(key, document.service->ask(host::ImageRequest{key.page, key.dpi}, urgency,
+                                            [this, key](host::Answer &answer) { take(key, answer); }));
+}
+
+// Why an answer is no image of the page; empty if it is one.
+std::string Tiles::failureOf(const OpenDocument &document, const PageKey &key, const host::Answer &answer) const {
+  if (const auto *failure = std::get_if<host::Failure>(&answer.value)) return failure->line;
+  const host::Image &image = std::get<host::PageImage>(answer.value).image;
+  const host::PageSize size = document.document->model->pageSize(key.page);
+  if (image.width == pixelsOf(size.width, key.dpi) && image.height == pixelsOf(size.height, key.dpi)) return {};
+  return host::nameInMessage(document.target.file) + ": page " + std::to_string(int64_t{key.page} + 1) +
+         ": its image has a wrong size";
+}
+
+// Takes over an answer, completely or, if memory is exhausted, not at all.
+void Tiles::take(const PageKey &key, host::Answer &answer) {
+  const OpenDocument &document = *documents_.find(key.document);
+  if (answer.fileChanged) documents_.reportChanged(key.document);
+  host::PageView &view = *document.document->view;
+  const bool shown = key.page == view.page();
+  const std::pair<uint64_t, int32_t> place{key.document, key.page};
+  std::string error = failureOf(document, key, answer);
   if (error.empty()) {
+    cache_.insert(key, std::move(std::get<host::PageImage>(answer.value).image));
     errors_.erase(place);
   } else {
     // A white page instead; the window shows the reason on it.
-    const host::PageSize size = document->document->model->pageSize(page.key.page);
-    page.image.width = std::max(1, static_cast<int>(size.width * page.key.dpi / 72));
-    page.image.height = std::max(1, static_cast<int>(size.height * page.key.dpi / 72));
-    page.image.pixels.assign(static_cast<size_t>(page.image.width) * static_cast<size_t>(page.image.height),
-                             0xFFFFFFFF);
-    errors_[place] = page.error;
+    const host::PageSize size = document.document->model->pageSize(key.page);
+    host::Image white{pixelsOf(size.width, key.dpi), pixelsOf(size.height, key.dpi), {}};
+    white.pixels.assign(static_cast<size_t>(white.width) * static_cast<size_t>(white.height), 0xFFFFFFFF);
+    errors_[place] = error;
+    cache_.insert(key, std::move(white));
+    if (shown) status_.report(std::move(error));
   }
-  cache_.insert(page.key, std::move(page.image));
-  if (!error.empty() && shown) status_.report(std::move(error));
-  if (shown && page.key.dpi == view.dpi()) view.invalidate();
+  if (shown && key.dpi == view.dpi()) view.invalidate();
+  asked_.erase(key);
+}
+
+// The page's words or its size are known now: it is laid out and drawn once more.
+void Tiles::takeLate(uint64_t number, int32_t page) {
+  const OpenDocument *document = documents_.find(number);
+  if (document == nullptr) return;
+  if (errors_.erase({number, page}) > 0) cache_.drop(number); // its size may have been the reason
+  host::PageView &view = *document->document->view;
+  if (page != view.page()) return;
+  view.setFit(view.fit());
+  view.invalidate();
 }
 
 bool Tiles::hasFront() const {
@@ -77,14 +119,8 @@ std::string Tiles::error() const {
 }
 
 void Tiles::forgetWords(int32_t shown) {
-  constexpr size_t kept = 8;
   const OpenDocument &document = *documents_.frontDocument();
-  std::vector<int32_t> &withWords = withWords_[document.number];
-  std::erase(withWords, shown);
-  withWords.push_back(shown);
-  if (withWords.size() <= kept) return;
-  document.document->model->forgetText(withWords.front());
-  withWords.erase(withWords.begin());
+  words_[document.number].show(*document.document->model, shown);
 }
 
 } // namespace viewer

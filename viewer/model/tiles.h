@@ -10,24 +10,21 @@
 
 #include "viewer/model/cache.h"
 #include "viewer/model/documents.h"
+#include "viewer/model/words.h"
 
 namespace viewer {
 
 class Tiles : public DocumentKeeper {
 public:
-  Tiles(const Documents &documents, Renderer &renderer, StatusLine &status)
-      : documents_(documents), renderer_(renderer), status_(status) {}
+  Tiles(Documents &documents, StatusLine &status) : documents_(documents), status_(status) {}
 
-  /// Requests the page in front, and its neighbours as far as all of them fit.
+  /// Requests the page in front, and its neighbours as far as all of them fit; with their words, where those are used.
   void request(bool neighbours);
-  /// Takes over a page, completely or, if memory is exhausted, not at all.
-  void take(RenderedPage &page);
   /// Whether there is an image of the page in front as it is to be shown.
   bool hasFront() const;
   /// The error of the page in front, or empty.
   std::string error() const;
-  /// To be called when a page is shown. The words of a page take a hundred times the memory of its text: those of the
-  /// most recently shown pages are kept.
+  /// To be called when a page is shown: the words of the most recently shown pages are kept.
   void forgetWords(int32_t shown);
 
   const PageCache &cache() const { return cache_; }
@@ -38,13 +35,17 @@ public:
   void closes(const OpenDocument &document) override;
 
 private:
-  const Documents &documents_;
-  Renderer &renderer_;
+  void ask(const OpenDocument &document, const PageKey &key, host::Urgency urgency);
+  void take(const PageKey &key, host::Answer &answer);
+  std::string failureOf(const OpenDocument &document, const PageKey &key, const host::Answer &answer) const;
+  void takeLate(uint64_t number, int32_t page);
+
+  Documents &documents_;
   StatusLine &status_;
   PageCache cache_{cacheBytes};
+  std::map<PageKey, host::Ticket> asked_;
   std::map<std::pair<uint64_t, int32_t>, std::string> errors_; ///< by document and page
-  std::map<uint64_t, std::vector<int32_t>>
-      withWords_; ///< a document's pages whose words are kept, the last one shown last
+  std::map<uint64_t, Words> words_;                            ///< by document
 };
 
 } // namespace viewer

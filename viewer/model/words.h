@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Which pages' words are asked for ahead and how long they are kept, in one document: a page's words take a hundred
+// times the memory of its text.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "host/document/document.h"
+
+namespace viewer {
+
+class Words {
+public:
+  /// Asks for the words of a page that is shown or about to be.
+  void expect(host::Document &document, int32_t page, bool shown);
+  /// A page is shown: forgets the words of others, except those shown last and those next to it.
+  void show(host::Document &document, int32_t page);
+
+private:
+  std::vector<int32_t> shown_;    ///< the last one shown last
+  std::vector<int32_t> expected_; ///< the others that were asked for
+};
+
+} // namespace viewer

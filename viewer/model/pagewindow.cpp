@@ -68,6 +68,11 @@ void PageWindow::chooseDpi() {
   noteChange();
 }
 
+void PageWindow::sizeIsKnown() {
+  chooseDpi();
+  scrollTo(scrollX_, scrollY_);
+}
+
 void PageWindow::setWindow(int width, int height) {
   if (width == window_.width && height == window_.height) return;
   const host::PixelSize before = window();

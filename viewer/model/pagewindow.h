@@ -27,6 +27,8 @@ public:
   void setFit(Fit fit);
   /// The resolution at which a page is shown, whether it is the current one or not.
   double dpiOf(int32_t page);
+  /// To be called when the page shown has another size than before.
+  void sizeIsKnown();
   /// Beyond it a page's image has more than `largestImage` pixels or a side that is too long, and a window does not
   /// show it.
   double largestDpi(int32_t page);

@@ -100,10 +100,9 @@ void Tiles::takeLate(uint64_t number, int32_t page) {
   const OpenDocument *document = documents_.find(number);
   if (document == nullptr) return;
   if (errors_.erase({number, page}) > 0) cache_.drop(number); // its size may have been the reason
-  host::PageView &view = *document->document->view;
-  if (page != view.page()) return;
-  view.setFit(view.fit());
-  view.invalidate();
+  if (page != document->window->page()) return;
+  document->window->sizeIsKnown();
+  document->document->view->invalidate();
 }
 
 bool Tiles::hasFront() const {

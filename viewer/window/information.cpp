@@ -4,7 +4,7 @@
 
 #include <Xm/MessageB.h>
 
-#include "tavrel/TavrelView.h"
+#include "host/view/alerts.h"
 #include "viewer/model/wrapped.h"
 #include "viewer/window/dialogbox.h"
 #include "viewer/window/messagesymbol.h"

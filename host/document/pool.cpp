@@ -24,7 +24,7 @@ void Pool::enlist() noexcept {
   if (workers_[0].idle) return first_.notify_one();
   if (std::any_of(workers_.begin(), workers_.end(), [](const Worker &worker) { return worker.idle; }))
     return others_.notify_one();
-  if (started_ == most || desk.ends) return;
+  if (started_ == mostThreads || desk.ends) return;
   try {
     addThread();
   } catch (const std::exception &) { // those that there are take it
@@ -89,10 +89,12 @@ Time Pool::freeFrom() const noexcept {
 }
 
 void Pool::begin(Worker &worker, Job &job) noexcept {
-  job.order = job.source->waiting.takeFront();
+  Source &source = *job.source;
+  job.order = source.waiting.remove(nextOf(source)->id);
+  source.busy.add(BusyPages::pageOf(job.order.front().request));
   if (!job.usesOwn) {
-    job.source->used = true;
-    job.source->alone = std::holds_alternative<OpenRequest>(job.order.front().request); // there is no instance yet
+    source.used = true;
+    source.alone = std::holds_alternative<OpenRequest>(job.order.front().request); // there is no instance yet
   }
   worker.order = job.order.front().id;
   worker.since = std::chrono::steady_clock::now();
@@ -102,6 +104,7 @@ void Pool::begin(Worker &worker, Job &job) noexcept {
 void Pool::end(std::unique_lock<std::mutex> &lock, Worker &worker, Job job, bool answered) {
   Source &source = *job.source;
   worker.order.reset();
+  source.busy.remove(BusyPages::pageOf(job.order.front().request));
   if (!job.usesOwn) source.used = source.alone = false;
   if (!answered && !source.closed) { // by the one who uses the instance that there is
     source.alone = source.used;

@@ -18,7 +18,6 @@ namespace host {
 
 class Pool : public std::enable_shared_from_this<Pool> {
 public:
-  static constexpr size_t most = 4; ///< threads; as many pages that never end bring everything to a stop
   static constexpr auto patience = std::chrono::milliseconds(100);
 
   explicit Pool(std::function<void()> wake) : wake_(std::move(wake)) {}
@@ -55,8 +54,8 @@ private:
   std::function<void()> wake_;
   // Protected by the desk's mutex.
   std::condition_variable first_, others_, end_;
-  std::array<Worker, most> workers_;
-  std::array<std::thread, most> threads_;
+  std::array<Worker, mostThreads> workers_;
+  std::array<std::thread, mostThreads> threads_;
   size_t started_ = 0, ended_ = 0;
 };
 

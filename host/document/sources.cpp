@@ -2,8 +2,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "host/document/sources.h"
 
-#include <algorithm>
-
 #include "host/document/answering.h"
 
 namespace host {
@@ -22,10 +20,17 @@ Orders extract(Orders &from, uint64_t id) noexcept {
   return one;
 }
 
-Orders OrderQueue::takeFront() noexcept {
-  Orders one;
-  one.splice(one.begin(), orders_, orders_.begin());
-  return one;
+int32_t BusyPages::pageOf(const Request &request) noexcept {
+  if (const auto *words = std::get_if<WordsRequest>(&request)) return words->page;
+  if (const auto *image = std::get_if<ImageRequest>(&request)) return image->page;
+  if (const auto *matches = std::get_if<MatchesRequest>(&request)) return matches->page;
+  return none;
+}
+
+const Order *OrderQueue::next(const BusyPages &busy) const noexcept {
+  const auto found = std::find_if(orders_.begin(), orders_.end(),
+                                  [&](const Order &order) { return !busy.has(BusyPages::pageOf(order.request)); });
+  return found == orders_.end() ? nullptr : &*found;
 }
 
 void OrderQueue::insert(Orders &order) noexcept {
@@ -60,11 +65,18 @@ bool Job::answer(Instance &own) noexcept {
   return true;
 }
 
+const Order *nextOf(const Source &source) noexcept {
+  return source.used && source.alone ? nullptr : source.waiting.next(source.busy);
+}
+
 std::shared_ptr<Source> mostUrgent(const Sources &sources) noexcept {
   std::shared_ptr<Source> best;
+  const Order *bestOrder = nullptr;
   for (const std::shared_ptr<Source> &source : sources) {
-    if (source->waiting.empty() || (source->used && source->alone)) continue;
-    if (best == nullptr || isBefore(source->waiting.front(), best->waiting.front())) best = source;
+    const Order *order = nextOf(*source);
+    if (order == nullptr || (bestOrder != nullptr && !isBefore(*order, *bestOrder))) continue;
+    best = source;
+    bestOrder = order;
   }
   return best;
 }

@@ -3,6 +3,8 @@
 // The open documents of the threads, and the requests that wait for one. Nothing here allocates once an order is made.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <condition_variable>
 #include <list>
 #include <memory>
@@ -13,12 +15,29 @@
 
 namespace host {
 
+/// As many pages that never end bring everything to a stop.
+inline constexpr size_t mostThreads = 4;
+
+/// The pages that threads are working on. A page that takes long occupies one thread: what else is asked about it
+/// waits.
+class BusyPages {
+public:
+  BusyPages() { pages_.fill(none); }
+  static int32_t pageOf(const Request &request) noexcept; ///< `none` where it is about no single page
+  bool has(int32_t page) const noexcept { return page != none && std::count(pages_.begin(), pages_.end(), page) > 0; }
+  void add(int32_t page) noexcept { *std::find(pages_.begin(), pages_.end(), none) = page; }
+  void remove(int32_t page) noexcept { *std::find(pages_.begin(), pages_.end(), page) = none; }
+
+private:
+  static constexpr int32_t none = -1;
+  std::array<int32_t, mostThreads + 1> pages_; ///< the last one is always `none`
+};
+
 /// Orders of one document, the next one first.
 class OrderQueue {
 public:
-  bool empty() const { return orders_.empty(); }
-  const Order &front() const { return orders_.front(); }
-  Orders takeFront() noexcept;
+  /// The first one whose page is not busy; null for none.
+  const Order *next(const BusyPages &busy) const noexcept;
   /// Takes over one order, after all that are as urgent and were asked for earlier.
   void insert(Orders &order) noexcept;
   void raise(uint64_t id, Urgency urgency) noexcept;
@@ -38,6 +57,7 @@ struct Source {
   std::filesystem::path file = {};
   std::unique_ptr<PdfFile> pdf = {}; ///< set by the thread that opens it, before anything else is asked
   OrderQueue waiting = {};
+  BusyPages busy = {};
   Orders answered = {};
   bool used = false;   ///< a thread is using `pdf`
   bool alone = false;  ///< while it does, there can be no second instance
@@ -61,7 +81,10 @@ struct Job {
   bool answer(Instance &own) noexcept;
 };
 
-/// The document of the most urgent order that a thread may begin; null for none.
+/// The order of a document that a thread may begin; null for none.
+const Order *nextOf(const Source &source) noexcept;
+
+/// The document of the most urgent such order; null for none.
 std::shared_ptr<Source> mostUrgent(const Sources &sources) noexcept;
 
 /// What the owner and the threads share.

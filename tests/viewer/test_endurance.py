@@ -4,7 +4,7 @@
 import os
 import subprocess
 
-from harness import ViewerTest, document
+from harness import FEEDBACK_PLUGIN, ViewerTest, document
 
 SEEDS, SHARES = range(40), ("0.00002", "0.0001", "0.0005", "0.002", "0.01")
 
@@ -82,17 +82,22 @@ def slow(file):
     return written(file, objects + [stream(content) for content in (b"", strokes, b"")])
 
 
-# A document of four pages whose last one takes hours, to render and to search: ten levels of forms, each drawn ten
-# times by the one above it.
-def endless(file):
+# A document of four pages, one of which takes hours, to render and to search: ten levels of forms, each drawn ten times
+# by the one above it. The third page says "needle".
+def endless(file, number=4):
     levels = 10
     page = b"<</Type/Page/Parent 2 0 R/MediaBox[0 0 612 792]"
-    objects = [b"<</Type/Catalog/Pages 2 0 R>>", b"<</Type/Pages/Count 4/Kids[3 0 R 4 0 R 5 0 R 6 0 R]>>",
-               *[page + b">>"] * 3, page + b"/Contents 7 0 R/Resources<</XObject<</F 8 0 R>>>>>>", stream(b"/F Do")]
+    pages = [page + b">>"] * 4
+    pages[2] = page + b"/Contents %d 0 R/Resources<</Font<</T %d 0 R>>>>>>" % (levels + 9, levels + 10)
+    pages[number - 1] = page + b"/Contents 7 0 R/Resources<</XObject<</F 8 0 R>>>>>>"
+    objects = [b"<</Type/Catalog/Pages 2 0 R>>", b"<</Type/Pages/Count 4/Kids[3 0 R 4 0 R 5 0 R 6 0 R]>>", *pages,
+               stream(b"/F Do")]
     form = b"/Type/XObject/Subtype/Form/BBox[0 0 612 792]"
     objects += [stream(b"/F Do " * 10, form + b"/Resources<</XObject<</F %d 0 R>>>>" % (9 + level))
                 for level in range(levels)]
-    return written(file, [*objects, stream(b"q Q", form)])
+    objects += [stream(b"q Q", form), stream(b"BT /T 12 Tf 50 700 Td (needle) Tj ET"),
+                b"<</Type/Font/Subtype/Type1/BaseFont/Courier>>"]
+    return written(file, objects)
 
 
 class SlowPages(ViewerTest):
@@ -128,6 +133,36 @@ class EndlessSearch(ViewerTest):
         viewer.until(lambda state: "3 of 4 pages" in state["findMessage"], "a search that has come to the last page")
         viewer.key("ctrl+q")
         self.assertEqual(viewer.ends(), 0)
+
+
+class EndlessPage(ViewerTest):
+    def open(self, errors=0):
+        viewer = self.view(endless(os.path.join(self.folder(), "endless.pdf"), 1), "--plugins-dir", FEEDBACK_PLUGIN,
+                           errors=errors)
+        viewer.until(lambda state: state["drawn"]["page"] == 1 and state["note"] == "rendering", "a page awaited")
+        return viewer
+
+    def test_a_plugin_that_asks_for_its_words_gets_an_error_and_the_window_goes_on(self):
+        viewer = self.open(errors=1)
+        viewer.press("f:H")
+        viewer.key("ctrl+Next")
+        viewer.shown(2)
+        self.assertRegex(viewer.stderrText(), "^tavrel: feedback: .*endless.pdf: page 1 takes too long to read\n$")
+        viewer.key("ctrl+f")
+        viewer.type("find", "needle")
+        viewer.shown(3)
+        self.assertLess(viewer.now()["longestIteration"], 5000)
+        viewer.key("ctrl+q")
+        self.assertEqual(viewer.ends(), 0)
+
+    def test_zooming_it_delays_no_other_page(self):
+        viewer = self.open()
+        for _ in range(6):
+            zoom = viewer.now()["zoom"]
+            viewer.key("plus")
+            viewer.until(lambda state: state["zoom"] > zoom, "a larger page")
+        viewer.key("ctrl+Next")
+        viewer.shown(2)
 
 
 class ManyPages(ViewerTest):

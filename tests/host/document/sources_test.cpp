@@ -11,9 +11,9 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-void insert(OrderQueue &queue, uint64_t id, Urgency urgency) {
+void insert(OrderQueue &queue, uint64_t id, Urgency urgency, const Request &request = OpenRequest{}) {
   Orders order;
-  order.push_back({id, urgency, ImageRequest{}});
+  order.push_back({id, urgency, request});
   queue.insert(order);
   EXPECT_TRUE(order.empty());
 }
@@ -21,8 +21,10 @@ void insert(OrderQueue &queue, uint64_t id, Urgency urgency) {
 // Takes all.
 std::vector<uint64_t> ids(OrderQueue &queue) {
   std::vector<uint64_t> result;
-  while (!queue.empty())
-    result.push_back(queue.takeFront().front().id);
+  while (const Order *next = queue.next({})) {
+    result.push_back(next->id);
+    queue.remove(next->id);
+  }
   return result;
 }
 
@@ -64,6 +66,22 @@ TEST_F(OrderQueueTest, ARemovedOrderIsNotTaken) {
   EXPECT_THAT(ids(queue), ElementsAre(1, 3));
 }
 
+TEST_F(OrderQueueTest, WhatIsAskedAboutABusyPageWaits) {
+  insert(queue, 1, Urgency::shown, ImageRequest{7, 72});
+  insert(queue, 2, Urgency::shown, WordsRequest{7});
+  insert(queue, 3, Urgency::shown, MatchesRequest{7, "a", {}});
+  insert(queue, 4, Urgency::ahead, SizesRequest{0, 32});
+  insert(queue, 5, Urgency::ahead, ImageRequest{8, 72});
+  BusyPages busy;
+  for (size_t i = 0; i < mostThreads; ++i)
+    busy.add(BusyPages::pageOf(ImageRequest{static_cast<int32_t>(i) + 4, 72})); // 4 to 7
+  EXPECT_EQ(queue.next(busy)->id, 4U);
+  queue.remove(4);
+  EXPECT_EQ(queue.next(busy)->id, 5U);
+  busy.remove(7);
+  EXPECT_EQ(queue.next(busy)->id, 1U);
+}
+
 struct MostUrgentTest : testing::Test {
   Source &add(uint64_t id, Urgency urgency) {
     sources.push_back(std::make_shared<Source>());
@@ -72,7 +90,7 @@ struct MostUrgentTest : testing::Test {
   }
   uint64_t next() {
     const auto source = mostUrgent(sources);
-    return source == nullptr ? 0 : source->waiting.front().id;
+    return source == nullptr ? 0 : nextOf(*source)->id;
   }
   Sources sources;
 };

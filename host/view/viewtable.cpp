@@ -208,6 +208,12 @@ void attachEnabledTest(ButtonHandle button, Callback callback, void *clientData)
 
 void attachTip(ButtonHandle button, const char *text) { buttonOf(button).tip = text == nullptr ? "" : text; }
 
+void attachKey(ButtonHandle button, const char *key) { theBar().setKey(buttonOf(button), key == nullptr ? "" : key); }
+
+void attachLabel(ButtonHandle button, const char *text) {
+  theBar().setLabel(buttonOf(button), text == nullptr ? "" : text);
+}
+
 void setAttribute(ButtonHandle button, int32_t attribute) {
   if (attribute != tavrel::buttonInternal && attribute != tavrel::buttonAlsoInBrowser)
     throw HostError(errBadArgument, "no button attribute " + std::to_string(attribute));
@@ -296,6 +302,8 @@ Table build() {
   table.provide<outlineSelection>(View::PageViewOutlineSelection);
   table.provide<paintedSelection>(View::PageViewGetPaintedSelection);
   table.provide<isInWindow>(View::PageViewIsInWindow);
+  table.provide<attachKey>(View::ToolButtonAttachKey);
+  table.provide<attachLabel>(View::ToolButtonAttachLabel);
   return table;
 }
 

@@ -159,7 +159,13 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(41, PageViewGetPaintedSelection, TextSelection(PageView view, uint32_t index))                             \
   /* Whether a window shows the view, and may be smaller than the page. A view that pages are only drawn with, to      \
      files for instance, is as large as the page. [raises] */                                                          \
-  OPERATION(42, PageViewIsInWindow, Bool16(PageView view))
+  OPERATION(42, PageViewIsInWindow, Bool16(PageView view))                                                             \
+  /* Gives a button a key, as X translations have it: "<Key>F3", "Shift<Key>F3"; modifiers are Ctrl, Shift, Alt and     \
+     Meta. It is copied. Null or empty: none. A user may choose another one (share/Tavrel.ad), and what the viewer     \
+     itself has on a key goes first. [raises] */                                                                       \
+  OPERATION(43, ToolButtonAttachKey, void(ToolButton button, const char *key))                                         \
+  /* Sets a button's short text, for menus, in UTF-8; it is copied. Null or empty: its help text. [raises] */          \
+  OPERATION(44, ToolButtonAttachLabel, void(ToolButton button, const char *text))
 // clang-format on
 
 namespace TavrelView {

@@ -396,6 +396,8 @@ TEST_F(StepsTest, TakeOverTheButtonsOfTheHighlightPlugIn) {
     ASSERT_NE(button, nullptr);
     EXPECT_EQ(host_.runtime.extensions.name(button->owner), "HitSteps");
     EXPECT_EQ(button->tip, direction > 0 ? "Jumps to the next highlight" : "Jumps to the previous highlight");
+    EXPECT_EQ(button->label, direction > 0 ? "Next Hit" : "Previous Hit");
+    EXPECT_EQ(button->key, direction > 0 ? "<Key>F3" : "Shift<Key>F3");
     EXPECT_NE(button->icon, 0U);
     EXPECT_TRUE(button->attributes.contains(buttonAlsoInBrowser));
   }

@@ -61,5 +61,40 @@ class HitByHit(ViewerTest):
         self.viewer.hit("page 2 of 2")
 
 
+class KeysOfButtons(ViewerTest):
+    def open(self, *resources):
+        file = document("three-hundred.pdf")
+        options = [word for resource in resources for word in ("--xrm", resource)]
+        return self.viewHits(file, self.hits(file, "needle", [1, 4, 7]), *options)
+
+    def test_a_resource_gives_a_button_another_key(self):
+        viewer = self.open("Tavrel*menubar*TavrelGLT_Next.accelerator: <Key>F7")
+        viewer.key("F3", "F7")
+        viewer.hit("hit 2 of 3")
+        viewer.key("F3", "shift+F3")
+        viewer.hit("hit 1 of 3")
+
+    def test_a_resource_takes_a_key_from_a_button(self):
+        viewer = self.open("Tavrel*menubar*TavrelGLT_Next.accelerator:")
+        viewer.press("TavrelGLT:Next")
+        viewer.hit("hit 2 of 3")
+        viewer.key("F3", "shift+F3")
+        viewer.hit("hit 1 of 3")
+
+    def test_what_the_viewer_has_on_a_key_goes_first(self):
+        viewer = self.open("Tavrel*menubar*LastPage.accelerator: <Key>F3")
+        viewer.key("F3")
+        viewer.shown(300)
+        viewer.key("shift+F3")
+        viewer.hit("hit 3 of 3")
+
+    def test_help_lists_the_keys_of_buttons(self):
+        viewer = self.open()
+        viewer.key("F1")
+        text = "\n".join(viewer.dialog("information")["texts"])
+        for line in ("Next Hit", "Previous Hit", "Shift+F3"):
+            self.assertIn(line, text)
+
+
 if __name__ == "__main__":
     unittest.main()

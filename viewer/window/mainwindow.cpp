@@ -199,7 +199,9 @@ void MainWindow::showKeys() {
   for (const Action &action : actions())
     if (const std::string key = menuBar_->keyOf(action.name); !key.empty())
       text += key + "   " + action.command().sentence + "\n";
-  text += "\nF3, Shift+F3   Next, previous hit\nPage Up, Page Down, Space   A page of the window\n"
+  for (const KeyOfButton &button : menuBar_->pluginKeys())
+    text += button.key + "   " + button.label + "\n";
+  text += "\nPage Up, Page Down, Space   A page of the window\n"
           "Arrows, wheel   A little\n+, -, Ctrl+wheel   Larger, smaller\nF10   Menus\nEsc   Ends a search";
   dialogs_->showInformation("Keys", text);
 }

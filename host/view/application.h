@@ -75,6 +75,8 @@ public:
   void markPages(tavrel::ExtensionID extension, ViewerDocument &document, std::span<const int32_t> pages);
   /// Whether a call into a plug-in is under way: then nothing is drawn.
   bool calling() const { return runtime_.running() != hostExtension; }
+  /// Notifies the plug-ins that the user has chosen a marked page, which the view shows.
+  void markedPageChosen(ViewerDocument &document) { notify(tavrel::notifyMarkedPageChosen, document); }
 
   AuxData auxData;
   AlertHandler alert;        ///< initially one that answers no

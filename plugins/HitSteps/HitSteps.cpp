@@ -82,6 +82,8 @@ void documentOpened(Doc document, void * /*clientData*/) {
   goToFirstHitOfPage(document); // hits that the document was opened with
 }
 
+void markedPageChosen(Doc document, void * /*clientData*/) { goToFirstHitOfPage(document); }
+
 void documentClosed(Doc document, void * /*clientData*/) { forgetHits(document); }
 
 uint32_t importTables() {
@@ -94,6 +96,7 @@ uint32_t initialise() {
   startSteps(s_self);
   TavrelView::RegisterNotification(notifyDocDidOpen, s_self, callbackOf(documentOpened), nullptr);
   TavrelView::RegisterNotification(notifyDocDidClose, s_self, callbackOf(documentClosed), nullptr);
+  TavrelView::RegisterNotification(notifyMarkedPageChosen, s_self, callbackOf(markedPageChosen), nullptr);
   return 1;
 }
 

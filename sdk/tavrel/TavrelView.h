@@ -15,7 +15,13 @@ extern tavrel::HFT gTavrelViewHFT;
 namespace tavrel {
 
 /// Notifications, called as void(Doc document, void *clientData).
-enum Notification : int32_t { notifyDocDidOpen = 4, notifyDocDidClose = 8 };
+enum Notification : int32_t {
+  notifyDocDidOpen = 4,
+  notifyDocDidClose = 8,
+  /// Since version 0x00050004: a user has chosen a page that plug-ins have marked (DocMarkPages). It is shown; a plug-in
+  /// that knows what the page is marked for may scroll to it.
+  notifyMarkedPageChosen = 16
+};
 using DocNotifyProc = void (*)(Doc document, void *clientData);
 
 /// Called for every page drawn, while it is drawn; the page view is the one that draws.

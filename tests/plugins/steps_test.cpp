@@ -380,6 +380,27 @@ TEST_F(StepsTest, BeginAtTheFirstHitThatTheDocumentIsOpenedWith) {
   expectOutlined(8);
 }
 
+TEST_F(StepsTest, GoToTheFirstHitOfAMarkedPageThatIsChosen) {
+  show(hitsOn({0, 2}, {7, 8}));
+  document->view->showPage(2);
+  app.markedPageChosen(*document);
+  EXPECT_EQ(app.statusText(), "hit 3 of 4, page 2 of 2");
+  EXPECT_TRUE(isVisible(2, 7));
+  step(1);
+  document->view->scrollTo(0, 0);
+  app.markedPageChosen(*document);
+  EXPECT_EQ(app.statusText(), "hit 3 of 4, page 2 of 2");
+  EXPECT_TRUE(isVisible(2, 7));
+}
+
+TEST_F(StepsTest, StayWhereTheyAreWhenAPageOfAnotherPlugInIsChosen) {
+  show(hitsOn({0}, {0}));
+  document->view->showPage(1);
+  app.markedPageChosen(*document);
+  EXPECT_EQ(page(), 1);
+  EXPECT_EQ(scrollY(), 0);
+}
+
 TEST_F(StepsTest, BeginAtTheFirstHitOfAnotherList) {
   show(hitsOn({0}, {8, 0, 4}));
   EXPECT_TRUE(isVisible(0, 8));

@@ -61,6 +61,23 @@ class HitByHit(ViewerTest):
         self.viewer.hit("page 2 of 2")
 
 
+class TicksOfHits(ViewerTest):
+    def test_a_click_on_a_tick_scrolls_to_the_hit(self):
+        file = document("cloth.pdf")
+        viewer = self.view(file, "--hits", self.hits(file, "Row 130 a"), "--geometry", "800x380+0+0")
+        page = viewer.hit("hit 1 of 1")["page"]
+        viewer.key("Home")
+        viewer.shown(1)
+        area = viewer.until(lambda state: state["ticks"] == [page - 1], "a tick")["area"]
+        bar = {"x": area["x"] + area["width"], "y": area["y"], "width": 40, "height": area["height"]}
+        tick = self.display.screen(lambda picture: picture.find((0xD8, 0xA2, 0), bar), "a tick")
+        self.display.xdotool("mousemove", (tick.left + tick.right) // 2, tick.bottom, "click", 1)
+        viewer.shown(page)
+        self.display.screen(lambda picture: picture.find(OUTLINE, area), "an outline")
+        self.assertGreater(viewer.now()["drawn"]["scrollY"], 0)
+        self.assertIn("hit 1 of 1", viewer.now()["plugins"])
+
+
 class KeysOfButtons(ViewerTest):
     def open(self, *resources):
         file = document("three-hundred.pdf")

@@ -229,7 +229,7 @@ void PageArea::paintTicks() {
   }
 }
 
-// Goes to the page of the nearest tick.
+// Goes to the page of the nearest tick; plug-ins may then scroll to what they have marked it for.
 void PageArea::tickPressed(int y) {
   Dimension height = 1;
   XtVaGetValues(ticksArea_, XmNheight, &height, nullptr);
@@ -238,7 +238,10 @@ void PageArea::tickPressed(int y) {
   const auto nearest = std::min_element(ticks_.begin(), ticks_.end(), [=](int32_t a, int32_t b) {
     return std::abs(a - pressed) < std::abs(b - pressed);
   });
-  window_.model().moving.goToPage(*nearest);
+  const Model &model = window_.model();
+  model.moving.goToPage(*nearest);
+  if (model.documents.front() != nullptr && !window_.app().calling())
+    window_.app().markedPageChosen(*model.documents.front());
 }
 
 void PageArea::scrolled(bool vertical, int value) {

@@ -55,6 +55,12 @@ TEST_F(Application, WithoutADocumentThereIsNoFrontOne) {
 }
 
 TEST_F(Application, OpeningAndClosingAreNotified) {
+TEST_F(Application, TheChoiceOfAMarkedPageIsNotified) {
+  listen(tavrel::notifyMarkedPageChosen, didOpen);
+  app.markedPageChosen(*document);
+  EXPECT_THAT(opened, ElementsAre(doc));
+}
+
   listen(tavrel::notifyDocDidOpen, didOpen);
   listen(tavrel::notifyDocDidClose, didClose);
   host::ViewerDocument &second = openAnother();

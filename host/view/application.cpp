@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "tavrel/DocModel.h"
+
 namespace host {
 
 Application::Application(Runtime &runtime)
@@ -175,8 +177,9 @@ void Application::retired(tavrel::ExtensionID extension) {
 }
 
 void addHostTables(Runtime &runtime) {
-  runtime.addTable("DocModel", 0x00050000, docModelTable());
   // The older versions are the same table: a client of one does not read beyond its end.
+  runtime.addTable("DocModel", 0x00050000, docModelTable());
+  runtime.addTable("DocModel", tavrel::docModelVersion, docModelTable());
   runtime.addTable("TavrelView", 0x00050001, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewStatusVersion, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewMarksVersion, viewTable());

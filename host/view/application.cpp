@@ -172,7 +172,7 @@ void Application::retired(tavrel::ExtensionID extension) {
   if (toolBar_) toolBar_->retire(extension);
   size_t shown = statusTexts_.erase(extension);
   for (const auto &document : documents_)
-    shown += document->markedPages.erase(extension);
+    shown += document->markedPages.erase(extension) + document->lists.retire(extension);
   if (shown > 0) notifyStatus();
 }
 

@@ -256,6 +256,27 @@ void markPages(ExtensionID extension, DocHandle handle, const int32_t *pages, ui
   app().markPages(extension, documentOf(handle), {count == 0 ? nullptr : &reference(pages), count});
 }
 
+// ---- lists
+
+void setList(ExtensionID extension, DocHandle handle, const char *title, uint32_t rows, Callback row, Callback chosen) {
+  Runtime::current().extensions.require(extension);
+  PluginList list;
+  list.title = title == nullptr ? "" : title;
+  list.rows = rows;
+  if (rows > 0) {
+    list.row = registrationOf(row, nullptr);
+    list.chosen = registrationOf(chosen, nullptr);
+  }
+  documentOf(handle).lists.set(extension, std::move(list));
+  app().notifyStatus();
+}
+
+void setListRow(ExtensionID extension, DocHandle handle, uint32_t row) {
+  Runtime::current().extensions.require(extension);
+  documentOf(handle).lists.setRow(extension, row == tavrel::noRow ? std::nullopt : std::optional(row));
+  app().notifyStatus();
+}
+
 Table build() {
   namespace View = ::TavrelView;
   Table table("TavrelView", View::operations);
@@ -304,6 +325,8 @@ Table build() {
   table.provide<isInWindow>(View::PageViewIsInWindow);
   table.provide<attachKey>(View::ToolButtonAttachKey);
   table.provide<attachLabel>(View::ToolButtonAttachLabel);
+  table.provide<setList>(View::DocSetList);
+  table.provide<setListRow>(View::DocSetListRow);
   return table;
 }
 

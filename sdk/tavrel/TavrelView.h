@@ -52,6 +52,18 @@ inline constexpr uint32_t tavrelViewStatusVersion = 0x00050002;
 inline constexpr uint32_t tavrelViewMarksVersion = 0x00050003;
 inline constexpr uint32_t tavrelViewVersion = 0x00050004;
 
+/// A row of a list beside the page (DocSetList).
+struct ListRow {
+  int32_t page;   ///< the page that it belongs to; -1: none
+  char text[248]; ///< in UTF-8, with a terminating 0
+};
+/// Writes what a row shows. The host calls it when a row becomes visible, perhaps several times, and has cleared it.
+using ListRowProc = void (*)(Doc document, uint32_t row, ListRow *out);
+/// Called when the user has chosen a row.
+using ListChosenProc = void (*)(Doc document, uint32_t row);
+/// No row of a list.
+inline constexpr uint32_t noRow = UINT32_MAX;
+
 /// Icons of an alert.
 enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, alertNote = 3 };
 
@@ -171,7 +183,14 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
      itself has on a key goes first. [raises] */                                                                       \
   OPERATION(43, ToolButtonAttachKey, void(ToolButton button, const char *key))                                         \
   /* Sets a button's short text, for menus, in UTF-8; it is copied. Null or empty: its help text. [raises] */          \
-  OPERATION(44, ToolButtonAttachLabel, void(ToolButton button, const char *text))
+  OPERATION(44, ToolButtonAttachLabel, void(ToolButton button, const char *text))                                      \
+  /* Sets the list that a plug-in shows beside the page of a document, for places in it, in place of its earlier one:  \
+     a short title, the number of rows, what they show (ListRowProc), what follows when one is chosen (ListChosenProc). \
+     No rows: no list. The viewer shows one list at a time, that of the plug-in loaded first. [raises] */              \
+  OPERATION(45, DocSetList, void(ExtensionID extension, Doc document, const char *title, uint32_t rows, Callback row,  \
+                                 Callback chosen))                                                                     \
+  /* Sets the current row of that list, which stays visible; noRow for none. [raises] when there is no such row */     \
+  OPERATION(46, DocSetListRow, void(ExtensionID extension, Doc document, uint32_t row))
 // clang-format on
 
 namespace TavrelView {

@@ -55,13 +55,13 @@ TEST_F(Application, WithoutADocumentThereIsNoFrontOne) {
   EXPECT_EQ(TavrelView::GetFrontDoc(), nullptr);
 }
 
-TEST_F(Application, OpeningAndClosingAreNotified) {
 TEST_F(Application, TheChoiceOfAMarkedPageIsNotified) {
   listen(tavrel::notifyMarkedPageChosen, didOpen);
   app.markedPageChosen(*document);
   EXPECT_THAT(opened, ElementsAre(doc));
 }
 
+TEST_F(Application, OpeningAndClosingAreNotified) {
   listen(tavrel::notifyDocDidOpen, didOpen);
   listen(tavrel::notifyDocDidClose, didClose);
   host::ViewerDocument &second = openAnother();

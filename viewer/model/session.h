@@ -21,7 +21,7 @@ struct Session {
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
 
-  Model model() { return {changes, status, documents, moving, tiles, finding, screen}; }
+  Model model() { return {changes, status, documents, moving, tiles, finding, screen, listTexts}; }
   /// Ends rendering and searching and waits for both up to the timeout; false if a page is still in progress.
   bool finish(std::chrono::milliseconds timeout);
 
@@ -38,6 +38,7 @@ public:
   Tiles tiles{documents, renderer_, status};
   Finding finding{documents, moving, searcher_, status, changes};
   Screen screen{app_, documents, tiles, finding, status, changes};
+  ListTexts listTexts{app_, documents, tiles};
   Arrivals arrivals;
 };
 

@@ -26,8 +26,8 @@ public:
   bool hasFront() const;
   /// The error of the page in front, or empty.
   std::string error() const;
-  /// To be called when a page is shown. The words of a page take a hundred times the memory of its text: those of the
-  /// most recently shown pages are kept.
+  /// To be called when a page is shown or its words are read. The words of a page take a hundred times the memory of
+  /// its text: those of the most recently shown pages are kept.
   void forgetWords(int32_t shown);
 
   const PageCache &cache() const { return cache_; }

@@ -16,6 +16,7 @@
 #include "viewer/window/dialogs.h"
 #include "viewer/window/finddialog.h"
 #include "viewer/window/icons.h"
+#include "viewer/window/listpanel.h"
 #include "viewer/window/menubar.h"
 #include "viewer/window/pagearea.h"
 #include "viewer/window/toolbarview.h"
@@ -40,12 +41,14 @@ public:
   Dialogs &dialogs() { return *dialogs_; }
   PageArea &pageArea() { return *pageArea_; }
   ToolBarView &toolBarView() { return *toolBar_; }
+  const ListPanel &listPanel() const { return *listPanel_; }
 
   void askForFile() override;
   void askForText() override;
   void askForPage() override;
   void leaveFields() override;
   void showKeys() override;
+  void toggleSidePanel() override { listPanel_->toggle(); }
   void showPlugins() override;
   void showAbout() override;
   void quit() override { quits_ = true; }
@@ -84,6 +87,7 @@ private:
   std::unique_ptr<MenuBar> menuBar_;
   std::unique_ptr<ToolBarView> toolBar_;
   std::unique_ptr<PageArea> pageArea_;
+  std::unique_ptr<ListPanel> listPanel_;
   std::unique_ptr<Dialogs> dialogs_;
   std::unique_ptr<FindDialog> findDialog_;
   std::string statusText_, pluginText_, title_;

@@ -91,12 +91,7 @@ int PageArea::windowWidth(const Toolkit &toolkit, int shellWidth) {
 PageArea::~PageArea() { XFreeGC(window_.toolkit().display(), context_); }
 
 Pixel PageArea::color(const char *name, const char *className, const char *otherwise) const {
-  Pixel pixel = 0;
-  XtResource resource{
-      const_cast<char *>(name),      const_cast<char *>(className), const_cast<char *>(XmRPixel), sizeof(Pixel), 0,
-      const_cast<char *>(XmRString), const_cast<char *>(otherwise)};
-  XtGetApplicationResources(window_.toolkit().shell(), &pixel, &resource, 1, nullptr, 0);
-  return pixel;
+  return colorResource(window_.toolkit().shell(), name, className, otherwise);
 }
 
 void PageArea::layOut() {

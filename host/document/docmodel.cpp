@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "host/document/document.h"
+#include "host/document/line.h"
 #include "host/kernel/table.h"
 
 namespace host {
@@ -227,6 +228,21 @@ void selectionBounds(TextSelection handle, FixedRect *bounds) {
   *bounds = {fixedOf(box.left), fixedOf(box.top), fixedOf(box.right), fixedOf(box.bottom)};
 }
 
+uint32_t pageGetLine(Page pageHandle, TextSelection handle, char *text, uint32_t size, uint32_t *start) {
+  const OpenPage &page = registry().pages.find(pageHandle);
+  const Selection &selection = registry().selections.find(handle);
+  require(selection.page == page.number, "the selection is on another page");
+  require(text != nullptr && size > 0, "no space for a line");
+  const TextLine line = lineOf(page.document->pageText(page.number), selection.boxes.front());
+  size_t length = std::min<size_t>(line.text.size(), size - 1);
+  while (length < line.text.size() && (static_cast<unsigned char>(line.text[length]) & 0xC0U) == 0x80U)
+    --length; // not within a character
+  std::copy_n(line.text.begin(), length, text);
+  text[length] = 0;
+  if (start != nullptr) *start = static_cast<uint32_t>(line.start);
+  return static_cast<uint32_t>(length);
+}
+
 Table completeTable() {
   Table table("DocModel", DocModel::operations);
   table.provide<docOpenPage>(DocModel::DocOpenPage);
@@ -242,6 +258,7 @@ Table completeTable() {
   table.provide<selectionFromWordRanges>(DocModel::SelectionFromWordRanges);
   table.provide<selectionPageNumber>(DocModel::SelectionPageNumber);
   table.provide<selectionBounds>(DocModel::SelectionBounds);
+  table.provide<pageGetLine>(DocModel::PageGetLine);
   return table;
 }
 

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "tavrel/DocModel.h"
+
 namespace host {
 
 Application::Application(Runtime &runtime)
@@ -85,7 +87,9 @@ std::optional<Drawing> Application::drawIfNeeded(ViewerDocument &document) {
 }
 
 void Application::registerNotification(int32_t selector, const Registration &registration) {
-  if (selector != tavrel::notifyDocDidOpen && selector != tavrel::notifyDocDidClose)
+  constexpr tavrel::Notification all[] = {tavrel::notifyDocDidOpen, tavrel::notifyDocDidClose,
+                                          tavrel::notifyMarkedPageChosen};
+  if (std::find(std::begin(all), std::end(all), selector) == std::end(all))
     throw HostError(tavrel::errBadArgument, "no notification " + std::to_string(selector));
   addOnce(notifications_[selector], registration);
 }
@@ -174,13 +178,14 @@ void Application::retired(tavrel::ExtensionID extension) {
   if (toolBar_) toolBar_->retire(extension);
   size_t shown = statusTexts_.erase(extension);
   for (const auto &document : documents_)
-    shown += document->markedPages.erase(extension);
+    shown += document->markedPages.erase(extension) + document->lists.retire(extension);
   if (shown > 0) notifyStatus();
 }
 
 void addHostTables(Runtime &runtime) {
-  runtime.addTable("DocModel", 0x00050000, docModelTable());
   // The older versions are the same table: a client of one does not read beyond its end.
+  runtime.addTable("DocModel", 0x00050000, docModelTable());
+  runtime.addTable("DocModel", tavrel::docModelVersion, docModelTable());
   runtime.addTable("TavrelView", 0x00050001, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewStatusVersion, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewMarksVersion, viewTable());

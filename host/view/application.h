@@ -15,6 +15,7 @@
 #include "host/kernel/runtime.h"
 #include "host/view/alerts.h"
 #include "host/view/auxdata.h"
+#include "host/view/lists.h"
 #include "host/view/pageview.h"
 #include "host/view/toolbar.h"
 
@@ -28,6 +29,7 @@ struct ViewerDocument {
   std::string parameters;         ///< those after the file's name when it was opened: "page=3"
   /// What plug-ins have marked (DocMarkPages), in order of page, none empty.
   std::map<tavrel::ExtensionID, std::vector<int32_t>> markedPages;
+  Lists lists; ///< beside the page
 };
 
 class Application : public Current<Application>, private CallWatcher {
@@ -76,6 +78,8 @@ public:
   std::string statusText() const;
   /// Marks pages on a document's scroll bar; pages that it does not have are ignored.
   void markPages(tavrel::ExtensionID extension, ViewerDocument &document, std::span<const int32_t> pages);
+  /// Notifies the plug-ins that the user has chosen a marked page, which the view shows.
+  void markedPageChosen(ViewerDocument &document) { notify(tavrel::notifyMarkedPageChosen, document); }
   /// Whether a call into a plug-in is under way: then nothing is drawn.
   bool calling() const { return runtime_.running() != hostExtension; }
 
@@ -86,12 +90,12 @@ public:
   std::function<void(ViewerDocument &document)> prepare;
   /// Called when a document's view has something to draw.
   std::function<void(ViewerDocument &document)> listener;
-  /// Called when the status text or the marked pages of a document have changed.
+  /// Called when the status text, the marked pages or the lists of a document have changed.
   std::function<void()> statusListener;
+  void notifyStatus() const;
 
 private:
   void forget(ViewerDocument &document);
-  void notifyStatus() const;
   void notify(tavrel::Notification selector, ViewerDocument &document);
   void beforeCall() override;
   void afterCall() noexcept override;

@@ -4,7 +4,10 @@
 #include "host/view/toolbar.h"
 
 #include <algorithm>
+#include <cctype>
 #include <iterator>
+#include <sstream>
+#include <string_view>
 #include <utility>
 
 namespace host {
@@ -27,6 +30,22 @@ constexpr OwnButton ownButtons[] = {
     {"FindDialog", "Finds a text"},
     {"FindAgainDialog", "Finds the text again"},
 };
+
+// "Ctrl Shift<Key>F3": modifiers, an event, the name of a key.
+bool isKey(const std::string &text) {
+  constexpr std::string_view event = "<Key>", modifiers[] = {"Ctrl", "Shift", "Alt", "Meta"};
+  constexpr size_t longest = 64;
+  const size_t end = text.find(event);
+  if (end == std::string::npos || text.size() > longest) return false;
+  std::istringstream before(text.substr(0, end));
+  const std::string key = text.substr(end + event.size());
+  return std::all_of(std::istream_iterator<std::string>(before), {},
+                     [&](const std::string &word) {
+                       return std::find(std::begin(modifiers), std::end(modifiers), word) != std::end(modifiers);
+                     }) &&
+         !key.empty() &&
+         std::all_of(key.begin(), key.end(), [](unsigned char c) { return std::isalnum(c) != 0 || c == '_'; });
+}
 
 } // namespace
 
@@ -71,6 +90,17 @@ void ToolBar::attachTest(ToolButton &button, const Registration &test) { attach(
 void ToolBar::setAttribute(ToolButton &button, int32_t attribute) {
   button.attributes.insert(attribute);
   notify(); // the button may become visible
+}
+
+void ToolBar::setLabel(ToolButton &button, const std::string &label) {
+  button.label = label;
+  notify();
+}
+
+void ToolBar::setKey(ToolButton &button, const std::string &key) {
+  if (!key.empty() && !isKey(key)) throw HostError(tavrel::errBadArgument, "no key: " + key.substr(0, 100));
+  button.key = key;
+  notify();
 }
 
 void ToolBar::retire(tavrel::ExtensionID extension) {

@@ -19,6 +19,8 @@ struct ToolButton {
   tavrel::Atom name = 0;
   tavrel::Bitmap icon = 0;
   std::string tip;
+  std::string label; ///< short, for menus; empty: the tip
+  std::string key;   ///< "Shift<Key>F3", or empty
   std::set<int32_t> attributes;
   bool enabled = true; ///< the last result of its test
   /// The plug-in with which it is removed: the one whose callback was attached last, else the one that made it. The
@@ -50,6 +52,9 @@ public:
   void attachTest(ToolButton &button, const Registration &test);
   /// Sets an attribute (tavrel::ButtonAttribute).
   void setAttribute(ToolButton &button, int32_t attribute);
+  void setLabel(ToolButton &button, const std::string &label);
+  /// Throws errBadArgument for a text that is neither empty nor a key.
+  void setKey(ToolButton &button, const std::string &key);
   /// Removes a plug-in's buttons from the tool bar, and its callbacks from the others. The objects stay: a window may
   /// show them until it is drawn anew.
   void retire(tavrel::ExtensionID extension);

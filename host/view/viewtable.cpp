@@ -208,6 +208,12 @@ void attachEnabledTest(ButtonHandle button, Callback callback, void *clientData)
 
 void attachTip(ButtonHandle button, const char *text) { buttonOf(button).tip = text == nullptr ? "" : text; }
 
+void attachKey(ButtonHandle button, const char *key) { theBar().setKey(buttonOf(button), key == nullptr ? "" : key); }
+
+void attachLabel(ButtonHandle button, const char *text) {
+  theBar().setLabel(buttonOf(button), text == nullptr ? "" : text);
+}
+
 void setAttribute(ButtonHandle button, int32_t attribute) {
   if (attribute != tavrel::buttonInternal && attribute != tavrel::buttonAlsoInBrowser)
     throw HostError(errBadArgument, "no button attribute " + std::to_string(attribute));
@@ -248,6 +254,27 @@ int32_t pageCount(ViewHandle handle) {
 void markPages(ExtensionID extension, DocHandle handle, const int32_t *pages, uint32_t count) {
   Runtime::current().extensions.require(extension);
   app().markPages(extension, documentOf(handle), {count == 0 ? nullptr : &reference(pages), count});
+}
+
+// ---- lists
+
+void setList(ExtensionID extension, DocHandle handle, const char *title, uint32_t rows, Callback row, Callback chosen) {
+  Runtime::current().extensions.require(extension);
+  PluginList list;
+  list.title = title == nullptr ? "" : title;
+  list.rows = rows;
+  if (rows > 0) {
+    list.row = registrationOf(row, nullptr);
+    list.chosen = registrationOf(chosen, nullptr);
+  }
+  documentOf(handle).lists.set(extension, std::move(list));
+  app().notifyStatus();
+}
+
+void setListRow(ExtensionID extension, DocHandle handle, uint32_t row) {
+  Runtime::current().extensions.require(extension);
+  documentOf(handle).lists.setRow(extension, row == tavrel::noRow ? std::nullopt : std::optional(row));
+  app().notifyStatus();
 }
 
 Table build() {
@@ -296,6 +323,10 @@ Table build() {
   table.provide<outlineSelection>(View::PageViewOutlineSelection);
   table.provide<paintedSelection>(View::PageViewGetPaintedSelection);
   table.provide<isInWindow>(View::PageViewIsInWindow);
+  table.provide<attachKey>(View::ToolButtonAttachKey);
+  table.provide<attachLabel>(View::ToolButtonAttachLabel);
+  table.provide<setList>(View::DocSetList);
+  table.provide<setListRow>(View::DocSetListRow);
   return table;
 }
 

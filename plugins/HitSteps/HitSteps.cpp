@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: MIT
 // A plug-in that steps from hit to hit, where the highlight plug-in steps from page to page. It takes over that
-// plug-in's two buttons: they keep their position, their icons and tips. The next hit on the page shown is scrolled to;
-// only after the page's last one the highlight plug-in jumps to the next page with hits. The current hit is outlined,
-// and the status line shows its number: "hit 7 of 42, page 2 of 6". A view without a window, whose pages are drawn to
-// files, has neither buttons taken over nor an outline.
+// plug-in's two buttons, which keep their position, icons and tips, and gives them keys. The next hit on the page shown
+// is scrolled to; only after the page's last one the highlight plug-in jumps to the next page with hits. The current
+// hit is outlined, the status line shows its number ("hit 7 of 42, page 2 of 6"), and a list beside the page has all
+// hits. A view without a window, whose pages are drawn to files, has only the number.
 //
 // It uses only the interface in sdk/, and reads the hits through the table "TavrelGLT"; without that table it does
 // nothing. Host calls may raise through any of its functions, so no object here has a destructor, and its memory is
@@ -36,9 +36,10 @@ struct Button {
   const char *name;
   int direction;
   GLTJumpCode withShift; ///< only notifies those who have registered the hits
+  const char *key, *label;
 };
-constexpr Button buttons[] = {{"TavrelGLT:Prev", -1, GLT_JUMP_PREV_BEYOND},
-                              {"TavrelGLT:Next", 1, GLT_JUMP_NEXT_BEYOND}};
+constexpr Button buttons[] = {{"TavrelGLT:Prev", -1, GLT_JUMP_PREV_BEYOND, "Shift<Key>F3", "Previous Hit"},
+                              {"TavrelGLT:Next", 1, GLT_JUMP_NEXT_BEYOND, "<Key>F3", "Next Hit"}};
 
 const Button &buttonOf(const void *clientData) { return *static_cast<const Button *>(clientData); }
 
@@ -64,6 +65,8 @@ void takeOverButtons() {
     auto *clientData = const_cast<Button *>(&one);
     TavrelView::ToolButtonAttachAction(button, callbackOf(pressed), clientData);
     TavrelView::ToolButtonAttachEnabledTest(button, callbackOf(isEnabled), clientData);
+    TavrelView::ToolButtonAttachKey(button, one.key);
+    TavrelView::ToolButtonAttachLabel(button, one.label);
   }
 }
 
@@ -79,6 +82,8 @@ void documentOpened(Doc document, void * /*clientData*/) {
   goToFirstHitOfPage(document); // hits that the document was opened with
 }
 
+void markedPageChosen(Doc document, void * /*clientData*/) { goToFirstHitOfPage(document); }
+
 void documentClosed(Doc document, void * /*clientData*/) { forgetHits(document); }
 
 uint32_t importTables() {
@@ -88,9 +93,10 @@ uint32_t importTables() {
 
 uint32_t initialise() {
   if (gTavrelGLTHFT == nullptr) return 1;
-  startSteps(s_self);
+  startSteps(s_self, callbackOf(writeRow), callbackOf(goToRow));
   TavrelView::RegisterNotification(notifyDocDidOpen, s_self, callbackOf(documentOpened), nullptr);
   TavrelView::RegisterNotification(notifyDocDidClose, s_self, callbackOf(documentClosed), nullptr);
+  TavrelView::RegisterNotification(notifyMarkedPageChosen, s_self, callbackOf(markedPageChosen), nullptr);
   return 1;
 }
 
@@ -112,7 +118,7 @@ uint32_t setUp(uint32_t version, SetupRecord *record) {
   s_self = record->extension;
   gKernelHFT = record->kernel;
   gTavrelSupportHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelSupport"), 0x00050000);
-  gDocModelHFT = Kernel::RequestTable(Kernel::AtomFromString("DocModel"), 0x00050000);
+  gDocModelHFT = Kernel::RequestTable(Kernel::AtomFromString("DocModel"), docModelVersion);
   gTavrelViewHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelView"), tavrelViewVersion);
   if (gTavrelSupportHFT == nullptr || gDocModelHFT == nullptr || gTavrelViewHFT == nullptr) return 0;
   record->handshake = callbackOf(shakeHands);

@@ -11,6 +11,10 @@ using namespace tavrel;
 namespace {
 
 HitPage *s_pages; ///< of the list that was read last
+Hits s_last;
+const HLL *s_lastList;
+uint32_t s_lastPages, s_lastWords;
+int32_t s_lastDocumentPages;
 TextRange *s_ranges;
 size_t s_pageCapacity, s_rangeCapacity;
 
@@ -57,9 +61,10 @@ bool rangeOf(const HLL *list, uint32_t pageIndex, uint32_t word, TextRange *rang
 Hits readHits(const HLL *list, int32_t documentPages) {
   const uint32_t pageCount = list == nullptr ? 0 : TavrelGLT::HLL_GetPageCount(list);
   const uint32_t most = std::min(pageCount, static_cast<uint32_t>(std::max(documentPages, 0)));
-  Hits hits = {s_pages, 0, 0};
-  if (!ensureCapacity(s_pages, s_pageCapacity, most)) return hits;
-  hits.pages = s_pages;
+  constexpr uint32_t seed = 2166136261, prime = 16777619;
+  s_lastList = nullptr;
+  if (!ensureCapacity(s_pages, s_pageCapacity, most)) return {s_pages, 0, 0, seed};
+  Hits hits = {s_pages, 0, 0, seed};
   for (uint32_t i = 0; i < pageCount && hits.pageCount < most; ++i) {
     int32_t page = -1;
     uint16_t pos = 0, len = 0;
@@ -67,13 +72,36 @@ Hits readHits(const HLL *list, int32_t documentPages) {
     const uint32_t count = hitsOn(list, i);
     s_pages[hits.pageCount++] = {i, page, hits.hitCount, count};
     hits.hitCount += count;
+    for (const uint32_t part : {static_cast<uint32_t>(page), uint32_t{pos}, uint32_t{len}, count})
+      hits.fingerprint = (hits.fingerprint ^ part) * prime;
   }
+  hits.fingerprint = std::max(hits.fingerprint, 1U);
+  s_last = hits;
+  s_lastList = list;
+  s_lastPages = pageCount;
+  s_lastWords = list == nullptr ? 0 : TavrelGLT::HLL_GetWordCount(list);
+  s_lastDocumentPages = documentPages;
   return hits;
+}
+
+Hits lastHits(const HLL *list, int32_t documentPages) {
+  const bool same = list != nullptr && list == s_lastList && documentPages == s_lastDocumentPages &&
+                    TavrelGLT::HLL_GetPageCount(list) == s_lastPages &&
+                    TavrelGLT::HLL_GetWordCount(list) == s_lastWords;
+  return same ? s_last : readHits(list, documentPages);
+}
+
+const HitPage *pageOfHit(const Hits &hits, uint32_t number) {
+  if (number >= hits.hitCount) return nullptr;
+  return std::upper_bound(hits.pages, hits.pages + hits.pageCount, number,
+                          [](uint32_t wanted, const HitPage &page) { return wanted < page.first; }) -
+         1;
 }
 
 void freeHits() {
   release(s_pages, s_pageCapacity);
   release(s_ranges, s_rangeCapacity);
+  s_lastList = nullptr;
 }
 
 const HitPage *pageOfHits(const Hits &hits, int32_t number) {

@@ -3,6 +3,8 @@
 #include "sight.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <cstring>
 
 #include "frame.h"
 #include "tavrel/DocModel.h"
@@ -96,6 +98,24 @@ void outline(PageView view, const HitPlace &hit) {
     TavrelView::PageViewOutlineSelection(view, selection);
   });
   TavrelView::PageViewApplyDrawColor(view, &saved);
+}
+
+void writeLine(const HitPlace &hit, char *text, size_t size) {
+  char line[1024] = "";
+  uint32_t start = 0;
+  char *const written = line;
+  uint32_t *const begin = &start;
+  const bool readable = withPage(hit.document, hit.page, [&hit, written, begin](Page page) {
+    TextSelection selection = select(page, &hit.range, 1, hit.units);
+    if (selection != nullptr) DocModel::PageGetLine(page, selection, written, sizeof line, begin);
+  });
+  constexpr uint32_t before = 16; // bytes of the line that are shown before the hit
+  const char *from = line;
+  if (start > before && start < strlen(line)) {
+    const char *space = strchr(line + start - before, ' ');
+    if (space != nullptr && space < line + start) from = space + 1;
+  }
+  snprintf(text, size, "%s%s", from == line ? "" : "\u2026", readable ? from : "(this page cannot be read)");
 }
 
 Units learnUnits(PageView view, Doc document, int32_t number, const TextRange *ranges, uint32_t count, Units units) {

@@ -22,6 +22,8 @@ struct HitPlace {
 bool bringIntoSight(tavrel::PageView view, const HitPlace &hit);
 /// Outlines the hit on the page being drawn. Nothing happens if it covers nothing or the page cannot be read.
 void outline(tavrel::PageView view, const HitPlace &hit);
+/// Writes the line of text around a hit; of a long line what is near the hit.
+void writeLine(const HitPlace &hit, char *text, size_t size);
 /// The units of a page's positions, found out by what has been painted on it: the selection of the same positions
 /// in the same units is the same selection. Without such a selection, the given units. The ranges are those that are
 /// shown of the page's hits.

@@ -17,6 +17,7 @@ using namespace tavrel;
 namespace {
 
 ExtensionID s_self;
+Callback s_row, s_chosen;
 
 struct Current {
   Doc document;
@@ -26,6 +27,7 @@ struct Current {
   Units units;
   const HLL *list; ///< the one that was read last; only compared
   bool isNew;      ///< the list, which has not been drawn yet
+  uint32_t listed; ///< the fingerprint of the hits in the side panel's list; 0: there is none
 };
 
 Current *s_currents; ///< one for each document with hits
@@ -42,7 +44,7 @@ Current *currentOf(Doc document) {
     s_currents = grown;
     s_capacity = capacity;
   }
-  s_currents[s_count] = {document, -1, 0, 0, unitCharacters, nullptr, false};
+  s_currents[s_count] = {document, -1, 0, 0, unitCharacters, nullptr, false, 0};
   return &s_currents[s_count++];
 }
 
@@ -110,6 +112,24 @@ void showStatus(Doc document, const Scene *scene) {
   TavrelView::SetStatusText(s_self, text);
 }
 
+/// The list beside the page has all hits and follows the current one.
+void showInList(const Scene &scene) {
+  Current &current = *scene.current;
+  const uint32_t fingerprint = scene.hits.fingerprint ^ static_cast<uint32_t>(current.units);
+  if (current.listed != fingerprint)
+    TavrelView::DocSetList(s_self, current.document, "Hits", scene.hits.hitCount, s_row, s_chosen);
+  current.listed = fingerprint;
+  TavrelView::DocSetListRow(s_self, current.document, scene.page == nullptr ? noRow : scene.page->first + current.word);
+}
+
+void removeList(Doc document) {
+  Current *const end = s_currents + s_count;
+  Current *const current = std::find_if(s_currents, end, [=](const Current &one) { return one.document == document; });
+  if (current == end || current->listed == 0) return;
+  TavrelView::DocSetList(s_self, document, nullptr, 0, nullptr, nullptr);
+  current->listed = 0;
+}
+
 /// Shows a hit of the page shown as the current one. False if the page cannot be read, unless `anyway`.
 bool makeCurrent(const Scene &scene, uint32_t word, bool anyway) {
   if (!bringIntoSight(scene.view, placeOf(scene, *scene.page, word)) && !anyway) return false;
@@ -117,6 +137,7 @@ bool makeCurrent(const Scene &scene, uint32_t word, bool anyway) {
   scene.current->isNew = false;
   TavrelView::PageViewRefreshArea(scene.view, nullptr);
   showStatus(scene.current->document, &scene);
+  showInList(scene);
   return true;
 }
 
@@ -159,7 +180,11 @@ Units unitsOf(const Scene &scene, int32_t mode) {
 
 } // namespace
 
-void startSteps(ExtensionID self) { s_self = self; }
+void startSteps(ExtensionID self, Callback row, Callback chosen) {
+  s_self = self;
+  s_row = row;
+  s_chosen = chosen;
+}
 
 void endSteps() {
   free(s_currents);
@@ -205,16 +230,48 @@ void goToFirstHitOfPage(Doc document) {
 void showCurrentHit(PageView view) {
   Doc document = TavrelView::PageViewGetDoc(view);
   Scene scene = {};
-  if (!readScene(document, &scene)) return showStatus(document, nullptr);
+  if (!readScene(document, &scene)) {
+    removeList(document);
+    return showStatus(document, nullptr);
+  }
   const int32_t mode = TavrelGLT::GLT_GetViewMode(document);
-  if (scene.page != nullptr && TavrelView::PageViewIsInWindow(view)) {
+  const bool inWindow = TavrelView::PageViewIsInWindow(view) != 0;
+  if (scene.page != nullptr && inWindow) {
     scene.current->units = unitsOf(scene, mode);
     const HitPlace place = placeOf(scene, *scene.page, scene.current->word);
     if (scene.current->isNew) bringIntoSight(view, place);
     if (mode != GLT_VIEW_NONE) outline(view, place);
   }
   scene.current->isNew = false;
+  if (inWindow) showInList(scene);
   showStatus(document, &scene);
+}
+
+void writeRow(Doc document, uint32_t row, ListRow *out) {
+  const HLL *list = TavrelGLT::GLT_GetHLL(document);
+  const Hits hits = lastHits(list, TavrelView::PageViewGetPageCount(TavrelView::DocGetPageView(document)));
+  const HitPage *page = pageOfHit(hits, row);
+  const Current *current = currentOf(document);
+  if (page == nullptr || current == nullptr) return;
+  HitPlace place = {document, page->number, {0, 0}, current->units};
+  if (!rangeOf(list, page->index, row - page->first, &place.range)) return;
+  out->page = page->number;
+  writeLine(place, out->text, sizeof out->text);
+}
+
+void goToRow(Doc document, uint32_t row) {
+  Scene scene = {};
+  if (!readScene(document, &scene)) return;
+  const HitPage *page = pageOfHit(scene.hits, row);
+  if (page == nullptr) return;
+  const int32_t number = page->number;
+  const uint32_t word = row - page->first;
+  PageView view = scene.view;
+  TavrelView::PageViewBeginBatch(view);
+  if (scene.page != page) TavrelGLT::GLT_SetPos(document, page->index, 0, 1);
+  if (readScene(document, &scene) && scene.page != nullptr && scene.page->number == number && word < scene.page->count)
+    makeCurrent(scene, word, true);
+  TavrelView::PageViewEndBatch(view);
 }
 
 void forgetHits(Doc document) {

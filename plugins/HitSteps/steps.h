@@ -5,8 +5,8 @@
 
 #include "tavrel/TavrelView.h"
 
-/// To be called first.
-void startSteps(tavrel::ExtensionID self);
+/// To be called first; the callbacks are those of the list of hits, for DocSetList.
+void startSteps(tavrel::ExtensionID self, tavrel::Callback row, tavrel::Callback chosen);
 /// Frees all memory.
 void endSteps();
 
@@ -21,5 +21,10 @@ void goToFirstHitOfPage(tavrel::Doc document);
 /// Outlines the current hit on the page being drawn and shows its number on the status line. A page with hits that is
 /// shown otherwise than by a step has its first hit as the current one. That of a new list is scrolled to.
 void showCurrentHit(tavrel::PageView view);
+/// What a row of the list of hits shows: the line of text around a hit.
+void writeRow(tavrel::Doc document, uint32_t row, tavrel::ListRow *out);
+/// Makes the hit of a row the current one and shows it.
+void goToRow(tavrel::Doc document, uint32_t row);
+
 /// To be called when a document is closed.
 void forgetHits(tavrel::Doc document);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: MIT
-// The "DocModel" table, version 0x00050000: pages, words and text selections of a document, without any window.
+// The "DocModel" table: pages, words and text selections of a document, without any window. Version 0x00050000 ends
+// with SelectionBounds, 0x00050001 has all operations below; a host provides both.
 //
 // Pages count from 0. A page's words are numbered in reading order (word-extraction version 2) or in the order of the
 // content stream (version 1). A character offset counts code points, from 0, of the page's text: its words in reading
@@ -52,8 +53,19 @@ extern tavrel::HFT gDocModelHFT;
   /* The number of the page that a selection lies on. [raises] */                                                      \
   OPERATION(11, SelectionPageNumber, int32_t(TextSelection selection))                                                 \
   /* The bounding box of a selection in page space. [raises] */                                                        \
-  OPERATION(12, SelectionBounds, void(TextSelection selection, FixedRect *bounds))
+  OPERATION(12, SelectionBounds, void(TextSelection selection, FixedRect *bounds))                                     \
+  /* The line of text that a selection of the page begins on, in UTF-8 with a terminating 0; of a longer line what fits \
+     into the size. The result is its length in bytes. start may be null; it gets the byte at which the selection      \
+     begins. [raises] when the selection is on another page */                                                         \
+  OPERATION(13, PageGetLine, uint32_t(Page page, TextSelection selection, char *text, uint32_t size, uint32_t *start))
 // clang-format on
+
+namespace tavrel {
+
+/// The newest version, which has all operations above.
+inline constexpr uint32_t docModelVersion = 0x00050001;
+
+} // namespace tavrel
 
 namespace DocModel {
 using namespace tavrel;

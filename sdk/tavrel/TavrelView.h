@@ -15,7 +15,13 @@ extern tavrel::HFT gTavrelViewHFT;
 namespace tavrel {
 
 /// Notifications, called as void(Doc document, void *clientData).
-enum Notification : int32_t { notifyDocDidOpen = 4, notifyDocDidClose = 8 };
+enum Notification : int32_t {
+  notifyDocDidOpen = 4,
+  notifyDocDidClose = 8,
+  /// Since version 0x00050004: a user has chosen a page that plug-ins have marked (DocMarkPages). It is shown; a plug-in
+  /// that knows what the page is marked for may scroll to it.
+  notifyMarkedPageChosen = 16
+};
 using DocNotifyProc = void (*)(Doc document, void *clientData);
 
 /// Called for every page drawn, while it is drawn; the page view is the one that draws.
@@ -45,6 +51,18 @@ enum ButtonAttribute : int32_t { buttonInternal = 1, buttonAlsoInBrowser = 2 };
 inline constexpr uint32_t tavrelViewStatusVersion = 0x00050002;
 inline constexpr uint32_t tavrelViewMarksVersion = 0x00050003;
 inline constexpr uint32_t tavrelViewVersion = 0x00050004;
+
+/// A row of a list beside the page (DocSetList).
+struct ListRow {
+  int32_t page;   ///< the page that it belongs to; -1: none
+  char text[248]; ///< in UTF-8, with a terminating 0
+};
+/// Writes what a row shows. The host calls it when a row becomes visible, perhaps several times, and has cleared it.
+using ListRowProc = void (*)(Doc document, uint32_t row, ListRow *out);
+/// Called when the user has chosen a row.
+using ListChosenProc = void (*)(Doc document, uint32_t row);
+/// No row of a list.
+inline constexpr uint32_t noRow = UINT32_MAX;
 
 /// Icons of an alert.
 enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, alertNote = 3 };
@@ -159,7 +177,20 @@ enum AlertIcon : int32_t { alertNone = 0, alertError = 1, alertQuestion = 2, ale
   OPERATION(41, PageViewGetPaintedSelection, TextSelection(PageView view, uint32_t index))                             \
   /* Whether a window shows the view, and may be smaller than the page. A view that pages are only drawn with, to      \
      files for instance, is as large as the page. [raises] */                                                          \
-  OPERATION(42, PageViewIsInWindow, Bool16(PageView view))
+  OPERATION(42, PageViewIsInWindow, Bool16(PageView view))                                                             \
+  /* Gives a button a key, as X translations have it: "<Key>F3", "Shift<Key>F3"; modifiers are Ctrl, Shift, Alt and     \
+     Meta. It is copied. Null or empty: none. A user may choose another one (share/Tavrel.ad), and what the viewer     \
+     itself has on a key goes first. [raises] */                                                                       \
+  OPERATION(43, ToolButtonAttachKey, void(ToolButton button, const char *key))                                         \
+  /* Sets a button's short text, for menus, in UTF-8; it is copied. Null or empty: its help text. [raises] */          \
+  OPERATION(44, ToolButtonAttachLabel, void(ToolButton button, const char *text))                                      \
+  /* Sets the list that a plug-in shows beside the page of a document, for places in it, in place of its earlier one:  \
+     a short title, the number of rows, what they show (ListRowProc), what follows when one is chosen (ListChosenProc). \
+     No rows: no list. The viewer shows one list at a time, that of the plug-in loaded first. [raises] */              \
+  OPERATION(45, DocSetList, void(ExtensionID extension, Doc document, const char *title, uint32_t rows, Callback row,  \
+                                 Callback chosen))                                                                     \
+  /* Sets the current row of that list, which stays visible; noRow for none. [raises] when there is no such row */     \
+  OPERATION(46, DocSetListRow, void(ExtensionID extension, Doc document, uint32_t row))
 // clang-format on
 
 namespace TavrelView {

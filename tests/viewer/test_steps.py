@@ -61,5 +61,57 @@ class HitByHit(ViewerTest):
         self.viewer.hit("page 2 of 2")
 
 
+class TicksOfHits(ViewerTest):
+    def test_a_click_on_a_tick_scrolls_to_the_hit(self):
+        file = document("cloth.pdf")
+        viewer = self.view(file, "--hits", self.hits(file, "Row 130 a"), "--geometry", "800x380+0+0")
+        page = viewer.hit("hit 1 of 1")["page"]
+        viewer.key("Home")
+        viewer.shown(1)
+        area = viewer.until(lambda state: state["ticks"] == [page - 1], "a tick")["area"]
+        bar = {"x": area["x"] + area["width"], "y": area["y"], "width": 40, "height": area["height"]}
+        tick = self.display.screen(lambda picture: picture.find((0xD8, 0xA2, 0), bar), "a tick")
+        self.display.xdotool("mousemove", (tick.left + tick.right) // 2, tick.bottom, "click", 1)
+        viewer.shown(page)
+        self.display.screen(lambda picture: picture.find(OUTLINE, area), "an outline")
+        self.assertGreater(viewer.now()["drawn"]["scrollY"], 0)
+        self.assertIn("hit 1 of 1", viewer.now()["plugins"])
+
+
+class KeysOfButtons(ViewerTest):
+    def open(self, *resources):
+        file = document("three-hundred.pdf")
+        options = [word for resource in resources for word in ("--xrm", resource)]
+        return self.viewHits(file, self.hits(file, "needle", [1, 4, 7]), *options)
+
+    def test_a_resource_gives_a_button_another_key(self):
+        viewer = self.open("Tavrel*menubar*TavrelGLT_Next.accelerator: <Key>F7")
+        viewer.key("F3", "F7")
+        viewer.hit("hit 2 of 3")
+        viewer.key("F3", "shift+F3")
+        viewer.hit("hit 1 of 3")
+
+    def test_a_resource_takes_a_key_from_a_button(self):
+        viewer = self.open("Tavrel*menubar*TavrelGLT_Next.accelerator:")
+        viewer.press("TavrelGLT:Next")
+        viewer.hit("hit 2 of 3")
+        viewer.key("F3", "shift+F3")
+        viewer.hit("hit 1 of 3")
+
+    def test_what_the_viewer_has_on_a_key_goes_first(self):
+        viewer = self.open("Tavrel*menubar*LastPage.accelerator: <Key>F3")
+        viewer.key("F3")
+        viewer.shown(300)
+        viewer.key("shift+F3")
+        viewer.hit("hit 3 of 3")
+
+    def test_help_lists_the_keys_of_buttons(self):
+        viewer = self.open()
+        viewer.key("F1")
+        text = "\n".join(viewer.dialog("information")["texts"])
+        for line in ("Next Hit", "Previous Hit", "Shift+F3"):
+            self.assertIn(line, text)
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -20,6 +20,7 @@ struct NotingFrontend : Frontend {
   void askForText() override { asked.emplace_back("text"); }
   void askForPage() override { asked.emplace_back("page"); }
   void showKeys() override { asked.emplace_back("keys"); }
+  void toggleSidePanel() override { asked.emplace_back("panel"); }
   void showPlugins() override { asked.emplace_back("plug-ins"); }
   void showAbout() override { asked.emplace_back("about"); }
   void leaveFields() override { asked.emplace_back("leave"); }
@@ -51,9 +52,9 @@ TEST_F(CommandsTest, HaveNamesOfTheirOwnAndSentences) {
 TEST_F(CommandsTest, AskForWhatTheyNeed) {
   openPages(test::numberedPages(3));
   for (const char *name :
-       {"Open", "FindDialog", "FindAgainDialog", "GoToPage", "Keys", "AboutPlugIns", "About", "Quit"})
+       {"Open", "FindDialog", "FindAgainDialog", "GoToPage", "Keys", "AboutPlugIns", "About", "SidePanel", "Quit"})
     run(name);
-  EXPECT_THAT(frontend.asked, ElementsAre("file", "text", "text", "page", "keys", "plug-ins", "about", "quit"));
+  EXPECT_THAT(frontend.asked, ElementsAre("file", "text", "text", "page", "keys", "plug-ins", "about", "panel", "quit"));
 }
 
 TEST_F(CommandsTest, AnAddressThatCannotBeOpenedIsReported) {

@@ -49,6 +49,7 @@ TEST_F(StateTest, HasWhatTheWindowShows) {
   window.note = "rendering";
   window.buttons = {{"Next", "to the next", true, {1, 2, 3, 4}}};
   window.pageField = {"pageField", "2", {5, 6, 7, 8}};
+  window.panel = {true, "Hits", 7, -1, {"a", "b"}, 20, {1, 1, 2, 2}};
   window.dialogs = {{"find", {"Find:"}, {{"Close", {}, false, {}}}, {{"findText", "word", {}}}, {9, 9, 9, 9}}};
   window.dialogs[0].lists = {{"files", {"a.pdf", "b.pdf"}, 1, {1, 2, 3, 4}}};
   const std::string state = json(window);
@@ -58,6 +59,7 @@ TEST_F(StateTest, HasWhatTheWindowShows) {
       state,
       HasSubstr(
           R"("buttons":[{"name":"Next","tip":"to the next","enabled":true,"x":1,"y":2,"width":3,"height":4}],"pageField":{"name":"pageField","text":"2","x":5,"y":6,"width":7,"height":8})"));
+  EXPECT_THAT(state, HasSubstr(R"("panel":{"shown":true,"title":"Hits","first":7,"current":-1,"texts":["a","b"],)"));
   EXPECT_THAT(state,
               HasSubstr(R"("dialogs":[{"name":"find","texts":["Find:"],"buttons":[{"label":"Close","enabled":false,)"));
   EXPECT_THAT(state, HasSubstr(R"("fields":[{"name":"findText","text":"word",)"));

@@ -76,6 +76,7 @@ constexpr Command table[] = {
     {"ActualSize", "Actual Size", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setZoom(1); }, hasDocument},
     {"FitWidth", "Fit Width", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setFit(Fit::width); }, hasDocument},
     {"FitPage", "Fit Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.setFit(Fit::page); }, hasDocument},
+    {"SidePanel", "Side Panel", nullptr, [](const Model &, Frontend &f, Text) { f.toggleSidePanel(); }, nullptr},
     {"PreviousPage", "Previous Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.turn(-1); }, hasPageBefore},
     {"NextPage", "Next Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.turn(1); }, hasPageAfter},
     {"FirstPage", "First Page", nullptr, [](const Model &m, Frontend &, Text) { m.moving.goToPage(0); }, hasPageBefore},

@@ -22,6 +22,7 @@ public:
   virtual void askForText() = 0;
   virtual void askForPage() = 0;
   virtual void showKeys() = 0;
+  virtual void toggleSidePanel() = 0;
   virtual void showPlugins() = 0;
   virtual void showAbout() = 0;
   /// Gives the keyboard back to the page, and drops what has been typed elsewhere.

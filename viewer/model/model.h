@@ -3,6 +3,7 @@
 // The owners of the viewer's state, for the window and for commands. The session makes them.
 #pragma once
 
+#include "viewer/model/listtexts.h"
 #include "viewer/model/screen.h"
 
 namespace viewer {
@@ -15,6 +16,7 @@ struct Model {
   Tiles &tiles;
   Finding &finding;
   Screen &screen;
+  ListTexts &listTexts;
 };
 
 } // namespace viewer

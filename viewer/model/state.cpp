@@ -80,6 +80,18 @@ std::string jsonOf(const ButtonState &button) {
       .done();
 }
 
+std::string jsonOf(const PanelState &panel) {
+  return Json('{')
+      .flag("shown", panel.shown)
+      .text("title", panel.title)
+      .member("first", panel.first)
+      .member("current", static_cast<double>(panel.current))
+      .member("texts", listOf(panel.texts, quoted))
+      .member("rowHeight", panel.rowHeight)
+      .place(panel.place)
+      .done();
+}
+
 std::string jsonOf(const Shown &shown, const Place &page) {
   return Json('{')
       .flag("there", shown.drawing.has_value())
@@ -130,6 +142,7 @@ std::string stateOf(const Model &model, const std::string &pluginText, const Win
       .member("marksShown", static_cast<double>(window.marksShown))
       .member("buttons", listOf(window.buttons, [](const ButtonState &one) { return jsonOf(one); }))
       .member("pageField", jsonOf(window.pageField))
+      .member("panel", jsonOf(window.panel))
       .text("findMessage", model.finding.message())
       .member("dialogs", listOf(window.dialogs, [](const DialogState &one) { return jsonOf(one); }))
       .member("cacheBytes", static_cast<double>(model.tiles.cache().bytes()))

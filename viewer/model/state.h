@@ -40,6 +40,17 @@ struct DialogState {
   std::vector<ListState> lists = {};
 };
 
+/// The list beside the page.
+struct PanelState {
+  bool shown = false;
+  std::string title;
+  uint32_t first = 0; ///< the upper one of the visible rows
+  int64_t current = -1;
+  std::vector<std::string> texts; ///< of the visible rows
+  int rowHeight = 0;
+  Place place{}; ///< of the rows
+};
+
 /// What the window shows besides the model.
 struct WindowState {
   std::vector<int32_t> ticks; ///< beside the scroll bar, as page numbers from 0
@@ -48,6 +59,7 @@ struct WindowState {
   size_t marksShown = 0;            ///< how many drawings with marks have been shown
   double longestIteration = 0;      ///< of the event loop, in milliseconds
   std::vector<ButtonState> buttons; ///< on the tool bar
+  PanelState panel;
   FieldState pageField;
   std::vector<DialogState> dialogs;
 };

@@ -27,6 +27,7 @@ constexpr Action table[] = {
     {"ActualSize", "View", nullptr, nullptr, true},
     {"FitWidth", "View", ":<Key>w: %s\n", "FitWidth"},
     {"FitPage", "View", ":<Key>p: %s\n", "FitPage"},
+    {"SidePanel", "View", nullptr, nullptr, true},
     {"PreviousPage", "Go", nullptr, "PreviousPage"},
     {"NextPage", "Go", nullptr, "NextPage"},
     {"FirstPage", "Go", "<Key>Home: %s\n<Key>osfBeginLine: %s\n", nullptr, true},

@@ -135,6 +135,7 @@ void MainWindow::build() {
   XtVaSetValues(pageArea_->widget(), XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM,
                 XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, toolBar_->widget(), XmNbottomAttachment,
                 XmATTACH_WIDGET, XmNbottomWidget, bar, nullptr);
+  listPanel_ = std::make_unique<ListPanel>(*this, form_, pageArea_->widget());
   toolBar_->update();
   XtVaSetValues(form_, XmNinitialFocus, pageArea_->page(), nullptr);
   XtManageChild(form_);
@@ -275,7 +276,10 @@ void MainWindow::show() {
   const uint32_t changed = model_.changes.take();
   if ((changed & partToolBar) != 0) toolBar_->update();
   if ((changed & partMenus) != 0) menuBar_->update();
-  if ((changed & partPage) != 0) pageArea_->update();
+  if ((changed & partPage) != 0) {
+    pageArea_->update();
+    listPanel_->update();
+  }
   if ((changed & partFind) != 0) findDialog_->update();
   if ((changed & partStatus) != 0) {
     showStatus();

@@ -17,6 +17,7 @@
 #include "viewer/window/icons.h"
 #include "viewer/window/information.h"
 #include "viewer/window/keysdialog.h"
+#include "viewer/window/listpanel.h"
 #include "viewer/window/menubar.h"
 #include "viewer/window/pagearea.h"
 #include "viewer/window/toolbarview.h"
@@ -41,12 +42,14 @@ public:
   Informations &informations() { return informations_; }
   PageArea &pageArea() { return *pageArea_; }
   ToolBarView &toolBarView() { return *toolBar_; }
+  const ListPanel &listPanel() const { return *listPanel_; }
 
   void askForFile() override;
   void askForText() override;
   void askForPage() override;
   void leaveFields() override;
   void showKeys() override;
+  void toggleSidePanel() override { listPanel_->toggle(); }
   void showPlugins() override;
   void showAbout() override;
   void quit() override { quits_ = true; }
@@ -85,6 +88,7 @@ private:
   std::unique_ptr<MenuBar> menuBar_;
   std::unique_ptr<ToolBarView> toolBar_;
   std::unique_ptr<PageArea> pageArea_;
+  std::unique_ptr<ListPanel> listPanel_;
   std::unique_ptr<FindDialog> findDialog_;
   Informations informations_{toolkit_};
   KeysDialog keysDialog_{toolkit_};

@@ -116,6 +116,7 @@ WindowState stateOf(MainWindow &window) {
   state.longestIteration = window.longestIteration();
   for (const ToolBarView::Button &button : window.toolBarView().buttons())
     state.buttons.push_back({button.name, button.tip, button.enabled, placeOf(button.widget)});
+  state.panel = window.listPanel().state();
   ::Widget field = window.toolBarView().pageField();
   state.pageField = {XtName(field), textOf(field), placeOf(field)};
   state.dialogs = dialogsBelow(window.toolkit().shell());

@@ -59,7 +59,10 @@ void Ticks::press(int y) {
   const auto nearest = std::min_element(pages_.begin(), pages_.end(), [=](int32_t a, int32_t b) {
     return std::abs(a - pressed) < std::abs(b - pressed);
   });
-  window_.model().moving.goToPage(*nearest);
+  const Model &model = window_.model();
+  model.moving.goToPage(*nearest);
+  if (model.documents.front() != nullptr && !window_.app().calling())
+    window_.app().markedPageChosen(*model.documents.front());
 }
 
 } // namespace viewer

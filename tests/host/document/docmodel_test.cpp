@@ -339,5 +339,45 @@ TEST_F(DocModelTest, BadArgumentsRaise) {
   EXPECT_EQ(raised([&] { DocModel::SelectionBounds(selection, nullptr); }), errBadArgument);
 }
 
+TEST_F(DocModelTest, LineOfASelectionIsThatOfItsFirstWord) {
+  const TextRange range = {6, 3}; // "bet"
+  const Page page = DocModel::DocOpenPage(model, 0);
+  const TextSelection selection = DocModel::SelectionFromCharRanges(page, &range, 1);
+  char text[40];
+  uint32_t start = 99;
+  EXPECT_EQ(DocModel::PageGetLine(page, selection, text, sizeof text, &start), 10U);
+  EXPECT_STREQ(text, "alpha beta");
+  EXPECT_EQ(start, 6U);
+  EXPECT_EQ(DocModel::PageGetLine(page, selection, text, 6, nullptr), 5U);
+  EXPECT_STREQ(text, "alpha");
+  EXPECT_EQ(DocModel::PageGetLine(page, selection, text, 1, nullptr), 0U);
+}
+
+TEST_F(DocModelTest, LineIsTruncatedBetweenCharacters) {
+  document.reset();
+  document = Document::open(folder.pdf({{.texts = {{.x = 50, .y = 100, .text = "a\u00E4b"}}}}), "");
+  model = modelDocs().handle(document.get());
+  const TextRange range = {0, 1};
+  const Page page = DocModel::DocOpenPage(model, 0);
+  char text[40];
+  const TextSelection selection = DocModel::SelectionFromCharRanges(page, &range, 1);
+  EXPECT_EQ(DocModel::PageGetLine(page, selection, text, 3, nullptr), 1U);
+  EXPECT_STREQ(text, "a");
+  EXPECT_EQ(DocModel::PageGetLine(page, selection, text, 4, nullptr), 3U);
+  EXPECT_STREQ(text, "a\u00E4");
+}
+
+TEST_F(DocModelTest, LineNeedsASelectionOfThePageAndSpace) {
+  const TextRange range = {0, 1};
+  const Page page = DocModel::DocOpenPage(model, 0), empty = DocModel::DocOpenPage(model, 1);
+  const TextSelection selection = DocModel::SelectionFromCharRanges(page, &range, 1);
+  char text[40];
+  EXPECT_EQ(raised([&] { DocModel::PageGetLine(empty, selection, text, sizeof text, nullptr); }), errBadArgument);
+  EXPECT_EQ(raised([&] { DocModel::PageGetLine(page, selection, text, 0, nullptr); }), errBadArgument);
+  EXPECT_EQ(raised([&] { DocModel::PageGetLine(page, selection, nullptr, 9, nullptr); }), errBadArgument);
+  EXPECT_EQ(raised([&] { DocModel::PageGetLine(page, invented<TextSelection>(), text, 9, nullptr); }), errBadHandle);
+  EXPECT_EQ(raised([&] { DocModel::PageGetLine(invented<Page>(), selection, text, 9, nullptr); }), errBadHandle);
+}
+
 } // namespace
 } // namespace host

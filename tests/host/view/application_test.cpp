@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "Viewer.h"
+#include "tavrel/DocModel.h"
 
 namespace {
 
@@ -52,6 +53,12 @@ TEST_F(Application, TheDocumentOpenedLastIsInFront) {
 TEST_F(Application, WithoutADocumentThereIsNoFrontOne) {
   app.close(*document);
   EXPECT_EQ(TavrelView::GetFrontDoc(), nullptr);
+}
+
+TEST_F(Application, TheChoiceOfAMarkedPageIsNotified) {
+  listen(tavrel::notifyMarkedPageChosen, didOpen);
+  app.markedPageChosen(*document);
+  EXPECT_THAT(opened, ElementsAre(doc));
 }
 
 TEST_F(Application, OpeningAndClosingAreNotified) {
@@ -441,7 +448,7 @@ TEST(HostTables, AreKnownAtTheirVersions) {
     uint32_t oldest, newest;
     tavrel::HFT entries;
   } const tables[] = {
-      {"DocModel", 0x00050000, 0x00050000, host::docModelTable()},
+      {"DocModel", 0x00050000, tavrel::docModelVersion, host::docModelTable()},
       {"TavrelView", 0x00050001, tavrel::tavrelViewVersion, host::viewTable()},
       {"Desktop", 0x00040000, 0x00040000, host::desktopTable()},
   };

@@ -359,4 +359,33 @@ TEST_F(ToolBar, WithoutAToolBarThereIsNone) {
   EXPECT_EQ(testPlugin.attempt([=] { TavrelView::ToolButtonCreate(name, 0, 0, 0); }), tavrel::errBadHandle);
 }
 
+TEST_F(ToolBar, AButtonHasTheLabelAndTheKeyThatItIsGiven) {
+  const ToolButton a = create("a");
+  EXPECT_EQ(object(a).label + object(a).key, "");
+  int notified = 0;
+  app.toolBar()->listener = [&] { ++notified; };
+  TavrelView::ToolButtonAttachLabel(a, "Next Hit");
+  TavrelView::ToolButtonAttachKey(a, "Ctrl Shift<Key>F3");
+  EXPECT_EQ(object(a).label, "Next Hit");
+  EXPECT_EQ(object(a).key, "Ctrl Shift<Key>F3");
+  EXPECT_EQ(notified, 2);
+  TavrelView::ToolButtonAttachLabel(a, nullptr);
+  TavrelView::ToolButtonAttachKey(a, nullptr);
+  EXPECT_EQ(object(a).label + object(a).key, "");
+}
+
+TEST_F(ToolBar, ATextThatIsNoKeyIsRefused) {
+  const ToolButton a = create("a");
+  TavrelView::ToolButtonAttachKey(a, "Alt<Key>Page_Up");
+  static const char *text;
+  static ToolButton button;
+  button = a;
+  const std::string tooLong = "<Key>" + std::string(60, 'x');
+  for (const char *one : {"F3", "<Key>", "<Btn1Down>", "Hyper<Key>a", "<Key>a: Quit()", "<Key>a\nb", tooLong.c_str()}) {
+    text = one;
+    EXPECT_EQ(testPlugin.attempt([] { TavrelView::ToolButtonAttachKey(button, text); }), tavrel::errBadArgument) << one;
+  }
+  EXPECT_EQ(object(a).key, "Alt<Key>Page_Up");
+}
+
 } // namespace

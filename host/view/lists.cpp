@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "host/view/lists.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace host {
+
+void Lists::set(tavrel::ExtensionID extension, PluginList list) {
+  static uint64_t lists = 0;
+  list.number = ++lists;
+  if (list.rows == 0)
+    lists_.erase(extension);
+  else
+    lists_[extension] = std::move(list);
+}
+
+void Lists::setRow(tavrel::ExtensionID extension, std::optional<uint32_t> row) {
+  const auto list = lists_.find(extension);
+  if (row && (list == lists_.end() || *row >= list->second.rows))
+    throw HostError(tavrel::errBadArgument, "the list has no row " + std::to_string(*row));
+  if (list != lists_.end()) list->second.current = row;
+}
+
+ListText Lists::text(const PluginList &list, tavrel::Doc document, uint32_t row) {
+  tavrel::ListRow written{-1, {}};
+  callPlugin({list.row.owner, "a row of its list"}, tavrel::functionOf<tavrel::ListRowProc>(list.row.callback),
+             document, row, &written);
+  const char *begin = written.text;
+  return {written.page, std::string(begin, std::find(begin, begin + sizeof written.text, '\0'))};
+}
+
+void Lists::choose(const PluginList &list, tavrel::Doc document, uint32_t row) {
+  callPlugin({list.chosen.owner, "the choice of a row"},
+             tavrel::functionOf<tavrel::ListChosenProc>(list.chosen.callback), document, row);
+}
+
+} // namespace host

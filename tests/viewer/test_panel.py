@@ -1,0 +1,108 @@
+# SPDX-FileCopyrightText: 2026 The Tavrel developers
+# SPDX-License-Identifier: GPL-2.0-or-later
+# The side panel, with the list of hits.
+import unittest
+
+from harness import ViewerTest, document
+
+
+class SidePanel(ViewerTest):
+    def setUp(self):
+        super().setUp()
+        self.file = document("cloth.pdf")
+        self.viewer = self.viewHits(self.file, self.hits(self.file, "another"), "--geometry", "900x500+0+0")
+        self.viewer.key("F9")
+        self.panel = self.filled()
+
+    # The panel with the texts of all visible rows.
+    def filled(self, first=None):
+        def there(state):
+            panel = state["panel"]
+            return panel["shown"] and panel["texts"] and all(panel["texts"]) and first in (None, panel["first"])
+
+        return self.viewer.until(there, "a filled panel")["panel"]
+
+    def current(self, row):
+        return self.viewer.until(lambda state: state["panel"]["current"] == row, f"row {row}")
+
+    def click(self, index):
+        panel = self.viewer.now()["panel"]
+        self.display.xdotool("mousemove", int(panel["x"]) + 60, int(panel["y"] + (index + 0.5) * panel["rowHeight"]),
+                             "click", 1)
+
+    # The window manager or the pointer decides who has the keyboard: without one the pointer is kept off the page.
+    def type(self, *keys):
+        self.display.xdotool("key", *keys)
+
+    def test_lists_all_hits_with_their_lines(self):
+        self.assertEqual(self.panel["title"], "Hits (320)")
+        self.assertEqual(self.panel["current"], 0)
+        self.assertGreater(len(self.panel["texts"]), 10)
+        for text in self.panel["texts"]:
+            self.assertRegex(text, "^\u2026.*another thread crosses it.$")
+
+    def test_a_click_goes_to_the_hit(self):
+        self.click(7)
+        self.viewer.hit("hit 8 of 320")
+        self.assertEqual(self.current(7)["page"], 1)
+
+    def test_follows_the_current_hit(self):
+        self.viewer.key("F3", "F3")
+        self.viewer.hit("hit 3 of 320")
+        self.current(2)
+        self.viewer.key("ctrl+End")
+        self.viewer.hit("page 7 of 7")
+        state = self.viewer.until(lambda state: state["panel"]["current"] > 250, "a row of the last page")
+        panel = self.filled(state["panel"]["first"])
+        self.assertLessEqual(panel["first"], panel["current"])
+        self.assertLess(panel["current"], panel["first"] + len(panel["texts"]))
+
+    def test_a_click_goes_to_a_hit_on_another_page(self):
+        self.viewer.key("ctrl+End")
+        last = self.viewer.until(lambda state: state["panel"]["first"] > 250, "the end of the list")["panel"]["first"]
+        self.viewer.key("ctrl+Home")
+        self.viewer.until(lambda state: state["panel"]["first"] == 0, "its start")
+        panel = self.viewer.now()["panel"]
+        bar = int(panel["x"] + panel["width"] + 7)
+        self.display.xdotool("mousemove", bar, int(panel["y"] + panel["height"] - 3), "click", 1, "click", 1)
+        first = self.viewer.until(lambda state: 0 < state["panel"]["first"] < last, "rows further down")["panel"]["first"]
+        self.click(3)
+        self.viewer.hit(f"hit {self.viewer.now()['panel']['first'] + 4} of 320")
+        self.assertGreaterEqual(self.viewer.now()["panel"]["first"], first)
+
+    def test_arrows_and_return_go_to_a_hit(self):
+        self.type("Down", "Down", "Next", "Up", "Return")
+        self.viewer.until(lambda state: state["panel"]["current"] > 5, "another hit")
+        row = self.viewer.now()["panel"]["current"]
+        self.assertEqual(row, 1 + len(self.panel["texts"]))
+        self.viewer.hit(f"hit {row + 1} of 320")
+
+    def test_home_and_end_go_to_the_ends_of_the_list(self):
+        self.type("End", "Return")
+        self.viewer.hit("hit 320 of 320")
+        self.type("Home", "Return")
+        self.viewer.hit("hit 1 of 320")
+
+    def test_escape_returns_to_the_page(self):
+        self.type("Escape", "Down")
+        self.viewer.until(lambda state: state["drawn"]["scrollY"] > 0, "the page scrolled")
+        self.assertTrue(self.viewer.now()["panel"]["shown"])
+
+    def test_f9_hides_it_again(self):
+        width = self.viewer.now()["area"]["width"]
+        self.viewer.key("F9")
+        self.viewer.until(lambda state: not state["panel"]["shown"] and state["area"]["width"] > width + 100, "no panel")
+        self.viewer.key("Down")
+        self.viewer.until(lambda state: state["drawn"]["scrollY"] > 0, "the page scrolled")
+
+    def test_a_document_without_hits_has_no_list(self):
+        self.viewer.key("ctrl+w")
+        self.viewer.until(lambda state: state["panel"]["title"] == "No list" and not state["panel"]["texts"], "no list")
+
+
+class SidePanelManaged(SidePanel):
+    managed = True
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Paints the rows of a list: a page's number, and a text.
+#pragma once
+
+#include <Xm/Xm.h>
+
+#include <string>
+
+#include "host/view/lists.h"
+
+namespace viewer {
+
+class MainWindow;
+
+/// How a row is marked.
+struct RowMarks {
+  bool current = false, cursor = false;
+};
+
+class RowPainter {
+public:
+  /// Paints on `rows` in its colours, with the fonts of `label`.
+  RowPainter(MainWindow &window, ::Widget rows, ::Widget label);
+  ~RowPainter();
+  RowPainter(const RowPainter &) = delete;
+  RowPainter &operator=(const RowPainter &) = delete;
+
+  int rowHeight() const { return rowHeight_; }
+  /// The width of so many digits.
+  int digits(int count) const;
+  /// A row that begins at y; without a text, which is being asked for, a note of that.
+  void paint(const host::ListText *text, int y, const RowMarks &marks);
+
+private:
+  void draw(const std::string &text, Pixel color, int x, int y, bool toTheLeft = false);
+
+  MainWindow &window_;
+  ::Widget rows_;
+  XmRenderTable fonts_ = nullptr;
+  GC context_;
+  Pixel background_ = 0, foreground_ = 0, currentColor_, noteColor_;
+  int rowHeight_, margin_;
+};
+
+} // namespace viewer

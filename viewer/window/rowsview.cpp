@@ -1,0 +1,178 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "viewer/window/rowsview.h"
+
+#include <X11/keysym.h>
+#include <Xm/DrawingA.h>
+#include <Xm/ScrollBar.h>
+
+#include <algorithm>
+#include <chrono>
+
+#include "viewer/window/mainwindow.h"
+#include "viewer/window/motif.h"
+
+namespace viewer {
+namespace {
+
+// The time that the texts of rows may take in one iteration of the event loop.
+constexpr auto atMost = std::chrono::milliseconds(4);
+// The toolkit's scroll bars count in int.
+constexpr uint32_t mostRows = 10'000'000;
+constexpr int wheelRows = 3;
+
+::Widget createRows(::Widget parent) {
+  return XtVaCreateManagedWidget("rows", xmDrawingAreaWidgetClass, parent, XmNmarginWidth, 0, XmNmarginHeight, 0,
+                                 XmNtraversalOn, True, nullptr);
+}
+
+} // namespace
+
+RowsView::RowsView(MainWindow &window, ::Widget parent, ::Widget label)
+    : window_(window), rows_(createRows(parent)),
+      bar_(XtVaCreateManagedWidget("rowsBar", xmScrollBarWidgetClass, parent, XmNshowArrows, XmNONE, XmNtraversalOn,
+                                   False, nullptr)),
+      painter_(window, rows_, label) {
+  whenever(rows_, XmNexposeCallback, [this](const XEvent *event) {
+    if (event == nullptr || event->xexpose.count == 0) paint();
+  });
+  whenever(rows_, XmNinputCallback, [this](const XEvent *event) {
+    if (event != nullptr && event->type == ButtonPress) press(event->xbutton);
+    if (event != nullptr && event->type == KeyPress) type(event->xkey);
+  });
+  for (const char *callback : {XmNvalueChangedCallback, XmNdragCallback})
+    whenever(bar_, callback, [this](const XEvent *) {
+      int value = 0;
+      XtVaGetValues(bar_, XmNvalue, &value, nullptr);
+      scrollTo(value);
+    });
+  // The cursor is visible only while the rows have the keyboard.
+  const auto focusChanged = [](::Widget, XtPointer self, XEvent *, Boolean *) {
+    guarded([self] { static_cast<RowsView *>(self)->paint(); });
+  };
+  XtAddEventHandler(rows_, FocusChangeMask, False, focusChanged, this);
+}
+
+RowsView::~RowsView() {
+  if (timer_ != 0) XtRemoveTimeOut(timer_);
+}
+
+int RowsView::barWidth(const MainWindow &window) { return window.pixels(14); }
+
+void RowsView::put(const Place &place) {
+  const int bar = barWidth(window_), height = std::max(1, place.height);
+  XtVaSetValues(rows_, XmNx, place.x, XmNy, place.y, XmNwidth, std::max(1, place.width - bar), XmNheight, height,
+                nullptr);
+  XtVaSetValues(bar_, XmNx, place.x + place.width - bar, XmNy, place.y, XmNwidth, bar, XmNheight, height, nullptr);
+}
+
+void RowsView::focus() { XmProcessTraversal(rows_, XmTRAVERSE_CURRENT); }
+
+uint32_t RowsView::count() const {
+  const host::PluginList *list = window_.model().listTexts.list();
+  return list == nullptr ? 0 : std::min(list->rows, mostRows);
+}
+
+void RowsView::resize() {
+  Dimension height = 0;
+  XtVaGetValues(rows_, XmNheight, &height, nullptr);
+  position_.resize(count(), static_cast<uint32_t>(height / painter_.rowHeight()));
+}
+
+void RowsView::scrollTo(int64_t row) {
+  position_.scrollTo(row);
+  show();
+}
+
+void RowsView::follow() {
+  const host::PluginList *list = window_.model().listTexts.list();
+  const uint64_t number = list == nullptr ? 0 : list->number;
+  const auto now = list == nullptr ? std::optional<uint32_t>() : list->current;
+  const bool isNew = number != list_, moved = now != current_;
+  list_ = number;
+  current_ = now;
+  if (isNew) position_.moveCursor(0);
+  if (now && (isNew || moved)) position_.goTo(*now);
+}
+
+void RowsView::update() {
+  resize();
+  follow();
+  show();
+}
+
+void RowsView::show() {
+  const uint32_t all = std::max(1U, position_.rows()), visible = std::min(all, position_.whole());
+  XtVaSetValues(bar_, XmNmaximum, all, XmNsliderSize, visible, XmNvalue, position_.first(), XmNpageIncrement, visible,
+                nullptr);
+  fill();
+}
+
+// Asks for what is visible; the rest follows in further iterations of the event loop.
+void RowsView::fill() {
+  const bool complete = window_.model().listTexts.fetch(position_.first(), position_.whole() + 1, atMost);
+  paint();
+  if (complete || timer_ != 0) return;
+  constexpr unsigned long soon = 1; // milliseconds
+  const auto goOn = [](XtPointer self, XtIntervalId *) {
+    auto &view = *static_cast<RowsView *>(self);
+    view.timer_ = 0;
+    guarded([&view] { view.fill(); });
+  };
+  timer_ = XtAppAddTimeOut(window_.toolkit().context(), soon, goOn, this);
+}
+
+void RowsView::paint() {
+  if (XtWindow(rows_) == 0) return;
+  Dimension width = 0, height = 0;
+  XtVaGetValues(rows_, XmNwidth, &width, XmNheight, &height, nullptr);
+  const bool hasKeyboard = XmGetFocusWidget(rows_) == rows_;
+  int y = 0;
+  for (uint32_t row = position_.first(); row < position_.rows() && y < height; ++row, y += painter_.rowHeight())
+    painter_.paint(window_.model().listTexts.text(row), y, {current_ == row, position_.cursor() == row && hasKeyboard});
+  if (y < height) XClearArea(XtDisplay(rows_), XtWindow(rows_), 0, y, width, static_cast<unsigned>(height - y), False);
+}
+
+void RowsView::choose(uint32_t row) {
+  window_.model().listTexts.choose(row);
+  window_.model().changes.note(allParts);
+}
+
+void RowsView::press(const XButtonEvent &event) {
+  if (event.button == Button4) return scrollTo(int64_t{position_.first()} - wheelRows);
+  if (event.button == Button5) return scrollTo(int64_t{position_.first()} + wheelRows);
+  const int64_t row = position_.first() + int64_t{event.y} / painter_.rowHeight();
+  if (event.button == Button1 && row < position_.rows()) choose(static_cast<uint32_t>(row));
+}
+
+void RowsView::type(XKeyEvent event) {
+  if ((event.state & (ControlMask | Mod1Mask | Mod4Mask)) != 0) return;
+  const KeySym key = XLookupKeysym(&event, 0);
+  const int64_t row = position_.cursor(), page = position_.whole();
+  const struct {
+    KeySym key;
+    int64_t row;
+  } moves[] = {{XK_Up, row - 1},      {XK_Down, row + 1}, {XK_Prior, row - page},
+               {XK_Next, row + page}, {XK_Home, 0},       {XK_End, int64_t{position_.rows()} - 1}};
+  const auto *const move =
+      std::find_if(std::begin(moves), std::end(moves), [=](const auto &one) { return one.key == key; });
+  if (move != std::end(moves)) {
+    position_.moveCursor(move->row);
+    show();
+  }
+  if (key == XK_Return || key == XK_KP_Enter) choose(position_.cursor());
+  if (key == XK_Escape) window_.focusPage();
+}
+
+void RowsView::addTo(PanelState &state) const {
+  state.first = position_.first();
+  state.current = current_ ? int64_t{*current_} : -1;
+  state.rowHeight = painter_.rowHeight();
+  state.place = placeOf(rows_);
+  for (uint32_t row = position_.first(); row < position_.end(); ++row) {
+    const host::ListText *text = window_.model().listTexts.text(row);
+    state.texts.push_back(text == nullptr ? "" : text->text);
+  }
+}
+
+} // namespace viewer

@@ -95,6 +95,7 @@ void addDocuments(const std::vector<std::string> &arguments, viewer::ViewOptions
       addDocument(viewer::targetOf(argument), options);
     } catch (const host::DocumentError &error) {
       options.refused.emplace_back(error.what());
+      if (&argument == &arguments.front()) options.hits.clear(); // were for this document
     }
 }
 

@@ -283,6 +283,11 @@ class Arguments(ViewerTest):
     def test_an_address_of_another_machine(self):
         self.refused("file://elsewhere/a.pdf", "is on another machine, elsewhere")
 
+    def test_hits_of_an_address_that_cannot_be_opened_are_not_those_of_the_next_document(self):
+        file = document("three-hundred.pdf")
+        viewer = self.view("file://elsewhere/a.pdf", file, "--hits", self.hits(file, "needle", [2]), errors=1)
+        self.assertEqual(viewer.shown(1)["plugins"], "")
+
     def test_an_address_with_a_wrong_escape(self):
         self.refused("file:///a%zz.pdf", '"%zz" is no byte of a file name')
 

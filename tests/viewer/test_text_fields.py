@@ -18,10 +18,12 @@ class TextFields(TextFieldTest):
         self.display.xdotool("mousemove", *middle(self.viewer.dialog("find")["fields"][0]))
 
     def test_copied_text_is_there_for_other_programs(self):
-        self.typed("gr\u00fc\u00dfe \u6f22")
+        self.putOnClipboard("gr\u00fc\u00dfe \u6f22".encode())
+        self.keys("ctrl+v", "a")
+        self.shows("gr\u00fc\u00dfe \u6f22a")
         self.keys("ctrl+a", "ctrl+c", "End", "x")
-        self.shows("gr\u00fc\u00dfe \u6f22x")
-        self.assertEqual(self.read(), "gr\u00fc\u00dfe \u6f22")
+        self.shows("gr\u00fc\u00dfe \u6f22ax")
+        self.assertEqual(self.read(), "gr\u00fc\u00dfe \u6f22a")
 
     def test_copied_text_is_there_when_the_dialog_has_been_closed(self):
         self.typed("word")

@@ -15,6 +15,7 @@
 #include "viewer/window/collector.h"
 #include "viewer/window/embedding.h"
 #include "viewer/window/environment.h"
+#include "viewer/window/failures.h"
 #include "viewer/window/fontsahead.h"
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
@@ -79,33 +80,6 @@ private:
   std::unique_ptr<TestSocket> socket_;
 };
 
-// Collects why documents cannot be opened. A user who starts the viewer from a desktop does not see standard error.
-class Failures {
-public:
-  explicit Failures(StatusLine &status) : status_(status) {
-    status.listener = [this](const std::string &line) {
-      if (++count_ <= most) lines_ += (lines_.empty() ? "" : "\n") + line;
-    };
-  }
-  ~Failures() { status_.listener = {}; }
-  Failures(const Failures &) = delete;
-  Failures &operator=(const Failures &) = delete;
-
-  /// Shows them, once.
-  void show(Informations &informations) {
-    if (count_ > most) lines_ += "\nand " + std::to_string(count_ - most) + " more";
-    if (!lines_.empty()) informations.showError("Cannot Open", lines_);
-    lines_.clear();
-    status_.listener = {};
-  }
-
-private:
-  static constexpr size_t most = 10; ///< lines
-  StatusLine &status_;
-  std::string lines_;
-  size_t count_ = 0;
-};
-
 // Closes all documents before the plug-ins are unloaded, however the viewer ends.
 struct Closing {
   Session &session;
@@ -160,7 +134,8 @@ ViewEnd run(const ViewOptions &options) {
     });
   }
   window.watcher = {};
-  const ViewEnd end = requested && !had && !embedded ? ViewEnd::noDocument : ViewEnd::closed;
+  const bool failed = requested && !had && !embedded && !session.documents.opening();
+  const ViewEnd end = failed ? ViewEnd::noDocument : ViewEnd::closed;
   session.documents.closeAll();
   constexpr auto timeout = std::chrono::milliseconds(300);
   if (!session.finish(timeout) && options.leave) {

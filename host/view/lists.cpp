@@ -6,6 +6,22 @@
 #include <utility>
 
 namespace host {
+namespace {
+
+// What a plug-in has written, as one line: without control characters, and without a character that was truncated.
+std::string lineOf(const char *begin, const char *end) {
+  const char *last = end; // where the last character begins
+  while (last > begin && (static_cast<unsigned char>(*--last) & 0xC0U) == 0x80U)
+    continue;
+  const auto lead = static_cast<unsigned char>(last == end ? 0 : *last);
+  const ptrdiff_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
+  std::string line(begin, end - last < length ? last : end);
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; }, ' ');
+  return line;
+}
+
+} // namespace
 
 void Lists::set(tavrel::ExtensionID extension, PluginList list) {
   static uint64_t lists = 0;
@@ -28,7 +44,7 @@ ListText Lists::text(const PluginList &list, tavrel::Doc document, uint32_t row)
   callPlugin({list.row.owner, "a row of its list"}, tavrel::functionOf<tavrel::ListRowProc>(list.row.callback),
              document, row, &written);
   const char *begin = written.text;
-  return {written.page, std::string(begin, std::find(begin, begin + sizeof written.text, '\0'))};
+  return {written.page, lineOf(begin, std::find(begin, begin + sizeof written.text, '\0'))};
 }
 
 void Lists::choose(const PluginList &list, tavrel::Doc document, uint32_t row) {

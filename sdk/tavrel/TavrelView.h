@@ -18,8 +18,8 @@ namespace tavrel {
 enum Notification : int32_t {
   notifyDocDidOpen = 4,
   notifyDocDidClose = 8,
-  /// Since version 0x00050004: a user has chosen a page that plug-ins have marked (DocMarkPages). It is shown; a plug-in
-  /// that knows what the page is marked for may scroll to it.
+  /// Since version 0x00050004: a user has chosen a page that plug-ins have marked (DocMarkPages). It is shown; a
+  /// plug-in that knows what the page is marked for may scroll to it.
   notifyMarkedPageChosen = 16
 };
 using DocNotifyProc = void (*)(Doc document, void *clientData);

@@ -280,6 +280,18 @@ TEST_F(StepsTest, JumpOnceForEachPage) {
   }
 }
 
+TEST_F(StepsTest, JumpOnceForEachPageWithoutADrawingBetweenThem) {
+  HLL *list = hitsOn({0, 1, 2, 3}, {0, 1, 2});
+  TavrelGLT::GLT_RegisterHLL(doc, list, GLT_CHARACTER_OFFSETS, noteJump, nullptr, 1, nullptr);
+  TavrelGLT::GLT_DeleteHLL(list);
+  document->view->showPage(3);
+  draw();
+  for (int presses = 0; presses < 7; ++presses)
+    press(-1);
+  EXPECT_EQ(app.statusText(), "hit 3 of 12, page 1 of 4");
+  EXPECT_THAT(codes, ElementsAre(GLT_JUMP_PREV, GLT_JUMP_PREV, GLT_JUMP_PREV));
+}
+
 TEST_F(StepsTest, WithShiftOnlyNotify) {
   HLL *list = hitsOn({0, 1}, {0, 1});
   TavrelGLT::GLT_RegisterHLL(doc, list, GLT_CHARACTER_OFFSETS, noteJump, nullptr, 1, nullptr);

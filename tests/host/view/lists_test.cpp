@@ -20,6 +20,8 @@ void row(Doc, uint32_t number, tavrel::ListRow *out) {
   std::snprintf(out->text, sizeof out->text, "row %u", number);
 }
 void endless(Doc, uint32_t, tavrel::ListRow *out) { std::memset(out->text, 'x', sizeof out->text); }
+const char *unusualText;
+void unusual(Doc, uint32_t, tavrel::ListRow *out) { std::snprintf(out->text, sizeof out->text, "%s", unusualText); }
 void raising(Doc, uint32_t, tavrel::ListRow *) { Kernel::RaiseError(1); }
 void choose(Doc document, uint32_t number) {
   chosenIn = document;
@@ -53,6 +55,20 @@ TEST_F(Lists, HaveATitleAndRowsThatAreAskedFor) {
 TEST_F(Lists, ATextWithoutAnEndEndsWithItsSpace) {
   set("Places", 1, endless);
   EXPECT_EQ(text(0).text, std::string(sizeof(tavrel::ListRow::text), 'x'));
+}
+
+TEST_F(Lists, ATextIsOneLineOfWholeCharacters) {
+  set("Places", 1, unusual);
+  for (const auto &[given, shown] : {std::pair{"a\nb\tc\x7F", "a b c "},
+                                     {"\u00E4\xC3", "\u00E4"},
+                                     {"a\xE2\x80", "a"},
+                                     {"a\xF0\x9D\x94", "a"},
+                                     {"\u2026\U0001D538", "\u2026\U0001D538"},
+                                     {"\xE2", ""},
+                                     {"", ""}}) {
+    unusualText = given;
+    EXPECT_EQ(text(0).text, shown);
+  }
 }
 
 TEST_F(Lists, ARowThatFailsIsEmpty) {

@@ -1,7 +1,7 @@
 # SPDX-FileCopyrightText: 2026 The Tavrel developers
 # SPDX-License-Identifier: GPL-2.0-or-later
 # The example plug-ins as libraries in the real host: all together, and each without the others.
-tavrel_test(NAME plugins_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/*.cpp LIBRARIES tools test_support)
+tavrel_test(NAME plugins_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/*.cpp LIBRARIES tools viewer_model test_support)
 tavrel_test(NAME plugins_alone_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/alone/*.cpp
             ${CMAKE_CURRENT_SOURCE_DIR}/plugins/tables.cpp ${CMAKE_SOURCE_DIR}/plugins/BRZ/parameters.cpp
             LIBRARIES tools test_support)
@@ -12,7 +12,7 @@ endforeach()
 
 # Steps through all hits of the test documents, and prints how often each was visible.
 tavrel_test(NAME every_hit_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/plugins/every_hit/*.cpp
-            ${CMAKE_CURRENT_SOURCE_DIR}/plugins/tables.cpp LIBRARIES tools test_support
+            ${CMAKE_CURRENT_SOURCE_DIR}/plugins/tables.cpp LIBRARIES tools viewer_model test_support
             TOGETHER PROPERTIES FIXTURES_REQUIRED documents)
 target_compile_definitions(every_hit_test PRIVATE TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>"
                            TEST_DOCUMENTS="${CMAKE_BINARY_DIR}/test-documents")

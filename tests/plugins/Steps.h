@@ -28,9 +28,9 @@ protected:
   void openInWindow(std::unique_ptr<host::Document> model, int width, int height, viewer::Fit fit = viewer::Fit::none,
                     const std::string &parameters = {}) {
     auto viewport = std::make_unique<viewer::PageWindow>(*model, 72);
-    window = viewport.get();
-    window->setWindow(width, height);
-    window->setFit(fit);
+    pageWindow = viewport.get();
+    pageWindow->setWindow(width, height);
+    pageWindow->setFit(fit);
     document = &app.open(std::move(model), std::move(viewport), scratch.path() / "test.pdf", parameters);
     doc = app.documents().handle(document);
   }
@@ -44,7 +44,7 @@ protected:
   }
   host::Drawing draw() { return *app.draw(*document); }
 
-  viewer::PageWindow *window = nullptr; ///< of the document
+  viewer::PageWindow *pageWindow = nullptr; ///< of the document
 
   static const char *buttonName(int direction) { return direction > 0 ? "TavrelGLT:Next" : "TavrelGLT:Prev"; }
   /// False if the button is greyed.

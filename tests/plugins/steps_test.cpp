@@ -43,7 +43,7 @@ protected:
     return list;
   }
   int32_t page() const { return document->view->page(); }
-  int scrollY() const { return window->scrollY(); }
+  int scrollY() const { return pageWindow->scrollY(); }
   bool isVisible(int32_t onPage, int line) const {
     return page() == onPage && contains(visible(), placeOf(onPage, onLine(line)));
   }
@@ -80,7 +80,7 @@ TEST_F(StepsTest, GoBackToTheLastHitOfThePageBefore) {
 
 TEST_F(StepsTest, ScrollNothingForAHitThatIsVisible) {
   show(hitsOn({0}, {0, 1, 2}));
-  window->scrollTo(0, 20);
+  pageWindow->scrollTo(0, 20);
   step(1);
   step(1);
   EXPECT_EQ(scrollY(), 20);
@@ -88,7 +88,7 @@ TEST_F(StepsTest, ScrollNothingForAHitThatIsVisible) {
 
 TEST_F(StepsTest, ScrollAsLittleAsShowsTheHitWithAMargin) {
   show(hitsOn({0}, {0, 2, 4}));
-  window->scrollTo(0, 0);
+  pageWindow->scrollTo(0, 0);
   step(1);
   EXPECT_EQ(scrollY(), 0);
   step(1);
@@ -101,20 +101,20 @@ TEST_F(StepsTest, ScrollAsLittleAsShowsTheHitWithAMargin) {
 }
 
 TEST_F(StepsTest, ScrollSidewaysLikewise) {
-  window->setDpi(288);
+  pageWindow->setDpi(288);
   HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
   TavrelGLT::HLL_AddHL(list, 0, 0, 1);
   TavrelGLT::HLL_AddHL(list, 0, 3, 1);
   show(list);
-  window->scrollTo(0, window->scrollY());
-  window->setWindow(120, height);
+  pageWindow->scrollTo(0, pageWindow->scrollY());
+  pageWindow->setWindow(120, height);
   step(1);
   EXPECT_TRUE(contains(visible(), placeOf(0, {3, 1})));
-  EXPECT_GT(window->scrollX(), 0);
+  EXPECT_GT(pageWindow->scrollX(), 0);
 }
 
 TEST_F(StepsTest, AHitThatIsLargerThanTheWindowIsShownFromItsStart) {
-  window->setDpi(720);
+  pageWindow->setDpi(720);
   HLL *list = hitsOn({0}, {0, 1});
   show(list);
   step(1);
@@ -396,7 +396,7 @@ TEST_F(StepsTest, GoToTheFirstHitOfAMarkedPageThatIsChosen) {
   EXPECT_EQ(app.statusText(), "hit 3 of 4, page 2 of 2");
   EXPECT_TRUE(isVisible(2, 7));
   step(1);
-  window->scrollTo(0, 0);
+  pageWindow->scrollTo(0, 0);
   app.markedPageChosen(*document);
   EXPECT_EQ(app.statusText(), "hit 3 of 4, page 2 of 2");
   EXPECT_TRUE(isVisible(2, 7));
@@ -415,7 +415,7 @@ TEST_F(StepsTest, BeginAtTheFirstHitOfAnotherList) {
   EXPECT_TRUE(isVisible(0, 8));
   show(hitsOn({0}, {0, 8}));
   EXPECT_TRUE(isVisible(0, 0));
-  window->scrollTo(0, 400);
+  pageWindow->scrollTo(0, 400);
   draw();
   EXPECT_EQ(scrollY(), 400) << "only once";
 }

@@ -95,7 +95,7 @@ uint32_t setUp(uint32_t version, SetupRecord *record) {
   if (version != handshakeVersion) return 0;
   s_self = record->extension;
   gKernelHFT = record->kernel;
-  gTavrelViewHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelView"), tavrelViewVersion);
+  gTavrelViewHFT = Kernel::RequestTable(Kernel::AtomFromString("TavrelView"), tavrelViewMarksVersion);
   if (gTavrelViewHFT == nullptr) return 0;
   record->handshake = callbackOf(shakeHands);
   return 1;

@@ -163,7 +163,7 @@ void jump(Doc document, const HLL *list, uint32_t pageIndex, int direction) {
     TavrelGLT::GLT_SetPos(document, before,
                           static_cast<uint16_t>(direction > 0 && byWords ? std::max(last, 1U) - 1 : 0), 1);
   const uint32_t code = direction > 0 ? GLT_JUMP_NEXT : GLT_JUMP_PREV;
-  // Forwards it takes a step of its own to behind the last word.
+  // In the mode for one hit, a step forwards goes behind the page's last hit first.
   for (int steps = 0; steps < 2 && isAt(document, list, before); ++steps)
     TavrelGLT::GLT_Jump(document, code);
   if (TavrelGLT::GLT_GetHLL(document) == list && !isAt(document, list, pageIndex))

@@ -15,8 +15,8 @@
 //     newest server's first. The plug-in can make no new server from here on;
 //  2. calls its unload callback, in which everything else still works, the tables of other plug-ins included;
 //  3. drops what it registered: buttons, notifications, page-draw procedures, handlers of auxiliary data, its text on
-//     the status line and its marked pages. Its callbacks are unknown from then on, and an operation of a table that it
-//     offered raises errBadHandle.
+//     the status line, its marked pages and lists. Its callbacks are unknown from then on, and an operation of a table
+//     that it offered raises errBadHandle.
 //
 // After its unload callback has returned or raised, nothing of the plug-in is called. The library stays mapped.
 #pragma once

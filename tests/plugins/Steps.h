@@ -83,4 +83,44 @@ protected:
   }
 };
 
+/// Pages of 200 by 1000 points with a word at these heights: "word" is at 0, 5, 10 … of the page's text.
+inline constexpr int lines = 9, width = 200, height = 300;
+inline constexpr double lineDistance = 110;
+
+inline PdfPage pageOfLines() {
+  PdfPage page{.width = width, .height = 1000};
+  for (int line = 0; line < lines; ++line)
+    page.texts.push_back({20, 950 - line * lineDistance, "word"});
+  return page;
+}
+
+constexpr tavrel::TextRange onLine(int line) { return {static_cast<uint16_t>(5 * line), 4}; }
+
+/// Pages of lines in such a window.
+class StepsOnLines : public Steps {
+protected:
+  StepsOnLines() { openInWindow(host::Document::open(scratch.pdf({4, pageOfLines()}), ""), width, height); }
+
+  /// Hits on these lines of these pages.
+  static HLL *hitsOn(const std::vector<int32_t> &pages, const std::vector<int> &onLines) {
+    HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
+    for (const int32_t page : pages)
+      for (const int line : onLines)
+        TavrelGLT::HLL_AddHL(list, page, onLine(line).pos, onLine(line).len);
+    return list;
+  }
+  int32_t page() const { return document->view->page(); }
+  int scrollY() const { return pageWindow->scrollY(); }
+  bool isVisible(int32_t onPage, int line) const {
+    return page() == onPage && contains(visible(), placeOf(onPage, onLine(line)));
+  }
+  void expectOutlined(int line) {
+    const auto outline = outlineIn(draw());
+    ASSERT_TRUE(outline);
+    const PixelRect hit = placeOf(page(), onLine(line));
+    EXPECT_TRUE(contains(*outline, hit));
+    EXPECT_LT(outline->bottom - outline->top, hit.bottom - hit.top + 12) << "around one line";
+  }
+};
+
 } // namespace test

@@ -9,51 +9,15 @@
 namespace {
 
 using namespace tavrel;
+using test::height, test::onLine, test::pageOfLines, test::width;
 using testing::ElementsAre;
-
-// Pages of 200 by 1000 points with a word at these heights: "word" is at 0, 5, 10 … of the page's text.
-constexpr int lines = 9, width = 200, height = 300;
-constexpr double lineDistance = 110;
-
-test::PdfPage pageOfLines() {
-  test::PdfPage page{.width = width, .height = 1000};
-  for (int line = 0; line < lines; ++line)
-    page.texts.push_back({20, 950 - line * lineDistance, "word"});
-  return page;
-}
-
-constexpr TextRange onLine(int line) { return {static_cast<uint16_t>(5 * line), 4}; }
 
 std::vector<uint32_t> codes;
 void noteJump(Doc, HLL *, uint32_t code, void *) { codes.push_back(code); }
 
-class StepsTest : public test::Steps {
+class StepsTest : public test::StepsOnLines {
 protected:
-  StepsTest() {
-    codes.clear();
-    openInWindow(host::Document::open(scratch.pdf({4, pageOfLines()}), ""), width, height);
-  }
-
-  /// Hits on these lines of these pages.
-  static HLL *hitsOn(const std::vector<int32_t> &pages, const std::vector<int> &onLines) {
-    HLL *list = TavrelGLT::GLT_NewHLL(nullptr);
-    for (const int32_t page : pages)
-      for (const int line : onLines)
-        TavrelGLT::HLL_AddHL(list, page, onLine(line).pos, onLine(line).len);
-    return list;
-  }
-  int32_t page() const { return document->view->page(); }
-  int scrollY() const { return pageWindow->scrollY(); }
-  bool isVisible(int32_t onPage, int line) const {
-    return page() == onPage && contains(visible(), placeOf(onPage, onLine(line)));
-  }
-  void expectOutlined(int line) {
-    const auto outline = outlineIn(draw());
-    ASSERT_TRUE(outline);
-    const test::PixelRect hit = placeOf(page(), onLine(line));
-    EXPECT_TRUE(contains(*outline, hit));
-    EXPECT_LT(outline->bottom - outline->top, hit.bottom - hit.top + 12) << "around one line";
-  }
+  StepsTest() { codes.clear(); }
 };
 
 TEST_F(StepsTest, GoToTheNextHitOnThePageBeforeThePageIsTurned) {
@@ -431,86 +395,6 @@ TEST_F(StepsTest, TakeOverTheButtonsOfTheHighlightPlugIn) {
     EXPECT_NE(button->icon, 0U);
     EXPECT_TRUE(button->attributes.contains(buttonAlsoInBrowser));
   }
-}
-
-struct StepsList : StepsTest {
-  const host::PluginList *list() const { return document->lists.shown(); }
-  host::ListText row(uint32_t number) const { return host::Lists::text(*list(), doc, number); }
-};
-
-TEST_F(StepsList, HasEveryHitWithItsLine) {
-  show(hitsOn({0, 2}, {0, 4}));
-  ASSERT_NE(list(), nullptr);
-  EXPECT_EQ(list()->title, "Hits");
-  EXPECT_EQ(list()->rows, 4U);
-  EXPECT_EQ(row(0).page, 0);
-  EXPECT_EQ(row(3).page, 2);
-  EXPECT_EQ(row(3).text, "word");
-}
-
-TEST_F(StepsList, ShowsWhatIsNearTheHitInALongLine) {
-  const test::PdfPage wide{.texts = {{20, 100, "one two three four five six seven eight nine ten"}}, .width = 400};
-  openInWindow(host::Document::open(scratch.pdf({wide}), ""), width, height);
-  HLL *hits = TavrelGLT::GLT_NewHLL(nullptr);
-  for (const uint16_t pos : {uint16_t{4}, uint16_t{34}})
-    TavrelGLT::HLL_AddHL(hits, 0, pos, 3);
-  show(hits);
-  EXPECT_EQ(row(0).text, "one two three four five six seven eight nine ten");
-  EXPECT_EQ(row(1).text, "\u2026five six seven eight nine ten");
-}
-
-TEST_F(StepsList, FollowsTheCurrentHit) {
-  show(hitsOn({0, 2}, {0, 4}));
-  EXPECT_EQ(list()->current, 0U);
-  step(1);
-  EXPECT_EQ(list()->current, 1U);
-  document->view->showPage(2);
-  draw();
-  EXPECT_EQ(list()->current, 2U);
-  document->view->showPage(1);
-  draw();
-  EXPECT_EQ(list()->current, std::nullopt);
-}
-
-TEST_F(StepsList, GoesToARowThatIsChosen) {
-  show(hitsOn({0, 2}, {0, 4, 8}));
-  host::Lists::choose(*list(), doc, 5);
-  EXPECT_EQ(app.statusText(), "hit 6 of 6, page 2 of 2");
-  EXPECT_TRUE(isVisible(2, 8));
-  EXPECT_EQ(list()->current, 5U);
-  host::Lists::choose(*list(), doc, 1);
-  EXPECT_TRUE(isVisible(0, 4));
-  EXPECT_EQ(step(1), "hit 3 of 6, page 1 of 2");
-}
-
-TEST_F(StepsList, IsSetAgainOnlyForOtherHits) {
-  show(hitsOn({0, 2}, {0, 4}));
-  const uint64_t number = list()->number;
-  step(1);
-  step(1);
-  EXPECT_EQ(list()->number, number);
-  TavrelGLT::HLL_AddHL(TavrelGLT::GLT_GetHLL(doc), 3, 0, 4);
-  draw();
-  EXPECT_EQ(list()->rows, 5U);
-  TavrelGLT::GLT_UnregisterHLL(doc, TavrelGLT::GLT_GetHLL(doc));
-  draw();
-  EXPECT_EQ(list(), nullptr);
-}
-
-TEST_F(StepsList, HasNoteOfAPageThatCannotBeRead) {
-  test::PdfPage damaged = pageOfLines();
-  damaged.cropBox = "10 10 10 10";
-  openInWindow(host::Document::open(scratch.pdf({pageOfLines(), damaged}), ""), width, height);
-  show(hitsOn({0, 1}, {0}));
-  EXPECT_EQ(row(1).text, "(this page cannot be read)");
-  EXPECT_EQ(row(7).text, "");
-  EXPECT_EQ(reports, std::vector<std::string>{});
-}
-
-TEST_F(StepsList, IsNoneInAViewWithoutAWindow) {
-  open();
-  show(hitsOn({0}, {0}));
-  EXPECT_EQ(list(), nullptr);
 }
 
 } // namespace

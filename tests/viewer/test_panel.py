@@ -83,17 +83,23 @@ class SidePanel(ViewerTest):
         self.type("Home", "Return")
         self.viewer.hit("hit 1 of 320")
 
+    def scrolled(self, before):
+        self.viewer.until(lambda state: state["drawn"]["scrollY"] == before + 48, "the page scrolled by a line")
+
     def test_escape_returns_to_the_page(self):
-        self.type("Escape", "Down")
-        self.viewer.until(lambda state: state["drawn"]["scrollY"] > 0, "the page scrolled")
+        before = self.viewer.now()["drawn"]["scrollY"]
+        self.type("Down", "Down", "Escape", "Down")
+        self.scrolled(before)
         self.assertTrue(self.viewer.now()["panel"]["shown"])
 
     def test_f9_hides_it_again(self):
         width = self.viewer.now()["area"]["width"]
         self.viewer.key("F9")
         self.viewer.until(lambda state: not state["panel"]["shown"] and state["area"]["width"] > width + 100, "no panel")
+        self.viewer.key("Home")
+        before = self.viewer.until(lambda state: state["drawn"]["there"], "the page")["drawn"]["scrollY"]
         self.viewer.key("Down")
-        self.viewer.until(lambda state: state["drawn"]["scrollY"] > 0, "the page scrolled")
+        self.scrolled(before)
 
     def test_a_document_without_hits_has_no_list(self):
         self.viewer.key("ctrl+w")

@@ -104,6 +104,8 @@ class KeysOfButtons(ViewerTest):
         viewer.shown(300)
         viewer.key("shift+F3")
         viewer.hit("hit 3 of 3")
+        viewer.key("F1")
+        self.assertNotIn("Next Hit", "\n".join(viewer.dialog("information")["texts"]))
 
     def test_help_lists_the_keys_of_buttons(self):
         viewer = self.open()

@@ -54,7 +54,8 @@ TEST_F(CommandsTest, AskForWhatTheyNeed) {
   for (const char *name :
        {"Open", "FindDialog", "FindAgainDialog", "GoToPage", "Keys", "AboutPlugIns", "About", "SidePanel", "Quit"})
     run(name);
-  EXPECT_THAT(frontend.asked, ElementsAre("file", "text", "text", "page", "keys", "plug-ins", "about", "panel", "quit"));
+  EXPECT_THAT(frontend.asked,
+              ElementsAre("file", "text", "text", "page", "keys", "plug-ins", "about", "panel", "quit"));
 }
 
 TEST_F(CommandsTest, AnAddressThatCannotBeOpenedIsReported) {

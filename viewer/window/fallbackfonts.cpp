@@ -8,8 +8,9 @@
 
 #include <algorithm>
 #include <memory>
-#include <set>
 #include <vector>
+
+#include "viewer/window/motif.h"
 
 namespace viewer {
 namespace {
@@ -30,6 +31,8 @@ public:
     for (XftFont *font : others_)
       XftFontClose(display_, font);
     XftFontClose(display_, font_);
+    if (fonts_ != nullptr) FcFontSetDestroy(fonts_);
+    if (wanted_ != nullptr) FcPatternDestroy(wanted_);
   }
   Fallbacks(const Fallbacks &) = delete;
   Fallbacks &operator=(const Fallbacks &) = delete;
@@ -43,43 +46,53 @@ public:
     if (character <= space || XftCharExists(display_, font_, character) != 0) return font_;
     for (XftFont *other : others_)
       if (XftCharExists(display_, other, character) != 0) return other;
-    if (nowhere_.contains(character)) return font_;
-    if (XftFont *found = open(character)) return others_.emplace_back(found);
-    nowhere_.insert(character);
-    return font_;
+    XftFont *found = open(character);
+    return found == nullptr ? font_ : others_.emplace_back(found);
   }
 
 private:
-  // The font that the system prefers for the character, as large as the interface's; null: there is none.
-  XftFont *open(FcChar32 character) const {
-    FcPattern *wanted = FcPatternCreate();
+  // The first of the system's fonts that has the character, as large as the interface's; null: there is none. Fonts of
+  // coloured pictures are left out: older versions of the library cannot draw them.
+  XftFont *open(FcChar32 character) {
+    if (fonts_ == nullptr) sort();
+    for (int i = 0; fonts_ != nullptr && i < fonts_->nfont; ++i) {
+      FcPattern *font = fonts_->fonts[i];
+      FcCharSet *characters = nullptr;
+      FcBool colored = FcFalse;
+      FcPatternGetBool(font, FC_COLOR, 0, &colored);
+      if (colored != FcFalse || FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) != FcResultMatch ||
+          FcCharSetHasChar(characters, character) == FcFalse)
+        continue;
+      FcPattern *prepared = FcFontRenderPrepare(nullptr, wanted_, font);
+      XftFont *opened = XftFontOpenPattern(display_, prepared);
+      if (opened == nullptr) {
+        FcPatternDestroy(prepared); // else the font owns it
+        continue;
+      }
+      if (XftCharExists(display_, opened, character) != 0) return opened;
+      XftFontClose(display_, opened);
+    }
+    return nullptr;
+  }
+
+  // Sorts the system's fonts by how well they stand in for the interface's.
+  void sort() {
+    wanted_ = FcPatternCreate();
     for (const char *property : {FC_FAMILY, FC_PIXEL_SIZE, FC_WEIGHT, FC_SLANT}) {
       FcValue value{};
-      if (FcPatternGet(font_->pattern, property, 0, &value) == FcResultMatch) FcPatternAdd(wanted, property, value, 1);
+      if (FcPatternGet(font_->pattern, property, 0, &value) == FcResultMatch) FcPatternAdd(wanted_, property, value, 1);
     }
-    FcCharSet *characters = FcCharSetCreate();
-    FcCharSetAddChar(characters, character);
-    FcPatternAddCharSet(wanted, FC_CHARSET, characters);
-    FcConfigSubstitute(nullptr, wanted, FcMatchPattern);
-    XftDefaultSubstitute(display_, DefaultScreen(display_), wanted);
+    FcConfigSubstitute(nullptr, wanted_, FcMatchPattern);
+    XftDefaultSubstitute(display_, DefaultScreen(display_), wanted_);
     FcResult result = FcResultNoMatch;
-    FcPattern *match = FcFontMatch(nullptr, wanted, &result);
-    FcCharSetDestroy(characters);
-    FcPatternDestroy(wanted);
-    XftFont *font = match == nullptr ? nullptr : XftFontOpenPattern(display_, match);
-    if (font == nullptr) {
-      if (match != nullptr) FcPatternDestroy(match);
-      return nullptr;
-    }
-    if (XftCharExists(display_, font, character) != 0) return font;
-    XftFontClose(display_, font);
-    return nullptr;
+    fonts_ = FcFontSort(nullptr, wanted_, FcTrue, nullptr, &result);
   }
 
   Display *display_;
   XftFont *font_;
+  FcPattern *wanted_ = nullptr;
+  FcFontSet *fonts_ = nullptr; // null until a character needs them
   std::vector<XftFont *> others_;
-  std::set<FcChar32> nowhere_;
 };
 
 std::vector<std::unique_ptr<Fallbacks>> s_fallbacks;
@@ -155,27 +168,36 @@ void closeFallbackFonts(Display *display) {
 
 } // namespace viewer
 
-// The library's functions, as the toolkit calls them.
+// The library's functions, as the toolkit calls them, which is written in C: no exception may leave them.
 extern "C" {
 
 void XftDrawStringUtf8(XftDraw *draw, const XftColor *color, XftFont *font, int x, int y, const FcChar8 *text,
                        int bytes) {
-  const std::vector<FcChar32> characters = viewer::charactersOf(text, bytes);
-  viewer::draw(draw, color, font, x, y, characters.data(), characters.size());
+  viewer::guarded([=] {
+    const std::vector<FcChar32> characters = viewer::charactersOf(text, bytes);
+    viewer::draw(draw, color, font, x, y, characters.data(), characters.size());
+  });
 }
 
 void XftDrawString32(XftDraw *draw, const XftColor *color, XftFont *font, int x, int y, const FcChar32 *text,
                      int length) {
-  viewer::draw(draw, color, font, x, y, text, static_cast<size_t>(length));
+  viewer::guarded([=] { viewer::draw(draw, color, font, x, y, text, static_cast<size_t>(std::max(0, length))); });
 }
 
 void XftTextExtentsUtf8(Display *display, XftFont *font, const FcChar8 *text, int bytes, XGlyphInfo *extents) {
-  const std::vector<FcChar32> characters = viewer::charactersOf(text, bytes);
-  *extents = viewer::extentsOf(display, viewer::runsOf(display, font, characters.data(), characters.size()));
+  *extents = {};
+  viewer::guarded([=] {
+    const std::vector<FcChar32> characters = viewer::charactersOf(text, bytes);
+    *extents = viewer::extentsOf(display, viewer::runsOf(display, font, characters.data(), characters.size()));
+  });
 }
 
 void XftTextExtents32(Display *display, XftFont *font, const FcChar32 *text, int length, XGlyphInfo *extents) {
-  *extents = viewer::extentsOf(display, viewer::runsOf(display, font, text, static_cast<size_t>(std::max(0, length))));
+  *extents = {};
+  viewer::guarded([=] {
+    *extents =
+        viewer::extentsOf(display, viewer::runsOf(display, font, text, static_cast<size_t>(std::max(0, length))));
+  });
 }
 
 } // extern "C"

@@ -111,7 +111,9 @@ std::vector<KeyRow> keyRows(const std::function<std::string(const std::string &)
     KeyRow &row = known != rows.end() ? *known : rows.emplace_back(KeyRow{pageGroup, "", sentence, ""});
     add(row, keyName(one.event));
   }
-  rows.push_back({pageGroup, "F10", "Opens the menus", ""}); // the toolkit's
+  rows.push_back({pageGroup, "F10", "Opens the menus", ""}); // the toolkit's keys, as the one with the first letter
+  for (const std::string menu : menuNames())
+    add(rows.back(), "Alt+" + menu.substr(0, 1));
   rows.insert(rows.end(), others.begin(), others.end());
   std::erase_if(rows, [](const KeyRow &row) { return row.keys.empty(); });
   const auto rank = [](const KeyRow &row) { return std::ranges::find(menuNames(), row.group) - menuNames().begin(); };

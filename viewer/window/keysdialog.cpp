@@ -33,7 +33,7 @@ bool beginsGroup(const std::vector<KeyRow> &rows, size_t i) { return i == 0 || r
 
 // Several keys on as many lines as they need.
 void add(Column &column, const KeyRow &row) {
-  constexpr size_t longest = 28;
+  constexpr size_t longest = 24;
   std::string line, sentence = row.sentence;
   size_t start = 0;
   while (start < row.keys.size()) {
@@ -98,7 +98,7 @@ std::string joined(const std::vector<std::string> &lines) {
                                               XmNrightAttachment, XmATTACH_FORM, XmNtopAttachment, XmATTACH_FORM,
                                               XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, close, nullptr);
   ::Widget list = XtVaCreateWidget("list", xmRowColumnWidgetClass, scrolled, XmNorientation, XmHORIZONTAL, XmNpacking,
-                                   XmPACK_TIGHT, XmNspacing, toolkit_.pixels(16), nullptr);
+                                   XmPACK_TIGHT, XmNspacing, toolkit_.pixels(12), nullptr);
   for (const Column &column : columnsOf(rows))
     for (const std::vector<std::string> &lines : {column.keys, column.sentences}) {
       ::Widget label =

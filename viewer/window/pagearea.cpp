@@ -182,7 +182,7 @@ void PageArea::paintNote(const Place &page) {
   XSetForeground(XtDisplay(area_), context_, noteColor_);
   XmStringDraw(XtDisplay(area_), XtWindow(area_), fonts, text, context_,
                static_cast<Position>(page.x + (page.width - width) / 2),
-               static_cast<Position>((visibleTop + visibleBottom) / 2), width, XmALIGNMENT_CENTER,
+               static_cast<Position>((visibleTop + visibleBottom - height) / 2), width, XmALIGNMENT_CENTER,
                XmSTRING_DIRECTION_L_TO_R, nullptr);
 }
 

@@ -17,6 +17,7 @@
 #include "host/kernel/error.h"
 #include "host/view/desktop.h"
 #include "viewer/window/colors.h"
+#include "viewer/window/fallbackfonts.h"
 
 namespace viewer {
 namespace {
@@ -137,6 +138,7 @@ void Toolkit::restoreFocusSoon() { XtAppAddTimeOut(context_, 0, restoreFocus, th
 
 Toolkit::~Toolkit() {
   XtDestroyWidget(shell_); // is not destroyed with its context
+  closeFallbackFonts(display_);
   XtDestroyApplicationContext(context_);
 }
 

@@ -6,7 +6,7 @@ find_package(Python3 COMPONENTS Interpreter)
 if(Python3_FOUND)
   set(viewer_tests ${CMAKE_CURRENT_SOURCE_DIR}/viewer)
   set(viewer_helpers ${CMAKE_BINARY_DIR}/viewer-helpers)
-  foreach(helper managed outer screenshot)
+  foreach(helper managed outer property screenshot)
     add_executable(viewer_${helper} ${viewer_tests}/${helper}.cpp)
     target_link_libraries(viewer_${helper} PRIVATE tools X11::X11)
     set_target_properties(viewer_${helper} PROPERTIES OUTPUT_NAME ${helper}

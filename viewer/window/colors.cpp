@@ -34,6 +34,16 @@ void Colors::put(Drawable drawable, GC context, const uint32_t *pixels, int widt
   XDestroyImage(image);
 }
 
+Pixmap Colors::pixmap(const std::vector<uint32_t> &pixels, int width, int height) const {
+  const Pixmap made =
+      XCreatePixmap(display_, RootWindowOfScreen(screen_), static_cast<unsigned>(width), static_cast<unsigned>(height),
+                    static_cast<unsigned>(DefaultDepthOfScreen(screen_)));
+  GC context = XCreateGC(display_, made, 0, nullptr);
+  put(made, context, pixels.data(), width, height, 0, 0);
+  XFreeGC(display_, context);
+  return made;
+}
+
 uint32_t blend(const host::Rgb &background, const host::Rgb &ink, double share) {
   const auto mixed = [share](uint8_t from, uint8_t to) {
     return static_cast<uint32_t>(std::lround(from + (to - from) * share));

@@ -5,6 +5,8 @@
 
 #include <Xm/Xm.h>
 
+#include <vector>
+
 #include "host/view/painting.h"
 
 namespace viewer {
@@ -19,6 +21,8 @@ public:
   host::Rgb rgb(Pixel pixel) const;
   /// Puts 0xRRGGBB pixels, rows without padding, at a position of a drawable.
   void put(Drawable drawable, GC context, const uint32_t *pixels, int width, int height, int x, int y) const;
+  /// A pixmap of the screen's depth with these pixels, which the caller frees.
+  Pixmap pixmap(const std::vector<uint32_t> &pixels, int width, int height) const;
 
 private:
   Display *display_;

@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "viewer/window/mainwindow.h"
+#include "viewer/window/messagesymbol.h"
 #include "viewer/window/motif.h"
 
 namespace viewer {
@@ -119,6 +120,7 @@ int32_t Dialogs::alert(const host::Alert &alert) {
   const MotifString message(wrapped(alert.message));
   XtVaSetValues(box, XmNdialogType, typeOf(alert.icon), XmNmessageString, static_cast<XmString>(message),
                 XmNdialogStyle, XmDIALOG_FULL_APPLICATION_MODAL, nullptr);
+  showSymbol(box, alert.icon, window_.toolkit().scale());
   setTitle(box, "Tavrel");
 
   const auto count =
@@ -209,6 +211,7 @@ void Dialogs::showInformation(const std::string &title, const std::string &text)
   ::Widget box = XmCreateInformationDialog(window_.toolkit().shell(), name, nullptr, 0);
   const MotifString message(wrapped(text));
   XtVaSetValues(box, XmNmessageString, static_cast<XmString>(message), XmNdialogStyle, XmDIALOG_MODELESS, nullptr);
+  showSymbol(box, tavrel::alertNote, window_.toolkit().scale());
   setTitle(box, title);
   hide(box, XmDIALOG_CANCEL_BUTTON);
   hide(box, XmDIALOG_HELP_BUTTON);

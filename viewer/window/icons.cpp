@@ -11,15 +11,11 @@
 #include <vector>
 
 #include "viewer/window/colors.h"
+#include "viewer/window/shapes.h"
 
 namespace viewer {
 namespace {
 
-// A line, or with `circle` set a circle around (x1, y1) of radius x2.
-struct Stroke {
-  double x1, y1, x2, y2;
-  bool circle = false;
-};
 struct Drawn {
   const char *name;
   std::vector<Stroke> strokes;
@@ -66,34 +62,7 @@ const std::vector<Drawn> &drawn() {
   return all;
 }
 
-double distance(const Stroke &stroke, double x, double y) {
-  if (stroke.circle) return std::abs(std::hypot(x - stroke.x1, y - stroke.y1) - stroke.x2);
-  const double dx = stroke.x2 - stroke.x1, dy = stroke.y2 - stroke.y1;
-  const double along = std::clamp(((x - stroke.x1) * dx + (y - stroke.y1) * dy) / (dx * dx + dy * dy), 0.0, 1.0);
-  return std::hypot(x - stroke.x1 - along * dx, y - stroke.y1 - along * dy);
-}
-
-// The covered part of each pixel, from 0 to 1.
-struct Coverage {
-  int width, height;
-  std::vector<double> of;
-};
-
-Coverage coverageOf(const std::vector<Stroke> &strokes, double scale) {
-  constexpr double grid = 16, halfWidth = 0.75;
-  const int size = static_cast<int>(std::lround(grid * scale));
-  Coverage coverage{size, size, {}};
-  for (int y = 0; y < size; ++y)
-    for (int x = 0; x < size; ++x) {
-      double nearest = grid;
-      for (const Stroke &stroke : strokes)
-        nearest = std::min(nearest, distance(stroke, (x + 0.5) / scale, (y + 0.5) / scale));
-      coverage.of.push_back(std::clamp((halfWidth - nearest) * scale + 0.5, 0.0, 1.0));
-    }
-  return coverage;
-}
-
-std::optional<Coverage> coverageOf(Display *display, Pixmap bitmap, double scale) {
+std::optional<Coverage> enlarged(Display *display, Pixmap bitmap, double scale) {
   Window root = 0;
   int x = 0, y = 0;
   unsigned width = 0, height = 0, border = 0, depth = 0;
@@ -122,28 +91,23 @@ Icons::~Icons() {
 Pixmap Icons::get(const std::string &name, Pixmap bitmap, bool greyed) {
   const std::tuple key{name, bitmap, greyed};
   if (const auto kept = made_.find(key); kept != made_.end()) return kept->second;
+  constexpr double grid = 16, halfWidth = 0.75;
   std::optional<Coverage> coverage;
   for (const Drawn &one : drawn())
-    if (one.name == name) coverage = coverageOf(one.strokes, scale_);
+    if (one.name == name) coverage = coverageOf(one.strokes, halfWidth, static_cast<int>(std::lround(grid * scale_)));
   Display *display = XtDisplay(like_);
-  if (!coverage && bitmap != 0) coverage = coverageOf(display, bitmap, scale_);
+  if (!coverage && bitmap != 0) coverage = enlarged(display, bitmap, scale_);
   if (!coverage) return 0;
 
   Pixel inkPixel = 0, backgroundPixel = 0;
-  Cardinal depth = 0;
-  XtVaGetValues(like_, XmNforeground, &inkPixel, XmNbackground, &backgroundPixel, XmNdepth, &depth, nullptr);
+  XtVaGetValues(like_, XmNforeground, &inkPixel, XmNbackground, &backgroundPixel, nullptr);
   const Colors colors(like_);
   const host::Rgb ink = colors.rgb(inkPixel), background = colors.rgb(backgroundPixel);
   constexpr double greyShare = 0.32;
-  const auto width = static_cast<unsigned>(coverage->width), height = static_cast<unsigned>(coverage->height);
   std::vector<uint32_t> pixels;
   for (const double covered : coverage->of)
     pixels.push_back(blend(background, ink, covered * (greyed ? greyShare : 1)));
-  const Pixmap made = XCreatePixmap(display, RootWindowOfScreen(XtScreen(like_)), width, height, depth);
-  GC context = XCreateGC(display, made, 0, nullptr);
-  colors.put(made, context, pixels.data(), coverage->width, coverage->height, 0, 0);
-  XFreeGC(display, context);
-  return made_[key] = made;
+  return made_[key] = colors.pixmap(pixels, coverage->width, coverage->height);
 }
 
 } // namespace viewer

@@ -15,6 +15,7 @@
 
 #include "viewer/window/actions.h"
 #include "viewer/window/motif.h"
+#include "viewer/window/windowicon.h"
 
 namespace viewer {
 namespace {
@@ -148,6 +149,7 @@ void MainWindow::realize() {
   XtVaSetValues(shell, XmNwidth, size.width, XmNheight, size.height, nullptr);
   XtVaSetValues(shell, XmNminWidth, pixels(320), XmNminHeight, pixels(240), XmNbaseWidth, 0, XmNbaseHeight, 0, nullptr);
   XtRealizeWidget(shell);
+  setWindowIcon(shell);
   pageArea_->layOut();
 }
 

@@ -28,7 +28,7 @@ ToolBarView::ToolBarView(MainWindow &window, ::Widget parent) : window_(window) 
   bar_ = XtVaCreateManagedWidget("toolbar", xmRowColumnWidgetClass, parent, XmNorientation, XmHORIZONTAL, XmNpacking,
                                  XmPACK_TIGHT, XmNmarginHeight, window.pixels(3), XmNmarginWidth, window.pixels(6),
                                  XmNspacing, window.pixels(2), XmNadjustLast, False, nullptr);
-  icons_ = std::make_unique<Icons>(bar_, window.toolkit().dpi() / 96);
+  icons_ = std::make_unique<Icons>(bar_, window.toolkit().scale());
 }
 
 void ToolBarView::update() {

@@ -24,8 +24,9 @@ public:
   ::Display *display() const { return display_; }
   /// Dots per inch of the screen: the resource Xft.dpi, otherwise 96.
   double dpi() const { return dpi_; }
+  double scale() const { return dpi_ / 96; }
   /// A length given in pixels at 96 dots per inch, in pixels of the screen.
-  int pixels(double length) const { return static_cast<int>(length * dpi_ / 96 + 0.5); }
+  int pixels(double length) const { return static_cast<int>(length * scale() + 0.5); }
   /// The initial size of the window, unless a window manager changes it: about as wide as a page of its natural size
   /// and as high as the screen allows, or the size that the user has requested.
   struct Size {

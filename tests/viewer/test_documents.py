@@ -261,7 +261,7 @@ class Changing(ViewerTest):
         viewer.until(lambda state: "No such file" in state["status"] and not state["opening"], "a line")
         self.assertEqual(viewer.now()["documents"], ["three-hundred.pdf"], "the document is kept")
         viewer.key("F1")
-        viewer.dialog("information")
+        viewer.dialog("keys")
 
     def test_a_truncated_file_shows_pages_or_the_reason(self):
         viewer = self.open(None)
@@ -272,7 +272,7 @@ class Changing(ViewerTest):
         for line in viewer.stderrLines():
             self.assertRegex(line, "^tavrel: ")
         viewer.key("F1")
-        viewer.dialog("information")
+        viewer.dialog("keys")
 
     def test_a_page_that_cannot_be_read_is_reported_by_its_number(self):
         viewer = self.open(None)

@@ -129,7 +129,7 @@ class Keys(ViewerTest):
         self.assertEqual(state["title"], "Tavrel")
         self.viewer.until(lambda state: not state["drawn"]["there"], "an empty window")
         self.viewer.key("F1")
-        self.viewer.dialog("information")
+        self.viewer.dialog("keys")
 
     def test_quit_ends_well(self):
         self.viewer.key("ctrl+q")
@@ -147,24 +147,37 @@ class Keys(ViewerTest):
         self.viewer.key("slash")
         self.viewer.dialog("find")
 
+    # What the dialog says of a key.
+    def told(self, keys):
+        texts = self.viewer.dialog("keys")["texts"]
+        for left, right in zip(texts[::2], texts[1::2]):
+            lines = [line.strip() for line in left.split("\n")]
+            self.assertEqual(len(lines), len(right.split("\n")))
+            if keys in lines:
+                return right.split("\n")[lines.index(keys)]
+        self.fail(f"{keys} is not among {texts}")
+
     def test_help_shows_the_keys(self):
         self.viewer.key("F1")
-        text = "\n".join(self.viewer.dialog("information")["texts"])
-        for part in ("Ctrl+Page Down", "Next Page", "Ctrl+Q", "Quit"):
-            self.assertIn(part, text)
-        self.viewer.answer("information", "OK")
+        for keys, sentence in (("Ctrl+Page Down", "Next Page"), ("Ctrl+Q", "Quit"), ("Ctrl+F, /", "Find\u2026"),
+                               ("Down", "A little down"), ("Shift+Wheel up", "Scrolls to the left"),
+                               ("F10, Alt+F, Alt+E,", "Opens the menus")):
+            self.assertEqual(self.told(keys), sentence)
+        for keys in ("F3", "Shift+F3"):  # of a plug-in
+            self.assertGreater(len(self.told(keys)), 3)
+        self.viewer.answer("keys", "OK")
         self.viewer.noDialog()
 
     def test_help_again_brings_the_keys_to_front(self):
         self.viewer.key("F1")
-        first = self.viewer.dialog("information")
+        first = self.viewer.dialog("keys")
         # Beside the dialog, where the page gets the keys.
         area = self.viewer.now()["area"]
         self.assertGreater(first["x"], area["x"] + 20)
         self.display.xdotool("mousemove", area["x"] + 10, area["y"] + 10, "click", 1)
         self.display.xdotool("key", "F1", "ctrl+Next")
         self.viewer.shown(2)
-        self.assertEqual([one["name"] for one in self.viewer.now()["dialogs"]], ["information"])
+        self.assertEqual([one["name"] for one in self.viewer.now()["dialogs"]], ["keys"])
         self.viewer.click(self.viewer.now()["dialogs"][0]["buttons"][0])
         self.viewer.noDialog()
         self.display.xdotool("mousemove", area["x"] + 10, area["y"] + 10, "click", 1)
@@ -367,6 +380,17 @@ class Resources(ViewerTest):
         viewer.until(lambda state: state["drawn"]["scrollY"] == 48, "a little down")
         viewer.key("Down")
         viewer.until(lambda state: state["drawn"]["scrollY"] == 96, "the other keys as before")
+
+    def test_help_shows_the_keys_that_a_user_has_changed(self):
+        viewer = self.view(document("two-columns.pdf"), "--xrm",
+                           "Tavrel*page.translations: #override <Key>j: do(LineDown)", "--xrm",
+                           "Tavrel*menubar*NextPage.accelerator: Ctrl<Key>n")
+        viewer.shown(1)
+        viewer.key("F1")
+        lines = [line.strip() for text in viewer.dialog("keys")["texts"] for line in text.split("\n")]
+        for keys in ("J, Down", "Ctrl+N"):
+            self.assertIn(keys, lines)
+        self.assertNotIn("Ctrl+Page Down", lines)
 
     def test_the_background_of_the_page_is_a_resource(self):
         viewer = self.view(document("two-columns.pdf"))

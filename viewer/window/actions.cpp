@@ -69,6 +69,34 @@ std::string with(std::string text, const std::string &mark, const std::string &v
   return text;
 }
 
+// A key without its modifiers.
+std::string shown(const std::string &key) {
+  constexpr struct {
+    const char *key, *shown;
+  } names[] = {{"plus", "+"},
+               {"minus", "-"},
+               {"Prior", "Page Up"},
+               {"Next", "Page Down"},
+               {"slash", "/"},
+               {"equal", "="},
+               {"space", "Space"},
+               {"KP_Add", "Keypad +"},
+               {"KP_Subtract", "Keypad -"},
+               {"Cancel", "Esc"},
+               {"BackSpace", "Backspace"},
+               {"BeginLine", "Home"},
+               {"EndLine", "End"},
+               {"PageUp", "Page Up"},
+               {"PageDown", "Page Down"}};
+  const std::string plain = key.starts_with("osf") ? key.substr(3) : key; // the toolkit's names for keys
+  const auto *const known =
+      std::find_if(std::begin(names), std::end(names), [&](const auto &one) { return plain == one.key; });
+  if (known != std::end(names)) return known->shown;
+  std::string name = plain;
+  if (name.size() == 1) name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
+  return name;
+}
+
 } // namespace
 
 std::span<const Action> actions() { return table; }
@@ -89,29 +117,32 @@ std::string keyName(const std::string &translation) {
   const size_t open = translation.find('<'), close = translation.find('>');
   if (open == std::string::npos || close == std::string::npos) return translation;
   std::string name;
-  std::string modifier;
-  for (const char c : translation.substr(0, open) + ' ') {
-    if (c != ' ' && c != ':') {
-      modifier += c;
-    } else if (!modifier.empty()) {
-      if (modifier[0] != '~') name += modifier + "+";
-      modifier.clear();
-    }
+  std::istringstream modifiers(translation.substr(0, open));
+  for (std::string modifier; modifiers >> modifier;) {
+    if (modifier[0] == ':' || modifier[0] == '!') modifier.erase(0, 1);
+    if (modifier.empty() || modifier[0] == '~') continue;
+    name += (modifier == "Mod1" ? "Alt" : modifier == "Mod4" ? "Super" : modifier) + "+";
   }
-  std::string key = translation.substr(close + 1);
   constexpr struct {
-    const char *key, *shown;
-  } names[] = {{"plus", "+"},         {"minus", "-"},        {"osfPageUp", "Page Up"},     {"osfPageDown", "Page Down"},
-               {"Prior", "Page Up"},  {"Next", "Page Down"}, {"osfCancel", "Esc"},         {"slash", "/"},
-               {"equal", "="},        {"osfUp", "Up"},       {"osfDown", "Down"},          {"osfLeft", "Left"},
-               {"osfRight", "Right"}, {"space", "Space"},    {"osfBackSpace", "Backspace"}};
-  const auto *const known =
-      std::find_if(std::begin(names), std::end(names), [&](const auto &one) { return key == one.key; });
-  if (known != std::end(names))
-    key = known->shown;
-  else if (key.size() == 1)
-    key[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(key[0])));
-  return name + key;
+    const char *event, *shown;
+  } buttons[] = {{"Btn1Down", "Left button"},
+                 {"Btn2Down", "Middle button"},
+                 {"Btn3Down", "Right button"},
+                 {"Btn4Down", "Wheel up"},
+                 {"Btn5Down", "Wheel down"}};
+  for (const auto &button : buttons)
+    if (translation.compare(open + 1, close - open - 1, button.event) == 0) return name + button.shown;
+  return name + shown(translation.substr(close + 1));
+}
+
+std::string shortLabel(const std::string &name) {
+  const auto is = [](int (*kind)(int), char c) { return kind(static_cast<unsigned char>(c)) != 0; };
+  std::string label;
+  for (const char c : name.substr(name.rfind(':') + 1)) {
+    if (is(std::isupper, c) && !label.empty() && is(std::islower, label.back())) label += ' ';
+    label += c;
+  }
+  return label.empty() ? name : label;
 }
 
 std::string widgetName(const std::string &button) {

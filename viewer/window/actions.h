@@ -34,8 +34,10 @@ inline constexpr const char *pluginMenu = "Tools", *windowMenu = "Window";
 
 /// The translations of keys and mouse on the page; a user's resource overrides them.
 std::string pageTranslations();
-/// A translation's key as it is shown to users: "Ctrl+Shift+G" for "Ctrl Shift<Key>g".
+/// A translation's key as it is shown to users: "Ctrl+Shift+G" for "Ctrl Shift<Key>g", "Wheel up" for "<Btn4Down>".
 std::string keyName(const std::string &translation);
+/// The text of a plug-in's button in the menu: "Next Page" for "Plugin:NextPage". A button has no other short text.
+std::string shortLabel(const std::string &button);
 /// The widget's name for a tool button's: names in resources cannot contain a colon.
 std::string widgetName(const std::string &button);
 

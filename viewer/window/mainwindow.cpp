@@ -71,7 +71,7 @@ uint32_t modifiersOf(const XEvent *event) {
 
 MainWindow::MainWindow(Toolkit &toolkit, const Model &model, host::Application &app, const host::PluginLoader &plugins)
     : toolkit_(toolkit), model_(model), app_(app), plugins_(plugins), dialogs_(std::make_unique<Dialogs>(*this)),
-      findDialog_(std::make_unique<FindDialog>(*this)) {
+      findDialog_(std::make_unique<FindDialog>(*this)), keysDialog_(toolkit) {
   s_window = this;
   char doName[] = "do", dragName[] = "drag";
   XtActionsRec procedures[] = {{doName, doAction}, {dragName, dragAction}};
@@ -197,13 +197,12 @@ void MainWindow::askPassword(const Target &target, bool again) {
 int32_t MainWindow::alert(const host::Alert &alert) { return dialogs_->alert(alert); }
 
 void MainWindow::showKeys() {
-  std::string text;
-  for (const Action &action : actions())
-    if (const std::string key = menuBar_->keyOf(action.name); !key.empty())
-      text += key + "   " + action.command().sentence + "\n";
-  text += "\nF3, Shift+F3   Next, previous hit\nPage Up, Page Down, Space   A page of the window\n"
-          "Arrows, wheel   A little\n+, -, Ctrl+wheel   Larger, smaller\nF10   Menus\nEsc   Ends a search";
-  dialogs_->showInformation("Keys", text);
+  fillMenus();
+  const auto accelerator = [this](const std::string &command) { return menuBar_->keyOf(command); };
+  std::vector<KeyRow> ofPlugins;
+  for (const KeyOfButton &button : menuBar_->pluginKeys())
+    ofPlugins.push_back({pluginMenu, button.key, button.label, ""});
+  keysDialog_.show(keyRows(accelerator, pageArea_->usersTranslations(), ofPlugins));
 }
 
 void MainWindow::showPlugins() {

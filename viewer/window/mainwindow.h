@@ -16,6 +16,7 @@
 #include "viewer/window/dialogs.h"
 #include "viewer/window/finddialog.h"
 #include "viewer/window/icons.h"
+#include "viewer/window/keysdialog.h"
 #include "viewer/window/menubar.h"
 #include "viewer/window/pagearea.h"
 #include "viewer/window/toolbarview.h"
@@ -86,6 +87,7 @@ private:
   std::unique_ptr<PageArea> pageArea_;
   std::unique_ptr<Dialogs> dialogs_;
   std::unique_ptr<FindDialog> findDialog_;
+  KeysDialog keysDialog_;
   std::string statusText_, pluginText_, title_;
   std::vector<host::ToolButton *> own_; ///< their actions refer to this window
   size_t marks_ = 0;

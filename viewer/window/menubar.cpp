@@ -79,6 +79,13 @@ std::string MenuBar::keyOf(const std::string &action) const {
   return found == keys_.end() ? "" : found->second;
 }
 
+std::vector<KeyOfButton> MenuBar::pluginKeys() const {
+  std::vector<KeyOfButton> keys;
+  for (const PluginEntry &entry : plugins_)
+    if (!entry.key.empty()) keys.push_back({entry.key, entry.tip.empty() ? entry.label : entry.tip});
+  return keys;
+}
+
 void MenuBar::update() {
   if (entries_.empty()) return;
   for (const Action &action : actions())
@@ -95,7 +102,7 @@ void MenuBar::updatePlugins() {
   }
   const bool same = std::equal(there.begin(), there.end(), plugins_.begin(), plugins_.end(),
                                [](const host::ToolButton *button, const PluginEntry &entry) {
-                                 return button == entry.button && button->tip == entry.label;
+                                 return button == entry.button && button->tip == entry.tip;
                                });
   if (!same) {
     for (const PluginEntry &entry : plugins_)
@@ -103,11 +110,12 @@ void MenuBar::updatePlugins() {
     plugins_.clear();
     for (host::ToolButton *button : there) {
       const std::string name = host::Runtime::current().atoms.name(button->name);
-      ::Widget entry = addEntry(menus_.at(pluginMenu), widgetName(name), button->tip.empty() ? name : button->tip);
-      showAccelerator(entry);
+      const std::string label = shortLabel(name);
+      ::Widget entry = addEntry(menus_.at(pluginMenu), widgetName(name), label);
+      const std::string key = showAccelerator(entry);
       // Modifiers of the entry's key are not passed to the button.
       whenever(entry, XmNactivateCallback, [this, button](const XEvent *) { window_.press(*button, nullptr); });
-      plugins_.push_back({button, button->tip, entry});
+      plugins_.push_back({button, label, button->tip, key, entry});
     }
   }
   for (const PluginEntry &entry : plugins_)

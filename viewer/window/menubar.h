@@ -15,6 +15,11 @@ namespace viewer {
 
 class MainWindow;
 
+/// A key as users read it, and what it does.
+struct KeyOfButton {
+  std::string key, label;
+};
+
 class MenuBar {
 public:
   /// Creates empty menus: filling them takes time and can wait until the first page is shown.
@@ -23,6 +28,8 @@ public:
   ::Widget widget() const { return bar_; }
   /// The text of an action's key; empty if it has none or the menus are not filled yet.
   std::string keyOf(const std::string &action) const;
+  /// The keys of the plug-ins' buttons, and what they do.
+  std::vector<KeyOfButton> pluginKeys() const;
   /// Brings everything up to date.
   void update();
 
@@ -39,7 +46,7 @@ private:
   std::map<std::string, std::string> keys_; ///< likewise
   struct PluginEntry {
     host::ToolButton *button;
-    std::string label;
+    std::string label, tip, key;
     ::Widget widget;
   };
   std::vector<PluginEntry> plugins_;

@@ -39,17 +39,19 @@ PageArea::PageArea(MainWindow &window, ::Widget parent) : window_(window) {
   ticksArea_ = create("ticks", xmDrawingAreaWidgetClass, form_);
   XtOverrideTranslations(area_, XtParseTranslationTable(pageTranslations().c_str()));
   // The user's come last: Motif overrides translations that are set at the widget's creation.
-  XtTranslations keys = nullptr;
-  constexpr Cardinal size = sizeof(XtPointer); // of XtTranslations, a pointer
+  String keys = nullptr;
   XtResource resource{const_cast<char *>(XmNtranslations),
                       const_cast<char *>(XmCTranslations),
-                      const_cast<char *>(XmRTranslationTable),
-                      size,
+                      const_cast<char *>(XmRString),
+                      sizeof(String),
                       0,
                       const_cast<char *>(XmRImmediate),
                       nullptr};
   XtGetApplicationResources(area_, &keys, &resource, 1, nullptr, 0);
-  if (keys != nullptr) XtOverrideTranslations(area_, keys);
+  if (keys != nullptr) {
+    usersTranslations_ = keys;
+    XtOverrideTranslations(area_, XtParseTranslationTable(keys));
+  }
   XtVaGetValues(area_, XmNbackground, &background_, nullptr);
   border_ = color("pageBorder", "PageBorder", "#A9ACB1");
   tick_ = color("tickColor", "TickColor", "#D8A200");

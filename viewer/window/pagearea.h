@@ -42,6 +42,9 @@ public:
   Place pagePlace() const;
   const std::vector<int32_t> &ticks() const { return ticks_; }
 
+  /// The user's translations of the page, as in their resource.
+  const std::string &usersTranslations() const { return usersTranslations_; }
+
   /// The steps of the drag action.
   void beginDrag(const XEvent &event);
   void drag(const XEvent &event);
@@ -64,7 +67,7 @@ private:
   bool wide_ = false; ///< the horizontal scroll bar is shown
   bool held_ = false; ///< a user drags the vertical slider, which stays where it is held
   std::vector<int32_t> ticks_;
-  std::string note_;
+  std::string note_, usersTranslations_;
   int dragX_ = 0, dragY_ = 0;
   bool dragging_ = false;
 };

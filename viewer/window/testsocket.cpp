@@ -30,14 +30,28 @@
 namespace viewer {
 namespace {
 
+// With the line feeds, which are no characters of the toolkit's strings.
+std::string plainText(XmString string) {
+  XmStringContext context = nullptr;
+  std::string text;
+  if (string == nullptr || XmStringInitContext(&context, string) == 0) return text;
+  for (XmStringComponentType type = XmSTRING_COMPONENT_UNKNOWN; type != XmSTRING_COMPONENT_END;) {
+    unsigned length = 0;
+    XtPointer value = nullptr;
+    type = XmStringGetNextTriple(context, &length, &value);
+    if (type == XmSTRING_COMPONENT_TEXT || type == XmSTRING_COMPONENT_LOCALE_TEXT)
+      text.append(static_cast<const char *>(value), length);
+    if (type == XmSTRING_COMPONENT_SEPARATOR) text += '\n';
+    XtFree(static_cast<char *>(value));
+  }
+  XmStringFreeContext(context);
+  return text;
+}
+
 std::string labelOf(::Widget widget) {
   XmString label = nullptr;
   XtVaGetValues(widget, XmNlabelString, &label, nullptr);
-  char *text = label == nullptr ? nullptr
-                                : static_cast<char *>(XmStringUnparse(label, nullptr, XmCHARSET_TEXT, XmMULTIBYTE_TEXT,
-                                                                      nullptr, 0, XmOUTPUT_ALL));
-  std::string copy = text == nullptr ? "" : text;
-  XtFree(text);
+  std::string copy = plainText(label);
   if (label != nullptr) XmStringFree(label);
   return copy;
 }

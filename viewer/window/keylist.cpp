@@ -1,0 +1,125 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "viewer/window/keylist.h"
+
+#include <algorithm>
+#include <cctype>
+#include <iterator>
+#include <set>
+#include <sstream>
+
+#include "viewer/window/actions.h"
+
+namespace viewer {
+namespace {
+
+std::string trimmed(const std::string &text) {
+  const size_t first = text.find_first_not_of(" \t"), last = text.find_last_not_of(" \t");
+  return first == std::string::npos ? "" : text.substr(first, last - first + 1);
+}
+
+// A line of a table of translations.
+struct Translation {
+  std::string event;                     // "Ctrl ~Shift<Key>x"
+  std::string key;                       // "<Key>x"
+  std::set<std::string> held, forbidden; // modifiers; others are ignored
+  std::string action, argument;          // of the first call: "do" has the name of a command
+};
+
+Translation parsed(const std::string &line) {
+  Translation result;
+  const size_t open = line.find('<'), end = line.find(':', std::min(line.find('>'), line.size()));
+  if (open == std::string::npos || end == std::string::npos) return result;
+  result.event = trimmed(line.substr(0, end));
+  result.key = trimmed(line.substr(open, end - open));
+  std::istringstream modifiers(line.substr(line[0] == ':' ? 1 : 0, open - (line[0] == ':' ? 1 : 0)));
+  for (std::string modifier; modifiers >> modifier;)
+    if (modifier[0] == '~')
+      result.forbidden.insert(modifier.substr(1));
+    else
+      result.held.insert(modifier);
+  const std::string call = trimmed(line.substr(end + 1));
+  const size_t bracket = call.find('('), close = call.find(')'), comma = std::min(call.find(','), close);
+  result.action = call;
+  if (call.starts_with("do(") && close != std::string::npos) {
+    result.action = trimmed(call.substr(bracket + 1, comma - bracket - 1));
+    if (comma < close) result.argument = trimmed(call.substr(comma + 1, close - comma - 1));
+  }
+  return result;
+}
+
+std::vector<Translation> parsedLines(const std::string &table) {
+  std::vector<Translation> result;
+  std::istringstream lines(table);
+  for (std::string line; std::getline(lines, line);) {
+    line = trimmed(line);
+    if (line.starts_with('#')) // "#override", and perhaps a translation after it
+      line = trimmed(line.substr(std::min(line.find_first_of(" \t"), line.size())));
+    if (Translation one = parsed(line); !one.event.empty()) result.push_back(std::move(one));
+  }
+  return result;
+}
+
+// Whether the user's translation is invoked by the key of the program's, with its modifiers and no others.
+bool hides(const Translation &users, const Translation &programs) {
+  const auto held = [&](const std::string &modifier) { return programs.held.contains(modifier); };
+  return users.key == programs.key && std::all_of(users.held.begin(), users.held.end(), held) &&
+         std::none_of(users.forbidden.begin(), users.forbidden.end(), held);
+}
+
+std::vector<Translation> inForce(const std::string &usersTranslations) {
+  std::vector<Translation> result = parsedLines(usersTranslations);
+  const size_t users = result.size();
+  for (const Translation &one : parsedLines(pageTranslations()))
+    if (std::none_of(result.begin(), result.begin() + static_cast<std::ptrdiff_t>(users),
+                     [&](const Translation &user) { return hides(user, one); }))
+      result.push_back(one);
+  return result;
+}
+
+// Adds a key to a row, once.
+void add(KeyRow &row, const std::string &key) {
+  if (key.empty() || (", " + row.keys + ", ").find(", " + key + ", ") != std::string::npos) return;
+  row.keys += (row.keys.empty() ? "" : ", ") + key;
+}
+
+// What a translation does that calls no command, or one with an argument.
+std::string sentenceOf(const Translation &translation) {
+  if (translation.action == "drag(begin)") return "Drags the page";
+  const Command *command = findCommand(translation.action);
+  if (command == nullptr) return translation.action;
+  const std::string sentence = command->sentence, dots = "\u2026";
+  return (sentence.ends_with(dots) ? sentence.substr(0, sentence.size() - dots.size()) : sentence) + " " +
+         translation.argument;
+}
+
+} // namespace
+
+std::vector<KeyRow> keyRows(const std::function<std::string(const std::string &)> &accelerator,
+                            const std::string &usersTranslations, const std::vector<KeyRow> &others) {
+  std::vector<KeyRow> rows;
+  for (const Action &action : actions()) {
+    rows.push_back({action.menu == nullptr ? pageGroup : action.menu, "", action.command().sentence, action.name});
+    if (action.menu != nullptr) add(rows.back(), accelerator(action.name));
+  }
+  for (const Translation &one : inForce(usersTranslations)) {
+    if (one.action == "drag(move)" || one.action == "drag(end)") continue; // parts of what drag(begin) begins
+    const bool plain = findCommand(one.action) != nullptr && one.argument.empty();
+    const std::string sentence = plain ? "" : sentenceOf(one);
+    const auto known = std::find_if(rows.begin(), rows.end(), [&](const KeyRow &row) {
+      return plain ? row.command == one.action : row.sentence == sentence;
+    });
+    KeyRow &row = known != rows.end() ? *known : rows.emplace_back(KeyRow{pageGroup, "", sentence, ""});
+    add(row, keyName(one.event));
+  }
+  rows.push_back({pageGroup, "F10", "Opens the menus", ""}); // the toolkit's keys, as the one with the first letter
+  for (const std::string menu : menuNames())
+    add(rows.back(), "Alt+" + menu.substr(0, 1));
+  rows.insert(rows.end(), others.begin(), others.end());
+  std::erase_if(rows, [](const KeyRow &row) { return row.keys.empty(); });
+  const auto rank = [](const KeyRow &row) { return std::ranges::find(menuNames(), row.group) - menuNames().begin(); };
+  std::ranges::stable_sort(rows, {}, rank);
+  return rows;
+}
+
+} // namespace viewer

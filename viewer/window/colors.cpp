@@ -44,6 +44,15 @@ Pixmap Colors::pixmap(const std::vector<uint32_t> &pixels, int width, int height
   return made;
 }
 
+Pixel colorResource(Widget widget, const char *name, const char *className, const char *otherwise) {
+  Pixel pixel = 0;
+  XtResource resource{
+      const_cast<char *>(name),      const_cast<char *>(className), const_cast<char *>(XmRPixel), sizeof(Pixel), 0,
+      const_cast<char *>(XmRString), const_cast<char *>(otherwise)};
+  XtGetApplicationResources(widget, &pixel, &resource, 1, nullptr, 0);
+  return pixel;
+}
+
 uint32_t blend(const host::Rgb &background, const host::Rgb &ink, double share) {
   const auto mixed = [share](uint8_t from, uint8_t to) {
     return static_cast<uint32_t>(std::lround(from + (to - from) * share));

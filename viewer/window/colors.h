@@ -29,6 +29,9 @@ private:
   Screen *screen_;
 };
 
+/// The colour of a resource of the application.
+Pixel colorResource(Widget widget, const char *name, const char *className, const char *otherwise);
+
 /// The second colour blended over the first with an opacity of `share`, as a pixel 0xFFRRGGBB.
 uint32_t blend(const host::Rgb &background, const host::Rgb &ink, double share);
 

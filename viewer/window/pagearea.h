@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The page on its background, a scroll bar for the document with ticks beside it, and a horizontal one for a page that
-// is wider than the window.
+// Lays out the page with its scroll bars and ticks, and takes its keys and the mouse.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -9,7 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "viewer/window/motif.h"
+#include "viewer/window/pagepainter.h"
+#include "viewer/window/scrollbars.h"
+#include "viewer/window/ticks.h"
 
 namespace viewer {
 
@@ -19,7 +20,6 @@ class Toolkit;
 class PageArea {
 public:
   PageArea(MainWindow &window, ::Widget parent);
-  ~PageArea();
   PageArea(const PageArea &) = delete;
   PageArea &operator=(const PageArea &) = delete;
 
@@ -40,7 +40,7 @@ public:
   const std::string &noted() const { return note_; }
   /// The position of the complete page on the area, in pixels; negative if it starts outside of it.
   Place pagePlace() const;
-  const std::vector<int32_t> &ticks() const { return ticks_; }
+  const std::vector<int32_t> &ticks() const { return ticks_.pages(); }
 
   /// The user's translations of the page, as in their resource.
   const std::string &usersTranslations() const { return usersTranslations_; }
@@ -51,22 +51,12 @@ public:
   void endDrag();
 
 private:
-  void paint();
-  void paintTicks();
-  void paintNote(const Place &page);
-  void sliderMoved();
-  void movedSideways();
-  void tickPressed(int y);
-  Pixel color(const char *name, const char *className, const char *otherwise) const;
-
   MainWindow &window_;
-  ::Widget form_, area_, vertical_, horizontal_, ticksArea_;
-  GC context_;
-  Pixel background_, border_, tick_, noteColor_;
+  ::Widget form_, area_;
+  ScrollBars bars_;
+  Ticks ticks_;
+  PagePainter painter_;
   int width_ = 0, height_ = 0;
-  bool wide_ = false; ///< the horizontal scroll bar is shown
-  bool held_ = false; ///< a user drags the vertical slider, which stays where it is held
-  std::vector<int32_t> ticks_;
   std::string note_, usersTranslations_;
   int dragX_ = 0, dragY_ = 0;
   bool dragging_ = false;

@@ -22,6 +22,15 @@ constexpr double marginWidth = 12, barWidth = 14, ticksWidth = 8;
                                  XmNresizePolicy, XmRESIZE_NONE, XmNtraversalOn, True, nullptr);
 }
 
+// The wheel scrolls beside the page as on it. The event ends here: the scroll bar would scroll, too.
+void wheelBeside(::Widget /*widget*/, XtPointer window, XEvent *event, Boolean *continueToDispatch) {
+  const unsigned button = event->xbutton.button;
+  if (button != Button4 && button != Button5) return;
+  *continueToDispatch = False;
+  if (event->type == ButtonPress)
+    guarded([&] { static_cast<MainWindow *>(window)->run(*findCommand(button == Button4 ? "WheelUp" : "WheelDown")); });
+}
+
 } // namespace
 
 PageArea::PageArea(MainWindow &window, ::Widget parent)
@@ -43,7 +52,7 @@ PageArea::PageArea(MainWindow &window, ::Widget parent)
     XtOverrideTranslations(area_, XtParseTranslationTable(keys));
   }
   for (::Widget beside : {bars_.vertical(), ticks_.widget()})
-    XtOverrideTranslations(beside, XtParseTranslationTable("<Btn5Down>: do(WheelDown)\n<Btn4Down>: do(WheelUp)\n"));
+    XtInsertEventHandler(beside, ButtonPressMask | ButtonReleaseMask, False, wheelBeside, &window_, XtListHead);
   whenever(area_, XmNexposeCallback, [this](const XEvent *event) {
     if (event == nullptr || event->xexpose.count == 0) show();
   });

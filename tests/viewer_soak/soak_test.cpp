@@ -20,6 +20,7 @@
 #include "support/pdf.h"
 #include "tools/display.h"
 #include "viewer/model/session.h"
+#include "viewer/window/environment.h"
 #include "viewer/window/mainwindow.h"
 
 // Last: its macros conflict with the test library.
@@ -67,7 +68,7 @@ protected:
   struct Started {
     tools::Display display;
     Started() {
-      viewer::Toolkit::prepare();
+      viewer::prepareEnvironment();
       display.await();
     }
   };

@@ -10,9 +10,6 @@
 #include <algorithm>
 #include <clocale>
 #include <cstdlib>
-#include <cstring>
-#include <filesystem>
-#include <langinfo.h>
 
 #include "host/kernel/error.h"
 #include "host/view/desktop.h"
@@ -22,32 +19,10 @@
 namespace viewer {
 namespace {
 
-// Texts are UTF-8 in any locale: a plain "C" would show a question mark for every umlaut.
-void chooseLocale() {
-  std::setlocale(LC_CTYPE, "");
-  if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
-}
-
 // The toolkit calls this for the locale when it opens a display. Without it, titles are interpreted as Latin-1.
 String currentLocale(::Display * /*display*/, String /*language*/, XtPointer /*closure*/) {
   XSetLocaleModifiers("");
   return std::setlocale(LC_CTYPE, nullptr);
-}
-
-// Has Xlib cache the table of compose sequences: reading it takes a tenth of the time until the first page is shown.
-void keepComposedKeys() {
-  const char *cache = std::getenv("XDG_CACHE_HOME"), *home = std::getenv("HOME");
-  std::filesystem::path directory;
-  if (cache != nullptr && *cache == '/')
-    directory = cache;
-  else if (home != nullptr && *home == '/')
-    directory = std::filesystem::path(home) / ".cache";
-  else
-    return;
-  std::error_code failed; // then the table is read each time
-  directory /= "tavrel/compose";
-  std::filesystem::create_directories(directory, failed);
-  if (!failed) setenv("XCOMPOSECACHE", directory.c_str(), 0);
 }
 
 // Not through exit: threads still use what it would destroy.
@@ -90,11 +65,6 @@ void merge(XrmDatabase &database, const std::string &lines, bool overrides) {
 }
 
 } // namespace
-
-void Toolkit::prepare() {
-  chooseLocale();
-  keepComposedKeys();
-}
 
 Toolkit::Toolkit(const ToolkitOptions &options) {
   XtToolkitInitialize();

@@ -11,8 +11,6 @@ namespace viewer {
 
 class Toolkit {
 public:
-  /// Must be called before threads are started: sets the locale and the environment.
-  static void prepare();
   /// Throws host::HostError if the display cannot be opened or has too few colours.
   explicit Toolkit(const ToolkitOptions &options);
   ~Toolkit();

@@ -4,96 +4,26 @@
 #include "viewer/window/view.h"
 #include "viewer/model/session.h"
 
-#include <fcntl.h>
-#include <fontconfig/fontconfig.h>
 #include <poll.h>
-#include <unistd.h>
 
 #include <chrono>
 
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <thread>
 
 #include "host/view/desktop.h"
+#include "viewer/window/collector.h"
 #include "viewer/window/embedding.h"
+#include "viewer/window/environment.h"
+#include "viewer/window/fontsahead.h"
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
 #include "viewer/window/testsocket.h"
+#include "viewer/window/waker.h"
 
 namespace viewer {
 namespace {
-
-// Wakes the event loop from another thread.
-class Waker {
-public:
-  Waker() {
-    if (pipe2(ends_, O_CLOEXEC | O_NONBLOCK) != 0) throw host::HostError(tavrel::errGeneric, "no pipe can be made");
-  }
-  ~Waker() {
-    close(ends_[0]);
-    close(ends_[1]);
-  }
-  Waker(const Waker &) = delete;
-  Waker &operator=(const Waker &) = delete;
-
-  int end() const { return ends_[0]; }
-  void wake() const {
-    const char byte = 0;
-    if (write(ends_[1], &byte, 1) < 0) return; // full: a wake-up is pending
-  }
-  void clear() const {
-    char bytes[64];
-    while (read(ends_[0], bytes, sizeof bytes) > 0) {
-    }
-  }
-
-private:
-  int ends_[2];
-};
-
-struct Collector {
-  Waker &waker;
-  Session &session;
-  host::Application &app;
-  bool missed = false; ///< there was a wake-up during a call of a plug-in
-
-  // Documents are not opened or closed during a call of a plug-in.
-  void collect() {
-    missed = app.calling();
-    if (!missed) guarded([this] { session.arrivals.collect(); });
-  }
-};
-
-void collectResults(XtPointer data, int * /*source*/, XtInputId * /*id*/) {
-  auto &collector = *static_cast<Collector *>(data);
-  collector.waker.clear();
-  collector.collect();
-}
-
-// Looks up fonts while everything else starts: reading their configuration takes as long as opening a document.
-class FontsAhead {
-public:
-  FontsAhead()
-      : thread_([] {
-          FcPattern *pattern = FcNameParse(reinterpret_cast<const FcChar8 *>("DejaVu Sans-10"));
-          FcConfigSubstitute(nullptr, pattern, FcMatchPattern);
-          FcDefaultSubstitute(pattern);
-          FcResult result = FcResultNoMatch;
-          if (FcPattern *match = FcFontMatch(nullptr, pattern, &result)) FcPatternDestroy(match);
-          FcPatternDestroy(pattern);
-        }) {}
-  ~FontsAhead() { await(); }
-  FontsAhead(const FontsAhead &) = delete;
-  FontsAhead &operator=(const FontsAhead &) = delete;
-  void await() {
-    if (thread_.joinable()) thread_.join();
-  }
-
-private:
-  std::thread thread_;
-};
 
 // Waits up to 100 ms for the first document, so that its page is rendered while the window is created. A document that
 // takes longer is shown later.
@@ -157,8 +87,7 @@ struct Closing {
 };
 
 ViewEnd run(const ViewOptions &options) {
-  // Before threads are started, which read the environment and the locale.
-  Toolkit::prepare();
+  prepareEnvironment();
   if (!options.into.empty()) setenv("TAVREL_PLUGIN_PARENTLESS_ROOT", "1", 0);
   Waker waker; // outlives the threads, which use it
   FontsAhead fonts;
@@ -190,18 +119,17 @@ ViewEnd run(const ViewOptions &options) {
   fonts.await();
   MainWindow &window = windows.get();
   if (!options.note.empty()) window.dialogs().showInformation("Tavrel", options.note);
-  Collector collector{waker, session, app};
-  const XtInputId input = XtAppAddInput(toolkit.context(), waker.end(), reinterpret_cast<XtPointer>(XtInputReadMask),
-                                        collectResults, &collector);
   // If none of the documents can be opened the viewer ends, unless it is embedded.
   const bool staysEmpty = options.documents.empty() || !options.into.empty();
   bool noDocument = false, had = false;
-  window.loop([&] {
-    if (collector.missed) collector.collect();
-    had |= session.documents.front() != nullptr || session.documents.asksPassword();
-    return noDocument = !staysEmpty && !had && !session.documents.opening();
-  });
-  XtRemoveInput(input);
+  {
+    Collector collector(toolkit.context(), waker, session.arrivals, app);
+    window.loop([&] {
+      collector.collectMissed();
+      had |= session.documents.front() != nullptr || session.documents.asksPassword();
+      return noDocument = !staysEmpty && !had && !session.documents.opening();
+    });
+  }
   window.watcher = {};
   const ViewEnd end = noDocument ? ViewEnd::noDocument : ViewEnd::closed;
   session.documents.closeAll();

@@ -1,26 +1,28 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The window: menu bar, tool bar, page area, status line, and the dialogs. Shows the session's state and calls its
-// operations.
+// The window: owns its parts (menu bar, tool bar, page area, status line, dialogs) and lays them out. It is long
+// because it implements all that commands need of a window (Frontend); each of these is a few lines that call a part.
 #pragma once
 
 #include <Xm/Xm.h>
 
-#include <chrono>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "host/kernel/loader.h"
 #include "viewer/model/commands.h"
+#include "viewer/window/bindings.h"
 #include "viewer/window/dialogs.h"
+#include "viewer/window/eventloop.h"
 #include "viewer/window/finddialog.h"
-#include "viewer/window/icons.h"
 #include "viewer/window/keysdialog.h"
 #include "viewer/window/menubar.h"
 #include "viewer/window/pagearea.h"
+#include "viewer/window/refresh.h"
+#include "viewer/window/statusbar.h"
 #include "viewer/window/toolbarview.h"
 #include "viewer/window/toolkit.h"
+#include "viewer/window/windowtitle.h"
 
 namespace viewer {
 
@@ -49,7 +51,7 @@ public:
   void showKeys() override;
   void showPlugins() override;
   void showAbout() override;
-  void quit() override { quits_ = true; }
+  void quit() override { loop_.quit(); }
   void focusPage();
   void run(const Command &command, const std::string &argument = {});
   void press(host::ToolButton &button, const XEvent *event);
@@ -64,36 +66,32 @@ public:
   std::function<void()> watcher;
   /// Draws and shows what has changed. Each iteration of the event loop ends with it.
   void update();
-  /// How many drawings with marks have been shown so far.
-  size_t marksShown() const { return marks_; }
-  /// The longest iteration of the event loop so far, in milliseconds, from waking up to waiting again.
-  double longestIteration() const { return longestIteration_; }
+  const Refresh &refresh() const { return refresh_; }
+  const EventLoop &eventLoop() const { return loop_; }
+  /// What an empty page area says: how to open a document.
+  std::string invitation() const;
 
 private:
   void build();
-  void fillMenus();
-  void show();
-  void showStatus();
-  void showTitle();
-  void watchWaiting();
+  bool fillMenus();
+  void show(uint32_t parts);
 
   Toolkit &toolkit_;
   Model model_;
   host::Application &app_;
   const host::PluginLoader &plugins_;
-  ::Widget form_ = nullptr, status_ = nullptr, pluginStatus_ = nullptr;
+  EventLoop loop_;
+  Bindings bindings_;
+  ::Widget form_ = nullptr;
   std::unique_ptr<MenuBar> menuBar_;
   std::unique_ptr<ToolBarView> toolBar_;
   std::unique_ptr<PageArea> pageArea_;
+  std::unique_ptr<StatusBar> statusBar_;
   std::unique_ptr<Dialogs> dialogs_;
   std::unique_ptr<FindDialog> findDialog_;
   KeysDialog keysDialog_;
-  std::string statusText_, pluginText_, title_;
-  std::vector<host::ToolButton *> own_; ///< their actions refer to this window
-  size_t marks_ = 0;
-  double longestIteration_ = 0;
-  XtIntervalId waitingTimer_ = 0, redrawTimer_ = 0;
-  bool quits_ = false;
+  WindowTitle title_;
+  Refresh refresh_;
 };
 
 } // namespace viewer

@@ -8,6 +8,8 @@
 #include <cstdio>
 #include <exception>
 
+#include "host/view/toolbar.h"
+
 namespace viewer {
 namespace {
 
@@ -50,6 +52,19 @@ std::string textOf(Widget field) {
   std::string copy = text == nullptr ? "" : text;
   XtFree(text);
   return copy;
+}
+
+uint32_t modifiersOf(const XEvent *event) {
+  if (event == nullptr || (event->type != ButtonPress && event->type != ButtonRelease)) return 0;
+  constexpr struct {
+    unsigned state;
+    uint32_t key;
+  } keys[] = {
+      {ShiftMask, tavrel::modifierShift}, {ControlMask, tavrel::modifierControl}, {Mod1Mask, tavrel::modifierAlt}};
+  uint32_t held = 0;
+  for (const auto &[state, key] : keys)
+    if ((event->xbutton.state & state) != 0) held |= key;
+  return held;
 }
 
 Place placeOf(Widget widget) {

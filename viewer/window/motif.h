@@ -5,6 +5,7 @@
 
 #include <Xm/Xm.h>
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -39,6 +40,8 @@ void setLabel(Widget label, const std::string &utf8);
 void setSensitive(Widget widget, bool sensitive);
 /// The text of a text field, UTF-8.
 std::string textOf(Widget field);
+/// The modifier keys (tavrel::ModifierKey) that are held at the event of a mouse button; 0 for other events and null.
+uint32_t modifiersOf(const XEvent *event);
 /// The position of a widget on its screen, and its size.
 Place placeOf(Widget widget);
 

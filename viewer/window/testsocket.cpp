@@ -98,8 +98,8 @@ WindowState stateOf(MainWindow &window) {
   state.page.x += state.area.x;
   state.page.y += state.area.y;
   state.note = window.pageArea().noted();
-  state.marksShown = window.marksShown();
-  state.longestIteration = window.longestIteration();
+  state.marksShown = window.refresh().marksShown();
+  state.longestIteration = window.eventLoop().longestIteration();
   for (const ToolBarView::Button &button : window.toolBarView().buttons())
     state.buttons.push_back({button.name, button.tip, button.enabled, placeOf(button.widget)});
   ::Widget field = window.toolBarView().pageField();

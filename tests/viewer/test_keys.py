@@ -392,6 +392,10 @@ class Resources(ViewerTest):
             self.assertIn(keys, lines)
         self.assertNotIn("Ctrl+Page Down", lines)
 
+    def test_an_empty_window_names_the_key_that_opens_a_document(self):
+        viewer = self.view("--xrm", "Tavrel*menubar*Open.accelerator: Ctrl<Key>k")
+        viewer.until(lambda state: state["note"] == "Ctrl+K opens a document", "the key")
+
     def test_the_background_of_the_page_is_a_resource(self):
         viewer = self.view(document("two-columns.pdf"))
         area = viewer.shown(1)["area"]

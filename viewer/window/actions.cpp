@@ -135,14 +135,14 @@ std::string keyName(const std::string &translation) {
   return name + shown(translation.substr(close + 1));
 }
 
-std::string shortLabel(const std::string &name) {
+std::string shortLabel(const std::string &button) {
   const auto is = [](int (*kind)(int), char c) { return kind(static_cast<unsigned char>(c)) != 0; };
   std::string label;
-  for (const char c : name.substr(name.rfind(':') + 1)) {
+  for (const char c : button.substr(button.rfind(':') + 1)) {
     if (is(std::isupper, c) && !label.empty() && is(std::islower, label.back())) label += ' ';
     label += c;
   }
-  return label.empty() ? name : label;
+  return label.empty() ? button : label;
 }
 
 std::string widgetName(const std::string &button) {

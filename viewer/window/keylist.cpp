@@ -3,7 +3,6 @@
 #include "viewer/window/keylist.h"
 
 #include <algorithm>
-#include <cctype>
 #include <iterator>
 #include <set>
 #include <sstream>

@@ -63,7 +63,6 @@ void MainWindow::realize() {
   XtVaSetValues(shell, XmNwidth, size.width, XmNheight, size.height, nullptr);
   XtVaSetValues(shell, XmNminWidth, pixels(320), XmNminHeight, pixels(240), XmNbaseWidth, 0, XmNbaseHeight, 0, nullptr);
   XtRealizeWidget(shell);
-  setWindowIcon(shell);
   pageArea_->layOut();
 }
 
@@ -143,9 +142,11 @@ void MainWindow::update() {
   if (watcher) watcher();
 }
 
-// The tips contain the keys of the menus' entries, which a user may have changed.
+// What takes time and can wait for the first page. The tips contain the keys of the menus' entries, which a user may
+// have changed.
 bool MainWindow::fillMenus() {
   if (!menuBar_->fill()) return false;
+  setWindowIcon(toolkit_.shell());
   bindings_.addKeysToTips([this](const std::string &command) { return menuBar_->keyOf(command); });
   model_.changes.note(allParts);
   return true;

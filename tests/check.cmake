@@ -1,8 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The Tavrel developers
 # SPDX-License-Identifier: GPL-2.0-or-later
 # check/assertions.py finds tests that assert nothing, check/includes.py includes that docs/design.md does not allow;
-# ..._test.py test the checks. The desktop entry is validated where the program for that is installed. The result is the same in every preset, so they run only in those without sanitizers,
-# coverage and the C library's checks.
+# ..._test.py test the checks. The desktop entry is validated where the program for that is installed. The result is the
+# same in every preset, so they run only in those without sanitizers, coverage and the C library's checks.
 if(TAVREL_SANITIZE OR TAVREL_COVERAGE OR TAVREL_FORTIFY)
   return()
 endif()

@@ -2,9 +2,10 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 # The dialog that asks for a file. Its lists are read from the widgets.
 import os
+import shutil
 import unittest
 
-from harness import SCREENSHOTS
+from harness import SCREENSHOTS, document
 from opening import NAMES, OpenTest
 
 
@@ -252,12 +253,18 @@ class OpenSizes(OpenTest):
             self.viewer.ends()
 
     def test_the_size_stays_whatever_is_listed_and_the_lists_follow_the_window(self):
+        long = ["long " * 40 + f"{number}.pdf" for number in range(60)]  # need scroll bars
+        for name in long:
+            shutil.copy(document("cjk.pdf"), os.path.join(self.papers, "2024", name))
         self.openDialog()
         before = self.viewer.dialog("openFile")
-        self.types("x" * 300)
-        self.lists([])
-        after = self.viewer.dialog("openFile")
-        self.assertEqual([before[side] for side in ("width", "height")], [after[side] for side in ("width", "height")])
+        for text, names in (("2024/", [*long, "new.pdf"]), ("n", ["new.pdf"]), ("x" * 300, [])):
+            self.types(text)
+            self.lists(names)
+            self.display.settled()
+            after = self.viewer.dialog("openFile")
+            for side in ("width", "height"):
+                self.assertEqual(before[side], after[side], (text, side))
         self.display.xdotool("search", "--name", "^Open$", "windowsize", before["width"] + 100, before["height"] + 50)
         width = self.part({"dialogs": [before]}, "lists", "files")["width"]
         self.shows(lambda state: self.part(state, "lists", "files")["width"] > width + 60, "a wider list")

@@ -38,13 +38,13 @@ void act(::Widget widget, XEvent *event, String *arguments, Cardinal *count) {
   });
 }
 
-// The toolkit does with the key what it does in a list, too, which is nothing but for a space.
+// The list handles the key as well: it selects with a space, and ignores other characters.
 void typedInList(::Widget /*list*/, XtPointer /*data*/, XEvent *event, Boolean * /*dispatch*/) {
   char typed[16];
   const int length = XLookupString(&event->xkey, typed, sizeof typed, nullptr, nullptr);
   const bool held = (event->xkey.state & (ControlMask | Mod1Mask | Mod4Mask)) != 0;
   if (s_keys == nullptr || length != 1 || held) return;
-  const std::string character = oneLine(utf8OfLatin1({typed, 1}));
+  const std::string character = oneLine(utf8OfLatin1(std::string(typed, 1)));
   if (!character.empty() && (character != " " || s_keys->hasText())) guarded([&] { s_keys->type(character); });
 }
 

@@ -63,6 +63,7 @@ std::vector<std::string> itemsOf(::Widget list) {
   int count = 0;
   XtVaGetValues(list, XmNitems, &items, XmNitemCount, &count, nullptr);
   std::vector<std::string> texts;
+  texts.reserve(static_cast<size_t>(count));
   for (int i = 0; i < count; ++i)
     texts.push_back(plainText(items[i]));
   return texts;

@@ -111,17 +111,12 @@ void Pool::end(std::unique_lock<std::mutex> &lock, Worker &worker, Job job, bool
     return source.waiting.insert(job.order);
   }
   const bool awaited = desk.awaited == job.order.front().id, wakes = !source.closed && !awaited;
-  if (!source.closed) source.answered.splice(source.answered.end(), job.order);
   if (awaited) desk.answered.notify_one();
+  if (!source.closed) source.answered.splice(source.answered.end(), job.order);
   lock.unlock();
-  if (wakes) wakeOwner();
+  if (wakes) wake_.call();
   job = {}; // may be the last one that uses a closed document
   lock.lock();
-}
-
-void Pool::wakeOwner() {
-  const std::lock_guard lock(wakeMutex_);
-  if (wake_) wake_();
 }
 
 bool Pool::finish(std::chrono::milliseconds timeout) {
@@ -134,17 +129,9 @@ bool Pool::finish(std::chrono::milliseconds timeout) {
 
 void Pool::end(std::chrono::milliseconds timeout) {
   const bool finished = finish(timeout);
-  {
-    const std::lock_guard lock(wakeMutex_);
-    wake_ = {};
-  }
-  for (std::thread &thread : threads_) {
-    if (!thread.joinable()) continue;
-    if (finished)
-      thread.join();
-    else
-      thread.detach();
-  }
+  wake_.end();
+  for (size_t i = 0; i < started_; ++i)
+    finished ? threads_[i].join() : threads_[i].detach();
 }
 
 bool Pool::underWay(uint64_t id) const noexcept {

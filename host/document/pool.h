@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "host/document/sources.h"
+#include "host/document/wake.h"
 
 namespace host {
 
@@ -48,10 +49,8 @@ private:
   void wait(std::unique_lock<std::mutex> &lock, Worker &worker, bool forOrders, Time until);
   void begin(Worker &worker, Job &job) noexcept;
   void end(std::unique_lock<std::mutex> &lock, Worker &worker, Job job, bool answered);
-  void wakeOwner();
 
-  std::mutex wakeMutex_; ///< held during a call of `wake_`
-  std::function<void()> wake_;
+  Wake wake_;
   // Protected by the desk's mutex.
   std::condition_variable first_, others_, end_;
   std::array<Worker, mostThreads> workers_;

@@ -18,7 +18,7 @@ constexpr auto waitingLimit = std::chrono::seconds(1);
 } // namespace
 
 Documents::Documents(host::Application &app, ServiceMaker makeService, StatusLine &status, Changes &changes)
-    : app_(app), makeService_(std::move(makeService)), status_(status), changes_(changes) {
+    : app_(app), status_(status), changes_(changes), opening_(std::move(makeService)) {
   app_.prepare = [this](host::ViewerDocument &document) { prepare(document); };
 }
 
@@ -46,89 +46,64 @@ void Documents::open(const Target &target, const std::string &password) {
   for (const auto &one : open_)
     if (same(one->target))
       return bringToFront(static_cast<size_t>(std::find(order_.begin(), order_.end(), one->document) - order_.begin()));
-  if (std::any_of(pending_.begin(), pending_.end(), [&](const Pending &one) { return same(one.target); })) return;
+  if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return;
   std::string line = "Opening " + target.file.filename().string();
-  request({++numbers_, absolute, password, std::nullopt});
+  opening_.request({++numbers_, absolute, password});
   openingLine_ = line;
   status_.set(std::move(line));
-}
-
-// Asked for and added to `pending_`, or neither.
-void Documents::request(Pending pending) {
-  pending_.reserve(pending_.size() + 1);
-  pending.service = makeService_(pending.target.file);
-  pending.ticket = pending.service->ask(host::OpenRequest{pending.target.file, pending.password}, host::Urgency::shown,
-                                        [this, number = pending.number](host::Answer &answer) {
-                                          const auto waiting =
-                                              std::find_if(pending_.begin(), pending_.end(),
-                                                           [=](const Pending &one) { return one.number == number; });
-                                          if (waiting != pending_.end()) waiting->answer = std::move(answer);
-                                        });
-  pending_.push_back(std::move(pending));
 }
 
 void Documents::reload() {
   const OpenDocument *document = frontDocument();
   if (document == nullptr) return;
-  const auto already = [=](const Pending &one) { return one.replaces == document->number; };
-  if (std::any_of(pending_.begin(), pending_.end(), already)) return;
-  request({++numbers_, document->target, document->password, document->number});
+  if (opening_.any([=](const Opening::File &file) { return file.replaces == document->number; })) return;
+  opening_.request({++numbers_, document->target, document->password, document->number});
 }
 
-std::vector<std::shared_ptr<host::Service>> Documents::services() const {
-  std::vector<std::shared_ptr<host::Service>> all;
+Services Documents::services() const {
+  Services all;
   for (const auto &one : open_)
     all.push_back(one->service);
-  for (const Pending &one : pending_)
-    all.push_back(one.service);
+  opening_.addServices(all);
   return all;
 }
 
-bool Documents::hasOpened() const {
-  return std::any_of(pending_.begin(), pending_.end(), [](const Pending &one) { return one.answer.has_value(); });
-}
-
 void Documents::takeOpened() {
-  const auto waiting =
-      std::find_if(pending_.begin(), pending_.end(), [](const Pending &one) { return one.answer.has_value(); });
-  if (waiting == pending_.end()) return;
-  const Pending pending = std::move(*waiting);
-  pending_.erase(waiting);
-  take(pending);
+  if (const std::optional<Opening::File> file = opening_.take()) take(*file);
 }
 
-void Documents::take(const Pending &pending) {
+void Documents::take(const Opening::File &file) {
   status_.remove(openingLine_); // but not an error of another file
   changes_.note(allParts);
-  if (const auto *opened = std::get_if<host::Opened>(&pending.answer->value)) return takeDocument(pending, *opened);
-  const auto &failure = std::get<host::Failure>(pending.answer->value);
+  if (const auto *opened = std::get_if<host::Opened>(&file.answer->value)) return takeDocument(file, *opened);
+  const auto &failure = std::get<host::Failure>(file.answer->value);
   asksPassword_ = failure.needsPassword && questions != nullptr;
   if (asksPassword_)
-    questions->askPassword(pending.target, !pending.password.empty());
+    questions->askPassword(file.target, !file.password.empty());
   else
     status_.report(failure.line);
 }
 
-void Documents::takeDocument(const Pending &pending, const host::Opened &opened) {
+void Documents::takeDocument(const Opening::File &file, const host::Opened &opened) {
   std::exception_ptr failure;
   try {
     order_.reserve(order_.size() + 1);
-    std::unique_ptr<host::Document> model = host::Document::of({pending.service, waitingLimit}, opened);
+    std::unique_ptr<host::Document> model = host::Document::of({file.service, waitingLimit}, opened);
     auto window = std::make_unique<PageWindow>(*model, screenDpi);
     open_.push_back(std::make_unique<OpenDocument>(
-        OpenDocument{pending.number, nullptr, window.get(), pending.target, pending.password, pending.service}));
-    app_.open(std::move(model), std::move(window), pending.target.file, pending.target.parameters);
+        OpenDocument{file.number, nullptr, window.get(), file.target, file.password, file.service}));
+    app_.open(std::move(model), std::move(window), file.target.file, file.target.parameters);
   } catch (const std::exception &error) {
-    const OpenDocument *last = find(pending.number);
+    const OpenDocument *last = find(file.number);
     if (last == nullptr || last->document == nullptr) {
       if (last != nullptr) open_.pop_back();
       const bool memory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
-      return status_.report(host::nameInMessage(pending.target.file) + ": " +
+      return status_.report(host::nameInMessage(file.target.file) + ": " +
                             (memory ? "memory is exhausted" : error.what()));
     }
     failure = std::current_exception(); // it is open, but a plug-in may not have been notified
   }
-  if (const OpenDocument *before = pending.replaces ? find(*pending.replaces) : nullptr) replace(*before);
+  if (const OpenDocument *before = file.replaces ? find(*file.replaces) : nullptr) replace(*before);
   app_.toolBar()->updateStates();
   if (failure) std::rethrow_exception(failure);
 }
@@ -154,7 +129,7 @@ void Documents::replace(const OpenDocument &before) {
 }
 
 void Documents::close(const OpenDocument &document) {
-  std::erase_if(pending_, [&](const Pending &one) { return one.replaces == document.number; });
+  opening_.dropReload(document.number);
   for (DocumentKeeper *keeper : keepers)
     keeper->closes(document);
   std::erase(order_, document.document);

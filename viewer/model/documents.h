@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "host/document/service.h"
 #include "host/view/application.h"
 #include "viewer/model/changes.h"
+#include "viewer/model/opening.h"
 #include "viewer/model/pagewindow.h"
 #include "viewer/model/statusline.h"
 #include "viewer/model/target.h"
@@ -36,9 +36,6 @@ struct OpenDocument {
   std::shared_ptr<host::Service> service;
   bool changeIsReported = false;
 };
-
-/// Makes a service for a file, which its first request opens.
-using ServiceMaker = std::function<std::shared_ptr<host::Service>(const std::filesystem::path &file)>;
 
 /// Those who keep something of the documents.
 class DocumentKeeper {
@@ -70,7 +67,7 @@ public:
   /// parameters differ.
   void open(const Target &target, const std::string &password = {});
   /// Whether a file is still being opened.
-  bool opening() const { return !pending_.empty(); }
+  bool opening() const { return !opening_.empty(); }
   /// Whether a password has been asked for.
   bool asksPassword() const { return asksPassword_; }
   void closeFront();
@@ -98,9 +95,9 @@ public:
   std::string title() const;
 
   /// The services of all documents, also of those that are being opened.
-  std::vector<std::shared_ptr<host::Service>> services() const;
+  Services services() const;
   /// Whether a file has been opened, or could not be, that has not been taken over.
-  bool hasOpened() const;
+  bool hasOpened() const { return opening_.hasAnswer(); }
   /// Takes over the next one of these, if any. If a plug-in fails when it is notified, the document is open, and the
   /// failure is thrown at the end.
   void takeOpened();
@@ -108,31 +105,19 @@ public:
   void reportChanged(uint64_t number);
 
 private:
-  struct Pending {
-    uint64_t number = 0;
-    Target target;
-    std::string password;
-    std::optional<uint64_t> replaces; ///< the open document that is being reloaded
-    std::shared_ptr<host::Service> service = {};
-    host::Ticket ticket = {};
-    std::optional<host::Answer> answer = {};
-  };
-
-  void request(Pending pending);
-  void take(const Pending &pending);
-  void takeDocument(const Pending &pending, const host::Opened &opened);
+  void take(const Opening::File &file);
+  void takeDocument(const Opening::File &file, const host::Opened &opened);
   void prepare(host::ViewerDocument &document);
   void replace(const OpenDocument &before);
   void close(const OpenDocument &document);
   void showFront();
 
   host::Application &app_;
-  ServiceMaker makeService_;
   StatusLine &status_;
   Changes &changes_;
   std::vector<std::unique_ptr<OpenDocument>> open_;
   std::vector<host::ViewerDocument *> order_;
-  std::vector<Pending> pending_; ///< in the order of the requests
+  Opening opening_;
   uint64_t numbers_ = 0;
   bool asksPassword_ = false;
   std::string openingLine_;

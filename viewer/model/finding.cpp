@@ -24,93 +24,55 @@ void Finding::find(const FindRequest &request, bool backwards) {
     message_.clear();
     return show({});
   }
-  Search search{document->number, backwards, false, documents_.page(), documents_.pageCount()};
+  const int32_t pages = documents_.pageCount();
+  int32_t first = documents_.page();
+  wrapsAtOnce_ = false;
   if (here) {
-    search.first += backwards ? -1 : 1;
-    search.wrapsAtOnce = search.first < 0 || search.first >= search.pages;
-    if (search.wrapsAtOnce) search.first = backwards ? search.pages - 1 : 0;
+    first += backwards ? -1 : 1;
+    wrapsAtOnce_ = first < 0 || first >= pages;
+    if (wrapsAtOnce_) first = backwards ? pages - 1 : 0;
   }
-  search_ = std::move(search);
+  stop();
+  search_.emplace(document->service, request_, first, pages, backwards);
+  searchedDocument_ = document->number;
   message_ = "Searching";
   changes_.note(allParts);
-  try {
-    ask();
-  } catch (const std::exception &) {
-    stop();
-    throw;
-  }
-}
-
-// Asks for a few pages at a time, so that none of those who search waits for this thread. A search may end before they
-// are answered.
-void Finding::ask() {
-  constexpr size_t atOnce = 4;
-  const OpenDocument *document = documents_.find(search_->document);
-  for (; document != nullptr && search_->looked.size() < atOnce && search_->asked < search_->pages; ++search_->asked) {
-    const int64_t distance = search_->backwards ? int64_t{search_->pages} - search_->asked : search_->asked;
-    std::list<Looked> next(1);
-    Looked &looked = next.front();
-    looked.page = static_cast<int32_t>((search_->first + distance) % search_->pages);
-    looked.ticket = document->service->ask(host::MatchesRequest{looked.page, request_.text, request_.options},
-                                           host::Urgency::searched,
-                                           [&looked](host::Answer &answer) { looked.answer = std::move(answer); });
-    search_->looked.splice(search_->looked.end(), next);
-  }
 }
 
 void Finding::collect() {
   if (!search_) return;
-  while (!search_->looked.empty() && search_->looked.front().answer) {
-    Looked &looked = search_->looked.front();
-    const auto *failure = std::get_if<host::Failure>(&looked.answer->value);
-    // A page that is damaged has no text; other pages may.
-    const bool isSkipped = failure != nullptr
-                               ? failure->code == tavrel::errDocument || failure->code == tavrel::errBadPage
-                               : std::get<host::PageMatches>(looked.answer->value).found.empty();
-    const bool isLast = search_->searched + 1 == search_->pages;
-    if (!isSkipped || isLast) return take(looked, isSkipped);
-    search_->looked.pop_front();
-    ++search_->searched;
-  }
-  ask();
-  if (search_->searched > 0)
-    message_ = "Searching, " + std::to_string(search_->searched) + " of " + std::to_string(search_->pages) + " pages";
+  if (Search::Result *result = search_->proceed()) return take(*result);
+  if (search_->searched() > 0)
+    message_ =
+        "Searching, " + std::to_string(search_->searched()) + " of " + std::to_string(search_->pages()) + " pages";
   changes_.note(allParts);
 }
 
-// Ends the search, completely or, if memory is exhausted, not at all: allocations come first. `nowhere` is the end of a
-// search without matches.
-void Finding::take(Looked &last, bool nowhere) {
-  const OpenDocument *document = documents_.find(search_->document);
+// Ends the search, completely or, if memory is exhausted, not at all: allocations come first.
+void Finding::take(Search::Result &result) {
+  const OpenDocument *document = documents_.find(searchedDocument_);
   const bool wanted = document != nullptr && document->document == documents_.front();
-  const bool backwards = search_->backwards;
-  const bool wraps = search_->wrapsAtOnce || (backwards ? last.page > search_->first : last.page < search_->first);
-  const auto *failure = nowhere ? nullptr : std::get_if<host::Failure>(&last.answer->value);
-  std::string message;
-  if (!wanted)
-    message.clear();
-  else if (failure != nullptr)
-    message = failure->line;
-  else if (nowhere)
-    message = "\u201C" + request_.text + "\u201D is not in the document";
-  else if (wraps)
+  const bool backwards = search_->backwards();
+  std::string message = result.error;
+  if (result.error.empty() && result.found.empty())
+    message = "\u201C" + search_->request().text + "\u201D is not in the document";
+  else if (result.error.empty() && (result.wrapped || wrapsAtOnce_))
     message = backwards ? "Reached the start, continued from the end" : "Reached the end, continued from the start";
+  if (!wanted) message.clear();
   std::string line = message;
-  const bool failed = failure != nullptr;
-  FoundOnPage found{documents_.front(), last.page, {}, 0};
-  if (!failed && !nowhere) found.found = std::move(std::get<host::PageMatches>(last.answer->value).found);
-  search_.reset(); // with its last page
+  Search::Result last = std::move(result);
+  search_.reset();
   message_ = std::move(message);
   changes_.note(allParts);
   if (!wanted) return;
-  if (failed) return status_.report(std::move(line));
-  if (nowhere) {
+  if (!last.error.empty()) return status_.report(std::move(line));
+  if (last.found.empty()) {
     found_.reset();
     documents_.view()->invalidate();
     return status_.set(std::move(line));
   }
-  found.current = backwards ? found.found.size() - 1 : 0;
-  found_ = std::move(found);
+  const size_t current = backwards ? last.found.size() - 1 : 0;
+  found_ = {documents_.front(), last.page, std::move(last.found), current};
   show(std::move(line));
 }
 

@@ -4,25 +4,15 @@
 // them. Independent of what plug-ins mark.
 #pragma once
 
-#include <list>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "viewer/model/documents.h"
 #include "viewer/model/moving.h"
+#include "viewer/model/search.h"
 
 namespace viewer {
-
-/// The find dialog's contents.
-struct FindRequest {
-  std::string text;
-  host::FindOptions options;
-  bool operator==(const FindRequest &other) const {
-    return text == other.text && options.matchCase == other.options.matchCase &&
-           options.wholeWords == other.options.wholeWords;
-  }
-};
 
 class Finding : public DocumentKeeper {
 public:
@@ -54,24 +44,8 @@ private:
     size_t current = 0;
   };
 
-  // A page that is being searched.
-  struct Looked {
-    int32_t page = 0;
-    host::Ticket ticket = {};
-    std::optional<host::Answer> answer = {};
-  };
-  struct Search {
-    uint64_t document = 0;
-    bool backwards = false;
-    bool wrapsAtOnce = false; ///< it begins beyond an end of the document
-    int32_t first = 0, pages = 0;
-    int32_t asked = 0, searched = 0; ///< how many pages
-    std::list<Looked> looked = {};   ///< in the order in which they are searched
-  };
-
   void stop();
-  void ask();
-  void take(Looked &last, bool nowhere);
+  void take(Search::Result &result);
   void show(std::string line);
 
   const Documents &documents_;
@@ -80,6 +54,8 @@ private:
   Changes &changes_;
   FindRequest request_;
   std::optional<Search> search_;
+  uint64_t searchedDocument_ = 0;
+  bool wrapsAtOnce_ = false; ///< the search begins beyond an end of the document
   std::optional<FoundOnPage> found_;
   std::string message_;
 };

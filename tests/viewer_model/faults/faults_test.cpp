@@ -16,6 +16,19 @@ namespace {
 constexpr uint32_t red = 0xFFFF0000;
 
 int s_opened, s_closed; // the numbers of notifications of plug-ins
+host::Application *s_app;
+std::u32string s_words; // of the page drawn last
+
+// As a plug-in does it, through the document. A failure is the plug-in's: it is called again at the next drawing.
+void readWords() {
+  host::ViewerDocument &front = *s_app->front();
+  s_words.clear();
+  try {
+    s_words = front.model->pageText(front.view->page()).text();
+  } catch (const std::exception &) {
+    front.view->invalidate();
+  }
+}
 
 class Scenario {
 public:
@@ -27,6 +40,9 @@ public:
     };
     app_.registerNotification(tavrel::notifyDocDidOpen, registered([](tavrel::Doc, void *) { ++s_opened; }));
     app_.registerNotification(tavrel::notifyDocDidClose, registered([](tavrel::Doc, void *) { ++s_closed; }));
+    app_.registerPageDraw(
+        {testPlugin_.callback(+[](tavrel::PageView, void *) { readWords(); }), nullptr, testPlugin_.id});
+    s_app = &app_;
     session_.emplace(app_, [this] { waker_.wake(); });
     session_->moving.setWindow(40, 30, 0);
   }
@@ -34,7 +50,11 @@ public:
   void run() {
     opens();
     shows(red);
+    EXPECT_EQ(s_words, U"");
     finds();
+    shows(red);
+    EXPECT_EQ(s_words, U"needle");
+    tries([this] { session_->moving.goToPage(0); });
     reloads();
     shows(red);
     closes();
@@ -101,7 +121,6 @@ private:
           session_->finding.find({"needle", {}}, false);
         },
         [this] { return !session_->finding.searching(); }, [this] { return session_->documents.page() == 1; });
-    tries([this] { session_->moving.goToPage(0); });
   }
   void reloads() {
     const host::ViewerDocument *before = session_->documents.front();

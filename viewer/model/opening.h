@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The files that are being opened.
+#pragma once
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/document/service.h"
+#include "viewer/model/target.h"
+
+namespace viewer {
+
+/// Makes a service for a file, which its first request opens.
+using ServiceMaker = std::function<std::shared_ptr<host::Service>(const std::filesystem::path &file)>;
+using Services = std::vector<std::shared_ptr<host::Service>>;
+
+class Opening {
+public:
+  struct File {
+    uint64_t number = 0;
+    Target target;
+    std::string password;
+    std::optional<uint64_t> replaces = {}; ///< the open document that is being reloaded
+    std::shared_ptr<host::Service> service = {};
+    host::Ticket ticket = {};
+    std::optional<host::Answer> answer = {}; ///< host::Opened or host::Failure
+  };
+
+  explicit Opening(ServiceMaker makeService) : makeService_(std::move(makeService)) {}
+
+  /// Opens a file. If memory is exhausted, throws and does nothing.
+  void request(File file);
+  bool empty() const { return files_.empty(); }
+  template <typename Predicate> bool any(const Predicate &predicate) const {
+    return std::any_of(files_.begin(), files_.end(), predicate);
+  }
+  /// Whether a file has been opened, or could not be, that has not been taken.
+  bool hasAnswer() const { return any(isAnswered); }
+  /// The first one of these, if any.
+  std::optional<File> take();
+  /// Ends the reloading of a document.
+  void dropReload(uint64_t document);
+  void addServices(Services &services) const;
+
+private:
+  static bool isAnswered(const File &file) { return file.answer.has_value(); }
+
+  ServiceMaker makeService_;
+  std::vector<File> files_; ///< in the order of the requests
+};
+
+} // namespace viewer

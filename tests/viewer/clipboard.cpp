@@ -13,7 +13,7 @@
 
 namespace {
 
-int own(Display *display, Window window, Atom target) {
+[[noreturn]] void own(Display *display, Window window, Atom target) {
   const std::string text{std::istreambuf_iterator<char>(std::cin), {}};
   XSetSelectionOwner(display, XInternAtom(display, "CLIPBOARD", False), window, CurrentTime);
   XSync(display, False);
@@ -66,6 +66,8 @@ int main(int argc, char **argv) {
   Display *display = XOpenDisplay(nullptr);
   if (display == nullptr || argc != 3) return EXIT_FAILURE;
   const Window window = XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, 1, 1, 0, 0, 0);
-  return argv[1] == std::string("own") ? own(display, window, XInternAtom(display, argv[2], False))
-                                       : read(display, window, argv[2]);
+  if (argv[1] == std::string("own")) own(display, window, XInternAtom(display, argv[2], False));
+  const int status = read(display, window, argv[2]);
+  XCloseDisplay(display);
+  return status;
 }

@@ -10,6 +10,7 @@
 
 #include "Environment.h"
 #include "support/pdf.h"
+#include "viewer/model/recentfolders.h"
 
 namespace viewer {
 namespace {

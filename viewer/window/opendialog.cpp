@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "viewer/model/onelinetext.h"
+#include "viewer/model/recentfolders.h"
 #include "viewer/window/dialogbox.h"
 #include "viewer/window/motif.h"
 #include "viewer/window/textediting.h"

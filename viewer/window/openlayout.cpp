@@ -17,15 +17,11 @@
 namespace viewer {
 namespace {
 
-struct Extent {
-  Dimension width = 0, height = 0;
-};
-
-Extent extentOf(::Widget label, const std::string &text) {
+XRectangle extentOf(::Widget label, const std::string &text) {
   XmRenderTable fonts = nullptr;
   XtVaGetValues(label, XmNrenderTable, &fonts, nullptr);
   const MotifString line(text);
-  Extent extent;
+  XRectangle extent{};
   XmStringExtent(fonts, line, &extent.width, &extent.height);
   return extent;
 }
@@ -93,7 +89,7 @@ OpenWidgets makeOpenWidgets(::Widget shell) {
   all.path = XtVaCreateManagedWidget("path", xmLabelWidgetClass, all.form, XmNalignment, XmALIGNMENT_BEGINNING,
                                      XmNrecomputeSize, False, nullptr);
   const std::string sample = "abcdefghijklmnopqrstuvwxyz";
-  const Extent extent = extentOf(all.path, sample);
+  const XRectangle extent = extentOf(all.path, sample);
   const int character = std::max(1, extent.width / static_cast<int>(sample.size())), line = extent.height,
             gap = line / 2;
   const Screen *screen = XtScreen(shell);

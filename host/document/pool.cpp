@@ -58,11 +58,11 @@ void Pool::run(Worker &worker) {
     } else {
       Job job{std::move(source), false};
       job.usesOwn = job.source->used;
-      begin(worker, job);
+      take(worker, job);
       lock.unlock();
       const bool answered = job.answer(own);
       lock.lock();
-      end(lock, worker, std::move(job), answered);
+      put(lock, worker, std::move(job), answered);
       worker.since.reset();
     }
   }
@@ -88,7 +88,7 @@ Time Pool::freeFrom() const noexcept {
   return from;
 }
 
-void Pool::begin(Worker &worker, Job &job) noexcept {
+void Pool::take(Worker &worker, Job &job) noexcept {
   Source &source = *job.source;
   job.order = source.waiting.remove(nextOf(source)->id);
   source.busy.add(BusyPages::pageOf(job.order.front().request));
@@ -101,7 +101,7 @@ void Pool::begin(Worker &worker, Job &job) noexcept {
   if (mostUrgent(desk.sources) != nullptr) enlist(); // for the case that this one takes long
 }
 
-void Pool::end(std::unique_lock<std::mutex> &lock, Worker &worker, Job job, bool answered) {
+void Pool::put(std::unique_lock<std::mutex> &lock, Worker &worker, Job job, bool answered) {
   Source &source = *job.source;
   worker.order.reset();
   source.busy.remove(BusyPages::pageOf(job.order.front().request));

@@ -47,8 +47,8 @@ private:
   void run(Worker &worker);
   Time freeFrom() const noexcept;
   void wait(std::unique_lock<std::mutex> &lock, Worker &worker, bool forOrders, Time until);
-  void begin(Worker &worker, Job &job) noexcept;
-  void end(std::unique_lock<std::mutex> &lock, Worker &worker, Job job, bool answered);
+  void take(Worker &worker, Job &job) noexcept;
+  void put(std::unique_lock<std::mutex> &lock, Worker &worker, Job job, bool answered);
 
   Wake wake_;
   // Protected by the desk's mutex.

@@ -20,8 +20,8 @@ struct Limit {
 
 class SizeCache {
 public:
-  /// `late` is called with the page shown to have been of unknown size. All arguments outlive this object, which
-  /// cancels its requests at its end.
+  /// `late` is called with a page for whose size somebody has waited in vain, once it is known. All arguments outlive
+  /// this object, which cancels its requests at its end.
   SizeCache(Service &service, int32_t pageCount, Limit limit, const std::function<void(int32_t)> &late)
       : service_(service), pageCount_(pageCount), limit_(limit), late_(late) {}
 

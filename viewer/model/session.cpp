@@ -5,15 +5,18 @@
 #include <memory>
 
 namespace viewer {
+namespace {
+
+ServiceMaker servedBy(host::Threads &threads) {
+  return [&threads](const std::filesystem::path &file) {
+    return std::make_shared<host::Service>(file, threads.backend(file));
+  };
+}
+
+} // namespace
 
 Session::Session(host::Application &app, const std::function<void()> &wake, const ServiceMaker &makeService)
-    : app_(app), threads(wake),
-      documents(
-          app,
-          makeService ? makeService
-                      : [this](const std::filesystem::path
-                                   &file) { return std::make_shared<host::Service>(file, threads.backend(file)); },
-          status, changes),
+    : app_(app), threads_(wake), documents(app, makeService ? makeService : servedBy(threads_), status, changes),
       arrivals(documents, finding, wake) {
   documents.keepers = {&finding, &screen, &moving, &tiles};
   app_.statusListener = [this] { changes.note(allParts); };

@@ -25,13 +25,13 @@ struct Session {
 
   Model model() { return {changes, status, documents, moving, tiles, finding, screen, listTexts}; }
   /// Ends the threads and waits for them up to the timeout; false if a page is still in progress.
-  bool finish(std::chrono::milliseconds timeout) { return threads.finish(timeout); }
+  bool finish(std::chrono::milliseconds timeout) { return threads_.finish(timeout); }
 
 private:
   host::Application &app_;
+  host::Threads threads_;
 
 public:
-  host::Threads threads;
   Changes changes;
   StatusLine status{changes};
   Documents documents;

@@ -105,12 +105,12 @@ class KeysOfButtons(ViewerTest):
         viewer.key("shift+F3")
         viewer.hit("hit 3 of 3")
         viewer.key("F1")
-        self.assertNotIn("Next Hit", "\n".join(viewer.dialog("information")["texts"]))
+        self.assertNotIn("Next Hit", "\n".join(viewer.dialog("keys")["texts"]))
 
     def test_help_lists_the_keys_of_buttons(self):
         viewer = self.open()
         viewer.key("F1")
-        text = "\n".join(viewer.dialog("information")["texts"])
+        text = "\n".join(viewer.dialog("keys")["texts"])
         for line in ("Next Hit", "Previous Hit", "Shift+F3"):
             self.assertIn(line, text)
 

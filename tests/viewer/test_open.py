@@ -84,6 +84,12 @@ class OpenByKeys(OpenTest):
         self.keys("Return")
         self.opens("report 2.PDF")
 
+    def test_tab_in_the_lists_is_no_text(self):
+        self.openDialog()
+        self.types("report ")
+        self.keys("Tab", "Tab", "Tab", "shift+Tab", "r")
+        self.hasText("report r")
+
     def test_return_in_the_list_opens_the_selected_file(self):
         self.openDialog()
         self.keys("Tab", "Tab", "Down", "Down")

@@ -4,6 +4,7 @@
 
 #include <X11/Xutil.h>
 
+#include <cctype>
 #include <cstdlib>
 #include <utility>
 
@@ -38,12 +39,13 @@ void act(::Widget widget, XEvent *event, String *arguments, Cardinal *count) {
   });
 }
 
-// The list handles the key as well: it selects with a space, and ignores other characters.
+// The list handles the key as well: it selects with a space, and ignores other characters. Tab and the like are no
+// text.
 void typedInList(::Widget /*list*/, XtPointer /*data*/, XEvent *event, Boolean * /*dispatch*/) {
   char typed[16];
   const int length = XLookupString(&event->xkey, typed, sizeof typed, nullptr, nullptr);
   const bool held = (event->xkey.state & (ControlMask | Mod1Mask | Mod4Mask)) != 0;
-  if (s_keys == nullptr || length != 1 || held) return;
+  if (s_keys == nullptr || length != 1 || held || std::iscntrl(static_cast<unsigned char>(typed[0])) != 0) return;
   const std::string character = oneLine(utf8OfLatin1(std::string(typed, 1)));
   if (!character.empty() && (character != " " || s_keys->hasText())) guarded([&] { s_keys->type(character); });
 }

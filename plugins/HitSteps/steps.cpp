@@ -237,9 +237,11 @@ void showCurrentHit(PageView view) {
   const int32_t mode = TavrelGLT::GLT_GetViewMode(document);
   const bool inWindow = TavrelView::PageViewIsInWindow(view) != 0;
   if (scene.page != nullptr && inWindow) {
+    const auto before = scene.current->units;
     scene.current->units = unitsOf(scene, mode);
     const HitPlace place = placeOf(scene, *scene.page, scene.current->word);
-    if (scene.current->isNew) bringIntoSight(view, place);
+    // What was brought into sight before the units were known may have been another place.
+    if (scene.current->isNew || scene.current->units != before) bringIntoSight(view, place);
     if (mode != GLT_VIEW_NONE) outline(view, place);
   }
   scene.current->isNew = false;

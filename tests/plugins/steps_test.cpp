@@ -353,6 +353,17 @@ TEST_F(StepsTest, BeginAtTheFirstHitThatTheDocumentIsOpenedWith) {
   expectOutlined(8);
 }
 
+// Their units are known when the page has been drawn.
+TEST_F(StepsTest, BeginAtTheFirstHitOfAListOfWordsThatTheDocumentIsOpenedWith) {
+  scratch.write("hits.xml", "<XML>\n<Body Units=words mode=active>\n<highlights>\n<loc pg=1 pos=8 len=1>\n"
+                            "<loc pg=1 pos=9 len=1>\n</highlights>\n</Body>\n</XML>\n");
+  openInWindow(host::Document::open(scratch.pdf({4, pageOfLines()}), ""), width, height, viewer::Fit::none,
+               "xml=hits.xml");
+  draw();
+  EXPECT_TRUE(isVisible(1, 8));
+  expectOutlined(8);
+}
+
 TEST_F(StepsTest, GoToTheFirstHitOfAMarkedPageThatIsChosen) {
   show(hitsOn({0, 2}, {7, 8}));
   document->view->showPage(2);

@@ -103,6 +103,15 @@ TEST_F(ListTextsTest, AreKeptUpToALimit) {
   EXPECT_NE(texts().text(ListTexts::mostTexts), nullptr);
 }
 
+TEST_F(ListTextsTest, OfOneCallAreKeptTogether) {
+  openPages(test::numberedPages(3));
+  setRows(100'000);
+  texts().fetch(0, ListTexts::mostTexts - 2, hours(1));
+  EXPECT_TRUE(texts().fetch(50'000, 5, hours(1)));
+  for (uint32_t row = 50'000; row < 50'005; ++row)
+    EXPECT_NE(texts().text(row), nullptr) << row;
+}
+
 TEST_F(ListTextsTest, NotifyOfAChoice) {
   openPages(test::numberedPages(3));
   setRows(4);

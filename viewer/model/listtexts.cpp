@@ -19,10 +19,11 @@ const host::ListText *ListTexts::text(uint32_t row) const {
 
 bool ListTexts::fetch(uint32_t first, uint32_t count, std::chrono::steady_clock::duration atMost) {
   const auto end = std::chrono::steady_clock::now() + atMost;
+  if (texts_.size() >= mostTexts) texts_.clear(); // not in the loop: the rows of one call are kept together
   for (uint32_t n = 0; n < count; ++n) {
     const host::PluginList *shown = list(); // a plug-in may change it in any call
     if (shown == nullptr || n >= shown->rows - std::min(first, shown->rows)) return true;
-    if (shown->number != number_ || texts_.size() >= mostTexts) texts_.clear();
+    if (shown->number != number_) texts_.clear();
     number_ = shown->number;
     const uint32_t row = first + n;
     if (texts_.contains(row)) continue;

@@ -27,7 +27,7 @@ public:
   /// Notifies the plug-in that the user has chosen a row; not during a call of a plug-in.
   void choose(uint32_t row);
 
-  static constexpr size_t mostTexts = 4096; ///< that are kept
+  static constexpr size_t mostTexts = 4096; ///< that are kept, besides those of the last fetch()
 
 private:
   host::Application &app_;

@@ -64,8 +64,8 @@ bool rememberFolder(const fs::path &file, const fs::path &folder) {
   std::string temporary = file.string() + ".XXXXXX";
   const Descriptor written(mkostemp(temporary.data(), O_CLOEXEC));
   if (written.number < 0) return false;
-  if (writeAll(written.number, bytes) && fsync(written.number) == 0 && rename(temporary.c_str(), file.c_str()) == 0)
-    return true;
+  // Without fsync, for which the window would wait: what a crash of the system may lose is a list of folders.
+  if (writeAll(written.number, bytes) && rename(temporary.c_str(), file.c_str()) == 0) return true;
   unlink(temporary.c_str());
   return false;
 }

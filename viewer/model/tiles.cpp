@@ -95,14 +95,14 @@ void Tiles::take(const PageKey &key, host::Answer &answer) {
   asked_.erase(key);
 }
 
-// The page's words or its size are known now: it is laid out and drawn once more.
+// The words of the page are known now, or the sizes of several pages, of which it is one.
 void Tiles::takeLate(uint64_t number, int32_t page) {
   const OpenDocument *document = documents_.find(number);
   if (document == nullptr) return;
-  if (errors_.erase({number, page}) > 0) cache_.drop(number); // its size may have been the reason
-  if (page != document->window->page()) return;
+  const auto failed = std::erase_if(errors_, [=](const auto &one) { return one.first.first == number; });
+  if (failed > 0) cache_.drop(number); // a size may have been the reason
   document->window->sizeIsKnown();
-  document->document->view->invalidate();
+  if (failed > 0 || page == document->window->page()) document->document->view->invalidate();
 }
 
 bool Tiles::hasFront() const {

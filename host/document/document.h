@@ -84,7 +84,7 @@ public:
   /// Requests the words of a page that will be needed soon, if anybody has asked for words of this document so far.
   /// `shown` is more urgent than others. A page that is not there is ignored.
   virtual void expectText(int32_t /*page*/, bool /*shown*/) {}
-  /// Called when something has come for which a caller had waited in vain: the words of a page, or its size. On the
+  /// Called when an answer has come that was not there within the limit: the words of a page, or its size. On the
   /// thread and at the time of Service::collect().
   std::function<void(int32_t page)> lateListener;
   /// Frees the memory of a page's text, which is computed again when it is next needed. References that pageText() and

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The first thread does everything, as long as no request takes longer than `patience`; so mostly one instance of a
+// The first thread does everything, as long as no request takes longer than `busyLimit`; so mostly one instance of a
 // document is open, and its memory is that of one thread.
 #include "host/document/pool.h"
 
@@ -80,11 +80,11 @@ void Pool::wait(std::unique_lock<std::mutex> &lock, Worker &worker, bool forOrde
   worker.idle = false;
 }
 
-// From when on a thread may begin something: only while the others have been busy for longer than `patience`.
+// From when on a thread may begin something: only while the others have been busy for longer than `busyLimit`.
 Time Pool::freeFrom() const noexcept {
   Time from = {};
   for (const Worker &worker : workers_)
-    if (worker.since) from = std::max(from, *worker.since + patience);
+    if (worker.since) from = std::max(from, *worker.since + busyLimit);
   return from;
 }
 

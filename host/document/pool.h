@@ -19,7 +19,8 @@ namespace host {
 
 class Pool : public std::enable_shared_from_this<Pool> {
 public:
-  static constexpr auto patience = std::chrono::milliseconds(100);
+  /// Another thread begins a request once all others have been busy for that time.
+  static constexpr auto busyLimit = std::chrono::milliseconds(100);
 
   explicit Pool(std::function<void()> wake) : wake_(std::move(wake)) {}
 

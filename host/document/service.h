@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// A document that is asked and answers later, so that nobody waits for the PDF library longer than he chooses.
+// A document that is asked and answers later, so that no caller waits for the PDF library longer than its limit.
 //
 // All of it is used on one thread, the owner's. Answers are handed over there alone: by collect(), or by await() to
 // those who cannot go on without. A backend finds the answers, elsewhere.
@@ -22,7 +22,7 @@ enum class Urgency {
   ahead,    ///< not needed yet, like the neighbours of the page shown
   searched, ///< a user waits for the end of a search
   shown,    ///< needed for the page shown
-  awaited,  ///< somebody is waiting in await()
+  awaited,  ///< a caller is waiting in await()
 };
 
 using Time = std::chrono::steady_clock::time_point;

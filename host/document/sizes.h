@@ -20,7 +20,7 @@ struct Limit {
 
 class SizeCache {
 public:
-  /// `late` is called with a page for whose size somebody has waited in vain, once it is known. All arguments outlive
+  /// `late` is called with a page whose size was not known within the limit, once it is known. All arguments outlive
   /// this object, which cancels its requests at its end.
   SizeCache(Service &service, int32_t pageCount, Limit limit, const std::function<void(int32_t)> &late)
       : service_(service), pageCount_(pageCount), limit_(limit), late_(late) {}
@@ -33,7 +33,7 @@ public:
 private:
   struct Run {
     Ticket ticket;
-    int32_t late = -1; ///< the last page that somebody has waited for in vain
+    int32_t late = -1; ///< the page whose size was not known within the limit; -1: none
   };
   void take(int32_t first, Answer &answer);
 

@@ -15,7 +15,7 @@ namespace host {
 
 class WordCache {
 public:
-  /// `late` is called with a page for which somebody has waited in vain, once its words are there. All arguments
+  /// `late` is called with a page whose words were not there within the limit, once they are. All arguments
   /// outlive this object, which cancels its requests at its end.
   WordCache(Service &service, Limit limit, const std::function<void(int32_t)> &late)
       : service_(service), limit_(limit), late_(late) {}
@@ -34,7 +34,7 @@ private:
     std::optional<std::vector<uint32_t>> order;
     Ticket ticket;
     std::optional<Failure> failure; ///< of the last request
-    bool late = false;              ///< somebody has waited for the request in vain
+    bool late = false;              ///< the answer was not there within the limit
   };
   void ask(int32_t number, Page &page, Urgency urgency);
   void fetch(int32_t number, Page &page, Time deadline);

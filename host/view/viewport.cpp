@@ -34,7 +34,7 @@ PixelBox WholePages::visible() {
 PixelSize pixelSize(const PageSize &size, double dpi) {
   constexpr double rounding = 1e-6; // the library's images have it, too
   const auto pixels = [=](double points) {
-    return static_cast<int>(std::ceil(points * dpi / pointsPerInch - rounding));
+    return std::max(1, static_cast<int>(std::ceil(points * dpi / pointsPerInch - rounding)));
   };
   return {pixels(size.width), pixels(size.height)};
 }

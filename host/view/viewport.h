@@ -59,7 +59,7 @@ private:
 /// Throws HostError errBadPage for a page that a document lacks.
 void requirePage(const Document &document, int32_t page);
 
-/// The width and height of a page in pixels, rounded up as its image is.
+/// The width and height of a page in pixels, rounded up as its image is; at least 1.
 struct PixelSize {
   int width, height;
 };

@@ -23,6 +23,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 TREES = ("sdk", "plugin", "plugins", "host", "viewer", "tools")
 LIBRARIES = {  # how an include begins: the library
     "CLI/": "CLI",
+    "X11/Xft/": "Xft",
     "X11/": "X11",
     "Xm/": "Xm",
     "fontconfig/": "fontconfig",

@@ -3,17 +3,9 @@
 #include "viewer/model/tiles.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace viewer {
-namespace {
-
-// In pixels, as images are rendered.
-int pixelsOf(double points, double dpi) { return std::max(1, static_cast<int>(std::ceil(points * dpi / 72 - 1e-6))); }
-
-} // namespace
-
 void Tiles::opens(const OpenDocument &document) {
   words_[document.number];
   document.document->view->setSource([this, number = document.number](int32_t page, double dpi) {
@@ -65,8 +57,8 @@ void Tiles::ask(const OpenDocument &document, const PageKey &key, host::Urgency 
 std::string Tiles::failureOf(const OpenDocument &document, const PageKey &key, const host::Answer &answer) const {
   if (const auto *failure = std::get_if<host::Failure>(&answer.value)) return failure->line;
   const host::Image &image = std::get<host::PageImage>(answer.value).image;
-  const host::PageSize size = document.document->model->pageSize(key.page);
-  if (image.width == pixelsOf(size.width, key.dpi) && image.height == pixelsOf(size.height, key.dpi)) return {};
+  const auto [width, height] = host::pixelSize(document.document->model->pageSize(key.page), key.dpi);
+  if (image.width == width && image.height == height) return {};
   return host::nameInMessage(document.target.file) + ": page " + std::to_string(int64_t{key.page} + 1) +
          ": its image has a wrong size";
 }
@@ -84,8 +76,8 @@ void Tiles::take(const PageKey &key, host::Answer &answer) {
     errors_.erase(place);
   } else {
     // A white page instead; the window shows the reason on it.
-    const host::PageSize size = document.document->model->pageSize(key.page);
-    host::Image white{pixelsOf(size.width, key.dpi), pixelsOf(size.height, key.dpi), {}};
+    const auto [width, height] = host::pixelSize(document.document->model->pageSize(key.page), key.dpi);
+    host::Image white{width, height, {}};
     white.pixels.assign(static_cast<size_t>(white.width) * static_cast<size_t>(white.height), 0xFFFFFFFF);
     errors_[place] = error;
     cache_.insert(key, std::move(white));

@@ -84,7 +84,7 @@ void receive(::Widget shell, XtPointer request, ::Atom *selection, ::Atom *type,
   XtFree(static_cast<char *>(value));
   if (there) {
     guarded([&] { asked->take(asked->target == XA_STRING ? utf8OfLatin1(bytes) : bytes); });
-  } else if (asked->target != XA_STRING) { // programs of another age
+  } else if (asked->target != XA_STRING) { // old programs
     asked->target = XA_STRING;
     Request *again = asked.release();
     XtGetSelectionValue(shell, *selection, XA_STRING, receive, again, again->time);

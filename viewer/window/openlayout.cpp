@@ -155,9 +155,9 @@ void selectIn(::Widget list, int position) {
 void showPath(::Widget label, const std::string &path) {
   Dimension width = 0, margin = 0;
   XtVaGetValues(label, XmNwidth, &width, XmNmarginWidth, &margin, nullptr);
-  const int room = width - 2 * margin;
+  const int available = width - 2 * margin;
   std::string shown = path;
-  for (size_t slash = 0; extentOf(label, shown).width > room; shown = "\u2026" + path.substr(slash)) {
+  for (size_t slash = 0; extentOf(label, shown).width > available; shown = "\u2026" + path.substr(slash)) {
     slash = path.find('/', slash + 1);
     if (slash == std::string::npos) break;
   }

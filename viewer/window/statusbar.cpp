@@ -22,10 +22,7 @@ void show(::Widget label, std::string &shown, const std::string &text) {
 std::string truncated(const std::string &text) {
   constexpr size_t longest = 100;
   if (text.size() <= longest) return text;
-  size_t end = longest;
-  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
-    --end;
-  return text.substr(0, end) + "\u2026";
+  return std::string(firstBytes(text, longest)) + "\u2026";
 }
 
 } // namespace

@@ -54,8 +54,8 @@ void TextField::insert(const std::string &text) {
   std::string_view lines = firstBytes(text, longestText);
   lines = lines.substr(0, lines.find_last_not_of("\r\n") + 1); // what is copied from a terminal often ends a line
   std::string fits = oneLine(lines);
-  const size_t room = longestText - std::min(longestText, this->text().size());
-  fits = std::string(firstBytes(fits, room + static_cast<size_t>(right - left)));
+  const size_t capacity = longestText - std::min(longestText, this->text().size());
+  fits = std::string(firstBytes(fits, capacity + static_cast<size_t>(right - left)));
   if (!fits.empty()) byUser([&] { XmTextFieldReplace(field_, left, right, fits.data()); });
 }
 
@@ -96,7 +96,7 @@ void TextField::show(const std::optional<EditHistory::State> &state) {
 void TextField::verify(XmTextVerifyCallbackStruct &change) {
   const int length = change.text == nullptr || change.text->ptr == nullptr ? 0 : change.text->length;
   const std::string given = length == 0 ? "" : std::string(change.text->ptr, static_cast<size_t>(length));
-  // Not longer than it was: the toolkit's text has no room for more. It has made it of characters.
+  // Not longer than it was: the toolkit's text has no capacity for more. It has made it of characters.
   const std::string typed(firstBytes(oneLine(given), given.size()));
   if (!given.empty() && typed.empty()) { // the selected text stays
     change.doit = False;

@@ -92,18 +92,10 @@ public:
     answered_.splice(answered_.end(), order);
   }
   void raise(uint64_t /*id*/, Urgency /*urgency*/) noexcept override {}
-  void cancel(uint64_t id) noexcept override {
-    answered_.remove_if([=](const Order &order) { return order.id == id; });
-  }
+  void cancel(uint64_t id) noexcept override { extract(answered_, id); }
   bool underWay(uint64_t /*id*/) const noexcept override { return false; }
   Orders take() noexcept override { return std::exchange(answered_, {}); }
-  Orders await(uint64_t id, Time /*deadline*/) noexcept override {
-    Orders one;
-    const auto found =
-        std::find_if(answered_.begin(), answered_.end(), [=](const Order &order) { return order.id == id; });
-    if (found != answered_.end()) one.splice(one.begin(), answered_, found);
-    return one;
-  }
+  Orders await(uint64_t id, Time /*deadline*/) noexcept override { return extract(answered_, id); }
 
 private:
   std::unique_ptr<PdfFile> file_;

@@ -43,7 +43,7 @@ void Pool::run(Worker &worker) {
       lock.lock();
       continue;
     }
-    std::shared_ptr<Source> source = mostUrgent(desk.sources);
+    std::shared_ptr<Source> source = mostUrgent(desk.sources, least());
     const Time from = freeFrom();
     const bool waits = source == nullptr || from > std::chrono::steady_clock::now();
     if (own.pdf != nullptr && (waits || source != own.source || !source->used)) {
@@ -88,9 +88,16 @@ Time Pool::freeFrom() const noexcept {
   return from;
 }
 
+// How urgent an order has to be for a thread that is free: what is asked ahead leaves one thread to the others.
+Urgency Pool::least() const noexcept {
+  const auto busy = std::count_if(workers_.begin(), workers_.end(), [](const Worker &one) { return one.since; });
+  return static_cast<size_t>(busy) + 1 < mostThreads ? Urgency::ahead : Urgency::searched;
+}
+
 void Pool::take(Worker &worker, Job &job) noexcept {
   Source &source = *job.source;
   job.order = source.waiting.remove(nextOf(source)->id);
+  ++source.threads;
   source.busy.add(BusyPages::pageOf(job.order.front().request));
   if (!job.usesOwn) {
     source.used = true;
@@ -98,12 +105,13 @@ void Pool::take(Worker &worker, Job &job) noexcept {
   }
   worker.order = job.order.front().id;
   worker.since = std::chrono::steady_clock::now();
-  if (mostUrgent(desk.sources) != nullptr) enlist(); // for the case that this one takes long
+  if (mostUrgent(desk.sources, least()) != nullptr) enlist(); // for the case that this one takes long
 }
 
 void Pool::put(std::unique_lock<std::mutex> &lock, Worker &worker, Job job, bool answered) {
   Source &source = *job.source;
   worker.order.reset();
+  --source.threads;
   source.busy.remove(BusyPages::pageOf(job.order.front().request));
   if (!job.usesOwn) source.used = source.alone = false;
   if (!answered && !source.closed) { // by the one who uses the instance that there is

@@ -47,6 +47,7 @@ private:
   void addThread();
   void run(Worker &worker);
   Time freeFrom() const noexcept;
+  Urgency least() const noexcept;
   void wait(std::unique_lock<std::mutex> &lock, Worker &worker, bool forOrders, Time until);
   void take(Worker &worker, Job &job) noexcept;
   void put(std::unique_lock<std::mutex> &lock, Worker &worker, Job job, bool answered);

@@ -11,6 +11,13 @@
 
 namespace host {
 
+Orders extract(Orders &from, uint64_t id) noexcept {
+  Orders one;
+  const auto found = std::find_if(from.begin(), from.end(), [=](const Order &order) { return order.id == id; });
+  if (found != from.end()) one.splice(one.begin(), from, found);
+  return one;
+}
+
 Ticket::Ticket(Ticket &&other) noexcept : service_(std::move(other.service_)), id_(other.id_) {}
 
 Ticket &Ticket::operator=(Ticket &&other) noexcept {

@@ -37,6 +37,9 @@ struct Order {
 };
 using Orders = std::list<Order>;
 
+/// The order with that id, out of the list; none if it is not there.
+Orders extract(Orders &from, uint64_t id) noexcept;
+
 /// What answers the requests of one document. Destroying it drops them.
 class Backend {
 public:

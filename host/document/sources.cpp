@@ -13,13 +13,6 @@ bool isBefore(const Order &one, const Order &other) noexcept {
 
 } // namespace
 
-Orders extract(Orders &from, uint64_t id) noexcept {
-  Orders one;
-  const auto found = std::find_if(from.begin(), from.end(), [=](const Order &order) { return order.id == id; });
-  if (found != from.end()) one.splice(one.begin(), from, found);
-  return one;
-}
-
 int32_t BusyPages::pageOf(const Request &request) noexcept {
   if (const auto *words = std::get_if<WordsRequest>(&request)) return words->page;
   if (const auto *image = std::get_if<ImageRequest>(&request)) return image->page;
@@ -66,15 +59,16 @@ bool Job::answer(Instance &own) noexcept {
 }
 
 const Order *nextOf(const Source &source) noexcept {
+  if (source.threads >= mostThreads - 1) return nullptr;
   return source.used && source.alone ? nullptr : source.waiting.next(source.busy);
 }
 
-std::shared_ptr<Source> mostUrgent(const Sources &sources) noexcept {
+std::shared_ptr<Source> mostUrgent(const Sources &sources, Urgency least) noexcept {
   std::shared_ptr<Source> best;
   const Order *bestOrder = nullptr;
   for (const std::shared_ptr<Source> &source : sources) {
     const Order *order = nextOf(*source);
-    if (order == nullptr || (bestOrder != nullptr && !isBefore(*order, *bestOrder))) continue;
+    if (order == nullptr || order->urgency < least || (bestOrder != nullptr && !isBefore(*order, *bestOrder))) continue;
     best = source;
     bestOrder = order;
   }

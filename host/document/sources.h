@@ -15,7 +15,8 @@
 
 namespace host {
 
-/// As many pages that never end bring everything to a stop.
+/// A page that never ends keeps its thread. So no document gets the last thread that is free, and nothing that is only
+/// asked ahead does: as many such pages of one document stop that document alone.
 inline constexpr size_t mostThreads = 4;
 
 /// The pages that threads are working on. A page that takes long occupies one thread: what else is asked about it
@@ -49,9 +50,6 @@ private:
   Orders orders_;
 };
 
-/// The order with that id, out of the list; none if it is not there.
-Orders extract(Orders &from, uint64_t id) noexcept;
-
 /// A document.
 struct Source {
   std::filesystem::path file = {};
@@ -59,6 +57,7 @@ struct Source {
   OrderQueue waiting = {};
   BusyPages busy = {};
   Orders answered = {};
+  size_t threads = 0;  ///< that are working on it
   bool used = false;   ///< a thread is using `pdf`
   bool alone = false;  ///< while it does, there can be no second instance
   bool closed = false; ///< the answers under way are for nobody
@@ -84,8 +83,8 @@ struct Job {
 /// The order of a document that a thread may begin; null for none.
 const Order *nextOf(const Source &source) noexcept;
 
-/// The document of the most urgent such order; null for none.
-std::shared_ptr<Source> mostUrgent(const Sources &sources) noexcept;
+/// The document of the most urgent such order that is at least so urgent; null for none.
+std::shared_ptr<Source> mostUrgent(const Sources &sources, Urgency least) noexcept;
 
 /// What the owner and the threads share.
 struct Desk {

@@ -40,6 +40,7 @@ public:
   void raise(uint64_t id, Urgency urgency) noexcept override {
     const std::lock_guard lock(desk_.mutex);
     source().waiting.raise(id, urgency);
+    pool_->enlist(); // there may be a free thread that does nothing less urgent
   }
   void cancel(uint64_t id) noexcept override {
     Orders waiting, answered;
@@ -59,6 +60,7 @@ public:
     Orders one;
     std::unique_lock lock(desk_.mutex);
     source().waiting.raise(id, Urgency::awaited);
+    pool_->enlist();
     desk_.awaited = id;
     desk_.answered.wait_until(lock, deadline, [&] {
       one = extract(source().answered, id);

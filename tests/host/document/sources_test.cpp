@@ -88,8 +88,8 @@ struct MostUrgentTest : testing::Test {
     insert(sources.back()->waiting, id, urgency);
     return *sources.back();
   }
-  uint64_t next() {
-    const auto source = mostUrgent(sources);
+  uint64_t next(Urgency least = Urgency::ahead) {
+    const auto source = mostUrgent(sources, least);
     return source == nullptr ? 0 : nextOf(*source)->id;
   }
   Sources sources;
@@ -116,6 +116,22 @@ TEST_F(MostUrgentTest, OfADocumentWithoutOneIsNot) {
   EXPECT_EQ(next(), 2U);
   source.used = false;
   EXPECT_EQ(next(), 1U);
+}
+
+TEST_F(MostUrgentTest, OfADocumentThatHasAllThreadsButOneIsNot) {
+  Source &source = add(1, Urgency::shown);
+  add(2, Urgency::ahead);
+  source.threads = mostThreads - 2;
+  EXPECT_EQ(next(), 1U);
+  ++source.threads;
+  EXPECT_EQ(next(), 2U);
+}
+
+TEST_F(MostUrgentTest, ThatIsUrgentEnoughIsTaken) {
+  add(1, Urgency::ahead);
+  EXPECT_EQ(next(Urgency::searched), 0U);
+  add(2, Urgency::searched);
+  EXPECT_EQ(next(Urgency::searched), 2U);
 }
 
 TEST_F(MostUrgentTest, OfNoneThereIsNone) { EXPECT_EQ(next(), 0U); }

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <optional>
 
+#include "host/document/sources.h"
 #include "viewer_model/TestDocuments.h"
 #include "viewer_model/Waker.h"
 
@@ -272,6 +273,59 @@ TEST_F(ThreadsTest, ASlowPageDoesNotDelayAnotherDocument) {
   want(open(folder.write("other.pdf", test::pdfOf({test::pageWith("first"), test::pageWith("second")}))), 1);
   ASSERT_TRUE(renders(2));
   EXPECT_THAT(pages, ElementsAre(1, 0));
+}
+
+TEST_F(ThreadsTest, SlowPagesOfOneDocumentDoNotDelayAnotherDocument) {
+  const std::vector<test::PdfPage> slow(mostThreads, verySlowPage());
+  Document &document = open(folder.write("slow.pdf", test::pdfOf(slow)));
+  Document &other = open(folder.write("other.pdf", test::pdfOf(test::numberedPages(mostThreads + 1))));
+  for (size_t page = 0; page < slow.size(); ++page)
+    want(document, static_cast<int32_t>(page));
+  want(other, mostThreads);
+  ASSERT_TRUE(renders(slow.size() + 1));
+  EXPECT_EQ(pages[0], static_cast<int32_t>(mostThreads));
+}
+
+// Each of these documents keeps a thread busy; then one is left.
+struct SlowDocuments : ThreadsTest {
+  SlowDocuments() {
+    const auto file = folder.write("slow.pdf", test::pdfOf({verySlowPage()}));
+    for (size_t i = 0; i < mostThreads - 1; ++i)
+      open(file);
+    Document &other = open(folder.write("other.pdf", test::pdfOf(test::numberedPages(2))));
+    for (size_t i = 0; i < mostThreads - 1; ++i)
+      want(*documents[i], 0);
+    want(other, 1, Urgency::ahead);
+  }
+  const Ticket &ahead() { return documents.back()->tickets.back(); }
+  bool othersAreBusy() const {
+    return std::all_of(documents.begin(), documents.end() - 1,
+                       [](const auto &document) { return document->tickets[0].underWay(); });
+  }
+  bool untilOthersAreBusy() {
+    return waker.until([&] {
+      waker.wake();
+      return othersAreBusy();
+    });
+  }
+};
+
+TEST_F(SlowDocuments, TheLastFreeThreadDoesNothingAhead) {
+  ASSERT_TRUE(renders(mostThreads));
+  EXPECT_EQ(pages[0], 0);
+}
+
+TEST_F(SlowDocuments, TheLastFreeThreadBeginsWhatBecomesUrgent) {
+  ASSERT_TRUE(untilOthersAreBusy());
+  ahead().raise(Urgency::shown);
+  ASSERT_TRUE(renders(mostThreads));
+  EXPECT_EQ(pages[0], 1);
+}
+
+TEST_F(SlowDocuments, TheLastFreeThreadBeginsWhatIsAwaited) {
+  ASSERT_TRUE(untilOthersAreBusy());
+  EXPECT_TRUE(documents.back()->service->await(ahead(), std::chrono::steady_clock::now() + std::chrono::minutes(1)));
+  EXPECT_TRUE(othersAreBusy());
 }
 
 // Another thread has an instance of its own for that time.

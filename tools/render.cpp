@@ -14,6 +14,7 @@
 #include "host/kernel/loader.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
+#include "host/view/tables.h"
 #include "host/view/toplevel.h"
 #include "tools/ahead.h"
 #include "tools/damage.h"

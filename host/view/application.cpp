@@ -6,8 +6,6 @@
 #include <algorithm>
 #include <iterator>
 
-#include "tavrel/DocModel.h"
-
 namespace host {
 
 Application::Application(Runtime &runtime)
@@ -39,13 +37,11 @@ ViewerDocument &Application::open(std::unique_ptr<Document> model, std::unique_p
     document.view = std::make_unique<PageView>(*document.model, std::move(viewport), [this, &document] {
       if (listener) listener(document);
     });
-  documents_.push_back(std::move(opened));
+  documents_.add(std::move(opened));
   try {
-    documentHandles_.add(&document);
-    if (document.view) viewHandles_.add(document.view.get());
     if (prepare) prepare(document);
   } catch (...) { // no plug-in knows of it yet
-    forget(document);
+    documents_.remove(document);
     throw;
   }
   notify(tavrel::notifyDocDidOpen, document);
@@ -56,29 +52,17 @@ void Application::close(ViewerDocument &document) {
   try {
     notify(tavrel::notifyDocDidClose, document);
   } catch (...) {
-    forget(document);
+    documents_.remove(document);
     throw;
   }
-  forget(document);
-}
-
-void Application::forget(ViewerDocument &document) {
-  documentHandles_.remove(&document);
-  if (document.view) viewHandles_.remove(document.view.get());
-  std::erase_if(documents_, [&](const auto &one) { return one.get() == &document; });
-}
-
-void Application::bringToFront(ViewerDocument &document) {
-  const auto found =
-      std::find_if(documents_.begin(), documents_.end(), [&](const auto &one) { return one.get() == &document; });
-  if (found != documents_.end()) std::rotate(found, found + 1, documents_.end());
+  documents_.remove(document);
 }
 
 std::optional<Drawing> Application::draw(ViewerDocument &document) {
   if (!document.view) return std::nullopt;
   PageView &view = *document.view;
   return view.draw(
-      [&] { callEach<tavrel::PageDrawProc>(pageDraw_, "the page-draw procedure", viewHandles_.handle(&view)); });
+      [&] { callEach<tavrel::PageDrawProc>(pageDraw_, "the page-draw procedure", documents_.views().handle(&view)); });
 }
 
 std::optional<Drawing> Application::drawIfNeeded(ViewerDocument &document) {
@@ -95,23 +79,11 @@ void Application::registerNotification(int32_t selector, const Registration &reg
 }
 
 void Application::notify(tavrel::Notification selector, ViewerDocument &document) {
-  callEach<tavrel::DocNotifyProc>(notifications_[selector], "a notification", documentHandles_.handle(&document));
-}
-
-ViewerDocument *Application::documentOf(const PageView &view) const {
-  const auto found =
-      std::find_if(documents_.begin(), documents_.end(), [&](const auto &one) { return one->view.get() == &view; });
-  return found == documents_.end() ? nullptr : found->get();
+  callEach<tavrel::DocNotifyProc>(notifications_[selector], "a notification", documents_.handles().handle(&document));
 }
 
 void Application::setStatusText(tavrel::ExtensionID extension, const std::string &text) {
-  const auto known = statusTexts_.find(extension);
-  if ((known == statusTexts_.end() ? std::string() : known->second) == text) return;
-  if (text.empty())
-    statusTexts_.erase(extension);
-  else
-    statusTexts_[extension] = text;
-  notifyStatus();
+  if (statusTexts_.set(extension, text)) notifyStatus();
 }
 
 void Application::notifyStatus() const {
@@ -119,25 +91,7 @@ void Application::notifyStatus() const {
 }
 
 void Application::markPages(tavrel::ExtensionID extension, ViewerDocument &document, std::span<const int32_t> pages) {
-  std::vector<int32_t> marked;
-  std::copy_if(pages.begin(), pages.end(), std::back_inserter(marked),
-               [&](int32_t page) { return page >= 0 && page < document.model->pageCount(); });
-  std::sort(marked.begin(), marked.end());
-  marked.erase(std::unique(marked.begin(), marked.end()), marked.end());
-  const auto before = document.markedPages.find(extension);
-  if (before == document.markedPages.end() ? marked.empty() : before->second == marked) return;
-  if (marked.empty())
-    document.markedPages.erase(extension);
-  else
-    document.markedPages[extension] = std::move(marked);
-  notifyStatus();
-}
-
-std::string Application::statusText() const {
-  std::string all;
-  for (const auto &[extension, text] : statusTexts_)
-    all += (all.empty() ? "" : "; ") + text;
-  return all;
+  if (document.mark(extension, pages)) notifyStatus();
 }
 
 void Application::removeToolBar() {
@@ -158,39 +112,13 @@ bool Application::press(ToolButton &button, uint32_t modifiers) {
   return enabled;
 }
 
-void Application::beforeCall() {
-  for (const auto &document : documents_)
-    if (document->view) document->view->expectCall();
-  for (const auto &document : documents_)
-    if (document->view) document->view->beforeCall();
-}
-
-void Application::afterCall() noexcept {
-  for (const auto &document : documents_)
-    if (document->view) document->view->afterCall();
-}
-
 void Application::retired(tavrel::ExtensionID extension) {
   retire(pageDraw_, extension);
   for (auto &[selector, list] : notifications_)
     retire(list, extension);
   auxData.retire(extension);
   if (toolBar_) toolBar_->retire(extension);
-  size_t shown = statusTexts_.erase(extension);
-  for (const auto &document : documents_)
-    shown += document->markedPages.erase(extension) + document->lists.retire(extension);
-  if (shown > 0) notifyStatus();
-}
-
-void addHostTables(Runtime &runtime) {
-  // The older versions are the same table: a client of one does not read beyond its end.
-  runtime.addTable("DocModel", 0x00050000, docModelTable());
-  runtime.addTable("DocModel", tavrel::docModelVersion, docModelTable());
-  runtime.addTable("TavrelView", 0x00050001, viewTable());
-  runtime.addTable("TavrelView", tavrel::tavrelViewStatusVersion, viewTable());
-  runtime.addTable("TavrelView", tavrel::tavrelViewMarksVersion, viewTable());
-  runtime.addTable("TavrelView", tavrel::tavrelViewVersion, viewTable());
-  runtime.addTable("Desktop", 0x00040000, desktopTable());
+  if (statusTexts_.retire(extension) + documents_.retire(extension) > 0) notifyStatus();
 }
 
 } // namespace host

@@ -15,22 +15,11 @@
 #include "host/kernel/runtime.h"
 #include "host/view/alerts.h"
 #include "host/view/auxdata.h"
-#include "host/view/lists.h"
-#include "host/view/pageview.h"
+#include "host/view/statustexts.h"
 #include "host/view/toolbar.h"
+#include "host/view/viewerdocuments.h"
 
 namespace host {
-
-/// An open document and the view on it.
-struct ViewerDocument {
-  std::filesystem::path file;
-  std::unique_ptr<Document> model;
-  std::unique_ptr<PageView> view; ///< null for a document that is not shown
-  std::string parameters;         ///< those after the file's name when it was opened: "page=3"
-  /// What plug-ins have marked (DocMarkPages), in order of page, none empty.
-  std::map<tavrel::ExtensionID, std::vector<int32_t>> markedPages;
-  Lists lists; ///< beside the page
-};
 
 class Application : public Current<Application>, private CallWatcher {
 public:
@@ -47,8 +36,8 @@ public:
   /// Notifies the plug-ins while the document still exists, and closes it, also where notifying throws.
   void close(ViewerDocument &document);
   /// Null without any document.
-  ViewerDocument *front() const { return documents_.empty() ? nullptr : documents_.back().get(); }
-  void bringToFront(ViewerDocument &document);
+  ViewerDocument *front() const { return documents_.front(); }
+  void bringToFront(ViewerDocument &document) { documents_.bringToFront(document); }
 
   /// Draws the page shown and has every page-draw procedure paint on it. Nothing within a batch or another drawing, or
   /// without a view.
@@ -59,10 +48,10 @@ public:
   void registerNotification(int32_t selector, const Registration &registration);
   void registerPageDraw(const Registration &registration) { addOnce(pageDraw_, registration); }
 
-  Handles<tavrel::Doc, ViewerDocument> &documents() { return documentHandles_; }
-  Handles<tavrel::PageView, PageView> &views() { return viewHandles_; }
+  Handles<tavrel::Doc, ViewerDocument> &documents() { return documents_.handles(); }
+  Handles<tavrel::PageView, PageView> &views() { return documents_.views(); }
   /// The document that a view shows, or null.
-  ViewerDocument *documentOf(const PageView &view) const;
+  ViewerDocument *documentOf(const PageView &view) const { return documents_.documentOf(view); }
   /// Throws errBadHandle for another tool bar's handle.
   ToolBar &findToolBar(tavrel::ToolBar handle) const { return toolBarHandles_.find(handle); }
   /// Null where the application has none.
@@ -75,7 +64,7 @@ public:
   /// Sets a plug-in's text on the status line; empty removes it.
   void setStatusText(tavrel::ExtensionID extension, const std::string &text);
   /// The status texts of all plug-ins, in the order in which they were loaded.
-  std::string statusText() const;
+  std::string statusText() const { return statusTexts_.all(); }
   /// Marks pages on a document's scroll bar; pages that it does not have are ignored.
   void markPages(tavrel::ExtensionID extension, ViewerDocument &document, std::span<const int32_t> pages);
   /// Notifies the plug-ins that the user has chosen a marked page, which the view shows.
@@ -95,28 +84,18 @@ public:
   void notifyStatus() const;
 
 private:
-  void forget(ViewerDocument &document);
   void notify(tavrel::Notification selector, ViewerDocument &document);
-  void beforeCall() override;
-  void afterCall() noexcept override;
+  void beforeCall() override { documents_.beforeCall(); }
+  void afterCall() noexcept override { documents_.afterCall(); }
   void retired(tavrel::ExtensionID extension) override;
 
   Runtime &runtime_;
-  std::vector<std::unique_ptr<ViewerDocument>> documents_; ///< the front one is last
-  Handles<tavrel::Doc, ViewerDocument> documentHandles_{"document"};
-  Handles<tavrel::PageView, PageView> viewHandles_{"page view"};
+  ViewerDocuments documents_;
   Handles<tavrel::ToolBar, ToolBar> toolBarHandles_{"tool bar"};
   std::unique_ptr<ToolBar> toolBar_;
   std::map<int32_t, std::vector<Registration>> notifications_;
   std::vector<Registration> pageDraw_;
-  std::map<tavrel::ExtensionID, std::string> statusTexts_; ///< no text is empty
+  StatusTexts statusTexts_;
 };
-
-/// Registers the tables "DocModel", "TavrelView" and "Desktop" with a runtime.
-void addHostTables(Runtime &runtime);
-/// The "TavrelView" table; its operations work on the current application.
-tavrel::HFT viewTable();
-/// The "Desktop" table; its operations work on the current window system (desktop.h).
-tavrel::HFT desktopTable();
 
 } // namespace host

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <vector>
 
 #include "host/kernel/error.h"
@@ -17,12 +18,16 @@ public:
     saved_.reserve(usualDepth);
   }
 
+  /// Called when batches have been closed; others may still be open.
+  std::function<void()> closed;
+
   size_t depth() const { return depth_; }
   void begin() { ++depth_; }
   /// Throws errBadArgument when none is open.
   void end() {
     if (depth_ == 0) throw HostError(tavrel::errBadArgument, "no batch is open");
     --depth_;
+    if (closed) closed();
   }
 
   // Around a call into a plug-in: batches that it leaves open are closed, batches that it closes too often are opened
@@ -33,6 +38,7 @@ public:
     // A view that was opened during the call has saved none.
     depth_ = saved_.empty() ? 0 : saved_.back();
     if (!saved_.empty()) saved_.pop_back();
+    if (closed) closed();
   }
 
 private:

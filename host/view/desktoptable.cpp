@@ -4,8 +4,8 @@
 #include "tavrel/Desktop.h"
 
 #include "host/kernel/table.h"
-#include "host/view/application.h"
 #include "host/view/desktop.h"
+#include "host/view/tables.h"
 
 namespace host {
 namespace {

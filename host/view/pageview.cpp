@@ -14,16 +14,7 @@ PageView::PageView(Document &document, std::unique_ptr<Viewport> viewport, std::
     : document_(document), viewport_(std::move(viewport)), listener_(std::move(listener)),
       source_(RenderedPages(document)), drawColor_(black) {
   viewport_->changed = [this] { invalidate(); };
-}
-
-void PageView::endBatch() {
-  batches_.end();
-  notifyIfChanged();
-}
-
-void PageView::afterCall() noexcept {
-  batches_.afterCall();
-  notifyIfChanged();
+  batches_.closed = [this] { notifyIfChanged(); };
 }
 
 void PageView::setDrawColor(const tavrel::ColorValue &color) {
@@ -37,7 +28,7 @@ void PageView::invalidate() {
 }
 
 void PageView::notifyIfChanged() {
-  if ((!invalid_ && !highlightsChanged_) || batchDepth() > 0) return;
+  if ((!invalid_ && !highlightsChanged_) || batches_.depth() > 0) return;
   highlightsChanged_ = false;
   if (listener_) listener_();
 }

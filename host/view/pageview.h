@@ -35,14 +35,7 @@ public:
   void scrollTo(int16_t x, int16_t y) { viewport_->scrollTo(units().pixel(x), units().pixel(y)); }
   tavrel::FixedMatrix transform() { return units().transform(); }
 
-  void beginBatch() { batches_.begin(); }
-  /// Throws errBadArgument when none is open.
-  void endBatch();
-  size_t batchDepth() const { return batches_.depth(); }
-  // Around a call into a plug-in, which may leave batches open (Batches).
-  void expectCall() { batches_.expectCall(); }
-  void beforeCall() { batches_.beforeCall(); }
-  void afterCall() noexcept;
+  Batches &batches() { return batches_; }
 
   const tavrel::ColorValue &drawColor() const { return drawColor_; }
   /// Throws errBadArgument for a colour that cannot be painted.
@@ -69,7 +62,7 @@ public:
   tavrel::TextSelection painted(size_t index) const { return marks_.selection(index); }
   bool drawing() const { return drawing_ != nullptr; }
   /// Whether nothing keeps draw() from drawing: no batch, no other drawing.
-  bool mayDraw() const { return !drawing() && batchDepth() == 0; }
+  bool mayDraw() const { return !drawing() && batches_.depth() == 0; }
   /// Where pages come from; initially, and with an empty source, they are rendered at once.
   void setSource(PageSource source);
   /// Draws the page shown; `painters` is called when the page is there and may paint onto it. Nothing within a batch

@@ -5,32 +5,12 @@
 
 #include <functional>
 #include <memory>
-#include <set>
-#include <string>
 #include <vector>
 
 #include "host/kernel/handles.h"
-#include "host/view/registration.h"
-#include "tavrel/TavrelView.h"
+#include "host/view/toolbutton.h"
 
 namespace host {
-
-struct ToolButton {
-  tavrel::Atom name = 0;
-  tavrel::Bitmap icon = 0;
-  std::string tip;
-  std::string label; ///< short, for menus; empty: the tip
-  std::string key;   ///< "Shift<Key>F3", or empty
-  std::set<int32_t> attributes;
-  bool enabled = true; ///< the last result of its test
-  /// The plug-in with which it is removed: the one whose callback was attached last, else the one that made it. The
-  /// host's own number for a button of the application itself.
-  tavrel::ExtensionID owner = hostExtension;
-  // A plug-in's button has these two, a button of the application itself the two after them.
-  Registration action, test;
-  std::function<void()> ownAction;
-  std::function<bool()> ownTest;
-};
 
 class ToolBar {
 public:
@@ -50,11 +30,6 @@ public:
   void attachAction(ToolButton &button, const Registration &action);
   /// Sets the test of whether the button is enabled.
   void attachTest(ToolButton &button, const Registration &test);
-  /// Sets an attribute (tavrel::ButtonAttribute).
-  void setAttribute(ToolButton &button, int32_t attribute);
-  void setLabel(ToolButton &button, const std::string &label);
-  /// Throws errBadArgument for a text that is neither empty nor a key.
-  void setKey(ToolButton &button, const std::string &key);
   /// Removes a plug-in's buttons from the tool bar, and its callbacks from the others. The objects stay: a window may
   /// show them until it is drawn anew.
   void retire(tavrel::ExtensionID extension);
@@ -64,9 +39,8 @@ public:
   void detach(ToolButton &button);
   bool hasSpace(int32_t buttons, int32_t separators) const;
 
-  /// Asks the button's test. Without a test the button is enabled; if the test fails, it is disabled.
-  bool test(ToolButton &button) const;
-  void press(ToolButton &button) const;
+  bool test(ToolButton &button) const { return mayBePressed(button, handles_.handle(&button)); }
+  void press(ToolButton &button) const { callAction(button, handles_.handle(&button)); }
   /// Asks the test of every button on the tool bar, then notifies the listener.
   void updateStates();
 
@@ -80,9 +54,10 @@ public:
   Handles<tavrel::ToolButton, ToolButton> &handles() { return handles_; }
   /// Called when buttons are added, removed, moved or change their state.
   std::function<void()> listener;
+  /// To be called after changing a button: notifies the listener.
+  void changed() const;
 
 private:
-  void notify() const;
   static void attach(ToolButton &button, Registration ToolButton::*member, const Registration &registration);
 
   Handles<tavrel::ToolButton, ToolButton> handles_{"tool button"};

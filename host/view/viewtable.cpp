@@ -5,6 +5,7 @@
 
 #include "host/kernel/table.h"
 #include "host/view/application.h"
+#include "host/view/tables.h"
 
 namespace host {
 namespace {
@@ -111,11 +112,11 @@ void applyDrawColor(ViewHandle handle, const tavrel::ColorValue *color) {
 }
 
 void beginBatch(ViewHandle handle) {
-  if (PageView *view = viewOf(handle)) view->beginBatch();
+  if (PageView *view = viewOf(handle)) view->batches().begin();
 }
 
 void endBatch(ViewHandle handle) {
-  if (PageView *view = viewOf(handle)) view->endBatch();
+  if (PageView *view = viewOf(handle)) view->batches().end();
 }
 
 void showPage(ViewHandle handle, int32_t page) {
@@ -208,16 +209,21 @@ void attachEnabledTest(ButtonHandle button, Callback callback, void *clientData)
 
 void attachTip(ButtonHandle button, const char *text) { buttonOf(button).tip = text == nullptr ? "" : text; }
 
-void attachKey(ButtonHandle button, const char *key) { theBar().setKey(buttonOf(button), key == nullptr ? "" : key); }
+void attachKey(ButtonHandle button, const char *key) {
+  buttonOf(button).setKey(key == nullptr ? "" : key);
+  theBar().changed();
+}
 
 void attachLabel(ButtonHandle button, const char *text) {
-  theBar().setLabel(buttonOf(button), text == nullptr ? "" : text);
+  buttonOf(button).label = text == nullptr ? "" : text;
+  theBar().changed();
 }
 
 void setAttribute(ButtonHandle button, int32_t attribute) {
   if (attribute != tavrel::buttonInternal && attribute != tavrel::buttonAlsoInBrowser)
     throw HostError(errBadArgument, "no button attribute " + std::to_string(attribute));
-  theBar().setAttribute(buttonOf(button), attribute);
+  buttonOf(button).attributes.insert(attribute);
+  theBar().changed(); // the button may become visible
 }
 
 void detachButton(ButtonHandle button) { theBar().detach(buttonOf(button)); }

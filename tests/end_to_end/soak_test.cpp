@@ -8,6 +8,7 @@
 #include "host/kernel/loader.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
+#include "host/view/tables.h"
 #include "host/view/toplevel.h"
 #include "tools/display.h"
 

@@ -11,6 +11,7 @@
 #include "host/kernel/loader.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
+#include "host/view/tables.h"
 #include "host/view/toplevel.h"
 #include "tavrel/Kernel.h"
 #include "tavrel/TavrelGLT.h"

@@ -12,6 +12,7 @@
 #include "TestDocuments.h"
 #include "Waker.h"
 #include "host/kernel/TestPlugin.h"
+#include "host/view/tables.h"
 #include "viewer/model/session.h"
 
 namespace test {

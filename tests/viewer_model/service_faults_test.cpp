@@ -12,6 +12,7 @@
 #include "TestDocuments.h"
 #include "host/document/answering.h"
 #include "host/kernel/TestPlugin.h"
+#include "host/view/tables.h"
 #include "tavrel/DocModel.h"
 #include "tavrel/TavrelView.h"
 #include "viewer/model/session.h"

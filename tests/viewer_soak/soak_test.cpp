@@ -17,6 +17,7 @@
 #include <string>
 
 #include "host/view/desktop.h"
+#include "host/view/tables.h"
 #include "support/pdf.h"
 #include "tools/display.h"
 #include "viewer/model/session.h"

@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "host/view/desktop.h"
+#include "host/view/tables.h"
 #include "viewer/model/session.h"
 #include "viewer/window/collector.h"
 #include "viewer/window/embedding.h"

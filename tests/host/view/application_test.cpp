@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "Viewer.h"
+#include "host/view/tables.h"
 #include "tavrel/DocModel.h"
 
 namespace {

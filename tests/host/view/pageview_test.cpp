@@ -190,12 +190,12 @@ TEST_F(PageViews, ClosingABatchThatIsNotOpenRaises) {
 
 TEST_F(PageViews, ABatchThatAPluginLeavesOpenIsClosed) {
   testPlugin.attempt([this] { TavrelView::PageViewBeginBatch(view); });
-  EXPECT_EQ(document->view->batchDepth(), 0U);
+  EXPECT_EQ(document->view->batches().depth(), 0U);
   testPlugin.attempt([this] {
     TavrelView::PageViewBeginBatch(view);
     Kernel::RaiseError(1);
   });
-  EXPECT_EQ(document->view->batchDepth(), 0U);
+  EXPECT_EQ(document->view->batches().depth(), 0U);
 }
 
 TEST_F(PageViews, ABatchOfTheCallerStaysOpenWhateverAPluginCalledWithinItDoes) {
@@ -203,10 +203,10 @@ TEST_F(PageViews, ABatchOfTheCallerStaysOpenWhateverAPluginCalledWithinItDoes) {
   TavrelView::PageViewBeginBatch(view);
   testPlugin.attempt([this] {
     TavrelView::PageViewEndBatch(view);
-    depthInside = document->view->batchDepth();
+    depthInside = document->view->batches().depth();
   });
   EXPECT_EQ(depthInside, 0U);
-  EXPECT_EQ(document->view->batchDepth(), 1U);
+  EXPECT_EQ(document->view->batches().depth(), 1U);
   TavrelView::PageViewEndBatch(view);
 }
 
@@ -215,19 +215,19 @@ TEST_F(PageViews, EachOfTwoNestedCallsClosesTheBatchesThatItLeavesOpen) {
   testPlugin.attempt([this] {
     TavrelView::PageViewBeginBatch(view);
     testPlugin.attempt([this] { TavrelView::PageViewBeginBatch(view); });
-    depthBetween = document->view->batchDepth();
+    depthBetween = document->view->batches().depth();
   });
   EXPECT_EQ(depthBetween, 1U);
-  EXPECT_EQ(document->view->batchDepth(), 0U);
+  EXPECT_EQ(document->view->batches().depth(), 0U);
 }
 
 TEST_F(PageViews, ABatchThatAPluginLeavesOpenInADocumentThatItHasOpenedIsClosed) {
   static host::ViewerDocument *opened;
   testPlugin.attempt([this] {
     opened = &app.open(std::make_unique<test::FakeDocument>(1), "b.pdf", dpi);
-    opened->view->beginBatch();
+    opened->view->batches().begin();
   });
-  EXPECT_EQ(opened->view->batchDepth(), 0U);
+  EXPECT_EQ(opened->view->batches().depth(), 0U);
 }
 
 TEST_F(PageViews, ADrawingIsNoLongerHeldBackWhenTheCallThatLeftABatchOpenEnds) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The table pointers of a plug-in: tests call the host through them.
-#include "host/view/application.h"
+#include "host/view/tables.h"
 #include "tavrel/Kernel.h"
 #include "tavrel/TavrelView.h"
 

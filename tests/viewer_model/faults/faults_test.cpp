@@ -7,6 +7,7 @@
 
 #include "FailingNew.h"
 #include "host/kernel/TestPlugin.h"
+#include "host/view/tables.h"
 #include "viewer/model/session.h"
 #include "viewer_model/TestDocuments.h"
 #include "viewer_model/Waker.h"

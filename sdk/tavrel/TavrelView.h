@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: MIT
 // The "TavrelView" table: viewer documents, page views, the tool bar, alerts, notifications, auxiliary data, the status
-// line and the scroll bar. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with SetStatusText, 0x00050003
-// with DocMarkPages, 0x00050004 has all operations below; a host provides all four.
+// line, the scroll bar and the lists beside the page. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with
+// SetStatusText, 0x00050003 with DocMarkPages, 0x00050004 has all operations below; a host provides all four.
 //
 // Null is accepted as page view or tool bar: the operation then does nothing and returns 0 or null. Any other unknown
 // handle raises. Tags: see Kernel.h.

@@ -2,7 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "host/document/line.h"
 
+#include <utf8proc.h>
+
 #include <algorithm>
+#include <array>
 
 namespace host {
 namespace {
@@ -30,19 +33,9 @@ bool onOneLine(const WordText &a, const WordText &b) {
 }
 
 void append(std::string &text, char32_t c) {
-  const auto byte = [&text](char32_t value) { text += static_cast<char>(value); };
-  if (c < 0x80) return byte(c);
-  if (c < 0x800) {
-    byte(0xC0 | c >> 6);
-  } else if (c < 0x10000) {
-    byte(0xE0 | c >> 12);
-    byte(0x80 | (c >> 6 & 0x3F));
-  } else {
-    byte(0xF0 | c >> 18);
-    byte(0x80 | (c >> 12 & 0x3F));
-    byte(0x80 | (c >> 6 & 0x3F));
-  }
-  byte(0x80 | (c & 0x3F));
+  std::array<utf8proc_uint8_t, 4> bytes{};
+  const utf8proc_ssize_t count = utf8proc_encode_char(static_cast<utf8proc_int32_t>(c), bytes.data());
+  text.append(bytes.begin(), bytes.begin() + count);
 }
 
 } // namespace
@@ -53,12 +46,12 @@ TextLine lineOf(const PageText &page, const Box &box) {
   });
   TextLine line;
   if (word == page.words.end() || overlap(word->bounds, box) == 0) return line;
-  auto first = word, last = word;
+  auto first = word, end = word + 1;
   while (first != page.words.begin() && onOneLine(*(first - 1), *first))
     --first;
-  while (last + 1 != page.words.end() && onOneLine(*last, *(last + 1)))
-    ++last;
-  for (auto one = first; one != last + 1; ++one) {
+  while (end != page.words.end() && onOneLine(*(end - 1), *end))
+    ++end;
+  for (auto one = first; one != end; ++one) {
     if (one != first) line.text += ' ';
     if (one == word) line.start = line.text.size();
     for (const char32_t c : one->text)

@@ -193,6 +193,13 @@ TEST_F(ServedTest, ExpectedWordsThatAreNotThereYetAreWaitedFor) {
   EXPECT_THAT(backstage.asked, IsEmpty());
 }
 
+TEST_F(ServedTest, TheFirstPageIsExpectedLikeAnyOther) {
+  answersWords();
+  document->pageText(3);
+  document->expectText(0, true);
+  EXPECT_EQ(backstage.asked.size(), 1U);
+}
+
 TEST_F(ServedTest, PagesThatAreNotThereAreNotExpected) {
   answersWords();
   document->pageText(0);

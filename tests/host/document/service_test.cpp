@@ -8,6 +8,7 @@
 #include <new>
 
 #include "FakeBackend.h"
+#include "host/document/pdf.h"
 
 namespace host {
 namespace {
@@ -204,23 +205,36 @@ TEST_P(Answers, AreFailuresWhereTheyDoNotFit) {
   EXPECT_EQ(line, GetParam().fits ? "none" : "paper.pdf: the PDF library has given a wrong answer");
 }
 
-const PageSize someSize{100, 200}, noSize{100, 0}, hugeSize{1e9, 100};
+const PageSize someSize{100, 200}, flat{100, 0.5}, narrow{0.5, 100};
+const PageSize smallest{1, 1}, largest{PdfFile::longestPage, PdfFile::longestPage};
+const PageSize tooWide{PdfFile::longestPage + 1, 100}, tooHigh{100, PdfFile::longestPage + 1};
 
 INSTANTIATE_TEST_SUITE_P(
     Of, Answers,
     testing::Values(
         Exchange{"Document", OpenRequest{}, Opened{2, {someSize}}, true},
+        Exchange{"DocumentOfOnePage", OpenRequest{}, Opened{1, {someSize}}, true},
         Exchange{"DocumentWithoutPages", OpenRequest{}, Opened{0, {}}, false},
         Exchange{"DocumentOfFewerPagesThanSizes", OpenRequest{}, Opened{1, {someSize, someSize}}, false},
         Exchange{"Sizes", SizesRequest{4, 2}, Sizes{4, {someSize, someSize}}, true},
         Exchange{"TooFewSizes", SizesRequest{4, 2}, Sizes{4, {someSize}}, false},
         Exchange{"OtherPagesSizes", SizesRequest{4, 1}, Sizes{5, {someSize}}, false},
-        Exchange{"EmptySize", SizesRequest{4, 1}, Sizes{4, {noSize}}, false},
-        Exchange{"HugeSize", SizesRequest{4, 1}, Sizes{4, {hugeSize}}, false},
+        Exchange{"SizesAtTheLimits", SizesRequest{4, 2}, Sizes{4, {smallest, largest}}, true},
+        Exchange{"AFlatPage", SizesRequest{4, 1}, Sizes{4, {flat}}, false},
+        Exchange{"ANarrowPage", SizesRequest{4, 1}, Sizes{4, {narrow}}, false},
+        Exchange{"TooWideAPage", SizesRequest{4, 1}, Sizes{4, {tooWide}}, false},
+        Exchange{"TooHighAPage", SizesRequest{4, 1}, Sizes{4, {tooHigh}}, false},
         Exchange{"Image", ImageRequest{3, 72}, PageImage{3, 72, imageOf(2, 3)}, true},
         Exchange{"AnotherPagesImage", ImageRequest{3, 72}, PageImage{4, 72, imageOf(2, 3)}, false},
         Exchange{"ImageOfAnotherResolution", ImageRequest{3, 72}, PageImage{3, 36, imageOf(2, 3)}, false},
         Exchange{"ImageOfFewerPixels", ImageRequest{3, 72}, PageImage{3, 72, {2, 3, std::vector<uint32_t>(5)}}, false},
+        Exchange{"AnImageOfOnePixel", ImageRequest{3, 72}, PageImage{3, 72, imageOf(1, 1)}, true},
+        Exchange{"TheWidestImage", ImageRequest{3, 72}, PageImage{3, 72, imageOf(longestSide, 1)}, true},
+        Exchange{"TheHighestImage", ImageRequest{3, 72}, PageImage{3, 72, imageOf(1, longestSide)}, true},
+        Exchange{"TooWideAnImage", ImageRequest{3, 72}, PageImage{3, 72, imageOf(longestSide + 1, 1)}, false},
+        Exchange{"TooHighAnImage", ImageRequest{3, 72}, PageImage{3, 72, imageOf(1, longestSide + 1)}, false},
+        Exchange{"AnImageWithoutWidth", ImageRequest{3, 72}, PageImage{3, 72, {0, 3, {}}}, false},
+        Exchange{"AnImageWithoutHeight", ImageRequest{3, 72}, PageImage{3, 72, {2, 0, {}}}, false},
         Exchange{"EmptyImage", ImageRequest{3, 72}, PageImage{3, 72, {}}, false},
         Exchange{"NegativeImage", ImageRequest{3, 72}, PageImage{3, 72, {-2, -3, std::vector<uint32_t>(6)}}, false},
         Exchange{"Words", WordsRequest{3}, wordsOf({}), true},

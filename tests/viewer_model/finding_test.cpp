@@ -334,16 +334,16 @@ TEST_F(FindingTest, ASearchThatAnotherDocumentEndedIsNotUnderWayForTheDialog) {
 }
 
 TEST_F(FindingTest, ADocumentThatArrivesDuringASearchIsNotTurned) {
-  session().documents.open({write("other.pdf", test::numberedPages(5)), {}});
+  session().opener.open({write("other.pdf", test::numberedPages(5)), {}});
   session().finding.find({"lamp", {}}, false);
-  ASSERT_TRUE(until([&] { return !session().documents.opening() && !session().finding.searching(); }));
+  ASSERT_TRUE(until([&] { return !session().opener.opening() && !session().finding.searching(); }));
   EXPECT_EQ(session().documents.page() == 0, session().documents.front()->file.filename() == "other.pdf");
 }
 
 TEST_F(FindingTest, ReloadingForgetsTheMatchesOfTheOldFile) {
   find("lamp");
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_EQ(count(currentMatch), 0);
   next();
   EXPECT_EQ(session().documents.page(), 1);

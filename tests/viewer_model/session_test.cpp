@@ -60,7 +60,7 @@ TEST_F(SessionTest, WithoutDocumentsThereIsNothing) {
 
 TEST_F(SessionTest, ActionsWithoutADocumentDoNothing) {
   session().documents.closeFront();
-  session().documents.reload();
+  session().opener.reload();
   session().documents.bringToFront(0);
   session().moving.goToPage(3);
   session().moving.scroll(0, 10);
@@ -81,10 +81,10 @@ TEST_F(SessionTest, AnOpenedFileIsInFront) {
 }
 
 TEST_F(SessionTest, OpeningIsShownUntilTheFileIsOpen) {
-  session().documents.open({write("paper.pdf", test::numberedPages(1)), {}});
-  EXPECT_TRUE(session().documents.opening());
+  session().opener.open({write("paper.pdf", test::numberedPages(1)), {}});
+  EXPECT_TRUE(session().opener.opening());
   EXPECT_EQ(session().status.message(), "Opening paper.pdf");
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_THAT(session().status.message(), IsEmpty());
 }
 
@@ -129,16 +129,16 @@ TEST_F(SessionTest, OtherParametersOpenTheFileOnceMore) {
 
 TEST_F(SessionTest, AFileThatIsStillBeingOpenedIsNotOpenedTwice) {
   const auto file = write("a.pdf", test::numberedPages(1));
-  session().documents.open({file, {}});
-  session().documents.open({file, {}});
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.open({file, {}});
+  session().opener.open({file, {}});
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_THAT(session().documents.all(), SizeIs(1));
 }
 
 TEST_F(SessionTest, FilesOpenedAtOnceKeepTheirOrder) {
   for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})
-    session().documents.open({write(name, test::numberedPages(1)), {}});
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+    session().opener.open({write(name, test::numberedPages(1)), {}});
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_THAT(names(), ElementsAre("a.pdf", "b.pdf", "c.pdf"));
   EXPECT_EQ(session().documents.frontIndex(), 2U);
 }
@@ -146,7 +146,7 @@ TEST_F(SessionTest, FilesOpenedAtOnceKeepTheirOrder) {
 TEST_F(SessionTest, EndsWhileFilesAreBeingOpened) {
   openPages(test::numberedPages(1));
   for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})
-    session().documents.open({write(name, test::numberedPages(1)), {}});
+    session().opener.open({write(name, test::numberedPages(1)), {}});
   endSession();
   EXPECT_EQ(app.front(), nullptr);
 }
@@ -181,37 +181,37 @@ TEST_F(SessionTest, ADocumentWhoseFirstPageIsDamagedIsOpenedAndReported) {
 
 TEST_F(SessionTest, AnEncryptedFileAsksForItsPassword) {
   Asked asked;
-  session().documents.questions = &asked;
+  session().opener.questions = &asked;
   const auto file = secret();
   EXPECT_THAT(errorsOf(file), IsEmpty());
   EXPECT_THAT(asked.files, ElementsAre(Target{file, ""}));
   EXPECT_THAT(asked.agains, ElementsAre(false));
-  EXPECT_TRUE(session().documents.asksPassword());
-  session().documents.questions = nullptr;
+  EXPECT_TRUE(session().opener.asksPassword());
+  session().opener.questions = nullptr;
 }
 
 TEST_F(SessionTest, AWrongPasswordAsksAgain) {
   Asked asked;
-  session().documents.questions = &asked;
+  session().opener.questions = &asked;
   open(secret(), "page=2", "wrong");
   EXPECT_THAT(asked.agains, ElementsAre(true));
   EXPECT_EQ(asked.files.at(0).parameters, "page=2");
-  session().documents.questions = nullptr;
+  session().opener.questions = nullptr;
 }
 
 TEST_F(SessionTest, ThePasswordOpensTheFile) {
   Asked asked;
-  session().documents.questions = &asked;
+  session().opener.questions = &asked;
   open(secret());
   open(asked.files.at(0).file, {}, "user");
   ASSERT_TRUE(draws());
   EXPECT_EQ(frontName(), "secret.pdf.locked.pdf");
-  session().documents.questions = nullptr;
+  session().opener.questions = nullptr;
 }
 
 TEST_F(SessionTest, WithoutQuestionsAnEncryptedFileIsRefused) {
   EXPECT_THAT(errorsOf(secret()), EndsWith("is encrypted: a password is needed\n"));
-  EXPECT_FALSE(session().documents.asksPassword());
+  EXPECT_FALSE(session().opener.asksPassword());
 }
 
 // ---- closing ----
@@ -309,8 +309,8 @@ TEST_F(SessionTest, ReloadingShowsTheCurrentFileOnTheSamePage) {
   openPages(test::numberedPages(4));
   session().moving.goToPage(2);
   write("paper.pdf", test::numberedPages(6));
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_EQ(session().documents.pageCount(), 6);
   EXPECT_EQ(session().documents.page(), 2);
 }
@@ -319,15 +319,15 @@ TEST_F(SessionTest, ReloadingAShorterFileShowsItsLastPage) {
   openPages(test::numberedPages(4));
   session().moving.goToPage(3);
   write("paper.pdf", test::numberedPages(2));
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_EQ(session().documents.page(), 1);
 }
 
 TEST_F(SessionTest, ReloadingKeepsPasswordAndParameters) {
   open(secret(), "xml=h.xml", "user");
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   ASSERT_NE(session().documents.front(), nullptr) << session().status.message();
   EXPECT_EQ(session().documents.front()->parameters, "xml=h.xml");
 }
@@ -337,7 +337,7 @@ TEST_F(SessionTest, ClosingADocumentAfterItsReloadClosesTheFile) {
   const auto file = write("paper.pdf", test::numberedPages(1));
   open(file);
   const size_t before = waker.wakes();
-  session().documents.reload();
+  session().opener.reload();
   ASSERT_TRUE(waker.until([&] { return waker.wakes() > before; })); // opened, but not taken over yet
   session().documents.closeFront();
   openPages(test::numberedPages(1), "other.pdf");
@@ -348,7 +348,7 @@ TEST_F(SessionTest, ClosingADocumentAfterItsReloadClosesTheFile) {
 TEST_F(SessionTest, ClosingADocumentDuringItsReloadClosesTheFile) {
   const auto file = write("paper.pdf", test::numberedPages(1));
   open(file);
-  session().documents.reload();
+  session().opener.reload();
   session().documents.closeFront();
   openPages(test::numberedPages(1), "other.pdf");
   ASSERT_TRUE(draws());
@@ -371,8 +371,8 @@ TEST_F(SessionTest, ReloadingDrawsTheCurrentFile) {
   ASSERT_TRUE(draws());
   EXPECT_EQ(pixel(20, 20), 0xFFFFFFFF);
   write("paper.pdf", {{.drawing = "1 0 0 rg 0 0 400 600 re f"}});
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   ASSERT_TRUE(draws());
   EXPECT_EQ(pixel(20, 20), 0xFFFF0000);
 }

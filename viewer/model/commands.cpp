@@ -20,7 +20,7 @@ constexpr double line = 48, wheel = 90;
 void openFile(const Model &model, Frontend &frontend, const std::string &file) {
   if (file.empty()) return frontend.askForFile();
   try {
-    model.documents.open(targetOf(file));
+    model.opener.open(targetOf(file));
   } catch (const host::DocumentError &error) {
     model.status.report(error.what());
   }
@@ -65,7 +65,7 @@ using Text = const std::string &;
 // clang-format off
 constexpr Command table[] = {
     {"Open", "Open\u2026", "file", [](const Model &m, Frontend &f, Text a) { openFile(m, f, a); }, nullptr},
-    {"Reload", "Reload", nullptr, [](const Model &m, Frontend &, Text) { m.documents.reload(); }, hasDocument},
+    {"Reload", "Reload", nullptr, [](const Model &m, Frontend &, Text) { m.opener.reload(); }, hasDocument},
     {"Close", "Close", nullptr, [](const Model &m, Frontend &, Text) { m.documents.closeFront(); }, hasDocument},
     {"Quit", "Quit", nullptr, [](const Model &, Frontend &f, Text) { f.quit(); }, nullptr},
     {"FindDialog", "Find\u2026", "text", [](const Model &m, Frontend &f, Text a) { findText(m, f, a); }, hasDocument},

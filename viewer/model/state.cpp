@@ -130,7 +130,7 @@ std::string stateOf(const Model &model, const std::string &pluginText, const Win
       .text("plugins", pluginText)
       .member("documents", listOf(documents.all(), nameOf))
       .member("front", static_cast<double>(documents.frontIndex()))
-      .flag("opening", documents.opening())
+      .flag("opening", model.opener.opening())
       .member("page", documents.page() + 1)
       .member("pages", documents.pageCount())
       .member("zoom", model.moving.zoom())

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/document/service.h"
 #include "viewer/model/cache.h"
 #include "viewer/model/documents.h"
 #include "viewer/model/words.h"

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "viewer/model/opener.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <utility>
+
+namespace viewer {
+namespace {
+
+// How long a plug-in waits for a page, and the window with it.
+constexpr auto waitingLimit = std::chrono::seconds(1);
+
+} // namespace
+
+void Opener::open(const Target &target, const std::string &password) {
+  Target absolute = target;
+  std::error_code unknown;
+  if (const auto path = std::filesystem::absolute(target.file, unknown); !unknown) absolute.file = path;
+  absolute.file = absolute.file.lexically_normal();
+  const auto same = [&](const Target &other) {
+    return other.file == absolute.file && (absolute.parameters.empty() || other == absolute);
+  };
+  if (const OpenDocument *there = documents_.findIf([&](const OpenDocument &one) { return same(one.target); }))
+    return documents_.bringToFront(*there);
+  if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return;
+  std::string line = "Opening " + target.file.filename().string();
+  opening_.request({++numbers_, absolute, password});
+  openingLine_ = line;
+  status_.set(std::move(line));
+}
+
+void Opener::reload() {
+  const OpenDocument *document = documents_.frontDocument();
+  if (document == nullptr) return;
+  if (opening_.any([=](const Opening::File &file) { return file.replaces == document->number; })) return;
+  opening_.request({++numbers_, document->target, document->password, document->number});
+}
+
+void Opener::takeOpened() {
+  if (const std::optional<Opening::File> file = opening_.take()) take(*file);
+}
+
+void Opener::take(const Opening::File &file) {
+  status_.remove(openingLine_); // but not an error of another file
+  changes_.note(allParts);
+  if (const auto *opened = std::get_if<host::Opened>(&file.answer->value)) return takeDocument(file, *opened);
+  const auto &failure = std::get<host::Failure>(file.answer->value);
+  asksPassword_ = failure.needsPassword && questions != nullptr;
+  if (asksPassword_)
+    questions->askPassword(file.target, !file.password.empty());
+  else
+    status_.report(failure.line);
+}
+
+void Opener::takeDocument(const Opening::File &file, const host::Opened &opened) {
+  std::exception_ptr failure;
+  try {
+    documents_.add(host::Document::of({file.service, waitingLimit}, opened),
+                   {file.number, nullptr, nullptr, file.target, file.password, file.service});
+  } catch (const std::exception &error) {
+    if (documents_.find(file.number) == nullptr) {
+      const bool memory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
+      return status_.report(host::nameInMessage(file.target.file) + ": " +
+                            (memory ? "memory is exhausted" : error.what()));
+    }
+    failure = std::current_exception();
+  }
+  if (const OpenDocument *before = file.replaces ? documents_.find(*file.replaces) : nullptr)
+    documents_.replace(*before);
+  if (failure) std::rethrow_exception(failure);
+}
+
+} // namespace viewer

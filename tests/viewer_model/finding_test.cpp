@@ -350,6 +350,28 @@ TEST_F(FindingTest, ReloadingForgetsTheMatchesOfTheOldFile) {
   EXPECT_GT(count(currentMatch), 0);
 }
 
+TEST_F(FindingTest, ReloadingADocumentInTheBackgroundKeepsTheMatchesInFront) {
+  openPages(test::numberedPages(1), "other.pdf");
+  session().documents.bringToFront(0);
+  find("lamp");
+  session().documents.bringToFront(1);
+  session().opener.reload();
+  session().documents.bringToFront(0);
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
+  EXPECT_GT(count(currentMatch), 0);
+}
+
+TEST_F(FindingTest, ClosingAnotherDocumentDoesNotEndASearch) {
+  openPages(test::numberedPages(1), "other.pdf");
+  session().documents.bringToFront(0);
+  session().finding.find({"lamp", {}}, false);
+  session().documents.bringToFront(1);
+  session().documents.closeFront();
+  EXPECT_TRUE(session().finding.searching());
+  ASSERT_TRUE(finishes());
+  EXPECT_EQ(session().documents.page(), 1);
+}
+
 TEST_F(FindingTest, TheMarksComeBackWithTheirDocument) {
   find("lamp");
   openPages(test::numberedPages(1), "other.pdf");

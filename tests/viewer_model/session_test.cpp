@@ -20,12 +20,14 @@ using testing::Not;
 using testing::SizeIs;
 
 struct Asked : Questions {
-  void askPassword(const Target &target, bool again) override {
+  void askPassword(const Target &target, bool again, const Answer &answer) override {
     files.push_back(target);
     agains.push_back(again);
+    answers.push_back(answer);
   }
   std::vector<Target> files;
   std::vector<bool> agains;
+  std::vector<Answer> answers;
 };
 
 struct SessionTest : test::Sessions {
@@ -203,7 +205,8 @@ TEST_F(SessionTest, ThePasswordOpensTheFile) {
   Asked asked;
   session().opener.questions = &asked;
   open(secret());
-  open(asked.files.at(0).file, {}, "user");
+  asked.answers.at(0)("user");
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   ASSERT_TRUE(draws());
   EXPECT_EQ(frontName(), "secret.pdf.locked.pdf");
   session().opener.questions = nullptr;
@@ -332,6 +335,73 @@ TEST_F(SessionTest, ReloadingKeepsPasswordAndParameters) {
   EXPECT_EQ(session().documents.front()->parameters, "xml=h.xml");
 }
 
+struct ReloadingSecretTest : SessionTest {
+  ReloadingSecretTest() { session().opener.questions = &asked; }
+  ~ReloadingSecretTest() override { session().opener.questions = nullptr; }
+  // Encrypts the file with the password "user".
+  void encrypt(const std::filesystem::path &file) { std::filesystem::rename(secret(), file); }
+  void settle() {
+    ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
+  }
+  void answer(const std::string &password) {
+    const auto last = asked.answers.back();
+    last(password);
+    settle();
+  }
+  Asked asked;
+};
+
+TEST_F(ReloadingSecretTest, TriesTheKnownPasswordWithoutAQuestion) {
+  open(secret(), {}, "user");
+  session().opener.reload();
+  settle();
+  EXPECT_THAT(asked.files, IsEmpty());
+  EXPECT_EQ(session().documents.all().size(), 1U);
+}
+
+TEST_F(ReloadingSecretTest, AsksForThePasswordOfAFileThatIsEncryptedNow) {
+  const auto file = write("a.pdf", test::numberedPages(4));
+  open(file);
+  session().moving.goToPage(1);
+  encrypt(file);
+  session().opener.reload();
+  settle();
+  EXPECT_THAT(asked.agains, ElementsAre(false));
+  EXPECT_EQ(session().documents.pageCount(), 4) << "the old state is shown until the new one is open";
+  answer("user");
+  EXPECT_EQ(session().documents.pageCount(), 2);
+  EXPECT_EQ(session().documents.page(), 1);
+  EXPECT_THAT(names(), ElementsAre("a.pdf"));
+  session().opener.reload();
+  settle();
+  EXPECT_THAT(asked.agains, SizeIs(1)) << "the password is known now";
+}
+
+TEST_F(ReloadingSecretTest, AsksAgainAfterAWrongAnswerOnly) {
+  const auto file = secret();
+  open(file, {}, "user");
+  const std::string command = std::string(QPDF) + " --encrypt other owner 256 -- " +
+                              write("b.pdf", test::numberedPages(3)).string() + " " + file.string();
+  ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(cert-env33-c): a test's own command
+  session().opener.reload();
+  settle();
+  answer("user");
+  answer("other");
+  EXPECT_THAT(asked.agains, ElementsAre(false, true));
+  EXPECT_EQ(session().documents.pageCount(), 3);
+}
+
+TEST_F(ReloadingSecretTest, AnAnswerAfterTheDocumentWasClosedOpensNothing) {
+  const auto file = write("a.pdf", test::numberedPages(4));
+  open(file);
+  encrypt(file);
+  session().opener.reload();
+  settle();
+  session().documents.closeFront();
+  answer("user");
+  EXPECT_THAT(names(), IsEmpty());
+}
+
 // The thread closes documents before it renders: once another file's page is rendered, closed documents are closed.
 TEST_F(SessionTest, ClosingADocumentAfterItsReloadClosesTheFile) {
   const auto file = write("paper.pdf", test::numberedPages(1));
@@ -364,6 +434,27 @@ TEST_F(SessionTest, WithoutMemoryForADocumentItsFileIsClosedAndNamed) {
   openPages(test::numberedPages(1), "other.pdf");
   ASSERT_TRUE(draws());
   EXPECT_FALSE(test::hasOpen(file));
+}
+
+TEST_F(SessionTest, AReloadedDocumentStaysBehindWhatHasComeToFrontMeanwhile) {
+  const auto file = write("a.pdf", test::numberedPages(4));
+  open(file);
+  session().moving.goToPage(2);
+  openPages(test::numberedPages(3), "b.pdf");
+  session().documents.bringToFront(0);
+  write("a.pdf", test::numberedPages(5));
+  session().opener.reload();
+  session().documents.bringToFront(1);
+  session().moving.goToPage(1);
+  session().status.set("of b.pdf");
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
+  EXPECT_THAT(names(), ElementsAre("a.pdf", "b.pdf"));
+  EXPECT_EQ(frontName(), "b.pdf");
+  EXPECT_EQ(session().documents.page(), 1);
+  EXPECT_EQ(session().status.message(), "of b.pdf");
+  session().documents.bringToFront(0);
+  EXPECT_EQ(session().documents.pageCount(), 5);
+  EXPECT_EQ(session().documents.page(), 2);
 }
 
 TEST_F(SessionTest, ReloadingDrawsTheCurrentFile) {

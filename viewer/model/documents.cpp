@@ -74,6 +74,7 @@ void Documents::replace(const OpenDocument &before) {
 }
 
 void Documents::close(const OpenDocument &document) {
+  const bool wasFront = document.document == front();
   for (DocumentKeeper *keeper : keepers)
     keeper->closes(document);
   std::erase(order_, document.document);
@@ -86,7 +87,7 @@ void Documents::close(const OpenDocument &document) {
     throw;
   }
   showFront();
-  status_.set("");
+  if (wasFront) status_.set("");
 }
 
 void Documents::showFront() {
@@ -110,14 +111,15 @@ void Documents::closeAll() {
 }
 
 void Documents::bringToFront(size_t index) {
-  if (index < order_.size()) bringToFront(*find(order_[index]));
+  if (index >= order_.size() || order_[index] == front()) return;
+  bringToFront(*find(order_[index]));
+  status_.set("");
 }
 
 void Documents::bringToFront(const OpenDocument &document) {
   if (document.document == front()) return;
   app_.bringToFront(*document.document);
   showFront();
-  status_.set("");
 }
 
 size_t Documents::frontIndex() const {

@@ -29,11 +29,12 @@ public:
   /// failed when it was notified.
   /// @param document its `document` and `window` are set here
   void add(std::unique_ptr<host::Document> model, OpenDocument document);
-  /// The document opened last takes the place of another one, which is closed.
+  /// The document opened last takes the place of another one, which is closed, also where closing it throws.
   void replace(const OpenDocument &before);
   void closeFront();
   void closeAll();
   void bringToFront(size_t index);
+  /// The message on the status line is kept.
   void bringToFront(const OpenDocument &document);
 
   /// In the order in which they were opened.

@@ -23,8 +23,10 @@ void Opener::open(const Target &target, const std::string &password) {
   const auto same = [&](const Target &other) {
     return other.file == absolute.file && (absolute.parameters.empty() || other == absolute);
   };
-  if (const OpenDocument *there = documents_.findIf([&](const OpenDocument &one) { return same(one.target); }))
-    return documents_.bringToFront(*there);
+  if (const OpenDocument *there = documents_.findIf([&](const OpenDocument &one) { return same(one.target); })) {
+    documents_.bringToFront(*there);
+    return status_.set("");
+  }
   if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return;
   std::string line = "Opening " + target.file.filename().string();
   opening_.request({++numbers_, absolute, password});
@@ -33,10 +35,12 @@ void Opener::open(const Target &target, const std::string &password) {
 }
 
 void Opener::reload() {
-  const OpenDocument *document = documents_.frontDocument();
-  if (document == nullptr) return;
-  if (opening_.any([=](const Opening::File &file) { return file.replaces == document->number; })) return;
-  opening_.request({++numbers_, document->target, document->password, document->number});
+  if (const OpenDocument *document = documents_.frontDocument()) reload(*document, document->password, true);
+}
+
+void Opener::reload(const OpenDocument &document, const std::string &password, bool known) {
+  if (opening_.any([&](const Opening::File &file) { return file.replaces == document.number; })) return;
+  opening_.request({++numbers_, document.target, password, document.number, known});
 }
 
 void Opener::takeOpened() {
@@ -50,12 +54,22 @@ void Opener::take(const Opening::File &file) {
   const auto &failure = std::get<host::Failure>(file.answer->value);
   asksPassword_ = failure.needsPassword && questions != nullptr;
   if (asksPassword_)
-    questions->askPassword(file.target, !file.password.empty());
+    ask(file);
   else
     status_.report(failure.line);
 }
 
+void Opener::ask(const Opening::File &file) {
+  const auto answer = [this, target = file.target, replaces = file.replaces](const std::string &password) {
+    if (!replaces) return open(target, password);
+    if (const OpenDocument *document = documents_.find(*replaces)) reload(*document, password, false);
+  };
+  questions->askPassword(file.target, !file.password.empty() && !file.passwordIsKnown, answer);
+}
+
 void Opener::takeDocument(const Opening::File &file, const host::Opened &opened) {
+  const OpenDocument *const before = file.replaces ? documents_.find(*file.replaces) : nullptr;
+  const OpenDocument *const front = documents_.frontDocument();
   std::exception_ptr failure;
   try {
     documents_.add(host::Document::of({file.service, waitingLimit}, opened),
@@ -68,8 +82,18 @@ void Opener::takeDocument(const Opening::File &file, const host::Opened &opened)
     }
     failure = std::current_exception();
   }
-  if (const OpenDocument *before = file.replaces ? documents_.find(*file.replaces) : nullptr)
-    documents_.replace(*before);
+  if (before != nullptr) {
+    const bool wasFront = before == front;
+    try {
+      documents_.replace(*before);
+    } catch (const std::exception &) { // it is replaced nevertheless
+      if (!failure) failure = std::current_exception();
+    }
+    if (wasFront)
+      status_.set("");
+    else
+      documents_.bringToFront(*front);
+  }
   if (failure) std::rethrow_exception(failure);
 }
 

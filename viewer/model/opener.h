@@ -3,6 +3,7 @@
 // Opens files and reloads them, with their passwords.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "viewer/model/documents.h"
@@ -14,8 +15,10 @@ namespace viewer {
 class Questions {
 public:
   virtual ~Questions() = default;
-  /// A file is encrypted: a password is needed, or another one. The answer, if any, is a call of Opener::open.
-  virtual void askPassword(const Target &target, bool again) = 0;
+  using Answer = std::function<void(const std::string &password)>;
+  /// A file is encrypted: a password is needed, or another one. The answer, if any, is a call of `answer`, later than
+  /// this one.
+  virtual void askPassword(const Target &target, bool again, const Answer &answer) = 0;
 };
 
 class Opener : public DocumentKeeper {
@@ -28,8 +31,8 @@ public:
   /// Opens a file; once it is open it is in front. A file that is open already is brought to front instead, unless the
   /// parameters differ.
   void open(const Target &target, const std::string &password = {});
-  /// Opens the front document's file again, on the same page. Until it is open, and if it cannot be opened any more,
-  /// the document stays as it is.
+  /// Opens the front document's file again, on the same page, with the same password. Until it is open, and if it
+  /// cannot be opened any more, the document stays as it is. If another one is in front by then, that one stays there.
   void reload();
   /// Whether a file is still being opened.
   bool opening() const { return !opening_.empty(); }
@@ -47,6 +50,8 @@ public:
   void closes(const OpenDocument &document) override { opening_.dropReload(document.number); }
 
 private:
+  void reload(const OpenDocument &document, const std::string &password, bool known);
+  void ask(const Opening::File &file);
   void take(const Opening::File &file);
   void takeDocument(const Opening::File &file, const host::Opened &opened);
 

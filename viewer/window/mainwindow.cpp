@@ -108,10 +108,10 @@ void MainWindow::leaveFields() {
   focusPage();
 }
 
-void MainWindow::askPassword(const Target &target, bool again) {
+void MainWindow::askPassword(const Target &target, bool again, const Questions::Answer &answer) {
   const std::string name = target.file.filename().string();
   askForPassword(toolkit_, (again ? "That was not the password. " : "") + name + " is encrypted: a password is needed.",
-                 [this, target](const std::string &password) { model_.opener.open(target, password); });
+                 answer);
 }
 
 int32_t MainWindow::alert(const host::Alert &alert) { return showAlert(*this, alert); }

@@ -53,7 +53,9 @@ public:
   Windows(const Windows &) = delete;
   Windows &operator=(const Windows &) = delete;
 
-  void askPassword(const Target &target, bool again) override { get().askPassword(target, again); }
+  void askPassword(const Target &target, bool again, const Answer &answer) override {
+    get().askPassword(target, again, answer);
+  }
 
   /// The window, on the screen.
   MainWindow &get() {

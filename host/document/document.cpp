@@ -50,10 +50,7 @@ public:
   size_t selectionCount() const override { return store_.size(); }
 
 private:
-  int32_t checked(int32_t page) const {
-    if (page >= 0 && page < pageCount_) return page;
-    throw HostError(tavrel::errBadPage, "no page " + std::to_string(int64_t{page} + 1) + " in the document");
-  }
+  int32_t checked(int32_t page) const { return checkedPage(page, pageCount_); }
 
   std::shared_ptr<Service> service_; // declared before those that use it
   int32_t pageCount_;
@@ -64,6 +61,11 @@ private:
 };
 
 } // namespace
+
+int32_t checkedPage(int32_t page, int32_t pageCount) {
+  if (page >= 0 && page < pageCount) return page;
+  throw HostError(tavrel::errBadPage, "no page " + std::to_string(int64_t{page} + 1) + " in the document");
+}
 
 std::unique_ptr<Document> Document::open(const std::filesystem::path &file, const std::string &password) {
   return of(PdfFile::open(file, password));

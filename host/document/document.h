@@ -105,6 +105,10 @@ protected:
   Document();
 };
 
+/// The number of a page that a document of so many pages has. Throws HostError errBadPage for another one, with a
+/// message for people, who count from 1.
+int32_t checkedPage(int32_t page, int32_t pageCount);
+
 // The live documents and selections, by the handles that plug-ins hold. A Document registers and unregisters itself.
 Handles<tavrel::ModelDoc, Document> &modelDocs();
 Selections &selections();

@@ -20,41 +20,43 @@ PageText columns() {
 
 TEST(TextLine, HasTheWordsBesideTheOneInReadingOrder) {
   for (const Box &box : {Box{1, 99, 19, 91}, Box{26, 100, 40, 92}})
-    EXPECT_EQ(lineOf(columns(), box).text, "one two");
+    EXPECT_EQ(lineAround(columns(), box).text, "one two");
 }
 
 TEST(TextLine, EndsWithTheColumn) {
-  EXPECT_EQ(lineOf(columns(), {60, 100, 80, 90}).text, "four five");
-  EXPECT_EQ(lineOf(columns(), {0, 85, 20, 75}).text, "three");
-  EXPECT_EQ(lineOf(columns(), {60, 85, 80, 75}).text, "six");
+  EXPECT_EQ(lineAround(columns(), {60, 100, 80, 90}).text, "four five");
+  EXPECT_EQ(lineAround(columns(), {0, 85, 20, 75}).text, "three");
+  EXPECT_EQ(lineAround(columns(), {60, 85, 80, 75}).text, "six");
 }
 
 TEST(TextLine, KnowsWhereItsWordBegins) {
-  EXPECT_EQ(lineOf(columns(), {0, 100, 20, 90}).start, 0U);
-  EXPECT_EQ(lineOf(columns(), {25, 101, 45, 91}).start, 4U);
+  EXPECT_EQ(lineAround(columns(), {0, 100, 20, 90}).start, 0U);
+  EXPECT_EQ(lineAround(columns(), {25, 101, 45, 91}).start, 4U);
 }
 
-TEST(TextLine, IsThatOfTheWordThatTheBoxCoversMostOf) { EXPECT_EQ(lineOf(columns(), {0, 94, 20, 75}).text, "three"); }
+TEST(TextLine, IsThatOfTheWordThatTheBoxCoversMostOf) {
+  EXPECT_EQ(lineAround(columns(), {0, 94, 20, 75}).text, "three");
+}
 
 TEST(TextLine, IsEmptyWhereNoWordIs) {
-  EXPECT_EQ(lineOf(columns(), {0, 50, 20, 40}).text, "");
-  EXPECT_EQ(lineOf({}, {0, 50, 20, 40}).text, "");
+  EXPECT_EQ(lineAround(columns(), {0, 50, 20, 40}).text, "");
+  EXPECT_EQ(lineAround({}, {0, 50, 20, 40}).text, "");
 }
 
 TEST(TextLine, RunsDownThePageWhereItsWordsDo) {
   const PageText page{{word(U"down", {50, 100, 60, 60}, 1), word(U"wards", {50, 55, 60, 20}, 1),
                        word(U"beside", {70, 100, 80, 60}, 1)}};
-  EXPECT_EQ(lineOf(page, {50, 55, 60, 20}).text, "down wards");
+  EXPECT_EQ(lineAround(page, {50, 55, 60, 20}).text, "down wards");
 }
 
 TEST(TextLine, DoesNotGoOnInAnotherDirection) {
   const PageText page{{word(U"down", {0, 100, 10, 60}, 1), word(U"across", {20, 95, 60, 85})}};
-  EXPECT_EQ(lineOf(page, {20, 95, 60, 85}).text, "across");
+  EXPECT_EQ(lineAround(page, {20, 95, 60, 85}).text, "across");
 }
 
 TEST(TextLine, IsInUtf8) {
   const PageText page{{word(U"a\u00E4\u4E2D\U0001D538", {0, 100, 20, 90}), word(U"z", {25, 100, 30, 90})}};
-  const TextLine line = lineOf(page, {25, 100, 30, 90});
+  const TextLine line = lineAround(page, {25, 100, 30, 90});
   EXPECT_EQ(line.text, "a\u00E4\u4E2D\U0001D538 z");
   EXPECT_EQ(line.start, 11U);
 }

@@ -19,7 +19,7 @@ class ServedDocument final : public Document {
 public:
   ServedDocument(std::shared_ptr<Service> service, const Opened &opened, Limit limit)
       : service_(std::move(service)), pageCount_(opened.pageCount), limit_(limit),
-        sizes_(*service_, pageCount_, limit, lateListener), words_(*service_, limit, lateListener) {
+        sizes_(*service_, pageCount_, limit_, lateListener), words_(*service_, limit_, lateListener) {
     sizes_.keep(0, opened.sizes);
   }
 
@@ -31,6 +31,18 @@ public:
   void expectText(int32_t page, bool shown) override {
     if (page >= 0 && page < pageCount_) words_.expect(page, shown ? Urgency::shown : Urgency::ahead);
   }
+
+  std::vector<int32_t> withoutWaiting(const std::function<void()> &body) override {
+    std::vector<int32_t> missing;
+    struct Scope {
+      Limit &limit;
+      std::vector<int32_t> *before;
+      ~Scope() { limit.missing = before; }
+    } const scope{limit_, std::exchange(limit_.missing, &missing)};
+    body();
+    return missing;
+  }
+  bool isAwaited(int32_t page) const override { return words_.isAwaited(page) || sizes_.isAwaited(page); }
 
   Image render(int32_t page, double dpi) override {
     Answer answer;

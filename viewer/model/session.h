@@ -40,7 +40,7 @@ public:
   Tiles tiles{documents, status};
   Finding finding{documents, moving, status, changes};
   Screen screen{app_, documents, tiles, finding, status, changes};
-  ListTexts listTexts{app_, documents, tiles};
+  ListTexts listTexts{app_, documents, tiles, changes};
   Arrivals arrivals;
 };
 

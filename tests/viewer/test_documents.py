@@ -54,6 +54,12 @@ class Documents(ViewerTest):
 
         return self.display.screen(drawn, "a menu")
 
+    def test_the_one_with_hits_is_in_front(self):
+        file = document("two-columns.pdf")
+        viewer = self.view(file, document("cjk.pdf"), "--hits", self.hits(file, "Paragraph", [1]))
+        viewer.until(lambda state: len(state["documents"]) == 2 and not state["opening"] and state["front"] == 0
+                     and state["drawn"]["marks"] > 0 and state["title"].startswith("two-columns"), "the one with hits")
+
     def test_the_last_one_is_in_front(self):
         viewer = self.open()
         self.assertEqual(viewer.now()["front"], 2)
@@ -96,7 +102,10 @@ class Documents(ViewerTest):
 
     def test_hits_belong_to_their_document(self):
         file = document("three-hundred.pdf")
-        viewer = self.view(file, "--hits", self.hits(file, "needle", [1, 2]), document("cjk.pdf"))
+        viewer = self.view(file, "--hits", self.hits(file, "needle", [1, 2]), "--xrm",
+                           f"Tavrel*page.translations: #override <Key>j: do(Open,{document('cjk.pdf')})")
+        viewer.hit("hit 1 of 2")
+        viewer.key("j")
         viewer.until(lambda state: len(state["documents"]) == 2 and state["front"] == 1, "both")
         viewer.until(lambda state: state["plugins"] == "" and not enabled(state, NEXT) and not state["opening"]
                      and state["drawn"]["there"] and state["pages"] == 1, "no hits in front")

@@ -145,6 +145,36 @@ TEST_F(SessionTest, FilesOpenedAtOnceKeepTheirOrder) {
   EXPECT_EQ(session().documents.frontIndex(), 2U);
 }
 
+TEST_F(SessionTest, OfFilesOpenedTogetherTheOneWithAHighlightFileIsInFront) {
+  const auto openAll = [this](const std::vector<std::string> &parameters) {
+    session().documents.closeAll();
+    std::vector<Target> targets;
+    for (size_t i = 0; i < parameters.size(); ++i)
+      targets.push_back({write(std::to_string(i) + ".pdf", test::numberedPages(1)), parameters[i]});
+    session().opener.openAll(targets, {});
+    ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
+    EXPECT_EQ(session().documents.all().size(), targets.size());
+  };
+  openAll({"xml=a.xml", "", ""});
+  EXPECT_EQ(frontName(), "0.pdf");
+  openAll({"", "page=1&XML=a.xml", "page=1"});
+  EXPECT_EQ(frontName(), "1.pdf");
+  openAll({"xml=a.xml", "xml=b.xml", ""});
+  EXPECT_EQ(frontName(), "1.pdf");
+  openAll({"page=1", "noxml=a", "page=1"});
+  EXPECT_EQ(frontName(), "2.pdf");
+  EXPECT_THAT(names(), ElementsAre("0.pdf", "1.pdf", "2.pdf"));
+}
+
+TEST_F(SessionTest, AFileWithHitsThatCannotBeOpenedLeavesTheOthers) {
+  testing::internal::CaptureStderr();
+  session().opener.openAll({{"/nowhere/a.pdf", "xml=a.xml"}, {write("b.pdf", test::numberedPages(1)), {}}}, {});
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("No such file"));
+  EXPECT_EQ(frontName(), "b.pdf");
+  EXPECT_THAT(session().status.message(), HasSubstr("No such file"));
+}
+
 TEST_F(SessionTest, EndsWhileFilesAreBeingOpened) {
   openPages(test::numberedPages(1));
   for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})

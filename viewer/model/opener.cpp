@@ -15,7 +15,14 @@ constexpr auto waitingLimit = std::chrono::seconds(1);
 
 } // namespace
 
-void Opener::open(const Target &target, const std::string &password) {
+void Opener::openAll(const std::vector<Target> &targets, const std::string &password) {
+  const auto marked = std::find_if(targets.rbegin(), targets.rend(), hasHighlightFile);
+  const Target *const front = marked == targets.rend() ? nullptr : &*marked;
+  for (const Target &target : targets)
+    open(target, password, front != nullptr && &target != front);
+}
+
+void Opener::open(const Target &target, const std::string &password, bool behind) {
   Target absolute = target;
   std::error_code unknown;
   if (const auto path = std::filesystem::absolute(target.file, unknown); !unknown) absolute.file = path;
@@ -24,12 +31,12 @@ void Opener::open(const Target &target, const std::string &password) {
     return other.file == absolute.file && (absolute.parameters.empty() || other == absolute);
   };
   if (const OpenDocument *there = documents_.findIf([&](const OpenDocument &one) { return same(one.target); })) {
-    documents_.bringToFront(*there);
+    if (!behind) documents_.bringToFront(*there);
     return status_.set("");
   }
   if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return;
   std::string line = "Opening " + target.file.filename().string();
-  opening_.request({++numbers_, absolute, password});
+  opening_.request({.number = ++numbers_, .target = absolute, .password = password, .behind = behind});
   openingLine_ = line;
   status_.set(std::move(line));
 }
@@ -40,7 +47,11 @@ void Opener::reload() {
 
 void Opener::reload(const OpenDocument &document, const std::string &password, bool known) {
   if (opening_.any([&](const Opening::File &file) { return file.replaces == document.number; })) return;
-  opening_.request({++numbers_, document.target, password, document.number, known});
+  opening_.request({.number = ++numbers_,
+                    .target = document.target,
+                    .password = password,
+                    .replaces = document.number,
+                    .passwordIsKnown = known});
 }
 
 void Opener::takeOpened() {
@@ -60,8 +71,9 @@ void Opener::take(const Opening::File &file) {
 }
 
 void Opener::ask(const Opening::File &file) {
-  const auto answer = [this, target = file.target, replaces = file.replaces](const std::string &password) {
-    if (!replaces) return open(target, password);
+  const auto answer = [this, target = file.target, replaces = file.replaces,
+                       behind = file.behind](const std::string &password) {
+    if (!replaces) return open(target, password, behind);
     if (const OpenDocument *document = documents_.find(*replaces)) reload(*document, password, false);
   };
   questions->askPassword(file.target, !file.password.empty() && !file.passwordIsKnown, answer);
@@ -93,6 +105,8 @@ void Opener::takeDocument(const Opening::File &file, const host::Opened &opened)
       status_.set("");
     else
       documents_.bringToFront(*front);
+  } else if (file.behind && front != nullptr) {
+    documents_.bringToFront(*front);
   }
   if (failure) std::rethrow_exception(failure);
 }

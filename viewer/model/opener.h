@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "viewer/model/documents.h"
 #include "viewer/model/opening.h"
@@ -30,7 +31,9 @@ public:
 
   /// Opens a file; once it is open it is in front. A file that is open already is brought to front instead, unless the
   /// parameters differ.
-  void open(const Target &target, const std::string &password = {});
+  void open(const Target &target, const std::string &password = {}) { open(target, password, false); }
+  /// Opens several files. The last one with a highlight file is in front then; if none has one, the last one.
+  void openAll(const std::vector<Target> &targets, const std::string &password);
   /// Opens the front document's file again, on the same page, with the same password. Until it is open, and if it
   /// cannot be opened any more, the document stays as it is. If another one is in front by then, that one stays there.
   void reload();
@@ -50,6 +53,7 @@ public:
   void closes(const OpenDocument &document) override { opening_.dropReload(document.number); }
 
 private:
+  void open(const Target &target, const std::string &password, bool behind);
   void reload(const OpenDocument &document, const std::string &password, bool known);
   void ask(const Opening::File &file);
   void take(const Opening::File &file);

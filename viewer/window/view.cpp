@@ -101,11 +101,10 @@ ViewEnd run(const ViewOptions &options) {
   Failures failures(session.status);
   for (const std::string &reason : options.refused)
     session.status.report(reason);
-  for (size_t i = 0; i < options.documents.size(); ++i) {
-    Target target = options.documents[i];
-    if (i == 0 && !options.hits.empty()) addParameter(target, "xml", std::filesystem::absolute(options.hits));
-    session.opener.open(target, options.password);
-  }
+  std::vector<Target> targets = options.documents;
+  if (!targets.empty() && !options.hits.empty())
+    addParameter(targets.front(), "xml", std::filesystem::absolute(options.hits));
+  session.opener.openAll(targets, options.password);
   Toolkit toolkit(options.toolkit);
   session.documents.screenDpi = toolkit.dpi();
   host::WindowSystem windowSystem(toolkit.shell());

@@ -13,17 +13,17 @@ namespace {
 
 constexpr char outOfMemory[] = "out of memory"; // short enough for a string without an allocation
 
-// What `line()` returns, or `outOfMemory` where there is no memory for it.
-template <typename Line> std::string lineOf(const Line &line) noexcept {
+// What `make()` returns, or `outOfMemory` where there is no memory for it.
+template <typename Make> std::string reasonFrom(const Make &make) noexcept {
   try {
-    return line();
+    return make();
   } catch (const std::exception &) {
     return outOfMemory;
   }
 }
 
 Failure failureOf(const std::exception &error, tavrel::ErrorCode code) noexcept {
-  return {code, false, lineOf([&] { return std::string(error.what()); })};
+  return {code, false, reasonFrom([&] { return std::string(error.what()); })};
 }
 
 // The answer that `make` returns, or the failure.
@@ -41,10 +41,10 @@ template <typename Make> Answer answerOf(const std::filesystem::path &file, cons
     answer.value = failureOf(error, tavrel::errBadArgument);
   } catch (const std::bad_alloc &) {
     answer.value =
-        Failure{tavrel::errNoMemory, false, lineOf([&] { return nameInMessage(file) + ": memory is exhausted"; })};
+        Failure{tavrel::errNoMemory, false, reasonFrom([&] { return nameInMessage(file) + ": memory is exhausted"; })};
   } catch (const std::exception &error) {
     answer.value =
-        Failure{tavrel::errGeneric, false, lineOf([&] { return nameInMessage(file) + ": " + error.what(); })};
+        Failure{tavrel::errGeneric, false, reasonFrom([&] { return nameInMessage(file) + ": " + error.what(); })};
   }
   return answer;
 }

@@ -14,6 +14,7 @@
 
 #include "host/document/document.h"
 #include "host/document/line.h"
+#include "host/document/utf8.h"
 #include "host/kernel/table.h"
 
 namespace host {
@@ -51,11 +52,6 @@ struct Registry {
 Registry &registry() {
   static Registry &only = *new Registry;
   return only;
-}
-
-int32_t checkedPage(const Document &document, int32_t page) {
-  if (page < 0 || page >= document.pageCount()) throw HostError(errBadPage, "no page " + std::to_string(page));
-  return page;
 }
 
 void require(bool condition, const char *reason) {
@@ -111,14 +107,14 @@ public:
 
   AcquiredPage &acquire(int32_t page) {
     AcquiredPage &acquired =
-        acquired_.try_emplace(checkedPage(document_, page), document_, page, version_).first->second;
+        acquired_.try_emplace(checkedPage(page, document_.pageCount()), document_, page, version_).first->second;
     ++acquired.acquisitions;
     last_ = page;
     return acquired;
   }
 
   void release(int32_t page) {
-    const auto found = acquired_.find(checkedPage(document_, page));
+    const auto found = acquired_.find(checkedPage(page, document_.pageCount()));
     require(found != acquired_.end(), "the page is not acquired");
     if (--found->second.acquisitions == 0) acquired_.erase(found);
   }
@@ -159,7 +155,7 @@ TextSelection handleOf(const Selection *selection) { return registry().selection
 
 Page docOpenPage(ModelDoc handle, int32_t page) {
   Document &document = registry().documents.find(handle);
-  auto opened = std::make_unique<OpenPage>(OpenPage{&document, checkedPage(document, page)});
+  auto opened = std::make_unique<OpenPage>(OpenPage{&document, checkedPage(page, document.pageCount())});
   OpenPage *const address = opened.get();
   registry().belongings[&document].pages.emplace(address, std::move(opened));
   return registry().pages.add(address);
@@ -233,14 +229,11 @@ uint32_t pageGetLine(Page pageHandle, TextSelection handle, char *text, uint32_t
   const Selection &selection = registry().selections.find(handle);
   require(selection.page == page.number, "the selection is on another page");
   require(text != nullptr && size > 0, "no space for a line");
-  const TextLine line = lineOf(page.document->pageText(page.number), selection.boxes.front());
-  size_t length = std::min<size_t>(line.text.size(), size - 1);
-  while (length < line.text.size() && (static_cast<unsigned char>(line.text[length]) & 0xC0U) == 0x80U)
-    --length; // not within a character
-  std::copy_n(line.text.begin(), length, text);
-  text[length] = 0;
+  const TextLine line = lineAround(page.document->pageText(page.number), selection.boxes.front());
+  const std::string_view part = firstBytes(line.text, size - 1);
+  *std::copy(part.begin(), part.end(), text) = 0;
   if (start != nullptr) *start = static_cast<uint32_t>(line.start);
-  return static_cast<uint32_t>(length);
+  return static_cast<uint32_t>(part.size());
 }
 
 Table completeTable() {

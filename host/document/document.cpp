@@ -19,7 +19,7 @@ class ServedDocument final : public Document {
 public:
   ServedDocument(std::shared_ptr<Service> service, const Opened &opened, Limit limit)
       : service_(std::move(service)), pageCount_(opened.pageCount), limit_(limit),
-        sizes_(*service_, pageCount_, limit, lateListener), words_(*service_, limit, lateListener) {
+        sizes_(*service_, pageCount_, limit_, lateListener), words_(*service_, limit_, lateListener) {
     sizes_.keep(0, opened.sizes);
   }
 
@@ -31,6 +31,18 @@ public:
   void expectText(int32_t page, bool shown) override {
     if (page >= 0 && page < pageCount_) words_.expect(page, shown ? Urgency::shown : Urgency::ahead);
   }
+
+  std::vector<int32_t> withoutWaiting(const std::function<void()> &body) override {
+    std::vector<int32_t> missing;
+    struct Scope {
+      Limit &limit;
+      std::vector<int32_t> *before;
+      ~Scope() { limit.missing = before; }
+    } const scope{limit_, std::exchange(limit_.missing, &missing)};
+    body();
+    return missing;
+  }
+  bool isAwaited(int32_t page) const override { return words_.isAwaited(page) || sizes_.isAwaited(page); }
 
   Image render(int32_t page, double dpi) override {
     Answer answer;
@@ -50,10 +62,7 @@ public:
   size_t selectionCount() const override { return store_.size(); }
 
 private:
-  int32_t checked(int32_t page) const {
-    if (page >= 0 && page < pageCount_) return page;
-    throw HostError(tavrel::errBadPage, "no page " + std::to_string(int64_t{page} + 1) + " in the document");
-  }
+  int32_t checked(int32_t page) const { return checkedPage(page, pageCount_); }
 
   std::shared_ptr<Service> service_; // declared before those that use it
   int32_t pageCount_;
@@ -64,6 +73,11 @@ private:
 };
 
 } // namespace
+
+int32_t checkedPage(int32_t page, int32_t pageCount) {
+  if (page >= 0 && page < pageCount) return page;
+  throw HostError(tavrel::errBadPage, "no page " + std::to_string(int64_t{page} + 1) + " in the document");
+}
 
 std::unique_ptr<Document> Document::open(const std::filesystem::path &file, const std::string &password) {
   return of(PdfFile::open(file, password));

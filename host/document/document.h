@@ -84,6 +84,14 @@ public:
   /// Requests the words of a page that will be needed soon, if anybody has asked for words of this document so far.
   /// `shown` is more urgent than others. A page that is not there is ignored.
   virtual void expectText(int32_t /*page*/, bool /*shown*/) {}
+  /// Calls `body`, in which nobody waits: what is not there yet, words or a size, is asked for and throws
+  /// DocumentError. Returns the pages for which that happened.
+  virtual std::vector<int32_t> withoutWaiting(const std::function<void()> &body) {
+    body();
+    return {};
+  }
+  /// Whether words or the size of a page have been asked for and are not there yet.
+  virtual bool isAwaited(int32_t /*page*/) const { return false; }
   /// Called when an answer has come that was not there within the limit: the words of a page, or its size. On the
   /// thread and at the time of Service::collect().
   std::function<void(int32_t page)> lateListener;
@@ -104,6 +112,10 @@ public:
 protected:
   Document();
 };
+
+/// The number of a page that a document of so many pages has. Throws HostError errBadPage for another one, with a
+/// message for people, who count from 1.
+int32_t checkedPage(int32_t page, int32_t pageCount);
 
 // The live documents and selections, by the handles that plug-ins hold. A Document registers and unregisters itself.
 Handles<tavrel::ModelDoc, Document> &modelDocs();

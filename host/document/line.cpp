@@ -40,7 +40,7 @@ void append(std::string &text, char32_t c) {
 
 } // namespace
 
-TextLine lineOf(const PageText &page, const Box &box) {
+TextLine lineAround(const PageText &page, const Box &box) {
   const auto word = std::max_element(page.words.begin(), page.words.end(), [&](const WordText &a, const WordText &b) {
     return overlap(a.bounds, box) < overlap(b.bounds, box);
   });

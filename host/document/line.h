@@ -16,6 +16,6 @@ struct TextLine {
 
 /// The line of the word that a box covers most of; empty if it covers none. A line ends where the next word in reading
 /// order is beside none of it, as at the end of a column.
-TextLine lineOf(const PageText &page, const Box &box);
+TextLine lineAround(const PageText &page, const Box &box);
 
 } // namespace host

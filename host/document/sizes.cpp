@@ -5,14 +5,17 @@
 
 #include <algorithm>
 
-#include "host/document/answering.h"
-
 namespace host {
 namespace {
 
 constexpr PageSize letter{612, 792};
 
 } // namespace
+
+DocumentError notThere(const Service &service, int32_t page) {
+  return {DocumentError::unreadable,
+          nameInMessage(service.file()) + ": page " + std::to_string(int64_t{page} + 1) + " takes too long to read"};
+}
 
 void SizeCache::keep(int32_t first, const std::vector<PageSize> &sizes) {
   for (const PageSize &size : sizes)
@@ -21,12 +24,16 @@ void SizeCache::keep(int32_t first, const std::vector<PageSize> &sizes) {
 
 PageSize SizeCache::get(int32_t page) {
   if (const auto known = sizes_.find(page); known != sizes_.end()) return known->second;
-  const int32_t run = limit_.time ? sizesTogether : 1; // a caller who waits as long as it takes waits for no other page
-  const int32_t first = page - page % run;
+  const int32_t first = firstOfRun(page);
+  if (limit_.missing != nullptr) {
+    if (failed_.contains(first)) return letter; // asked for again by those who wait
+    if (Run &run = runs_[first]; !run.ticket) ask(first, run, Urgency::searched);
+    limit_.missing->push_back(page);
+    throw notThere(service_, page);
+  }
   Run &asked = runs_[first];
   if (!asked.ticket)
-    asked.ticket = service_.ask(SizesRequest{first, std::min(run, pageCount_ - first)}, Urgency::awaited,
-                                [this, first](Answer &answer) { take(first, answer); });
+    ask(first, asked, Urgency::awaited);
   else if (asked.late >= 0)
     return letter;
   const bool answered = service_.await(asked.ticket, limit_.deadline());
@@ -35,8 +42,17 @@ PageSize SizeCache::get(int32_t page) {
   return known == sizes_.end() ? letter : known->second;
 }
 
+void SizeCache::ask(int32_t first, Run &run, Urgency urgency) {
+  run.ticket = service_.ask(SizesRequest{first, std::min(runLength(), pageCount_ - first)}, urgency,
+                            [this, first](Answer &answer) { take(first, answer); });
+}
+
 void SizeCache::take(int32_t first, Answer &answer) {
-  if (const auto *got = std::get_if<Sizes>(&answer.value)) keep(first, got->sizes);
+  failed_.erase(first);
+  if (const auto *got = std::get_if<Sizes>(&answer.value))
+    keep(first, got->sizes);
+  else
+    failed_.insert(first);
   const int32_t late = runs_[first].late;
   runs_.erase(first);
   if (late >= 0 && late_) late_(late);

@@ -7,11 +7,6 @@
 
 namespace host {
 
-DocumentError notThere(const Service &service, int32_t page) {
-  return {DocumentError::unreadable,
-          nameInMessage(service.file()) + ": page " + std::to_string(int64_t{page} + 1) + " takes too long to read"};
-}
-
 const PageText &WordCache::text(int32_t page) {
   used_ = true;
   Page &found = pages_[page];
@@ -48,6 +43,12 @@ void WordCache::ask(int32_t number, Page &page, Urgency urgency) {
 
 // Waits for the page's request, which is made if there is none.
 void WordCache::fetch(int32_t number, Page &page, Time deadline) {
+  if (limit_.missing != nullptr) {
+    if (page.failure && !page.ticket) raise(*page.failure);
+    if (!page.ticket) ask(number, page, Urgency::searched);
+    limit_.missing->push_back(number);
+    throw notThere(service_, number);
+  }
   if (page.late && page.ticket) throw notThere(service_, number);
   if (!page.ticket) ask(number, page, Urgency::awaited);
   page.late = !service_.await(page.ticket, deadline);

@@ -17,14 +17,19 @@ class WordCache {
 public:
   /// `late` is called with a page whose words were not there within the limit, once they are. All arguments
   /// outlive this object, which cancels its requests at its end.
-  WordCache(Service &service, Limit limit, const std::function<void(int32_t)> &late)
+  WordCache(Service &service, const Limit &limit, const std::function<void(int32_t)> &late)
       : service_(service), limit_(limit), late_(late) {}
 
   // Of existing pages. References are valid until the page is forgotten. What is not there in time throws
   // DocumentError; the next call asks again for what has failed, and waits no more for what has not been answered.
+  // While nobody waits, what has failed is not asked for again: it would fail each time that an answer has come.
   const PageText &text(int32_t page);
   const std::vector<uint32_t> &order(int32_t page);
   void forget(int32_t page) { pages_.erase(page); }
+  bool isAwaited(int32_t page) const {
+    const auto found = pages_.find(page);
+    return found != pages_.end() && found->second.ticket;
+  }
   /// Asks for a page's words, if any page's have been used so far: many documents are read without.
   void expect(int32_t page, Urgency urgency);
 
@@ -41,13 +46,10 @@ private:
   void take(int32_t number, bool order, Answer &answer);
 
   Service &service_;
-  Limit limit_;
+  const Limit &limit_;
   const std::function<void(int32_t)> &late_;
   bool used_ = false, orderUsed_ = false;
   std::unordered_map<int32_t, Page> pages_;
 };
-
-/// The error of a page that has been waited for long enough.
-DocumentError notThere(const Service &service, int32_t page);
 
 } // namespace host

@@ -3,19 +3,18 @@
 #include "host/view/lists.h"
 
 #include <algorithm>
+#include <cstring>
+#include <string_view>
 #include <utility>
+
+#include "host/document/utf8.h"
 
 namespace host {
 namespace {
 
 // What a plug-in has written, as one line: without control characters, and without a character that was truncated.
-std::string lineOf(const char *begin, const char *end) {
-  const char *last = end; // where the last character begins
-  while (last > begin && (static_cast<unsigned char>(*--last) & 0xC0U) == 0x80U)
-    continue;
-  const auto lead = static_cast<unsigned char>(last == end ? 0 : *last);
-  const ptrdiff_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : lead >= 0xC0 ? 2 : 1;
-  std::string line(begin, end - last < length ? last : end);
+std::string withoutControls(std::string_view written) {
+  std::string line(withoutPartOfCharacter(written));
   std::replace_if(
       line.begin(), line.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == 0x7F; }, ' ');
   return line;
@@ -43,8 +42,7 @@ ListText Lists::text(const PluginList &list, tavrel::Doc document, uint32_t row)
   tavrel::ListRow written{-1, {}};
   callPlugin({list.row.owner, "a row of its list"}, tavrel::functionOf<tavrel::ListRowProc>(list.row.callback),
              document, row, &written);
-  const char *begin = written.text;
-  return {written.page, lineOf(begin, std::find(begin, begin + sizeof written.text, '\0'))};
+  return {written.page, withoutControls({written.text, strnlen(written.text, sizeof written.text)})};
 }
 
 void Lists::choose(const PluginList &list, tavrel::Doc document, uint32_t row) {

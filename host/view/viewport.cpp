@@ -14,13 +14,8 @@ constexpr double pointsPerInch = 72;
 
 } // namespace
 
-void requirePage(const Document &document, int32_t page) {
-  if (page < 0 || page >= document.pageCount())
-    throw HostError(tavrel::errBadPage, "no page " + std::to_string(page) + " in the document");
-}
-
 void WholePages::showPage(int32_t page) {
-  requirePage(document_, page);
+  checkedPage(page, document_.pageCount());
   if (page == page_) return;
   page_ = page;
   if (changed) changed();

@@ -56,9 +56,6 @@ private:
   int32_t page_ = 0;
 };
 
-/// Throws HostError errBadPage for a page that a document lacks.
-void requirePage(const Document &document, int32_t page);
-
 /// The width and height of a page in pixels, rounded up as its image is; at least 1.
 struct PixelSize {
   int width, height;

@@ -3,8 +3,8 @@
 // A plug-in that steps from hit to hit, where the highlight plug-in steps from page to page. It takes over that
 // plug-in's two buttons, which keep their position, icons and tips, and gives them keys. The next hit on the page shown
 // is scrolled to; only after the page's last one the highlight plug-in jumps to the next page with hits. The current
-// hit is outlined, the status line shows its number ("hit 7 of 42, page 2 of 6"), and a list beside the page has all
-// hits. A view without a window, whose pages are drawn to files, has only the number.
+// hit is outlined, the status line shows its number ("hit 7 of 42, page 2 of 6") and says which one is the last, and a
+// list beside the page has all hits. A view without a window, whose pages are drawn to files, has only the number.
 //
 // It uses only the interface in sdk/, and reads the hits through the table "TavrelGLT"; without that table it does
 // nothing. Host calls may raise through any of its functions, so no object here has a destructor, and its memory is

@@ -94,14 +94,18 @@ HitPlace placeOf(const Scene &scene, const HitPage &page, uint32_t word) {
   return place;
 }
 
+/// The button is greyed at the last hit and its key does nothing there, so the text says why.
 void describe(const Scene &scene, char *text, size_t size) {
   const Hits &hits = scene.hits;
-  if (scene.page == nullptr)
+  if (scene.page == nullptr) {
     snprintf(text, size, "%u %s on %u %s, none on this one", hits.hitCount, hits.hitCount == 1 ? "hit" : "hits",
              hits.pageCount, hits.pageCount == 1 ? "page" : "pages");
-  else
-    snprintf(text, size, "hit %u of %u, page %u of %u", scene.page->first + scene.current->word + 1, hits.hitCount,
-             static_cast<uint32_t>(scene.page - hits.pages) + 1, hits.pageCount);
+    return;
+  }
+  const uint32_t number = scene.page->first + scene.current->word + 1;
+  const bool isLast = number == hits.hitCount && number > 1 && TavrelView::PageViewIsInWindow(scene.view) != 0;
+  snprintf(text, size, "hit %u of %u, page %u of %u%s", number, hits.hitCount,
+           static_cast<uint32_t>(scene.page - hits.pages) + 1, hits.pageCount, isLast ? ": the last one" : "");
 }
 
 /// The status line is the front document's. Without hits its text is removed.

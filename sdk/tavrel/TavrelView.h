@@ -58,6 +58,8 @@ struct ListRow {
   char text[248]; ///< in UTF-8, with a terminating 0
 };
 /// Writes what a row shows. The host calls it when a row becomes visible, perhaps several times, and has cleared it.
+/// Meanwhile an operation that needs a page which has not been read yet raises at once; what is written then is not
+/// shown, and the host calls again when the page has been read.
 using ListRowProc = void (*)(Doc document, uint32_t row, ListRow *out);
 /// Called when the user has chosen a row.
 using ListChosenProc = void (*)(Doc document, uint32_t row);

@@ -7,7 +7,7 @@ import shutil
 import subprocess
 import unittest
 
-from harness import NEXT, TIMEOUT, TAVREL, Display, Viewer, ViewerTest, document, middle
+from harness import NEXT, PREVIOUS, TIMEOUT, TAVREL, Display, Viewer, ViewerTest, document, middle
 
 THREE = ["two-columns.pdf", "three-hundred.pdf", "cjk.pdf"]
 
@@ -54,6 +54,12 @@ class Documents(ViewerTest):
 
         return self.display.screen(drawn, "a menu")
 
+    def test_the_one_with_hits_is_in_front(self):
+        file = document("two-columns.pdf")
+        viewer = self.view(file, document("cjk.pdf"), "--hits", self.hits(file, "Paragraph", [1]))
+        viewer.until(lambda state: len(state["documents"]) == 2 and not state["opening"] and state["front"] == 0
+                     and state["drawn"]["marks"] > 0 and state["title"].startswith("two-columns"), "the one with hits")
+
     def test_the_last_one_is_in_front(self):
         viewer = self.open()
         self.assertEqual(viewer.now()["front"], 2)
@@ -96,7 +102,10 @@ class Documents(ViewerTest):
 
     def test_hits_belong_to_their_document(self):
         file = document("three-hundred.pdf")
-        viewer = self.view(file, "--hits", self.hits(file, "needle", [1, 2]), document("cjk.pdf"))
+        viewer = self.view(file, "--hits", self.hits(file, "needle", [1, 2]), "--xrm",
+                           f"Tavrel*page.translations: #override <Key>j: do(Open,{document('cjk.pdf')})")
+        viewer.hit("hit 1 of 2")
+        viewer.key("j")
         viewer.until(lambda state: len(state["documents"]) == 2 and state["front"] == 1, "both")
         viewer.until(lambda state: state["plugins"] == "" and not enabled(state, NEXT) and not state["opening"]
                      and state["drawn"]["there"] and state["pages"] == 1, "no hits in front")
@@ -158,6 +167,21 @@ class Passwords(ViewerTest):
         viewer.answer("password", "Cancel")
         viewer.noDialog()
         viewer.until(lambda state: state["documents"] == ["cjk.pdf"], "the other")
+
+
+    def test_a_file_that_is_encrypted_now_is_reloaded_with_its_password(self):
+        file = self.copy("three-hundred.pdf")
+        viewer = self.view(file, errors=None)  # that it has changed may be reported before
+        viewer.shown(1)
+        pages = viewer.now()["pages"]
+        os.replace(self.copy("encrypted.pdf"), file)
+        viewer.key("ctrl+r")
+        viewer.dialog("password")
+        self.assertEqual(viewer.now()["pages"], pages, "the old state is shown until the new one is open")
+        viewer.type("password", "secret")
+        viewer.until(lambda state: state["pages"] != pages and state["drawn"]["there"] and not state["dialogs"],
+                     "the new state")
+        self.assertEqual(viewer.now()["documents"], ["three-hundred.pdf"])
 
 
 class PasswordsManaged(Passwords):
@@ -387,6 +411,41 @@ class Changing(ViewerTest):
         shutil.copy(document("two-columns.pdf"), self.file)
         viewer.key("ctrl+r")
         viewer.until(lambda state: state["pages"] == 4 and state["page"] == 4, "the last page")
+        viewer.until(lambda state: not enabled(state, "NextPage") and enabled(state, "PreviousPage"), "no next page")
+
+    # Waits until the buttons of the hits are so.
+    def untilEnabled(self, viewer, previous, following):
+        wanted = {PREVIOUS: previous, NEXT: following}
+        viewer.until(lambda state: {one["name"]: one["enabled"] for one in state["buttons"] if one["name"] in wanted}
+                     == wanted, f"buttons: {wanted}")
+
+    def test_a_reload_that_leaves_fewer_pages_leaves_no_next_hit(self):
+        viewer = self.viewHits(self.file, self.hits(self.file, "needle", [1, 2, 200]), errors=None)
+        viewer.key("F3")
+        viewer.hit("hit 2 of 3")
+        self.untilEnabled(viewer, True, True)
+        os.replace(self.copy("two-columns.pdf"), self.file)
+        viewer.key("ctrl+r")
+        viewer.until(lambda state: state["pages"] == 4 and "hit 2 of 2" in state["plugins"], "two hits")
+        self.untilEnabled(viewer, True, False)
+        viewer.key("ctrl+w")
+        self.untilEnabled(viewer, False, False)
+
+    def test_a_reload_without_the_hits_leaves_no_steps(self):
+        hits = self.hits(self.file, "needle", [1, 2])
+        viewer = self.viewHits(self.file, hits, errors=None)
+        os.remove(hits)
+        viewer.key("ctrl+r")
+        viewer.until(lambda state: "No such file" in state["plugins"] and state["drawn"]["there"], "no hits")
+        self.untilEnabled(viewer, False, False)
+
+    def test_a_document_without_hits_has_no_steps(self):
+        viewer = self.viewHits(self.file, self.hits(self.file, "needle", [1, 2]), document("cjk.pdf"))
+        viewer.until(lambda state: len(state["documents"]) == 2 and not state["opening"], "both")
+        self.untilEnabled(viewer, False, True)
+        viewer.key("ctrl+w")
+        viewer.until(lambda state: state["title"].startswith("cjk"), "the other one")
+        self.untilEnabled(viewer, False, False)
 
     def test_hits_are_there_after_a_reload(self):
         hits = self.hits(self.file, "needle", [1, 2])

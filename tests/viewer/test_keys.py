@@ -271,6 +271,7 @@ class Keys(ViewerTest):
 
     def test_a_page_beyond_the_last_is_clamped(self):
         self.typePage("99")
+        self.viewer.says("There are only 4 pages")
         self.viewer.shown(4)
         self.viewer.until(lambda state: state["pageField"]["text"] == "4", "4 in the page field")
 

@@ -39,8 +39,8 @@ protected:
     });
   }
   void open(const std::filesystem::path &file, const std::string &parameters = {}, const std::string &password = {}) {
-    session().documents.open({file, parameters}, password);
-    ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+    session().opener.open({file, parameters}, password);
+    ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   }
   std::filesystem::path write(const std::string &name, const std::vector<PdfPage> &pages) {
     return folder.write(name, pdfOf(pages));

@@ -258,5 +258,24 @@ TEST_F(ChooserTest, AFolderThatIsRemovedMeanwhileIsReported) {
   EXPECT_EQ(chooser.message(), "");
 }
 
+TEST_F(ChooserTest, AsksOnceWhereAUserLives) {
+  std::vector<std::string> users;
+  Chooser asking(folder.path(), [&](const std::string &user) {
+    users.push_back(user);
+    return user == "ann" ? folder.path() : fs::path();
+  });
+  std::string text;
+  for (const char key : std::string("~ann/papers/th")) {
+    text += key;
+    asking.setText(text);
+  }
+  EXPECT_EQ(asking.completed(), "~ann/papers/thesis.pdf");
+  asking.setText(asking.completed());
+  EXPECT_EQ(asking.chooseTyped(), path("papers/thesis.pdf"));
+  for (const char *unknown : {"~bo/", "~bo/a", "~bo/ab"})
+    asking.setText(unknown);
+  EXPECT_THAT(users, ElementsAre("ann", "bo"));
+}
+
 } // namespace
 } // namespace viewer

@@ -155,8 +155,14 @@ TEST_F(CommandsTest, ATypedPageIsClampedOrReported) {
   openPages(test::numberedPages(3));
   goToTypedPage(session().model(), "99999999999999999999");
   EXPECT_EQ(page(), 2);
+  EXPECT_EQ(session().status.message(), "There are only 3 pages");
   goToTypedPage(session().model(), "-4");
   EXPECT_EQ(page(), 0);
+  EXPECT_EQ(session().status.message(), "The first page is page 1");
+  goToTypedPage(session().model(), "3");
+  EXPECT_EQ(page(), 2);
+  EXPECT_EQ(session().status.message(), "");
+  goToTypedPage(session().model(), "1");
   for (const char *text : {"", "two", "2x", "2 "}) {
     goToTypedPage(session().model(), text);
     EXPECT_EQ(session().status.message(), std::string("\u201C") + text + "\u201D is no page number");

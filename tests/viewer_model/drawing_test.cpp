@@ -267,8 +267,8 @@ TEST_F(DrawingTest, ReloadingMayLeadToAPageThatIsDamagedNow) {
   openPages(test::numberedPages(3));
   session().moving.goToPage(2);
   folder.write("paper.pdf", test::withDamagedPages(test::numberedPages(1), 2));
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   ASSERT_TRUE(draws());
   EXPECT_THAT(session().tiles.error(), HasSubstr("page 3 is damaged"));
 }

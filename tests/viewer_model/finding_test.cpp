@@ -334,20 +334,42 @@ TEST_F(FindingTest, ASearchThatAnotherDocumentEndedIsNotUnderWayForTheDialog) {
 }
 
 TEST_F(FindingTest, ADocumentThatArrivesDuringASearchIsNotTurned) {
-  session().documents.open({write("other.pdf", test::numberedPages(5)), {}});
+  session().opener.open({write("other.pdf", test::numberedPages(5)), {}});
   session().finding.find({"lamp", {}}, false);
-  ASSERT_TRUE(until([&] { return !session().documents.opening() && !session().finding.searching(); }));
+  ASSERT_TRUE(until([&] { return !session().opener.opening() && !session().finding.searching(); }));
   EXPECT_EQ(session().documents.page() == 0, session().documents.front()->file.filename() == "other.pdf");
 }
 
 TEST_F(FindingTest, ReloadingForgetsTheMatchesOfTheOldFile) {
   find("lamp");
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_EQ(count(currentMatch), 0);
   next();
   EXPECT_EQ(session().documents.page(), 1);
   EXPECT_GT(count(currentMatch), 0);
+}
+
+TEST_F(FindingTest, ReloadingADocumentInTheBackgroundKeepsTheMatchesInFront) {
+  openPages(test::numberedPages(1), "other.pdf");
+  session().documents.bringToFront(0);
+  find("lamp");
+  session().documents.bringToFront(1);
+  session().opener.reload();
+  session().documents.bringToFront(0);
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
+  EXPECT_GT(count(currentMatch), 0);
+}
+
+TEST_F(FindingTest, ClosingAnotherDocumentDoesNotEndASearch) {
+  openPages(test::numberedPages(1), "other.pdf");
+  session().documents.bringToFront(0);
+  session().finding.find({"lamp", {}}, false);
+  session().documents.bringToFront(1);
+  session().documents.closeFront();
+  EXPECT_TRUE(session().finding.searching());
+  ASSERT_TRUE(finishes());
+  EXPECT_EQ(session().documents.page(), 1);
 }
 
 TEST_F(FindingTest, TheMarksComeBackWithTheirDocument) {

@@ -44,7 +44,7 @@ private:
 struct LateSizesTest : testing::Test {
   LateSizesTest() {
     std::vector<test::PdfPage> pages(100, {.width = 800, .height = 400});
-    session.documents.open({folder.write("wide.pdf", test::pdfOf(pages)), {}});
+    session.opener.open({folder.write("wide.pdf", test::pdfOf(pages)), {}});
     session.moving.setWindow(400, 300, 0);
     settle();
   }

@@ -174,13 +174,13 @@ private:
   }
 
   void opens() {
-    session_->documents.open({file_, {}});
+    session_->opener.open({file_, {}});
     settle();
     // A file that is never open blocks no other; one that has failed is opened again.
     if (session_->documents.all().empty()) {
       ++repetitions_;
-      const bool blocked = session_->documents.opening();
-      session_->documents.open({blocked ? folder_.write("again.pdf", test::bytesOf(file_)) : file_, {}});
+      const bool blocked = session_->opener.opening();
+      session_->opener.open({blocked ? folder_.write("again.pdf", test::bytesOf(file_)) : file_, {}});
       settle();
     }
     ASSERT_EQ(session_->documents.all().size(), 1U);
@@ -197,7 +197,7 @@ private:
     };
     if (!isThere()) { // the user reloads the file
       ++repetitions_;
-      session_->documents.reload();
+      session_->opener.reload();
       settle();
     }
     ASSERT_TRUE(isThere()) << "page " << page;

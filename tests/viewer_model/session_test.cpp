@@ -20,12 +20,14 @@ using testing::Not;
 using testing::SizeIs;
 
 struct Asked : Questions {
-  void askPassword(const Target &target, bool again) override {
+  void askPassword(const Target &target, bool again, const Answer &answer) override {
     files.push_back(target);
     agains.push_back(again);
+    answers.push_back(answer);
   }
   std::vector<Target> files;
   std::vector<bool> agains;
+  std::vector<Answer> answers;
 };
 
 struct SessionTest : test::Sessions {
@@ -60,7 +62,7 @@ TEST_F(SessionTest, WithoutDocumentsThereIsNothing) {
 
 TEST_F(SessionTest, ActionsWithoutADocumentDoNothing) {
   session().documents.closeFront();
-  session().documents.reload();
+  session().opener.reload();
   session().documents.bringToFront(0);
   session().moving.goToPage(3);
   session().moving.scroll(0, 10);
@@ -81,10 +83,10 @@ TEST_F(SessionTest, AnOpenedFileIsInFront) {
 }
 
 TEST_F(SessionTest, OpeningIsShownUntilTheFileIsOpen) {
-  session().documents.open({write("paper.pdf", test::numberedPages(1)), {}});
-  EXPECT_TRUE(session().documents.opening());
+  session().opener.open({write("paper.pdf", test::numberedPages(1)), {}});
+  EXPECT_TRUE(session().opener.opening());
   EXPECT_EQ(session().status.message(), "Opening paper.pdf");
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_THAT(session().status.message(), IsEmpty());
 }
 
@@ -129,24 +131,54 @@ TEST_F(SessionTest, OtherParametersOpenTheFileOnceMore) {
 
 TEST_F(SessionTest, AFileThatIsStillBeingOpenedIsNotOpenedTwice) {
   const auto file = write("a.pdf", test::numberedPages(1));
-  session().documents.open({file, {}});
-  session().documents.open({file, {}});
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.open({file, {}});
+  session().opener.open({file, {}});
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_THAT(session().documents.all(), SizeIs(1));
 }
 
 TEST_F(SessionTest, FilesOpenedAtOnceKeepTheirOrder) {
   for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})
-    session().documents.open({write(name, test::numberedPages(1)), {}});
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+    session().opener.open({write(name, test::numberedPages(1)), {}});
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_THAT(names(), ElementsAre("a.pdf", "b.pdf", "c.pdf"));
   EXPECT_EQ(session().documents.frontIndex(), 2U);
+}
+
+TEST_F(SessionTest, OfFilesOpenedTogetherTheOneWithAHighlightFileIsInFront) {
+  const auto openAll = [this](const std::vector<std::string> &parameters) {
+    session().documents.closeAll();
+    std::vector<Target> targets;
+    for (size_t i = 0; i < parameters.size(); ++i)
+      targets.push_back({write(std::to_string(i) + ".pdf", test::numberedPages(1)), parameters[i]});
+    session().opener.openAll(targets, {});
+    ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
+    EXPECT_EQ(session().documents.all().size(), targets.size());
+  };
+  openAll({"xml=a.xml", "", ""});
+  EXPECT_EQ(frontName(), "0.pdf");
+  openAll({"", "page=1&XML=a.xml", "page=1"});
+  EXPECT_EQ(frontName(), "1.pdf");
+  openAll({"xml=a.xml", "xml=b.xml", ""});
+  EXPECT_EQ(frontName(), "1.pdf");
+  openAll({"page=1", "noxml=a", "page=1"});
+  EXPECT_EQ(frontName(), "2.pdf");
+  EXPECT_THAT(names(), ElementsAre("0.pdf", "1.pdf", "2.pdf"));
+}
+
+TEST_F(SessionTest, AFileWithHitsThatCannotBeOpenedLeavesTheOthers) {
+  testing::internal::CaptureStderr();
+  session().opener.openAll({{"/nowhere/a.pdf", "xml=a.xml"}, {write("b.pdf", test::numberedPages(1)), {}}}, {});
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("No such file"));
+  EXPECT_EQ(frontName(), "b.pdf");
+  EXPECT_THAT(session().status.message(), HasSubstr("No such file"));
 }
 
 TEST_F(SessionTest, EndsWhileFilesAreBeingOpened) {
   openPages(test::numberedPages(1));
   for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})
-    session().documents.open({write(name, test::numberedPages(1)), {}});
+    session().opener.open({write(name, test::numberedPages(1)), {}});
   endSession();
   EXPECT_EQ(app.front(), nullptr);
 }
@@ -181,37 +213,38 @@ TEST_F(SessionTest, ADocumentWhoseFirstPageIsDamagedIsOpenedAndReported) {
 
 TEST_F(SessionTest, AnEncryptedFileAsksForItsPassword) {
   Asked asked;
-  session().documents.questions = &asked;
+  session().opener.questions = &asked;
   const auto file = secret();
   EXPECT_THAT(errorsOf(file), IsEmpty());
   EXPECT_THAT(asked.files, ElementsAre(Target{file, ""}));
   EXPECT_THAT(asked.agains, ElementsAre(false));
-  EXPECT_TRUE(session().documents.asksPassword());
-  session().documents.questions = nullptr;
+  EXPECT_TRUE(session().opener.asksPassword());
+  session().opener.questions = nullptr;
 }
 
 TEST_F(SessionTest, AWrongPasswordAsksAgain) {
   Asked asked;
-  session().documents.questions = &asked;
+  session().opener.questions = &asked;
   open(secret(), "page=2", "wrong");
   EXPECT_THAT(asked.agains, ElementsAre(true));
   EXPECT_EQ(asked.files.at(0).parameters, "page=2");
-  session().documents.questions = nullptr;
+  session().opener.questions = nullptr;
 }
 
 TEST_F(SessionTest, ThePasswordOpensTheFile) {
   Asked asked;
-  session().documents.questions = &asked;
+  session().opener.questions = &asked;
   open(secret());
-  open(asked.files.at(0).file, {}, "user");
+  asked.answers.at(0)("user");
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   ASSERT_TRUE(draws());
   EXPECT_EQ(frontName(), "secret.pdf.locked.pdf");
-  session().documents.questions = nullptr;
+  session().opener.questions = nullptr;
 }
 
 TEST_F(SessionTest, WithoutQuestionsAnEncryptedFileIsRefused) {
   EXPECT_THAT(errorsOf(secret()), EndsWith("is encrypted: a password is needed\n"));
-  EXPECT_FALSE(session().documents.asksPassword());
+  EXPECT_FALSE(session().opener.asksPassword());
 }
 
 // ---- closing ----
@@ -309,8 +342,8 @@ TEST_F(SessionTest, ReloadingShowsTheCurrentFileOnTheSamePage) {
   openPages(test::numberedPages(4));
   session().moving.goToPage(2);
   write("paper.pdf", test::numberedPages(6));
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_EQ(session().documents.pageCount(), 6);
   EXPECT_EQ(session().documents.page(), 2);
 }
@@ -319,17 +352,84 @@ TEST_F(SessionTest, ReloadingAShorterFileShowsItsLastPage) {
   openPages(test::numberedPages(4));
   session().moving.goToPage(3);
   write("paper.pdf", test::numberedPages(2));
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_EQ(session().documents.page(), 1);
 }
 
 TEST_F(SessionTest, ReloadingKeepsPasswordAndParameters) {
   open(secret(), "xml=h.xml", "user");
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   ASSERT_NE(session().documents.front(), nullptr) << session().status.message();
   EXPECT_EQ(session().documents.front()->parameters, "xml=h.xml");
+}
+
+struct ReloadingSecretTest : SessionTest {
+  ReloadingSecretTest() { session().opener.questions = &asked; }
+  ~ReloadingSecretTest() override { session().opener.questions = nullptr; }
+  // Encrypts the file with the password "user".
+  void encrypt(const std::filesystem::path &file) { std::filesystem::rename(secret(), file); }
+  void settle() {
+    ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
+  }
+  void answer(const std::string &password) {
+    const auto last = asked.answers.back();
+    last(password);
+    settle();
+  }
+  Asked asked;
+};
+
+TEST_F(ReloadingSecretTest, TriesTheKnownPasswordWithoutAQuestion) {
+  open(secret(), {}, "user");
+  session().opener.reload();
+  settle();
+  EXPECT_THAT(asked.files, IsEmpty());
+  EXPECT_EQ(session().documents.all().size(), 1U);
+}
+
+TEST_F(ReloadingSecretTest, AsksForThePasswordOfAFileThatIsEncryptedNow) {
+  const auto file = write("a.pdf", test::numberedPages(4));
+  open(file);
+  session().moving.goToPage(1);
+  encrypt(file);
+  session().opener.reload();
+  settle();
+  EXPECT_THAT(asked.agains, ElementsAre(false));
+  EXPECT_EQ(session().documents.pageCount(), 4) << "the old state is shown until the new one is open";
+  answer("user");
+  EXPECT_EQ(session().documents.pageCount(), 2);
+  EXPECT_EQ(session().documents.page(), 1);
+  EXPECT_THAT(names(), ElementsAre("a.pdf"));
+  session().opener.reload();
+  settle();
+  EXPECT_THAT(asked.agains, SizeIs(1)) << "the password is known now";
+}
+
+TEST_F(ReloadingSecretTest, AsksAgainAfterAWrongAnswerOnly) {
+  const auto file = secret();
+  open(file, {}, "user");
+  const std::string command = std::string(QPDF) + " --encrypt other owner 256 -- " +
+                              write("b.pdf", test::numberedPages(3)).string() + " " + file.string();
+  ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(cert-env33-c): a test's own command
+  session().opener.reload();
+  settle();
+  answer("user");
+  answer("other");
+  EXPECT_THAT(asked.agains, ElementsAre(false, true));
+  EXPECT_EQ(session().documents.pageCount(), 3);
+}
+
+TEST_F(ReloadingSecretTest, AnAnswerAfterTheDocumentWasClosedOpensNothing) {
+  const auto file = write("a.pdf", test::numberedPages(4));
+  open(file);
+  encrypt(file);
+  session().opener.reload();
+  settle();
+  session().documents.closeFront();
+  answer("user");
+  EXPECT_THAT(names(), IsEmpty());
 }
 
 // The thread closes documents before it renders: once another file's page is rendered, closed documents are closed.
@@ -337,7 +437,7 @@ TEST_F(SessionTest, ClosingADocumentAfterItsReloadClosesTheFile) {
   const auto file = write("paper.pdf", test::numberedPages(1));
   open(file);
   const size_t before = waker.wakes();
-  session().documents.reload();
+  session().opener.reload();
   ASSERT_TRUE(waker.until([&] { return waker.wakes() > before; })); // opened, but not taken over yet
   session().documents.closeFront();
   openPages(test::numberedPages(1), "other.pdf");
@@ -348,7 +448,7 @@ TEST_F(SessionTest, ClosingADocumentAfterItsReloadClosesTheFile) {
 TEST_F(SessionTest, ClosingADocumentDuringItsReloadClosesTheFile) {
   const auto file = write("paper.pdf", test::numberedPages(1));
   open(file);
-  session().documents.reload();
+  session().opener.reload();
   session().documents.closeFront();
   openPages(test::numberedPages(1), "other.pdf");
   ASSERT_TRUE(draws());
@@ -366,13 +466,34 @@ TEST_F(SessionTest, WithoutMemoryForADocumentItsFileIsClosedAndNamed) {
   EXPECT_FALSE(test::hasOpen(file));
 }
 
+TEST_F(SessionTest, AReloadedDocumentStaysBehindWhatHasComeToFrontMeanwhile) {
+  const auto file = write("a.pdf", test::numberedPages(4));
+  open(file);
+  session().moving.goToPage(2);
+  openPages(test::numberedPages(3), "b.pdf");
+  session().documents.bringToFront(0);
+  write("a.pdf", test::numberedPages(5));
+  session().opener.reload();
+  session().documents.bringToFront(1);
+  session().moving.goToPage(1);
+  session().status.set("of b.pdf");
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
+  EXPECT_THAT(names(), ElementsAre("a.pdf", "b.pdf"));
+  EXPECT_EQ(frontName(), "b.pdf");
+  EXPECT_EQ(session().documents.page(), 1);
+  EXPECT_EQ(session().status.message(), "of b.pdf");
+  session().documents.bringToFront(0);
+  EXPECT_EQ(session().documents.pageCount(), 5);
+  EXPECT_EQ(session().documents.page(), 2);
+}
+
 TEST_F(SessionTest, ReloadingDrawsTheCurrentFile) {
   openPages({test::pageWith("page")});
   ASSERT_TRUE(draws());
   EXPECT_EQ(pixel(20, 20), 0xFFFFFFFF);
   write("paper.pdf", {{.drawing = "1 0 0 rg 0 0 400 600 re f"}});
-  session().documents.reload();
-  ASSERT_TRUE(until([&] { return !session().documents.opening(); }));
+  session().opener.reload();
+  ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   ASSERT_TRUE(draws());
   EXPECT_EQ(pixel(20, 20), 0xFFFF0000);
 }

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "Sessions.h"
+#include "viewer/model/json.h"
 #include "viewer/model/state.h"
 
 namespace viewer {

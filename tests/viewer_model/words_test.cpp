@@ -60,5 +60,37 @@ TEST_F(WordsTest, EightPagesThatWereShownAreKept) {
   EXPECT_THAT(document.forgotten, ElementsAre(20));
 }
 
+TEST_F(WordsTest, ReadingOtherPagesForgetsNeitherThePageShownNorItsNeighbours) {
+  turnTo(50);
+  for (int32_t page = 0; page < 100; ++page)
+    words.read(document, page);
+  for (const int32_t near : {49, 50, 51})
+    EXPECT_THAT(document.forgotten, testing::Not(testing::Contains(near)));
+}
+
+TEST_F(WordsTest, EightPagesThatWereReadAreKept) {
+  turnTo(50);
+  for (int32_t page = 1; page <= 8; ++page)
+    words.read(document, page);
+  words.read(document, 1);
+  EXPECT_THAT(document.forgotten, IsEmpty());
+  words.read(document, 9);
+  EXPECT_THAT(document.forgotten, ElementsAre(2));
+}
+
+TEST_F(WordsTest, WhatWasReadIsKeptWhenPagesAreTurned) {
+  words.read(document, 51);
+  turnTo(50);
+  turnTo(80);
+  EXPECT_THAT(document.forgotten, ElementsAre(49));
+}
+
+TEST_F(WordsTest, OnlyWhatIsNotKeptOtherwiseIsDropped) {
+  turnTo(50);
+  words.drop(document, 51);
+  words.drop(document, 3);
+  EXPECT_THAT(document.forgotten, ElementsAre(3));
+}
+
 } // namespace
 } // namespace viewer

@@ -145,7 +145,7 @@ TEST_F(Soak, DocumentsAndPagesLeaveNothingBehind) {
   Usage early;
   const long withoutDocuments = descriptors();
   for (int i = 1; i <= 500; ++i) {
-    session.documents.open({file, "xml=hits.xml"});
+    session.opener.open({file, "xml=hits.xml"});
     until([&] { return session.documents.front() != nullptr && drawn(); });
     ASSERT_EQ(session.documents.page(), 3);
     session.documents.closeFront();
@@ -155,7 +155,7 @@ TEST_F(Soak, DocumentsAndPagesLeaveNothingBehind) {
   }
   expectSame(early, usage());
 
-  session.documents.open({file, "xml=hits.xml"});
+  session.opener.open({file, "xml=hits.xml"});
   until([&] { return session.documents.front() != nullptr && drawn(); });
   for (int i = 1; i <= 10'000; ++i) {
     if (session.documents.page() + 1 < session.documents.pageCount())

@@ -19,13 +19,17 @@ template <typename Step> void Arrivals::attempt(const Step &step) {
 
 void Arrivals::collect() {
   failure_ = nullptr;
-  std::vector<std::shared_ptr<host::Service>> services; // a document may be closed meanwhile
-  attempt([&] { services = documents_.services(); });
+  Services services; // a document may be closed meanwhile
+  attempt([&] {
+    services = documents_.services();
+    opener_.addServices(services);
+  });
   for (const auto &service : services)
     attempt([&] { service->collect(); });
-  attempt([this] { documents_.takeOpened(); }); // one per call: plug-ins may take long for each
-  if (documents_.hasOpened()) wake_();
+  attempt([this] { opener_.takeOpened(); }); // one per call: plug-ins may take long for each
+  if (opener_.hasOpened()) wake_();
   attempt([this] { finding_.collect(); });
+  attempt([this] { listTexts_.collect(); });
   constexpr int atOnce = 3; // further attempts wait for the next wake-up: memory may stay exhausted
   failures_ = failure_ ? failures_ + 1 : 0;
   if (!failure_) return;

@@ -6,15 +6,17 @@
 #include <exception>
 #include <functional>
 
-#include "viewer/model/documents.h"
 #include "viewer/model/finding.h"
+#include "viewer/model/listtexts.h"
+#include "viewer/model/opener.h"
 
 namespace viewer {
 
 class Arrivals {
 public:
-  Arrivals(Documents &documents, Finding &finding, std::function<void()> wake)
-      : documents_(documents), finding_(finding), wake_(std::move(wake)) {}
+  Arrivals(const Documents &documents, Opener &opener, Finding &finding, ListTexts &listTexts,
+           std::function<void()> wake)
+      : documents_(documents), opener_(opener), finding_(finding), listTexts_(listTexts), wake_(std::move(wake)) {}
 
   /// Hands over the answers. If memory is exhausted for one of them, the following ones are handed over nevertheless;
   /// the rest stays for the next call, which `wake` requests, and the failure is thrown at the end.
@@ -23,8 +25,10 @@ public:
 private:
   template <typename Step> void attempt(const Step &step);
 
-  Documents &documents_;
+  const Documents &documents_;
+  Opener &opener_;
   Finding &finding_;
+  ListTexts &listTexts_;
   std::function<void()> wake_;
   std::exception_ptr failure_; ///< the first failure of a collect()
   int failures_ = 0;           ///< consecutive calls of collect() that failed

@@ -8,11 +8,11 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "host/document/pdf.h"
 #include "viewer/model/onelinetext.h"
 #include "viewer/model/target.h"
-#include "viewer/model/userfolders.h"
 
 namespace viewer {
 namespace {
@@ -28,7 +28,7 @@ std::string grouped(size_t number) {
 
 } // namespace
 
-Chooser::Chooser(const fs::path &folder) { goTo(folder); }
+Chooser::Chooser(const fs::path &folder, HomeOfUser homeOf) : homeOf_(std::move(homeOf)) { goTo(folder); }
 
 void Chooser::goTo(const fs::path &folder) {
   base_ = normalFolder(folder);
@@ -53,8 +53,7 @@ void Chooser::setText(const std::string &text) {
   text_ = text;
   const size_t slash = isAddress(text) ? std::string::npos : text.rfind('/');
   start_ = slash == std::string::npos ? text : text.substr(slash + 1);
-  const fs::path folder =
-      slash == std::string::npos ? base_ : normalFolder(base_ / withoutTilde(text.substr(0, slash + 1)));
+  const fs::path folder = slash == std::string::npos ? base_ : expanded(text.substr(0, slash + 1));
   if (folder != folder_ || files_ != listedFiles_) {
     folder_ = folder;
     list();
@@ -109,9 +108,15 @@ std::optional<fs::path> Chooser::choose(size_t shown) {
   return std::nullopt;
 }
 
-fs::path Chooser::typedPath() const {
-  return isAddress(text_) ? targetOf(text_).file : normalFolder(base_ / withoutTilde(text_));
+fs::path Chooser::expanded(const std::string &typed) {
+  const auto home = [this](const std::string &user) {
+    const auto known = homes_.find(user);
+    return known != homes_.end() ? known->second : homes_.emplace(user, homeOf_(user)).first->second;
+  };
+  return normalFolder(base_ / withoutTilde(typed, home));
 }
+
+fs::path Chooser::typedPath() { return isAddress(text_) ? targetOf(text_).file : expanded(text_); }
 
 std::optional<fs::path> Chooser::chooseTyped() {
   if (text_.empty()) return std::nullopt;

@@ -5,11 +5,13 @@
 #pragma once
 
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "viewer/model/folder.h"
+#include "viewer/model/userfolders.h"
 
 namespace viewer {
 
@@ -18,7 +20,8 @@ public:
   /// The number of names in a list: more can be reached by typing.
   static constexpr size_t mostShown = 1000;
 
-  explicit Chooser(const std::filesystem::path &folder);
+  /// @param homeOf is asked once for each user that is typed, not at each key
+  explicit Chooser(const std::filesystem::path &folder, HomeOfUser homeOf = homeOfUser);
 
   /// The folder whose names are shown.
   const std::filesystem::path &folder() const { return folder_; }
@@ -44,12 +47,15 @@ public:
   std::optional<std::filesystem::path> chooseTyped();
 
 private:
-  std::filesystem::path typedPath() const;
+  std::filesystem::path expanded(const std::string &typed);
+  std::filesystem::path typedPath();
   bool narrows() const { return !start_.empty(); }
   void list();
   void narrow();
 
   std::filesystem::path base_, folder_; ///< to which typed paths are relative; whose names are listed
+  HomeOfUser homeOf_;
+  std::map<std::string, std::filesystem::path> homes_; ///< of the users that were typed
   std::string text_;
   std::string start_; ///< of a name: the last part of the text
   Files files_ = Files::pdf;

@@ -20,7 +20,7 @@ constexpr double line = 48, wheel = 90;
 void openFile(const Model &model, Frontend &frontend, const std::string &file) {
   if (file.empty()) return frontend.askForFile();
   try {
-    model.documents.open(targetOf(file));
+    model.opener.open(targetOf(file));
   } catch (const host::DocumentError &error) {
     model.status.report(error.what());
   }
@@ -65,7 +65,7 @@ using Text = const std::string &;
 // clang-format off
 constexpr Command table[] = {
     {"Open", "Open\u2026", "file", [](const Model &m, Frontend &f, Text a) { openFile(m, f, a); }, nullptr},
-    {"Reload", "Reload", nullptr, [](const Model &m, Frontend &, Text) { m.documents.reload(); }, hasDocument},
+    {"Reload", "Reload", nullptr, [](const Model &m, Frontend &, Text) { m.opener.reload(); }, hasDocument},
     {"Close", "Close", nullptr, [](const Model &m, Frontend &, Text) { m.documents.closeFront(); }, hasDocument},
     {"Quit", "Quit", nullptr, [](const Model &, Frontend &f, Text) { f.quit(); }, nullptr},
     {"FindDialog", "Find\u2026", "text", [](const Model &m, Frontend &f, Text a) { findText(m, f, a); }, hasDocument},
@@ -119,12 +119,15 @@ void run(const Command &command, const Model &model, Frontend &frontend, const s
 
 void goToTypedPage(const Model &model, const std::string &text) {
   char *end = nullptr;
-  const long page = std::strtol(text.c_str(), &end, 10);
-  if (end == text.c_str() || *end != '\0')
+  const long page = std::strtol(text.c_str(), &end, 10), last = model.documents.pageCount();
+  if (end == text.c_str() || *end != '\0') {
     model.status.set("\u201C" + text + "\u201D is no page number");
-  else
-    model.moving.goToPage(static_cast<int32_t>(std::clamp(page, 1L, static_cast<long>(model.documents.pageCount()))) -
-                          1);
+  } else {
+    model.moving.goToPage(static_cast<int32_t>(std::clamp(page, 1L, last)) - 1);
+    if (page > last)
+      model.status.set(last == 1 ? "There is only one page" : "There are only " + std::to_string(last) + " pages");
+    if (page < 1) model.status.set("The first page is page 1");
+  }
   model.changes.note(allParts);
 }
 

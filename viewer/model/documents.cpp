@@ -3,107 +3,52 @@
 // The open documents. The application owns them; here are their files, passwords and order.
 #include "viewer/model/documents.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <utility>
 
 namespace viewer {
-namespace {
 
-// How long a plug-in waits for a page, and the window with it.
-constexpr auto waitingLimit = std::chrono::seconds(1);
-
-} // namespace
-
-Documents::Documents(host::Application &app, ServiceMaker makeService, StatusLine &status, Changes &changes)
-    : app_(app), status_(status), changes_(changes), opening_(std::move(makeService)) {
+Documents::Documents(host::Application &app, StatusLine &status, Changes &changes)
+    : app_(app), status_(status), changes_(changes) {
   app_.prepare = [this](host::ViewerDocument &document) { prepare(document); };
 }
 
 Documents::~Documents() { app_.prepare = {}; }
 
 const OpenDocument *Documents::find(const host::ViewerDocument *document) const {
-  const auto found =
-      std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->document == document; });
-  return found == open_.end() ? nullptr : found->get();
+  return findIf([=](const OpenDocument &one) { return one.document == document; });
 }
 
 const OpenDocument *Documents::find(uint64_t number) const {
-  const auto found = std::find_if(open_.begin(), open_.end(), [=](const auto &one) { return one->number == number; });
-  return found == open_.end() ? nullptr : found->get();
+  return findIf([=](const OpenDocument &one) { return one.number == number; });
 }
 
-void Documents::open(const Target &target, const std::string &password) {
-  Target absolute = target;
-  std::error_code unknown;
-  if (const auto path = std::filesystem::absolute(target.file, unknown); !unknown) absolute.file = path;
-  absolute.file = absolute.file.lexically_normal();
-  const auto same = [&](const Target &other) {
-    return other.file == absolute.file && (absolute.parameters.empty() || other == absolute);
-  };
-  for (const auto &one : open_)
-    if (same(one->target))
-      return bringToFront(static_cast<size_t>(std::find(order_.begin(), order_.end(), one->document) - order_.begin()));
-  if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return;
-  std::string line = "Opening " + target.file.filename().string();
-  opening_.request({++numbers_, absolute, password});
-  openingLine_ = line;
-  status_.set(std::move(line));
-}
-
-void Documents::reload() {
-  const OpenDocument *document = frontDocument();
-  if (document == nullptr) return;
-  if (opening_.any([=](const Opening::File &file) { return file.replaces == document->number; })) return;
-  opening_.request({++numbers_, document->target, document->password, document->number});
-}
-
-Services Documents::services() const {
-  Services all;
+std::vector<std::shared_ptr<host::Service>> Documents::services() const {
+  std::vector<std::shared_ptr<host::Service>> all;
   for (const auto &one : open_)
     all.push_back(one->service);
-  opening_.addServices(all);
   return all;
 }
 
-void Documents::takeOpened() {
-  if (const std::optional<Opening::File> file = opening_.take()) take(*file);
-}
-
-void Documents::take(const Opening::File &file) {
-  status_.remove(openingLine_); // but not an error of another file
-  changes_.note(allParts);
-  if (const auto *opened = std::get_if<host::Opened>(&file.answer->value)) return takeDocument(file, *opened);
-  const auto &failure = std::get<host::Failure>(file.answer->value);
-  asksPassword_ = failure.needsPassword && questions != nullptr;
-  if (asksPassword_)
-    questions->askPassword(file.target, !file.password.empty());
-  else
-    status_.report(failure.line);
-}
-
-void Documents::takeDocument(const Opening::File &file, const host::Opened &opened) {
+void Documents::add(std::unique_ptr<host::Document> model, OpenDocument document) {
+  const uint64_t number = document.number;
+  const Target target = document.target;
   std::exception_ptr failure;
+  order_.reserve(order_.size() + 1);
+  auto window = std::make_unique<PageWindow>(*model, screenDpi);
+  document.document = nullptr;
+  document.window = window.get();
+  open_.push_back(std::make_unique<OpenDocument>(std::move(document)));
   try {
-    order_.reserve(order_.size() + 1);
-    std::unique_ptr<host::Document> model = host::Document::of({file.service, waitingLimit}, opened);
-    auto window = std::make_unique<PageWindow>(*model, screenDpi);
-    open_.push_back(std::make_unique<OpenDocument>(
-        OpenDocument{file.number, nullptr, window.get(), file.target, file.password, file.service}));
-    app_.open(std::move(model), std::move(window), file.target.file, file.target.parameters);
-  } catch (const std::exception &error) {
-    const OpenDocument *last = find(file.number);
-    if (last == nullptr || last->document == nullptr) {
-      if (last != nullptr) open_.pop_back();
-      const bool memory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
-      return status_.report(host::nameInMessage(file.target.file) + ": " +
-                            (memory ? "memory is exhausted" : error.what()));
+    app_.open(std::move(model), std::move(window), target.file, target.parameters);
+  } catch (const std::exception &) {
+    if (find(number)->document == nullptr) {
+      open_.pop_back();
+      throw;
     }
     failure = std::current_exception(); // it is open, but a plug-in may not have been notified
   }
-  if (const OpenDocument *before = file.replaces ? find(*file.replaces) : nullptr) replace(*before);
   app_.toolBar()->updateStates();
   if (failure) std::rethrow_exception(failure);
 }
@@ -129,7 +74,7 @@ void Documents::replace(const OpenDocument &before) {
 }
 
 void Documents::close(const OpenDocument &document) {
-  opening_.dropReload(document.number);
+  const bool wasFront = document.document == front();
   for (DocumentKeeper *keeper : keepers)
     keeper->closes(document);
   std::erase(order_, document.document);
@@ -142,7 +87,7 @@ void Documents::close(const OpenDocument &document) {
     throw;
   }
   showFront();
-  status_.set("");
+  if (wasFront) status_.set("");
 }
 
 void Documents::showFront() {
@@ -167,9 +112,14 @@ void Documents::closeAll() {
 
 void Documents::bringToFront(size_t index) {
   if (index >= order_.size() || order_[index] == front()) return;
-  app_.bringToFront(*order_[index]);
-  showFront();
+  bringToFront(*find(order_[index]));
   status_.set("");
+}
+
+void Documents::bringToFront(const OpenDocument &document) {
+  if (document.document == front()) return;
+  app_.bringToFront(*document.document);
+  showFront();
 }
 
 size_t Documents::frontIndex() const {

@@ -92,7 +92,7 @@ void Finding::end() {
 
 void Finding::closes(const OpenDocument &document) {
   if (found_ && found_->document == document.document) found_.reset();
-  if (search_) stop();
+  if (search_ && searchedDocument_ == document.number) stop();
 }
 
 // Shows the page of the current match and, if the match is not visible, scrolls it to the middle. `line` is shown on

@@ -33,7 +33,6 @@ public:
   /// Marks the matches on a drawing of the document in front.
   void paint(host::Drawing &drawing) const;
 
-  void opens(const OpenDocument & /*document*/) override { found_.reset(); }
   void closes(const OpenDocument &document) override;
 
 private:

@@ -17,24 +17,71 @@ const host::ListText *ListTexts::text(uint32_t row) const {
   return found == texts_.end() ? nullptr : &found->second;
 }
 
+// Another list has other rows.
+void ListTexts::follow(const host::PluginList &shown) {
+  if (shown.number == number_) return;
+  stopWaiting([](uint32_t) { return true; });
+  texts_.clear();
+  number_ = shown.number;
+  document_ = documents_.frontDocument()->number;
+}
+
+template <typename Condition> void ListTexts::stopWaiting(const Condition &condition) {
+  const OpenDocument *document = documents_.find(document_);
+  std::erase_if(waiting_, [&](const auto &row) {
+    if (!condition(row.first)) return false;
+    if (document != nullptr)
+      for (const int32_t page : row.second)
+        tiles_.words(*document).drop(*document->document->model, page);
+    return true;
+  });
+}
+
+bool ListTexts::isAwaited(const Pages &pages) const {
+  const OpenDocument *document = documents_.find(document_);
+  return document != nullptr && std::any_of(pages.begin(), pages.end(),
+                                            [&](int32_t page) { return document->document->model->isAwaited(page); });
+}
+
 bool ListTexts::fetch(uint32_t first, uint32_t count, std::chrono::steady_clock::duration atMost) {
   const auto end = std::chrono::steady_clock::now() + atMost;
   if (texts_.size() >= mostTexts) texts_.clear(); // not in the loop: the rows of one call are kept together
+  stopWaiting([=](uint32_t row) { return row < first || row - first >= count; });
   for (uint32_t n = 0; n < count; ++n) {
     const host::PluginList *shown = list(); // a plug-in may change it in any call
     if (shown == nullptr || n >= shown->rows - std::min(first, shown->rows)) return true;
-    if (shown->number != number_) texts_.clear();
-    number_ = shown->number;
+    follow(*shown);
     const uint32_t row = first + n;
-    if (texts_.contains(row)) continue;
+    const auto waiting = waiting_.find(row);
+    if (texts_.contains(row) || (waiting != waiting_.end() && isAwaited(waiting->second))) continue;
+    if (waiting != waiting_.end()) waiting_.erase(waiting);
+    if (waiting_.size() >= mostWaiting) continue;
     if (app_.calling() || std::chrono::steady_clock::now() >= end) return false;
-    const host::PluginList asked = *shown;
-    host::ListText text = host::Lists::text(asked, app_.documents().handle(documents_.front()), row);
-    // The plug-in may have read that page's words.
-    if (text.page >= 0 && text.page < documents_.pageCount()) tiles_.forgetWords(text.page);
-    texts_[row] = std::move(text);
+    read(*shown, row);
   }
   return true;
+}
+
+void ListTexts::read(const host::PluginList &shown, uint32_t row) {
+  const host::PluginList asked = shown;
+  const OpenDocument &document = *documents_.frontDocument();
+  host::Document &model = *document.document->model;
+  host::ListText text;
+  Pages missing =
+      model.withoutWaiting([&] { text = host::Lists::text(asked, app_.documents().handle(document.document), row); });
+  if (!missing.empty()) {
+    waiting_[row] = std::move(missing);
+    return;
+  }
+  // The plug-in may have read that page's words.
+  if (text.page >= 0 && text.page < model.pageCount()) tiles_.words(document).read(model, text.page);
+  texts_[row] = std::move(text);
+}
+
+void ListTexts::collect() {
+  if (documents_.find(document_) == nullptr) waiting_.clear();
+  if (std::any_of(waiting_.begin(), waiting_.end(), [this](const auto &row) { return !isAwaited(row.second); }))
+    changes_.note(partPage);
 }
 
 void ListTexts::choose(uint32_t row) {

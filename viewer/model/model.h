@@ -4,6 +4,7 @@
 #pragma once
 
 #include "viewer/model/listtexts.h"
+#include "viewer/model/opener.h"
 #include "viewer/model/screen.h"
 
 namespace viewer {
@@ -12,6 +13,7 @@ struct Model {
   Changes &changes;
   StatusLine &status;
   Documents &documents;
+  Opener &opener;
   Moving &moving;
   Tiles &tiles;
   Finding &finding;

@@ -30,7 +30,7 @@ void Moving::replaces(const OpenDocument &before, const OpenDocument &now) {
     window.setDpi(old.dpi());
   else
     window.setFit(old.fit());
-  goToPage(old.page());
+  window.showPage(std::min(old.page(), now.document->model->pageCount() - 1));
   window.scrollTo(old.scrollX(), old.scrollY());
 }
 

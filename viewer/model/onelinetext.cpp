@@ -84,11 +84,4 @@ std::vector<std::string> characters(std::string_view utf8) {
   return all;
 }
 
-std::string_view firstBytes(std::string_view utf8, size_t most) {
-  if (utf8.size() <= most) return utf8;
-  while (most > 0 && continues(utf8[most]))
-    --most;
-  return utf8.substr(0, most);
-}
-
 } // namespace viewer

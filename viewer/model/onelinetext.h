@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/document/utf8.h"
+
 namespace viewer {
 
 /// UTF-8: each byte that belongs to no character is U+FFFD.
@@ -20,7 +22,6 @@ std::string utf8OfLatin1(const std::string &latin1);
 /// The characters of UTF-8. Bytes that belong to none are part of the one before them.
 std::vector<std::string> characters(std::string_view utf8);
 
-/// The first so many bytes, or fewer where a character would be truncated.
-std::string_view firstBytes(std::string_view utf8, size_t most);
+using host::firstBytes;
 
 } // namespace viewer

@@ -26,6 +26,8 @@ public:
     Target target;
     std::string password;
     std::optional<uint64_t> replaces = {}; ///< the open document that is being reloaded
+    bool behind = false;                   ///< the document in front stays there, if there is one
+    bool passwordIsKnown = false;          ///< it opened the document before: no answer of the user's
     std::shared_ptr<host::Service> service = {};
     host::Ticket ticket = {};
     std::optional<host::Answer> answer = {}; ///< host::Opened or host::Failure

@@ -13,7 +13,7 @@ constexpr double pointsPerInch = 72;
 } // namespace
 
 void PageWindow::showPage(int32_t page) {
-  host::requirePage(document_, page);
+  host::checkedPage(page, document_.pageCount());
   if (page == page_) return;
   page_ = page;
   chooseDpi();

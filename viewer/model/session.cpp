@@ -16,9 +16,10 @@ ServiceMaker servedBy(host::Threads &threads) {
 } // namespace
 
 Session::Session(host::Application &app, const std::function<void()> &wake, const ServiceMaker &makeService)
-    : app_(app), threads_(wake), documents(app, makeService ? makeService : servedBy(threads_), status, changes),
-      arrivals(documents, finding, wake) {
-  documents.keepers = {&finding, &screen, &moving, &tiles};
+    : app_(app), threads_(wake), documents(app, status, changes),
+      opener(documents, makeService ? makeService : servedBy(threads_), status, changes),
+      arrivals(documents, opener, finding, listTexts, wake) {
+  documents.keepers = {&opener, &finding, &screen, &moving, &tiles};
   app_.statusListener = [this] { changes.note(allParts); };
   if (app_.toolBar() != nullptr) app_.toolBar()->listener = [this] { changes.note(allParts); };
 }

@@ -2,39 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "viewer/model/state.h"
 
-#include <cstdio>
-
-#include "viewer/model/onelinetext.h"
+#include "viewer/model/json.h"
 
 namespace viewer {
 namespace {
-
-// Builds an object or a list.
-class Json {
-public:
-  explicit Json(char open) : text_(1, open), close_(open == '{' ? '}' : ']') {}
-  Json &member(const std::string &name, const std::string &json) { return item(quoted(name) + ":" + json); }
-  Json &member(const std::string &name, double value) {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.10g", value);
-    return member(name, std::string(text));
-  }
-  Json &text(const std::string &name, const std::string &value) { return member(name, quoted(value)); }
-  Json &flag(const std::string &name, bool value) { return member(name, std::string(value ? "true" : "false")); }
-  Json &place(const Place &place) {
-    return member("x", place.x).member("y", place.y).member("width", place.width).member("height", place.height);
-  }
-  Json &item(const std::string &json) {
-    if (text_.size() > 1) text_ += ',';
-    text_ += json;
-    return *this;
-  }
-  std::string done() const { return text_ + close_; }
-
-private:
-  std::string text_;
-  char close_;
-};
 
 template <typename Items, typename Write> std::string listOf(const Items &items, const Write &write) {
   Json list('[');
@@ -105,21 +76,6 @@ std::string jsonOf(const Shown &shown, const Place &page) {
 
 } // namespace
 
-std::string quoted(const std::string &text) {
-  std::string json = "\"";
-  for (const char c : validUtf8(text)) {
-    char code[8];
-    std::snprintf(code, sizeof code, "\\u%04x", static_cast<unsigned char>(c));
-    if (c == '"' || c == '\\')
-      json += {'\\', c};
-    else if (static_cast<unsigned char>(c) < ' ')
-      json += code;
-    else
-      json += c;
-  }
-  return json + "\"";
-}
-
 std::string stateOf(const Model &model, const std::string &pluginText, const WindowState &window) {
   const Documents &documents = model.documents;
   const auto nameOf = [](const host::ViewerDocument *document) { return quoted(document->file.filename().string()); };
@@ -130,7 +86,7 @@ std::string stateOf(const Model &model, const std::string &pluginText, const Win
       .text("plugins", pluginText)
       .member("documents", listOf(documents.all(), nameOf))
       .member("front", static_cast<double>(documents.frontIndex()))
-      .flag("opening", documents.opening())
+      .flag("opening", model.opener.opening())
       .member("page", documents.page() + 1)
       .member("pages", documents.pageCount())
       .member("zoom", model.moving.zoom())

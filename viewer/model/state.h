@@ -67,7 +67,4 @@ struct WindowState {
 /// The state as one line of JSON, without a line feed. Bytes that are no UTF-8 are U+FFFD.
 std::string stateOf(const Model &model, const std::string &pluginText, const WindowState &window);
 
-/// A string as JSON has it, in quotation marks.
-std::string quoted(const std::string &text);
-
 } // namespace viewer

@@ -5,6 +5,8 @@
 
 #include <strings.h>
 
+#include <cstring>
+
 #include <charconv>
 #include <string_view>
 
@@ -66,6 +68,11 @@ Target targetOf(const std::string &argument) {
     if (std::filesystem::exists(argument.substr(0, hash), unknown)) end = hash;
   if (end == std::string::npos) return {argument, {}};
   return {argument.substr(0, end), argument.substr(end + 1)};
+}
+
+bool hasHighlightFile(const Target &target) {
+  const std::string parameters = "&" + target.parameters;
+  return strcasestr(parameters.c_str(), "&xml=") != nullptr;
 }
 
 void addParameter(Target &target, const std::string &name, const std::string &value) {

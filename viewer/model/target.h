@@ -22,6 +22,9 @@ bool isAddress(const std::string &argument);
 /// with one clear line for an address of another machine's file, or of none.
 Target targetOf(const std::string &argument);
 
+/// Whether the parameters name a highlight file: "xml=hits.xml".
+bool hasHighlightFile(const Target &target);
+
 /// Adds a parameter; its value is percent-encoded, so that it may contain any byte.
 void addParameter(Target &target, const std::string &name, const std::string &value);
 

@@ -75,8 +75,10 @@ void Tiles::take(const PageKey &key, host::Answer &answer) {
     cache_.insert(key, std::move(std::get<host::PageImage>(answer.value).image));
     errors_.erase(place);
   } else {
-    // A white page instead; the window shows the reason on it.
-    const auto [width, height] = host::pixelSize(document.document->model->pageSize(key.page), key.dpi);
+    // A white page instead; the window shows the reason on it. The page's size may have come after the request, and
+    // may be a much larger one: then the page is shown at another resolution.
+    const double dpi = std::min(key.dpi, document.window->largestDpi(key.page));
+    const auto [width, height] = host::pixelSize(document.document->model->pageSize(key.page), dpi);
     host::Image white{width, height, {}};
     white.pixels.assign(static_cast<size_t>(white.width) * static_cast<size_t>(white.height), 0xFFFFFFFF);
     errors_[place] = error;

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/document/service.h"
 #include "viewer/model/cache.h"
 #include "viewer/model/documents.h"
 #include "viewer/model/words.h"
@@ -24,8 +25,10 @@ public:
   bool hasFront() const;
   /// The error of the page in front, or empty.
   std::string error() const;
-  /// To be called when a page is shown or its words are read: the words of the pages used last are kept.
+  /// To be called when a page is shown: the words of the pages used last are kept.
   void forgetWords(int32_t shown);
+  /// Which words of an open document are kept.
+  Words &words(const OpenDocument &document) { return words_[document.number]; }
 
   const PageCache &cache() const { return cache_; }
 

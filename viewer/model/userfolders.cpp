@@ -37,15 +37,16 @@ fs::path documentsFolder(const fs::path &home) {
 
 fs::path homeFolder() { return absoluteVariable("HOME"); }
 
-fs::path withoutTilde(const std::string &path) {
+fs::path homeOfUser(const std::string &user) {
+  const passwd *entry = getpwnam(user.c_str()); // NOLINT(concurrency-mt-unsafe): one thread
+  return entry == nullptr ? "" : entry->pw_dir;
+}
+
+fs::path withoutTilde(const std::string &path, const HomeOfUser &homeOf) {
   if (!path.starts_with('~')) return path;
   const size_t end = std::min(path.find('/'), path.size());
   const std::string user = path.substr(1, end - 1);
-  fs::path home;
-  if (user.empty())
-    home = homeFolder();
-  else if (const passwd *entry = getpwnam(user.c_str()); entry != nullptr) // NOLINT(concurrency-mt-unsafe): one thread
-    home = entry->pw_dir;
+  const fs::path home = user.empty() ? homeFolder() : homeOf(user);
   if (home.empty()) return path;
   const size_t rest = path.find_first_not_of('/', end);
   return rest == std::string::npos ? home : home / path.substr(rest);

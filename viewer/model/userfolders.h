@@ -4,6 +4,7 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,8 +12,11 @@ namespace viewer {
 
 /// $HOME, if it is an absolute path; else empty.
 std::filesystem::path homeFolder();
+/// The home folder of a user; empty for an unknown one. The system may ask other machines, for seconds.
+using HomeOfUser = std::function<std::filesystem::path(const std::string &user)>;
+std::filesystem::path homeOfUser(const std::string &user);
 /// A path with "~" or "~user" at its start replaced; unchanged if there is no such user.
-std::filesystem::path withoutTilde(const std::string &path);
+std::filesystem::path withoutTilde(const std::string &path, const HomeOfUser &homeOf = homeOfUser);
 
 /// The path without "." and "..", and without a slash at its end.
 std::filesystem::path normalFolder(const std::filesystem::path &folder);

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <filesystem>
 
+#include "viewer/model/smallfile.h"
+
 namespace viewer {
 namespace {
 
@@ -20,14 +22,9 @@ void chooseLocale() {
 
 // Has Xlib cache the table of compose sequences: reading it takes a tenth of the time until the first page is shown.
 void keepComposedKeys() {
-  const char *cache = std::getenv("XDG_CACHE_HOME"), *home = std::getenv("HOME");
-  std::filesystem::path directory;
-  if (cache != nullptr && *cache == '/')
-    directory = cache;
-  else if (home != nullptr && *home == '/')
-    directory = std::filesystem::path(home) / ".cache";
-  else
-    return;
+  std::filesystem::path directory = absoluteVariable("XDG_CACHE_HOME");
+  if (const auto home = absoluteVariable("HOME"); directory.empty() && !home.empty()) directory = home / ".cache";
+  if (directory.empty()) return;
   std::error_code failed; // then the table is read each time
   directory /= "tavrel/compose";
   std::filesystem::create_directories(directory, failed);

@@ -91,7 +91,7 @@ void MainWindow::askForFile() {
   const host::ViewerDocument *front = model_.documents.front();
   OpenDialog::show(toolkit_, front == nullptr ? std::filesystem::path() : front->file.parent_path(),
                    [this](const std::filesystem::path &file) {
-                     model_.documents.open({file, {}});
+                     model_.opener.open({file, {}});
                    });
 }
 
@@ -108,10 +108,10 @@ void MainWindow::leaveFields() {
   focusPage();
 }
 
-void MainWindow::askPassword(const Target &target, bool again) {
+void MainWindow::askPassword(const Target &target, bool again, const Questions::Answer &answer) {
   const std::string name = target.file.filename().string();
   askForPassword(toolkit_, (again ? "That was not the password. " : "") + name + " is encrypted: a password is needed.",
-                 [this, target](const std::string &password) { model_.documents.open(target, password); });
+                 answer);
 }
 
 int32_t MainWindow::alert(const host::Alert &alert) { return showAlert(*this, alert); }

@@ -59,7 +59,7 @@ public:
   void run(const Command &command, const std::string &argument = {});
   void press(host::ToolButton &button, const XEvent *event);
 
-  void askPassword(const Target &target, bool again);
+  void askPassword(const Target &target, bool again, const Questions::Answer &answer);
   /// For plug-ins: shows an alert and returns its answer.
   int32_t alert(const host::Alert &alert);
 

@@ -57,7 +57,7 @@ void Refresh::watchWaiting() {
   const Model &model = window_.model();
   const auto waiting = model.screen.waitingSince();
   if (!waiting) {
-    const bool isEmpty = model.documents.front() == nullptr && !model.documents.opening() && !window_.app().calling();
+    const bool isEmpty = model.documents.front() == nullptr && !model.opener.opening() && !window_.app().calling();
     window_.pageArea().note(isEmpty ? window_.invitation() : model.tiles.error());
   } else if (const milliseconds waited = since(*waiting); waited >= noteDelay) {
     window_.pageArea().note("rendering");

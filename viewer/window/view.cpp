@@ -31,7 +31,7 @@ namespace {
 void awaitDocument(const Waker &waker, Session &session) {
   constexpr int timeout = 100; // milliseconds
   pollfd ready{waker.end(), POLLIN, 0};
-  if (!session.documents.opening() || poll(&ready, 1, timeout) <= 0) return;
+  if (!session.opener.opening() || poll(&ready, 1, timeout) <= 0) return;
   waker.clear();
   session.arrivals.collect();
   session.screen.draw(); // asks for the page
@@ -44,17 +44,19 @@ public:
   Windows(Toolkit &toolkit, Session &session, host::Application &app, const host::PluginLoader &plugins,
           const ViewOptions &options)
       : toolkit_(toolkit), session_(session), app_(app), plugins_(plugins), options_(options) {
-    session_.documents.questions = this;
+    session_.opener.questions = this;
     app_.alert = [this](const host::Alert &asked) { return get().alert(asked); };
   }
   ~Windows() override {
-    session_.documents.questions = nullptr;
+    session_.opener.questions = nullptr;
     app_.alert = host::answerAlerts(false);
   }
   Windows(const Windows &) = delete;
   Windows &operator=(const Windows &) = delete;
 
-  void askPassword(const Target &target, bool again) override { get().askPassword(target, again); }
+  void askPassword(const Target &target, bool again, const Answer &answer) override {
+    get().askPassword(target, again, answer);
+  }
 
   /// The window, on the screen.
   MainWindow &get() {
@@ -100,11 +102,10 @@ ViewEnd run(const ViewOptions &options) {
   Failures failures(session.status);
   for (const std::string &reason : options.refused)
     session.status.report(reason);
-  for (size_t i = 0; i < options.documents.size(); ++i) {
-    Target target = options.documents[i];
-    if (i == 0 && !options.hits.empty()) addParameter(target, "xml", std::filesystem::absolute(options.hits));
-    session.documents.open(target, options.password);
-  }
+  std::vector<Target> targets = options.documents;
+  if (!targets.empty() && !options.hits.empty())
+    addParameter(targets.front(), "xml", std::filesystem::absolute(options.hits));
+  session.opener.openAll(targets, options.password);
   Toolkit toolkit(options.toolkit);
   session.documents.screenDpi = toolkit.dpi();
   host::WindowSystem windowSystem(toolkit.shell());
@@ -129,13 +130,13 @@ ViewEnd run(const ViewOptions &options) {
     Collector collector(toolkit.context(), waker, session.arrivals, app);
     window.loop([&] {
       collector.collectMissed();
-      had |= session.documents.front() != nullptr || session.documents.asksPassword();
-      if (!had && !embedded && !session.documents.opening()) failures.show(window.informations());
+      had |= session.documents.front() != nullptr || session.opener.asksPassword();
+      if (!had && !embedded && !session.opener.opening()) failures.show(window.informations());
       return false;
     });
   }
   window.watcher = {};
-  const bool failed = requested && !had && !embedded && !session.documents.opening();
+  const bool failed = requested && !had && !embedded && !session.opener.opening();
   const ViewEnd end = failed ? ViewEnd::noDocument : ViewEnd::closed;
   session.documents.closeAll();
   constexpr auto timeout = std::chrono::milliseconds(300);

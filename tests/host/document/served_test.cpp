@@ -208,6 +208,52 @@ TEST_F(ServedTest, PagesThatAreNotThereAreNotExpected) {
   EXPECT_THAT(backstage.asked, IsEmpty());
 }
 
+// ---- without waiting ----
+
+TEST_F(ServedTest, WithoutWaitingMissingWordsAreAskedForOnceAndNamed) {
+  const auto missing = document->withoutWaiting([this] {
+    EXPECT_EQ(errorOfWords(3), tooLong);
+    EXPECT_EQ(errorOfWords(3), tooLong);
+  });
+  EXPECT_THAT(missing, testing::Each(3));
+  EXPECT_THAT(backstage.waits, IsEmpty());
+  EXPECT_THAT(backstage.asked, SizeIs(1));
+  EXPECT_TRUE(document->isAwaited(3));
+  backstage.answer(twoWords(3));
+  service->collect();
+  EXPECT_FALSE(document->isAwaited(3));
+  EXPECT_THAT(document->withoutWaiting([this] { EXPECT_EQ(document->pageText(3).text(), U"a bc"); }), IsEmpty());
+  EXPECT_THAT(late, IsEmpty());
+}
+
+TEST_F(ServedTest, AfterwardsTheSameWordsAreWaitedForAgain) {
+  document->withoutWaiting([this] { errorOfWords(3); });
+  answersWords();
+  EXPECT_EQ(document->pageText(3).text(), U"a bc");
+  EXPECT_THAT(backstage.waits, SizeIs(1));
+}
+
+TEST_F(ServedTest, WithoutWaitingAFailureIsNotAskedAboutAgain) {
+  document->withoutWaiting([this] { errorOfWords(3); });
+  backstage.answer(Failure{tavrel::errDocument, false, "page 4 is damaged"});
+  service->collect();
+  EXPECT_THAT(document->withoutWaiting([this] { EXPECT_EQ(errorOfWords(3), "page 4 is damaged"); }), IsEmpty());
+  EXPECT_THAT(backstage.asked, IsEmpty());
+}
+
+TEST_F(ServedTest, WithoutWaitingASizeThatIsNotThereIsMissingToo) {
+  const auto missing = document->withoutWaiting([this] {
+    EXPECT_EQ(errorOf([this] { document->pageSize(700); }), "paper.pdf: page 701 takes too long to read");
+  });
+  EXPECT_THAT(missing, ElementsAre(700));
+  EXPECT_TRUE(document->isAwaited(700));
+  backstage.answer(Failure{tavrel::errDocument, false, "injected"});
+  service->collect();
+  EXPECT_FALSE(document->isAwaited(700));
+  EXPECT_THAT(document->withoutWaiting([this] { EXPECT_EQ(document->pageSize(700).width, 612); }), IsEmpty());
+  EXPECT_THAT(backstage.waits, IsEmpty());
+}
+
 // ---- sizes ----
 
 TEST_F(ServedTest, TheSizesThatCameWithTheDocumentAreKnown) {

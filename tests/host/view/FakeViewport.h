@@ -25,7 +25,7 @@ public:
 
   int32_t page() const override { return page_; }
   void showPage(int32_t page) override {
-    host::requirePage(document_, page);
+    host::checkedPage(page, document_.pageCount());
     if (page == page_) return;
     page_ = page;
     x_ = y_ = 0;

@@ -99,9 +99,9 @@ private:
     once(
         "open",
         [this] {
-          session_->documents.open({file_, {}});
+          session_->opener.open({file_, {}});
         },
-        [this] { return !session_->documents.opening(); }, [this] { return session_->documents.all().size() == 1; });
+        [this] { return !session_->opener.opening(); }, [this] { return session_->documents.all().size() == 1; });
   }
   void shows(uint32_t color) {
     const auto there = [this] { return session_->screen.shown().drawing && !session_->screen.needsDrawing(); };
@@ -109,8 +109,8 @@ private:
     if (!session_->tiles.error().empty()) { // the user reloads the file
       --s_opened;
       --s_closed;
-      ASSERT_TRUE(tries([this] { session_->documents.reload(); }));
-      ASSERT_TRUE(until([&] { return !session_->documents.opening() && there() && session_->tiles.error().empty(); }))
+      ASSERT_TRUE(tries([this] { session_->opener.reload(); }));
+      ASSERT_TRUE(until([&] { return !session_->opener.opening() && there() && session_->tiles.error().empty(); }))
           << "reload";
     }
     EXPECT_EQ(session_->screen.shown().drawing->image.row(0)[0], color);
@@ -126,7 +126,7 @@ private:
   void reloads() {
     const host::ViewerDocument *before = session_->documents.front();
     once(
-        "reload", [this] { session_->documents.reload(); }, [this] { return !session_->documents.opening(); },
+        "reload", [this] { session_->opener.reload(); }, [this] { return !session_->opener.opening(); },
         [&] { return session_->documents.front() != before; });
     EXPECT_EQ(session_->documents.all().size(), 1U);
   }

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "viewer/model/opener.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <utility>
+
+namespace viewer {
+namespace {
+
+// How long a plug-in waits for a page, and the window with it.
+constexpr auto waitingLimit = std::chrono::seconds(1);
+
+} // namespace
+
+void Opener::openAll(const std::vector<Target> &targets, const std::string &password) {
+  const auto marked = std::find_if(targets.rbegin(), targets.rend(), hasHighlightFile);
+  const Target *const front = marked == targets.rend() ? nullptr : &*marked;
+  for (const Target &target : targets)
+    open(target, password, front != nullptr && &target != front);
+}
+
+void Opener::open(const Target &target, const std::string &password, bool behind) {
+  Target absolute = target;
+  std::error_code unknown;
+  if (const auto path = std::filesystem::absolute(target.file, unknown); !unknown) absolute.file = path;
+  absolute.file = absolute.file.lexically_normal();
+  const auto same = [&](const Target &other) {
+    return other.file == absolute.file && (absolute.parameters.empty() || other == absolute);
+  };
+  if (const OpenDocument *there = documents_.findIf([&](const OpenDocument &one) { return same(one.target); })) {
+    if (!behind) documents_.bringToFront(*there);
+    return status_.set("");
+  }
+  if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return;
+  std::string line = "Opening " + target.file.filename().string();
+  opening_.request({.number = ++numbers_, .target = absolute, .password = password, .behind = behind});
+  openingLine_ = line;
+  status_.set(std::move(line));
+}
+
+void Opener::reload() {
+  if (const OpenDocument *document = documents_.frontDocument()) reload(*document, document->password, true);
+}
+
+void Opener::reload(const OpenDocument &document, const std::string &password, bool known) {
+  if (opening_.any([&](const Opening::File &file) { return file.replaces == document.number; })) return;
+  opening_.request({.number = ++numbers_,
+                    .target = document.target,
+                    .password = password,
+                    .replaces = document.number,
+                    .passwordIsKnown = known});
+}
+
+void Opener::takeOpened() {
+  if (const std::optional<Opening::File> file = opening_.take()) take(*file);
+}
+
+void Opener::take(const Opening::File &file) {
+  status_.remove(openingLine_); // but not an error of another file
+  changes_.note(allParts);
+  if (const auto *opened = std::get_if<host::Opened>(&file.answer->value)) return takeDocument(file, *opened);
+  const auto &failure = std::get<host::Failure>(file.answer->value);
+  asksPassword_ = failure.needsPassword && questions != nullptr;
+  if (asksPassword_)
+    ask(file);
+  else
+    status_.report(failure.line);
+}
+
+void Opener::ask(const Opening::File &file) {
+  const auto answer = [this, target = file.target, replaces = file.replaces,
+                       behind = file.behind](const std::string &password) {
+    if (!replaces) return open(target, password, behind);
+    if (const OpenDocument *document = documents_.find(*replaces)) reload(*document, password, false);
+  };
+  questions->askPassword(file.target, !file.password.empty() && !file.passwordIsKnown, answer);
+}
+
+void Opener::takeDocument(const Opening::File &file, const host::Opened &opened) {
+  const OpenDocument *const before = file.replaces ? documents_.find(*file.replaces) : nullptr;
+  const OpenDocument *const front = documents_.frontDocument();
+  std::exception_ptr failure;
+  try {
+    documents_.add(host::Document::of({file.service, waitingLimit}, opened),
+                   {file.number, nullptr, nullptr, file.target, file.password, file.service});
+  } catch (const std::exception &error) {
+    if (documents_.find(file.number) == nullptr) {
+      const bool memory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
+      return status_.report(host::nameInMessage(file.target.file) + ": " +
+                            (memory ? "memory is exhausted" : error.what()));
+    }
+    failure = std::current_exception();
+  }
+  if (before != nullptr) {
+    const bool wasFront = before == front;
+    try {
+      documents_.replace(*before);
+    } catch (const std::exception &) { // it is replaced nevertheless
+      if (!failure) failure = std::current_exception();
+    }
+    if (wasFront)
+      status_.set("");
+    else
+      documents_.bringToFront(*front);
+  } else if (file.behind && front != nullptr) {
+    documents_.bringToFront(*front);
+  }
+  if (failure) std::rethrow_exception(failure);
+}
+
+} // namespace viewer

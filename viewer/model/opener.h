@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Opens files and reloads them, with their passwords.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "viewer/model/documents.h"
+#include "viewer/model/opening.h"
+
+namespace viewer {
+
+/// Questions to the user.
+class Questions {
+public:
+  virtual ~Questions() = default;
+  using Answer = std::function<void(const std::string &password)>;
+  /// A file is encrypted: a password is needed, or another one. The answer, if any, is a call of `answer`, later than
+  /// this one.
+  virtual void askPassword(const Target &target, bool again, const Answer &answer) = 0;
+};
+
+class Opener : public DocumentKeeper {
+public:
+  Opener(Documents &documents, ServiceMaker makeService, StatusLine &status, Changes &changes)
+      : documents_(documents), status_(status), changes_(changes), opening_(std::move(makeService)) {}
+
+  Questions *questions = nullptr;
+
+  /// Opens a file; once it is open it is in front. A file that is open already is brought to front instead, unless the
+  /// parameters differ.
+  void open(const Target &target, const std::string &password = {}) { open(target, password, false); }
+  /// Opens several files. The last one with a highlight file is in front then; if none has one, the last one.
+  void openAll(const std::vector<Target> &targets, const std::string &password);
+  /// Opens the front document's file again, on the same page, with the same password. Until it is open, and if it
+  /// cannot be opened any more, the document stays as it is. If another one is in front by then, that one stays there.
+  void reload();
+  /// Whether a file is still being opened.
+  bool opening() const { return !opening_.empty(); }
+  /// Whether a password has been asked for.
+  bool asksPassword() const { return asksPassword_; }
+
+  /// Whether a file has been opened, or could not be, that has not been taken over.
+  bool hasOpened() const { return opening_.hasAnswer(); }
+  /// Takes over the next one of these, if any. If a plug-in fails when it is notified, the document is open, and the
+  /// failure is thrown at the end.
+  void takeOpened();
+  /// Adds the services of the files that are being opened.
+  void addServices(Services &services) const { opening_.addServices(services); }
+
+  void closes(const OpenDocument &document) override { opening_.dropReload(document.number); }
+
+private:
+  void open(const Target &target, const std::string &password, bool behind);
+  void reload(const OpenDocument &document, const std::string &password, bool known);
+  void ask(const Opening::File &file);
+  void take(const Opening::File &file);
+  void takeDocument(const Opening::File &file, const host::Opened &opened);
+
+  Documents &documents_;
+  StatusLine &status_;
+  Changes &changes_;
+  Opening opening_;
+  uint64_t numbers_ = 0;
+  bool asksPassword_ = false;
+  std::string openingLine_;
+};
+
+} // namespace viewer

@@ -8,13 +8,14 @@
 
 #include "viewer/model/documents.h"
 #include "viewer/model/finding.h"
+#include "viewer/model/matchcount.h"
 
 namespace viewer {
 
 class Arrivals {
 public:
-  Arrivals(Documents &documents, Finding &finding, std::function<void()> wake)
-      : documents_(documents), finding_(finding), wake_(std::move(wake)) {}
+  Arrivals(Documents &documents, Finding &finding, MatchCount &matchCount, std::function<void()> wake)
+      : documents_(documents), finding_(finding), matchCount_(matchCount), wake_(std::move(wake)) {}
 
   /// Hands over the answers. If memory is exhausted for one of them, the following ones are handed over nevertheless;
   /// the rest stays for the next call, which `wake` requests, and the failure is thrown at the end.
@@ -25,6 +26,7 @@ private:
 
   Documents &documents_;
   Finding &finding_;
+  MatchCount &matchCount_;
   std::function<void()> wake_;
   std::exception_ptr failure_; ///< the first failure of a collect()
   int failures_ = 0;           ///< consecutive calls of collect() that failed

@@ -17,7 +17,7 @@ ServiceMaker servedBy(host::Threads &threads) {
 
 Session::Session(host::Application &app, const std::function<void()> &wake, const ServiceMaker &makeService)
     : app_(app), threads_(wake), documents(app, makeService ? makeService : servedBy(threads_), status, changes),
-      arrivals(documents, finding, wake) {
+      arrivals(documents, finding, matchCount, wake) {
   documents.keepers = {&finding, &screen, &moving, &tiles};
   app_.statusListener = [this] { changes.note(allParts); };
   if (app_.toolBar() != nullptr) app_.toolBar()->listener = [this] { changes.note(allParts); };

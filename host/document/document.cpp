@@ -71,8 +71,9 @@ std::unique_ptr<Document> Document::open(const std::filesystem::path &file, cons
 
 std::unique_ptr<Document> Document::of(std::unique_ptr<PdfFile> file) {
   const Opened opened{file->pageCount(), {}};
-  return std::make_unique<ServedDocument>(
-      std::make_shared<Service>(std::filesystem::path(), answeringAtOnce(std::move(file))), opened, Limit());
+  const std::filesystem::path name = file->file();
+  return std::make_unique<ServedDocument>(std::make_shared<Service>(name, answeringAtOnce(std::move(file))), opened,
+                                          Limit());
 }
 
 std::unique_ptr<Document> Document::of(const DocumentSource &source, const Opened &opened) {

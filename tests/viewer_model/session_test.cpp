@@ -155,8 +155,8 @@ TEST_F(SessionTest, EndsWhileFilesAreBeingOpened) {
 
 TEST_F(SessionTest, ADamagedFileIsReportedOnce) {
   const auto file = folder.write("truncated.pdf", test::pdfOf(test::numberedPages(1)).substr(0, 60));
-  EXPECT_EQ(errorsOf(file), "tavrel: " + file.string() + ": is damaged\n");
-  EXPECT_EQ(session().status.message(), file.string() + ": is damaged");
+  EXPECT_EQ(errorsOf(file), "tavrel: " + file.string() + ": the file is damaged\n");
+  EXPECT_EQ(session().status.message(), file.string() + ": the file is damaged");
   EXPECT_EQ(session().documents.front(), nullptr);
 }
 

@@ -200,6 +200,28 @@ TEST_F(Command, FilesWithoutHitsMarkNothingAndAreReported) {
 
 TEST_F(Command, UnknownVersionOfWordExtractionIsAskedAbout) {
   const std::string hits = file("hits.xml", locations("Units=\"words\" version=\"9\"", "<loc pg=0 pos=0 len=1>"));
+TEST_F(Command, ATruncatedFileThatMarksNothingIsReportedAsTruncated) {
+  const std::string hits = file("hits.xml", "<XML>\n<Body>\n<highlights>\n<loc pg=1 pos=1 len=1>\n");
+  const std::string document = documents + "/two-columns.pdf";
+  const CommandResult result = render(document, hits);
+  EXPECT_EQ(result.status, tools::exitNothingMarked);
+  EXPECT_EQ(result.output, "tavrel: " + hits + ": the file is truncated and marks nothing in " + document + "\n");
+}
+
+TEST_F(Command, HitsBeyondTheTextOfTheirPageAreReportedAndNotCounted) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=1>\n<loc pg=0 pos=60000 len=1>\n"
+                                                          "<loc pg=1 pos=60000 len=1>\n<loc pg=2 pos=0 len=1>"));
+  const CommandResult result = render(documents + "/three-hundred.pdf", hits, "--dpi 20");
+  EXPECT_EQ(result.status, tools::exitDone);
+  EXPECT_EQ(written(), 2U);
+  EXPECT_NE(result.output.find("page 1 of 300: 1 hit, 1 outside of the page not marked"), std::string::npos)
+      << result.output;
+  EXPECT_NE(result.output.find("page 2 of 300: 1 hit outside of the page, not marked"), std::string::npos)
+      << result.output;
+  EXPECT_NE(result.output.find("2 pages marked, 2 hits, 2 outside of the page not marked"), std::string::npos)
+      << result.output;
+}
+
   const CommandResult no = render(documents + "/two-columns.pdf", hits, "--dpi 20");
   EXPECT_EQ(no.status, tools::exitNothingMarked);
   EXPECT_NE(no.output.find("Display highlights anyway?"), std::string::npos) << no.output;

@@ -15,6 +15,8 @@
 #include "host/view/application.h"
 #include "host/view/desktop.h"
 #include "host/view/toplevel.h"
+#include "plugins/BRZ/content.h"
+#include "tavrel/TavrelGLT.h"
 #include "tools/ahead.h"
 #include "tools/damage.h"
 #include "tools/display.h"
@@ -29,8 +31,6 @@ namespace tools {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char *highlightType = "tavrelglt"; // of auxiliary data
 
 std::string joined(const std::vector<fs::path> &directories) {
   std::string names;
@@ -50,7 +50,7 @@ struct Viewer {
 
 void deliver(Viewer &viewer, const RenderOptions &options, host::ViewerDocument &document, const std::string &bytes) {
   const std::vector<fs::path> directories = host::pluginDirectories(options.pluginsDirectory);
-  const tavrel::Atom type = viewer.runtime.atoms.atom(highlightType);
+  const tavrel::Atom type = viewer.runtime.atoms.atom(tavrel::gltAuxDataType);
   if (!viewer.app.auxData.has(type))
     throw CommandFailure(exitHostFailure,
                          "plug-ins directory " + joined(directories) + ": has no plug-in that takes highlight files");

@@ -35,7 +35,10 @@ const OpenDocument *Documents::find(uint64_t number) const {
   return found == open_.end() ? nullptr : found->get();
 }
 
-void Documents::open(const Target &target, const std::string &password) {
+void Documents::open(const Target &target, const std::string &password, const WhenOpened &opened) {
+  const auto done = [&] {
+    if (opened) opened({});
+  };
   Target absolute = target;
   std::error_code unknown;
   if (const auto path = std::filesystem::absolute(target.file, unknown); !unknown) absolute.file = path;
@@ -44,11 +47,13 @@ void Documents::open(const Target &target, const std::string &password) {
     return other.file == absolute.file && (absolute.parameters.empty() || other == absolute);
   };
   for (const auto &one : open_)
-    if (same(one->target))
-      return bringToFront(static_cast<size_t>(std::find(order_.begin(), order_.end(), one->document) - order_.begin()));
-  if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return;
+    if (same(one->target)) {
+      bringToFront(static_cast<size_t>(std::find(order_.begin(), order_.end(), one->document) - order_.begin()));
+      return done();
+    }
+  if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return done();
   std::string line = "Opening " + target.file.filename().string();
-  opening_.request({++numbers_, absolute, password});
+  opening_.request({++numbers_, absolute, password, {}, opened});
   openingLine_ = line;
   status_.set(std::move(line));
 }
@@ -75,13 +80,14 @@ void Documents::takeOpened() {
 void Documents::take(const Opening::File &file) {
   status_.remove(openingLine_); // but not an error of another file
   changes_.note(allParts);
-  if (const auto *opened = std::get_if<host::Opened>(&file.answer->value)) return takeDocument(file, *opened);
-  const auto &failure = std::get<host::Failure>(file.answer->value);
-  asksPassword_ = failure.needsPassword && questions != nullptr;
+  const auto *failed = std::get_if<host::Failure>(&file.answer->value);
+  asksPassword_ = failed != nullptr && failed->needsPassword && questions != nullptr;
+  if (file.opened) file.opened(failed == nullptr || asksPassword_ ? "" : failed->line); // before any other dialog
+  if (failed == nullptr) return takeDocument(file, std::get<host::Opened>(file.answer->value));
   if (asksPassword_)
     questions->askPassword(file.target, !file.password.empty());
   else
-    status_.report(failure.line);
+    status_.report(failed->line);
 }
 
 void Documents::takeDocument(const Opening::File &file, const host::Opened &opened) {

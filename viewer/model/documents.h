@@ -64,8 +64,8 @@ public:
   double screenDpi = 96;                 ///< the resolution of 100 %; to be set before the first document is open
 
   /// Opens a file; once it is open it is in front. A file that is open already is brought to front instead, unless the
-  /// parameters differ.
-  void open(const Target &target, const std::string &password = {});
+  /// parameters differ. `opened`, if any, is called from the event loop, or at once for a file that is open.
+  void open(const Target &target, const std::string &password = {}, const WhenOpened &opened = {});
   /// Whether a file is still being opened.
   bool opening() const { return !opening_.empty(); }
   /// Whether a password has been asked for.

@@ -109,9 +109,17 @@ void Documents::takeDocument(const Opening::File &file, const host::Opened &open
     }
     failure = std::current_exception(); // it is open, but a plug-in may not have been notified
   }
+  reportUnread(*find(file.number));
   if (const OpenDocument *before = file.replaces ? find(*file.replaces) : nullptr) replace(*before);
   app_.toolBar()->updateStates();
   if (failure) std::rethrow_exception(failure);
+}
+
+void Documents::reportUnread(const OpenDocument &document) {
+  const std::string &parameters = document.target.parameters;
+  if (!parameters.empty() && !document.document->parametersRead)
+    status_.report(host::nameInMessage(document.target.file) + ": no plug-in is loaded that handles #" +
+                   host::nameInMessage(parameters));
 }
 
 // Called when a document is open, before the plug-ins are notified. If it throws, nothing refers to the document.

@@ -108,6 +108,7 @@ private:
   void take(const Opening::File &file);
   void takeDocument(const Opening::File &file, const host::Opened &opened);
   void prepare(host::ViewerDocument &document);
+  void reportUnread(const OpenDocument &document);
   void replace(const OpenDocument &before);
   void close(const OpenDocument &document);
   void showFront();

@@ -226,11 +226,10 @@ void addHitsCommand(CLI::App &app, int &status) {
   command->add_option("WORDS", options->words, "The phrase: whole words; case, accents and punctuation do not count")
       ->required();
   command->add_option("--units", options->units, "Mark the letters found, or the words that contain them")
-      ->check(CLI::IsMember({"characters", "words"}))
+      ->check(oneOf({"characters", "words"}))
       ->capture_default_str();
   command->add_option("--color", options->color, "Colour of the marks, RRGGBB; the digits of each pair are equal");
-  command->add_option("--mode", options->mode, "active: viewers scroll to the first hit")
-      ->check(CLI::IsMember({"active"}));
+  command->add_option("--mode", options->mode, "active: viewers scroll to the first hit")->check(oneOf({"active"}));
   addPasswordOptions(*command, options->password);
   command->add_option("-o,--output", options->output, "Where to write the highlight file; - is standard output")
       ->capture_default_str();

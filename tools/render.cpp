@@ -209,12 +209,12 @@ void addRenderCommand(CLI::App &app, int &status) {
       ->check(number(8, 1200))
       ->capture_default_str();
   command->add_option("--pages", options->pages, "Write every page, or those with hits")
-      ->check(CLI::IsMember({"all", "hits"}))
+      ->check(oneOf({"all", "hits"}))
       ->capture_default_str();
   addPasswordOptions(*command, options->password);
   addHitsLimitOption(*command, options->hitsLimit);
   command->add_option("--answer", options->answer, "The answer to questions of plug-ins")
-      ->check(CLI::IsMember({"yes", "no"}))
+      ->check(oneOf({"yes", "no"}))
       ->capture_default_str();
   command->add_option("--plugins-dir", options->pluginsDirectory,
                       "Where plug-ins are, besides TAVREL_PLUGIN_PATH, ~/.local/lib/tavrel/plugins and the system's");

@@ -52,8 +52,8 @@ void deliver(Viewer &viewer, const RenderOptions &options, host::ViewerDocument 
   const std::vector<fs::path> directories = host::pluginDirectories(options.pluginsDirectory);
   const tavrel::Atom type = viewer.runtime.atoms.atom(tavrel::gltAuxDataType);
   if (!viewer.app.auxData.has(type))
-    throw CommandFailure(exitHostFailure,
-                         "plug-ins directory " + joined(directories) + ": has no plug-in that takes highlight files");
+    throw CommandFailure(exitHostFailure, "plug-ins directory " + joined(directories) +
+                                              ": there is no plug-in that takes highlight files");
   viewer.app.auxData.deliver(type, bytes, viewer.app.documents().handle(&document));
 }
 
@@ -159,12 +159,15 @@ ExitStatus renderPages(const RenderOptions &options) {
   writer.clear();
   const int32_t pageCount = file.pageCount(); // the file is closed with the document
   viewer.app.close(document);                 // while the plug-ins are still loaded, so that they are notified
+  using Processed = DamagedPages::Processed;
+  const Processed processed = options.pages == "all" ? Processed::allPages : Processed::somePages;
   if (!damaged.none())
-    std::fprintf(stderr, "tavrel: %s\n", damaged.report(options.document.string(), pageCount).c_str());
+    std::fprintf(stderr, "tavrel: %s\n", damaged.report(options.document.string(), pageCount, processed).c_str());
 
   if (writer.hits() == 0)
-    throw CommandFailure(exitNothingMarked,
-                         nameOfHits(options.hits) + ": marks nothing in " + options.document.string());
+    throw CommandFailure(exitNothingMarked, nameOfHits(options.hits) +
+                                                (brz::isTruncated(bytes) ? ": the file is truncated and" : ": it") +
+                                                " marks nothing in " + options.document.string());
   std::printf("%s\n", writer.summary().c_str());
   return damaged.none() ? exitDone : exitDamagedPages;
 }

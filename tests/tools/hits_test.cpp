@@ -117,7 +117,7 @@ TEST_F(HitsTest, TheDocumentIsNotOverwritten) {
   options.output = (folder.path() / "." / options.document.filename()).string();
   const auto size = std::filesystem::file_size(options.document);
   EXPECT_EQ(run(), exitUsage);
-  EXPECT_EQ(err.str(), "tavrel: " + options.output + ": is the document itself\n");
+  EXPECT_EQ(err.str(), "tavrel: " + options.output + ": this is the document itself\n");
   EXPECT_EQ(std::filesystem::file_size(options.document), size);
 }
 

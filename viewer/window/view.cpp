@@ -99,11 +99,8 @@ ViewEnd run(const ViewOptions &options) {
   Failures failures(session.status);
   for (const std::string &reason : options.refused)
     session.status.report(reason);
-  for (size_t i = 0; i < options.documents.size(); ++i) {
-    Target target = options.documents[i];
-    if (i == 0 && !options.hits.empty()) addParameter(target, "xml", std::filesystem::absolute(options.hits));
+  for (const Target &target : options.documents)
     session.documents.open(target, options.password);
-  }
   Toolkit toolkit(options.toolkit);
   session.documents.screenDpi = toolkit.dpi();
   host::WindowSystem windowSystem(toolkit.shell());

@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <string>
@@ -41,6 +42,10 @@ std::string footer() {
   return text;
 }
 
+bool hasView(const CLI::App &app) {
+  return !app.get_subcommands([](const CLI::App *command) { return command->get_name() == "view"; }).empty();
+}
+
 // Whether the first argument is to be viewed: "tavrel paper.pdf". A mistyped command is no document.
 bool isDocument(const CLI::App &app, const std::string &argument) {
   const auto called = [](const std::string &name) {
@@ -48,8 +53,33 @@ bool isDocument(const CLI::App &app, const std::string &argument) {
   };
   if (argument.empty() || argument[0] == '-' || !app.get_subcommands(called(argument)).empty()) return false;
   std::error_code unknown;
-  return !app.get_subcommands(called("view")).empty() &&
+  return hasView(app) &&
          (argument.find_first_of("./:#") != std::string::npos || std::filesystem::exists(argument, unknown));
+}
+
+// What is wrong with the arguments, without the words of the library for its own parts. An unknown option is reported
+// first: it is why others are missing.
+std::string reasonOf(const CLI::App &app, const CLI::ParseError &error) {
+  const std::string text = error.what(), option = text.substr(0, text.find(':'));
+  const std::vector<std::string> others = app.remaining(true);
+  const auto unknown = std::find_if(others.begin(), others.end(),
+                                    [](const std::string &one) { return one.size() > 1 && one[0] == '-'; });
+  if (unknown != others.end()) return "there is no option " + *unknown;
+  if (!others.empty() && app.get_subcommands().empty())
+    return "\"" + others.front() + "\" is neither a command nor a document";
+  if (!others.empty()) return "\"" + others.front() + "\" is one argument too many";
+  if (dynamic_cast<const CLI::ArgumentMismatch *>(&error) != nullptr)
+    return option + (text.ends_with("missing") ? " has no value" : " is given more than once");
+  if (const size_t excludes = text.find(" excludes "); excludes != std::string::npos)
+    return text.substr(0, excludes) + " cannot be given together with " +
+           text.substr(excludes + sizeof " excludes " - 1);
+  return text;
+}
+
+std::string lineOf(const CLI::App &app, const CLI::ParseError &error) {
+  const std::vector<CLI::App *> commands = app.get_subcommands();
+  return reasonOf(app, error) + " (see tavrel " + (commands.empty() ? "" : commands.front()->get_name() + " ") +
+         "--help)";
 }
 
 } // namespace
@@ -60,20 +90,20 @@ int runCommands(int argc, char **argv, std::initializer_list<AddCommand> more) {
   app.set_version_flag("--version", "tavrel " TAVREL_VERSION);
   app.require_subcommand(0, 1); // checked below, so that the error names an unknown command
   app.footer(footer());
-  app.failure_message([](const CLI::App *, const CLI::Error &error) {
-    return std::string("tavrel: ") + error.what() + " (see tavrel --help)\n";
-  });
   for (const AddCommand add : more)
     add(app, status);
   addRenderCommand(app, status);
   addHitsCommand(app, status);
   try {
     std::vector<const char *> arguments(argv, argv + argc);
-    if (argc > 1 && isDocument(app, argv[1])) arguments.insert(arguments.begin() + 1, "view");
+    const bool views = argc > 1 ? isDocument(app, argv[1]) : hasView(app);
+    if (views) arguments.insert(arguments.begin() + 1, "view");
     app.parse(static_cast<int>(arguments.size()), arguments.data());
     if (app.get_subcommands().empty()) throw CLI::RequiredError("A command");
   } catch (const CLI::ParseError &error) {
-    return app.exit(error, std::cout, std::cerr) == 0 ? exitDone : exitUsage;
+    if (error.get_exit_code() == 0) return app.exit(error, std::cout, std::cerr); // help
+    std::cerr << "tavrel: " << lineOf(app, error) << "\n";
+    return exitUsage;
   }
   return status;
 }

@@ -27,15 +27,17 @@ std::string listed(const std::vector<int32_t> &pages) {
 
 } // namespace
 
-std::string DamagedPages::report(const std::string &document, int32_t pageCount) const {
+std::string DamagedPages::report(const std::string &document, int32_t pageCount, Processed processed) const {
   std::vector<int32_t> pages = pages_;
   std::sort(pages.begin(), pages.end());
   const std::string all = std::to_string(pageCount);
   if (pages.size() >= static_cast<size_t>(pageCount))
     throw CommandFailure(
         exitDocument, document + ": " + (pageCount == 1 ? "its page is damaged" : "all " + all + " pages are damaged"));
-  return document + ": " + std::to_string(pages.size()) + " of " + all +
-         (pages.size() == 1 ? " pages is damaged and left out: " : " pages are damaged and left out: ") + listed(pages);
+  const bool one = pages.size() == 1;
+  const std::string counted = processed == Processed::allPages ? " of " + all + " pages" : one ? " page" : " pages";
+  return document + ": " + std::to_string(pages.size()) + counted + (one ? " is" : " are") +
+         " damaged and left out: " + listed(pages);
 }
 
 } // namespace tools

@@ -13,9 +13,10 @@ class DamagedPages {
 public:
   void add(int32_t page) { pages_.push_back(page); } ///< counted from 0; the same page once
   bool none() const { return pages_.empty(); }
-  /// One line that reports the damaged pages, also of many. If all pages are damaged, throws CommandFailure
-  /// (exitDocument) with the line instead.
-  std::string report(const std::string &document, int32_t pageCount) const;
+  enum class Processed { allPages, somePages };
+  /// One line that reports the damaged pages, also of many. If all pages of the document are damaged, throws
+  /// CommandFailure (exitDocument) with the line instead.
+  std::string report(const std::string &document, int32_t pageCount, Processed processed) const;
 
 private:
   std::vector<int32_t> pages_;

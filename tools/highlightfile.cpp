@@ -4,12 +4,18 @@
 // plugins/BRZ/content.cpp, which is used here too.
 #include "tools/highlightfile.h"
 
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string_view>
 #include <system_error>
 
 #include "plugins/BRZ/content.h"
@@ -41,6 +47,37 @@ std::string readUpTo(FILE *stream, size_t limit) {
   return bytes;
 }
 
+// The number in a name such as /dev/fd/63, with which a shell passes the output of a program; -1 for other names.
+int descriptorOf(const std::string &name) {
+  int number = -1;
+  for (const std::string_view folder : {"/dev/fd/", "/proc/self/fd/"}) {
+    if (!name.starts_with(folder)) continue;
+    const char *end = name.data() + name.size();
+    if (const auto [rest, error] = std::from_chars(name.data() + folder.size(), end, number);
+        error != std::errc() || rest != end)
+      number = -1;
+  }
+  return number;
+}
+
+// Takes over the descriptor, if there is one, so that the user's name for the file is that of the copy.
+std::string inMemory(const std::string &hits, const std::string &bytes, int descriptor) {
+  const auto check = [&](bool done) {
+    if (!done) throw CommandFailure(exitHighlightFile, nameOfHits(hits) + ": " + std::strerror(errno));
+  };
+  const int copy = memfd_create("highlights", MFD_CLOEXEC);
+  check(copy >= 0);
+  for (size_t written = 0; written < bytes.size();) {
+    const ssize_t part = write(copy, bytes.data() + written, bytes.size() - written);
+    check(part > 0 || errno == EINTR);
+    written += static_cast<size_t>(std::max<ssize_t>(part, 0));
+  }
+  if (descriptor < 0) return "/dev/fd/" + std::to_string(copy);
+  check(dup2(copy, descriptor) >= 0);
+  close(copy);
+  return descriptor == STDIN_FILENO ? "/dev/stdin" : "/dev/fd/" + std::to_string(descriptor);
+}
+
 } // namespace
 
 std::string nameOfHits(const std::string &hits) { return hits == "-" ? "standard input" : hits; }
@@ -60,9 +97,18 @@ std::string readHits(const std::string &hits, unsigned megabytes) {
     fail("memory is exhausted");
   }
   if (std::ferror(stream.get()) != 0) fail(std::strerror(errno));
-  if (bytes.size() > limit) fail("is larger than " + std::to_string(megabytes) + " MB (--hits-limit raises the limit)");
+  if (bytes.size() > limit)
+    fail("it is larger than " + std::to_string(megabytes) + " MB (--hits-limit raises the limit)");
   if (const char *kind = brz::otherKind(bytes)) fail(kind);
   return bytes;
+}
+
+std::string rereadable(const std::string &hits, unsigned megabytes) {
+  struct stat status {};
+  const bool isStandardInput = hits == "-" || hits == "/dev/stdin";
+  if (!isStandardInput && (stat(hits.c_str(), &status) != 0 || S_ISREG(status.st_mode) || S_ISDIR(status.st_mode)))
+    return hits;
+  return inMemory(hits, readHits(isStandardInput ? "-" : hits, megabytes), isStandardInput ? 0 : descriptorOf(hits));
 }
 
 bool isHighlightFile(const fs::path &file) {

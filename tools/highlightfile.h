@@ -17,6 +17,11 @@ std::string nameOfHits(const std::string &hits);
 /// another kind of file: a PDF, UTF-16, binary data.
 std::string readHits(const std::string &hits, unsigned megabytes);
 
+/// A name under which a highlight file can be opened any number of times: its own, or, for "-", a pipe or a device, one
+/// of a copy of its bytes in memory, which lasts as long as the process. The bytes are then read as readHits does, with
+/// its errors.
+std::string rereadable(const std::string &hits, unsigned megabytes);
+
 /// Whether a file is a highlight file, judged by its first bytes. False if it cannot be read.
 bool isHighlightFile(const std::filesystem::path &file);
 

@@ -102,7 +102,7 @@ private:
 void writeFile(const std::string &name, const std::string &text) {
   std::error_code error;
   const fs::file_status status = fs::status(name, error);
-  if (fs::is_directory(status)) throw CommandFailure(exitOutput, name + ": is a directory");
+  if (fs::is_directory(status)) throw CommandFailure(exitOutput, name + ": this is a directory");
   if (fs::exists(status) && !fs::is_regular_file(status)) {
     errno = 0;
     std::ofstream stream(name, std::ios::binary);
@@ -152,14 +152,14 @@ Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err
 ExitStatus searchAndWrite(const HitsOptions &options, std::ostream &out, std::ostream &err) {
   std::error_code isNone; // one of them does not exist
   if (fs::equivalent(options.output, options.document, isNone))
-    throw CommandFailure(exitUsage, options.output + ": is the document itself");
+    throw CommandFailure(exitUsage, options.output + ": this is the document itself");
   const std::string color = options.color.empty() ? "" : checkedColor(options.color);
   const Phrase phrase = phraseOf(options.words);
   const Found found = search(options, phrase, err);
   const std::string document = options.document.string();
   const ExitStatus status = found.damaged.none() ? exitDone : exitDamagedPages;
   if (!found.damaged.none()) {
-    const std::string line = found.damaged.report(document, found.pageCount);
+    const std::string line = found.damaged.report(document, found.pageCount, DamagedPages::Processed::allPages);
     err << "tavrel: " << line << "\n";
   }
   if (found.leftOut > 0)
@@ -212,7 +212,7 @@ int writeHits(const HitsOptions &options, std::ostream &out, std::ostream &err) 
     err << "tavrel: " << error.what() << "\n";
     return error.reason == host::DocumentError::wrongPassword ? exitPassword : exitDocument;
   } catch (const std::bad_alloc &) {
-    err << "tavrel: " << options.document.string() << ": out of memory\n";
+    err << "tavrel: " << options.document.string() << ": memory is exhausted\n";
   } catch (const std::exception &error) {
     err << "tavrel: " << error.what() << "\n";
   }
@@ -226,11 +226,10 @@ void addHitsCommand(CLI::App &app, int &status) {
   command->add_option("WORDS", options->words, "The phrase: whole words; case, accents and punctuation do not count")
       ->required();
   command->add_option("--units", options->units, "Mark the letters found, or the words that contain them")
-      ->check(CLI::IsMember({"characters", "words"}))
+      ->check(oneOf({"characters", "words"}))
       ->capture_default_str();
   command->add_option("--color", options->color, "Colour of the marks, RRGGBB; the digits of each pair are equal");
-  command->add_option("--mode", options->mode, "active: viewers scroll to the first hit")
-      ->check(CLI::IsMember({"active"}));
+  command->add_option("--mode", options->mode, "active: viewers scroll to the first hit")->check(oneOf({"active"}));
   addPasswordOptions(*command, options->password);
   command->add_option("-o,--output", options->output, "Where to write the highlight file; - is standard output")
       ->capture_default_str();

@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
@@ -61,13 +62,26 @@ std::string readPassword(const std::string &file) {
   }
   if (std::ferror(stream.get()) != 0) fail(name + ": " + std::strerror(errno));
   if (password.ends_with('\r')) password.pop_back();
-  if (password.empty()) fail(name + ": has no password in its first line");
+  if (password.empty()) fail(name + ": there is no password in its first line");
   return password;
 }
 
 } // namespace
 
 CLI::Validator number(double low, double high) { return checked(low, high, false); }
+
+CLI::Validator oneOf(const std::vector<std::string> &values) {
+  std::string list, alternatives;
+  for (const std::string &value : values) {
+    list += (list.empty() ? "" : ",") + value;
+    alternatives += (alternatives.empty() ? "" : " or ") + value;
+  }
+  return {[=](std::string &text) -> std::string {
+            if (std::find(values.begin(), values.end(), text) != values.end()) return {};
+            return "\"" + text + "\" is not " + alternatives;
+          },
+          "{" + list + "}"};
+}
 
 CLI::Validator wholeNumber(double low, double high) { return checked(low, high, true); }
 

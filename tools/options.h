@@ -4,6 +4,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -16,6 +17,9 @@ namespace tools {
 CLI::Validator number(double low, double high);
 /// The same without a fraction.
 CLI::Validator wholeNumber(double low, double high);
+
+/// One of these values.
+CLI::Validator oneOf(const std::vector<std::string> &values);
 
 /// Adds --password and --password-file, of which one can be given. Every user of the machine can read the command line;
 /// the second option keeps the password off it. Sets `password`, which outlives the command.

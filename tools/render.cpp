@@ -16,6 +16,8 @@
 #include "host/view/desktop.h"
 #include "host/view/tables.h"
 #include "host/view/toplevel.h"
+#include "plugins/BRZ/content.h"
+#include "tavrel/TavrelGLT.h"
 #include "tools/ahead.h"
 #include "tools/damage.h"
 #include "tools/display.h"
@@ -30,8 +32,6 @@ namespace tools {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char *highlightType = "tavrelglt"; // of auxiliary data
 
 std::string joined(const std::vector<fs::path> &directories) {
   std::string names;
@@ -51,10 +51,10 @@ struct Viewer {
 
 void deliver(Viewer &viewer, const RenderOptions &options, host::ViewerDocument &document, const std::string &bytes) {
   const std::vector<fs::path> directories = host::pluginDirectories(options.pluginsDirectory);
-  const tavrel::Atom type = viewer.runtime.atoms.atom(highlightType);
+  const tavrel::Atom type = viewer.runtime.atoms.atom(tavrel::gltAuxDataType);
   if (!viewer.app.auxData.has(type))
-    throw CommandFailure(exitHostFailure,
-                         "plug-ins directory " + joined(directories) + ": has no plug-in that takes highlight files");
+    throw CommandFailure(exitHostFailure, "plug-ins directory " + joined(directories) +
+                                              ": there is no plug-in that takes highlight files");
   viewer.app.auxData.deliver(type, bytes, viewer.app.documents().handle(&document));
 }
 
@@ -160,12 +160,15 @@ ExitStatus renderPages(const RenderOptions &options) {
   writer.clear();
   const int32_t pageCount = file.pageCount(); // the file is closed with the document
   viewer.app.close(document);                 // while the plug-ins are still loaded, so that they are notified
+  using Processed = DamagedPages::Processed;
+  const Processed processed = options.pages == "all" ? Processed::allPages : Processed::somePages;
   if (!damaged.none())
-    std::fprintf(stderr, "tavrel: %s\n", damaged.report(options.document.string(), pageCount).c_str());
+    std::fprintf(stderr, "tavrel: %s\n", damaged.report(options.document.string(), pageCount, processed).c_str());
 
   if (writer.hits() == 0)
-    throw CommandFailure(exitNothingMarked,
-                         nameOfHits(options.hits) + ": marks nothing in " + options.document.string());
+    throw CommandFailure(exitNothingMarked, nameOfHits(options.hits) +
+                                                (brz::isTruncated(bytes) ? ": the file is truncated and" : ": it") +
+                                                " marks nothing in " + options.document.string());
   std::printf("%s\n", writer.summary().c_str());
   return damaged.none() ? exitDone : exitDamagedPages;
 }
@@ -210,12 +213,12 @@ void addRenderCommand(CLI::App &app, int &status) {
       ->check(number(8, 1200))
       ->capture_default_str();
   command->add_option("--pages", options->pages, "Write every page, or those with hits")
-      ->check(CLI::IsMember({"all", "hits"}))
+      ->check(oneOf({"all", "hits"}))
       ->capture_default_str();
   addPasswordOptions(*command, options->password);
   addHitsLimitOption(*command, options->hitsLimit);
   command->add_option("--answer", options->answer, "The answer to questions of plug-ins")
-      ->check(CLI::IsMember({"yes", "no"}))
+      ->check(oneOf({"yes", "no"}))
       ->capture_default_str();
   command->add_option("--plugins-dir", options->pluginsDirectory,
                       "Where plug-ins are, besides TAVREL_PLUGIN_PATH, ~/.local/lib/tavrel/plugins and the system's");

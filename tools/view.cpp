@@ -15,7 +15,9 @@
 
 #include "host/document/pdf.h"
 #include "plugins/BRZ/content.h"
+#include "plugins/BRZ/parameters.h"
 #include "tools/exit.h"
+#include "tools/failure.h"
 #include "tools/highlightfile.h"
 #include "tools/options.h"
 #include "viewer/model/target.h"
@@ -23,6 +25,12 @@
 
 namespace tools {
 namespace {
+
+struct ViewArguments {
+  std::vector<std::string> documents;
+  std::string hits; ///< a highlight file for the first document; empty: none
+  unsigned hitsLimit = brz::usualLimit;
+};
 
 ExitStatus statusOf(viewer::ViewEnd end) {
   switch (end) {
@@ -80,22 +88,35 @@ void addDocument(const viewer::Target &target, viewer::ViewOptions &options) {
     return;
   }
   if (viewer::Target marked{documentOfHits(target.file), {}}; !marked.file.empty()) {
-    viewer::addParameter(marked, "xml", std::filesystem::absolute(target.file));
+    viewer::addParameter(marked, brz::hitsParameter, std::filesystem::absolute(target.file));
     options.documents.push_back(marked);
     return;
   }
-  std::fprintf(stderr, "tavrel: %s: is a highlight file, and its document is not beside it\n",
+  std::fprintf(stderr, "tavrel: %s: this is a highlight file, and its document is not beside it\n",
                host::nameInMessage(target.file).c_str());
   options.note += explanation(target.file);
 }
 
-void addDocuments(const std::vector<std::string> &arguments, viewer::ViewOptions &options) {
-  for (const std::string &argument : arguments)
+// The highlight file of --hits. If it cannot be read from a pipe, the document is shown without it.
+void addHits(const std::string &hits, unsigned megabytes, viewer::Target &target, viewer::ViewOptions &options) {
+  try {
+    viewer::addParameter(target, brz::hitsParameter, std::filesystem::absolute(rereadable(hits, megabytes)));
+  } catch (const CommandFailure &failure) {
+    std::fprintf(stderr, "tavrel: %s\n", failure.what());
+    options.note += std::string(failure.what()) + "\n\n";
+  }
+}
+
+void addDocuments(const ViewArguments &arguments, viewer::ViewOptions &options) {
+  for (const std::string &argument : arguments.documents)
     try {
+      const size_t before = options.documents.size();
       addDocument(viewer::targetOf(argument), options);
+      const bool isFirst = &argument == &arguments.documents.front() && options.documents.size() > before;
+      if (isFirst && !arguments.hits.empty())
+        addHits(arguments.hits, arguments.hitsLimit, options.documents.front(), options);
     } catch (const host::DocumentError &error) {
       options.refused.emplace_back(error.what());
-      if (&argument == &arguments.front()) options.hits.clear(); // were for this document
     }
 }
 
@@ -103,14 +124,15 @@ void addDocuments(const std::vector<std::string> &arguments, viewer::ViewOptions
 
 void addViewCommand(CLI::App &app, int &status) {
   const auto options = std::make_shared<viewer::ViewOptions>();
-  const auto arguments = std::make_shared<std::vector<std::string>>();
+  const auto arguments = std::make_shared<ViewArguments>();
   CLI::App *command = app.add_subcommand("view", "Show documents in a window");
-  CLI::Option *documents = command->add_option(
-      "DOC", *arguments, "PDFs or their file:// addresses, each optionally with #page=N or #xml=HITS after its name");
-  command->add_option("--hits", options->hits, "A highlight file for the first document")->needs(documents);
+  CLI::Option *documents =
+      command->add_option("DOC", arguments->documents,
+                          "PDFs or their file:// addresses, each optionally with #page=N or #xml=HITS after its name");
+  command->add_option("--hits", arguments->hits, "A highlight file for the first document; - is standard input")
+      ->needs(documents);
   addPasswordOptions(*command, options->password);
-  const auto hitsLimit = std::make_shared<unsigned>(brz::usualLimit);
-  addHitsLimitOption(*command, *hitsLimit);
+  addHitsLimitOption(*command, arguments->hitsLimit);
   command->add_option("--into", options->into, "The number of the window in which to be embedded")
       ->type_name("NUMBER")
       ->check(windowNumber());
@@ -134,8 +156,9 @@ void addViewCommand(CLI::App &app, int &status) {
     std::fflush(nullptr);
     _exit(statusOf(end));
   };
-  command->callback([options, arguments, hitsLimit, &status] {
-    setenv(brz::limitVariable, std::to_string(*hitsLimit).c_str(), 1); // for the plug-in that reads highlight files
+  command->callback([options, arguments, &status] {
+    setenv(brz::limitVariable, std::to_string(arguments->hitsLimit).c_str(),
+           1); // for the plug-in that reads highlight files
     addDocuments(*arguments, *options);
     status = statusOf(viewer::view(*options));
   });

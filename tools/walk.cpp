@@ -1,10 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The loop of the render command. It knows only the name of one button of a plug-in.
+// The loop of the render command.
 #include "tools/walk.h"
 
 #include <unordered_set>
 #include <utility>
+
+#include "tavrel/TavrelGLT.h"
 
 namespace tools {
 
@@ -25,7 +27,7 @@ void walkMarkedPages(host::Application &app, host::ViewerDocument &document, siz
   drawNewPage();
   const host::ToolBar *bar = app.toolBar();
   if (bar == nullptr) return;
-  const tavrel::Atom name = host::Runtime::current().atoms.atom(nextButton);
+  const tavrel::Atom name = host::Runtime::current().atoms.atom(tavrel::gltNextButton);
   for (size_t idle = 0; idle <= limit;) {
     host::ToolButton *button = bar->find(name);
     if (button == nullptr || !bar->test(*button)) return;

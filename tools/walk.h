@@ -15,13 +15,10 @@ struct PageSink {
   std::function<void(int32_t page)> damaged; ///< a page that cannot be drawn (DocumentError); the walk goes on
 };
 
-/// The button that steps to the next hit.
-inline constexpr const char *nextButton = "TavrelGLT:Next";
-
-/// Draws the page shown and presses the button as long as it is enabled. The sink gets the pages on which there are
-/// marks, painted or outside of the page, and the damaged pages. Ends, too, after more than `limit` presses in a row
-/// without a new page: a plug-in may have hits on pages that the document lacks. Throws HostError if no page can be
-/// drawn.
+/// Draws the page shown and presses the button that steps to the next hit as long as it is enabled. The sink gets the
+/// pages on which there are marks, painted or outside of the page, and the damaged pages. Ends, too, after more than
+/// `limit` presses in a row without a new page: a plug-in may have hits on pages that the document lacks. Throws
+/// HostError if no page can be drawn.
 void walkMarkedPages(host::Application &app, host::ViewerDocument &document, size_t limit, const PageSink &sink);
 
 /// Shows and draws every page of the document, in order.

@@ -88,7 +88,7 @@ public:
   explicit AtOnce(std::unique_ptr<PdfFile> file) : file_(std::move(file)) {}
 
   void start(Orders order) noexcept override {
-    order.front().answer = answerFrom(*file_, order.front().request, {});
+    order.front().answer = answerFrom(*file_, order.front().request, file_->file());
     answered_.splice(answered_.end(), order);
   }
   void raise(uint64_t /*id*/, Urgency /*urgency*/) noexcept override {}

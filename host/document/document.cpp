@@ -59,6 +59,7 @@ public:
   const Selection *selectWords(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version) override {
     return store_.words(page, ranges, version, *this);
   }
+  size_t rangesWithoutText(int32_t page) const override { return store_.rangesWithoutText(page); }
   size_t selectionCount() const override { return store_.size(); }
 
 private:
@@ -85,8 +86,9 @@ std::unique_ptr<Document> Document::open(const std::filesystem::path &file, cons
 
 std::unique_ptr<Document> Document::of(std::unique_ptr<PdfFile> file) {
   const Opened opened{file->pageCount(), {}};
-  return std::make_unique<ServedDocument>(
-      std::make_shared<Service>(std::filesystem::path(), answeringAtOnce(std::move(file))), opened, Limit());
+  const std::filesystem::path name = file->file();
+  return std::make_unique<ServedDocument>(std::make_shared<Service>(name, answeringAtOnce(std::move(file))), opened,
+                                          Limit());
 }
 
 std::unique_ptr<Document> Document::of(const DocumentSource &source, const Opened &opened) {

@@ -31,7 +31,7 @@ struct Selection {
   size_t ranges = 0;      ///< how many of the ranges that it was made from cover something on the page
   std::vector<Box> boxes; ///< what is marked: a box a word (or part of a word)
   Box bounds;             ///< of all boxes
-  size_t offPage = 0;     ///< how many of the ranges cover something, but only outside of the page
+  size_t offPage = 0;     ///< how many cover nothing on the page: outside of it, or beyond its text
   /// When it was made, asked for or found by its handle last: greater is later, over all selections.
   mutable uint64_t lastUse = 0;
 };
@@ -106,6 +106,8 @@ public:
   virtual const Selection *selectCharacters(int32_t page, std::span<const tavrel::TextRange> ranges) = 0;
   /// The selection of ranges of words; throws errBadArgument for a version that does not exist.
   virtual const Selection *selectWords(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version) = 0;
+  /// How many ranges a caller has asked for on a page of which none covered anything: then there is no selection.
+  virtual size_t rangesWithoutText(int32_t /*page*/) const { return 0; }
   /// How many different selections the document holds.
   virtual size_t selectionCount() const = 0;
 

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <optional>
@@ -41,10 +42,10 @@ std::ifstream openedStream(const std::filesystem::path &file) {
 void checkFile(const std::filesystem::path &file) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);
-  if (!std::filesystem::exists(status)) fail(file, error ? error.message() : "no such file");
-  if (std::filesystem::is_directory(status)) fail(file, "is a directory");
-  if (!std::filesystem::is_regular_file(status)) fail(file, "is not a regular file");
-  if (openedStream(file).peek() == std::ifstream::traits_type::eof()) fail(file, "is empty");
+  if (!std::filesystem::exists(status)) fail(file, error ? error.message() : std::generic_category().message(ENOENT));
+  if (std::filesystem::is_directory(status)) fail(file, "this is a directory");
+  if (!std::filesystem::is_regular_file(status)) fail(file, "this is not a regular file");
+  if (openedStream(file).peek() == std::ifstream::traits_type::eof()) fail(file, "the file is empty");
 }
 
 // The error of a file that the library cannot open. The library opens files without "%PDF-", so this is not checked
@@ -55,11 +56,17 @@ void checkFile(const std::filesystem::path &file) {
   stream.read(head, sizeof head);
   const bool hasMark =
       std::string_view(head, static_cast<size_t>(stream.gcount())).find("%PDF-") != std::string_view::npos;
-  fail(file, hasMark ? damage : "is not a PDF");
+  fail(file, hasMark ? damage : "this is not a PDF");
 }
 
 // Counted from 1, as in messages.
 std::string numberOf(int32_t page) { return std::to_string(int64_t{page} + 1); }
+
+std::string numberOf(double value) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%g", value);
+  return text;
+}
 
 void dropMessage(const std::string & /*message*/, void * /*closure*/) {}
 
@@ -136,12 +143,12 @@ std::unique_ptr<poppler::document> openedDocument(const std::filesystem::path &f
       bytes != nullptr
           ? poppler::document::load_from_raw_data(bytes->data(), static_cast<int>(bytes->size()), password, password)
           : poppler::document::load_from_file(file.string(), password, password));
-  if (!pdf) failUnreadable(file, "is damaged");
+  if (!pdf) failUnreadable(file, "the file is damaged");
   if (pdf->is_locked())
     throw DocumentError(DocumentError::wrongPassword,
-                        nameInMessage(file) +
-                            (password.empty() ? ": is encrypted: a password is needed" : ": the password is wrong"));
-  if (pdf->pages() <= 0) failUnreadable(file, "is damaged: it has no pages");
+                        nameInMessage(file) + (password.empty() ? ": the file is encrypted: a password is needed"
+                                                                : ": the password is wrong"));
+  if (pdf->pages() <= 0) failUnreadable(file, "the file is damaged: it has no pages");
   return pdf;
 }
 
@@ -163,6 +170,7 @@ public:
     return nullptr;
   }
 
+  const std::filesystem::path &file() const override { return file_; }
   bool fileChanged() const override { return !(stampOf(file_) == stamp_); }
   int32_t pageCount() const override { return pages_; }
   PageSize pageSize(int32_t page) override;
@@ -245,8 +253,8 @@ Image PopplerFile::render(int32_t page, double dpi) {
   const double width = std::ceil(that.size.width * dpi / pointsPerInch - 1e-6);
   const double height = std::ceil(that.size.height * dpi / pointsPerInch - 1e-6);
   if (!(width >= 1 && height >= 1 && width <= longestSide && height <= longestSide))
-    throw HostError(tavrel::errBadArgument, nameInMessage(file_) + ": page " + numberOf(page) + " at " +
-                                                std::to_string(dpi) + " dpi makes no image of a usable size");
+    throw HostError(tavrel::errBadArgument, nameInMessage(file_) + ": page " + numberOf(page) + " at " + numberOf(dpi) +
+                                                " dots per inch makes no image of a usable size");
   Image image;
   image.width = static_cast<int>(width);
   image.height = static_cast<int>(height);

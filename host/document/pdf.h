@@ -40,6 +40,8 @@ public:
   /// The same document opened once more, for another thread; null where it cannot be opened any more or has changed.
   /// May be called on any thread while this one is in use.
   virtual std::unique_ptr<PdfFile> again() const = 0;
+  /// The name by which it was opened.
+  virtual const std::filesystem::path &file() const = 0;
   /// Whether the file has changed since it was opened, or its name belongs to another one now.
   virtual bool fileChanged() const = 0;
 

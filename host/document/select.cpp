@@ -22,6 +22,8 @@ bool overlaps(const Box &box, const PageSize &page) {
          std::min(box.top, page.height) - std::max(box.bottom, 0.0) >= least;
 }
 
+bool isRange(const tavrel::TextRange &range) { return range.len > 0; }
+
 bool same(const Box &a, const Box &b) {
   return a.left == b.left && a.top == b.top && a.right == b.right && a.bottom == b.bottom;
 }
@@ -33,7 +35,7 @@ Box unionOf(const Box &a, const Box &b) {
 std::vector<Span> disjoint(std::span<const tavrel::TextRange> ranges) {
   std::vector<Span> spans;
   for (const tavrel::TextRange &range : ranges)
-    if (range.len > 0) spans.push_back({range.pos, static_cast<uint32_t>(range.pos) + range.len});
+    if (isRange(range)) spans.push_back({range.pos, static_cast<uint32_t>(range.pos) + range.len});
   std::ranges::sort(spans, {}, &Span::first);
   std::vector<Span> result;
   for (const Span &span : spans)
@@ -109,12 +111,16 @@ template <typename BoxesOf> const Selection *SelectionStore::get(int32_t page, c
   auto selection = std::make_unique<Selection>();
   selection->page = page;
   selection->boxes = boxesOf(disjoint(ranges));
-  if (selection->boxes.empty()) return nullptr;
+  if (selection->boxes.empty()) {
+    const auto count = static_cast<size_t>(std::ranges::count_if(ranges, isRange));
+    if (count > 0) withoutText_[page] = std::max(withoutText_[page], count);
+    return nullptr;
+  }
   for (const tavrel::TextRange &range : ranges) {
     const std::vector<Box> boxes = boxesOf(disjoint({&range, 1}));
     const bool isOnPage = std::any_of(boxes.begin(), boxes.end(), [&](const Box &box) { return overlaps(box, size); });
     selection->ranges += isOnPage ? 1 : 0;
-    selection->offPage += !isOnPage && !boxes.empty() ? 1 : 0;
+    selection->offPage += !isOnPage && isRange(range) ? 1 : 0;
   }
   selection->bounds = selection->boxes.front();
   for (const Box &box : selection->boxes)
@@ -130,6 +136,11 @@ template <typename BoxesOf> const Selection *SelectionStore::get(int32_t page, c
   parts_ += partsOf(*made);
   dropUnused();
   return made->second.get();
+}
+
+size_t SelectionStore::rangesWithoutText(int32_t page) const {
+  const auto found = withoutText_.find(page);
+  return found == withoutText_.end() ? 0 : found->second;
 }
 
 size_t SelectionStore::partsOf(const Made::value_type &made) {

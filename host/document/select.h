@@ -7,6 +7,7 @@
 #include <memory>
 #include <span>
 #include <tuple>
+#include <unordered_map>
 #include <vector>
 
 #include "host/document/document.h"
@@ -41,6 +42,8 @@ public:
   /// The selection of ranges on a page, or null where they cover nothing. `version` is that of word extraction.
   const Selection *characters(int32_t page, std::span<const tavrel::TextRange> ranges, Document &document);
   const Selection *words(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version, Document &document);
+  /// The most ranges of one request on the page of which none covered anything.
+  size_t rangesWithoutText(int32_t page) const;
   size_t size() const { return made_.size(); }
 
 private:
@@ -54,7 +57,8 @@ private:
   void dropUnused();
 
   Made made_;
-  size_t parts_ = 0; ///< of all of `made_`
+  std::unordered_map<int32_t, size_t> withoutText_; ///< by page
+  size_t parts_ = 0;                                ///< of all of `made_`
 };
 
 } // namespace host

@@ -12,7 +12,7 @@ struct Drawing {
   Image image = {};
   int32_t page = 0;
   size_t marks = 0;   ///< how many ranges were painted
-  size_t offPage = 0; ///< how many were to be painted and lie outside of the page
+  size_t offPage = 0; ///< how many were to be painted and lie outside of the page, or beyond its text
   int x = 0, y = 0;   ///< where on the page the image begins, in pixels
   double dpi = 0;
 };

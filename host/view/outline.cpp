@@ -35,16 +35,33 @@ std::vector<Box> joined(std::span<const Box> boxes) {
   return lines;
 }
 
-// A box rounded outwards to pixels and enlarged, as far as the image reaches.
+// The widths of the line, of what is left free inside of it, and of its white edge, in pixels. Together they are less
+// than what usually separates words and lines, so that no other letters are covered: a share of the text's height. A
+// thin line has no edge.
+struct Widths {
+  int gap, line, edge;
+};
+
+Widths widthsFor(std::span<const Box> lines, const Scale &scale) {
+  constexpr double share = 0.17;
+  const Box &lowest = *std::ranges::min_element(lines, {}, [](const Box &box) { return box.top - box.bottom; });
+  const double height = (lowest.top - lowest.bottom) * scale.pixelsPerPoint;
+  const int all = std::max(1, static_cast<int>(std::min(height, 100.0) * share));
+  const int line = std::min(all, std::clamp(static_cast<int>(std::lround(scale.pixelsPerPoint)), 2, 6));
+  const int edge = all > line ? 1 : 0;
+  return {std::min((line + 1) / 2, all - line - edge), line, edge};
+}
+
+// A box rounded to pixels and enlarged, as far as the image reaches.
 PixelBox enlarged(const Box &box, int by, const Scale &scale, const Image &image) {
   const auto clamped = [](double value, int size) {
     return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(size)));
   };
   const double perPoint = scale.pixelsPerPoint;
-  return {clamped(std::floor(box.left * perPoint) - scale.x - by, image.width),
-          clamped(std::floor((scale.pageHeight - box.top) * perPoint) - scale.y - by, image.height),
-          clamped(std::ceil(box.right * perPoint) - scale.x + by, image.width),
-          clamped(std::ceil((scale.pageHeight - box.bottom) * perPoint) - scale.y + by, image.height)};
+  return {clamped(std::round(box.left * perPoint) - scale.x - by, image.width),
+          clamped(std::round((scale.pageHeight - box.top) * perPoint) - scale.y - by, image.height),
+          clamped(std::round(box.right * perPoint) - scale.x + by, image.width),
+          clamped(std::round((scale.pageHeight - box.bottom) * perPoint) - scale.y + by, image.height)};
 }
 
 // The layers of a part of the image.
@@ -61,13 +78,27 @@ public:
                     [layer](uint8_t &pixel) { pixel = std::max(pixel, layer); });
   }
   void draw(Image &image, std::span<const uint32_t> colors) {
-    for (int y = bounds_.top; y < bounds_.bottom; ++y)
-      for (int x = bounds_.left; x < bounds_.right; ++x)
-        if (const uint8_t layer = row(y)[x - bounds_.left]; layer > 0 && layer <= colors.size())
-          image.row(y)[x] = colors[layer - 1U];
+    forEach([&](int x, int y, uint8_t layer) {
+      if (layer > 0 && layer <= colors.size()) image.row(y)[x] = colors[layer - 1U];
+    });
+  }
+  // The mean of green, the brightest of the colours, of the image's pixels in a layer.
+  double brightness(Image &image, uint8_t layer) {
+    double sum = 0, count = 0;
+    forEach([&](int x, int y, uint8_t its) {
+      if (its != layer) return;
+      sum += image.row(y)[x] >> 8U & 0xFFU;
+      ++count;
+    });
+    return count > 0 ? sum / count : 0;
   }
 
 private:
+  template <typename Visit> void forEach(const Visit &visit) {
+    for (int y = bounds_.top; y < bounds_.bottom; ++y)
+      for (int x = bounds_.left; x < bounds_.right; ++x)
+        visit(x, y, row(y)[x - bounds_.left]);
+  }
   uint8_t *row(int y) { return layers_.data() + width_ * static_cast<size_t>(y - bounds_.top); }
 
   PixelBox bounds_;
@@ -79,25 +110,29 @@ private:
 
 void paintOutline(Image &image, std::span<const Box> boxes, const Scale &scale, const Rgb &color) {
   const std::vector<Box> lines = joined(boxes);
-  const int thickness = std::clamp(static_cast<int>(std::lround(scale.pixelsPerPoint)), 2, 6);
-  const int gap = (thickness + 1) / 2;
+  if (lines.empty()) return;
+  const Widths widths = widthsFor(lines, scale);
+  const int toLine = widths.gap + widths.line, all = toLine + widths.edge;
   PixelBox bounds{image.width, image.height, 0, 0};
   for (const Box &line : lines) {
-    const PixelBox outer = enlarged(line, gap + thickness + 1, scale, image);
+    const PixelBox outer = enlarged(line, all, scale, image);
     if (outer.left >= outer.right || outer.top >= outer.bottom) continue; // not on the image
     bounds = {std::min(bounds.left, outer.left), std::min(bounds.top, outer.top), std::max(bounds.right, outer.right),
               std::max(bounds.bottom, outer.bottom)};
   }
   if (bounds.left >= bounds.right) return;
-  constexpr uint8_t separation = 1, line = 2, inside = 3;
+  constexpr uint8_t edge = 1, line = 2, inside = 3;
   Layers layers(bounds);
   for (const Box &box : lines) {
-    layers.fill(enlarged(box, gap + thickness + 1, scale, image), separation);
-    layers.fill(enlarged(box, gap + thickness, scale, image), line);
-    layers.fill(enlarged(box, gap, scale, image), inside);
+    layers.fill(enlarged(box, all, scale, image), edge);
+    layers.fill(enlarged(box, toLine, scale, image), line);
+    layers.fill(enlarged(box, widths.gap, scale, image), inside);
   }
   const uint32_t ink = 0xFF000000U | uint32_t{color.red} << 16U | uint32_t{color.green} << 8U | color.blue;
-  layers.draw(image, std::array{0xFFFFFFFFU, ink});
+  constexpr uint32_t white = 0xFFFFFFFF;
+  constexpr double dark = 80; // of 255
+  const bool asEdge = widths.edge == 0 && layers.brightness(image, line) < dark;
+  layers.draw(image, std::array{white, asEdge ? white : ink});
 }
 
 } // namespace host

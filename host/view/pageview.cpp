@@ -3,6 +3,8 @@
 // A page view. Viewer documents own one each; the TavrelView table and the program that draws work on it.
 #include "host/view/pageview.h"
 
+#include <algorithm>
+
 namespace host {
 namespace {
 
@@ -93,7 +95,7 @@ std::optional<Drawing> PageView::draw(const std::function<void()> &painters) {
     throw;
   }
   drawing.marks = marks_.ranges();
-  drawing.offPage = marks_.offPage();
+  drawing.offPage = std::max(marks_.offPage(), document_.rangesWithoutText(drawing.page));
   return drawing;
 }
 

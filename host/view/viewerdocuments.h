@@ -23,6 +23,7 @@ struct ViewerDocument {
   std::unique_ptr<Document> model;
   std::unique_ptr<PageView> view; ///< null for a document that is not shown
   std::string parameters;         ///< those after the file's name when it was opened: "page=3"
+  bool parametersRead = false;    ///< by a plug-in
   /// What plug-ins have marked (DocMarkPages), in order of page, none empty.
   std::map<tavrel::ExtensionID, std::vector<int32_t>> markedPages;
   Lists lists; ///< beside the page

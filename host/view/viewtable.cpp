@@ -238,7 +238,8 @@ void setStatusText(ExtensionID extension, const char *text) {
 // ---- open parameters, files, auxiliary data, pages
 
 const char *openParameters(DocHandle handle) {
-  const ViewerDocument &document = documentOf(handle);
+  ViewerDocument &document = documentOf(handle);
+  document.parametersRead = true;
   return document.parameters.empty() ? nullptr : document.parameters.c_str();
 }
 

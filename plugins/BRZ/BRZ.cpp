@@ -27,7 +27,7 @@ HFT gKernelHFT, gTavrelViewHFT, gTavrelGLTHFT;
 
 namespace {
 
-constexpr char notYet[] = "cannot be fetched yet";
+constexpr char notYet[] = "it cannot be fetched yet";
 
 ExtensionID s_self;
 Doc s_statusDocument; ///< the document that the status text is about, or null
@@ -36,12 +36,12 @@ template <typename Function> Callback callbackOf(Function function) {
   return Kernel::CreateCallback(s_self, entryOf(function));
 }
 
-/// Prints three parts on standard error. They may come from a link and hold any bytes.
+/// Prints three parts on standard error, after the program's name. They may come from a link and hold any bytes.
 void writeLine(const char *subject, const char *predicate, const char *object) {
   char line[3 * PATH_MAX];
   snprintf(line, sizeof line, "%s: %s%s", subject, predicate, object);
   brz::makePrintable(line);
-  fprintf(stderr, "%s\n", line);
+  fprintf(stderr, "tavrel: %s\n", line);
 }
 
 /// The same on the status line, which is short: each part is truncated to the length of a file's name.
@@ -62,17 +62,15 @@ void reportFile(Doc document, const char *file, const char *predicate, const cha
 /// Reports an invalid value of a parameter. A long value is truncated.
 void reportInvalidValue(Doc document, const char *name, std::string_view value, const char *kind) {
   char text[2 * NAME_MAX];
-  snprintf(text, sizeof text, "%s=%.*s: is no ", name, static_cast<int>(std::min<size_t>(value.size(), NAME_MAX)),
+  snprintf(text, sizeof text, "%s=%.*s is no ", name, static_cast<int>(std::min<size_t>(value.size(), NAME_MAX)),
            value.data());
   writeLine(TavrelView::DocGetFile(document), text, kind);
 }
 
-void showPage(Doc document, std::string_view value) {
-  const std::optional<int32_t> number = brz::pageNumberOf(value);
-  if (!number) return reportInvalidValue(document, "page", value, "page");
+/// Shows the page of that number, from 1; the last page if there are fewer.
+void showPage(Doc document, int32_t number) {
   PageView view = TavrelView::DocGetPageView(document);
-  const int32_t last = TavrelView::PageViewGetPageCount(view);
-  TavrelView::PageViewShowPage(view, std::min(*number, last) - 1);
+  TavrelView::PageViewShowPage(view, std::min(number, TavrelView::PageViewGetPageCount(view)) - 1);
 }
 
 /// Reads a file that a document's parameters name: relative to the document's directory, or, if it is not there, to the
@@ -96,17 +94,19 @@ int readNamedBy(Doc document, char (&file)[PATH_MAX], size_t limit, std::string_
 
 void attach(Doc document, const char *file, std::string_view content) {
   const Atom type = Kernel::AtomFromString(brz::hasXmlDeclaration(content) ? "xml" : "tavrelglt");
+  const bool truncated = brz::isTruncated(content);
   const Bool16 taken =
       TavrelView::DocAttachAuxData(document, type, content.data(), static_cast<uint32_t>(content.size()));
   brz::releaseFile();
   if (taken == 0) return reportFile(document, file, "no plug-in takes highlight files");
   if (gTavrelGLTHFT != nullptr && TavrelGLT::GLT_GetHLL(document) == nullptr)
-    reportFile(document, file, "marks nothing in ", TavrelView::DocGetFile(document));
+    reportFile(document, file, truncated ? "the file is truncated and marks nothing in " : "it marks nothing in ",
+               TavrelView::DocGetFile(document));
 }
 
 void reportTooLarge(Doc document, const char *file, uint32_t limit) {
   char reason[100];
-  snprintf(reason, sizeof reason, "is larger than %u MB (--hits-limit raises the limit)", limit);
+  snprintf(reason, sizeof reason, "it is larger than %u MB (--hits-limit raises the limit)", limit);
   reportFile(document, file, reason);
 }
 
@@ -117,8 +117,9 @@ void showHits(Doc document, std::string_view value) {
     writeLine(file, notYet, "");
     return showLine(document, file, notYet, "");
   }
-  if (!brz::decodeFile(value, file, sizeof file)) return reportFile(document, "xml", strerror(ENAMETOOLONG));
-  if (file[0] == 0) return reportInvalidValue(document, "xml", value, "file");
+  if (!brz::decodeFile(value, file, sizeof file))
+    return reportFile(document, brz::hitsParameter, strerror(ENAMETOOLONG));
+  if (file[0] == 0) return reportInvalidValue(document, brz::hitsParameter, value, "file");
   const uint32_t limit = brz::limitOf(getenv(brz::limitVariable));
   std::string_view content;
   const int error = readNamedBy(document, file, limit * brz::bytesPerMegabyte, &content);
@@ -141,9 +142,15 @@ void documentOpened(Doc document, void * /*clientData*/) {
   clearStatus();
   const char *parameters = TavrelView::DocGetOpenParameters(document);
   if (parameters == nullptr) return;
-  const std::optional<std::string_view> page = brz::valueOf(parameters, "page"), xml = brz::valueOf(parameters, "xml");
-  if (page) showPage(document, *page);
-  if (xml) showHits(document, *xml); // after the page: this may turn to the first hit
+  const std::optional<std::string_view> page = brz::valueOf(parameters, brz::pageParameter),
+                                        xml = brz::valueOf(parameters, brz::hitsParameter);
+  std::optional<int32_t> number;
+  if (page) number = brz::pageNumberOf(*page);
+  if (page && !number) reportInvalidValue(document, brz::pageParameter, *page, "page");
+  if (number) showPage(document, *number);
+  if (!xml) return;
+  showHits(document, *xml);                // turns to the first hit
+  if (number) showPage(document, *number); // a page that the address names is the one that its reader wants
 }
 
 void documentClosed(Doc document, void * /*clientData*/) {

@@ -17,11 +17,11 @@ struct Kind {
 };
 
 // UTF-16 begins with a byte order mark, or with the '<' that begins markup.
-constexpr Kind kinds[] = {{"%PDF-", "is a PDF, not a highlight file"},
-                          {{"\xFF\xFE", 2}, "is UTF-16; a highlight file has one byte for each character"},
-                          {{"\xFE\xFF", 2}, "is UTF-16; a highlight file has one byte for each character"},
-                          {{"<\0", 2}, "is UTF-16; a highlight file has one byte for each character"},
-                          {{"\0<", 2}, "is UTF-16; a highlight file has one byte for each character"}};
+constexpr Kind kinds[] = {{"%PDF-", "this is a PDF, not a highlight file"},
+                          {{"\xFF\xFE", 2}, "this is UTF-16; a highlight file has one byte for each character"},
+                          {{"\xFE\xFF", 2}, "this is UTF-16; a highlight file has one byte for each character"},
+                          {{"<\0", 2}, "this is UTF-16; a highlight file has one byte for each character"},
+                          {{"\0<", 2}, "this is UTF-16; a highlight file has one byte for each character"}};
 
 char lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
@@ -58,8 +58,13 @@ const char *otherKind(std::string_view content) {
     if (kind == nullptr && begin.starts_with(one.start)) kind = one.name;
   const std::string_view head = begin.substr(0, enough);
   if (kind == nullptr && !begin.starts_with('<') && std::any_of(head.begin(), head.end(), isControl))
-    kind = "is binary data, not a highlight file";
+    kind = "this is binary data, not a highlight file";
   return kind == nullptr || contains(content, "<highlights") ? nullptr : kind;
+}
+
+bool isTruncated(std::string_view content) {
+  return (contains(content, "<body") && !contains(content, "</body")) ||
+         (contains(content, "<highlight") && !contains(content, "</highlight"));
 }
 
 bool looksLikeHighlights(std::string_view beginning) {

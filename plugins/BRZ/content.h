@@ -19,9 +19,12 @@ inline constexpr size_t bytesPerMegabyte = size_t{1} << 20;
 /// highest limit.
 uint32_t limitOf(const char *text);
 
-/// The reason why a file is not a highlight file ("is a PDF, not a highlight file"), or null if it may be one. A file
-/// that contains "<highlights" may be one.
+/// The reason why a file is not a highlight file ("this is a PDF, not a highlight file"), or null if it may be one. A
+/// file that contains "<highlights" may be one.
 const char *otherKind(std::string_view content);
+
+/// Whether the end is missing of a list of highlights or of the body. The reader of such a file may mark nothing.
+bool isTruncated(std::string_view content);
 
 /// Whether a file with this beginning is a highlight file: markup with the tags of a body and a list of highlights.
 bool looksLikeHighlights(std::string_view beginning);

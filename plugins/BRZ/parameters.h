@@ -12,6 +12,9 @@
 
 namespace brz {
 
+/// The parameters: a page, counted from 1, and a highlight file.
+inline constexpr char pageParameter[] = "page", hitsParameter[] = "xml";
+
 /// The value of a parameter, not decoded; of several with that name, the last one. Names are compared in ASCII, without
 /// case.
 std::optional<std::string_view> valueOf(std::string_view parameters, std::string_view name);

@@ -40,6 +40,10 @@ using GLTNewProc = void (*)(Doc document, HLL *list, void *userData);
 
 inline constexpr uint32_t tavrelGLTVersion = 0x00050000;
 
+/// The type of auxiliary data that is a highlight file, and the name of the button that steps to the next hits. A host
+/// that has no window uses them instead of a user.
+inline constexpr char gltAuxDataType[] = "tavrelglt", gltNextButton[] = "TavrelGLT:Next";
+
 } // namespace tavrel
 
 // clang-format off

@@ -166,9 +166,21 @@ TEST_F(Command, RenderOfThePagesWithHitsLeavesOutDamagedOnesAndReportsThem) {
   const Outcome all = outcome("", "render " + document + " " + hits + " --dpi 50");
   EXPECT_EQ(all.status, tools::exitDamagedPages);
   EXPECT_EQ(all.files.size(), 2U);
-  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 of 20 pages are damaged and left out: 9, 11\n"),
+  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 pages are damaged and left out: 9, 11\n"),
             std::string::npos)
       << all.output;
+}
+
+TEST_F(Command, RenderOfADocumentWithoutAPageThatIsNotDamagedFailsAsHitsDoes) {
+  std::vector<test::PdfPage> two = pages(2);
+  two[0].cropBox = two[1].cropBox = "10 10 10 10";
+  const std::string document = file("damaged.pdf", test::pdfOf(two));
+  const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=4>\n<loc pg=1 pos=0 len=4>"));
+  for (const std::string &arguments : {"render " + document + " " + hits, "hits " + document + " word"}) {
+    const CommandResult result = run(tavrel + " " + arguments);
+    EXPECT_EQ(result.status, tools::exitDocument) << arguments;
+    EXPECT_EQ(result.output, "tavrel: " + document + ": all 2 pages are damaged\n");
+  }
 }
 
 TEST_F(Command, HitsOnPagesThatTheDocumentLacksAreSkipped) {
@@ -186,6 +198,28 @@ TEST_F(Command, RenderReachesAHitAfterManyOnPagesThatTheDocumentLacks) {
   const std::string hits = file("hits.xml", locations("", tags + "<loc pg=1 pos=0 len=1>"));
   EXPECT_EQ(render(documents + "/two-columns.pdf", hits, "--dpi 20").status, tools::exitDone);
   EXPECT_EQ(written(), 1U);
+}
+
+TEST_F(Command, ATruncatedFileThatMarksNothingIsReportedAsTruncated) {
+  const std::string hits = file("hits.xml", "<XML>\n<Body>\n<highlights>\n<loc pg=1 pos=1 len=1>\n");
+  const std::string document = documents + "/two-columns.pdf";
+  const CommandResult result = render(document, hits);
+  EXPECT_EQ(result.status, tools::exitNothingMarked);
+  EXPECT_EQ(result.output, "tavrel: " + hits + ": the file is truncated and marks nothing in " + document + "\n");
+}
+
+TEST_F(Command, HitsBeyondTheTextOfTheirPageAreReportedAndNotCounted) {
+  const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=1>\n<loc pg=0 pos=60000 len=1>\n"
+                                                          "<loc pg=1 pos=60000 len=1>\n<loc pg=2 pos=0 len=1>"));
+  const CommandResult result = render(documents + "/three-hundred.pdf", hits, "--dpi 20");
+  EXPECT_EQ(result.status, tools::exitDone);
+  EXPECT_EQ(written(), 2U);
+  EXPECT_NE(result.output.find("page 1 of 300: 1 hit, 1 outside of the page not marked"), std::string::npos)
+      << result.output;
+  EXPECT_NE(result.output.find("page 2 of 300: 1 hit outside of the page, not marked"), std::string::npos)
+      << result.output;
+  EXPECT_NE(result.output.find("2 pages marked, 2 hits, 2 outside of the page not marked"), std::string::npos)
+      << result.output;
 }
 
 TEST_F(Command, FilesWithoutHitsMarkNothingAndAreReported) {
@@ -349,13 +383,13 @@ TEST_F(Command, AnEndlessHighlightFileIsRefusedAtTheLimit) {
   const std::string document = documents + "/two-columns.pdf";
   const CommandResult device = render(document, "/dev/zero");
   EXPECT_EQ(device.status, tools::exitHighlightFile);
-  EXPECT_EQ(device.output, "tavrel: /dev/zero: is larger than 64 MB (--hits-limit raises the limit)\n");
+  EXPECT_EQ(device.output, "tavrel: /dev/zero: it is larger than 64 MB (--hits-limit raises the limit)\n");
   const CommandResult pipe =
       run("yes | TAVREL_HITS_LIMIT=2 " + tavrel + " render " + document + " - --out " + std::string(folder / "out"));
   EXPECT_EQ(pipe.status, tools::exitHighlightFile);
-  EXPECT_EQ(pipe.output, "tavrel: standard input: is larger than 2 MB (--hits-limit raises the limit)\n");
+  EXPECT_EQ(pipe.output, "tavrel: standard input: it is larger than 2 MB (--hits-limit raises the limit)\n");
   EXPECT_EQ(render(document, "/dev/zero", "--hits-limit 3").output,
-            "tavrel: /dev/zero: is larger than 3 MB (--hits-limit raises the limit)\n");
+            "tavrel: /dev/zero: it is larger than 3 MB (--hits-limit raises the limit)\n");
 }
 
 TEST_F(Command, AWrongLimitInTheEnvironmentIsIgnored) {
@@ -363,14 +397,14 @@ TEST_F(Command, AWrongLimitInTheEnvironmentIsIgnored) {
   EXPECT_EQ(help.status, 0) << help.output;
   const std::string document = documents + "/two-columns.pdf";
   EXPECT_EQ(run("TAVREL_HITS_LIMIT=junk " + tavrel + " render " + document + " /dev/zero").output,
-            "tavrel: /dev/zero: is larger than 64 MB (--hits-limit raises the limit)\n");
+            "tavrel: /dev/zero: it is larger than 64 MB (--hits-limit raises the limit)\n");
 }
 
 TEST_F(Command, ADocumentGivenAsHighlightFileIsRefusedAsPdf) {
   const std::string document = documents + "/two-columns.pdf";
   const CommandResult result = render(document, document);
   EXPECT_EQ(result.status, tools::exitHighlightFile);
-  EXPECT_EQ(result.output, "tavrel: " + document + ": is a PDF, not a highlight file\n");
+  EXPECT_EQ(result.output, "tavrel: " + document + ": this is a PDF, not a highlight file\n");
 }
 
 // ---- passwords ----
@@ -402,8 +436,8 @@ TEST_F(Command, APasswordFileWithoutAPasswordIsReported) {
   const std::pair<std::string, const char *> table[] = {
       {folder / "missing", "missing: No such file or directory"},
       {folder, "Is a directory"},
-      {file("empty", ""), "empty: has no password in its first line"},
-      {file("newline", "\nsecret\n"), "newline: has no password in its first line"},
+      {file("empty", ""), "empty: there is no password in its first line"},
+      {file("newline", "\nsecret\n"), "newline: there is no password in its first line"},
       {"/dev/zero", "/dev/zero: its first line is too long for a password"},
       {file("secret", "user\n") + " --password user", "--password"},
   };

@@ -35,13 +35,24 @@ TEST_F(OpenedWithHits, AFileWithAnXmlDeclarationIsReadLikewise) {
   EXPECT_EQ(hits(), 2U);
 }
 
-TEST_F(OpenedWithHits, ThePageIsShownBeforeTheHitsInEitherOrder) {
+TEST_F(OpenedWithHits, APageThatTheAddressNamesIsShownInsteadOfTheFirstHit) {
   scratch.write("hits.xml", twoPages);
-  for (const char *parameters : {"page=1&xml=hits.xml", "xml=hits.xml&page=1"}) {
+  for (const char *parameters : {"page=3&xml=hits.xml", "xml=hits.xml&page=3"}) {
     open(parameters);
-    EXPECT_EQ(pageShown(), 1) << parameters;
+    EXPECT_EQ(pageShown(), 2) << parameters;
     EXPECT_EQ(hits(), 2U) << parameters;
   }
+  open("page=4&xml=hits.xml");
+  EXPECT_EQ(app.draw(*document)->marks, 1U);
+  EXPECT_EQ(app.statusText(), "hit 2 of 2, page 2 of 2");
+}
+
+TEST_F(OpenedWithHits, WithoutAValidPageTheFirstHitIsShown) {
+  scratch.write("hits.xml", twoPages);
+  testing::internal::CaptureStderr();
+  open("page=x&xml=hits.xml");
+  testing::internal::GetCapturedStderr();
+  EXPECT_EQ(pageShown(), 1);
 }
 
 TEST_F(OpenedWithHits, AFileThatMarksNothingIsReported) {
@@ -49,9 +60,18 @@ TEST_F(OpenedWithHits, AFileThatMarksNothingIsReported) {
   testing::internal::CaptureStderr();
   open("xml=hits.xml");
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            file + ": marks nothing in " + std::string(scratch.path() / "test.pdf") + "\n");
-  EXPECT_EQ(app.statusText(), "hits.xml: marks nothing in test.pdf");
+            "tavrel: " + file + ": it marks nothing in " + std::string(scratch.path() / "test.pdf") + "\n");
+  EXPECT_EQ(app.statusText(), "hits.xml: it marks nothing in test.pdf");
   EXPECT_EQ(TavrelGLT::GLT_GetHLL(doc), nullptr);
+}
+
+TEST_F(OpenedWithHits, ATruncatedFileThatMarksNothingIsReportedAsTruncated) {
+  const std::string complete = twoPages;
+  scratch.write("hits.xml", complete.substr(0, complete.find("</highlights>")));
+  testing::internal::CaptureStderr();
+  open("xml=hits.xml");
+  EXPECT_NE(testing::internal::GetCapturedStderr(), "");
+  EXPECT_EQ(app.statusText(), "hits.xml: the file is truncated and marks nothing in test.pdf");
 }
 
 TEST_F(OpenedWithHits, AnEmptyFileMarksNothing) {
@@ -59,7 +79,7 @@ TEST_F(OpenedWithHits, AnEmptyFileMarksNothing) {
   testing::internal::CaptureStderr();
   open("xml=hits.xml");
   EXPECT_NE(testing::internal::GetCapturedStderr(), "");
-  EXPECT_EQ(app.statusText(), "hits.xml: marks nothing in test.pdf");
+  EXPECT_EQ(app.statusText(), "hits.xml: it marks nothing in test.pdf");
 }
 
 TEST_F(OpenedWithHits, OtherDocumentsKeepTheirs) {

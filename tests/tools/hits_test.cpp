@@ -117,7 +117,7 @@ TEST_F(HitsTest, TheDocumentIsNotOverwritten) {
   options.output = (folder.path() / "." / options.document.filename()).string();
   const auto size = std::filesystem::file_size(options.document);
   EXPECT_EQ(run(), exitUsage);
-  EXPECT_EQ(err.str(), "tavrel: " + options.output + ": is the document itself\n");
+  EXPECT_EQ(err.str(), "tavrel: " + options.output + ": this is the document itself\n");
   EXPECT_EQ(std::filesystem::file_size(options.document), size);
 }
 
@@ -189,7 +189,7 @@ TEST_F(HitsTest, PasswordIsRequiredAndAccepted) {
   ASSERT_EQ(std::system(command.c_str()), 0); // NOLINT(cert-env33-c): a test's own command
   options.document = locked;
   EXPECT_EQ(run(), exitPassword);
-  EXPECT_EQ(err.str(), "tavrel: " + locked.string() + ": is encrypted: a password is needed\n");
+  EXPECT_EQ(err.str(), "tavrel: " + locked.string() + ": the file is encrypted: a password is needed\n");
   options.password = "user";
   EXPECT_EQ(run(), exitDone);
 }

@@ -10,9 +10,9 @@ CLIPBOARD = os.path.join(HELPERS, "clipboard")
 
 
 class TextFieldTest(ViewerTest):
-    # Has another program put bytes on the clipboard.
-    def putOnClipboard(self, content, target="UTF8_STRING"):
-        program = subprocess.Popen([CLIPBOARD, "own", target], env=self.display.environment, stdin=subprocess.PIPE,
+    # Has another program put bytes on the clipboard; `how` is "own", "parts" or "endless".
+    def putOnClipboard(self, content, target="UTF8_STRING", how="own"):
+        program = subprocess.Popen([CLIPBOARD, how, target], env=self.display.environment, stdin=subprocess.PIPE,
                                    stdout=subprocess.PIPE)
         self.addCleanup(program.wait)
         self.addCleanup(program.kill)

@@ -112,7 +112,7 @@ class Display:
 class Viewer:
     _number = 0
 
-    def __init__(self, display, *arguments, command=("view",)):
+    def __init__(self, display, *arguments, command=("view",), stdin=subprocess.DEVNULL):
         Viewer._number += 1
         self.display = display
         self.state = {}
@@ -127,7 +127,7 @@ class Viewer:
         self._listener.listen(1)
         self._connection = None
         self.process = subprocess.Popen([TAVREL, *command, *map(str, arguments), "--test-socket", name + ".socket"],
-                                        env=display.environment, cwd=display.folder, stdin=subprocess.DEVNULL,
+                                        env=display.environment, cwd=display.folder, stdin=stdin,
                                         stdout=subprocess.DEVNULL, stderr=self._stderr)
 
     # ---- its states

@@ -3,7 +3,7 @@
 # The find dialog, on pages that differ only in their number.
 import unittest
 
-from harness import ALSO_FOUND, FOUND, ViewerTest, document
+from harness import ALSO_FOUND, FOUND, ViewerTest, document, middle
 
 NOT_FOUND = "\u201czebra\u201d is not in the document"
 ROUND_THE_END = "Reached the end, continued from the start"
@@ -70,6 +70,61 @@ class Find(ViewerTest):
         self.assertEqual(self.viewer.now()["page"], 1)
         self.viewer.key("ctrl+g")
         self.viewer.shown(2)
+
+    def test_keys_of_the_dialog_find_both_ways(self):
+        self.find("needle")
+        self.found()
+        for key, page in (("Return", 2), ("ctrl+g", 3), ("F3", 4), ("shift+F3", 3), ("ctrl+shift+g", 2),
+                          ("shift+Return", 1)):
+            self.display.xdotool("key", key)
+            self.viewer.shown(page)
+
+    def test_the_buttons_have_these_keys_too(self):
+        self.find("needle")
+        self.found()
+        if not self.managed:
+            button = next(one for one in self.viewer.dialog("find")["buttons"] if one["label"] == "Match case")
+            self.display.xdotool("mousemove", *middle(button))
+        self.display.xdotool("key", "Tab", "ctrl+g")
+        self.viewer.shown(2)
+        self.display.xdotool("key", "shift+F3")
+        self.viewer.shown(1)
+
+    def test_the_number_of_matches_is_shown(self):
+        self.find("needle")
+        self.says("1 of 300")
+        self.display.xdotool("key", "ctrl+g")
+        self.says("2 of 300")
+        self.find("zebra")
+        self.viewer.until(lambda state: not any(" of 300" in text for text in state["dialogs"][0]["texts"]),
+                          "no number")
+
+    def says(self, text):
+        self.viewer.until(lambda state: any(text in one["texts"] for one in state["dialogs"]), text)
+
+    def test_the_dialog_does_not_cover_the_match(self):
+        self.find("needle")
+        match = self.visible()
+        dialog = self.viewer.dialog("find")
+        self.display.xdotool("search", "--name", "^Find$", "windowmove", match.left - 100, match.top - 60)
+        self.viewer.until(lambda state: state["dialogs"][0]["x"] != dialog["x"]
+                          or state["dialogs"][0]["y"] != dialog["y"], "the dialog elsewhere")
+        self.viewer.answer("find", "Find Next")
+        self.viewer.shown(2)
+        self.visible()
+
+    # The current match, when the dialog does not cover it.
+    def visible(self):
+        def there(picture):
+            match = picture.find(FOUND, self.area())
+            if not match:
+                return None
+            dialog = self.viewer.now()["dialogs"][0]
+            covered = (dialog["x"] < match.right and match.left < dialog["x"] + dialog["width"]
+                       and dialog["y"] < match.bottom and match.top < dialog["y"] + dialog["height"])
+            return match if match.right - match.left > 30 and not covered else None
+
+        return self.display.screen(there, "a match beside the dialog")
 
     def test_forwards_and_backwards(self):
         self.find("needle")

@@ -2,7 +2,9 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 # A highlight file that is opened like a document, as by a double click.
 import os
+import re
 import shutil
+import subprocess
 import unittest
 
 from harness import ViewerTest, document
@@ -31,7 +33,7 @@ class HighlightFiles(ViewerTest):
         text = " ".join("\n".join(viewer.dialog("information")["texts"]).split())
         self.assertIn("lonely.xml holds the hits of a search in a document", text)
         self.assertIn("--hits", text)
-        self.assertIn("lonely.xml: is a highlight file, and its document is not beside it", viewer.stderrText())
+        self.assertIn("lonely.xml: this is a highlight file, and its document is not beside it", viewer.stderrText())
         viewer.answer("information", "OK")
         viewer.noDialog()
         self.assertIsNone(viewer.process.poll(), "the window stays, and a document can be opened in it")
@@ -40,6 +42,57 @@ class HighlightFiles(ViewerTest):
         viewer = self.view(self.named("lonely.xml", beside=False), document("cjk.pdf"), errors=1)
         viewer.shown(1)
         viewer.dialog("information")
+
+    def test_hits_of_a_pipe_are_marked_and_stay_when_the_document_is_loaded_again(self):
+        with subprocess.Popen(["cat", self.hitsOfIt], stdout=subprocess.PIPE) as program:
+            viewer = self.view(self.file, "--hits", "-", stdin=program.stdout)
+            viewer.hit("hit 1 of 2")
+            viewer.shown(1)
+            moment = len(viewer.past)
+            viewer.key("ctrl+r")
+            viewer.until(lambda state: not state["opening"] and any(one["opening"] for one in viewer.since(moment)),
+                         "the document loaded again")
+            viewer.hit("hit 1 of 2")
+
+    def test_standard_input_that_is_no_highlight_file_is_reported_beside_the_document(self):
+        with open(self.file, "rb") as stream:
+            viewer = self.view(self.file, "--hits", "/dev/stdin", stdin=stream, errors=1)
+            viewer.shown(1)
+            line = "standard input: this is a PDF, not a highlight file"
+            self.assertIn(line, " ".join(viewer.dialog("information")["texts"]))
+            self.assertEqual(viewer.stderrLines(), ["tavrel: " + line])
+
+    def test_a_missing_file_is_reported(self):
+        viewer = self.view(self.file, "--hits", "missing.xml", errors=1)
+        viewer.shown(1)
+        viewer.until(lambda state: "missing.xml: No such file or directory" in state["plugins"], "the reason")
+        missing = os.path.join(self.display.folder, "missing.xml")
+        self.assertEqual(viewer.stderrLines(), [f"tavrel: {missing}: No such file or directory"])
+
+    def test_without_a_plug_in_that_handles_it_it_is_reported(self):
+        environment = self.display.environment
+        self.addCleanup(environment.__setitem__, "TAVREL_PLUGIN_PATH", environment["TAVREL_PLUGIN_PATH"])
+        environment["TAVREL_PLUGIN_PATH"] = self.folder()
+        viewer = self.view(self.file, "--hits", self.hitsOfIt, errors=1)
+        viewer.shown(1)
+        reason = f"{self.file}: no plug-in is loaded that handles #xml={self.hitsOfIt}"
+        viewer.said(reason)
+        self.assertEqual(viewer.stderrLines(), ["tavrel: " + reason])
+
+    def test_a_page_that_the_address_names_is_shown(self):
+        viewer = self.view(self.file + "#page=4", "--hits", self.hitsOfIt)
+        viewer.hit("hit 2 of 2")
+        viewer.shown(4)
+
+    def test_a_hit_beyond_the_text_of_its_page_is_reported(self):
+        with open(self.hitsOfIt) as stream:
+            text = stream.read()
+        with open(self.hitsOfIt, "w") as stream:
+            stream.write(re.sub(r'(<loc pg="3" pos=)"\d+"', r'\1"60000"', text))
+        viewer = self.viewHits(self.file, self.hitsOfIt)
+        viewer.key("F3")
+        viewer.shown(4)
+        viewer.says("Page 4: 1 hit is outside of the page and not marked")
 
 
 if __name__ == "__main__":

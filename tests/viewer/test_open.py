@@ -154,6 +154,53 @@ class OpenByKeys(OpenTest):
         self.says(os.path.join(self.papers, "missing.pdf") + ": No such file or directory")
         self.hasText("missing.pdf")
 
+    def test_a_file_that_cannot_be_opened_is_reported_in_the_dialog_and_another_one_opens(self):
+        for name, content in (("broken.pdf", b"%PDF-1.4 and no more"), ("letter.pdf", b"Dear reader\n")):
+            with open(os.path.join(self.papers, name), "wb") as stream:
+                stream.write(content)
+        self.viewer = self.view(os.path.join(self.papers, "Summary.pdf"), errors=2)
+        self.viewer.shown(1)
+        self.keys("ctrl+o")
+        self.viewer.dialog("openFile")
+        self.types("bro")
+        self.lists(["broken.pdf"], "broken.pdf")
+        self.keys("Return")
+        self.says("broken.pdf: the file is damaged")
+        self.assertEqual([part["text"] for part in self.viewer.dialog("openFile")["fields"]], ["bro"])
+        self.keys("ctrl+a", "BackSpace")
+        self.click("files", "letter.pdf", times=2)
+        self.says("letter.pdf: this is not a PDF")
+        self.click("files", "report 1.pdf", times=2)
+        self.opens("report 1.pdf")
+
+    def test_an_encrypted_file_asks_for_its_password_instead(self):
+        shutil.copy(document("encrypted.pdf"), self.papers)
+        self.viewer = self.view(os.path.join(self.papers, "Summary.pdf"))
+        self.viewer.shown(1)
+        self.keys("ctrl+o")
+        self.viewer.dialog("openFile")
+        self.types("encrypted.pdf")
+        self.keys("Return")
+        self.viewer.until(lambda state: [one["name"] for one in state["dialogs"]] == ["password"], "the question alone")
+        self.viewer.type("password", "secret")
+        self.opens("encrypted.pdf")
+
+    def test_a_document_that_is_open_is_shown(self):
+        self.openDialog()
+        self.types("Summary.pdf")
+        self.keys("Return")
+        self.viewer.noDialog()
+        self.assertEqual(self.viewer.now()["documents"], ["Summary.pdf"])
+
+    def test_tab_completes_the_only_name_without_a_text(self):
+        self.openDialog()
+        self.types("2024/")
+        self.lists(["new.pdf"])
+        self.keys("Tab")
+        self.hasText("2024/new.pdf")
+        self.keys("Return")
+        self.opens("new.pdf")
+
     def test_a_folder_that_cannot_be_read_is_reported_in_the_dialog(self):
         os.symlink("loop", os.path.join(self.papers, "loop"))
         self.openDialog()

@@ -60,6 +60,36 @@ class TextFields(TextFieldTest):
         self.keys("ctrl+v")
         self.shows("\u00fc" * 2048)
 
+    def test_a_text_in_parts_is_pasted(self):
+        self.putOnClipboard(b"0123456789" * 250, how="parts")
+        self.keys("ctrl+v")
+        self.shows("0123456789" * 250)
+
+    def test_an_old_program_sends_parts_too(self):
+        self.putOnClipboard(b"Stra\xdfe", "STRING", how="parts")
+        self.keys("ctrl+v")
+        self.shows("Stra\u00dfe")
+
+    def test_the_beginning_of_a_text_without_an_end_is_pasted(self):
+        self.putOnClipboard(b"y" * 100_000, how="endless")
+        self.keys("ctrl+v")
+        self.shows("y" * 4096)
+        self.keys("ctrl+a", "x")
+        self.shows("x")
+
+    def test_a_huge_text_takes_no_memory(self):
+        self.typed("a")
+        before = self.highestMemory()
+        self.putOnClipboard(b"z" * 80_000_000)
+        self.keys("ctrl+v")
+        self.shows("a" + "z" * 4095)
+        self.assertLess(self.highestMemory() - before, 8_000)
+
+    # Of the viewer, resident, in kilobytes.
+    def highestMemory(self):
+        with open(f"/proc/{self.viewer.process.pid}/status") as stream:
+            return next(int(line.split()[1]) for line in stream if line.startswith("VmHWM"))
+
     def test_an_empty_clipboard_pastes_nothing(self):
         self.putOnClipboard(b"nothing that is text", "image/png")
         self.typed("a")

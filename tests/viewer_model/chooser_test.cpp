@@ -135,6 +135,16 @@ TEST_F(ChooserTest, ATextIsCompletedAsFarAsAllNamesAreEqual) {
   EXPECT_EQ(completed(""), "");
 }
 
+TEST_F(ChooserTest, WithoutATextTheOnlyNameIsCompleted) {
+  fs::create_directory(path("one"));
+  folder.write("one/letter.pdf", "");
+  folder.write("one/notes.txt", "");
+  chooser.goTo(path("one"));
+  EXPECT_EQ(completed(""), "letter.pdf");
+  chooser.setFiles(Files::all);
+  EXPECT_EQ(completed(""), "");
+}
+
 TEST_F(ChooserTest, AFolderIsCompletedWithASlash) {
   EXPECT_EQ(completed("pa"), "papers/");
   EXPECT_EQ(completed("papers/2"), "papers/2024/");
@@ -151,6 +161,25 @@ TEST_F(ChooserTest, NamesThatDifferInAnAccentAreNotCompletedBackwards) {
   chooser.goTo(folder.path());
   EXPECT_EQ(completed("ar"), "ar");
   EXPECT_EQ(completed("arg"), "\u00C4rger.pdf");
+}
+
+// ---- what becomes of a file ----
+
+TEST_F(ChooserTest, AFailureNamesTheFileWithoutItsFolder) {
+  chooser.sayFailure(path("a.pdf"), path("a.pdf").string() + ": the file is damaged");
+  EXPECT_EQ(chooser.message(), "a.pdf: the file is damaged");
+  chooser.sayFailure(path("a.pdf"), "memory is exhausted");
+  EXPECT_EQ(chooser.message(), "memory is exhausted");
+  chooser.setText("report");
+  EXPECT_EQ(chooser.message(), "");
+}
+
+TEST_F(ChooserTest, TheReasonFollowsTheBeginningOfALongName) {
+  const std::string name(200, 'x');
+  chooser.sayFailure(path(name), path(name).string() + ": the file is damaged");
+  EXPECT_EQ(chooser.message(), std::string(60, 'x') + "\u2026: the file is damaged");
+  chooser.sayOpening(path(name));
+  EXPECT_EQ(chooser.message(), "Opening " + std::string(60, 'x') + "\u2026\u2026");
 }
 
 // ---- choosing from the list ----

@@ -183,12 +183,48 @@ TEST_F(SessionTest, EndsWhileFilesAreBeingOpened) {
   EXPECT_EQ(app.front(), nullptr);
 }
 
+// ---- what becomes of a file ----
+
+struct OutcomeTest : SessionTest {
+  // What was called back for a file, and whether before the document was there.
+  std::vector<std::string> outcomesOf(const std::filesystem::path &file) {
+    std::vector<std::string> outcomes;
+    session().opener.open({file, {}}, {}, [&](const std::string &failure) {
+      outcomes.push_back(failure.empty() ? "open, documents: " + std::to_string(session().documents.all().size())
+                                         : failure);
+    });
+    EXPECT_TRUE(until([&] { return !session().opener.opening(); }));
+    return outcomes;
+  }
+};
+
+TEST_F(OutcomeTest, IsToldOnceBeforeTheDocumentIsThere) {
+  const auto file = write("a.pdf", test::numberedPages(1));
+  EXPECT_THAT(outcomesOf(file), ElementsAre("open, documents: 0"));
+  EXPECT_THAT(outcomesOf(file), ElementsAre("open, documents: 1")) << "it is open already";
+}
+
+TEST_F(OutcomeTest, OfAFileThatCannotBeOpenedIsTheReason) {
+  const auto file = folder.write("letter.pdf", "Dear reader");
+  testing::internal::CaptureStderr();
+  EXPECT_THAT(outcomesOf(file), ElementsAre(file.string() + ": this is not a PDF"));
+  testing::internal::GetCapturedStderr();
+}
+
+TEST_F(SessionTest, ParametersThatNoPlugInReadsAreReported) {
+  const auto file = write("a.pdf", test::numberedPages(1));
+  testing::internal::CaptureStderr();
+  open(file, "page=1");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "tavrel: " + file.string() + ": no plug-in is loaded that handles #page=1\n");
+}
+
 // ---- files that cannot be opened ----
 
 TEST_F(SessionTest, ADamagedFileIsReportedOnce) {
   const auto file = folder.write("truncated.pdf", test::pdfOf(test::numberedPages(1)).substr(0, 60));
-  EXPECT_EQ(errorsOf(file), "tavrel: " + file.string() + ": is damaged\n");
-  EXPECT_EQ(session().status.message(), file.string() + ": is damaged");
+  EXPECT_EQ(errorsOf(file), "tavrel: " + file.string() + ": the file is damaged\n");
+  EXPECT_EQ(session().status.message(), file.string() + ": the file is damaged");
   EXPECT_EQ(session().documents.front(), nullptr);
 }
 

@@ -30,6 +30,7 @@ void Arrivals::collect() {
   if (opener_.hasOpened()) wake_();
   attempt([this] { finding_.collect(); });
   attempt([this] { listTexts_.collect(); });
+  attempt([this] { matchCount_.collect(); });
   constexpr int atOnce = 3; // further attempts wait for the next wake-up: memory may stay exhausted
   failures_ = failure_ ? failures_ + 1 : 0;
   if (!failure_) return;

@@ -8,15 +8,17 @@
 
 #include "viewer/model/finding.h"
 #include "viewer/model/listtexts.h"
+#include "viewer/model/matchcount.h"
 #include "viewer/model/opener.h"
 
 namespace viewer {
 
 class Arrivals {
 public:
-  Arrivals(const Documents &documents, Opener &opener, Finding &finding, ListTexts &listTexts,
+  Arrivals(const Documents &documents, Opener &opener, Finding &finding, MatchCount &matchCount, ListTexts &listTexts,
            std::function<void()> wake)
-      : documents_(documents), opener_(opener), finding_(finding), listTexts_(listTexts), wake_(std::move(wake)) {}
+      : documents_(documents), opener_(opener), finding_(finding), matchCount_(matchCount), listTexts_(listTexts),
+        wake_(std::move(wake)) {}
 
   /// Hands over the answers. If memory is exhausted for one of them, the following ones are handed over nevertheless;
   /// the rest stays for the next call, which `wake` requests, and the failure is thrown at the end.
@@ -28,6 +30,7 @@ private:
   const Documents &documents_;
   Opener &opener_;
   Finding &finding_;
+  MatchCount &matchCount_;
   ListTexts &listTexts_;
   std::function<void()> wake_;
   std::exception_ptr failure_; ///< the first failure of a collect()

@@ -26,6 +26,13 @@ std::string grouped(size_t number) {
   return digits;
 }
 
+// So that what follows a long name in a message can be read.
+std::string shortName(const fs::path &file) {
+  constexpr size_t longest = 60;
+  const std::string name = file.filename().string();
+  return name.size() <= longest ? name : std::string(firstBytes(name, longest)) + "\u2026";
+}
+
 } // namespace
 
 Chooser::Chooser(const fs::path &folder, HomeOfUser homeOf) : homeOf_(std::move(homeOf)) { goTo(folder); }
@@ -91,7 +98,7 @@ void Chooser::narrow() {
 }
 
 std::string Chooser::completed() const {
-  if (!narrows() || matching_.empty()) return text_;
+  if (matching_.empty()) return text_;
   const bool only = matching_.size() == 1;
   std::string start = commonStart(matching_);
   if (only && matching_[0]->folder) start += '/';
@@ -136,6 +143,13 @@ std::optional<fs::path> Chooser::chooseTyped() {
     message_ = error.what();
   }
   return std::nullopt;
+}
+
+void Chooser::sayOpening(const fs::path &file) { message_ = "Opening " + shortName(file) + "\u2026"; }
+
+void Chooser::sayFailure(const fs::path &file, const std::string &reason) {
+  const std::string name = host::nameInMessage(file);
+  message_ = reason.starts_with(name) ? shortName(file) + reason.substr(name.size()) : reason;
 }
 
 } // namespace viewer

@@ -38,13 +38,18 @@ public:
   void setFiles(Files files);
   void goTo(const std::filesystem::path &folder);
   void goUp();
-  /// The text, continued as far as all names that begin with it are equal; a folder's ends in a slash.
+  /// The text, continued as far as all names that begin with it are equal; a folder's ends in a slash. Without a text
+  /// all names count.
   std::string completed() const;
   /// Goes to the entry if it is a folder; else returns the file.
   std::optional<std::filesystem::path> choose(size_t shown);
   /// The same for the typed text: a name, a path or an address of a file; or the only name that begins with it. If it
   /// names nothing that can be read, the message says so.
   std::optional<std::filesystem::path> chooseTyped();
+  /// Sets the message, until the next change: that a file is being opened, or why it cannot be. The folder at the
+  /// beginning of the reason is left out, and a long name is truncated.
+  void sayOpening(const std::filesystem::path &file);
+  void sayFailure(const std::filesystem::path &file, const std::string &reason);
 
 private:
   std::filesystem::path expanded(const std::string &typed);

@@ -95,24 +95,31 @@ void Finding::closes(const OpenDocument &document) {
   if (search_ && searchedDocument_ == document.number) stop();
 }
 
+std::optional<CurrentMatch> Finding::current() const {
+  if (!found_ || found_->document != documents_.front()) return std::nullopt;
+  const double scale = documents_.window()->dpi() / 72;
+  const double height = documents_.front()->model->pageSize(found_->page).height;
+  host::Box all{1e9, -1e9, -1e9, 1e9};
+  for (const host::Box &box : found_->found[found_->current].boxes)
+    all = {std::min(all.left, box.left), std::max(all.top, box.top), std::max(all.right, box.right),
+           std::min(all.bottom, box.bottom)};
+  return CurrentMatch{found_->page,      found_->current,
+                      all.left * scale,  (height - all.top) * scale,
+                      all.right * scale, (height - all.bottom) * scale};
+}
+
 // Shows the page of the current match and, if the match is not visible, scrolls it to the middle. `line` is shown on
 // the status line.
 void Finding::show(std::string line) {
   moving_.goToPage(found_->page);
   status_.set(std::move(line));
   PageWindow &shown = *documents_.window();
-  const double scale = shown.dpi() / 72, height = documents_.front()->model->pageSize(found_->page).height;
-  host::Box all{1e9, -1e9, -1e9, 1e9};
-  for (const host::Box &box : found_->found[found_->current].boxes)
-    all = {std::min(all.left, box.left), std::max(all.top, box.top), std::max(all.right, box.right),
-           std::min(all.bottom, box.bottom)};
-  const double left = all.left * scale, right = all.right * scale;
-  const double top = (height - all.top) * scale, bottom = (height - all.bottom) * scale;
-  const bool visible = left >= shown.scrollX() && right <= shown.scrollX() + moving_.windowWidth() &&
-                       top >= shown.scrollY() && bottom <= shown.scrollY() + moving_.windowHeight();
+  const CurrentMatch match = *current();
+  const bool visible = match.left >= shown.scrollX() && match.right <= shown.scrollX() + moving_.windowWidth() &&
+                       match.top >= shown.scrollY() && match.bottom <= shown.scrollY() + moving_.windowHeight();
   if (!visible)
-    shown.scrollTo(static_cast<int>((left + right - moving_.windowWidth()) / 2),
-                   static_cast<int>((top + bottom - moving_.windowHeight()) / 2));
+    shown.scrollTo(static_cast<int>((match.left + match.right - moving_.windowWidth()) / 2),
+                   static_cast<int>((match.top + match.bottom - moving_.windowHeight()) / 2));
   documents_.view()->invalidate();
 }
 

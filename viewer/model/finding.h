@@ -14,6 +14,13 @@
 
 namespace viewer {
 
+/// The match that is marked as the current one, and where it is on its page: in pixels, at the page's resolution.
+struct CurrentMatch {
+  int32_t page = 0;
+  size_t index = 0; ///< on its page
+  double left = 0, top = 0, right = 0, bottom = 0;
+};
+
 class Finding : public DocumentKeeper {
 public:
   Finding(const Documents &documents, Moving &moving, StatusLine &status, Changes &changes)
@@ -27,6 +34,9 @@ public:
   void end();
   /// The outcome of the last search, for the dialog.
   const std::string &message() const { return message_; }
+
+  /// Of the document in front; nothing where nothing has been found.
+  std::optional<CurrentMatch> current() const;
 
   /// Continues the search with what has been answered; if memory is exhausted, a further call does so.
   void collect();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "viewer/model/listtexts.h"
+#include "viewer/model/matchcount.h"
 #include "viewer/model/opener.h"
 #include "viewer/model/screen.h"
 
@@ -17,6 +18,7 @@ struct Model {
   Moving &moving;
   Tiles &tiles;
   Finding &finding;
+  MatchCount &matchCount;
   Screen &screen;
   ListTexts &listTexts;
 };

@@ -19,10 +19,13 @@ void Opener::openAll(const std::vector<Target> &targets, const std::string &pass
   const auto marked = std::find_if(targets.rbegin(), targets.rend(), hasHighlightFile);
   const Target *const front = marked == targets.rend() ? nullptr : &*marked;
   for (const Target &target : targets)
-    open(target, password, front != nullptr && &target != front);
+    open(target, password, {}, front != nullptr && &target != front);
 }
 
-void Opener::open(const Target &target, const std::string &password, bool behind) {
+void Opener::open(const Target &target, const std::string &password, const WhenOpened &opened, bool behind) {
+  const auto done = [&] {
+    if (opened) opened({});
+  };
   Target absolute = target;
   std::error_code unknown;
   if (const auto path = std::filesystem::absolute(target.file, unknown); !unknown) absolute.file = path;
@@ -32,11 +35,13 @@ void Opener::open(const Target &target, const std::string &password, bool behind
   };
   if (const OpenDocument *there = documents_.findIf([&](const OpenDocument &one) { return same(one.target); })) {
     if (!behind) documents_.bringToFront(*there);
-    return status_.set("");
+    status_.set("");
+    return done();
   }
-  if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return;
+  if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return done();
   std::string line = "Opening " + target.file.filename().string();
-  opening_.request({.number = ++numbers_, .target = absolute, .password = password, .behind = behind});
+  opening_.request(
+      {.number = ++numbers_, .target = absolute, .password = password, .behind = behind, .opened = opened});
   openingLine_ = line;
   status_.set(std::move(line));
 }
@@ -61,19 +66,20 @@ void Opener::takeOpened() {
 void Opener::take(const Opening::File &file) {
   status_.remove(openingLine_); // but not an error of another file
   changes_.note(allParts);
-  if (const auto *opened = std::get_if<host::Opened>(&file.answer->value)) return takeDocument(file, *opened);
-  const auto &failure = std::get<host::Failure>(file.answer->value);
-  asksPassword_ = failure.needsPassword && questions != nullptr;
+  const auto *failed = std::get_if<host::Failure>(&file.answer->value);
+  asksPassword_ = failed != nullptr && failed->needsPassword && questions != nullptr;
+  if (file.opened) file.opened(failed == nullptr || asksPassword_ ? "" : failed->line); // before any other dialog
+  if (failed == nullptr) return takeDocument(file, std::get<host::Opened>(file.answer->value));
   if (asksPassword_)
     ask(file);
   else
-    status_.report(failure.line);
+    status_.report(failed->line);
 }
 
 void Opener::ask(const Opening::File &file) {
   const auto answer = [this, target = file.target, replaces = file.replaces,
                        behind = file.behind](const std::string &password) {
-    if (!replaces) return open(target, password, behind);
+    if (!replaces) return open(target, password, {}, behind);
     if (const OpenDocument *document = documents_.find(*replaces)) reload(*document, password, false);
   };
   questions->askPassword(file.target, !file.password.empty() && !file.passwordIsKnown, answer);
@@ -94,6 +100,7 @@ void Opener::takeDocument(const Opening::File &file, const host::Opened &opened)
     }
     failure = std::current_exception();
   }
+  reportUnread(*documents_.find(file.number));
   if (before != nullptr) {
     const bool wasFront = before == front;
     try {
@@ -109,6 +116,13 @@ void Opener::takeDocument(const Opening::File &file, const host::Opened &opened)
     documents_.bringToFront(*front);
   }
   if (failure) std::rethrow_exception(failure);
+}
+
+void Opener::reportUnread(const OpenDocument &document) {
+  const std::string &parameters = document.target.parameters;
+  if (!parameters.empty() && !document.document->parametersRead)
+    status_.report(host::nameInMessage(document.target.file) + ": no plug-in is loaded that handles #" +
+                   host::nameInMessage(parameters));
 }
 
 } // namespace viewer

@@ -30,8 +30,10 @@ public:
   Questions *questions = nullptr;
 
   /// Opens a file; once it is open it is in front. A file that is open already is brought to front instead, unless the
-  /// parameters differ.
-  void open(const Target &target, const std::string &password = {}) { open(target, password, false); }
+  /// parameters differ. `opened`, if any, is called from the event loop, or at once for a file that is open.
+  void open(const Target &target, const std::string &password = {}, const WhenOpened &opened = {}) {
+    open(target, password, opened, false);
+  }
   /// Opens several files. The last one with a highlight file is in front then; if none has one, the last one.
   void openAll(const std::vector<Target> &targets, const std::string &password);
   /// Opens the front document's file again, on the same page, with the same password. Until it is open, and if it
@@ -53,11 +55,12 @@ public:
   void closes(const OpenDocument &document) override { opening_.dropReload(document.number); }
 
 private:
-  void open(const Target &target, const std::string &password, bool behind);
+  void open(const Target &target, const std::string &password, const WhenOpened &opened, bool behind);
   void reload(const OpenDocument &document, const std::string &password, bool known);
   void ask(const Opening::File &file);
   void take(const Opening::File &file);
   void takeDocument(const Opening::File &file, const host::Opened &opened);
+  void reportUnread(const OpenDocument &document);
 
   Documents &documents_;
   StatusLine &status_;

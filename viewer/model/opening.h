@@ -15,6 +15,10 @@
 
 namespace viewer {
 
+/// Called when a file has been opened or its password is asked for, with an empty text, or with the reason why it
+/// cannot be opened.
+using WhenOpened = std::function<void(const std::string &failure)>;
+
 /// Makes a service for a file, which its first request opens.
 using ServiceMaker = std::function<std::shared_ptr<host::Service>(const std::filesystem::path &file)>;
 using Services = std::vector<std::shared_ptr<host::Service>>;
@@ -28,6 +32,7 @@ public:
     std::optional<uint64_t> replaces = {}; ///< the open document that is being reloaded
     bool behind = false;                   ///< the document in front stays there, if there is one
     bool passwordIsKnown = false;          ///< it opened the document before: no answer of the user's
+    WhenOpened opened = {};
     std::shared_ptr<host::Service> service = {};
     host::Ticket ticket = {};
     std::optional<host::Answer> answer = {}; ///< host::Opened or host::Failure

@@ -18,7 +18,7 @@ ServiceMaker servedBy(host::Threads &threads) {
 Session::Session(host::Application &app, const std::function<void()> &wake, const ServiceMaker &makeService)
     : app_(app), threads_(wake), documents(app, status, changes),
       opener(documents, makeService ? makeService : servedBy(threads_), status, changes),
-      arrivals(documents, opener, finding, listTexts, wake) {
+      arrivals(documents, opener, finding, matchCount, listTexts, wake) {
   documents.keepers = {&opener, &finding, &screen, &moving, &tiles};
   app_.statusListener = [this] { changes.note(allParts); };
   if (app_.toolBar() != nullptr) app_.toolBar()->listener = [this] { changes.note(allParts); };

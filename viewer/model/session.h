@@ -23,7 +23,7 @@ struct Session {
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
 
-  Model model() { return {changes, status, documents, opener, moving, tiles, finding, screen, listTexts}; }
+  Model model() { return {changes, status, documents, opener, moving, tiles, finding, matchCount, screen, listTexts}; }
   /// Ends the threads and waits for them up to the timeout; false if a page is still in progress.
   bool finish(std::chrono::milliseconds timeout) { return threads_.finish(timeout); }
 
@@ -39,6 +39,7 @@ public:
   Moving moving{documents, status, changes};
   Tiles tiles{documents, status};
   Finding finding{documents, moving, status, changes};
+  MatchCount matchCount{documents, finding, changes};
   Screen screen{app_, documents, tiles, finding, status, changes};
   ListTexts listTexts{app_, documents, tiles, changes};
   Arrivals arrivals;

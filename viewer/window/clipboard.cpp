@@ -1,14 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Uses the toolkit's selections, which transfer large texts in parts and wait five seconds for a program that does not
-// answer.
+// Uses the toolkit's selections, which transfer large texts in parts.
 #include "viewer/window/clipboard.h"
 
 #include <X11/Xatom.h>
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
 
 #include "viewer/model/onelinetext.h"
 #include "viewer/window/motif.h"
@@ -46,8 +44,7 @@ void give(const T *items, size_t count, int format, XtPointer *value, unsigned l
   *itsFormat = format;
 }
 
-Boolean convert(::Widget shell, ::Atom * /*selection*/, ::Atom *target, ::Atom *type, XtPointer *value,
-                unsigned long *length, int *format) {
+bool giveAs(::Widget shell, const ::Atom *target, ::Atom *type, XtPointer *value, unsigned long *length, int *format) {
   const ::Atom utf8 = atom(shell, "UTF8_STRING"), text = atom(shell, "TEXT"), targets = atom(shell, "TARGETS"),
                mime = atom(shell, "text/plain;charset=utf-8");
   constexpr int byte = 8, number = 32;
@@ -63,46 +60,25 @@ Boolean convert(::Widget shell, ::Atom * /*selection*/, ::Atom *target, ::Atom *
     give(bytes.data(), bytes.size(), byte, value, length, format);
     *type = XA_STRING;
   } else {
-    return False;
+    return false;
   }
-  return True;
+  return true;
+}
+
+Boolean convert(::Widget shell, ::Atom * /*selection*/, ::Atom *target, ::Atom *type, XtPointer *value,
+                unsigned long *length, int *format) {
+  bool given = false;
+  guarded([&] { given = giveAs(shell, target, type, value, length, format); });
+  return given ? True : False;
 }
 
 void lose(::Widget /*shell*/, ::Atom * /*selection*/) { s_copied.clear(); }
-
-struct Request {
-  std::function<void(const std::string &)> take;
-  ::Time time;
-  ::Atom target;
-};
-
-void receive(::Widget shell, XtPointer request, ::Atom *selection, ::Atom *type, XtPointer value, unsigned long *length,
-             int *format) {
-  std::unique_ptr<Request> asked(static_cast<Request *>(request));
-  const bool there = value != nullptr && *type != XT_CONVERT_FAIL && *type != None && *format == 8;
-  const std::string bytes = there ? std::string(static_cast<const char *>(value), *length) : "";
-  XtFree(static_cast<char *>(value));
-  if (there) {
-    guarded([&] { asked->take(asked->target == XA_STRING ? utf8OfLatin1(bytes) : bytes); });
-  } else if (asked->target != XA_STRING) { // old programs
-    asked->target = XA_STRING;
-    Request *again = asked.release();
-    XtGetSelectionValue(shell, *selection, XA_STRING, receive, again, again->time);
-  }
-}
 
 } // namespace
 
 void copyToClipboard(::Widget widget, const std::string &text, ::Time time) {
   ::Widget shell = shellOf(widget);
   if (XtOwnSelection(shell, atom(shell, "CLIPBOARD"), time, convert, lose, nullptr) != False) s_copied = text;
-}
-
-void pasteFromClipboard(::Widget widget, ::Time time, const std::function<void(const std::string &)> &take) {
-  ::Widget shell = shellOf(widget);
-  const ::Atom utf8 = atom(shell, "UTF8_STRING");
-  auto request = std::make_unique<Request>(Request{take, time, utf8});
-  XtGetSelectionValue(shell, atom(shell, "CLIPBOARD"), utf8, receive, request.release(), time);
 }
 
 } // namespace viewer

@@ -10,7 +10,12 @@
 #include <Xm/ToggleB.h>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
 
+#include "viewer/model/aside.h"
+#include "viewer/window/findkeys.h"
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
 #include "viewer/window/textediting.h"
@@ -45,7 +50,8 @@ void FindDialog::build() {
                               XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_FORM, XmNtopAttachment,
                               XmATTACH_WIDGET, XmNtopWidget, case_, XmNrecomputeSize, False, nullptr);
   setLabel(message_, " ");
-  ::Widget beside = nullptr, first = nullptr;
+  ::Widget beside = nullptr;
+  std::vector<::Widget> made;
   const struct {
     const char *name, *label;
     Reaction reaction;
@@ -59,10 +65,17 @@ void FindDialog::build() {
         XmNrightWidget, beside, XmNmarginWidth, window_.pixels(10), XmNmarginHeight, window_.pixels(4), nullptr);
     setLabel(button, one.label);
     whenever(button, XmNactivateCallback, one.reaction);
-    if (first == nullptr) first = button;
+    made.push_back(button);
     beside = button;
   }
-  XtVaSetValues(form_, XmNcancelButton, first, XmNinitialFocus, field_, nullptr);
+  count_ = XtVaCreateManagedWidget("findCount", xmLabelWidgetClass, form_, XmNalignment, XmALIGNMENT_BEGINNING,
+                                   XmNleftAttachment, XmATTACH_FORM, XmNrightAttachment, XmATTACH_WIDGET,
+                                   XmNrightWidget, beside, XmNtopAttachment, XmATTACH_OPPOSITE_WIDGET, XmNtopWidget,
+                                   beside, XmNtopOffset, 0, XmNbottomAttachment, XmATTACH_OPPOSITE_WIDGET,
+                                   XmNbottomWidget, beside, XmNbottomOffset, 0, XmNrecomputeSize, False, nullptr);
+  setLabel(count_, " ");
+  addFindKeys(field_, {case_, words_, made[0], made[1], made[2]}, [this](bool backwards) { find(backwards); });
+  XtVaSetValues(form_, XmNcancelButton, made[0], XmNinitialFocus, field_, nullptr);
   whenever(field_, XmNactivateCallback, [this](const XEvent *) { find(false); });
 }
 
@@ -77,6 +90,7 @@ void FindDialog::open() {
                   std::max(0, area.x + area.width - wanted.width - window_.pixels(20)), XmNy,
                   area.y + window_.pixels(12), nullptr);
   }
+  uncovered_ = {};
   XtManageChild(form_);
   XtPopup(XtParent(form_), XtGrabNone);
   XRaiseWindow(XtDisplay(form_), XtWindow(XtParent(form_)));
@@ -90,10 +104,33 @@ void FindDialog::close() {
 
 void FindDialog::update() {
   if (form_ == nullptr) return;
-  std::string message = window_.model().finding.message();
-  if (message == shownMessage_) return;
-  shownMessage_ = message;
-  setLabel(message_, message.empty() ? " " : message);
+  const auto show = [](::Widget label, std::string &shown, const std::string &text) {
+    if (text == shown) return;
+    shown = text;
+    setLabel(label, text.empty() ? " " : text);
+  };
+  const Model &model = window_.model();
+  const std::string &message = model.finding.message();
+  show(message_, shownMessage_, message.empty() ? model.matchCount.progress() : message);
+  show(count_, shownCount_, model.matchCount.number());
+  moveAside();
+}
+
+// Once for each match: the user may move the dialog anywhere.
+void FindDialog::moveAside() {
+  const std::optional<CurrentMatch> match = window_.model().finding.current();
+  if (!match || XtIsManaged(form_) == False) return;
+  const std::tuple<const void *, int32_t, size_t> found{window_.model().documents.front(), match->page, match->index};
+  if (std::exchange(uncovered_, found) == found) return;
+  const Place around = placeOf(window_.pageArea().page()), page = window_.pageArea().pagePlace();
+  const int gap = window_.pixels(12), title = window_.pixels(36); // of the window manager's frame, too
+  const Place area{around.x + page.x + static_cast<int>(match->left) - gap,
+                   around.y + page.y + static_cast<int>(match->top) - gap,
+                   static_cast<int>(match->right - match->left) + 2 * gap,
+                   static_cast<int>(match->bottom - match->top) + gap + title};
+  ::Widget shell = XtParent(form_);
+  const Place now = placeOf(shell), aside = asideOf(now, area, around);
+  if (aside.x != now.x || aside.y != now.y) XtVaSetValues(shell, XmNx, aside.x, XmNy, aside.y, nullptr);
 }
 
 void FindDialog::find(bool backwards) {

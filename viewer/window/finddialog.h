@@ -6,6 +6,7 @@
 #include <Xm/Xm.h>
 
 #include <string>
+#include <tuple>
 
 #include "viewer/model/model.h"
 
@@ -28,10 +29,12 @@ public:
 
 private:
   void build();
+  void moveAside();
 
   MainWindow &window_;
-  ::Widget form_ = nullptr, field_ = nullptr, case_ = nullptr, words_ = nullptr, message_ = nullptr;
-  std::string shownMessage_;
+  ::Widget form_ = nullptr, field_ = nullptr, case_ = nullptr, words_ = nullptr, message_ = nullptr, count_ = nullptr;
+  std::string shownMessage_, shownCount_;
+  std::tuple<const void *, int32_t, size_t> uncovered_; ///< the match: its document, page and number
 };
 
 } // namespace viewer

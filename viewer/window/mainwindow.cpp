@@ -90,8 +90,8 @@ void MainWindow::press(host::ToolButton &button, const XEvent *event) {
 void MainWindow::askForFile() {
   const host::ViewerDocument *front = model_.documents.front();
   OpenDialog::show(toolkit_, front == nullptr ? std::filesystem::path() : front->file.parent_path(),
-                   [this](const std::filesystem::path &file) {
-                     model_.opener.open({file, {}});
+                   [this](const std::filesystem::path &file, const WhenOpened &opened) {
+                     model_.opener.open({file, {}}, {}, opened);
                    });
 }
 

@@ -43,7 +43,10 @@ OpenDialog::OpenDialog(Toolkit &toolkit, const std::filesystem::path &front, Tak
   update();
 }
 
-OpenDialog::~OpenDialog() { s_open = false; }
+OpenDialog::~OpenDialog() {
+  s_open = false;
+  *self_ = nullptr;
+}
 
 void OpenDialog::react() {
   ::Widget form = widgets_.form;
@@ -81,9 +84,13 @@ void OpenDialog::update() {
   fillList(widgets_.files, names);
   selectIn(widgets_.files, chooser_.suggested() ? static_cast<int>(*chooser_.suggested()) : -1);
   showPath(widgets_.path, oneLine(chooser_.folder().string()));
-  setLabel(widgets_.message, chooser_.message().empty() ? " " : oneLine(chooser_.message()));
+  showMessage();
   selected_ = false;
   updating_ = false;
+}
+
+void OpenDialog::showMessage() {
+  setLabel(widgets_.message, chooser_.message().empty() ? " " : oneLine(chooser_.message()));
 }
 
 void OpenDialog::goToUsual() {
@@ -120,15 +127,32 @@ void OpenDialog::type(const std::string &character) {
 }
 
 void OpenDialog::accept() {
+  if (opening_) return;
   const int position = selectedIn(widgets_.files);
   const bool byName = position >= 0 && (selected_ || chooser_.text().empty());
   const auto file = byName ? chooser_.choose(static_cast<size_t>(position)) : chooser_.chooseTyped();
   if (!file) return update();
-  const Take take = std::exchange(take_, {});
-  if (!take) return;
-  destroyDialog(widgets_.form);
-  take(*file);
-  rememberFolder(recentFile_, file->parent_path()); // waits for the disk, while the file is being opened
+  chooser_.sayOpening(*file);
+  showMessage();
+  opening_ = true;
+  try {
+    take_(*file, [self = self_, chosen = *file](const std::string &failure) {
+      if (*self != nullptr) guarded([&] { (*self)->opened(chosen, failure); });
+    });
+  } catch (const std::exception &) {
+    opening_ = false;
+    throw;
+  }
+}
+
+void OpenDialog::opened(const std::filesystem::path &file, const std::string &failure) {
+  opening_ = false;
+  if (failure.empty()) {
+    rememberFolder(recentFile_, file.parent_path());
+    return destroyDialog(widgets_.form); // with this object
+  }
+  chooser_.sayFailure(file, failure);
+  showMessage();
 }
 
 } // namespace viewer

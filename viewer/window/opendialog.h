@@ -5,9 +5,11 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "viewer/model/chooser.h"
+#include "viewer/model/opening.h"
 #include "viewer/model/userfolders.h"
 #include "viewer/window/openkeys.h"
 
@@ -17,10 +19,13 @@ class Toolkit;
 
 class OpenDialog final : OpenKeys {
 public:
-  using Take = std::function<void(const std::filesystem::path &file)>;
+  /// Opens a file. `opened` is called once it is open or a password is asked for, or with the reason why it cannot be
+  /// opened.
+  using Take = std::function<void(const std::filesystem::path &file, const WhenOpened &opened)>;
 
   /// Shows the dialog, unless it is open already. It begins in the folder of the document in front; without one (empty)
-  /// in the last used folder, otherwise in the current one. `take` gets the file, unless the dialog is cancelled.
+  /// in the last used folder, otherwise in the current one. `take` gets the file, unless the dialog is cancelled. The
+  /// dialog stays until a file has been opened, and shows why others cannot be.
   static void show(Toolkit &toolkit, const std::filesystem::path &front, const Take &take);
 
 private:
@@ -35,11 +40,15 @@ private:
   void update();
   void goToUsual();
   void accept();
+  void opened(const std::filesystem::path &file, const std::string &failure);
+  void showMessage();
 
   std::filesystem::path recentFile_;
   std::vector<NamedFolder> usual_;
   Chooser chooser_;
-  Take take_; ///< empty when it has been called
+  Take take_;
+  std::shared_ptr<OpenDialog *> self_ = std::make_shared<OpenDialog *>(this); ///< null when the dialog is closed
+  bool opening_ = false;                                                      ///< a file that has been chosen
   OpenWidgets widgets_{};
   bool selected_ = false; ///< a name by the user; otherwise the typed text counts
   bool updating_ = false;

@@ -6,8 +6,8 @@
 #include <map>
 #include <memory>
 
-#include "viewer/window/clipboard.h"
 #include "viewer/window/motif.h"
+#include "viewer/window/paste.h"
 
 namespace viewer {
 namespace {

@@ -102,10 +102,7 @@ ViewEnd run(const ViewOptions &options) {
   Failures failures(session.status);
   for (const std::string &reason : options.refused)
     session.status.report(reason);
-  std::vector<Target> targets = options.documents;
-  if (!targets.empty() && !options.hits.empty())
-    addParameter(targets.front(), "xml", std::filesystem::absolute(options.hits));
-  session.opener.openAll(targets, options.password);
+  session.opener.openAll(options.documents, options.password);
   Toolkit toolkit(options.toolkit);
   session.documents.screenDpi = toolkit.dpi();
   host::WindowSystem windowSystem(toolkit.shell());

@@ -22,7 +22,6 @@ enum class ViewEnd {
 struct ViewOptions {
   std::vector<Target> documents;
   std::vector<std::string> refused; ///< for each further document that was requested: why it cannot be opened
-  std::string hits;                 ///< a highlight file for the first document; empty: none
   std::string note;                 ///< shown in a dialog from the start; empty: none
   std::string password;
   std::string into; ///< the number of the window in which to be embedded; empty: a separate window

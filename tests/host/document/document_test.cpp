@@ -77,13 +77,13 @@ TEST_F(DocumentTest, MissingFileIsNamed) {
 
 TEST_F(DocumentTest, FolderIsRefused) { EXPECT_THAT(refusal(folder.path()), HasSubstr("is a directory")); }
 
-TEST_F(DocumentTest, DeviceIsRefused) { EXPECT_EQ(refusal("/dev/null"), "/dev/null: is not a regular file"); }
+TEST_F(DocumentTest, DeviceIsRefused) { EXPECT_EQ(refusal("/dev/null"), "/dev/null: this is not a regular file"); }
 
 TEST_F(DocumentTest, EmptyFileIsRefused) { EXPECT_THAT(refusal(folder.write("e.pdf", "")), HasSubstr("is empty")); }
 
 TEST_F(DocumentTest, OtherFileIsNotAPdf) {
   const auto file = folder.write("letter.pdf", "Dear reader,\n");
-  EXPECT_EQ(refusal(file), file.string() + ": is not a PDF");
+  EXPECT_EQ(refusal(file), file.string() + ": this is not a PDF");
 }
 
 TEST_F(DocumentTest, PdfWithoutItsFirstLineIsOpened) {
@@ -94,7 +94,7 @@ TEST_F(DocumentTest, PdfWithoutItsFirstLineIsOpened) {
 
 TEST_F(DocumentTest, MarkupIsNotAPdf) {
   const auto file = folder.write("page.xml", "<?xml version=\"1.0\"?>\n<XML>\ntrailer\n</XML>\n");
-  EXPECT_EQ(refusal(file), file.string() + ": is not a PDF");
+  EXPECT_EQ(refusal(file), file.string() + ": this is not a PDF");
 }
 
 TEST_F(DocumentTest, PdfTruncatedBeforeItsFirstPageIsDamaged) {
@@ -256,12 +256,13 @@ TEST_F(DocumentTest, ForgottenTextIsComputedAgain) {
   EXPECT_EQ(document->pageText(0).text(), before);
 }
 
-// A file of one page without words, which counts how often they are taken from it.
+// A file of one page without words, which counts how often they are taken from it, and cannot be drawn.
 class CountingFile final : public PdfFile {
 public:
   explicit CountingFile(int &texts) : texts_(texts) {}
 
   std::unique_ptr<PdfFile> again() const override { return nullptr; }
+  const std::filesystem::path &file() const override { return name_; }
   bool fileChanged() const override { return false; }
   int32_t pageCount() const override { return 1; }
   PageSize pageSize(int32_t /*page*/) override { return {}; }
@@ -270,9 +271,10 @@ public:
     return {};
   }
   std::vector<uint32_t> contentOrder(int32_t /*page*/, const PageText & /*text*/) override { return {}; }
-  Image render(int32_t /*page*/, double /*dpi*/) override { return {}; }
+  Image render(int32_t /*page*/, double /*dpi*/) override { throw std::runtime_error("unforeseen"); }
 
 private:
+  const std::filesystem::path name_ = "counting.pdf";
   int &texts_;
 };
 
@@ -285,6 +287,12 @@ TEST_F(DocumentTest, OnlyForgottenTextIsTakenFromTheFileAgain) {
   document->forgetText(0);
   document->pageText(0);
   EXPECT_EQ(texts, 2);
+}
+
+TEST_F(DocumentTest, AnUnforeseenErrorNamesTheFile) {
+  int texts = 0;
+  const auto document = Document::of(std::make_unique<CountingFile>(texts));
+  EXPECT_THAT([&] { document->render(0, 72); }, testing::ThrowsMessage<HostError>("counting.pdf: unforeseen"));
 }
 
 // ---- positions ----

@@ -77,8 +77,8 @@ TEST_F(PdfFileTest, FileThatCannotBeOpenedIsRefusedForTheSystemsReason) {
 TEST_F(PdfFileTest, MarkIsLookedForInTheFirst1024Bytes) {
   const std::string mark = "%PDF-";
   const auto late = [&](size_t end) { return folder.write("late.pdf", std::string(end - mark.size(), '\n') + mark); };
-  EXPECT_THAT(refusal(late(1024)), EndsWith(": is damaged"));
-  EXPECT_THAT(refusal(late(1025)), EndsWith(": is not a PDF"));
+  EXPECT_THAT(refusal(late(1024)), EndsWith(": the file is damaged"));
+  EXPECT_THAT(refusal(late(1025)), EndsWith(": this is not a PDF"));
 }
 
 TEST_F(PdfFileTest, NamesInMessagesHaveNoControlCharacters) {

@@ -28,22 +28,52 @@ struct Outlines : testing::Test {
 };
 
 TEST_F(Outlines, GoAroundABoxAndLeaveItAsItIs) {
-  outline({{20, 40, 40, 30}}); // rows 20 to 30
+  outline({{20, 40, 40, 6}}); // rows 20 to 54
   for (const auto &[x, y] : {std::pair{20, 20}, {39, 29}, {30, 25}, {19, 25}})
     EXPECT_EQ(at(x, y), paper) << x << " " << y;
-  for (const auto &[x, y] : {std::pair{18, 25}, {17, 25}, {42, 25}, {41, 25}, {30, 18}, {30, 17}, {30, 31}, {30, 32}})
+  for (const auto &[x, y] : {std::pair{18, 25}, {17, 25}, {42, 25}, {41, 25}, {30, 18}, {30, 17}, {30, 55}, {30, 56}})
     EXPECT_EQ(at(x, y), ink) << x << " " << y;
-  for (const auto &[x, y] : {std::pair{16, 25}, {43, 25}, {30, 16}, {30, 33}})
+  for (const auto &[x, y] : {std::pair{16, 25}, {43, 25}, {30, 16}, {30, 57}})
     EXPECT_EQ(at(x, y), separation) << x << " " << y;
   EXPECT_EQ(at(15, 25), paper);
   EXPECT_EQ(at(44, 25), paper);
 }
 
 TEST_F(Outlines, AreThickerOnALargerPage) {
-  outline({{4, 8, 8, 6}}, {5, 12});
+  outline({{4, 12, 8, 0}}, {5, 12});
   EXPECT_EQ(at(16, 25), ink) << "three pixels beside the box and five of the line";
   EXPECT_EQ(at(12, 25), ink);
   EXPECT_EQ(at(17, 25), paper);
+}
+
+// The space between words and between lines is about a fifth of the text's height.
+TEST_F(Outlines, CoverNothingBesideSmallText) {
+  outline({{20, 40, 40, 30}}); // rows 20 to 30
+  for (const auto &[x, y] : {std::pair{19, 25}, {40, 25}, {30, 19}, {30, 30}})
+    EXPECT_EQ(at(x, y), ink) << x << " " << y;
+  for (const auto &[x, y] : {std::pair{18, 25}, {41, 25}, {30, 18}, {30, 31}})
+    EXPECT_EQ(at(x, y), paper) << x << " " << y;
+}
+
+TEST_F(Outlines, TakeTheSpaceOfTheLowestLine) {
+  outline({{2, 58, 20, 18}, {30, 50, 50, 40}});
+  EXPECT_EQ(at(20, 25), ink);
+  EXPECT_EQ(at(21, 25), paper);
+}
+
+TEST_F(Outlines, OfSmallTextAreWhiteOnADarkPage) {
+  image.pixels.assign(image.pixels.size(), 0xFF101010);
+  outline({{20, 40, 40, 30}});
+  EXPECT_EQ(at(19, 25), 0xFFFFFFFF);
+  EXPECT_EQ(at(30, 19), 0xFFFFFFFF);
+  EXPECT_EQ(count(ink), 0U);
+}
+
+TEST_F(Outlines, OfLargeTextHaveAWhiteEdgeOnADarkPage) {
+  image.pixels.assign(image.pixels.size(), 0xFF101010);
+  outline({{20, 40, 40, 6}});
+  EXPECT_EQ(at(18, 25), ink);
+  EXPECT_EQ(at(16, 25), 0xFFFFFFFF);
 }
 
 TEST_F(Outlines, GoOnceAroundTheWordsOfALine) {
@@ -54,15 +84,15 @@ TEST_F(Outlines, GoOnceAroundTheWordsOfALine) {
 
 TEST_F(Outlines, GoAroundTheWordsOfEachLine) {
   outline({{40, 55, 55, 47}, {5, 35, 20, 27}});
-  EXPECT_EQ(at(38, 8), ink);
-  EXPECT_EQ(at(38, 29), paper);
-  EXPECT_EQ(at(22, 29), ink);
+  EXPECT_EQ(at(39, 8), ink);
+  EXPECT_EQ(at(39, 29), paper);
+  EXPECT_EQ(at(20, 29), ink);
 }
 
 TEST_F(Outlines, ThatOverlapHaveNoLineInside) {
   outline({{10, 50, 30, 30}, {10, 33, 50, 20}});
   EXPECT_EQ(at(20, 29), paper);
-  EXPECT_EQ(at(32, 15), ink);
+  EXPECT_EQ(at(31, 15), ink);
   EXPECT_EQ(at(32, 33), paper);
 }
 
@@ -81,7 +111,7 @@ TEST_F(Outlines, OutsideOfTheImageAreNone) {
 
 TEST_F(Outlines, AreWhereThePartOfThePageIs) {
   outline({{120, 40, 140, 30}}, {1, size, 100, 0});
-  EXPECT_EQ(at(18, 25), ink);
+  EXPECT_EQ(at(19, 25), ink);
 }
 
 // What page-draw procedures do; they have no data.
@@ -106,7 +136,7 @@ struct OutlinesOfSelections : test::Viewer {
 
 TEST_F(OutlinesOfSelections, AreAboveAllMarksAndCountAsNone) {
   const host::Drawing drawing = *app.draw(*document);
-  EXPECT_EQ(drawing.image.row(55)[18], 0xFF0000FFU);
+  EXPECT_EQ(drawing.image.row(55)[19], 0xFF0000FFU);
   EXPECT_EQ(drawing.image.row(55)[40], 0xFFFFFF00U);
   EXPECT_EQ(drawing.marks, 1U);
 }

@@ -30,6 +30,10 @@ Bool16 fail(Atom, const void *, uint32_t, Doc) {
   return 1;
 }
 
+std::string printed(const std::string &subject, const std::string &reason) {
+  return "tavrel: " + subject + ": " + reason + "\n";
+}
+
 /// Changes the current directory until it is destroyed.
 class CurrentFolder {
 public:
@@ -99,9 +103,9 @@ TEST_F(OpenedWith, APageBeyondTheLastIsTheLast) {
 }
 
 TEST_F(OpenedWith, AnInvalidPageIsReported) {
-  EXPECT_EQ(open("page=two"), std::string(file) + ": page=two: is no page\n");
+  EXPECT_EQ(open("page=two"), printed(file, "page=two is no page"));
   EXPECT_EQ(pageShown(), 0);
-  EXPECT_EQ(open("page=0&zoom=3"), std::string(file) + ": page=0: is no page\n");
+  EXPECT_EQ(open("page=0&zoom=3"), printed(file, "page=0 is no page"));
   EXPECT_EQ(app.statusText(), "");
 }
 
@@ -175,42 +179,42 @@ TEST_F(OpenedWith, TheFileIsAttachedAfterThePageIsShown) {
 
 TEST_F(OpenedWith, TheFileIsAttachedAlsoAfterAnInvalidPage) {
   scratch.write("hits.xml", "hits");
-  EXPECT_EQ(open("xml=hits.xml&page="), std::string(file) + ": page=: is no page\n");
+  EXPECT_EQ(open("xml=hits.xml&page="), printed(file, "page= is no page"));
   EXPECT_EQ(content(), "hits");
 }
 
 TEST_F(OpenedWith, AMissingFileIsReported) {
-  EXPECT_EQ(open("xml=no%20hits.xml"), "no hits.xml: No such file or directory\n");
+  EXPECT_EQ(open("xml=no%20hits.xml"), printed("no hits.xml", "No such file or directory"));
   EXPECT_EQ(app.statusText(), "no hits.xml: No such file or directory");
-  EXPECT_EQ(open("xml=/no/hits.xml"), "/no/hits.xml: No such file or directory\n");
+  EXPECT_EQ(open("xml=/no/hits.xml"), printed("/no/hits.xml", "No such file or directory"));
   EXPECT_EQ(app.statusText(), "hits.xml: No such file or directory");
-  EXPECT_EQ(open("xml=test.pdf/hits.xml"), "test.pdf/hits.xml: No such file or directory\n");
+  EXPECT_EQ(open("xml=test.pdf/hits.xml"), printed("test.pdf/hits.xml", "No such file or directory"));
   EXPECT_TRUE(received.empty());
 }
 
 TEST_F(OpenedWith, ADirectoryIsRefused) {
   fs::create_directory(scratch.path() / "folder");
-  EXPECT_EQ(open("xml=folder"), std::string(scratch.path() / "folder") + ": Is a directory\n");
+  EXPECT_EQ(open("xml=folder"), printed(scratch.path() / "folder", "Is a directory"));
   EXPECT_EQ(app.statusText(), "folder: Is a directory");
-  EXPECT_EQ(open("xml=/"), "/: Is a directory\n");
+  EXPECT_EQ(open("xml=/"), printed("/", "Is a directory"));
   EXPECT_EQ(app.statusText(), "/: Is a directory");
 }
 
 TEST_F(OpenedWith, APipeDoesNotBlock) {
   ASSERT_EQ(mkfifo((scratch.path() / "pipe").c_str(), 0600), 0);
-  EXPECT_EQ(open("xml=pipe"), std::string(scratch.path() / "pipe") + ": Operation not supported\n");
+  EXPECT_EQ(open("xml=pipe"), printed(scratch.path() / "pipe", "Operation not supported"));
 }
 
 TEST_F(OpenedWith, AFileThatCannotBeOpenedIsReported) {
   fs::create_symlink("circle", scratch.path() / "circle");
-  EXPECT_EQ(open("xml=circle"), std::string(scratch.path() / "circle") + ": Too many levels of symbolic links\n");
+  EXPECT_EQ(open("xml=circle"), printed(scratch.path() / "circle", "Too many levels of symbolic links"));
 }
 
 TEST_F(OpenedWith, AFileAboveTheLimitIsRefused) {
   const std::string hits = scratch.write("hits.xml", "");
   fs::resize_file(hits, (64U << 20) + 1);
-  EXPECT_EQ(open("xml=hits.xml"), hits + ": is larger than 64 MB (--hits-limit raises the limit)\n");
-  EXPECT_EQ(app.statusText(), "hits.xml: is larger than 64 MB (--hits-limit raises the limit)");
+  EXPECT_EQ(open("xml=hits.xml"), printed(hits, "it is larger than 64 MB (--hits-limit raises the limit)"));
+  EXPECT_EQ(app.statusText(), "hits.xml: it is larger than 64 MB (--hits-limit raises the limit)");
   EXPECT_TRUE(received.empty());
 }
 
@@ -218,7 +222,7 @@ TEST_F(OpenedWith, TheEnvironmentSetsAnotherLimit) {
   const std::string hits = scratch.write("hits.xml", "<XML>");
   fs::resize_file(hits, (1U << 20) + 1);
   setenv("TAVREL_HITS_LIMIT", "1", 1);
-  EXPECT_EQ(open("xml=hits.xml"), hits + ": is larger than 1 MB (--hits-limit raises the limit)\n");
+  EXPECT_EQ(open("xml=hits.xml"), printed(hits, "it is larger than 1 MB (--hits-limit raises the limit)"));
   setenv("TAVREL_HITS_LIMIT", "2", 1);
   EXPECT_EQ(open("xml=hits.xml"), "");
   unsetenv("TAVREL_HITS_LIMIT");
@@ -227,52 +231,52 @@ TEST_F(OpenedWith, TheEnvironmentSetsAnotherLimit) {
 
 TEST_F(OpenedWith, AFileOfAnotherKindIsRefusedWithItsKind) {
   const std::string pdf = scratch.write("hits.pdf", "%PDF-1.7\n");
-  EXPECT_EQ(open("xml=hits.pdf"), pdf + ": is a PDF, not a highlight file\n");
-  EXPECT_EQ(app.statusText(), "hits.pdf: is a PDF, not a highlight file");
+  EXPECT_EQ(open("xml=hits.pdf"), printed(pdf, "this is a PDF, not a highlight file"));
+  EXPECT_EQ(app.statusText(), "hits.pdf: this is a PDF, not a highlight file");
   EXPECT_TRUE(received.empty());
 }
 
 TEST_F(OpenedWith, ANameThatIsTooLongIsRefused) {
-  EXPECT_EQ(open("xml=" + std::string(5000, 'x')), "xml: File name too long\n");
+  EXPECT_EQ(open("xml=" + std::string(5000, 'x')), printed("xml", "File name too long"));
   EXPECT_EQ(app.statusText(), "xml: File name too long");
 }
 
 TEST_F(OpenedWith, AnEmptyFileNameIsRefused) {
-  EXPECT_EQ(open("xml="), std::string(file) + ": xml=: is no file\n");
+  EXPECT_EQ(open("xml="), printed(file, "xml= is no file"));
   EXPECT_TRUE(received.empty());
 }
 
 TEST_F(OpenedWith, ARemoteFileIsNotFetched) {
   EXPECT_EQ(open("xml=http://example.org/my%20hits.xml&page=2"),
-            "http://example.org/my%20hits.xml: cannot be fetched yet\n");
-  EXPECT_EQ(app.statusText(), "http://example.org/my%20hits.xml: cannot be fetched yet");
+            printed("http://example.org/my%20hits.xml", "it cannot be fetched yet"));
+  EXPECT_EQ(app.statusText(), "http://example.org/my%20hits.xml: it cannot be fetched yet");
   EXPECT_EQ(pageShown(), 1);
-  EXPECT_EQ(open("xml=HTTPS:x"), "HTTPS:x: cannot be fetched yet\n");
+  EXPECT_EQ(open("xml=HTTPS:x"), printed("HTTPS:x", "it cannot be fetched yet"));
 }
 
 TEST_F(OpenedWith, ALongValueIsTruncatedAndTheReasonIsKept) {
   const std::string truncated(255, '7'), value = truncated + "777x";
-  EXPECT_EQ(open("page=" + value), std::string(file) + ": page=" + truncated + ": is no page\n");
+  EXPECT_EQ(open("page=" + value), printed(file, "page=" + truncated + " is no page"));
   open("xml=http:" + value);
-  EXPECT_EQ(app.statusText(), "http:" + truncated.substr(5) + ": cannot be fetched yet");
+  EXPECT_EQ(app.statusText(), "http:" + truncated.substr(5) + ": it cannot be fetched yet");
 }
 
 TEST_F(OpenedWith, UnprintableBytesOfALinkAreReplaced) {
-  EXPECT_EQ(open("xml=%1B[2J%0A%FF.xml"), "?[2J??.xml: No such file or directory\n");
+  EXPECT_EQ(open("xml=%1B[2J%0A%FF.xml"), printed("?[2J??.xml", "No such file or directory"));
   EXPECT_EQ(app.statusText(), "?[2J??.xml: No such file or directory");
 }
 
 TEST_F(OpenedWith, AFileWithoutAHandlerIsReported) {
   leaveUnhandled();
   const std::string hits = scratch.write("hits.xml", "hits");
-  EXPECT_EQ(open("xml=hits.xml"), hits + ": no plug-in takes highlight files\n");
+  EXPECT_EQ(open("xml=hits.xml"), printed(hits, "no plug-in takes highlight files"));
   EXPECT_EQ(app.statusText(), "hits.xml: no plug-in takes highlight files");
 }
 
 TEST_F(OpenedWith, AHandlerThatFailsIsReported) {
   handleWith(fail);
   const std::string hits = scratch.write("hits.xml", "hits");
-  EXPECT_EQ(open("xml=hits.xml"), hits + ": no plug-in takes highlight files\n");
+  EXPECT_EQ(open("xml=hits.xml"), printed(hits, "no plug-in takes highlight files"));
 }
 
 TEST_F(OpenedWith, WithoutTheTableOfHighlightsNothingIsReported) {

@@ -32,11 +32,11 @@ TEST(Content, OfTextMayBeAHighlightFile) {
 
 TEST(Content, OfAPdfIsReportedAsPdf) {
   for (const std::string pdf : {"%PDF-1.7\n%\xE2\xE3\xCF\xD3\n", "\n%PDF-1.7", "\xEF\xBB\xBF%PDF-2.0"})
-    EXPECT_EQ(kindOf(pdf), "is a PDF, not a highlight file") << pdf;
+    EXPECT_EQ(kindOf(pdf), "this is a PDF, not a highlight file") << pdf;
 }
 
 TEST(Content, InUtf16IsReportedAsUtf16) {
-  const std::string line = "is UTF-16; a highlight file has one byte for each character";
+  const std::string line = "this is UTF-16; a highlight file has one byte for each character";
   EXPECT_EQ(kindOf("\xFF\xFE" + utf16(hits, true)), line);
   EXPECT_EQ(kindOf("\xFE\xFF" + utf16(hits, false)), line);
   EXPECT_EQ(kindOf(utf16(hits, true)), line);
@@ -48,17 +48,26 @@ TEST(Content, OfNoiseIsReportedAsBinary) {
   std::string noise(5000, 'x');
   for (char &byte : noise)
     byte = static_cast<char>(random());
-  EXPECT_EQ(kindOf(noise), "is binary data, not a highlight file");
-  EXPECT_EQ(kindOf(std::string(100, '\0')), "is binary data, not a highlight file");
+  EXPECT_EQ(kindOf(noise), "this is binary data, not a highlight file");
+  EXPECT_EQ(kindOf(std::string(100, '\0')), "this is binary data, not a highlight file");
   EXPECT_EQ(kindOf("\x7F"
                    "ELF"),
-            "is binary data, not a highlight file");
+            "this is binary data, not a highlight file");
 }
 
 // The reader finds its tags after any bytes.
 TEST(Content, WithHighlightsIsAcceptedWithAnyBytesBeforeThem) {
   EXPECT_EQ(kindOf(std::string("\0\1\2", 3) + hits), "");
   EXPECT_EQ(kindOf(std::string("%PDF-1.7 ") + "<HIGHLIGHTS>"), "");
+}
+
+TEST(Content, IsTruncatedWithoutTheEndOfWhatItBegins) {
+  const std::string complete = std::string("<?xml version=\"1.0\"?>\n") + hits + "</Body>\n</XML>\n";
+  EXPECT_FALSE(brz::isTruncated(complete));
+  for (const char *part : {"Units", "<highlights>", "pos=", "</highlights>", "</Body>"})
+    EXPECT_TRUE(brz::isTruncated(complete.substr(0, complete.find(part)))) << part;
+  for (const char *other : {"", "<XML>\n", "a letter"})
+    EXPECT_FALSE(brz::isTruncated(other)) << other;
 }
 
 TEST(Content, LooksLikeHighlightsByBodyAndList) {

@@ -65,6 +65,32 @@ const std::vector<std::string> invalidArguments[] = {
     {"render", "a.pdf", "h.xml", "more"},
 };
 
+struct Mistake {
+  std::vector<std::string> arguments;
+  const char *line;
+};
+
+const Mistake mistakes[] = {
+    {{"paint", "a.pdf"}, "\"paint\" is neither a command nor a document (see tavrel --help)"},
+    {{"render", "a.pdf", "h.xml", "more", "most"}, "\"more\" is one argument too many (see tavrel render --help)"},
+    {{"hits", "--passwort", "x"}, "there is no option --passwort (see tavrel hits --help)"},
+    {{"--dip"}, "there is no option --dip (see tavrel --help)"},
+    {{"render", "a.pdf", "h.xml", "--dpi"}, "--dpi has no value (see tavrel render --help)"},
+    {{"render", "a.pdf", "h.xml", "--dpi", "9", "--dpi", "10"},
+     "--dpi is given more than once (see tavrel render --help)"},
+    {{"render", "a.pdf", "h.xml", "--pages", "some"},
+     "--pages: \"some\" is not all or hits (see tavrel render --help)"},
+    {{"hits", "a.pdf", "x", "--mode", "y"}, "--mode: \"y\" is not active (see tavrel hits --help)"},
+    {{"hits", "a.pdf", "x", "--password", "y", "--password-file", "/proc/version"},
+     "--password-file cannot be given together with --password (see tavrel hits --help)"},
+    {{"render", "a.pdf"}, "HITS is required (see tavrel render --help)"},
+};
+
+TEST(CommandLine, AMistakeIsNamedInTheWordsOfTheCommand) {
+  for (const Mistake &mistake : mistakes)
+    EXPECT_EQ(run(mistake.arguments).err, std::string("tavrel: ") + mistake.line + "\n");
+}
+
 TEST(CommandLine, InvalidArgumentsAreReportedInOneLineWithTheirStatus) {
   for (const auto &arguments : invalidArguments) {
     const Result result = run(arguments);

@@ -3,8 +3,12 @@
 // Highlight files as commands read them: up to a limit, and other kinds of files refused.
 #include "tools/highlightfile.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <thread>
 
 #include "support/pdf.h"
 #include "tools/failure.h"
@@ -39,12 +43,12 @@ TEST_F(HighlightFile, MayBeAsLargeAsTheLimit) {
   fs::resize_file(file, 1U << 20);
   EXPECT_EQ(tools::readHits(file, 1).size(), 1U << 20);
   fs::resize_file(file, (1U << 20) + 1);
-  EXPECT_EQ(refusal(file, 1), file + ": is larger than 1 MB (--hits-limit raises the limit)");
+  EXPECT_EQ(refusal(file, 1), file + ": it is larger than 1 MB (--hits-limit raises the limit)");
   EXPECT_EQ(refusal(file, 2), "");
 }
 
 TEST_F(HighlightFile, WithoutAnEndIsReadUpToTheLimit) {
-  EXPECT_EQ(refusal("/dev/zero", 3), "/dev/zero: is larger than 3 MB (--hits-limit raises the limit)");
+  EXPECT_EQ(refusal("/dev/zero", 3), "/dev/zero: it is larger than 3 MB (--hits-limit raises the limit)");
 }
 
 TEST_F(HighlightFile, ThatIsMissingIsReported) {
@@ -54,11 +58,11 @@ TEST_F(HighlightFile, ThatIsMissingIsReported) {
 
 TEST_F(HighlightFile, OfAnotherKindIsRefusedWithItsKind) {
   const std::string pdf = folder.pdf({{}});
-  EXPECT_EQ(refusal(pdf), pdf + ": is a PDF, not a highlight file");
+  EXPECT_EQ(refusal(pdf), pdf + ": this is a PDF, not a highlight file");
   const std::string binary = folder.write("noise", std::string("\x89PNG\r\n\x1A\n"));
-  EXPECT_EQ(refusal(binary), binary + ": is binary data, not a highlight file");
+  EXPECT_EQ(refusal(binary), binary + ": this is binary data, not a highlight file");
   const std::string wide = folder.write("wide.xml", std::string("\xFF\xFE<\0X\0", 6));
-  EXPECT_EQ(refusal(wide), wide + ": is UTF-16; a highlight file has one byte for each character");
+  EXPECT_EQ(refusal(wide), wide + ": this is UTF-16; a highlight file has one byte for each character");
 }
 
 TEST_F(HighlightFile, IsRecognisedByItsFirstBytes) {
@@ -82,6 +86,46 @@ TEST_F(HighlightFile, BelongsToTheDocumentOfItsName) {
     EXPECT_EQ(tools::documentOfHits(folder.path() / name), document) << name;
   for (const char *name : {"other.xml", "paper.txt", "paper", "xml"})
     EXPECT_EQ(tools::documentOfHits(folder.path() / name), "") << name;
+}
+
+// Writes a file into a pipe, whose other end is a descriptor of this process.
+int pipeWith(const std::string &text) {
+  int ends[2];
+  EXPECT_EQ(pipe(ends), 0);
+  EXPECT_EQ(write(ends[1], text.data(), text.size()), static_cast<ssize_t>(text.size()));
+  close(ends[1]);
+  return ends[0];
+}
+
+TEST_F(HighlightFile, OfAPipeCanBeReadAgainUnderTheSameName) {
+  const int end = pipeWith(hits);
+  const std::string name = "/dev/fd/" + std::to_string(end);
+  EXPECT_EQ(tools::rereadable(name, 1), name);
+  for (int i = 0; i < 2; ++i)
+    EXPECT_EQ(tools::readHits(name, 1), hits);
+  close(end);
+}
+
+TEST_F(HighlightFile, OfANamedPipeCanBeReadAgainUnderAnotherName) {
+  const std::string pipe = folder.path() / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  std::thread writer([&] { std::ofstream(pipe) << hits; });
+  const std::string copy = tools::rereadable(pipe, 1);
+  writer.join();
+  for (int i = 0; i < 2; ++i)
+    EXPECT_EQ(tools::readHits(copy, 1), hits);
+}
+
+TEST_F(HighlightFile, KeepsItsNameIfItIsNoPipe) {
+  for (const std::string &name :
+       {std::string(folder.write("hits.xml", hits)), std::string(folder.path()), std::string("missing.xml")})
+    EXPECT_EQ(tools::rereadable(name, 1), name);
+}
+
+TEST_F(HighlightFile, OfADeviceWithoutAnEndIsRefused) {
+  EXPECT_THAT([] { tools::rereadable("/dev/zero", 1); },
+              testing::ThrowsMessage<tools::CommandFailure>(
+                  "/dev/zero: it is larger than 1 MB (--hits-limit raises the limit)"));
 }
 
 } // namespace

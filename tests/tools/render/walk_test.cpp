@@ -8,6 +8,7 @@
 #include <map>
 
 #include "host/view/Viewer.h"
+#include "tavrel/TavrelGLT.h"
 #include "tools/walk.h"
 
 namespace {
@@ -42,7 +43,7 @@ struct Walk : test::Viewer {
     plan = {};
     plan.view = view;
     TavrelView::RegisterPageDrawProc(testPlugin.callback(paint), nullptr);
-    const tavrel::ToolButton button = TavrelView::ToolButtonCreate(runtime.atoms.atom(tools::nextButton), 0, 0, 0);
+    const tavrel::ToolButton button = TavrelView::ToolButtonCreate(runtime.atoms.atom(tavrel::gltNextButton), 0, 0, 0);
     TavrelView::ToolButtonAttachAction(button, testPlugin.callback(press), nullptr);
     TavrelView::ToolButtonAttachEnabledTest(button, testPlugin.callback(isEnabled), nullptr);
     TavrelView::ToolBarInsertButton(bar, button, 0, nullptr);

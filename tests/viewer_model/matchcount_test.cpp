@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// How many matches there are, and which is the current one.
+#include <gmock/gmock.h>
+
+#include "Sessions.h"
+
+namespace viewer {
+namespace {
+
+// "lamp" is twice on the second page, and once on the fourth.
+std::vector<test::PdfPage> lamps() {
+  std::vector<test::PdfPage> pages = test::numberedPages(5);
+  pages[1].texts = {{.x = 50, .y = 550, .text = "lamp"}, {.x = 50, .y = 50, .text = "lamp"}};
+  pages[3] = test::pageWith("lamp");
+  return pages;
+}
+
+struct MatchCountTest : test::Sessions {
+  void SetUp() override { openPages(lamps()); }
+  std::string number() { return session().matchCount.number(); }
+  void find(const std::string &text, bool backwards = false) {
+    session().finding.find({text, {}}, backwards);
+    ASSERT_TRUE(until([&] { return !session().finding.searching(); }));
+  }
+  bool becomes(const std::string &text) {
+    return until([&] { return number() == text; });
+  }
+};
+
+TEST_F(MatchCountTest, CountsAllPagesFromTheFirst) {
+  session().moving.goToPage(3);
+  find("lamp");
+  EXPECT_TRUE(becomes("3 of 3"));
+  find("lamp", true);
+  EXPECT_EQ(number(), "2 of 3");
+  find("lamp", true);
+  EXPECT_EQ(number(), "1 of 3");
+}
+
+TEST_F(MatchCountTest, SaysHowFarItIs) {
+  find("lamp");
+  std::vector<std::string> lines;
+  EXPECT_TRUE(until([&] {
+    lines.push_back(session().matchCount.progress());
+    return number() == "1 of 3";
+  }));
+  for (const char *progress : {"Counting, 0 of 5 pages", "Counting, 4 of 5 pages", ""})
+    EXPECT_THAT(lines, testing::Contains(progress));
+}
+
+TEST_F(MatchCountTest, WithoutAMatchThereIsNone) {
+  EXPECT_EQ(number(), "");
+  find("cellar");
+  EXPECT_EQ(number(), "");
+  find("lamp");
+  ASSERT_TRUE(becomes("1 of 3"));
+  session().finding.end();
+  EXPECT_EQ(number(), "");
+}
+
+TEST_F(MatchCountTest, AnotherTextIsCountedAnew) {
+  find("lamp");
+  ASSERT_TRUE(becomes("1 of 3"));
+  find("LAM");
+  EXPECT_TRUE(becomes("1 of 3"));
+  session().finding.find({"LAM", {.matchCase = true}}, false);
+  ASSERT_TRUE(until([&] { return !session().finding.searching(); }));
+  EXPECT_EQ(number(), "");
+}
+
+TEST_F(MatchCountTest, ADamagedPageHasNoMatches) {
+  open(folder.write("damaged.pdf", test::withDamagedPages({test::pageWith("lamp"), test::pageWith("lamp")}, 2)));
+  find("lamp");
+  EXPECT_TRUE(becomes("1 of 2"));
+}
+
+TEST_F(MatchCountTest, IsThatOfTheDocumentInFront) {
+  find("lamp");
+  ASSERT_TRUE(becomes("1 of 3"));
+  openPages({test::pageWith("lamp")}, "other.pdf");
+  EXPECT_EQ(number(), "");
+  find("lamp");
+  EXPECT_TRUE(becomes("1 of 1"));
+  session().documents.closeFront();
+  EXPECT_EQ(number(), "");
+}
+
+} // namespace
+} // namespace viewer

@@ -5,6 +5,8 @@ import unittest
 
 from harness import ViewerTest, document
 
+ALTGR = "ISO_Level3_Shift+"
+
 
 class Keys(ViewerTest):
     """Four pages, as wide as the window and higher than it."""
@@ -71,11 +73,28 @@ class Keys(ViewerTest):
         before = self.viewer.now()
         # A window manager has Alt+Space, Alt+Down and others for itself.
         self.viewer.key("ctrl+p", "ctrl+slash", "ctrl+Left", "ctrl+space", "ctrl+BackSpace", "alt+p", "alt+w", "alt+Left",
-                        "alt+Right", "alt+BackSpace", "super+p", "super+minus", "shift+End", "Down")
+                        "alt+Right", "alt+BackSpace", "super+p", "super+minus", "shift+End", ALTGR + "p", ALTGR + "space",
+                        ALTGR + "Next", ALTGR + "F9", "super+F9", "Down")
         after = self.scrolledTo(lambda y: y == 48, "what the last key alone does")
-        self.assertEqual([self.viewer.now()[name] for name in ("page", "zoom", "fit", "dialogs")],
-                         [before[name] for name in ("page", "zoom", "fit", "dialogs")])
+        self.assertEqual([self.viewer.now()[name] for name in ("page", "zoom", "fit", "dialogs", "panel")],
+                         [before[name] for name in ("page", "zoom", "fit", "dialogs", "panel")])
         self.assertEqual(after, 48)
+
+    def test_locks_do_not_change_what_a_key_does(self):
+        for lock in ("Num_Lock", "Caps_Lock", "Scroll_Lock"):
+            with self.subTest(lock):
+                self.display.xdotool("key", lock)
+                try:
+                    self.viewer.key("End")
+                    self.viewer.shown(4)
+                    self.viewer.key("Home", "p")
+                    self.viewer.until(lambda state: state["page"] == 1 and state["fit"] == 2, "the complete page")
+                    self.viewer.key("w", "F9")
+                    self.viewer.until(lambda state: state["fit"] == 1 and state["panel"]["shown"], "width and panel")
+                    self.viewer.key("Escape", "F9")
+                    self.viewer.until(lambda state: not state["panel"]["shown"], "no panel")
+                finally:
+                    self.display.xdotool("key", lock)
 
     def test_the_keypad_works_too(self):
         self.viewer.key("KP_End")
@@ -225,6 +244,11 @@ class Keys(ViewerTest):
         self.viewer.key("ctrl+Next")
         self.viewer.shown(2)
         self.viewer.until(lambda state: state["pageField"]["text"] == "2", "the number of the page")
+
+    def test_escape_with_a_modifier_does_not_leave_the_page_field(self):
+        self.viewer.key("ctrl+l")
+        self.display.xdotool("key", "7", ALTGR + "Escape", "super+Escape", "7")
+        self.viewer.until(lambda state: state["pageField"]["text"] == "77", "what was typed before and after")
 
     def test_the_wheel_scrolls(self):
         self.viewer.wheel(5)

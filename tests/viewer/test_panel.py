@@ -83,6 +83,19 @@ class SidePanel(ViewerTest):
         self.type("Home", "Return")
         self.viewer.hit("hit 1 of 320")
 
+    def test_a_key_with_a_modifier_that_is_not_its_own_does_nothing_in_the_list(self):
+        for modifier in ("shift", "super", "ISO_Level3_Shift"):
+            self.type(*(f"{modifier}+{key}" for key in ("Down", "Next", "End", "Return")))
+        self.type("Down", "Return")
+        self.viewer.hit("hit 2 of 320")
+        self.current(1)
+
+    def test_the_keypad_works_in_the_list_too(self):
+        self.type("KP_End", "KP_Enter")
+        self.viewer.hit("hit 320 of 320")
+        self.type("KP_Home", "KP_Down", "KP_Enter")
+        self.viewer.hit("hit 2 of 320")
+
     def scrolled(self, before):
         self.viewer.until(lambda state: state["drawn"]["scrollY"] == before + 48, "the page scrolled by a line")
 

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "viewer/window/rowsview.h"
 
-#include <X11/keysym.h>
 #include <Xm/DrawingA.h>
 #include <Xm/ScrollBar.h>
 
@@ -11,6 +10,7 @@
 
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
+#include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
@@ -26,6 +26,25 @@ constexpr int wheelRows = 3;
                                  XmNtraversalOn, True, nullptr);
 }
 
+constexpr char keys[] = "<Key>osfUp: rows(up)\n"
+                        "<Key>osfDown: rows(down)\n"
+                        "<Key>osfPageUp: rows(pageUp)\n"
+                        "<Key>osfPageDown: rows(pageDown)\n"
+                        "<Key>Home: rows(first)\n"
+                        "<Key>osfBeginLine: rows(first)\n"
+                        "<Key>End: rows(last)\n"
+                        "<Key>osfEndLine: rows(last)\n"
+                        "<Key>Return: rows(choose)\n"
+                        "<Key>KP_Enter: rows(choose)\n"
+                        "<Key>osfActivate: rows(choose)\n"
+                        "<Key>osfCancel: rows(leave)\n";
+
+void act(::Widget widget, XEvent * /*event*/, String *arguments, Cardinal *count) {
+  RowsView *view = nullptr;
+  XtVaGetValues(widget, XmNuserData, &view, nullptr);
+  if (view != nullptr && *count > 0) guarded([&] { view->act(arguments[0]); });
+}
+
 } // namespace
 
 RowsView::RowsView(MainWindow &window, ::Widget parent, ::Widget label)
@@ -38,7 +57,6 @@ RowsView::RowsView(MainWindow &window, ::Widget parent, ::Widget label)
   });
   whenever(rows_, XmNinputCallback, [this](const XEvent *event) {
     if (event != nullptr && event->type == ButtonPress) press(event->xbutton);
-    if (event != nullptr && event->type == KeyPress) type(event->xkey);
   });
   for (const char *callback : {XmNvalueChangedCallback, XmNdragCallback})
     whenever(bar_, callback, [this](const XEvent *) {
@@ -46,6 +64,11 @@ RowsView::RowsView(MainWindow &window, ::Widget parent, ::Widget label)
       XtVaGetValues(bar_, XmNvalue, &value, nullptr);
       scrollTo(value);
     });
+  char name[] = "rows";
+  XtActionsRec procedures[] = {{name, viewer::act}};
+  XtAppAddActions(window.toolkit().context(), procedures, XtNumber(procedures));
+  XtVaSetValues(rows_, XmNuserData, this, nullptr);
+  XtOverrideTranslations(rows_, XtParseTranslationTable(withoutOtherModifiers(keys).c_str()));
   // The cursor is visible only while the rows have the keyboard.
   const auto focusChanged = [](::Widget, XtPointer self, XEvent *, Boolean *) {
     guarded([self] { static_cast<RowsView *>(self)->paint(); });
@@ -145,23 +168,21 @@ void RowsView::press(const XButtonEvent &event) {
   if (event.button == Button1 && row < position_.rows()) choose(static_cast<uint32_t>(row));
 }
 
-void RowsView::type(XKeyEvent event) {
-  if ((event.state & (ControlMask | Mod1Mask | Mod4Mask)) != 0) return;
-  const KeySym key = XLookupKeysym(&event, 0);
+void RowsView::moveCursor(int64_t row) {
+  position_.moveCursor(row);
+  show();
+}
+
+void RowsView::act(const std::string &what) {
   const int64_t row = position_.cursor(), page = position_.whole();
-  const struct {
-    KeySym key;
-    int64_t row;
-  } moves[] = {{XK_Up, row - 1},      {XK_Down, row + 1}, {XK_Prior, row - page},
-               {XK_Next, row + page}, {XK_Home, 0},       {XK_End, int64_t{position_.rows()} - 1}};
-  const auto *const move =
-      std::find_if(std::begin(moves), std::end(moves), [=](const auto &one) { return one.key == key; });
-  if (move != std::end(moves)) {
-    position_.moveCursor(move->row);
-    show();
-  }
-  if (key == XK_Return || key == XK_KP_Enter) choose(position_.cursor());
-  if (key == XK_Escape) window_.focusPage();
+  if (what == "up") moveCursor(row - 1);
+  if (what == "down") moveCursor(row + 1);
+  if (what == "pageUp") moveCursor(row - page);
+  if (what == "pageDown") moveCursor(row + page);
+  if (what == "first") moveCursor(0);
+  if (what == "last") moveCursor(int64_t{position_.rows()} - 1);
+  if (what == "choose") choose(position_.cursor());
+  if (what == "leave") window_.focusPage();
 }
 
 void RowsView::addTo(PanelState &state) const {

@@ -8,6 +8,7 @@
 #include <Xm/Xm.h>
 
 #include <optional>
+#include <string>
 
 #include "viewer/model/rowposition.h"
 #include "viewer/model/state.h"
@@ -31,6 +32,8 @@ public:
   /// Brings the rows up to date. Texts that take long are shown a little later.
   void update();
   void addTo(PanelState &state) const;
+  /// What a key does, as the translations name it.
+  void act(const std::string &what);
 
 private:
   uint32_t count() const;
@@ -41,7 +44,7 @@ private:
   void fill();
   void paint();
   void press(const XButtonEvent &event);
-  void type(XKeyEvent event);
+  void moveCursor(int64_t row);
   void choose(uint32_t row);
 
   MainWindow &window_;

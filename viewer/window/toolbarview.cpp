@@ -16,6 +16,7 @@
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
 #include "viewer/window/textediting.h"
+#include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
@@ -118,7 +119,8 @@ void ToolBarView::addPageField() {
   others_.insert(others_.end(), {pageField_, pageCount_});
   editAsUsual(pageField_);
   whenever(pageField_, XmNactivateCallback, [this](const XEvent *) { takePage(); });
-  XtOverrideTranslations(pageField_, XtParseTranslationTable("<Key>osfCancel: do(Escape)"));
+  const std::string leaves = withoutOtherModifiers("<Key>osfCancel: do(Escape)");
+  XtOverrideTranslations(pageField_, XtParseTranslationTable(leaves.c_str()));
 }
 
 void ToolBarView::restorePage() {

@@ -3,7 +3,7 @@
 # The side panel, with the list of hits.
 import unittest
 
-from harness import ViewerTest, document
+from harness import FEEDBACK_PLUGIN, ViewerTest, document
 
 
 class SidePanel(ViewerTest):
@@ -117,6 +117,26 @@ class SidePanel(ViewerTest):
     def test_a_document_without_hits_has_no_list(self):
         self.viewer.key("ctrl+w")
         self.viewer.until(lambda state: state["panel"]["title"] == "No list" and not state["panel"]["texts"], "no list")
+
+
+class SidePanelDuringAnAlert(ViewerTest):
+    def test_rows_without_a_text_wait_for_the_answer(self):
+        file = document("cloth.pdf")
+        viewer = self.viewHits(file, self.hits(file, "another"), "--geometry", "900x500+0+0", "--plugins-dir",
+                               FEEDBACK_PLUGIN)
+        viewer.key("F9")
+        viewer.until(lambda state: state["panel"]["shown"] and all(state["panel"]["texts"]), "a filled panel")
+        viewer.press("f:A")
+        viewer.dialog("alert")
+        self.display.xdotool("search", "--name", "^cloth.pdf", "windowsize", 900, 800)
+        viewer.until(lambda state: state["panel"]["texts"] and state["panel"]["texts"][-1] == "", "further rows")
+        self.display.settled()
+        before = viewer.now()["panel"]["paints"]
+        self.display.settled()
+        self.assertEqual(viewer.now()["panel"]["paints"], before)
+        viewer.answer("alert", "OK")
+        viewer.noDialog()
+        viewer.until(lambda state: all(state["panel"]["texts"]), "their texts")
 
 
 class SidePanelManaged(SidePanel):

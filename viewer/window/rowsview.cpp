@@ -131,11 +131,12 @@ void RowsView::show() {
   fill();
 }
 
-// Asks for what is visible; the rest follows in further iterations of the event loop.
+// Asks for what is visible; the rest follows in further iterations of the event loop. Nothing can be asked while a
+// plug-in's alert is open: each call that may show one is followed by an update.
 void RowsView::fill() {
   const bool complete = window_.model().listTexts.fetch(position_.first(), position_.whole() + 1, atMost);
   paint();
-  if (complete || timer_ != 0) return;
+  if (complete || timer_ != 0 || window_.app().calling()) return;
   constexpr unsigned long soon = 1; // milliseconds
   const auto goOn = [](XtPointer self, XtIntervalId *) {
     auto &view = *static_cast<RowsView *>(self);
@@ -147,6 +148,7 @@ void RowsView::fill() {
 
 void RowsView::paint() {
   if (XtWindow(rows_) == 0) return;
+  ++paints_;
   Dimension width = 0, height = 0;
   XtVaGetValues(rows_, XmNwidth, &width, XmNheight, &height, nullptr);
   const bool hasKeyboard = XmGetFocusWidget(rows_) == rows_;
@@ -190,6 +192,7 @@ void RowsView::addTo(PanelState &state) const {
   state.current = current_ ? int64_t{*current_} : -1;
   state.rowHeight = painter_.rowHeight();
   state.place = placeOf(rows_);
+  state.paints = paints_;
   for (uint32_t row = position_.first(); row < position_.end(); ++row) {
     const host::ListText *text = window_.model().listTexts.text(row);
     state.texts.push_back(text == nullptr ? "" : text->text);

@@ -54,6 +54,7 @@ private:
   std::optional<uint32_t> current_;
   RowPosition position_; ///< Return chooses the row of its cursor
   XtIntervalId timer_ = 0;
+  size_t paints_ = 0;
 };
 
 } // namespace viewer

@@ -227,6 +227,13 @@ void goToFirstHitOfPage(Doc document) {
   if (readScene(document, &scene) && scene.page != nullptr) makeCurrent(scene, 0, true);
 }
 
+void showNumber(Doc document) {
+  Scene scene = {};
+  if (!readScene(document, &scene)) return;
+  showInList(scene);
+  showStatus(document, &scene);
+}
+
 void showCurrentHit(PageView view) {
   Doc document = TavrelView::PageViewGetDoc(view);
   Scene scene = {};

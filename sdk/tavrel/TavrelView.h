@@ -20,7 +20,10 @@ enum Notification : int32_t {
   notifyDocDidClose = 8,
   /// Since version 0x00050004: a user has chosen a page that plug-ins have marked (DocMarkPages). It is shown; a
   /// plug-in that knows what the page is marked for may scroll to it.
-  notifyMarkedPageChosen = 16
+  notifyMarkedPageChosen = 16,
+  /// Since version 0x00050004: another page of the document is shown, but its picture is still being rendered. The
+  /// page-draw procedures are called when it is there; what a plug-in says of the page need not wait for that.
+  notifyPageAwaited = 32
 };
 using DocNotifyProc = void (*)(Doc document, void *clientData);
 

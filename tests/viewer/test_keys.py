@@ -358,6 +358,21 @@ class Buttons(ViewerTest):
         self.viewer.press("FindAgainDialog")
         self.viewer.dialog("find")
 
+    def test_buttons_stay_where_they_are_in_a_document_with_other_page_numbers(self):
+        before = [(one["name"], one["x"]) for one in self.viewer.now()["buttons"]]
+
+        def same(state):
+            return [(one["name"], one["x"]) for one in state["buttons"]] == before
+
+        self.viewer.key("ctrl+w")
+        self.assertTrue(same(self.viewer.until(lambda state: state["documents"] == [] and not state["pageField"]["text"],
+                                               "no document")))
+        viewer = self.view(document("three-hundred.pdf"))
+        viewer.shown(1)
+        viewer.key("End")
+        viewer.shown(300)
+        self.assertTrue(same(viewer.until(lambda state: state["pageField"]["text"] == "300", "the last page")))
+
     def test_buttons_have_tips_with_their_keys(self):
         self.assertEqual(self.viewer.button("NextPage")["tip"], "Next Page (Ctrl+Page Down)")
 

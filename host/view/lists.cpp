@@ -21,6 +21,14 @@ std::string lineOf(const char *begin, const char *end) {
   return line;
 }
 
+// The position in a line of UTF-8, or the start of the character that it is within.
+size_t startOfCharacter(const std::string &line, size_t position) {
+  position = std::min(position, line.size());
+  while (position > 0 && position < line.size() && (static_cast<unsigned char>(line[position]) & 0xC0U) == 0x80U)
+    --position;
+  return position;
+}
+
 } // namespace
 
 void Lists::set(tavrel::ExtensionID extension, PluginList list) {
@@ -40,11 +48,14 @@ void Lists::setRow(tavrel::ExtensionID extension, std::optional<uint32_t> row) {
 }
 
 ListText Lists::text(const PluginList &list, tavrel::Doc document, uint32_t row) {
-  tavrel::ListRow written{-1, {}};
+  tavrel::ListRow written{-1, {}, 0, 0};
   callPlugin({list.row.owner, "a row of its list"}, tavrel::functionOf<tavrel::ListRowProc>(list.row.callback),
              document, row, &written);
   const char *begin = written.text;
-  return {written.page, lineOf(begin, std::find(begin, begin + sizeof written.text, '\0'))};
+  ListText text{written.page, lineOf(begin, std::find(begin, begin + sizeof written.text, '\0'))};
+  text.markStart = startOfCharacter(text.text, written.markStart);
+  text.markLength = startOfCharacter(text.text, size_t{written.markStart} + written.markLength) - text.markStart;
+  return text;
 }
 
 void Lists::choose(const PluginList &list, tavrel::Doc document, uint32_t row) {

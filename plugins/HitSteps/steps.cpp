@@ -264,8 +264,7 @@ void writeRow(Doc document, uint32_t row, ListRow *out) {
   if (page == nullptr || current == nullptr) return;
   HitPlace place = {document, page->number, {0, 0}, current->units};
   if (!rangeOf(list, page->index, row - page->first, &place.range)) return;
-  out->page = page->number;
-  writeLine(place, out->text, sizeof out->text);
+  writeLine(place, out);
 }
 
 void goToRow(Doc document, uint32_t row) {

@@ -59,6 +59,8 @@ inline constexpr uint32_t tavrelViewVersion = 0x00050004;
 struct ListRow {
   int32_t page;   ///< the page that it belongs to; -1: none
   char text[248]; ///< in UTF-8, with a terminating 0
+  /// The bytes of the text that the row is listed for, which are emphasised; a length of 0: none.
+  uint16_t markStart, markLength;
 };
 /// Writes what a row shows. The host calls it when a row becomes visible, perhaps several times, and has cleared it.
 using ListRowProc = void (*)(Doc document, uint32_t row, ListRow *out);

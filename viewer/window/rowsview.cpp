@@ -10,7 +10,6 @@
 
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
-#include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
@@ -24,25 +23,6 @@ constexpr int wheelRows = 3;
 ::Widget createRows(::Widget parent) {
   return XtVaCreateManagedWidget("rows", xmDrawingAreaWidgetClass, parent, XmNmarginWidth, 0, XmNmarginHeight, 0,
                                  XmNtraversalOn, True, nullptr);
-}
-
-constexpr char keys[] = "<Key>osfUp: rows(up)\n"
-                        "<Key>osfDown: rows(down)\n"
-                        "<Key>osfPageUp: rows(pageUp)\n"
-                        "<Key>osfPageDown: rows(pageDown)\n"
-                        "<Key>Home: rows(first)\n"
-                        "<Key>osfBeginLine: rows(first)\n"
-                        "<Key>End: rows(last)\n"
-                        "<Key>osfEndLine: rows(last)\n"
-                        "<Key>Return: rows(choose)\n"
-                        "<Key>KP_Enter: rows(choose)\n"
-                        "<Key>osfActivate: rows(choose)\n"
-                        "<Key>osfCancel: rows(leave)\n";
-
-void act(::Widget widget, XEvent * /*event*/, String *arguments, Cardinal *count) {
-  RowsView *view = nullptr;
-  XtVaGetValues(widget, XmNuserData, &view, nullptr);
-  if (view != nullptr && *count > 0) guarded([&] { view->act(arguments[0]); });
 }
 
 } // namespace
@@ -64,11 +44,7 @@ RowsView::RowsView(MainWindow &window, ::Widget parent, ::Widget label)
       XtVaGetValues(bar_, XmNvalue, &value, nullptr);
       scrollTo(value);
     });
-  char name[] = "rows";
-  XtActionsRec procedures[] = {{name, viewer::act}};
-  XtAppAddActions(window.toolkit().context(), procedures, XtNumber(procedures));
-  XtVaSetValues(rows_, XmNuserData, this, nullptr);
-  XtOverrideTranslations(rows_, XtParseTranslationTable(withoutOtherModifiers(keys).c_str()));
+  addRowsKeys(window.toolkit().context(), rows_, *this);
   // The cursor is visible only while the rows have the keyboard.
   const auto focusChanged = [](::Widget, XtPointer self, XEvent *, Boolean *) {
     guarded([self] { static_cast<RowsView *>(self)->paint(); });
@@ -83,10 +59,19 @@ RowsView::~RowsView() {
 int RowsView::barWidth(const MainWindow &window) { return window.pixels(14); }
 
 void RowsView::put(const Place &place) {
-  const int bar = barWidth(window_), height = std::max(1, place.height);
-  XtVaSetValues(rows_, XmNx, place.x, XmNy, place.y, XmNwidth, std::max(1, place.width - bar), XmNheight, height,
+  place_ = place;
+  layOut();
+}
+
+// The scroll bar is there only if there is something to scroll.
+void RowsView::layOut() {
+  const bool scrolls = position_.rows() > position_.whole();
+  const int bar = scrolls ? barWidth(window_) : 0, height = std::max(1, place_.height);
+  XtVaSetValues(rows_, XmNx, place_.x, XmNy, place_.y, XmNwidth, std::max(1, place_.width - bar), XmNheight, height,
                 nullptr);
-  XtVaSetValues(bar_, XmNx, place.x + place.width - bar, XmNy, place.y, XmNwidth, bar, XmNheight, height, nullptr);
+  if (!scrolls) return XtUnmanageChild(bar_);
+  XtVaSetValues(bar_, XmNx, place_.x + place_.width - bar, XmNy, place_.y, XmNwidth, bar, XmNheight, height, nullptr);
+  XtManageChild(bar_);
 }
 
 void RowsView::focus() { XmProcessTraversal(rows_, XmTRAVERSE_CURRENT); }
@@ -96,10 +81,13 @@ uint32_t RowsView::count() const {
   return list == nullptr ? 0 : std::min(list->rows, mostRows);
 }
 
+// A current row that was visible stays visible.
 void RowsView::resize() {
-  Dimension height = 0;
-  XtVaGetValues(rows_, XmNheight, &height, nullptr);
-  position_.resize(count(), static_cast<uint32_t>(height / painter_.rowHeight()));
+  const bool scrolled = XtIsManaged(bar_) != 0, visible = current_ && position_.shows(*current_);
+  const uint32_t before = position_.whole();
+  position_.resize(count(), static_cast<uint32_t>(std::max(0, place_.height) / painter_.rowHeight()));
+  if (visible && position_.whole() != before && !position_.shows(*current_)) position_.goTo(*current_);
+  if (scrolled != (position_.rows() > position_.whole())) layOut();
 }
 
 void RowsView::scrollTo(int64_t row) {

@@ -8,18 +8,18 @@
 #include <Xm/Xm.h>
 
 #include <optional>
-#include <string>
 
 #include "viewer/model/rowposition.h"
 #include "viewer/model/state.h"
 #include "viewer/window/rowpainter.h"
+#include "viewer/window/rowskeys.h"
 
 namespace viewer {
 
-class RowsView {
+class RowsView final : RowsKeys {
 public:
   RowsView(MainWindow &window, ::Widget parent, ::Widget label);
-  ~RowsView();
+  ~RowsView() override;
   RowsView(const RowsView &) = delete;
   RowsView &operator=(const RowsView &) = delete;
 
@@ -32,11 +32,10 @@ public:
   /// Brings the rows up to date. Texts that take long are shown a little later.
   void update();
   void addTo(PanelState &state) const;
-  /// What a key does, as the translations name it.
-  void act(const std::string &what);
 
 private:
   uint32_t count() const;
+  void layOut();
   void resize();
   void scrollTo(int64_t row);
   void follow();
@@ -45,11 +44,13 @@ private:
   void paint();
   void press(const XButtonEvent &event);
   void moveCursor(int64_t row);
+  void act(const std::string &what) override;
   void choose(uint32_t row);
 
   MainWindow &window_;
   ::Widget rows_, bar_;
   RowPainter painter_;
+  Place place_{};
   uint64_t list_ = 0; ///< the number of the one shown
   std::optional<uint32_t> current_;
   RowPosition position_; ///< Return chooses the row of its cursor

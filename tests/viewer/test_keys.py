@@ -306,6 +306,20 @@ class Keys(ViewerTest):
         self.viewer.until(lambda state: state["pageField"]["text"] == "1", "the page's own number")
 
 
+    def destroyWindow(self):
+        self.display.xdotool("search", "--name", "^two-columns.pdf", "windowclose")
+
+    def test_a_window_that_another_program_destroys_ends_the_viewer_well(self):
+        self.destroyWindow()
+        self.assertEqual(self.viewer.ends(), 0)
+
+    def test_a_window_that_is_destroyed_during_a_dialog_ends_the_viewer_well(self):
+        self.viewer.key("ctrl+o")
+        self.viewer.dialog("openFile")
+        self.destroyWindow()
+        self.assertEqual(self.viewer.ends(), 0)
+
+
 class KeysManaged(Keys):
     managed = True
 

@@ -121,7 +121,10 @@ ViewEnd run(const ViewOptions &options) {
   awaitDocument(waker, session);
   fonts.await();
   MainWindow &window = windows.get();
-  if (!options.note.empty()) window.informations().show("Tavrel", options.note);
+  if (!options.note.empty()) {
+    window.awaitPosition();
+    window.informations().show("Tavrel", options.note);
+  }
   const bool requested = !options.documents.empty() || !options.refused.empty(), embedded = !options.into.empty();
   bool had = false;
   {
@@ -129,7 +132,7 @@ ViewEnd run(const ViewOptions &options) {
     window.loop([&] {
       collector.collectMissed();
       had |= session.documents.front() != nullptr || session.documents.asksPassword();
-      if (!had && !embedded && !session.documents.opening()) failures.show(window.informations());
+      if (!had && !embedded && !session.documents.opening()) failures.show(window);
       return false;
     });
   }

@@ -178,14 +178,22 @@ class Keys(ViewerTest):
         self.viewer.key("F1")
         for keys, sentence in (("Ctrl+Page Down", "Next Page"), ("Ctrl+Q", "Quit"), ("Ctrl+F, /", "Find\u2026"),
                                ("Down", "A little down"), ("Shift+Wheel up", "Scrolls to the left"),
-                               ("F10, Alt+F, Alt+E,", "Opens the menus")):
+                               ("F10, Alt+F, Alt+E, Alt+V, Alt+G,", "Opens the menus")):
             self.assertEqual(self.told(keys), sentence)
         for keys in ("F3", "Shift+F3"):  # of a plug-in
             self.assertGreater(len(self.told(keys)), 3)
         self.viewer.answer("keys", "OK")
         self.viewer.noDialog()
 
+    def test_help_shows_the_keys_of_text_fields_and_of_dialogs(self):
+        self.viewer.key("F1")
+        for keys, sentence in (("Ctrl+C, Ctrl+Insert, Copy", "Copies the selected text"), ("Tab", "Completes the name"),
+                               ("Return, Keypad Enter", "Goes to the hit")):
+            self.assertEqual(self.told(keys), sentence)
+
     def test_help_again_brings_the_keys_to_front(self):
+        self.viewer = self.view(document("two-columns.pdf"), "--geometry", "1240x980+0+0")
+        self.viewer.shown(1)
         self.viewer.key("F1")
         first = self.viewer.dialog("keys")
         # Beside the dialog, where the page gets the keys.
@@ -326,6 +334,27 @@ class KeysManaged(Keys):
     def test_the_window_managers_close_ends_well(self):
         self.display.xdotool("key", "alt+F4")
         self.assertEqual(self.viewer.ends(), 0)
+
+
+class KeysOfALargeFont(ViewerTest):
+    """The list of keys is higher than the screen."""
+    managed = True
+
+    def test_it_is_as_wide_as_its_columns_and_scrolls_by_keys(self):
+        viewer = self.view(document("two-columns.pdf"), "--xrm", "Xft.dpi: 192")
+        viewer.shown(1)
+        viewer.key("F1")
+        dialog = viewer.dialog("keys")
+        self.assertLess(dialog["width"], 1280)
+        self.assertLess(dialog["height"], 1024)
+        self.assertEqual(len(dialog["texts"]), 2)  # one column: two would be too wide
+        above = dict(dialog, height=dialog["buttons"][0]["y"] - dialog["y"] - 30)
+        begin = self.display.settled()
+        for down, up in (("Down", "Up"), ("Next", "Prior"), ("End", "Home")):
+            self.display.xdotool("key", down)
+            self.display.screen(lambda picture: not picture.same(begin, above), f"other keys after {down}")
+            self.display.xdotool("key", up)
+            self.display.screen(lambda picture: picture.same(begin, above), f"the first keys after {up}")
 
 
 class Buttons(ViewerTest):

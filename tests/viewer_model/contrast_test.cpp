@@ -20,7 +20,7 @@ double luminance(const std::string &color) {
 }
 
 double contrast(const std::string &one, const std::string &other) {
-  const auto [darker, lighter] = std::minmax(luminance(one), luminance(other));
+  const auto [darker, lighter] = std::minmax({luminance(one), luminance(other)});
   return (lighter + 0.05) / (darker + 0.05);
 }
 

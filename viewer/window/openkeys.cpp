@@ -55,6 +55,10 @@ void typedInList(::Widget /*list*/, XtPointer /*data*/, XEvent *event, Boolean *
 
 } // namespace
 
+std::string openTranslations() {
+  return withoutOtherModifiers(std::string(keysEverywhere) + keysOfField + keysOfLists);
+}
+
 void addKeys(XtAppContext context, const OpenWidgets &widgets, OpenKeys &keys) {
   static bool s_known = false;
   if (!std::exchange(s_known, true)) {

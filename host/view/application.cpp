@@ -72,7 +72,7 @@ std::optional<Drawing> Application::drawIfNeeded(ViewerDocument &document) {
 
 void Application::registerNotification(int32_t selector, const Registration &registration) {
   constexpr tavrel::Notification all[] = {tavrel::notifyDocDidOpen, tavrel::notifyDocDidClose,
-                                          tavrel::notifyMarkedPageChosen};
+                                          tavrel::notifyMarkedPageChosen, tavrel::notifyPageAwaited};
   if (std::find(std::begin(all), std::end(all), selector) == std::end(all))
     throw HostError(tavrel::errBadArgument, "no notification " + std::to_string(selector));
   addOnce(notifications_[selector], registration);

@@ -69,6 +69,8 @@ public:
   void markPages(tavrel::ExtensionID extension, ViewerDocument &document, std::span<const int32_t> pages);
   /// Notifies the plug-ins that the user has chosen a marked page, which the view shows.
   void markedPageChosen(ViewerDocument &document) { notify(tavrel::notifyMarkedPageChosen, document); }
+  /// Notifies the plug-ins that a page is shown whose picture is still being rendered.
+  void pageAwaited(ViewerDocument &document) { notify(tavrel::notifyPageAwaited, document); }
   /// Whether a call into a plug-in is under way: then nothing is drawn.
   bool calling() const { return runtime_.running() != hostExtension; }
 

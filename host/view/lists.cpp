@@ -39,10 +39,14 @@ void Lists::setRow(tavrel::ExtensionID extension, std::optional<uint32_t> row) {
 }
 
 ListText Lists::text(const PluginList &list, tavrel::Doc document, uint32_t row) {
-  tavrel::ListRow written{-1, {}};
+  tavrel::ListRow written{-1, {}, 0, 0};
   callPlugin({list.row.owner, "a row of its list"}, tavrel::functionOf<tavrel::ListRowProc>(list.row.callback),
              document, row, &written);
-  return {written.page, withoutControls({written.text, strnlen(written.text, sizeof written.text)})};
+  const std::string_view bytes(written.text, strnlen(written.text, sizeof written.text));
+  ListText text{written.page, withoutControls(bytes)};
+  text.markStart = firstBytes(text.text, written.markStart).size();
+  text.markLength = firstBytes(text.text, size_t{written.markStart} + written.markLength).size() - text.markStart;
+  return text;
 }
 
 void Lists::choose(const PluginList &list, tavrel::Doc document, uint32_t row) {

@@ -25,6 +25,7 @@ struct PluginList {
 struct ListText {
   int32_t page = -1; ///< the page that it belongs to; -1: none
   std::string text;
+  size_t markStart = 0, markLength = 0; ///< the bytes of it to be emphasised, complete characters; length 0: none
 };
 
 /// The lists of one document.

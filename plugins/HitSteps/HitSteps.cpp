@@ -84,6 +84,8 @@ void documentOpened(Doc document, void * /*clientData*/) {
 
 void markedPageChosen(Doc document, void * /*clientData*/) { goToFirstHitOfPage(document); }
 
+void pageAwaited(Doc document, void * /*clientData*/) { showNumber(document); }
+
 void documentClosed(Doc document, void * /*clientData*/) { forgetHits(document); }
 
 uint32_t importTables() {
@@ -96,6 +98,7 @@ uint32_t initialise() {
   startSteps(s_self, callbackOf(writeRow), callbackOf(goToRow));
   TavrelView::RegisterNotification(notifyDocDidOpen, s_self, callbackOf(documentOpened), nullptr);
   TavrelView::RegisterNotification(notifyDocDidClose, s_self, callbackOf(documentClosed), nullptr);
+  TavrelView::RegisterNotification(notifyPageAwaited, s_self, callbackOf(pageAwaited), nullptr);
   TavrelView::RegisterNotification(notifyMarkedPageChosen, s_self, callbackOf(markedPageChosen), nullptr);
   return 1;
 }

@@ -79,6 +79,17 @@ bool isPainted(PageView view, TextSelection selection) {
   return painted != nullptr;
 }
 
+/// The line of text that a range begins on, and the byte of it at which the range's first word begins.
+struct Line {
+  char text[1024];
+  uint32_t start;
+};
+
+void readLine(Page page, const TextRange &range, Units units, Line *line) {
+  TextSelection selection = select(page, &range, 1, units);
+  if (selection != nullptr) DocModel::PageGetLine(page, selection, line->text, sizeof line->text, &line->start);
+}
+
 } // namespace
 
 bool bringIntoSight(PageView view, const HitPlace &hit) {
@@ -100,22 +111,36 @@ void outline(PageView view, const HitPlace &hit) {
   TavrelView::PageViewApplyDrawColor(view, &saved);
 }
 
-void writeLine(const HitPlace &hit, char *text, size_t size) {
-  char line[1024] = "";
-  uint32_t start = 0;
-  char *const written = line;
-  uint32_t *const begin = &start;
-  const bool readable = withPage(hit.document, hit.page, [&hit, written, begin](Page page) {
-    TextSelection selection = select(page, &hit.range, 1, hit.units);
-    if (selection != nullptr) DocModel::PageGetLine(page, selection, written, sizeof line, begin);
+void writeLine(const HitPlace &hit, ListRow *row) {
+  Line lines[2] = {}; // of the first and of the last word of the hit
+  Line *const read = lines;
+  row->page = hit.page;
+  const bool readable = withPage(hit.document, hit.page, [&hit, read](Page page) {
+    const TextRange last = {static_cast<uint16_t>(hit.range.pos + std::max<int>(hit.range.len, 1) - 1), 1};
+    readLine(page, hit.range, hit.units, &read[0]);
+    readLine(page, last, hit.units, &read[1]);
   });
-  constexpr uint32_t before = 16; // bytes of the line that are shown before the hit
-  const char *from = line;
-  if (start > before && start < strlen(line)) {
-    const char *space = strchr(line + start - before, ' ');
-    if (space != nullptr && space < line + start) from = space + 1;
+  if (!readable && lines[0].text[0] == 0) {
+    snprintf(row->text, sizeof row->text, "(this page cannot be read)");
+    return;
   }
-  snprintf(text, size, "%s%s", from == line ? "" : "\u2026", readable ? from : "(this page cannot be read)");
+  const char *const line = lines[0].text;
+  const uint32_t length = static_cast<uint32_t>(strlen(line)), start = std::min(lines[0].start, length);
+  constexpr uint32_t before = 16; // bytes of the line that are shown before the hit
+  uint32_t from = 0;
+  if (start > before) {
+    const char *space = strchr(line + start - before, ' ');
+    if (space != nullptr && space < line + start) from = static_cast<uint32_t>(space + 1 - line);
+  }
+  uint32_t end = length; // of the hit on this line
+  if (strcmp(line, lines[1].text) == 0 && lines[1].start >= start && lines[1].start < length)
+    end = lines[1].start + static_cast<uint32_t>(strcspn(line + lines[1].start, " "));
+  constexpr const char ellipsis[] = "\u2026";
+  const uint32_t prefix = from == 0 ? 0 : sizeof ellipsis - 1;
+  constexpr int most = sizeof row->text - sizeof ellipsis; // bytes of the line
+  snprintf(row->text, sizeof row->text, "%s%.*s", from == 0 ? "" : ellipsis, most, line + from);
+  row->markStart = static_cast<uint16_t>(prefix + start - from);
+  row->markLength = static_cast<uint16_t>(end - start);
 }
 
 Units learnUnits(PageView view, Doc document, int32_t number, const TextRange *ranges, uint32_t count, Units units) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "hits.h"
+#include "tavrel/TavrelView.h"
 
 /// What the positions of a list count: characters, or words of a version of word extraction. The table of highlight
 /// lists does not tell; see learnUnits.
@@ -22,8 +23,8 @@ struct HitPlace {
 bool bringIntoSight(tavrel::PageView view, const HitPlace &hit);
 /// Outlines the hit on the page being drawn. Nothing happens if it covers nothing or the page cannot be read.
 void outline(tavrel::PageView view, const HitPlace &hit);
-/// Writes the line of text around a hit; of a long line what is near the hit.
-void writeLine(const HitPlace &hit, char *text, size_t size);
+/// Writes the line of text around a hit, of a long line what is near the hit, and where in it the words of the hit are.
+void writeLine(const HitPlace &hit, tavrel::ListRow *row);
 /// The units of a page's positions, found out by what has been painted on it: the selection of the same positions
 /// in the same units is the same selection. Without such a selection, the given units. The ranges are those that are
 /// shown of the page's hits.

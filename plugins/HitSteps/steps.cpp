@@ -231,6 +231,13 @@ void goToFirstHitOfPage(Doc document) {
   if (readScene(document, &scene) && scene.page != nullptr) makeCurrent(scene, 0, true);
 }
 
+void showNumber(Doc document) {
+  Scene scene = {};
+  if (!readScene(document, &scene)) return;
+  showInList(scene);
+  showStatus(document, &scene);
+}
+
 void showCurrentHit(PageView view) {
   Doc document = TavrelView::PageViewGetDoc(view);
   Scene scene = {};
@@ -261,8 +268,7 @@ void writeRow(Doc document, uint32_t row, ListRow *out) {
   if (page == nullptr || current == nullptr) return;
   HitPlace place = {document, page->number, {0, 0}, current->units};
   if (!rangeOf(list, page->index, row - page->first, &place.range)) return;
-  out->page = page->number;
-  writeLine(place, out->text, sizeof out->text);
+  writeLine(place, out);
 }
 
 void goToRow(Doc document, uint32_t row) {

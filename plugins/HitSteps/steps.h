@@ -18,6 +18,8 @@ bool canStep(tavrel::Doc document, int direction);
 /// Makes the first hit of the page shown the current one, and scrolls to it.
 void goToFirstHitOfPage(tavrel::Doc document);
 
+/// Shows the number of the current hit of the page shown, which may not be drawn yet.
+void showNumber(tavrel::Doc document);
 /// Outlines the current hit on the page being drawn and shows its number on the status line. A page with hits that is
 /// shown otherwise than by a step has its first hit as the current one. That of a new list is scrolled to.
 void showCurrentHit(tavrel::PageView view);

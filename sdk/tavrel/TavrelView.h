@@ -20,7 +20,10 @@ enum Notification : int32_t {
   notifyDocDidClose = 8,
   /// Since version 0x00050004: a user has chosen a page that plug-ins have marked (DocMarkPages). It is shown; a
   /// plug-in that knows what the page is marked for may scroll to it.
-  notifyMarkedPageChosen = 16
+  notifyMarkedPageChosen = 16,
+  /// Since version 0x00050004: another page of the document is shown, but its picture is still being rendered. The
+  /// page-draw procedures are called when it is there; what a plug-in says of the page need not wait for that.
+  notifyPageAwaited = 32
 };
 using DocNotifyProc = void (*)(Doc document, void *clientData);
 
@@ -56,6 +59,8 @@ inline constexpr uint32_t tavrelViewVersion = 0x00050004;
 struct ListRow {
   int32_t page;   ///< the page that it belongs to; -1: none
   char text[248]; ///< in UTF-8, with a terminating 0
+  /// The bytes of the text that the row is listed for, which are emphasised; a length of 0: none.
+  uint16_t markStart, markLength;
 };
 /// Writes what a row shows. The host calls it when a row becomes visible, perhaps several times, and has cleared it.
 /// Meanwhile an operation that needs a page which has not been read yet raises at once; what is written then is not

@@ -373,6 +373,16 @@ TEST_F(StepsTest, BeginAtTheFirstHitOfAListOfWordsThatTheDocumentIsOpenedWith) {
   expectOutlined(8);
 }
 
+TEST_F(StepsTest, TheNumberIsThatOfAPageThatIsStillBeingRendered) {
+  show(hitsOn({0, 2}, {7, 8}));
+  document->view->showPage(2);
+  app.pageAwaited(*document);
+  EXPECT_EQ(app.statusText(), "hit 3 of 4, page 2 of 2");
+  document->view->showPage(1);
+  app.pageAwaited(*document);
+  EXPECT_EQ(app.statusText(), "4 hits on 2 pages, none on this one");
+}
+
 TEST_F(StepsTest, GoToTheFirstHitOfAMarkedPageThatIsChosen) {
   show(hitsOn({0, 2}, {7, 8}));
   document->view->showPage(2);

@@ -34,6 +34,23 @@ TEST_F(StepsList, ShowsWhatIsNearTheHitInALongLine) {
   EXPECT_EQ(row(1).text, "\u2026five six seven eight nine ten");
 }
 
+// The part of a row's text that is emphasised.
+std::string marked(const host::ListText &row) { return row.text.substr(row.markStart, row.markLength); }
+
+TEST_F(StepsList, EmphasisesTheWordsOfTheHit) {
+  const test::PdfPage wide{.texts = {{20, 100, "one two three four five six seven eight nine ten"}, {20, 60, "eleven"}},
+                           .width = 400};
+  openInWindow(host::Document::open(scratch.pdf({wide}), ""), width, height);
+  HLL *hits = TavrelGLT::GLT_NewHLL(nullptr);
+  constexpr TextRange ranges[] = {{0, 3}, {4, 9}, {9, 3}, {34, 5}, {45, 8}, {49, 6}};
+  for (const TextRange &range : ranges)
+    TavrelGLT::HLL_AddHL(hits, 0, range.pos, range.len);
+  show(hits);
+  const std::string expected[] = {"one", "two three", "three", "eight", "ten", "eleven"};
+  for (uint32_t i = 0; i < std::size(expected); ++i)
+    EXPECT_EQ(marked(row(i)), expected[i]);
+}
+
 TEST_F(StepsList, FollowsTheCurrentHit) {
   show(hitsOn({0, 2}, {0, 4}));
   EXPECT_EQ(list()->current, 0U);

@@ -188,6 +188,37 @@ class PasswordsManaged(Passwords):
     managed = True
 
 
+class FirstDialog(ViewerTest):
+    """A window manager places each window a little further to the right and down."""
+    managed = True
+
+    def setUp(self):
+        super().setUp()
+        for _ in range(3):
+            self.view(document("cjk.pdf")).shown(1)
+
+    def isInTheMiddle(self, viewer, name):
+        def middleOf(area):
+            return [area["x"] + area["width"] / 2, area["y"] + area["height"] / 2]
+
+        viewer.dialog(name)
+        state = viewer.until(lambda state: state["area"]["x"] > 60, "a window at its place")
+        dialog = viewer.dialog(name)
+        for window, one in zip(middleOf(state["area"]), middleOf(dialog)):
+            self.assertLess(abs(window - one), 40)
+
+    def test_a_question_for_a_password_is_in_the_middle_of_the_window(self):
+        self.isInTheMiddle(self.view(document("encrypted.pdf")), "password")
+
+    def test_the_reason_for_which_a_document_is_not_opened_is_in_the_middle_of_the_window(self):
+        self.isInTheMiddle(self.view(os.path.join(self.folder(), "none.pdf"), errors=1), "error")
+
+    def test_an_alert_is_in_the_middle_of_the_window(self):
+        file = document("three-hundred.pdf")
+        self.isInTheMiddle(self.view(file, "--hits", self.hits(file, "needle", [2], units="words", version="9"),
+                                     errors=None), "alert")
+
+
 class Unreadable(ViewerTest):
     def corrupted(self, name, content):
         file = os.path.join(self.folder(), name)

@@ -155,6 +155,20 @@ class EndlessPage(ViewerTest):
         viewer.key("ctrl+q")
         self.assertEqual(viewer.ends(), 0)
 
+    def test_the_number_of_its_hit_is_shown_before_its_picture(self):
+        folder = self.folder()
+        hits = os.path.join(folder, "hits.xml")
+        with open(hits, "w") as stream:
+            stream.write('<XML>\n<Body Units="characters" mode="active" version="2">\n<highlights>\n'
+                         '<loc pg="2" pos="0" len="6"/>\n<loc pg="3" pos="0" len="6"/>\n</highlights>\n</Body>\n</XML>\n')
+        viewer = self.view(endless(os.path.join(folder, "endless.pdf")), "--hits", hits)
+        viewer.hit("hit 1 of 2, page 1 of 2")
+        viewer.key("ctrl+Next")
+        state = viewer.until(lambda state: "hit 2 of 2, page 2 of 2" in state["plugins"], "the number")
+        self.assertFalse(state["drawn"]["there"])
+        viewer.key("ctrl+Home")
+        viewer.until(lambda state: "2 hits on 2 pages, none on this one" in state["plugins"], "no number")
+
     def test_zooming_it_delays_no_other_page(self):
         viewer = self.open()
         for _ in range(6):

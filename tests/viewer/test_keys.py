@@ -5,6 +5,8 @@ import unittest
 
 from harness import ViewerTest, document
 
+ALTGR = "ISO_Level3_Shift+"
+
 
 class Keys(ViewerTest):
     """Four pages, as wide as the window and higher than it."""
@@ -71,11 +73,28 @@ class Keys(ViewerTest):
         before = self.viewer.now()
         # A window manager has Alt+Space, Alt+Down and others for itself.
         self.viewer.key("ctrl+p", "ctrl+slash", "ctrl+Left", "ctrl+space", "ctrl+BackSpace", "alt+p", "alt+w", "alt+Left",
-                        "alt+Right", "alt+BackSpace", "super+p", "super+minus", "shift+End", "Down")
+                        "alt+Right", "alt+BackSpace", "super+p", "super+minus", "shift+End", ALTGR + "p", ALTGR + "space",
+                        ALTGR + "Next", ALTGR + "F9", "super+F9", "Down")
         after = self.scrolledTo(lambda y: y == 48, "what the last key alone does")
-        self.assertEqual([self.viewer.now()[name] for name in ("page", "zoom", "fit", "dialogs")],
-                         [before[name] for name in ("page", "zoom", "fit", "dialogs")])
+        self.assertEqual([self.viewer.now()[name] for name in ("page", "zoom", "fit", "dialogs", "panel")],
+                         [before[name] for name in ("page", "zoom", "fit", "dialogs", "panel")])
         self.assertEqual(after, 48)
+
+    def test_locks_do_not_change_what_a_key_does(self):
+        for lock in ("Num_Lock", "Caps_Lock", "Scroll_Lock"):
+            with self.subTest(lock):
+                self.display.xdotool("key", lock)
+                try:
+                    self.viewer.key("End")
+                    self.viewer.shown(4)
+                    self.viewer.key("Home", "p")
+                    self.viewer.until(lambda state: state["page"] == 1 and state["fit"] == 2, "the complete page")
+                    self.viewer.key("w", "F9")
+                    self.viewer.until(lambda state: state["fit"] == 1 and state["panel"]["shown"], "width and panel")
+                    self.viewer.key("Escape", "F9")
+                    self.viewer.until(lambda state: not state["panel"]["shown"], "no panel")
+                finally:
+                    self.display.xdotool("key", lock)
 
     def test_the_keypad_works_too(self):
         self.viewer.key("KP_End")
@@ -159,14 +178,22 @@ class Keys(ViewerTest):
         self.viewer.key("F1")
         for keys, sentence in (("Ctrl+Page Down", "Next Page"), ("Ctrl+Q", "Quit"), ("Ctrl+F, /", "Find\u2026"),
                                ("Down", "A little down"), ("Shift+Wheel up", "Scrolls to the left"),
-                               ("F10, Alt+F, Alt+E,", "Opens the menus")):
+                               ("F10, Alt+F, Alt+E, Alt+V, Alt+G,", "Opens the menus")):
             self.assertEqual(self.told(keys), sentence)
         for keys in ("F3", "Shift+F3"):  # of a plug-in
             self.assertGreater(len(self.told(keys)), 3)
         self.viewer.answer("keys", "OK")
         self.viewer.noDialog()
 
+    def test_help_shows_the_keys_of_text_fields_and_of_dialogs(self):
+        self.viewer.key("F1")
+        for keys, sentence in (("Ctrl+C, Ctrl+Insert, Copy", "Copies the selected text"), ("Tab", "Completes the name"),
+                               ("Return, Keypad Enter", "Goes to the hit")):
+            self.assertEqual(self.told(keys), sentence)
+
     def test_help_again_brings_the_keys_to_front(self):
+        self.viewer = self.view(document("two-columns.pdf"), "--geometry", "1240x980+0+0")
+        self.viewer.shown(1)
         self.viewer.key("F1")
         first = self.viewer.dialog("keys")
         # Beside the dialog, where the page gets the keys.
@@ -226,6 +253,11 @@ class Keys(ViewerTest):
         self.viewer.shown(2)
         self.viewer.until(lambda state: state["pageField"]["text"] == "2", "the number of the page")
 
+    def test_escape_with_a_modifier_does_not_leave_the_page_field(self):
+        self.viewer.key("ctrl+l")
+        self.display.xdotool("key", "7", ALTGR + "Escape", "super+Escape", "7")
+        self.viewer.until(lambda state: state["pageField"]["text"] == "77", "what was typed before and after")
+
     def test_the_wheel_scrolls(self):
         self.viewer.wheel(5)
         self.scrolledTo(lambda y: y == 90, "down")
@@ -283,12 +315,47 @@ class Keys(ViewerTest):
         self.viewer.until(lambda state: state["pageField"]["text"] == "1", "the page's own number")
 
 
+    def destroyWindow(self):
+        self.display.xdotool("search", "--name", "^two-columns.pdf", "windowclose")
+
+    def test_a_window_that_another_program_destroys_ends_the_viewer_well(self):
+        self.destroyWindow()
+        self.assertEqual(self.viewer.ends(), 0)
+
+    def test_a_window_that_is_destroyed_during_a_dialog_ends_the_viewer_well(self):
+        self.viewer.key("ctrl+o")
+        self.viewer.dialog("openFile")
+        self.destroyWindow()
+        self.assertEqual(self.viewer.ends(), 0)
+
+
 class KeysManaged(Keys):
     managed = True
 
     def test_the_window_managers_close_ends_well(self):
         self.display.xdotool("key", "alt+F4")
         self.assertEqual(self.viewer.ends(), 0)
+
+
+class KeysOfALargeFont(ViewerTest):
+    """The list of keys is higher than the screen."""
+    managed = True
+
+    def test_it_is_as_wide_as_its_columns_and_scrolls_by_keys(self):
+        viewer = self.view(document("two-columns.pdf"), "--xrm", "Xft.dpi: 192")
+        viewer.shown(1)
+        viewer.key("F1")
+        dialog = viewer.dialog("keys")
+        self.assertLess(dialog["width"], 1280)
+        self.assertLess(dialog["height"], 1024)
+        self.assertEqual(len(dialog["texts"]), 2)  # one column: two would be too wide
+        above = dict(dialog, height=dialog["buttons"][0]["y"] - dialog["y"] - 30)
+        begin = self.display.settled()
+        for down, up in (("Down", "Up"), ("Next", "Prior"), ("End", "Home")):
+            self.display.xdotool("key", down)
+            self.display.screen(lambda picture: not picture.same(begin, above), f"other keys after {down}")
+            self.display.xdotool("key", up)
+            self.display.screen(lambda picture: picture.same(begin, above), f"the first keys after {up}")
 
 
 class Buttons(ViewerTest):
@@ -334,6 +401,21 @@ class Buttons(ViewerTest):
         self.viewer.noDialog()
         self.viewer.press("FindAgainDialog")
         self.viewer.dialog("find")
+
+    def test_buttons_stay_where_they_are_in_a_document_with_other_page_numbers(self):
+        before = [(one["name"], one["x"]) for one in self.viewer.now()["buttons"]]
+
+        def same(state):
+            return [(one["name"], one["x"]) for one in state["buttons"]] == before
+
+        self.viewer.key("ctrl+w")
+        self.assertTrue(same(self.viewer.until(lambda state: state["documents"] == [] and not state["pageField"]["text"],
+                                               "no document")))
+        viewer = self.view(document("three-hundred.pdf"))
+        viewer.shown(1)
+        viewer.key("End")
+        viewer.shown(300)
+        self.assertTrue(same(viewer.until(lambda state: state["pageField"]["text"] == "300", "the last page")))
 
     def test_buttons_have_tips_with_their_keys(self):
         self.assertEqual(self.viewer.button("NextPage")["tip"], "Next Page (Ctrl+Page Down)")

@@ -55,6 +55,14 @@ class OpenByKeys(OpenTest):
         self.keys("Prior", "Return")
         self.lists(["new.pdf"])
 
+    def test_a_key_with_a_modifier_that_is_not_its_own_does_nothing(self):
+        self.openDialog()
+        for key in ("shift+Down", "super+Down", "ISO_Level3_Shift+Down", "ISO_Level3_Shift+Next", "super+BackSpace",
+                    "ISO_Level3_Shift+BackSpace", "ctrl+alt+Up"):
+            self.keys(key)
+        self.keys("Down", "Return")  # the first of the list is selected
+        self.lists(["new.pdf"])
+
     def test_backspace_without_a_text_goes_up(self):
         self.openDialog()
         self.types("x")

@@ -3,7 +3,9 @@
 # The side panel, with the list of hits.
 import unittest
 
-from harness import ViewerTest, document
+from harness import FEEDBACK_PLUGIN, ViewerTest, document
+
+MARKED = (0xFF, 0xE9, 0x8A)
 
 
 class SidePanel(ViewerTest):
@@ -83,6 +85,19 @@ class SidePanel(ViewerTest):
         self.type("Home", "Return")
         self.viewer.hit("hit 1 of 320")
 
+    def test_a_key_with_a_modifier_that_is_not_its_own_does_nothing_in_the_list(self):
+        for modifier in ("shift", "super", "ISO_Level3_Shift"):
+            self.type(*(f"{modifier}+{key}" for key in ("Down", "Next", "End", "Return")))
+        self.type("Down", "Return")
+        self.viewer.hit("hit 2 of 320")
+        self.current(1)
+
+    def test_the_keypad_works_in_the_list_too(self):
+        self.type("KP_End", "KP_Enter")
+        self.viewer.hit("hit 320 of 320")
+        self.type("KP_Home", "KP_Down", "KP_Enter")
+        self.viewer.hit("hit 2 of 320")
+
     def scrolled(self, before):
         self.viewer.until(lambda state: state["drawn"]["scrollY"] == before + 48, "the page scrolled by a line")
 
@@ -101,9 +116,84 @@ class SidePanel(ViewerTest):
         self.viewer.key("Down")
         self.scrolled(before)
 
+    def resized(self, height):
+        self.display.xdotool("search", "--name", "^cloth.pdf", "windowsize", 900, height)
+
+    def test_the_current_hit_stays_visible_in_a_lower_window(self):
+        self.resized(800)
+        self.viewer.until(lambda state: len(state["panel"]["texts"]) > 25, "more rows")
+        self.click(24)
+        self.current(24)
+        self.resized(400)
+        panel = self.viewer.until(lambda state: len(state["panel"]["texts"]) < 15, "fewer rows")["panel"]
+        self.assertLessEqual(panel["first"], 24)
+        self.assertLess(24, panel["first"] + len(panel["texts"]))
+
+    def test_its_edge_is_dragged_to_make_it_wider_or_narrower(self):
+        for distance in (120, -200):
+            area = self.viewer.now()["area"]
+            self.display.xdotool("mousemove", area["x"] - 3, 300, "mousedown", 1, "mousemove_relative", "--", distance, 0,
+                                 "mouseup", 1)
+            self.viewer.until(lambda state: abs(state["area"]["x"] - area["x"] - distance) < 4, "another width")
+        narrow = self.viewer.now()["area"]["x"]
+        self.viewer.key("F9")
+        self.viewer.until(lambda state: state["area"]["x"] < 50, "no panel")
+        self.viewer.key("F9")
+        self.viewer.until(lambda state: state["area"]["x"] == narrow, "the width of before")
+
+    # Of the rows on the screen, when the picture shows what the state has.
+    def rows(self):
+        panel = self.viewer.now()["panel"]
+        return self.display.settled(), dict(panel, x=panel["x"], y=panel["y"])
+
+    def test_the_words_of_a_hit_are_emphasised(self):
+        picture, rows = self.rows()
+        marked = picture.find(MARKED, rows)
+        self.assertGreater(marked.right - marked.left, 30)
+        self.assertLess(marked.right - marked.left, 200)
+        for index in range(len(self.panel["texts"])):
+            row = dict(rows, y=rows["y"] + index * rows["rowHeight"], height=rows["rowHeight"])
+            self.assertIsNotNone(picture.find(MARKED, row), index)
+
+    def test_a_text_that_is_too_wide_does_not_reach_the_edge(self):
+        area = self.viewer.now()["area"]
+        self.display.xdotool("mousemove", area["x"] - 3, 300, "mousedown", 1, "mousemove_relative", "--", -130, 0,
+                             "mouseup", 1)
+        self.viewer.until(lambda state: state["area"]["x"] < area["x"] - 100, "a narrow panel")
+        picture, rows = self.rows()
+        height = rows["rowHeight"]  # of the first row, which has the cursor's frame
+        self.assertGreater(picture.darkest(dict(rows, x=rows["x"] + rows["width"] - 3, width=3, y=rows["y"] + height,
+                                                height=rows["height"] - height)), 128)
+
+    def test_without_a_list_there_is_no_scroll_bar(self):
+        width = self.panel["width"]
+        self.viewer.key("ctrl+w")
+        self.viewer.until(lambda state: state["panel"]["title"] == "No list" and state["panel"]["width"] == width + 14,
+                          "rows as wide as the panel")
+
     def test_a_document_without_hits_has_no_list(self):
         self.viewer.key("ctrl+w")
         self.viewer.until(lambda state: state["panel"]["title"] == "No list" and not state["panel"]["texts"], "no list")
+
+
+class SidePanelDuringAnAlert(ViewerTest):
+    def test_rows_without_a_text_wait_for_the_answer(self):
+        file = document("cloth.pdf")
+        viewer = self.viewHits(file, self.hits(file, "another"), "--geometry", "900x500+0+0", "--plugins-dir",
+                               FEEDBACK_PLUGIN)
+        viewer.key("F9")
+        viewer.until(lambda state: state["panel"]["shown"] and all(state["panel"]["texts"]), "a filled panel")
+        viewer.press("f:A")
+        viewer.dialog("alert")
+        self.display.xdotool("search", "--name", "^cloth.pdf", "windowsize", 900, 800)
+        viewer.until(lambda state: state["panel"]["texts"] and state["panel"]["texts"][-1] == "", "further rows")
+        self.display.settled()
+        before = viewer.now()["panel"]["paints"]
+        self.display.settled()
+        self.assertEqual(viewer.now()["panel"]["paints"], before)
+        viewer.answer("alert", "OK")
+        viewer.noDialog()
+        viewer.until(lambda state: all(state["panel"]["texts"]), "their texts")
 
 
 class SidePanelManaged(SidePanel):

@@ -207,10 +207,10 @@ TEST(ActionsTest, TheDefaultResourcesListThePagesTranslations) {
 
 TEST(ActionsTest, ThePagesTranslationsAreLines) {
   const std::vector<std::string> all = lines(translations());
-  EXPECT_THAT(all, Contains("~Ctrl ~Shift ~Mod1 ~Mod4<Key>osfDown: do(LineDown)"));
-  EXPECT_THAT(all, Contains("Shift ~Ctrl ~Mod1 ~Mod4<Key>space: do(PageUp)"));
-  EXPECT_THAT(all, Contains(":~Ctrl ~Mod1 ~Mod4<Key>slash: do(FindDialog)"));
-  EXPECT_THAT(all, Contains(":Ctrl ~Mod1 ~Mod4<Key>equal: do(ZoomIn)"));
+  EXPECT_THAT(all, Contains("~Ctrl ~Shift ~Mod1 ~Mod4 ~Mod5<Key>osfDown: do(LineDown)"));
+  EXPECT_THAT(all, Contains("Shift ~Ctrl ~Mod1 ~Mod4 ~Mod5<Key>space: do(PageUp)"));
+  EXPECT_THAT(all, Contains(":~Ctrl ~Mod1 ~Mod4 ~Mod5<Key>slash: do(FindDialog)"));
+  EXPECT_THAT(all, Contains(":Ctrl ~Mod1 ~Mod4 ~Mod5<Key>equal: do(ZoomIn)"));
   EXPECT_THAT(all, Contains("<Btn1Motion>: drag(move)"));
 }
 

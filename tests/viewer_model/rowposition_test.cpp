@@ -19,6 +19,14 @@ TEST_F(RowPositionTest, BeginsAtTheFirstRow) {
   EXPECT_EQ(rows.end(), 10U);
 }
 
+TEST_F(RowPositionTest, ShowsTheRowsThatAreCompletelyVisible) {
+  rows.scrollTo(4);
+  EXPECT_FALSE(rows.shows(3));
+  EXPECT_TRUE(rows.shows(4));
+  EXPECT_TRUE(rows.shows(13));
+  EXPECT_FALSE(rows.shows(14));
+}
+
 TEST_F(RowPositionTest, ScrollsAsFarAsThereAreRows) {
   rows.scrollTo(50);
   EXPECT_EQ(rows.first(), 50U);

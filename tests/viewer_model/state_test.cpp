@@ -50,7 +50,7 @@ TEST_F(StateTest, HasWhatTheWindowShows) {
   window.note = "rendering";
   window.buttons = {{"Next", "to the next", true, {1, 2, 3, 4}}};
   window.pageField = {"pageField", "2", {5, 6, 7, 8}};
-  window.panel = {true, "Hits", 7, -1, {"a", "b"}, 20, {1, 1, 2, 2}};
+  window.panel = {true, "Hits", 7, -1, {"a", "b"}, 20, {1, 1, 2, 2}, 3};
   window.dialogs = {{"find", {"Find:"}, {{"Close", {}, false, {}}}, {{"findText", "word", {}}}, {9, 9, 9, 9}}};
   window.dialogs[0].lists = {{"files", {"a.pdf", "b.pdf"}, 1, {1, 2, 3, 4}}};
   const std::string state = json(window);

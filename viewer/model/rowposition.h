@@ -22,6 +22,8 @@ public:
   uint32_t end() const { return std::min(rows_, first_ + whole_); }
   uint32_t whole() const { return whole_; }
   uint32_t cursor() const { return cursor_; }
+  /// Whether a row is completely visible.
+  bool shows(uint32_t row) const { return row >= first_ && row < end(); }
 
   void scrollTo(int64_t row) {
     first_ = static_cast<uint32_t>(std::clamp<int64_t>(row, 0, std::max<int64_t>(0, int64_t{rows_} - whole_)));

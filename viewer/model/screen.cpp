@@ -54,6 +54,8 @@ void Screen::drawPage(PageWindow &drawn) {
       {}, true, drawn.page(), drawn.dpi(), drawn.pageWidth(), drawn.pageHeight(), drawn.scrollX(), drawn.scrollY()};
   shows.drawing = app_.draw(*documents_.front());
   const bool waits = !shows.drawing;
+  const uint64_t number = documents_.frontDocument()->number;
+  const bool isOther = shown_.page != shows.page || shownDocument_ != number;
   if (!waits)
     waitingSince_.reset();
   else if (!waitingSince_ || shown_.page != shows.page)
@@ -64,13 +66,14 @@ void Screen::drawPage(PageWindow &drawn) {
     reportOffPage(*shows.drawing);
   }
   shown_ = std::move(shows);
-  shownDocument_ = documents_.frontDocument()->number;
+  shownDocument_ = number;
   withoutHighlights_.reset();
   highlights_.clear();
   showHighlights(); // on the new drawing
   tiles_.forgetWords(shown_.page);
   if (!waits) app_.toolBar()->updateStates(); // their states depend on the page shown
   changes_.note(allParts);
+  if (waits && isOther) app_.pageAwaited(*documents_.front());
 }
 
 // The message is removed when a page without such hits is drawn. Another message is not removed.

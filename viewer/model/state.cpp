@@ -59,6 +59,7 @@ std::string jsonOf(const PanelState &panel) {
       .member("current", static_cast<double>(panel.current))
       .member("texts", listOf(panel.texts, quoted))
       .member("rowHeight", panel.rowHeight)
+      .member("paints", static_cast<double>(panel.paints))
       .place(panel.place)
       .done();
 }

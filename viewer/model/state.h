@@ -48,7 +48,8 @@ struct PanelState {
   int64_t current = -1;
   std::vector<std::string> texts; ///< of the visible rows
   int rowHeight = 0;
-  Place place{}; ///< of the rows
+  Place place{};     ///< of the rows
+  size_t paints = 0; ///< how often they have been painted
 };
 
 /// What the window shows besides the model.

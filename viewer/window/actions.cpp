@@ -8,6 +8,8 @@
 #include <iterator>
 #include <sstream>
 
+#include "viewer/window/translations.h"
+
 namespace viewer {
 namespace {
 
@@ -25,8 +27,8 @@ constexpr Action table[] = {
     {"ZoomIn", "View", ":<Key>plus: %s\n:Ctrl<Key>plus: %s\n<Key>KP_Add: %s\n:Ctrl<Key>equal: %s\n:<Key>equal: %s\nCtrl<Btn4Down>: %s\n", "ZoomIn"},
     {"ZoomOut", "View", ":<Key>minus: %s\n:Ctrl<Key>minus: %s\n<Key>KP_Subtract: %s\nCtrl<Btn5Down>: %s\n", "ZoomOut"},
     {"ActualSize", "View", nullptr, nullptr, true},
-    {"FitWidth", "View", ":<Key>w: %s\n", "FitWidth"},
-    {"FitPage", "View", ":<Key>p: %s\n", "FitPage"},
+    {"FitWidth", "View", "<Key>w: %s\n", "FitWidth"},
+    {"FitPage", "View", "<Key>p: %s\n", "FitPage"},
     {"SidePanel", "View", nullptr, nullptr, true},
     {"PreviousPage", "Go", nullptr, "PreviousPage"},
     {"NextPage", "Go", nullptr, "NextPage"},
@@ -50,20 +52,6 @@ constexpr Action table[] = {
 };
 // clang-format on
 
-// A line of the table as a translation. Modifiers that it does not mention must not be held: Ctrl+P and Alt+Left are
-// other keys than P and Left. After a ':' Shift is a part of the key.
-std::string translation(const std::string &line) {
-  const size_t event = line.find('<');
-  std::string modifiers = line.substr(0, event);
-  for (const char *modifier : {"Ctrl", "Shift", "Mod1", "Mod4"}) { // Mod1 is Alt, Mod4 the key with the system's sign
-    const bool isPart = modifiers.starts_with(':') && std::string(modifier) == "Shift";
-    if (isPart || modifiers.find(modifier) != std::string::npos) continue;
-    if (!modifiers.empty() && modifiers.back() != ':') modifiers += ' ';
-    modifiers += std::string("~") + modifier;
-  }
-  return modifiers + line.substr(event);
-}
-
 std::string with(std::string text, const std::string &mark, const std::string &value) {
   for (size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + value.size()))
     text.replace(at, mark.size(), value);
@@ -83,6 +71,8 @@ std::string shown(const std::string &key) {
                {"space", "Space"},
                {"KP_Add", "Keypad +"},
                {"KP_Subtract", "Keypad -"},
+               {"KP_Enter", "Keypad Enter"},
+               {"Activate", "Keypad Enter"},
                {"Cancel", "Esc"},
                {"BackSpace", "Backspace"},
                {"BeginLine", "Home"},
@@ -107,9 +97,8 @@ std::span<const char *const> menuNames() { return menus; }
 std::string pageTranslations() {
   std::string keys;
   for (const Action &action : table) {
-    std::istringstream lines(action.keys == nullptr ? "" : action.keys);
-    for (std::string line; std::getline(lines, line);)
-      keys += with(translation(line), "%s", std::string("do(") + action.name + ")") + "\n";
+    if (action.keys != nullptr)
+      keys += with(withoutOtherModifiers(action.keys), "%s", std::string("do(") + action.name + ")");
   }
   return keys + "<Btn1Down>: drag(begin)\n<Btn1Motion>: drag(move)\n<Btn1Up>: drag(end)\n";
 }

@@ -3,7 +3,7 @@
 #include "viewer/window/failures.h"
 
 #include "viewer/model/statusline.h"
-#include "viewer/window/information.h"
+#include "viewer/window/mainwindow.h"
 
 namespace viewer {
 
@@ -15,10 +15,13 @@ Failures::Failures(StatusLine &status) : status_(status) {
 
 Failures::~Failures() { status_.listener = {}; }
 
-void Failures::show(Informations &informations) {
+void Failures::show(MainWindow &window) {
   status_.listener = {};
   if (count_ > most) lines_ += "\nand " + std::to_string(count_ - most) + " more";
-  if (count_ > 0) informations.showError("Cannot Open", lines_);
+  if (count_ > 0) {
+    window.awaitPosition();
+    window.informations().showError("Cannot Open", lines_);
+  }
   count_ = 0;
 }
 

@@ -9,7 +9,7 @@
 
 namespace viewer {
 
-class Informations;
+class MainWindow;
 class StatusLine;
 
 class Failures {
@@ -23,7 +23,7 @@ public:
   Failures &operator=(const Failures &) = delete;
 
   /// Shows them, if there are any; further calls show nothing.
-  void show(Informations &informations);
+  void show(MainWindow &window);
 
 private:
   StatusLine &status_;

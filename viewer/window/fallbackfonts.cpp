@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+#include "viewer/window/fallbacks.h"
 #include "viewer/window/motif.h"
 
 namespace viewer {
@@ -20,79 +21,6 @@ using Glyphs = std::vector<FT_UInt>;
 struct Run {
   XftFont *font;
   Glyphs glyphs;
-};
-
-// The fonts that stand in for one font of the interface, opened when a character needs them.
-class Fallbacks {
-public:
-  // Another reference to the font, so that no later font gets its address.
-  Fallbacks(Display *display, XftFont *font) : display_(display), font_(XftFontCopy(display, font)) {}
-  ~Fallbacks() {
-    for (XftFont *font : others_)
-      XftFontClose(display_, font);
-    XftFontClose(display_, font_);
-    if (fonts_ != nullptr) FcFontSetDestroy(fonts_);
-    if (wanted_ != nullptr) FcPatternDestroy(wanted_);
-  }
-  Fallbacks(const Fallbacks &) = delete;
-  Fallbacks &operator=(const Fallbacks &) = delete;
-
-  bool isOf(Display *display, const XftFont *font) const { return display == display_ && font == font_; }
-  bool isOf(Display *display) const { return display == display_; }
-
-  // The interface's font if no font has the character: it draws its sign for a missing one.
-  XftFont *fontFor(FcChar32 character) {
-    constexpr FcChar32 space = 0x20; // and control characters, which no font draws
-    if (character <= space || XftCharExists(display_, font_, character) != 0) return font_;
-    for (XftFont *other : others_)
-      if (XftCharExists(display_, other, character) != 0) return other;
-    XftFont *found = open(character);
-    return found == nullptr ? font_ : others_.emplace_back(found);
-  }
-
-private:
-  // The first of the system's fonts that has the character, as large as the interface's; null: there is none. Fonts of
-  // coloured pictures are left out: older versions of the library cannot draw them.
-  XftFont *open(FcChar32 character) {
-    if (fonts_ == nullptr) sort();
-    for (int i = 0; fonts_ != nullptr && i < fonts_->nfont; ++i) {
-      FcPattern *font = fonts_->fonts[i];
-      FcCharSet *characters = nullptr;
-      FcBool colored = FcFalse;
-      FcPatternGetBool(font, FC_COLOR, 0, &colored);
-      if (colored != FcFalse || FcPatternGetCharSet(font, FC_CHARSET, 0, &characters) != FcResultMatch ||
-          FcCharSetHasChar(characters, character) == FcFalse)
-        continue;
-      FcPattern *prepared = FcFontRenderPrepare(nullptr, wanted_, font);
-      XftFont *opened = XftFontOpenPattern(display_, prepared);
-      if (opened == nullptr) {
-        FcPatternDestroy(prepared); // else the font owns it
-        continue;
-      }
-      if (XftCharExists(display_, opened, character) != 0) return opened;
-      XftFontClose(display_, opened);
-    }
-    return nullptr;
-  }
-
-  // Sorts the system's fonts by how well they stand in for the interface's.
-  void sort() {
-    wanted_ = FcPatternCreate();
-    for (const char *property : {FC_FAMILY, FC_PIXEL_SIZE, FC_WEIGHT, FC_SLANT}) {
-      FcValue value{};
-      if (FcPatternGet(font_->pattern, property, 0, &value) == FcResultMatch) FcPatternAdd(wanted_, property, value, 1);
-    }
-    FcConfigSubstitute(nullptr, wanted_, FcMatchPattern);
-    XftDefaultSubstitute(display_, DefaultScreen(display_), wanted_);
-    FcResult result = FcResultNoMatch;
-    fonts_ = FcFontSort(nullptr, wanted_, FcTrue, nullptr, &result);
-  }
-
-  Display *display_;
-  XftFont *font_;
-  FcPattern *wanted_ = nullptr;
-  FcFontSet *fonts_ = nullptr; // null until a character needs them
-  std::vector<XftFont *> others_;
 };
 
 std::vector<std::unique_ptr<Fallbacks>> s_fallbacks;

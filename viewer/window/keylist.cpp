@@ -8,6 +8,9 @@
 #include <sstream>
 
 #include "viewer/window/actions.h"
+#include "viewer/window/openkeys.h"
+#include "viewer/window/rowskeys.h"
+#include "viewer/window/textediting.h"
 
 namespace viewer {
 namespace {
@@ -92,6 +95,56 @@ std::string sentenceOf(const Translation &translation) {
          translation.argument;
 }
 
+// What the keys of other parts of the window do, by the calls of their translations. Those that do what they do in
+// every program are not listed.
+struct Meaning {
+  std::vector<std::string> calls;
+  std::string sentence;
+};
+struct Part {
+  const char *group;
+  std::string (*translations)();
+  std::vector<Meaning> meanings;
+};
+
+const std::vector<Part> &otherParts() {
+  static const std::vector<Part> s_parts{
+      {"Side Panel",
+       rowsTranslations,
+       {{{"rows(choose)"}, "Goes to the hit"},
+        {{"rows(up)", "rows(down)", "rows(pageUp)", "rows(pageDown)", "rows(first)", "rows(last)"}, "Moves the cursor"},
+        {{"rows(leave)"}, "Gives the keyboard to the page"}}},
+      {"Text Fields",
+       fieldTranslations,
+       {{{"edit(copy)"}, "Copies the selected text"},
+        {{"edit(cut)"}, "Cuts it"},
+        {{"edit(paste)"}, "Inserts the copied text"},
+        {{"edit(selectAll)"}, "Selects all"},
+        {{"edit(undo)"}, "Undoes a change"},
+        {{"edit(redo)"}, "Repeats it"},
+        {{"delete-previous-word()", "delete-next-word()"}, "Deletes a word"}}},
+      {"Open Dialog",
+       openTranslations,
+       {{{"openDialog(complete)"}, "Completes the name"},
+        {{"openDialog(select, -1)", "openDialog(select, 1)", "openDialog(select, -10)", "openDialog(select, 10)"},
+         "Selects another file"},
+        {{"openDialog(up)", "openDialog(erase)"}, "The folder above"}}}};
+  return s_parts;
+}
+
+void addOtherParts(std::vector<KeyRow> &rows) {
+  for (const Part &part : otherParts()) {
+    const std::vector<Translation> translations = parsedLines(part.translations());
+    for (const Meaning &meaning : part.meanings) {
+      KeyRow row{part.group, "", meaning.sentence, ""};
+      for (const std::string &call : meaning.calls)
+        for (const Translation &one : translations)
+          if (one.action == call) add(row, keyName(one.event));
+      rows.push_back(std::move(row));
+    }
+  }
+}
+
 } // namespace
 
 std::vector<KeyRow> keyRows(const std::function<std::string(const std::string &)> &accelerator,
@@ -114,6 +167,7 @@ std::vector<KeyRow> keyRows(const std::function<std::string(const std::string &)
   rows.push_back({pageGroup, "F10", "Opens the menus", ""}); // the toolkit's keys, as the one with the first letter
   for (const std::string menu : menuNames())
     add(rows.back(), "Alt+" + menu.substr(0, 1));
+  addOtherParts(rows);
   rows.insert(rows.end(), others.begin(), others.end());
   std::erase_if(rows, [](const KeyRow &row) { return row.keys.empty(); });
   const auto rank = [](const KeyRow &row) { return std::ranges::find(menuNames(), row.group) - menuNames().begin(); };

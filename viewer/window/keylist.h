@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// All keys in force, as users read them: from the table of commands, the keys of the menus' entries, and the page's
-// translations with those of a user. Nothing here uses the display.
+// All keys in force, as users read them: from the table of commands, the keys of the menus' entries, the page's
+// translations with those of a user, and the translations of the side panel, of text fields and of the Open dialog.
+// Nothing here uses the display.
 #pragma once
 
 #include <functional>
@@ -18,7 +19,8 @@ struct KeyRow {
 };
 inline constexpr const char *pageGroup = "Page";
 
-/// The rows in the order of the menus, those of pageGroup last; commands without a key have none.
+/// The rows in the order of the menus, then those of pageGroup and of other parts of the window; commands without a key
+/// have none.
 /// @param accelerator gives the key of a menu's entry as keyName does; empty: none
 /// @param usersTranslations of the page, as in a resource; each hides those of the program that it matches
 /// @param others further rows, such as those of plug-ins

@@ -1,13 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Two columns of rows, each of a label with the keys and one with what they do: with the same lines, which are so at
-// the same height. It scrolls on a screen that is too small for it.
+// Columns of rows, each of a label with the keys and one with what they do: with as many lines, which are therefore at
+// the same height. There are as many columns as fit on the screen; a list that is still too high scrolls.
 #include "viewer/window/keysdialog.h"
 
 #include <Xm/Form.h>
 #include <Xm/Label.h>
 #include <Xm/PushB.h>
 #include <Xm/RowColumn.h>
+#include <Xm/ScrollBar.h>
 #include <Xm/ScrolledW.h>
 
 #include <algorithm>
@@ -16,6 +17,7 @@
 
 #include "viewer/window/motif.h"
 #include "viewer/window/toolkit.h"
+#include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
@@ -33,7 +35,7 @@ bool beginsGroup(const std::vector<KeyRow> &rows, size_t i) { return i == 0 || r
 
 // Several keys on as many lines as they need.
 void add(Column &column, const KeyRow &row) {
-  constexpr size_t longest = 24;
+  constexpr size_t longest = 34;
   std::string line, sentence = row.sentence;
   size_t start = 0;
   while (start < row.keys.size()) {
@@ -49,24 +51,35 @@ void add(Column &column, const KeyRow &row) {
   column.add(line, sentence);
 }
 
-// Two columns with as many lines. Groups stay together; a heading and an empty line belong to each.
-std::vector<Column> columnsOf(const std::vector<KeyRow> &rows) {
-  std::vector<Column> columns(1);
-  size_t lines = rows.size();
-  for (size_t i = 0; i < rows.size(); ++i)
-    if (beginsGroup(rows, i)) lines += 2;
+// The rows of each group, under a heading.
+std::vector<Column> groupsOf(const std::vector<KeyRow> &rows) {
+  std::vector<Column> groups;
   for (size_t i = 0; i < rows.size(); ++i) {
-    if (beginsGroup(rows, i)) {
-      if (columns.size() == 1 && columns.back().keys.size() >= lines / 2) columns.emplace_back();
-      if (!columns.back().keys.empty()) columns.back().add("", "");
-      columns.back().add(rows[i].group, "");
-    }
-    add(columns.back(), rows[i]);
+    if (beginsGroup(rows, i)) groups.emplace_back().add(rows[i].group, "");
+    add(groups.back(), rows[i]);
   }
-  while (columns.size() == 2 && columns[1].keys.size() < columns[0].keys.size())
-    columns[1].add("", "");
-  while (columns.size() == 2 && columns[0].keys.size() < columns[1].keys.size())
-    columns[0].add("", "");
+  return groups;
+}
+
+// As many columns of the same height, or fewer. Groups stay together, with an empty line between them; one begins the
+// next column if more than half of it would be too low.
+std::vector<Column> columnsOf(const std::vector<KeyRow> &rows, size_t count) {
+  const std::vector<Column> groups = groupsOf(rows);
+  size_t lines = 0, highest = 0;
+  for (const Column &group : groups)
+    lines += group.keys.size() + 1;
+  std::vector<Column> columns(1);
+  for (const Column &group : groups) {
+    if (columns.size() < count && columns.back().keys.size() + group.keys.size() / 2 > lines / count)
+      columns.emplace_back();
+    if (!columns.back().keys.empty()) columns.back().add("", "");
+    for (size_t i = 0; i < group.keys.size(); ++i)
+      columns.back().add(group.keys[i], group.sentences[i]);
+    highest = std::max(highest, columns.back().keys.size());
+  }
+  for (Column &column : columns)
+    while (column.keys.size() < highest)
+      column.add("", "");
   return columns;
 }
 
@@ -78,11 +91,76 @@ std::string joined(const std::vector<std::string> &lines) {
   return text;
 }
 
+struct Size {
+  int width, height;
+};
+
+::Widget makeList(const Toolkit &toolkit, ::Widget scrolled, const std::vector<Column> &columns) {
+  ::Widget list = XtVaCreateWidget("list", xmRowColumnWidgetClass, scrolled, XmNorientation, XmHORIZONTAL, XmNpacking,
+                                   XmPACK_TIGHT, XmNspacing, toolkit.pixels(12), nullptr);
+  for (const Column &column : columns)
+    for (const std::vector<std::string> &lines : {column.keys, column.sentences}) {
+      ::Widget label =
+          XtVaCreateManagedWidget("keysLabel", xmLabelWidgetClass, list, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
+      setLabel(label, joined(lines));
+    }
+  return list;
+}
+
+Size sizeOf(::Widget list) {
+  XtWidgetGeometry wanted{};
+  XtQueryGeometry(list, nullptr, &wanted);
+  return {wanted.width, wanted.height};
+}
+
+// As few columns as the height of the screen allows, but no more than its width does.
+::Widget makeFittingList(const Toolkit &toolkit, ::Widget scrolled, const std::vector<KeyRow> &rows, const Size &most) {
+  constexpr size_t mostColumns = 4;
+  ::Widget list = makeList(toolkit, scrolled, columnsOf(rows, 1));
+  for (size_t count = 2; count <= mostColumns && sizeOf(list).height > most.height; ++count) {
+    ::Widget more = makeList(toolkit, scrolled, columnsOf(rows, count));
+    const bool fits = sizeOf(more).width <= most.width;
+    XtDestroyWidget(fits ? list : more);
+    if (!fits) break;
+    list = more;
+  }
+  XtManageChild(list);
+  return list;
+}
+
+constexpr char keys[] = "<Key>osfUp: keysDialog(-1)\n"
+                        "<Key>osfDown: keysDialog(1)\n"
+                        "<Key>osfPageUp: keysDialog(-page)\n"
+                        "<Key>osfPageDown: keysDialog(page)\n"
+                        "<Key>Home: keysDialog(-all)\n"
+                        "<Key>osfBeginLine: keysDialog(-all)\n"
+                        "<Key>End: keysDialog(all)\n"
+                        "<Key>osfEndLine: keysDialog(all)\n";
+
+// Scrolls the list that the widget has as its user data.
+void scroll(::Widget widget, XEvent * /*event*/, String *arguments, Cardinal *count) {
+  ::Widget scrolled = nullptr, bar = nullptr;
+  XtVaGetValues(widget, XmNuserData, &scrolled, nullptr);
+  if (scrolled == nullptr || *count == 0) return;
+  XtVaGetValues(scrolled, XmNverticalScrollBar, &bar, nullptr);
+  if (bar == nullptr || XtIsManaged(bar) == 0) return;
+  int value = 0, size = 0, line = 0, page = 0, least = 0, most = 0;
+  XmScrollBarGetValues(bar, &value, &size, &line, &page);
+  XtVaGetValues(bar, XmNminimum, &least, XmNmaximum, &most, nullptr);
+  const std::string what = arguments[0];
+  const int distance = what.ends_with("1") ? line : what.ends_with("page") ? page : most - least;
+  value = std::clamp(what.starts_with('-') ? value - distance : value + distance, least, most - size);
+  XmScrollBarSetValues(bar, value, size, line, page, True);
+}
+
 } // namespace
 
+// The button has the keyboard, and the keys that scroll.
 ::Widget KeysDialog::build(const std::vector<KeyRow> &rows) const {
   const int gap = toolkit_.pixels(10);
-  char name[] = "keys";
+  char name[] = "keys", action[] = "keysDialog";
+  XtActionsRec procedures[] = {{action, scroll}};
+  XtAppAddActions(toolkit_.context(), procedures, XtNumber(procedures));
   ::Widget form = XmCreateFormDialog(toolkit_.shell(), name, nullptr, 0);
   const MotifString title("Keys");
   XtVaSetValues(form, XmNdialogTitle, static_cast<XmString>(title), XmNautoUnmanage, False, XmNhorizontalSpacing, gap,
@@ -92,26 +170,26 @@ std::string joined(const std::vector<std::string> &lines) {
                                            toolkit_.pixels(4), nullptr);
   setLabel(close, "OK");
   whenever(close, XmNactivateCallback, [form](const XEvent *) { XtUnmanageChild(form); });
-  XtVaSetValues(form, XmNcancelButton, close, XmNdefaultButton, close, nullptr);
+  XtVaSetValues(form, XmNcancelButton, close, XmNdefaultButton, close, XmNinitialFocus, close, nullptr);
   ::Widget scrolled = XtVaCreateManagedWidget("scrolled", xmScrolledWindowWidgetClass, form, XmNscrollingPolicy,
                                               XmAUTOMATIC, XmNshadowThickness, 0, XmNleftAttachment, XmATTACH_FORM,
                                               XmNrightAttachment, XmATTACH_FORM, XmNtopAttachment, XmATTACH_FORM,
                                               XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, close, nullptr);
-  ::Widget list = XtVaCreateWidget("list", xmRowColumnWidgetClass, scrolled, XmNorientation, XmHORIZONTAL, XmNpacking,
-                                   XmPACK_TIGHT, XmNspacing, toolkit_.pixels(12), nullptr);
-  for (const Column &column : columnsOf(rows))
-    for (const std::vector<std::string> &lines : {column.keys, column.sentences}) {
-      ::Widget label =
-          XtVaCreateManagedWidget("keysLabel", xmLabelWidgetClass, list, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
-      setLabel(label, joined(lines));
-    }
-  XtManageChild(list);
-  XtWidgetGeometry wanted{};
-  XtQueryGeometry(list, nullptr, &wanted);
+  XtVaSetValues(close, XmNuserData, scrolled, nullptr);
+  XtOverrideTranslations(close, XtParseTranslationTable(withoutOtherModifiers(keys).c_str()));
+  ::Widget bar = nullptr;
+  XtVaGetValues(scrolled, XmNverticalScrollBar, &bar, nullptr);
+  Dimension barWidth = 0, spacing = 0;
+  XtVaGetValues(bar, XmNwidth, &barWidth, nullptr);
+  XtVaGetValues(scrolled, XmNspacing, &spacing, nullptr);
+  XtVaSetValues(bar, XmNtraversalOn, False, nullptr);
   const Screen *screen = XtScreen(form);
   const int frame = toolkit_.pixels(4);
-  XtVaSetValues(scrolled, XmNwidth, std::min(wanted.width + frame, WidthOfScreen(screen) * 9 / 10), XmNheight,
-                std::min(wanted.height + frame, HeightOfScreen(screen) * 8 / 10), nullptr);
+  const Size most{WidthOfScreen(screen) * 9 / 10 - barWidth - spacing - frame, HeightOfScreen(screen) * 8 / 10 - frame};
+  const Size wanted = sizeOf(makeFittingList(toolkit_, scrolled, rows, most));
+  const bool scrolls = wanted.height > most.height;
+  XtVaSetValues(scrolled, XmNwidth, std::min(wanted.width, most.width) + frame + (scrolls ? barWidth + spacing : 0),
+                XmNheight, std::min(wanted.height, most.height) + frame, nullptr);
   return form;
 }
 

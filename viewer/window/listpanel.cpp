@@ -14,7 +14,8 @@ namespace viewer {
 namespace {
 
 constexpr int widthInDigits = 36;
-constexpr double margin = 8; // in pixels at 96 dots per inch
+constexpr int leastDigits = 8;
+constexpr double margin = 8, edgeWidth = 5; // in pixels at 96 dots per inch
 
 } // namespace
 
@@ -32,13 +33,28 @@ ListPanel::ListPanel(MainWindow &window, ::Widget parent, ::Widget page)
   XtVaSetValues(panel_, XmNleftAttachment, XmATTACH_FORM, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, above,
                 XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, below, nullptr);
   whenever(panel_, XmNresizeCallback, [this](const XEvent *) { layOut(); });
+  edge_ = std::make_unique<PanelEdge>(parent, above, below, window.pixels(edgeWidth), [this](int left) {
+    draggedWidth_ = left;
+    place();
+  });
 }
 
-// As wide as a short line of text, but the page stays the larger part of the window.
+// As wide as a short line of text, but the page is the larger part of the window, unless the user has dragged the edge.
 int ListPanel::width() const {
   Dimension all = 0;
   XtVaGetValues(window_.toolkit().shell(), XmNwidth, &all, nullptr);
-  return std::min(rows_->painter().digits(widthInDigits) + RowsView::barWidth(window_), all * 2 / 5);
+  const auto withText = [this](int digits) { return rows_->painter().digits(digits) + RowsView::barWidth(window_); };
+  if (draggedWidth_ == 0) return std::min(withText(widthInDigits), all * 2 / 5);
+  const int least = withText(leastDigits);
+  return std::clamp(draggedWidth_, least, std::max(least, all * 4 / 5));
+}
+
+// The form asks a child for its width, and a drawing area has none: all are placed by their distance from the left.
+void ListPanel::place() {
+  const int right = width();
+  XtVaSetValues(panel_, XmNrightAttachment, XmATTACH_OPPOSITE_FORM, XmNrightOffset, -right, nullptr);
+  edge_->show(right);
+  XtVaSetValues(page_, XmNleftOffset, right + edge_->width(), nullptr);
 }
 
 void ListPanel::layOut() {
@@ -55,13 +71,11 @@ void ListPanel::toggle() {
     window_.focusPage();
     XtVaSetValues(page_, XmNleftOffset, 0, nullptr);
     XtUnmanageChild(panel_);
+    edge_->hide();
     return;
   }
-  // The form asks a child for its width, and a drawing area has none: both are placed by their distance from the left.
-  const int right = width();
-  XtVaSetValues(panel_, XmNrightAttachment, XmATTACH_OPPOSITE_FORM, XmNrightOffset, -right, nullptr);
+  place();
   XtManageChild(panel_);
-  XtVaSetValues(page_, XmNleftOffset, right, nullptr);
   layOut();
   rows_->focus();
 }

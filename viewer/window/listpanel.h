@@ -1,11 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The side panel: the list of a plug-in left of the page, under its title.
+// The side panel: the list of a plug-in left of the page, under its title. Its edge is dragged to change its width.
 #pragma once
 
 #include <memory>
 #include <string>
 
+#include "viewer/window/paneledge.h"
 #include "viewer/window/rowsview.h"
 
 namespace viewer {
@@ -24,11 +25,14 @@ public:
 private:
   bool isShown() const { return XtIsManaged(panel_) != 0; }
   int width() const;
+  void place();
   void layOut();
 
   MainWindow &window_;
   ::Widget page_, panel_, title_;
   std::unique_ptr<RowsView> rows_;
+  std::unique_ptr<PanelEdge> edge_;
+  int draggedWidth_ = 0; ///< by the user; 0: not yet
   std::string titleText_;
 };
 

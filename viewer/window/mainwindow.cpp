@@ -2,12 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "viewer/window/mainwindow.h"
 
-#include <Xm/AtomMgr.h>
 #include <Xm/Form.h>
-#include <Xm/Protocols.h>
 #include <Xm/TextF.h>
 
-#include "viewer/window/actions.h"
 #include "viewer/window/alert.h"
 #include "viewer/window/motif.h"
 #include "viewer/window/opendialog.h"
@@ -17,8 +14,8 @@
 namespace viewer {
 
 MainWindow::MainWindow(Toolkit &toolkit, const Model &model, host::Application &app, const host::PluginLoader &plugins)
-    : toolkit_(toolkit), model_(model), app_(app), plugins_(plugins), loop_(toolkit.context(), [this] { update(); }),
-      bindings_(*this), findDialog_(std::make_unique<FindDialog>(*this)), title_(toolkit.shell()),
+    : toolkit_(toolkit), model_(model), app_(app), loop_(toolkit.context(), [this] { update(); }), bindings_(*this),
+      findDialog_(std::make_unique<FindDialog>(*this)), help_(toolkit, plugins), shell_(toolkit, [this] { quit(); }),
       refresh_(
           *this, [this](uint32_t parts) { show(parts); }, [this] { return fillMenus(); }) {
   build();
@@ -55,23 +52,16 @@ void MainWindow::build() {
   XtManageChild(form_);
   // The toolkit handles the help key itself: it never reaches the menu's entry.
   whenever(form_, XmNhelpCallback, [this](const XEvent *) { showKeys(); });
-  ::Atom close = XmInternAtom(toolkit_.display(), const_cast<char *>("WM_DELETE_WINDOW"), False);
-  const auto quitNow = [](::Widget, XtPointer window, XtPointer) { static_cast<MainWindow *>(window)->quit(); };
-  XmAddWMProtocolCallback(toolkit_.shell(), close, quitNow, this);
 }
 
 void MainWindow::realize() {
-  ::Widget shell = toolkit_.shell();
-  const Toolkit::Size size = toolkit_.windowSize();
-  XtVaSetValues(shell, XmNwidth, size.width, XmNheight, size.height, nullptr);
-  XtVaSetValues(shell, XmNminWidth, pixels(320), XmNminHeight, pixels(240), XmNbaseWidth, 0, XmNbaseHeight, 0, nullptr);
-  XtRealizeWidget(shell);
+  shell_.realize();
   pageArea_->layOut();
 }
 
 void MainWindow::map() {
-  title_.show(oneLine(model_.documents.title()));
-  XtMapWidget(toolkit_.shell());
+  shell_.title().show(oneLine(model_.documents.title()));
+  shell_.map();
   focusPage();
 }
 
@@ -110,31 +100,19 @@ void MainWindow::leaveFields() {
 
 void MainWindow::askPassword(const Target &target, bool again, const Questions::Answer &answer) {
   const std::string name = target.file.filename().string();
+  awaitPosition();
   askForPassword(toolkit_, (again ? "That was not the password. " : "") + name + " is encrypted: a password is needed.",
                  answer);
 }
 
-int32_t MainWindow::alert(const host::Alert &alert) { return showAlert(*this, alert); }
+int32_t MainWindow::alert(const host::Alert &alert) {
+  awaitPosition();
+  return showAlert(*this, alert);
+}
 
 void MainWindow::showKeys() {
   if (fillMenus()) update();
-  const auto accelerator = [this](const std::string &command) { return menuBar_->keyOf(command); };
-  std::vector<KeyRow> ofPlugins;
-  for (const KeyOfButton &button : menuBar_->pluginKeys())
-    ofPlugins.push_back({pluginMenu, button.key, button.label, ""});
-  keysDialog_.show(keyRows(accelerator, pageArea_->usersTranslations(), ofPlugins));
-}
-
-void MainWindow::showPlugins() {
-  std::string text;
-  for (const host::Plugin &plugin : plugins_.plugins())
-    text += (text.empty() ? "" : "\n") + plugin.name + (plugin.version.empty() ? "" : " " + plugin.version) + ":  " +
-            host::describe(plugin.state) + (plugin.reason.empty() ? "" : ": " + plugin.reason);
-  informations_.show("About Plug-Ins", text.empty() ? "There are no plug-ins." : text);
-}
-
-void MainWindow::showAbout() {
-  informations_.show("About Tavrel", "Tavrel " TAVREL_VERSION "\nA PDF viewer that shows where a search's hits are.");
+  help_.showKeys(*menuBar_, *pageArea_);
 }
 
 void MainWindow::loop(const std::function<bool()> &until) {
@@ -173,7 +151,7 @@ void MainWindow::show(uint32_t parts) {
   if ((parts & partFind) != 0) findDialog_->update();
   if ((parts & partStatus) != 0) {
     statusBar_->show(model_.status.message(), app_.statusText());
-    title_.show(oneLine(model_.documents.title()));
+    shell_.title().show(oneLine(model_.documents.title()));
   }
 }
 

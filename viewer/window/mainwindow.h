@@ -9,13 +9,11 @@
 #include <memory>
 #include <string>
 
-#include "host/kernel/loader.h"
 #include "viewer/model/commands.h"
 #include "viewer/window/bindings.h"
 #include "viewer/window/eventloop.h"
 #include "viewer/window/finddialog.h"
-#include "viewer/window/information.h"
-#include "viewer/window/keysdialog.h"
+#include "viewer/window/help.h"
 #include "viewer/window/listpanel.h"
 #include "viewer/window/menubar.h"
 #include "viewer/window/pagearea.h"
@@ -23,7 +21,7 @@
 #include "viewer/window/statusbar.h"
 #include "viewer/window/toolbarview.h"
 #include "viewer/window/toolkit.h"
-#include "viewer/window/windowtitle.h"
+#include "viewer/window/windowshell.h"
 
 namespace viewer {
 
@@ -41,7 +39,7 @@ public:
   host::Application &app() { return app_; }
   Toolkit &toolkit() { return toolkit_; }
   int pixels(double length) const override { return toolkit_.pixels(length); }
-  Informations &informations() { return informations_; }
+  Informations &informations() { return help_.informations(); }
   PageArea &pageArea() { return *pageArea_; }
   ToolBarView &toolBarView() { return *toolBar_; }
   const ListPanel &listPanel() const { return *listPanel_; }
@@ -52,8 +50,8 @@ public:
   void leaveFields() override;
   void showKeys() override;
   void toggleSidePanel() override { listPanel_->toggle(); }
-  void showPlugins() override;
-  void showAbout() override;
+  void showPlugins() override { help_.showPlugins(); }
+  void showAbout() override { help_.showAbout(); }
   void quit() override { loop_.quit(); }
   void focusPage();
   void run(const Command &command, const std::string &argument = {});
@@ -62,6 +60,9 @@ public:
   void askPassword(const Target &target, bool again, const Questions::Answer &answer);
   /// For plug-ins: shows an alert and returns its answer.
   int32_t alert(const host::Alert &alert);
+
+  /// To be called before a dialog that may be the first: waits until the window has its position on the screen.
+  void awaitPosition() { shell_.awaitPosition(); }
 
   /// Handles events until quit() is called or `until` returns true.
   void loop(const std::function<bool()> &until);
@@ -82,7 +83,6 @@ private:
   Toolkit &toolkit_;
   Model model_;
   host::Application &app_;
-  const host::PluginLoader &plugins_;
   EventLoop loop_;
   Bindings bindings_;
   ::Widget form_ = nullptr;
@@ -92,9 +92,8 @@ private:
   std::unique_ptr<ListPanel> listPanel_;
   std::unique_ptr<StatusBar> statusBar_;
   std::unique_ptr<FindDialog> findDialog_;
-  Informations informations_{toolkit_};
-  KeysDialog keysDialog_{toolkit_};
-  WindowTitle title_;
+  Help help_;
+  WindowShell shell_;
   Refresh refresh_;
 };
 

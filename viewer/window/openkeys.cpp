@@ -10,6 +10,7 @@
 
 #include "viewer/model/onelinetext.h"
 #include "viewer/window/motif.h"
+#include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
@@ -17,15 +18,17 @@ namespace {
 OpenKeys *s_keys; // of the open dialog: the toolkit's action procedures get no client data
 
 constexpr char keysEverywhere[] = "Mod1<Key>osfUp: openDialog(up)\n";
-constexpr char keysOfField[] = "Mod1<Key>osfUp: openDialog(up)\n"
-                               "~Mod1<Key>osfUp: openDialog(select, -1)\n"
-                               "~Mod1<Key>osfDown: openDialog(select, 1)\n"
+constexpr char keysOfField[] = "<Key>osfUp: openDialog(select, -1)\n"
+                               "<Key>osfDown: openDialog(select, 1)\n"
                                "<Key>osfPageUp: openDialog(select, -10)\n"
                                "<Key>osfPageDown: openDialog(select, 10)\n"
-                               "~Shift ~Ctrl ~Mod1<Key>Tab: openDialog(complete)\n"
-                               "~Shift ~Ctrl ~Mod1<Key>osfBackSpace: openDialog(erase)\n";
-constexpr char keysOfLists[] = "Mod1<Key>osfUp: openDialog(up)\n"
-                               "~Mod1<Key>osfBackSpace: openDialog(up)\n";
+                               "<Key>Tab: openDialog(complete)\n"
+                               "<Key>osfBackSpace: openDialog(erase)\n";
+constexpr char keysOfLists[] = "<Key>osfBackSpace: openDialog(up)\n";
+
+void override(::Widget widget, const std::string &keys) {
+  XtOverrideTranslations(widget, XtParseTranslationTable(withoutOtherModifiers(keys).c_str()));
+}
 
 void act(::Widget widget, XEvent *event, String *arguments, Cardinal *count) {
   if (s_keys == nullptr || *count == 0) return;
@@ -52,6 +55,10 @@ void typedInList(::Widget /*list*/, XtPointer /*data*/, XEvent *event, Boolean *
 
 } // namespace
 
+std::string openTranslations() {
+  return withoutOtherModifiers(std::string(keysEverywhere) + keysOfField + keysOfLists);
+}
+
 void addKeys(XtAppContext context, const OpenWidgets &widgets, OpenKeys &keys) {
   static bool s_known = false;
   if (!std::exchange(s_known, true)) {
@@ -60,11 +67,12 @@ void addKeys(XtAppContext context, const OpenWidgets &widgets, OpenKeys &keys) {
     XtAppAddActions(context, procedures, XtNumber(procedures));
   }
   s_keys = &keys;
-  for (::Widget one : {widgets.all, widgets.up, widgets.open, widgets.cancel})
-    XtOverrideTranslations(one, XtParseTranslationTable(keysEverywhere));
-  XtOverrideTranslations(widgets.field, XtParseTranslationTable(keysOfField));
+  for (::Widget one :
+       {widgets.all, widgets.up, widgets.open, widgets.cancel, widgets.field, widgets.folders, widgets.files})
+    override(one, keysEverywhere);
+  override(widgets.field, keysOfField);
   for (::Widget list : {widgets.folders, widgets.files}) {
-    XtOverrideTranslations(list, XtParseTranslationTable(keysOfLists));
+    override(list, keysOfLists);
     XtAddEventHandler(list, KeyPressMask, False, typedInList, nullptr);
   }
   whenever(widgets.form, XmNdestroyCallback, [](const XEvent *) { s_keys = nullptr; });

@@ -26,6 +26,9 @@ public:
   virtual void type(const std::string &character) = 0;
 };
 
+/// The translations of the dialog, with the action openDialog(WHAT).
+std::string openTranslations();
+
 /// Adds them to the widgets of the only dialog that is open. `keys` must live as long as the widgets.
 void addKeys(XtAppContext context, const OpenWidgets &widgets, OpenKeys &keys);
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Paints the rows of a list: a page's number, and a text.
+// Paints the rows of a list: a page's number, and a text in which a part is emphasised. A text that is too wide ends
+// with an ellipsis.
 #pragma once
 
 #include <Xm/Xm.h>
@@ -33,13 +34,16 @@ public:
   void paint(const host::ListText *text, int y, const RowMarks &marks);
 
 private:
-  void draw(const std::string &text, Pixel color, int x, int y, bool toTheLeft = false);
+  int widthOf(const std::string &text) const;
+  void draw(const std::string &text, Pixel color, int x, int y);
+  void fill(Pixel color, int x, int y, int width);
+  void paintText(const host::ListText &text, int x, int y, int width);
 
   MainWindow &window_;
   ::Widget rows_;
   XmRenderTable fonts_ = nullptr;
   GC context_;
-  Pixel background_ = 0, foreground_ = 0, currentColor_, noteColor_;
+  Pixel background_ = 0, foreground_ = 0, currentColor_, markColor_, noteColor_;
   int rowHeight_, margin_;
 };
 

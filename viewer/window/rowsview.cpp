@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "viewer/window/rowsview.h"
 
-#include <X11/keysym.h>
 #include <Xm/DrawingA.h>
 #include <Xm/ScrollBar.h>
 
@@ -38,7 +37,6 @@ RowsView::RowsView(MainWindow &window, ::Widget parent, ::Widget label)
   });
   whenever(rows_, XmNinputCallback, [this](const XEvent *event) {
     if (event != nullptr && event->type == ButtonPress) press(event->xbutton);
-    if (event != nullptr && event->type == KeyPress) type(event->xkey);
   });
   for (const char *callback : {XmNvalueChangedCallback, XmNdragCallback})
     whenever(bar_, callback, [this](const XEvent *) {
@@ -46,6 +44,7 @@ RowsView::RowsView(MainWindow &window, ::Widget parent, ::Widget label)
       XtVaGetValues(bar_, XmNvalue, &value, nullptr);
       scrollTo(value);
     });
+  addRowsKeys(window.toolkit().context(), rows_, *this);
   // The cursor is visible only while the rows have the keyboard.
   const auto focusChanged = [](::Widget, XtPointer self, XEvent *, Boolean *) {
     guarded([self] { static_cast<RowsView *>(self)->paint(); });
@@ -60,10 +59,19 @@ RowsView::~RowsView() {
 int RowsView::barWidth(const MainWindow &window) { return window.pixels(14); }
 
 void RowsView::put(const Place &place) {
-  const int bar = barWidth(window_), height = std::max(1, place.height);
-  XtVaSetValues(rows_, XmNx, place.x, XmNy, place.y, XmNwidth, std::max(1, place.width - bar), XmNheight, height,
+  place_ = place;
+  layOut();
+}
+
+// The scroll bar is there only if there is something to scroll.
+void RowsView::layOut() {
+  const bool scrolls = position_.rows() > position_.whole();
+  const int bar = scrolls ? barWidth(window_) : 0, height = std::max(1, place_.height);
+  XtVaSetValues(rows_, XmNx, place_.x, XmNy, place_.y, XmNwidth, std::max(1, place_.width - bar), XmNheight, height,
                 nullptr);
-  XtVaSetValues(bar_, XmNx, place.x + place.width - bar, XmNy, place.y, XmNwidth, bar, XmNheight, height, nullptr);
+  if (!scrolls) return XtUnmanageChild(bar_);
+  XtVaSetValues(bar_, XmNx, place_.x + place_.width - bar, XmNy, place_.y, XmNwidth, bar, XmNheight, height, nullptr);
+  XtManageChild(bar_);
 }
 
 void RowsView::focus() { XmProcessTraversal(rows_, XmTRAVERSE_CURRENT); }
@@ -73,10 +81,13 @@ uint32_t RowsView::count() const {
   return list == nullptr ? 0 : std::min(list->rows, mostRows);
 }
 
+// A current row that was visible stays visible.
 void RowsView::resize() {
-  Dimension height = 0;
-  XtVaGetValues(rows_, XmNheight, &height, nullptr);
-  position_.resize(count(), static_cast<uint32_t>(height / painter_.rowHeight()));
+  const bool scrolled = XtIsManaged(bar_) != 0, visible = current_ && position_.shows(*current_);
+  const uint32_t before = position_.whole();
+  position_.resize(count(), static_cast<uint32_t>(std::max(0, place_.height) / painter_.rowHeight()));
+  if (visible && position_.whole() != before && !position_.shows(*current_)) position_.goTo(*current_);
+  if (scrolled != (position_.rows() > position_.whole())) layOut();
 }
 
 void RowsView::scrollTo(int64_t row) {
@@ -108,11 +119,12 @@ void RowsView::show() {
   fill();
 }
 
-// Asks for what is visible; the rest follows in further iterations of the event loop.
+// Asks for what is visible; the rest follows in further iterations of the event loop. Nothing can be asked while a
+// plug-in's alert is open: each call that may show one is followed by an update.
 void RowsView::fill() {
   const bool complete = window_.model().listTexts.fetch(position_.first(), position_.whole() + 1, atMost);
   paint();
-  if (complete || timer_ != 0) return;
+  if (complete || timer_ != 0 || window_.app().calling()) return;
   constexpr unsigned long soon = 1; // milliseconds
   const auto goOn = [](XtPointer self, XtIntervalId *) {
     auto &view = *static_cast<RowsView *>(self);
@@ -124,6 +136,7 @@ void RowsView::fill() {
 
 void RowsView::paint() {
   if (XtWindow(rows_) == 0) return;
+  ++paints_;
   Dimension width = 0, height = 0;
   XtVaGetValues(rows_, XmNwidth, &width, XmNheight, &height, nullptr);
   const bool hasKeyboard = XmGetFocusWidget(rows_) == rows_;
@@ -145,23 +158,21 @@ void RowsView::press(const XButtonEvent &event) {
   if (event.button == Button1 && row < position_.rows()) choose(static_cast<uint32_t>(row));
 }
 
-void RowsView::type(XKeyEvent event) {
-  if ((event.state & (ControlMask | Mod1Mask | Mod4Mask)) != 0) return;
-  const KeySym key = XLookupKeysym(&event, 0);
+void RowsView::moveCursor(int64_t row) {
+  position_.moveCursor(row);
+  show();
+}
+
+void RowsView::act(const std::string &what) {
   const int64_t row = position_.cursor(), page = position_.whole();
-  const struct {
-    KeySym key;
-    int64_t row;
-  } moves[] = {{XK_Up, row - 1},      {XK_Down, row + 1}, {XK_Prior, row - page},
-               {XK_Next, row + page}, {XK_Home, 0},       {XK_End, int64_t{position_.rows()} - 1}};
-  const auto *const move =
-      std::find_if(std::begin(moves), std::end(moves), [=](const auto &one) { return one.key == key; });
-  if (move != std::end(moves)) {
-    position_.moveCursor(move->row);
-    show();
-  }
-  if (key == XK_Return || key == XK_KP_Enter) choose(position_.cursor());
-  if (key == XK_Escape) window_.focusPage();
+  if (what == "up") moveCursor(row - 1);
+  if (what == "down") moveCursor(row + 1);
+  if (what == "pageUp") moveCursor(row - page);
+  if (what == "pageDown") moveCursor(row + page);
+  if (what == "first") moveCursor(0);
+  if (what == "last") moveCursor(int64_t{position_.rows()} - 1);
+  if (what == "choose") choose(position_.cursor());
+  if (what == "leave") window_.focusPage();
 }
 
 void RowsView::addTo(PanelState &state) const {
@@ -169,6 +180,7 @@ void RowsView::addTo(PanelState &state) const {
   state.current = current_ ? int64_t{*current_} : -1;
   state.rowHeight = painter_.rowHeight();
   state.place = placeOf(rows_);
+  state.paints = paints_;
   for (uint32_t row = position_.first(); row < position_.end(); ++row) {
     const host::ListText *text = window_.model().listTexts.text(row);
     state.texts.push_back(text == nullptr ? "" : text->text);

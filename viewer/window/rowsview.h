@@ -12,13 +12,14 @@
 #include "viewer/model/rowposition.h"
 #include "viewer/model/state.h"
 #include "viewer/window/rowpainter.h"
+#include "viewer/window/rowskeys.h"
 
 namespace viewer {
 
-class RowsView {
+class RowsView final : RowsKeys {
 public:
   RowsView(MainWindow &window, ::Widget parent, ::Widget label);
-  ~RowsView();
+  ~RowsView() override;
   RowsView(const RowsView &) = delete;
   RowsView &operator=(const RowsView &) = delete;
 
@@ -34,6 +35,7 @@ public:
 
 private:
   uint32_t count() const;
+  void layOut();
   void resize();
   void scrollTo(int64_t row);
   void follow();
@@ -41,16 +43,19 @@ private:
   void fill();
   void paint();
   void press(const XButtonEvent &event);
-  void type(XKeyEvent event);
+  void moveCursor(int64_t row);
+  void act(const std::string &what) override;
   void choose(uint32_t row);
 
   MainWindow &window_;
   ::Widget rows_, bar_;
   RowPainter painter_;
+  Place place_{};
   uint64_t list_ = 0; ///< the number of the one shown
   std::optional<uint32_t> current_;
   RowPosition position_; ///< Return chooses the row of its cursor
   XtIntervalId timer_ = 0;
+  size_t paints_ = 0;
 };
 
 } // namespace viewer

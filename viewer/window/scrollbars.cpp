@@ -73,10 +73,11 @@ void ScrollBars::sliderMoved() {
 
 void ScrollBars::movedSideways() {
   const Model &model = window_.model();
-  if (model.documents.view() == nullptr) return;
+  const PageWindow *shown = model.documents.window();
+  if (shown == nullptr) return;
   int value = 0;
   XtVaGetValues(horizontal_, XmNvalue, &value, nullptr);
-  model.moving.drag(value - model.documents.window()->scrollX(), 0);
+  model.moving.drag(value - shown->scrollX(), 0);
   model.changes.note(allParts);
 }
 

@@ -79,6 +79,8 @@ void editAsUsual(::Widget field, Shows shows) {
   XtOverrideTranslations(field, XtParseTranslationTable(keys));
 }
 
+std::string fieldTranslations() { return keys; }
+
 std::string editedText(::Widget field) { return fields().at(field)->text(); }
 
 void replaceText(::Widget field, const std::string &text) { fields().at(field)->replace(text); }

@@ -16,6 +16,9 @@ namespace viewer {
 /// undoes changes, Ctrl+Shift+Z and Ctrl+Y repeat them. A change by the program cannot be undone.
 void editAsUsual(::Widget field, Shows shows = Shows::text);
 
+/// The translations of such a field, with the action edit(WHAT) and those of the toolkit.
+std::string fieldTranslations();
+
 /// The text of such a field, also behind stars.
 std::string editedText(::Widget field);
 /// Replaces it, as if the user had: it can be undone.

@@ -61,8 +61,9 @@ void Ticks::press(int y) {
   });
   const Model &model = window_.model();
   model.moving.goToPage(*nearest);
-  if (model.documents.front() != nullptr && !window_.app().calling())
-    window_.app().markedPageChosen(*model.documents.front());
+  if (model.documents.front() == nullptr || window_.app().calling()) return;
+  window_.app().markedPageChosen(*model.documents.front());
+  model.changes.note(allParts);
 }
 
 } // namespace viewer

@@ -16,9 +16,22 @@
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
 #include "viewer/window/textediting.h"
+#include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
+
+constexpr int digits = 5; // of a page's number, for which there is space
+
+// Makes a label wide enough for a text. It never becomes narrower: the buttons after it would move.
+void reserve(::Widget label, const std::string &text) {
+  XmRenderTable fonts = nullptr;
+  Dimension width = 0, margin = 0;
+  XtVaGetValues(label, XmNrenderTable, &fonts, XmNwidth, &width, XmNmarginWidth, &margin, nullptr);
+  const MotifString string(text);
+  const auto wanted = static_cast<Dimension>(XmStringWidth(fonts, string) + 2 * margin);
+  if (wanted > width) XtVaSetValues(label, XmNwidth, wanted, nullptr);
+}
 
 // A gap follows these.
 constexpr const char *endsOfGroups[] = {"Open", "NextPage", "FitPage"};
@@ -58,6 +71,7 @@ void ToolBarView::update() {
   if (count != countText_) {
     countText_ = count;
     setLabel(pageCount_, count);
+    reserve(pageCount_, count);
   }
   setSensitive(pageField_, there);
 }
@@ -104,7 +118,6 @@ void ToolBarView::addGap() {
 }
 
 void ToolBarView::addPageField() {
-  constexpr int digits = 5;
   pageField_ = XtVaCreateManagedWidget("pageField", xmTextFieldWidgetClass, bar_, XmNcolumns, digits, XmNmarginHeight,
                                        window_.pixels(3), XmNmarginWidth, window_.pixels(4), XmNcursorPositionVisible,
                                        False, nullptr);
@@ -112,13 +125,15 @@ void ToolBarView::addPageField() {
            [this](const XEvent *) { XtVaSetValues(pageField_, XmNcursorPositionVisible, True, nullptr); });
   whenever(pageField_, XmNlosingFocusCallback,
            [this](const XEvent *) { XtVaSetValues(pageField_, XmNcursorPositionVisible, False, nullptr); });
-  pageCount_ =
-      XtVaCreateManagedWidget("pageCount", xmLabelWidgetClass, bar_, XmNmarginHeight, window_.pixels(5), nullptr);
-  setLabel(pageCount_, "");
+  pageCount_ = XtVaCreateManagedWidget("pageCount", xmLabelWidgetClass, bar_, XmNmarginHeight, window_.pixels(5),
+                                       XmNalignment, XmALIGNMENT_BEGINNING, XmNrecomputeSize, False, nullptr);
+  setLabel(pageCount_, " ");
+  reserve(pageCount_, "of " + std::string(digits, '0'));
   others_.insert(others_.end(), {pageField_, pageCount_});
   editAsUsual(pageField_);
   whenever(pageField_, XmNactivateCallback, [this](const XEvent *) { takePage(); });
-  XtOverrideTranslations(pageField_, XtParseTranslationTable("<Key>osfCancel: do(Escape)"));
+  const std::string leaves = withoutOtherModifiers("<Key>osfCancel: do(Escape)");
+  XtOverrideTranslations(pageField_, XtParseTranslationTable(leaves.c_str()));
 }
 
 void ToolBarView::restorePage() {

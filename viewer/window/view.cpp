@@ -120,7 +120,10 @@ ViewEnd run(const ViewOptions &options) {
   awaitDocument(waker, session);
   fonts.await();
   MainWindow &window = windows.get();
-  if (!options.note.empty()) window.informations().show("Tavrel", options.note);
+  if (!options.note.empty()) {
+    window.awaitPosition();
+    window.informations().show("Tavrel", options.note);
+  }
   const bool requested = !options.documents.empty() || !options.refused.empty(), embedded = !options.into.empty();
   bool had = false;
   {
@@ -128,7 +131,7 @@ ViewEnd run(const ViewOptions &options) {
     window.loop([&] {
       collector.collectMissed();
       had |= session.documents.front() != nullptr || session.opener.asksPassword();
-      if (!had && !embedded && !session.opener.opening()) failures.show(window.informations());
+      if (!had && !embedded && !session.opener.opening()) failures.show(window);
       return false;
     });
   }

@@ -62,6 +62,12 @@ TEST_F(Application, TheChoiceOfAMarkedPageIsNotified) {
   EXPECT_THAT(opened, ElementsAre(doc));
 }
 
+TEST_F(Application, APageThatIsStillBeingRenderedIsNotified) {
+  listen(tavrel::notifyPageAwaited, didOpen);
+  app.pageAwaited(*document);
+  EXPECT_THAT(opened, ElementsAre(doc));
+}
+
 TEST_F(Application, OpeningAndClosingAreNotified) {
   listen(tavrel::notifyDocDidOpen, didOpen);
   listen(tavrel::notifyDocDidClose, didClose);

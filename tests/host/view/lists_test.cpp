@@ -22,6 +22,12 @@ void row(Doc, uint32_t number, tavrel::ListRow *out) {
 void endless(Doc, uint32_t, tavrel::ListRow *out) { std::memset(out->text, 'x', sizeof out->text); }
 const char *unusualText;
 void unusual(Doc, uint32_t, tavrel::ListRow *out) { std::snprintf(out->text, sizeof out->text, "%s", unusualText); }
+std::pair<int, int> markAt;
+void marked(Doc, uint32_t, tavrel::ListRow *out) {
+  std::snprintf(out->text, sizeof out->text, "\u00E4 words");
+  out->markStart = static_cast<uint16_t>(markAt.first);
+  out->markLength = static_cast<uint16_t>(markAt.second);
+}
 void raising(Doc, uint32_t, tavrel::ListRow *) { Kernel::RaiseError(1); }
 void choose(Doc document, uint32_t number) {
   chosenIn = document;
@@ -68,6 +74,21 @@ TEST_F(Lists, ATextIsOneLineOfWholeCharacters) {
                                      {"", ""}}) {
     unusualText = given;
     EXPECT_EQ(text(0).text, shown);
+  }
+}
+
+TEST_F(Lists, AMarkIsOfWholeCharactersOfTheText) {
+  set("Places", 1, marked);
+  for (const auto &[start, length, markStart, markLength] : {std::tuple{0, 0, 0U, 0U},
+                                                             {2, 3, 2U, 3U},
+                                                             {0, 8, 0U, 8U},
+                                                             {3, 0xFFFF, 3U, 5U},
+                                                             {0xFFFF, 0xFFFF, 8U, 0U},
+                                                             {1, 4, 0U, 5U},
+                                                             {0, 1, 0U, 0U}}) {
+    markAt = {start, length};
+    EXPECT_EQ(text(0).markStart, markStart) << start;
+    EXPECT_EQ(text(0).markLength, markLength) << start;
   }
 }
 

@@ -4,63 +4,15 @@
 
 #include <algorithm>
 #include <iterator>
-#include <set>
-#include <sstream>
 
 #include "viewer/window/actions.h"
 #include "viewer/window/openkeys.h"
 #include "viewer/window/rowskeys.h"
 #include "viewer/window/textediting.h"
+#include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
-
-std::string trimmed(const std::string &text) {
-  const size_t first = text.find_first_not_of(" \t"), last = text.find_last_not_of(" \t");
-  return first == std::string::npos ? "" : text.substr(first, last - first + 1);
-}
-
-// A line of a table of translations.
-struct Translation {
-  std::string event;                     // "Ctrl ~Shift<Key>x"
-  std::string key;                       // "<Key>x"
-  std::set<std::string> held, forbidden; // modifiers; others are ignored
-  std::string action, argument;          // of the first call: "do" has the name of a command
-};
-
-Translation parsed(const std::string &line) {
-  Translation result;
-  const size_t open = line.find('<'), end = line.find(':', std::min(line.find('>'), line.size()));
-  if (open == std::string::npos || end == std::string::npos) return result;
-  result.event = trimmed(line.substr(0, end));
-  result.key = trimmed(line.substr(open, end - open));
-  std::istringstream modifiers(line.substr(line[0] == ':' ? 1 : 0, open - (line[0] == ':' ? 1 : 0)));
-  for (std::string modifier; modifiers >> modifier;)
-    if (modifier[0] == '~')
-      result.forbidden.insert(modifier.substr(1));
-    else
-      result.held.insert(modifier);
-  const std::string call = trimmed(line.substr(end + 1));
-  const size_t bracket = call.find('('), close = call.find(')'), comma = std::min(call.find(','), close);
-  result.action = call;
-  if (call.starts_with("do(") && close != std::string::npos) {
-    result.action = trimmed(call.substr(bracket + 1, comma - bracket - 1));
-    if (comma < close) result.argument = trimmed(call.substr(comma + 1, close - comma - 1));
-  }
-  return result;
-}
-
-std::vector<Translation> parsedLines(const std::string &table) {
-  std::vector<Translation> result;
-  std::istringstream lines(table);
-  for (std::string line; std::getline(lines, line);) {
-    line = trimmed(line);
-    if (line.starts_with('#')) // "#override", and perhaps a translation after it
-      line = trimmed(line.substr(std::min(line.find_first_of(" \t"), line.size())));
-    if (Translation one = parsed(line); !one.event.empty()) result.push_back(std::move(one));
-  }
-  return result;
-}
 
 // Whether the user's translation is invoked by the key of the program's, with its modifiers and no others.
 bool hides(const Translation &users, const Translation &programs) {
@@ -70,9 +22,9 @@ bool hides(const Translation &users, const Translation &programs) {
 }
 
 std::vector<Translation> inForce(const std::string &usersTranslations) {
-  std::vector<Translation> result = parsedLines(usersTranslations);
+  std::vector<Translation> result = parsedTranslations(usersTranslations);
   const size_t users = result.size();
-  for (const Translation &one : parsedLines(pageTranslations()))
+  for (const Translation &one : parsedTranslations(pageTranslations()))
     if (std::none_of(result.begin(), result.begin() + static_cast<std::ptrdiff_t>(users),
                      [&](const Translation &user) { return hides(user, one); }))
       result.push_back(one);
@@ -134,7 +86,7 @@ const std::vector<Part> &otherParts() {
 
 void addOtherParts(std::vector<KeyRow> &rows) {
   for (const Part &part : otherParts()) {
-    const std::vector<Translation> translations = parsedLines(part.translations());
+    const std::vector<Translation> translations = parsedTranslations(part.translations());
     for (const Meaning &meaning : part.meanings) {
       KeyRow row{part.group, "", meaning.sentence, ""};
       for (const std::string &call : meaning.calls)

@@ -13,75 +13,14 @@
 
 #include <algorithm>
 #include <string>
-#include <utility>
 
+#include "viewer/window/keycolumns.h"
 #include "viewer/window/motif.h"
 #include "viewer/window/toolkit.h"
 #include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
-
-struct Column {
-  std::vector<std::string> keys, sentences; // lines
-
-  void add(const std::string &left, const std::string &right) {
-    keys.push_back(left);
-    sentences.push_back(right);
-  }
-};
-
-bool beginsGroup(const std::vector<KeyRow> &rows, size_t i) { return i == 0 || rows[i].group != rows[i - 1].group; }
-
-// Several keys on as many lines as they need.
-void add(Column &column, const KeyRow &row) {
-  constexpr size_t longest = 34;
-  std::string line, sentence = row.sentence;
-  size_t start = 0;
-  while (start < row.keys.size()) {
-    const size_t end = std::min(row.keys.find(", ", start), row.keys.size());
-    const std::string key = row.keys.substr(start, end - start);
-    if (!line.empty() && line.size() + key.size() > longest) {
-      column.add(line + ",", std::exchange(sentence, ""));
-      line.clear();
-    }
-    line += (line.empty() ? "   " : ", ") + key;
-    start = end + 2;
-  }
-  column.add(line, sentence);
-}
-
-// The rows of each group, under a heading.
-std::vector<Column> groupsOf(const std::vector<KeyRow> &rows) {
-  std::vector<Column> groups;
-  for (size_t i = 0; i < rows.size(); ++i) {
-    if (beginsGroup(rows, i)) groups.emplace_back().add(rows[i].group, "");
-    add(groups.back(), rows[i]);
-  }
-  return groups;
-}
-
-// As many columns of the same height, or fewer. Groups stay together, with an empty line between them; one begins the
-// next column if more than half of it would be too low.
-std::vector<Column> columnsOf(const std::vector<KeyRow> &rows, size_t count) {
-  const std::vector<Column> groups = groupsOf(rows);
-  size_t lines = 0, highest = 0;
-  for (const Column &group : groups)
-    lines += group.keys.size() + 1;
-  std::vector<Column> columns(1);
-  for (const Column &group : groups) {
-    if (columns.size() < count && columns.back().keys.size() + group.keys.size() / 2 > lines / count)
-      columns.emplace_back();
-    if (!columns.back().keys.empty()) columns.back().add("", "");
-    for (size_t i = 0; i < group.keys.size(); ++i)
-      columns.back().add(group.keys[i], group.sentences[i]);
-    highest = std::max(highest, columns.back().keys.size());
-  }
-  for (Column &column : columns)
-    while (column.keys.size() < highest)
-      column.add("", "");
-  return columns;
-}
 
 std::string joined(const std::vector<std::string> &lines) {
   std::string text;
@@ -95,10 +34,10 @@ struct Size {
   int width, height;
 };
 
-::Widget makeList(const Toolkit &toolkit, ::Widget scrolled, const std::vector<Column> &columns) {
+::Widget makeList(const Toolkit &toolkit, ::Widget scrolled, const std::vector<KeyColumn> &columns) {
   ::Widget list = XtVaCreateWidget("list", xmRowColumnWidgetClass, scrolled, XmNorientation, XmHORIZONTAL, XmNpacking,
                                    XmPACK_TIGHT, XmNspacing, toolkit.pixels(12), nullptr);
-  for (const Column &column : columns)
+  for (const KeyColumn &column : columns)
     for (const std::vector<std::string> &lines : {column.keys, column.sentences}) {
       ::Widget label =
           XtVaCreateManagedWidget("keysLabel", xmLabelWidgetClass, list, XmNalignment, XmALIGNMENT_BEGINNING, nullptr);
@@ -116,9 +55,9 @@ Size sizeOf(::Widget list) {
 // As few columns as the height of the screen allows, but no more than its width does.
 ::Widget makeFittingList(const Toolkit &toolkit, ::Widget scrolled, const std::vector<KeyRow> &rows, const Size &most) {
   constexpr size_t mostColumns = 4;
-  ::Widget list = makeList(toolkit, scrolled, columnsOf(rows, 1));
+  ::Widget list = makeList(toolkit, scrolled, keyColumns(rows, 1));
   for (size_t count = 2; count <= mostColumns && sizeOf(list).height > most.height; ++count) {
-    ::Widget more = makeList(toolkit, scrolled, columnsOf(rows, count));
+    ::Widget more = makeList(toolkit, scrolled, keyColumns(rows, count));
     const bool fits = sizeOf(more).width <= most.width;
     XtDestroyWidget(fits ? list : more);
     if (!fits) break;

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The window: owns its parts (menu bar, tool bar, page area, status line, dialogs) and lays them out. It is long
-// because it implements all that commands need of a window (Frontend); each of these is a few lines that call a part.
+// The window: owns its parts (shell, menu bar, tool bar, page area, list, status line, dialogs) and lays them out. Over
+// 200 lines with its source because it implements all that commands (Frontend) and plug-ins need of a window, and
+// gives the parts to each other; each of these is a few lines that call a part.
 #pragma once
 
 #include <Xm/Xm.h>

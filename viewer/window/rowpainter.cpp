@@ -55,9 +55,10 @@ void RowPainter::fill(Pixel color, int x, int y, int width) {
 // The text is drawn at once, over the marks: its characters are where they would be without marks.
 void RowPainter::paintText(const host::ListText &text, int x, int y, int width) {
   const std::string shown = fitted(text.text, width, [this](const std::string &part) { return widthOf(part); });
-  const size_t start = std::min(text.markStart, shown.size()), length = text.markLength;
-  const int left = widthOf(shown.substr(0, start)), right = widthOf(shown.substr(0, start + length));
-  if (length > 0) fill(markColor_, x + left, y, right - left);
+  const size_t ellipsis = shown == text.text ? 0 : std::string("\u2026").size(), whole = shown.size() - ellipsis;
+  const size_t start = std::min(text.markStart, whole), end = std::min(text.markStart + text.markLength, whole);
+  const int left = widthOf(shown.substr(0, start)), right = widthOf(shown.substr(0, end));
+  if (end > start) fill(markColor_, x + left, y, right - left);
   draw(shown, foreground_, x, y);
 }
 

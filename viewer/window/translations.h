@@ -4,12 +4,24 @@
 // display.
 #pragma once
 
+#include <set>
 #include <string>
+#include <vector>
 
 namespace viewer {
 
 /// The lines of a table so that none is in force while a modifier is held that it does not mention: Ctrl+P, Alt+Left
 /// and AltGr+P are other keys than P and Left. After a ':' Shift is a part of the key. The locks are ignored.
 std::string withoutOtherModifiers(const std::string &lines);
+
+/// A line of such a table.
+struct Translation {
+  std::string event;                     ///< "Ctrl ~Shift<Key>x"
+  std::string key;                       ///< "<Key>x"
+  std::set<std::string> held, forbidden; ///< modifiers; others are ignored
+  std::string action, argument;          ///< of the call of "do": the command, and what follows; else all calls
+};
+/// Of all lines that are translations, also after "#override".
+std::vector<Translation> parsedTranslations(const std::string &table);
 
 } // namespace viewer

@@ -17,6 +17,7 @@ public:
   explicit FailingFile(void (*fails)()) : fails_(fails) {}
 
   std::unique_ptr<PdfFile> again() const override { return nullptr; }
+  const std::filesystem::path &file() const override { return name_; }
   bool fileChanged() const override { return false; }
   int32_t pageCount() const override { return 3; }
   PageSize pageSize(int32_t /*page*/) override { return {100, 200}; }
@@ -28,6 +29,7 @@ public:
   Image render(int32_t /*page*/, double /*dpi*/) override { return {1, 1, {0}}; }
 
 private:
+  std::filesystem::path name_ = "paper.pdf";
   void (*fails_)();
 };
 

@@ -60,7 +60,8 @@ bool isDocument(const CLI::App &app, const std::string &argument) {
 // What is wrong with the arguments, without the words of the library for its own parts. An unknown option is reported
 // first: it is why others are missing.
 std::string reasonOf(const CLI::App &app, const CLI::ParseError &error) {
-  const std::string text = error.what(), option = text.substr(0, text.find(':'));
+  std::string text = error.what();
+  const std::string option = text.substr(0, text.find(':'));
   const std::vector<std::string> others = app.remaining(true);
   const auto unknown = std::find_if(others.begin(), others.end(),
                                     [](const std::string &one) { return one.size() > 1 && one[0] == '-'; });

@@ -82,12 +82,13 @@ public:
       if (layer > 0 && layer <= colors.size()) image.row(y)[x] = colors[layer - 1U];
     });
   }
-  // The mean of green, the brightest of the colours, of the image's pixels in a layer.
+  // The mean of the image's pixels in a layer, of each its brightest component: a mark of any colour is not dark.
   double brightness(Image &image, uint8_t layer) {
     double sum = 0, count = 0;
     forEach([&](int x, int y, uint8_t its) {
       if (its != layer) return;
-      sum += image.row(y)[x] >> 8U & 0xFFU;
+      const uint32_t pixel = image.row(y)[x];
+      sum += std::max({pixel >> 16U & 0xFFU, pixel >> 8U & 0xFFU, pixel & 0xFFU});
       ++count;
     });
     return count > 0 ? sum / count : 0;

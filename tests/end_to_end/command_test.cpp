@@ -166,8 +166,7 @@ TEST_F(Command, RenderOfThePagesWithHitsLeavesOutDamagedOnesAndReportsThem) {
   const Outcome all = outcome("", "render " + document + " " + hits + " --dpi 50");
   EXPECT_EQ(all.status, tools::exitDamagedPages);
   EXPECT_EQ(all.files.size(), 2U);
-  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 pages are damaged and left out: 9, 11\n"),
-            std::string::npos)
+  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 pages are damaged and left out: 9, 11\n"), std::string::npos)
       << all.output;
 }
 

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Choosing a file from folders: what the Open dialog shows, without its widgets. A typed text narrows the list to the
-// names that begin with it; its directory part, if any, says whose names are listed.
+// names that begin with it; its directory part, if any, says whose names are listed. It is long because listing,
+// narrowing, completing and choosing share one state.
 #pragma once
 
 #include <filesystem>

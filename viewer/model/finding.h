@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The find dialog's work: steps through the matches on a page, has the next page looked for that has any, and marks
-// them. Independent of what plug-ins mark.
+// them. Independent of what plug-ins mark. It is long because stepping, searching, showing and marking share the
+// matches that have been found.
 #pragma once
 
 #include <optional>

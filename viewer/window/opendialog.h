@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The dialog that asks for a file to be opened. Chooser decides what it lists and what a typed text means.
+// The dialog that asks for a file to be opened. Chooser decides what it lists and what a typed text means. It is long
+// because it reacts to ten widgets; most reactions are a line.
 #pragma once
 
 #include <filesystem>

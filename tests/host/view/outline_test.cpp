@@ -69,6 +69,14 @@ TEST_F(Outlines, OfSmallTextAreWhiteOnADarkPage) {
   EXPECT_EQ(count(ink), 0U);
 }
 
+TEST_F(Outlines, KeepTheirColourOnMarksOfOneComponent) {
+  for (const uint32_t mark : {0xFFFF0000U, 0xFF00FF00U, 0xFF0000FEU}) {
+    image.pixels.assign(image.pixels.size(), mark);
+    outline({{20, 40, 40, 30}});
+    EXPECT_EQ(at(19, 25), ink) << mark;
+  }
+}
+
 TEST_F(Outlines, OfLargeTextHaveAWhiteEdgeOnADarkPage) {
   image.pixels.assign(image.pixels.size(), 0xFF101010);
   outline({{20, 40, 40, 6}});

@@ -82,7 +82,7 @@ const Mistake mistakes[] = {
      "--pages: \"some\" is not all or hits (see tavrel render --help)"},
     {{"hits", "a.pdf", "x", "--mode", "y"}, "--mode: \"y\" is not active (see tavrel hits --help)"},
     {{"hits", "a.pdf", "x", "--password", "y", "--password-file", "/proc/version"},
-     "--password-file cannot be given together with --password (see tavrel hits --help)"},
+     "--password cannot be given together with --password-file (see tavrel hits --help)"},
     {{"render", "a.pdf"}, "HITS is required (see tavrel render --help)"},
 };
 

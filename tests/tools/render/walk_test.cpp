@@ -147,7 +147,7 @@ TEST_F(Walk, OfAllPagesGoesOnAfterADamagedOne) {
 
 TEST_F(Walk, WithoutTheButtonThePageShownIsWritten) {
   markPages({0, 1});
-  TavrelView::ToolButtonDetach(TavrelView::ToolBarFindButton(bar, runtime.atoms.atom(tools::nextButton)));
+  TavrelView::ToolButtonDetach(TavrelView::ToolBarFindButton(bar, runtime.atoms.atom(tavrel::gltNextButton)));
   walk();
   EXPECT_THAT(written, ElementsAre(0));
 }

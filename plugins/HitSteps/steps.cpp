@@ -105,7 +105,7 @@ void describe(const Scene &scene, char *text, size_t size) {
   const uint32_t number = scene.page->first + scene.current->word + 1;
   const bool isLast = number == hits.hitCount && number > 1 && TavrelView::PageViewIsInWindow(scene.view) != 0;
   snprintf(text, size, "hit %u of %u, page %u of %u%s", number, hits.hitCount,
-           static_cast<uint32_t>(scene.page - hits.pages) + 1, hits.pageCount, isLast ? ": the last one" : "");
+           static_cast<uint32_t>(scene.page - hits.pages) + 1, hits.pageCount, isLast ? ": the last hit" : "");
 }
 
 /// The status line is the front document's. Without hits its text is removed.

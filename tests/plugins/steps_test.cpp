@@ -36,7 +36,7 @@ TEST_F(StepsTest, SayWhichHitIsTheLast) {
   show(hitsOn({0, 2}, {0, 4}));
   EXPECT_EQ(step(1), "hit 2 of 4, page 1 of 2");
   step(1);
-  EXPECT_EQ(step(1), "hit 4 of 4, page 2 of 2: the last one");
+  EXPECT_EQ(step(1), "hit 4 of 4, page 2 of 2: the last hit");
   EXPECT_FALSE(press(1));
   EXPECT_EQ(step(-1), "hit 3 of 4, page 2 of 2");
 }
@@ -115,7 +115,7 @@ TEST_F(StepsTest, OutlineNothingOnAPageWithoutHits) {
 TEST_F(StepsTest, OutlineNothingInTheModeWithoutMarks) {
   show(hitsOn({0}, {0, 1}), GLT_VIEW_NONE);
   EXPECT_FALSE(outlineIn(draw()));
-  EXPECT_EQ(step(1), "hit 2 of 2, page 1 of 1: the last one");
+  EXPECT_EQ(step(1), "hit 2 of 2, page 1 of 1: the last hit");
 }
 
 TEST_F(StepsTest, OutlineNothingInAViewWithoutAWindow) {
@@ -219,7 +219,7 @@ TEST_F(StepsTest, StartAgainOnAPageThatIsTurnedToByHand) {
 
 TEST_F(StepsTest, PassPagesThatTheDocumentLacks) {
   show(hitsOn({0, 99, -3, 2}, {0}));
-  EXPECT_EQ(step(1), "hit 2 of 2, page 2 of 2: the last one");
+  EXPECT_EQ(step(1), "hit 2 of 2, page 2 of 2: the last hit");
   EXPECT_EQ(page(), 2);
   EXPECT_EQ(step(-1), "hit 1 of 2, page 1 of 2");
   EXPECT_EQ(page(), 0);
@@ -283,7 +283,7 @@ TEST_F(StepsTest, StartAgainInAListThatTakesThePlaceOfAnother) {
   step(1);
   show(hitsOn({0}, {4, 5}));
   EXPECT_EQ(app.statusText(), "hit 1 of 2, page 1 of 1");
-  EXPECT_EQ(step(1), "hit 2 of 2, page 1 of 1: the last one");
+  EXPECT_EQ(step(1), "hit 2 of 2, page 1 of 1: the last hit");
   TavrelGLT::GLT_UnregisterHLL(doc, TavrelGLT::GLT_GetHLL(doc));
   EXPECT_FALSE(press(-1));
   EXPECT_FALSE(outlineIn(draw()));
@@ -296,7 +296,7 @@ TEST_F(StepsTest, ReachHitsThatAreAddedToTheList) {
   TavrelGLT::HLL_AddHL(TavrelGLT::GLT_GetHLL(doc), 0, onLine(5).pos, 4);
   TavrelGLT::HLL_AddHL(TavrelGLT::GLT_GetHLL(doc), 2, onLine(5).pos, 4);
   EXPECT_EQ(step(1), "hit 2 of 3, page 1 of 2");
-  EXPECT_EQ(step(1), "hit 3 of 3, page 2 of 2: the last one");
+  EXPECT_EQ(step(1), "hit 3 of 3, page 2 of 2: the last hit");
 }
 
 TEST_F(StepsTest, AreSeparateForEachDocument) {
@@ -318,7 +318,7 @@ TEST_F(StepsTest, PassAHitThatCoversNothing) {
   show(list);
   EXPECT_EQ(step(1), "hit 2 of 3, page 1 of 1");
   EXPECT_FALSE(outlineIn(draw()));
-  EXPECT_EQ(step(1), "hit 3 of 3, page 1 of 1: the last one");
+  EXPECT_EQ(step(1), "hit 3 of 3, page 1 of 1: the last hit");
   EXPECT_TRUE(isVisible(0, 8));
 }
 
@@ -350,7 +350,7 @@ TEST_F(StepsTest, EndOnADamagedLastPage) {
   while (press(1) && presses < 10)
     ++presses;
   EXPECT_EQ(presses, 2);
-  EXPECT_EQ(app.statusText(), "hit 4 of 4, page 2 of 2: the last one");
+  EXPECT_EQ(app.statusText(), "hit 4 of 4, page 2 of 2: the last hit");
 }
 
 TEST_F(StepsTest, BeginAtTheFirstHitThatTheDocumentIsOpenedWith) {

@@ -67,7 +67,7 @@ TEST_F(StepsList, FollowsTheCurrentHit) {
 TEST_F(StepsList, GoesToARowThatIsChosen) {
   show(hitsOn({0, 2}, {0, 4, 8}));
   host::Lists::choose(*list(), doc, 5);
-  EXPECT_EQ(app.statusText(), "hit 6 of 6, page 2 of 2: the last one");
+  EXPECT_EQ(app.statusText(), "hit 6 of 6, page 2 of 2: the last hit");
   EXPECT_TRUE(isVisible(2, 8));
   EXPECT_EQ(list()->current, 5U);
   host::Lists::choose(*list(), doc, 1);

@@ -5,6 +5,7 @@
 
 #include "host/document/FakeBackend.h"
 #include "host/kernel/TestPlugin.h"
+#include "host/view/tables.h"
 #include "tavrel/TavrelView.h"
 #include "viewer/model/session.h"
 

@@ -161,9 +161,6 @@ TEST_F(SessionTest, OfFilesOpenedTogetherTheOneWithAHighlightFileIsInFront) {
   EXPECT_EQ(frontName(), "1.pdf");
   openAll({"xml=a.xml", "xml=b.xml", ""});
   EXPECT_EQ(frontName(), "1.pdf");
-  openAll({"page=1", "noxml=a", "page=1"});
-  EXPECT_EQ(frontName(), "2.pdf");
-  EXPECT_THAT(names(), ElementsAre("0.pdf", "1.pdf", "2.pdf"));
 }
 
 TEST_F(SessionTest, AFileWithHitsThatCannotBeOpenedLeavesTheOthers) {

@@ -130,5 +130,12 @@ TEST(TargetTest, ControlCharactersAreEncoded) { EXPECT_EQ(encoded(std::string("\
 
 TEST(TargetTest, AnEmptyValueIsAdded) { EXPECT_EQ(encoded(""), "v="); }
 
+TEST(TargetTest, AHighlightFileIsAParameter) {
+  for (const char *with : {"xml=a", "page=1&xml=a", "XML=a&page=1"})
+    EXPECT_TRUE(hasHighlightFile({"a.pdf", with})) << with;
+  for (const char *without : {"", "page=1", "noxml=a", "page=1&noxml=a", "xml"})
+    EXPECT_FALSE(hasHighlightFile({"xml=a.pdf", without})) << without;
+}
+
 } // namespace
 } // namespace viewer

@@ -35,7 +35,7 @@ std::string shortName(const fs::path &file) {
 
 } // namespace
 
-Chooser::Chooser(const fs::path &folder, HomeOfUser homeOf) : homeOf_(std::move(homeOf)) { goTo(folder); }
+Chooser::Chooser(const fs::path &folder, HomeOfUser homeOf) : homeOf_(askingOnce(std::move(homeOf))) { goTo(folder); }
 
 void Chooser::goTo(const fs::path &folder) {
   base_ = normalFolder(folder);
@@ -60,7 +60,8 @@ void Chooser::setText(const std::string &text) {
   text_ = text;
   const size_t slash = isAddress(text) ? std::string::npos : text.rfind('/');
   start_ = slash == std::string::npos ? text : text.substr(slash + 1);
-  const fs::path folder = slash == std::string::npos ? base_ : expanded(text.substr(0, slash + 1));
+  const fs::path folder =
+      slash == std::string::npos ? base_ : normalFolder(base_ / withoutTilde(text.substr(0, slash + 1), homeOf_));
   if (folder != folder_ || files_ != listedFiles_) {
     folder_ = folder;
     list();
@@ -115,15 +116,9 @@ std::optional<fs::path> Chooser::choose(size_t shown) {
   return std::nullopt;
 }
 
-fs::path Chooser::expanded(const std::string &typed) {
-  const auto home = [this](const std::string &user) {
-    const auto known = homes_.find(user);
-    return known != homes_.end() ? known->second : homes_.emplace(user, homeOf_(user)).first->second;
-  };
-  return normalFolder(base_ / withoutTilde(typed, home));
+fs::path Chooser::typedPath() const {
+  return isAddress(text_) ? targetOf(text_).file : normalFolder(base_ / withoutTilde(text_, homeOf_));
 }
-
-fs::path Chooser::typedPath() { return isAddress(text_) ? targetOf(text_).file : expanded(text_); }
 
 std::optional<fs::path> Chooser::chooseTyped() {
   if (text_.empty()) return std::nullopt;

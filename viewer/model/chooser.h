@@ -6,7 +6,6 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -53,15 +52,13 @@ public:
   void sayFailure(const std::filesystem::path &file, const std::string &reason);
 
 private:
-  std::filesystem::path expanded(const std::string &typed);
-  std::filesystem::path typedPath();
+  std::filesystem::path typedPath() const;
   bool narrows() const { return !start_.empty(); }
   void list();
   void narrow();
 
   std::filesystem::path base_, folder_; ///< to which typed paths are relative; whose names are listed
   HomeOfUser homeOf_;
-  std::map<std::string, std::filesystem::path> homes_; ///< of the users that were typed
   std::string text_;
   std::string start_; ///< of a name: the last part of the text
   Files files_ = Files::pdf;

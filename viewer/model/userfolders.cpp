@@ -5,7 +5,9 @@
 #include <pwd.h>
 
 #include <algorithm>
+#include <map>
 #include <sstream>
+#include <utility>
 
 #include "viewer/model/onelinetext.h"
 #include "viewer/model/smallfile.h"
@@ -40,6 +42,13 @@ fs::path homeFolder() { return absoluteVariable("HOME"); }
 fs::path homeOfUser(const std::string &user) {
   const passwd *entry = getpwnam(user.c_str()); // NOLINT(concurrency-mt-unsafe): one thread
   return entry == nullptr ? "" : entry->pw_dir;
+}
+
+HomeOfUser askingOnce(HomeOfUser homeOf) {
+  return [homeOf = std::move(homeOf), homes = std::map<std::string, fs::path>()](const std::string &user) mutable {
+    const auto known = homes.find(user);
+    return known != homes.end() ? known->second : homes.emplace(user, homeOf(user)).first->second;
+  };
 }
 
 fs::path withoutTilde(const std::string &path, const HomeOfUser &homeOf) {

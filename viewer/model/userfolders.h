@@ -15,6 +15,8 @@ std::filesystem::path homeFolder();
 /// The home folder of a user; empty for an unknown one. The system may ask other machines, for seconds.
 using HomeOfUser = std::function<std::filesystem::path(const std::string &user)>;
 std::filesystem::path homeOfUser(const std::string &user);
+/// Asks another one once for each user.
+HomeOfUser askingOnce(HomeOfUser homeOf);
 /// A path with "~" or "~user" at its start replaced; unchanged if there is no such user.
 std::filesystem::path withoutTilde(const std::string &path, const HomeOfUser &homeOf = homeOfUser);
 

@@ -3,9 +3,6 @@
 // The application. Programs make one after the runtime; it owns the open documents and the tool bar.
 #include "host/view/application.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace host {
 
 Application::Application(Runtime &runtime)
@@ -70,18 +67,6 @@ std::optional<Drawing> Application::drawIfNeeded(ViewerDocument &document) {
   return draw(document);
 }
 
-void Application::registerNotification(int32_t selector, const Registration &registration) {
-  constexpr tavrel::Notification all[] = {tavrel::notifyDocDidOpen, tavrel::notifyDocDidClose,
-                                          tavrel::notifyMarkedPageChosen, tavrel::notifyPageAwaited};
-  if (std::find(std::begin(all), std::end(all), selector) == std::end(all))
-    throw HostError(tavrel::errBadArgument, "no notification " + std::to_string(selector));
-  addOnce(notifications_[selector], registration);
-}
-
-void Application::notify(tavrel::Notification selector, ViewerDocument &document) {
-  callEach<tavrel::DocNotifyProc>(notifications_[selector], "a notification", documents_.handles().handle(&document));
-}
-
 void Application::setStatusText(tavrel::ExtensionID extension, const std::string &text) {
   if (statusTexts_.set(extension, text)) notifyStatus();
 }
@@ -114,8 +99,7 @@ bool Application::press(ToolButton &button, uint32_t modifiers) {
 
 void Application::retired(tavrel::ExtensionID extension) {
   retire(pageDraw_, extension);
-  for (auto &[selector, list] : notifications_)
-    retire(list, extension);
+  notifications_.retire(extension);
   auxData.retire(extension);
   if (toolBar_) toolBar_->retire(extension);
   if (statusTexts_.retire(extension) + documents_.retire(extension) > 0) notifyStatus();

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The viewer as plug-ins see it: its open documents, its tool bar, and everything that they have registered.
+// The viewer as plug-ins see it: its open documents, its tool bar, and everything that they have registered. It is long
+// because all that plug-ins ask of the viewer begins here; most of it is a line that calls a part.
 #pragma once
 
 #include <filesystem>
-#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -15,6 +15,7 @@
 #include "host/kernel/runtime.h"
 #include "host/view/alerts.h"
 #include "host/view/auxdata.h"
+#include "host/view/notifications.h"
 #include "host/view/statustexts.h"
 #include "host/view/toolbar.h"
 #include "host/view/viewerdocuments.h"
@@ -45,7 +46,9 @@ public:
   /// The same; nothing where nothing has changed since the last drawing.
   std::optional<Drawing> drawIfNeeded(ViewerDocument &document);
 
-  void registerNotification(int32_t selector, const Registration &registration);
+  void registerNotification(int32_t selector, const Registration &registration) {
+    notifications_.add(selector, registration);
+  }
   void registerPageDraw(const Registration &registration) { addOnce(pageDraw_, registration); }
 
   Handles<tavrel::Doc, ViewerDocument> &documents() { return documents_.handles(); }
@@ -86,7 +89,9 @@ public:
   void notifyStatus() const;
 
 private:
-  void notify(tavrel::Notification selector, ViewerDocument &document);
+  void notify(tavrel::Notification selector, ViewerDocument &document) {
+    notifications_.notify(selector, documents().handle(&document));
+  }
   void beforeCall() override { documents_.beforeCall(); }
   void afterCall() noexcept override { documents_.afterCall(); }
   void retired(tavrel::ExtensionID extension) override;
@@ -95,7 +100,7 @@ private:
   ViewerDocuments documents_;
   Handles<tavrel::ToolBar, ToolBar> toolBarHandles_{"tool bar"};
   std::unique_ptr<ToolBar> toolBar_;
-  std::map<int32_t, std::vector<Registration>> notifications_;
+  Notifications notifications_;
   std::vector<Registration> pageDraw_;
   StatusTexts statusTexts_;
 };

@@ -3,24 +3,14 @@
 // Opens files and reloads them, with their passwords.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "viewer/model/documents.h"
 #include "viewer/model/opening.h"
+#include "viewer/model/questions.h"
 
 namespace viewer {
-
-/// Questions to the user.
-class Questions {
-public:
-  virtual ~Questions() = default;
-  using Answer = std::function<void(const std::string &password)>;
-  /// A file is encrypted: a password is needed, or another one. The answer, if any, is a call of `answer`, later than
-  /// this one.
-  virtual void askPassword(const Target &target, bool again, const Answer &answer) = 0;
-};
 
 class Opener : public DocumentKeeper {
 public:

@@ -7,38 +7,21 @@
 #include <Xm/Label.h>
 #include <Xm/PushB.h>
 #include <Xm/RowColumn.h>
-#include <Xm/TextF.h>
 
 #include <algorithm>
-#include <cstdlib>
 
-#include "viewer/window/actions.h"
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
-#include "viewer/window/textediting.h"
-#include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
-
-constexpr int digits = 5; // of a page's number, for which there is space
-
-// Makes a label wide enough for a text. It never becomes narrower: the buttons after it would move.
-void reserve(::Widget label, const std::string &text) {
-  XmRenderTable fonts = nullptr;
-  Dimension width = 0, margin = 0;
-  XtVaGetValues(label, XmNrenderTable, &fonts, XmNwidth, &width, XmNmarginWidth, &margin, nullptr);
-  const MotifString string(text);
-  const auto wanted = static_cast<Dimension>(XmStringWidth(fonts, string) + 2 * margin);
-  if (wanted > width) XtVaSetValues(label, XmNwidth, wanted, nullptr);
-}
 
 // A gap follows these.
 constexpr const char *endsOfGroups[] = {"Open", "NextPage", "FitPage"};
 
 } // namespace
 
-ToolBarView::ToolBarView(MainWindow &window, ::Widget parent) : window_(window) {
+ToolBarView::ToolBarView(MainWindow &window, ::Widget parent) : window_(window), pageField_(window) {
   bar_ = XtVaCreateManagedWidget("toolbar", xmRowColumnWidgetClass, parent, XmNorientation, XmHORIZONTAL, XmNpacking,
                                  XmPACK_TIGHT, XmNmarginHeight, window.pixels(3), XmNmarginWidth, window.pixels(6),
                                  XmNspacing, window.pixels(2), XmNadjustLast, False, nullptr);
@@ -60,20 +43,7 @@ void ToolBarView::update() {
     button.enabled = button.model->enabled;
     setSensitive(button.widget, button.enabled);
   }
-  const Model &model = window_.model();
-  const bool there = model.documents.front() != nullptr;
-  const std::string number = there ? std::to_string(model.documents.page() + 1) : "";
-  const std::string count = there ? "of " + std::to_string(model.documents.pageCount()) : "";
-  if (number != fieldText_) {
-    fieldText_ = number;
-    XmTextFieldSetString(pageField_, fieldText_.data());
-  }
-  if (count != countText_) {
-    countText_ = count;
-    setLabel(pageCount_, count);
-    reserve(pageCount_, count);
-  }
-  setSensitive(pageField_, there);
+  pageField_.update();
 }
 
 void ToolBarView::rebuild(const std::vector<host::ToolButton *> &order) {
@@ -83,17 +53,20 @@ void ToolBarView::rebuild(const std::vector<host::ToolButton *> &order) {
     XtDestroyWidget(widget);
   buttons_.clear();
   others_.clear();
-  pageField_ = pageCount_ = nullptr; // were among others_
-  fieldText_.clear();
-  countText_.clear();
+  bool hasField = false;
+  const auto addField = [&] {
+    const auto created = pageField_.create(bar_);
+    others_.insert(others_.end(), created.begin(), created.end());
+    hasField = true;
+  };
   for (host::ToolButton *model : order) {
     addButton(model);
     const std::string &name = buttons_.back().name;
-    if (name == "NextPage") addPageField();
+    if (name == "NextPage") addField();
     if (std::any_of(std::begin(endsOfGroups), std::end(endsOfGroups), [&](const char *end) { return name == end; }))
       addGap();
   }
-  if (pageField_ == nullptr) addPageField();
+  if (!hasField) addField();
 }
 
 void ToolBarView::addButton(host::ToolButton *model) {
@@ -115,36 +88,6 @@ void ToolBarView::addGap() {
   others_.push_back(XtVaCreateManagedWidget("gap", xmLabelWidgetClass, bar_, XmNwidth, window_.pixels(10),
                                             XmNrecomputeSize, False, nullptr));
   setLabel(others_.back(), "");
-}
-
-void ToolBarView::addPageField() {
-  pageField_ = XtVaCreateManagedWidget("pageField", xmTextFieldWidgetClass, bar_, XmNcolumns, digits, XmNmarginHeight,
-                                       window_.pixels(3), XmNmarginWidth, window_.pixels(4), XmNcursorPositionVisible,
-                                       False, nullptr);
-  whenever(pageField_, XmNfocusCallback,
-           [this](const XEvent *) { XtVaSetValues(pageField_, XmNcursorPositionVisible, True, nullptr); });
-  whenever(pageField_, XmNlosingFocusCallback,
-           [this](const XEvent *) { XtVaSetValues(pageField_, XmNcursorPositionVisible, False, nullptr); });
-  pageCount_ = XtVaCreateManagedWidget("pageCount", xmLabelWidgetClass, bar_, XmNmarginHeight, window_.pixels(5),
-                                       XmNalignment, XmALIGNMENT_BEGINNING, XmNrecomputeSize, False, nullptr);
-  setLabel(pageCount_, " ");
-  reserve(pageCount_, "of " + std::string(digits, '0'));
-  others_.insert(others_.end(), {pageField_, pageCount_});
-  editAsUsual(pageField_);
-  whenever(pageField_, XmNactivateCallback, [this](const XEvent *) { takePage(); });
-  const std::string leaves = withoutOtherModifiers("<Key>osfCancel: do(Escape)");
-  XtOverrideTranslations(pageField_, XtParseTranslationTable(leaves.c_str()));
-}
-
-void ToolBarView::restorePage() {
-  fieldText_.clear();
-  update();
-}
-
-void ToolBarView::takePage() {
-  fieldText_ = textOf(pageField_); // what the field shows now
-  goToTypedPage(window_.model(), fieldText_);
-  window_.focusPage();
 }
 
 } // namespace viewer

@@ -12,6 +12,7 @@
 
 #include "host/view/toolbar.h"
 #include "viewer/window/icons.h"
+#include "viewer/window/pagefield.h"
 
 namespace viewer {
 
@@ -21,11 +22,11 @@ class ToolBarView {
 public:
   ToolBarView(MainWindow &window, ::Widget parent);
   ::Widget widget() const { return bar_; }
-  ::Widget pageField() const { return pageField_; }
+  ::Widget pageField() const { return pageField_.widget(); }
   /// Brings everything up to date.
   void update();
   /// Replaces what has been typed by the page's number.
-  void restorePage();
+  void restorePage() { pageField_.restore(); }
 
   struct Button {
     host::ToolButton *model;
@@ -40,15 +41,13 @@ private:
   void rebuild(const std::vector<host::ToolButton *> &order);
   void addButton(host::ToolButton *model);
   void addGap();
-  void addPageField();
-  void takePage();
 
   MainWindow &window_;
-  ::Widget bar_, pageField_ = nullptr, pageCount_ = nullptr;
+  PageField pageField_;
+  ::Widget bar_;
   std::unique_ptr<Icons> icons_;
   std::vector<Button> buttons_;
   std::vector<::Widget> others_;
-  std::string fieldText_, countText_;
 };
 
 } // namespace viewer

@@ -10,6 +10,7 @@
 
 #include <algorithm>
 
+#include "viewer/window/actions.h"
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
 

@@ -138,8 +138,10 @@ TEST_F(SessionTest, AFileThatIsStillBeingOpenedIsNotOpenedTwice) {
 }
 
 TEST_F(SessionTest, FilesOpenedAtOnceKeepTheirOrder) {
+  std::vector<Target> targets;
   for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})
-    session().opener.open({write(name, test::numberedPages(1)), {}});
+    targets.push_back({write(name, test::numberedPages(1)), {}});
+  session().opener.openAll(targets, {});
   ASSERT_TRUE(until([&] { return !session().opener.opening(); }));
   EXPECT_THAT(names(), ElementsAre("a.pdf", "b.pdf", "c.pdf"));
   EXPECT_EQ(session().documents.frontIndex(), 2U);

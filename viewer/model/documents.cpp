@@ -59,15 +59,18 @@ void Documents::prepare(host::ViewerDocument &document) {
   opened.document = &document;
   for (DocumentKeeper *keeper : keepers)
     keeper->opens(opened);
-  order_.push_back(&document);
+  auto place = order_.end(); // files that are opened at once keep their order, whichever is there first
+  while (place != order_.begin() && find(*std::prev(place))->number > opened.number)
+    --place;
+  order_.insert(place, &document);
   open_.back()->document = &document;
 }
 
 // The document opened last replaces another one: it gets its menu entry, and from the keepers its page and its size.
 void Documents::replace(const OpenDocument &before) {
-  host::ViewerDocument *const now = order_.back();
+  host::ViewerDocument *const now = open_.back()->document;
+  std::erase(order_, now);
   *std::find(order_.begin(), order_.end(), before.document) = now;
-  order_.pop_back();
   for (DocumentKeeper *keeper : keepers)
     keeper->replaces(before, *find(now));
   close(before);

@@ -16,10 +16,11 @@ constexpr auto waitingLimit = std::chrono::seconds(1);
 } // namespace
 
 void Opener::openAll(const std::vector<Target> &targets, const std::string &password) {
+  if (targets.empty()) return;
   const auto marked = std::find_if(targets.rbegin(), targets.rend(), hasHighlightFile);
-  const Target *const front = marked == targets.rend() ? nullptr : &*marked;
+  const Target *const front = marked == targets.rend() ? &targets.back() : &*marked;
   for (const Target &target : targets)
-    open(target, password, {}, front != nullptr && &target != front);
+    open(target, password, {}, &target != front);
 }
 
 void Opener::open(const Target &target, const std::string &password, const WhenOpened &opened, bool behind) {

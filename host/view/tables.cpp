@@ -15,6 +15,7 @@ void addHostTables(Runtime &runtime) {
   runtime.addTable("TavrelView", 0x00050001, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewStatusVersion, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewMarksVersion, viewTable());
+  runtime.addTable("TavrelView", tavrel::tavrelViewListsVersion, viewTable());
   runtime.addTable("TavrelView", tavrel::tavrelViewVersion, viewTable());
   runtime.addTable("Desktop", 0x00040000, desktopTable());
 }

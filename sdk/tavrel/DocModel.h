@@ -55,8 +55,8 @@ extern tavrel::HFT gDocModelHFT;
   /* The bounding box of a selection in page space. [raises] */                                                        \
   OPERATION(12, SelectionBounds, void(TextSelection selection, FixedRect *bounds))                                     \
   /* The line of text that a selection of the page begins on, in UTF-8 with a terminating 0; of a longer line what fits \
-     into the size. The result is its length in bytes. start may be null; it gets the byte of the whole line at which  \
-     the selection begins, which may be beyond the text. [raises] when the selection is on another page */                        \
+     into the size. The result is its length in bytes. start may be null; it gets the byte of the complete line at     \
+     which the selection begins, which may be beyond the text. [raises] when the selection is on another page */       \
   OPERATION(13, PageGetLine, uint32_t(Page page, TextSelection selection, char *text, uint32_t size, uint32_t *start))
 // clang-format on
 

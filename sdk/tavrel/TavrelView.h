@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 // The "TavrelView" table: viewer documents, page views, the tool bar, alerts, notifications, auxiliary data, the status
 // line, the scroll bar and the lists beside the page. Version 0x00050001 ends with ToolButtonDetach, 0x00050002 with
-// SetStatusText, 0x00050003 with DocMarkPages, 0x00050004 has all operations below; a host provides all four.
+// SetStatusText, 0x00050003 with DocMarkPages, 0x00050004 has all operations below; 0x00050005 has no further ones, but
+// notifyPageAwaited and the mark of a ListRow. A host provides all five.
 //
 // Null is accepted as page view or tool bar: the operation then does nothing and returns 0 or null. Any other unknown
 // handle raises. Tags: see Kernel.h.
@@ -21,7 +22,7 @@ enum Notification : int32_t {
   /// Since version 0x00050004: a user has chosen a page that plug-ins have marked (DocMarkPages). It is shown; a
   /// plug-in that knows what the page is marked for may scroll to it.
   notifyMarkedPageChosen = 16,
-  /// Since version 0x00050004: another page of the document is shown, but its picture is still being rendered. The
+  /// Since version 0x00050005: another page of the document is shown, but its picture is still being rendered. The
   /// page-draw procedures are called when it is there; what a plug-in says of the page need not wait for that.
   notifyPageAwaited = 32
 };
@@ -50,16 +51,18 @@ enum ModifierKey : uint32_t { modifierShift = 1, modifierControl = 2, modifierAl
 /// buttons that have buttonAlsoInBrowser; a viewer in a window of its own shows all.
 enum ButtonAttribute : int32_t { buttonInternal = 1, buttonAlsoInBrowser = 2 };
 
-/// The versions that end with SetStatusText and with DocMarkPages, and the newest, which has all operations below.
+/// The versions that end with SetStatusText and with DocMarkPages, the one with all operations, and the newest.
 inline constexpr uint32_t tavrelViewStatusVersion = 0x00050002;
 inline constexpr uint32_t tavrelViewMarksVersion = 0x00050003;
-inline constexpr uint32_t tavrelViewVersion = 0x00050004;
+inline constexpr uint32_t tavrelViewListsVersion = 0x00050004;
+inline constexpr uint32_t tavrelViewVersion = 0x00050005;
 
 /// A row of a list beside the page (DocSetList).
 struct ListRow {
   int32_t page;   ///< the page that it belongs to; -1: none
   char text[248]; ///< in UTF-8, with a terminating 0
-  /// The bytes of the text that the row is listed for, which are emphasised; a length of 0: none.
+  /// Since version 0x00050005: the bytes of the text that the row is listed for, which are emphasised; a length of 0:
+  /// none.
   uint16_t markStart, markLength;
 };
 /// Writes what a row shows. The host calls it when a row becomes visible, perhaps several times, and has cleared it.

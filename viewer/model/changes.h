@@ -10,7 +10,7 @@ namespace viewer {
 
 /// Parts of the window that show something of the model.
 enum Part : uint32_t {
-  partPage = 1 << 0,    ///< the scroll bars and ticks; whether to draw is the screen's question
+  partPage = 1 << 0,    ///< the scroll bars, ticks and list; whether to draw is the screen's question
   partToolBar = 1 << 1, ///< the buttons, the page number
   partMenus = 1 << 2,
   partStatus = 1 << 3, ///< the status line and the title

@@ -70,6 +70,7 @@ Target targetOf(const std::string &argument) {
   return {argument.substr(0, end), argument.substr(end + 1)};
 }
 
+// The parameter's name is that of the plug-in which reads highlight files, and part of addresses that people write.
 bool hasHighlightFile(const Target &target) {
   const std::string parameters = "&" + target.parameters;
   return strcasestr(parameters.c_str(), "&xml=") != nullptr;

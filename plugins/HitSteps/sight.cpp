@@ -54,21 +54,33 @@ int32_t scrolled(int32_t low, int32_t high, int32_t first, int32_t last) {
 
 int16_t coordinate(int32_t value) { return static_cast<int16_t>(std::clamp<int32_t>(value, INT16_MIN, INT16_MAX)); }
 
-void scrollTo(PageView view, TextSelection selection) {
+/// In device units.
+struct Area {
+  int32_t left, top, right, bottom;
+};
+
+Area areaOf(PageView view, TextSelection selection) {
   FixedRect bounds = {0, 0, 0, 0};
   FixedMatrix matrix = {0, 0, 0, 0, 0, 0};
-  DeviceRect visible = {0, 0, 0, 0};
   DocModel::SelectionBounds(selection, &bounds);
   TavrelView::PageViewGetPageTransform(view, &matrix);
   TavrelSupport::TransformFixedRect(&bounds, &matrix, &bounds);
-  TavrelView::PageViewGetVisibleRect(view, &visible);
   // Down is up in device space: the transformed rectangle's top is the larger coordinate.
   constexpr Fixed almostOne = fixedOne - 1;
-  const int32_t left = bounds.left >> 16, top = bounds.bottom >> 16;
-  const auto right = static_cast<int32_t>((int64_t{bounds.right} + almostOne) >> 16);
-  const auto bottom = static_cast<int32_t>((int64_t{bounds.top} + almostOne) >> 16);
-  TavrelView::PageViewScrollToPoint(view, coordinate(scrolled(visible.left, visible.right, left, right)),
-                                    coordinate(scrolled(visible.top, visible.bottom, top, bottom)));
+  return {bounds.left >> 16, bounds.bottom >> 16, static_cast<int32_t>((int64_t{bounds.right} + almostOne) >> 16),
+          static_cast<int32_t>((int64_t{bounds.top} + almostOne) >> 16)};
+}
+
+Area visibleArea(PageView view) {
+  DeviceRect visible = {0, 0, 0, 0};
+  TavrelView::PageViewGetVisibleRect(view, &visible);
+  return {visible.left, visible.top, visible.right, visible.bottom};
+}
+
+void scrollTo(PageView view, TextSelection selection) {
+  const Area area = areaOf(view, selection), visible = visibleArea(view);
+  TavrelView::PageViewScrollToPoint(view, coordinate(scrolled(visible.left, visible.right, area.left, area.right)),
+                                    coordinate(scrolled(visible.top, visible.bottom, area.top, area.bottom)));
 }
 
 bool isPainted(PageView view, TextSelection selection) {
@@ -97,6 +109,18 @@ bool bringIntoSight(PageView view, const HitPlace &hit) {
     TextSelection selection = select(page, &hit.range, 1, hit.units);
     if (selection != nullptr) scrollTo(view, selection);
   });
+}
+
+bool isInSight(PageView view, const HitPlace &hit) {
+  bool result = true, *const inSight = &result; // the body reaches it through the pointer
+  withPage(hit.document, hit.page, [&hit, view, inSight](Page page) {
+    TextSelection selection = select(page, &hit.range, 1, hit.units);
+    if (selection == nullptr) return;
+    const Area area = areaOf(view, selection), visible = visibleArea(view);
+    *inSight = scrolled(visible.left, visible.right, area.left, area.right) == visible.left &&
+               scrolled(visible.top, visible.bottom, area.top, area.bottom) == visible.top;
+  });
+  return *inSight;
 }
 
 void outline(PageView view, const HitPlace &hit) {

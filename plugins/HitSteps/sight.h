@@ -21,6 +21,8 @@ struct HitPlace {
 /// Scrolls the page that the view shows, as little as is needed, so that all of the hit is visible, with a margin if it
 /// was not. Nothing happens if it covers nothing. False if the page cannot be read.
 bool bringIntoSight(tavrel::PageView view, const HitPlace &hit);
+/// Whether bringIntoSight would scroll nothing, also because the page cannot be read.
+bool isInSight(tavrel::PageView view, const HitPlace &hit);
 /// Outlines the hit on the page being drawn. Nothing happens if it covers nothing or the page cannot be read.
 void outline(tavrel::PageView view, const HitPlace &hit);
 /// Writes the line of text around a hit, of a long line what is near the hit, and where in it the words of the hit are.

@@ -27,6 +27,7 @@ struct Current {
   Units units;
   const HLL *list; ///< the one that was read last; only compared
   bool isNew;      ///< the list, which has not been drawn yet
+  bool isUnseen;   ///< the hit: the user has gone to its page, and it may be out of sight
   uint32_t listed; ///< the fingerprint of the hits in the side panel's list; 0: there is none
 };
 
@@ -44,7 +45,7 @@ Current *currentOf(Doc document) {
     s_currents = grown;
     s_capacity = capacity;
   }
-  s_currents[s_count] = {document, -1, 0, 0, unitCharacters, nullptr, false, 0};
+  s_currents[s_count] = {document, -1, 0, 0, unitCharacters, nullptr, false, false, 0};
   return &s_currents[s_count++];
 }
 
@@ -85,6 +86,7 @@ bool readScene(Doc document, Scene *scene) {
   if (scene->page == nullptr || isStillThere(current, scene->list, *scene->page)) return true;
   if (current.page == scene->page->number) current.isNew = true; // at the address of the one before
   setCurrent(&current, scene->list, *scene->page, 0);
+  current.isUnseen = true;
   return true;
 }
 
@@ -138,7 +140,7 @@ void removeList(Doc document) {
 bool makeCurrent(const Scene &scene, uint32_t word, bool anyway) {
   if (!bringIntoSight(scene.view, placeOf(scene, *scene.page, word)) && !anyway) return false;
   setCurrent(scene.current, scene.list, *scene.page, word);
-  scene.current->isNew = false;
+  scene.current->isNew = scene.current->isUnseen = false;
   TavrelView::PageViewRefreshArea(scene.view, nullptr);
   showStatus(scene.current->document, &scene);
   showInList(scene);
@@ -202,6 +204,13 @@ void step(Doc document, int direction) {
   if (!readScene(document, &scene)) return;
   const int32_t shown = TavrelView::PageViewGetPageNum(scene.view);
   const HitPage *beside = pageBeside(scene.hits, shown, direction);
+  if (scene.page != nullptr && direction > 0 && scene.current->isUnseen) {
+    scene.current->isUnseen = false;
+    if (!isInSight(scene.view, placeOf(scene, *scene.page, scene.current->word))) {
+      makeCurrent(scene, scene.current->word, true);
+      return;
+    }
+  }
   if (scene.page != nullptr) {
     const int64_t word = int64_t{scene.current->word} + direction;
     const bool onPage = word >= 0 && word < scene.page->count;
@@ -221,6 +230,7 @@ void step(Doc document, int direction) {
 bool canStep(Doc document, int direction) {
   Scene scene = {};
   if (!readScene(document, &scene)) return false;
+  if (scene.page != nullptr && direction > 0 && scene.current->isUnseen) return true;
   if (scene.page != nullptr && (direction > 0 ? scene.current->word + 1 < scene.page->count : scene.current->word > 0))
     return true;
   return pageBeside(scene.hits, TavrelView::PageViewGetPageNum(scene.view), direction) != nullptr;
@@ -252,7 +262,10 @@ void showCurrentHit(PageView view) {
     scene.current->units = unitsOf(scene, mode);
     const HitPlace place = placeOf(scene, *scene.page, scene.current->word);
     // What was brought into sight before the units were known may have been another place.
-    if (scene.current->isNew || scene.current->units != before) bringIntoSight(view, place);
+    if (scene.current->isNew || scene.current->units != before) {
+      bringIntoSight(view, place);
+      scene.current->isUnseen = false;
+    }
     if (mode != GLT_VIEW_NONE) outline(view, place);
   }
   scene.current->isNew = false;

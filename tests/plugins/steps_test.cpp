@@ -51,6 +51,55 @@ TEST_F(StepsTest, GoBackToTheLastHitOfThePageBefore) {
   EXPECT_TRUE(isVisible(0, 4));
 }
 
+TEST_F(StepsTest, ShowTheFirstHitOfAPageFirstThatTheUserHasGoneTo) {
+  show(hitsOn({0, 2}, {6, 8}));
+  document->view->showPage(2);
+  pageWindow->scrollTo(0, 0);
+  draw();
+  EXPECT_EQ(app.statusText(), "hit 3 of 4, page 2 of 2");
+  EXPECT_FALSE(isVisible(2, 6));
+  EXPECT_EQ(step(1), "hit 3 of 4, page 2 of 2");
+  EXPECT_TRUE(isVisible(2, 6));
+  EXPECT_EQ(step(1), "hit 4 of 4, page 2 of 2: the last hit");
+  EXPECT_TRUE(isVisible(2, 8));
+}
+
+TEST_F(StepsTest, ShowTheLastHitWhenItIsTheOnlyOneOfAPageThatTheUserHasGoneTo) {
+  HLL *list = hitsOn({0}, {0});
+  TavrelGLT::HLL_AddHL(list, 2, onLine(8).pos, onLine(8).len);
+  show(list);
+  document->view->showPage(2);
+  pageWindow->scrollTo(0, 0);
+  draw();
+  step(1);
+  EXPECT_TRUE(isVisible(2, 8));
+  EXPECT_FALSE(press(1));
+}
+
+TEST_F(StepsTest, ShowAHitCompletelyWhosePageTheUserHasGoneTo) {
+  show(hitsOn({0, 2}, {6, 8}));
+  document->view->showPage(2);
+  pageWindow->scrollTo(0, static_cast<int>(placeOf(2, onLine(6)).top) + 2 - height);
+  draw();
+  EXPECT_EQ(step(1), "hit 3 of 4, page 2 of 2");
+  EXPECT_TRUE(isVisible(2, 6));
+}
+
+TEST_F(StepsTest, GoOnFromAVisibleHitOfAPageThatTheUserHasGoneTo) {
+  show(hitsOn({0, 2}, {0, 8}));
+  document->view->showPage(2);
+  pageWindow->scrollTo(0, 0);
+  draw();
+  EXPECT_EQ(step(1), "hit 4 of 4, page 2 of 2: the last hit");
+}
+
+TEST_F(StepsTest, GoOnFromAHitThatTheUserHasScrolledAwayFrom) {
+  show(hitsOn({0}, {0, 4, 8}));
+  pageWindow->scrollTo(0, 700);
+  draw();
+  EXPECT_EQ(step(1), "hit 2 of 3, page 1 of 1");
+}
+
 TEST_F(StepsTest, ScrollNothingForAHitThatIsVisible) {
   show(hitsOn({0}, {0, 1, 2}));
   pageWindow->scrollTo(0, 20);

@@ -102,6 +102,22 @@ class Find(ViewerTest):
     def says(self, text):
         self.viewer.until(lambda state: any(text in one["texts"] for one in state["dialogs"]), text)
 
+    def test_return_finds_the_next_match_also_on_a_check_box(self):
+        self.find("needle")
+        self.says("1 of 300")
+        if not self.managed:
+            button = next(one for one in self.viewer.dialog("find")["buttons"] if one["label"] == "Match case")
+            self.display.xdotool("mousemove", *middle(button))
+        self.display.xdotool("key", "Tab", "Return")
+        self.says("2 of 300")
+
+    def test_the_number_goes_when_the_text_changes(self):
+        self.find("needle")
+        self.says("1 of 300")
+        self.display.xdotool("key", "End", "s")
+        self.viewer.until(lambda state: not any(" of 300" in text for text in state["dialogs"][0]["texts"]),
+                          "no number")
+
     def test_the_dialog_does_not_cover_the_match(self):
         self.find("needle")
         match = self.visible()

@@ -33,7 +33,8 @@ void FindDialog::build() {
       XtVaCreateManagedWidget("findLabel", xmLabelWidgetClass, form_, XmNleftAttachment, XmATTACH_FORM,
                               XmNtopAttachment, XmATTACH_FORM, XmNtopOffset, gap + window_.pixels(4), nullptr);
   setLabel(label, "Find:");
-  field_ = XtVaCreateManagedWidget("findText", xmTextFieldWidgetClass, form_, XmNcolumns, 34, XmNleftAttachment,
+  constexpr int columns = 44; // so wide that the number of matches has space beside the buttons
+  field_ = XtVaCreateManagedWidget("findText", xmTextFieldWidgetClass, form_, XmNcolumns, columns, XmNleftAttachment,
                                    XmATTACH_WIDGET, XmNleftWidget, label, XmNtopAttachment, XmATTACH_FORM,
                                    XmNrightAttachment, XmATTACH_FORM, nullptr);
   editAsUsual(field_);
@@ -75,8 +76,11 @@ void FindDialog::build() {
                                    XmNbottomWidget, beside, XmNbottomOffset, 0, XmNrecomputeSize, False, nullptr);
   setLabel(count_, " ");
   addFindKeys(field_, {case_, words_, made[0], made[1], made[2]}, [this](bool backwards) { find(backwards); });
-  XtVaSetValues(form_, XmNcancelButton, made[0], XmNinitialFocus, field_, nullptr);
-  whenever(field_, XmNactivateCallback, [this](const XEvent *) { find(false); });
+  // Return in the field or on a check box presses the default button.
+  XtVaSetValues(form_, XmNcancelButton, made[0], XmNdefaultButton, made[1], XmNinitialFocus, field_, nullptr);
+  whenever(field_, XmNvalueChangedCallback, [this](const XEvent *) { update(); });
+  for (::Widget option : {case_, words_})
+    whenever(option, XmNvalueChangedCallback, [this](const XEvent *) { update(); });
 }
 
 void FindDialog::open() {
@@ -110,9 +114,10 @@ void FindDialog::update() {
     setLabel(label, text.empty() ? " " : text);
   };
   const Model &model = window_.model();
+  const bool asked = request() == model.finding.request(); // what was found before is not of this text
   const std::string &message = model.finding.message();
-  show(message_, shownMessage_, message.empty() ? model.matchCount.progress() : message);
-  show(count_, shownCount_, model.matchCount.number());
+  show(message_, shownMessage_, !asked ? "" : message.empty() ? model.matchCount.progress() : message);
+  show(count_, shownCount_, asked ? model.matchCount.number() : "");
   moveAside();
 }
 
@@ -133,12 +138,14 @@ void FindDialog::moveAside() {
   if (aside.x != now.x || aside.y != now.y) XtVaSetValues(shell, XmNx, aside.x, XmNy, aside.y, nullptr);
 }
 
-void FindDialog::find(bool backwards) {
+FindRequest FindDialog::request() const {
   FindRequest request;
   request.text = textOf(field_);
   request.options.matchCase = XmToggleButtonGetState(case_) != 0;
   request.options.wholeWords = XmToggleButtonGetState(words_) != 0;
-  window_.model().finding.find(request, backwards);
+  return request;
 }
+
+void FindDialog::find(bool backwards) { window_.model().finding.find(request(), backwards); }
 
 } // namespace viewer

@@ -29,6 +29,7 @@ public:
 
 private:
   void build();
+  FindRequest request() const; ///< what the dialog asks for
   void moveAside();
 
   MainWindow &window_;

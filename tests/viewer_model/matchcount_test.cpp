@@ -86,5 +86,13 @@ TEST_F(MatchCountTest, IsThatOfTheDocumentInFront) {
   EXPECT_EQ(number(), "");
 }
 
+TEST_F(MatchCountTest, KeepsNoClosedDocument) {
+  const std::weak_ptr<host::Service> service = session().documents.frontDocument()->service;
+  find("lamp");
+  ASSERT_TRUE(becomes("1 of 3"));
+  session().documents.closeFront();
+  EXPECT_TRUE(service.expired());
+}
+
 } // namespace
 } // namespace viewer

@@ -14,7 +14,7 @@
 
 namespace viewer {
 
-class MatchCount {
+class MatchCount : public DocumentKeeper {
 public:
   MatchCount(const Documents &documents, const Finding &finding, Changes &changes)
       : documents_(documents), finding_(finding), changes_(changes) {}
@@ -26,9 +26,13 @@ public:
   /// Continues with what has been answered. If memory is exhausted, a further call does so.
   void collect();
 
+  void closes(const OpenDocument &document) override;
+
 private:
   bool isCurrent() const;
   bool isComplete() const { return counts_.size() == static_cast<size_t>(pages_); }
+  void begin(const OpenDocument &document);
+  void end();
   void ask();
 
   const Documents &documents_;

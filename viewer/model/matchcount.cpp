@@ -41,17 +41,19 @@ void MatchCount::closes(const OpenDocument &document) {
   if (document.number == document_) end();
 }
 
+// While another document is in front, what has been counted is kept, and no further page is asked for.
 void MatchCount::collect() {
-  const OpenDocument *document = documents_.frontDocument();
-  if (document == nullptr || !finding_.current()) return end();
-  if (!isCurrent()) begin(*document);
+  const host::ViewerDocument *found = finding_.document();
+  const OpenDocument *document = found == nullptr ? nullptr : documents_.find(found);
+  if (document == nullptr) return end();
+  if (document->number != document_ || !(finding_.request() == request_)) begin(*document);
   if (answer_) {
     counts_.push_back(countOf(*answer_)); // does not allocate
     answer_.reset();
     ticket_ = {};
     changes_.note(partFind);
   }
-  ask();
+  if (isCurrent()) ask();
 }
 
 void MatchCount::ask() {

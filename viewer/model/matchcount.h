@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // How many matches of Find the document in front has, and which of them is the current one. All pages are searched for
-// that, one after the other, once a match has been found.
+// that, one after the other, once a match has been found and while its document is in front.
 #pragma once
 
 #include <cstdint>
@@ -27,6 +27,7 @@ public:
   void collect();
 
   void closes(const OpenDocument &document) override;
+  void frontChanged() override { collect(); }
 
 private:
   bool isCurrent() const;

@@ -59,7 +59,7 @@ public:
   const Selection *selectWords(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version) override {
     return store_.words(page, ranges, version, *this);
   }
-  size_t rangesWithoutText(int32_t page) const override { return store_.rangesWithoutText(page); }
+  size_t takeRangesWithoutText(int32_t page) override { return store_.takeRangesWithoutText(page); }
   size_t selectionCount() const override { return store_.size(); }
 
 private:

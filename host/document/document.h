@@ -106,8 +106,9 @@ public:
   virtual const Selection *selectCharacters(int32_t page, std::span<const tavrel::TextRange> ranges) = 0;
   /// The selection of ranges of words; throws errBadArgument for a version that does not exist.
   virtual const Selection *selectWords(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version) = 0;
-  /// How many ranges a caller has asked for on a page of which none covered anything: then there is no selection.
-  virtual size_t rangesWithoutText(int32_t /*page*/) const { return 0; }
+  /// How many ranges a caller has asked for on a page of which none covered anything: then there is no selection. The
+  /// most since the last call.
+  virtual size_t takeRangesWithoutText(int32_t /*page*/) { return 0; }
   /// How many different selections the document holds.
   virtual size_t selectionCount() const = 0;
 

@@ -138,9 +138,9 @@ template <typename BoxesOf> const Selection *SelectionStore::get(int32_t page, c
   return made->second.get();
 }
 
-size_t SelectionStore::rangesWithoutText(int32_t page) const {
-  const auto found = withoutText_.find(page);
-  return found == withoutText_.end() ? 0 : found->second;
+size_t SelectionStore::takeRangesWithoutText(int32_t page) {
+  const auto taken = withoutText_.extract(page);
+  return taken.empty() ? 0 : taken.mapped();
 }
 
 size_t SelectionStore::partsOf(const Made::value_type &made) {

@@ -42,8 +42,8 @@ public:
   /// The selection of ranges on a page, or null where they cover nothing. `version` is that of word extraction.
   const Selection *characters(int32_t page, std::span<const tavrel::TextRange> ranges, Document &document);
   const Selection *words(int32_t page, std::span<const tavrel::TextRange> ranges, int16_t version, Document &document);
-  /// The most ranges of one request on the page of which none covered anything.
-  size_t rangesWithoutText(int32_t page) const;
+  /// The most ranges of one request on the page, since the last call, of which none covered anything.
+  size_t takeRangesWithoutText(int32_t page);
   size_t size() const { return made_.size(); }
 
 private:

@@ -4,6 +4,7 @@
 #include "host/document/sizes.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace host {
 namespace {
@@ -27,24 +28,26 @@ PageSize SizeCache::get(int32_t page) {
   const int32_t first = firstOfRun(page);
   if (limit_.missing != nullptr) {
     if (failed_.contains(first)) return letter; // asked for again by those who wait
-    if (Run &run = runs_[first]; !run.ticket) ask(first, run, Urgency::searched);
+    if (!runs_.contains(first)) ask(first, Urgency::searched);
     limit_.missing->push_back(page);
     throw notThere(service_, page);
   }
-  Run &asked = runs_[first];
-  if (!asked.ticket)
-    ask(first, asked, Urgency::awaited);
-  else if (asked.late >= 0)
-    return letter;
+  const auto underWay = runs_.find(first);
+  if (underWay != runs_.end() && underWay->second.late >= 0) return letter;
+  Run &asked = underWay == runs_.end() ? ask(first, Urgency::awaited) : underWay->second;
   const bool answered = service_.await(asked.ticket, limit_.deadline());
   if (!answered) asked.late = page;
   const auto known = sizes_.find(page);
   return known == sizes_.end() ? letter : known->second;
 }
 
-void SizeCache::ask(int32_t first, Run &run, Urgency urgency) {
-  run.ticket = service_.ask(SizesRequest{first, std::min(runLength(), pageCount_ - first)}, urgency,
-                            [this, first](Answer &answer) { take(first, answer); });
+// If the request cannot be made, the run is not awaited.
+SizeCache::Run &SizeCache::ask(int32_t first, Urgency urgency) {
+  Ticket ticket = service_.ask(SizesRequest{first, std::min(runLength(), pageCount_ - first)}, urgency,
+                               [this, first](Answer &answer) { take(first, answer); });
+  Run &run = runs_[first];
+  run.ticket = std::move(ticket);
+  return run;
 }
 
 void SizeCache::take(int32_t first, Answer &answer) {

@@ -48,7 +48,7 @@ private:
   /// A caller who waits as long as it takes waits for no other page.
   int32_t runLength() const { return limit_.time ? sizesTogether : 1; }
   int32_t firstOfRun(int32_t page) const { return page - page % runLength(); }
-  void ask(int32_t first, Run &run, Urgency urgency);
+  Run &ask(int32_t first, Urgency urgency);
   void take(int32_t first, Answer &answer);
 
   Service &service_;

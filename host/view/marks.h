@@ -24,6 +24,8 @@ public:
   void add(const Selection &selection, const Rgb &color);
   void addOutline(const Selection &selection, const Rgb &color);
   bool has(const MarkedArea &area) const;
+  /// Whether no selection was added; outlines do not count.
+  bool empty() const { return marks_.empty(); }
   /// The handle of the n-th selection that was added, as it was then; null after the last one.
   tavrel::TextSelection selection(size_t index) const {
     return index < marks_.size() ? marks_[index].selection : nullptr;

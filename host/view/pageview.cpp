@@ -86,6 +86,7 @@ std::optional<Drawing> PageView::draw(const std::function<void()> &painters) {
   drawnPage_ = drawing.page;
   marks_.clear();
   highlights_.clear();
+  document_.takeRangesWithoutText(drawing.page); // of requests that are not for this drawing
   try {
     const UnderWay underWay(drawing_, &drawing);
     painters();
@@ -95,7 +96,8 @@ std::optional<Drawing> PageView::draw(const std::function<void()> &painters) {
     throw;
   }
   drawing.marks = marks_.ranges();
-  drawing.offPage = std::max(marks_.offPage(), document_.rangesWithoutText(drawing.page));
+  // What covers no text is never painted. Where something is painted, such requests may have been attempts.
+  drawing.offPage = marks_.empty() ? document_.takeRangesWithoutText(drawing.page) : marks_.offPage();
   return drawing;
 }
 

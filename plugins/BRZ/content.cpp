@@ -31,6 +31,12 @@ bool contains(std::string_view content, std::string_view name) {
                      [](char a, char b) { return lower(a) == b; }) != content.end();
 }
 
+/// The same, searched from the end: end tags are there, and a file may be large.
+bool containsFromEnd(std::string_view content, std::string_view name) {
+  return std::search(content.rbegin(), content.rend(), name.rbegin(), name.rend(),
+                     [](char a, char b) { return lower(a) == b; }) != content.rend();
+}
+
 std::string_view withoutLeadingSpace(std::string_view content) {
   if (content.starts_with(byteOrderMark)) content.remove_prefix(byteOrderMark.size());
   return content.substr(std::min(content.size(), content.find_first_not_of(whitespace)));
@@ -63,8 +69,8 @@ const char *otherKind(std::string_view content) {
 }
 
 bool isTruncated(std::string_view content) {
-  return (contains(content, "<body") && !contains(content, "</body")) ||
-         (contains(content, "<highlight") && !contains(content, "</highlight"));
+  return (contains(content, "<body") && !containsFromEnd(content, "</body")) ||
+         (contains(content, "<highlight") && !containsFromEnd(content, "</highlight"));
 }
 
 bool looksLikeHighlights(std::string_view beginning) {

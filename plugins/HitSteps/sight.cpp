@@ -102,6 +102,15 @@ void readLine(Page page, const TextRange &range, Units units, Line *line) {
   if (selection != nullptr) DocModel::PageGetLine(page, selection, line->text, sizeof line->text, &line->start);
 }
 
+/// What begins on the last word of a range. Its last character may be the space after a word, which no selection has:
+/// of two characters one is a word's.
+TextRange endOf(const TextRange &range, Units units) {
+  constexpr uint32_t positions = UINT16_MAX + 1; // a range may reach beyond them
+  const uint32_t length = std::max<uint32_t>(range.len, 1), end = std::min(range.pos + length, positions);
+  const uint32_t last = std::min(length, units == unitCharacters ? 2U : 1U);
+  return {static_cast<uint16_t>(end - last), static_cast<uint16_t>(last)};
+}
+
 } // namespace
 
 bool bringIntoSight(PageView view, const HitPlace &hit) {
@@ -140,9 +149,8 @@ void writeLine(const HitPlace &hit, ListRow *row) {
   Line *const read = lines;
   row->page = hit.page;
   const bool readable = withPage(hit.document, hit.page, [&hit, read](Page page) {
-    const TextRange last = {static_cast<uint16_t>(hit.range.pos + std::max<int>(hit.range.len, 1) - 1), 1};
     readLine(page, hit.range, hit.units, &read[0]);
-    readLine(page, last, hit.units, &read[1]);
+    readLine(page, endOf(hit.range, hit.units), hit.units, &read[1]);
   });
   if (!readable && lines[0].text[0] == 0) {
     snprintf(row->text, sizeof row->text, "(this page cannot be read)");

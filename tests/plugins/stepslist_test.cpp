@@ -51,6 +51,28 @@ TEST_F(StepsList, EmphasisesTheWordsOfTheHit) {
     EXPECT_EQ(marked(row(i)), expected[i]);
 }
 
+TEST_F(StepsList, EmphasisesTheWordBeforeASpaceAtTheEndOfTheHit) {
+  const test::PdfPage wide{.texts = {{20, 100, "one two three"}, {20, 60, "four"}}, .width = 400};
+  openInWindow(host::Document::open(scratch.pdf({wide}), ""), width, height);
+  HLL *hits = TavrelGLT::GLT_NewHLL(nullptr);
+  constexpr TextRange ranges[] = {{0, 4}, {2, 65535}, {4, 4}, {5, 4}};
+  for (const TextRange &range : ranges)
+    TavrelGLT::HLL_AddHL(hits, 0, range.pos, range.len);
+  show(hits);
+  const std::string expected[] = {"one", "one two three", "two", "two three"};
+  for (uint32_t i = 0; i < std::size(expected); ++i)
+    EXPECT_EQ(marked(row(i)), expected[i]) << i;
+}
+
+TEST_F(StepsList, ChangesNotHowManyHitsAreBeyondTheText) {
+  show(hitsOn({0}, {0}));
+  HLL *beyond = TavrelGLT::GLT_GetHLL(doc);
+  TavrelGLT::HLL_AddHL(beyond, 0, 5, 65530);
+  ASSERT_EQ(draw().offPage, 0U);
+  row(1);
+  EXPECT_EQ(draw().offPage, 0U);
+}
+
 TEST_F(StepsList, FollowsTheCurrentHit) {
   show(hitsOn({0, 2}, {0, 4}));
   EXPECT_EQ(list()->current, 0U);

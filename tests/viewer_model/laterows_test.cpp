@@ -18,6 +18,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 constexpr int32_t pages = 5000;
+constexpr uint32_t secondPage = 1000; // of a row that reads two: so many pages after the first
 
 // A row for each page: the length of the page's text, or that it cannot be read, as a plug-in says it.
 void writeRow(tavrel::Doc document, uint32_t number, tavrel::ListRow *out) {
@@ -29,6 +30,17 @@ void writeRow(tavrel::Doc document, uint32_t number, tavrel::ListRow *out) {
     std::snprintf(out->text, sizeof out->text, "unreadable");
   }
 }
+// A row that reads the words of two pages, and belongs to none.
+void writeRowOfTwoPages(tavrel::Doc document, uint32_t number, tavrel::ListRow *out) {
+  host::Document &model = *host::Application::current().documents().find(document).model;
+  out->page = -1;
+  for (const uint32_t page : {number, number + secondPage})
+    try {
+      model.pageText(static_cast<int32_t>(page));
+    } catch (const host::DocumentError &) {
+      return;
+    }
+}
 void choose(tavrel::Doc /*document*/, uint32_t /*row*/) {}
 
 struct LateRowsTest : testing::Test {
@@ -39,9 +51,12 @@ struct LateRowsTest : testing::Test {
     session.arrivals.collect();
     session.screen.draw(); // asks for the image of page 0
     backstage.asked.clear();
-    TavrelView::DocSetList(testPlugin.id, app.documents().handle(app.front()), "Places", pages,
-                           testPlugin.callback(writeRow), testPlugin.callback(choose));
+    setRows(pages);
     session.changes.take();
+  }
+  void setRows(uint32_t rows, tavrel::ListRowProc write = writeRow) {
+    TavrelView::DocSetList(testPlugin.id, app.documents().handle(app.front()), "Places", rows,
+                           testPlugin.callback(write), testPlugin.callback(choose));
   }
   // The pages whose words have been asked for and not answered.
   std::vector<int32_t> asked() {
@@ -60,6 +75,18 @@ struct LateRowsTest : testing::Test {
     const auto page = backstage.oldest<host::WordsRequest>().page;
     backstage.answer(host::PageWords{page, {{host::WordText{U"a", 0, {}, {{}}}}}, {}});
     return arrives();
+  }
+  // Whether the words of a page are there.
+  bool keeps(int32_t page) {
+    host::Document &model = *app.front()->model;
+    const auto read = [&] {
+      try {
+        model.pageText(page);
+      } catch (const host::DocumentError &) {
+        return; // it is missing
+      }
+    };
+    return model.withoutWaiting(read).empty();
   }
   bool arrives() {
     session.changes.take();
@@ -119,8 +146,7 @@ TEST_F(LateRowsTest, ThatAreScrolledAwayAreAskedForNoMore) {
 
 TEST_F(LateRowsTest, OfAnotherListAreAskedForAgain) {
   fetch(100, 2);
-  TavrelView::DocSetList(testPlugin.id, app.documents().handle(app.front()), "Places", 3, testPlugin.callback(writeRow),
-                         testPlugin.callback(choose));
+  setRows(3);
   fetch(1, 2);
   EXPECT_THAT(asked(), ElementsAre(1, 2));
 }
@@ -131,6 +157,29 @@ TEST_F(LateRowsTest, OfAClosedDocumentAreForgotten) {
   EXPECT_FALSE(arrives());
   EXPECT_TRUE(fetch(100, 2));
   EXPECT_EQ(text(100), "");
+}
+
+TEST_F(LateRowsTest, OfAListThatIsNotShownAreAskedForNoMore) {
+  fetch(100, 2);
+  TavrelView::DocSetList(testPlugin.id, app.documents().handle(app.front()), nullptr, 0, nullptr, nullptr);
+  EXPECT_FALSE(arrives());
+  EXPECT_THAT(asked(), IsEmpty());
+}
+
+TEST_F(LateRowsTest, KeepTheWordsOfTheFewPagesReadLast) {
+  setRows(pages, writeRowOfTwoPages);
+  for (uint32_t row = 100; row < 120; ++row) {
+    fetch(row, 1);
+    for (int page = 0; page < 2; ++page) {
+      answer();
+      fetch(row, 1);
+    }
+    ASSERT_NE(session.listTexts.text(row), nullptr);
+  }
+  std::vector<int32_t> kept;
+  for (int32_t page = 0; page < pages; ++page)
+    if (keeps(page)) kept.push_back(page);
+  EXPECT_THAT(kept, ElementsAre(116, 117, 118, 119, 1116, 1117, 1118, 1119));
 }
 
 TEST_F(LateRowsTest, LeaveTheWordsOfThePageShown) {

@@ -4,14 +4,16 @@
 #include <gmock/gmock.h>
 
 #include "Sessions.h"
+#include "host/document/FakeBackend.h"
 
 namespace viewer {
 namespace {
 
-// "lamp" is twice on the second page, and once on the fourth.
+// "lamp" is twice on the second page, and once on the fourth; "oil" is once on the third.
 std::vector<test::PdfPage> lamps() {
   std::vector<test::PdfPage> pages = test::numberedPages(5);
   pages[1].texts = {{.x = 50, .y = 550, .text = "lamp"}, {.x = 50, .y = 50, .text = "lamp"}};
+  pages[2] = test::pageWith("oil");
   pages[3] = test::pageWith("lamp");
   return pages;
 }
@@ -62,9 +64,9 @@ TEST_F(MatchCountTest, WithoutAMatchThereIsNone) {
 TEST_F(MatchCountTest, AnotherTextIsCountedAnew) {
   find("lamp");
   ASSERT_TRUE(becomes("1 of 3"));
-  find("LAM");
-  EXPECT_TRUE(becomes("1 of 3"));
-  session().finding.find({"LAM", {.matchCase = true}}, false);
+  find("oil");
+  EXPECT_TRUE(becomes("1 of 1"));
+  session().finding.find({"OIL", {.matchCase = true}}, false);
   ASSERT_TRUE(until([&] { return !session().finding.searching(); }));
   EXPECT_EQ(number(), "");
 }
@@ -84,6 +86,64 @@ TEST_F(MatchCountTest, IsThatOfTheDocumentInFront) {
   EXPECT_TRUE(becomes("1 of 1"));
   session().documents.closeFront();
   EXPECT_EQ(number(), "");
+}
+
+TEST_F(MatchCountTest, StaysWhileAnotherDocumentIsInFront) {
+  find("lamp");
+  ASSERT_TRUE(becomes("1 of 3"));
+  openPages({test::pageWith("lamp")}, "other.pdf");
+  session().arrivals.collect();
+  session().documents.bringToFront(0);
+  EXPECT_EQ(number(), "1 of 3");
+}
+
+TEST_F(MatchCountTest, KeepsNoClosedDocument) {
+  const std::weak_ptr<host::Service> service = session().documents.frontDocument()->service;
+  find("lamp");
+  ASSERT_TRUE(becomes("1 of 3"));
+  session().documents.closeFront();
+  EXPECT_TRUE(service.expired());
+}
+
+// Two documents of three pages, whose requests a test answers.
+struct PausedMatchCountTest : testing::Test {
+  PausedMatchCountTest() {
+    open(first, "/first.pdf");
+    open(second, "/second.pdf");
+    session.documents.bringToFront(0);
+  }
+  void open(test::Backstage &backstage, const char *file) {
+    session.opener.open({file, {}});
+    backstage.answer(host::Opened{3, std::vector<host::PageSize>(3, {100, 200})});
+    session.arrivals.collect();
+  }
+  // Answers the oldest request with a match on the page.
+  void answer(test::Backstage &backstage) {
+    const auto page = backstage.oldest<host::MatchesRequest>().page;
+    backstage.answer(host::PageMatches{page, {{{{0, 10, 10, 0}}}}});
+    session.arrivals.collect();
+  }
+
+  test::Backstage first, second;
+  host::Runtime runtime;
+  host::Application app{runtime};
+  Session session{app, [] {},
+                  [this](const std::filesystem::path &file) {
+                    test::Backstage &backstage = file == "/first.pdf" ? first : second;
+                    return std::make_shared<host::Service>(file, std::make_unique<test::FakeBackend>(backstage));
+                  }};
+};
+
+TEST_F(PausedMatchCountTest, GoesOnWhenItsDocumentIsInFrontAgain) {
+  session.finding.find({"lamp", {}}, false);
+  answer(first); // which finds the match
+  answer(first);
+  session.documents.bringToFront(1);
+  answer(first);
+  EXPECT_THAT(first.asked, testing::IsEmpty()) << "paused";
+  session.documents.bringToFront(0);
+  answer(first);
+  EXPECT_EQ(session.matchCount.number(), "1 of 3");
 }
 
 } // namespace

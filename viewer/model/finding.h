@@ -36,6 +36,8 @@ public:
   /// The outcome of the last search, for the dialog.
   const std::string &message() const { return message_; }
 
+  /// That has the match found last, in front or not; null where nothing has been found.
+  const host::ViewerDocument *document() const { return found_ ? found_->document : nullptr; }
   /// Of the document in front; nothing where nothing has been found.
   std::optional<CurrentMatch> current() const;
 

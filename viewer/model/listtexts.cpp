@@ -53,9 +53,8 @@ bool ListTexts::fetch(uint32_t first, uint32_t count, std::chrono::steady_clock:
     follow(*shown);
     const uint32_t row = first + n;
     const auto waiting = waiting_.find(row);
-    if (texts_.contains(row) || (waiting != waiting_.end() && isAwaited(waiting->second))) continue;
-    if (waiting != waiting_.end()) waiting_.erase(waiting);
-    if (waiting_.size() >= mostWaiting) continue;
+    if (texts_.contains(row)) continue;
+    if (waiting == waiting_.end() ? waiting_.size() >= mostWaiting : isAwaited(waiting->second)) continue;
     if (app_.calling() || std::chrono::steady_clock::now() >= end) return false;
     read(*shown, row);
   }
@@ -67,19 +66,23 @@ void ListTexts::read(const host::PluginList &shown, uint32_t row) {
   const OpenDocument &document = *documents_.frontDocument();
   host::Document &model = *document.document->model;
   host::ListText text;
-  Pages missing =
+  const std::vector<int32_t> missing =
       model.withoutWaiting([&] { text = host::Lists::text(asked, app_.documents().handle(document.document), row); });
   if (!missing.empty()) {
-    waiting_[row] = std::move(missing);
+    waiting_[row].insert(missing.begin(), missing.end());
     return;
   }
-  // The plug-in may have read that page's words.
-  if (text.page >= 0 && text.page < model.pageCount()) tiles_.words(document).read(model, text.page);
+  // The plug-in has read the words of the pages that were waited for, and may have read those of the row's page.
+  Words &words = tiles_.words(document);
+  if (const auto waited = waiting_.extract(row); !waited.empty())
+    for (const int32_t page : waited.mapped())
+      words.read(model, page);
+  if (text.page >= 0 && text.page < model.pageCount()) words.read(model, text.page);
   texts_[row] = std::move(text);
 }
 
 void ListTexts::collect() {
-  if (documents_.find(document_) == nullptr) waiting_.clear();
+  if (list() == nullptr || documents_.find(document_) == nullptr) stopWaiting([](uint32_t) { return true; });
   if (std::any_of(waiting_.begin(), waiting_.end(), [this](const auto &row) { return !isAwaited(row.second); }))
     changes_.note(partPage);
 }

@@ -7,7 +7,7 @@
 
 #include <chrono>
 #include <map>
-#include <vector>
+#include <set>
 
 #include "viewer/model/tiles.h"
 
@@ -35,7 +35,7 @@ public:
   static constexpr size_t mostWaiting = 8;  ///< rows: each has a page's words asked for
 
 private:
-  using Pages = std::vector<int32_t>;
+  using Pages = std::set<int32_t>;
   void follow(const host::PluginList &shown);
   void read(const host::PluginList &shown, uint32_t row);
   bool isAwaited(const Pages &pages) const;
@@ -48,7 +48,7 @@ private:
   uint64_t number_ = 0;   ///< of the list that the texts belong to
   uint64_t document_ = 0; ///< its number
   std::map<uint32_t, host::ListText> texts_;
-  std::map<uint32_t, Pages> waiting_; ///< rows, and pages that were not there for them
+  std::map<uint32_t, Pages> waiting_; ///< rows, and the pages asked for that were not there for them
 };
 
 } // namespace viewer

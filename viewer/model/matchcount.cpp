@@ -20,32 +20,40 @@ bool MatchCount::isCurrent() const {
   return document != nullptr && document->number == document_ && finding_.request() == request_;
 }
 
+void MatchCount::begin(const OpenDocument &document) {
+  end();
+  request_ = finding_.request();
+  pages_ = document.document->model->pageCount();
+  counts_.reserve(static_cast<size_t>(pages_));
+  service_ = document.service;
+  document_ = document.number;
+}
+
+void MatchCount::end() {
+  document_ = 0;
+  ticket_ = {};
+  answer_.reset();
+  service_.reset();
+  counts_.clear();
+}
+
+void MatchCount::closes(const OpenDocument &document) {
+  if (document.number == document_) end();
+}
+
+// While another document is in front, what has been counted is kept, and no further page is asked for.
 void MatchCount::collect() {
-  const OpenDocument *document = documents_.frontDocument();
-  if (document == nullptr || !finding_.current()) {
-    document_ = 0;
-    ticket_ = {};
-    answer_.reset();
-    service_.reset();
-    return;
-  }
-  if (!isCurrent()) {
-    request_ = finding_.request();
-    counts_.clear();
-    counts_.reserve(static_cast<size_t>(documents_.pageCount()));
-    ticket_ = {};
-    answer_.reset();
-    service_ = document->service;
-    pages_ = documents_.pageCount();
-    document_ = document->number;
-  }
+  const host::ViewerDocument *found = finding_.document();
+  const OpenDocument *document = found == nullptr ? nullptr : documents_.find(found);
+  if (document == nullptr) return end();
+  if (document->number != document_ || !(finding_.request() == request_)) begin(*document);
   if (answer_) {
     counts_.push_back(countOf(*answer_)); // does not allocate
     answer_.reset();
     ticket_ = {};
     changes_.note(partFind);
   }
-  ask();
+  if (isCurrent()) ask();
 }
 
 void MatchCount::ask() {

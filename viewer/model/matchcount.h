@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // How many matches of Find the document in front has, and which of them is the current one. All pages are searched for
-// that, one after the other, once a match has been found.
+// that, one after the other, once a match has been found and while its document is in front.
 #pragma once
 
 #include <cstdint>
@@ -14,7 +14,7 @@
 
 namespace viewer {
 
-class MatchCount {
+class MatchCount : public DocumentKeeper {
 public:
   MatchCount(const Documents &documents, const Finding &finding, Changes &changes)
       : documents_(documents), finding_(finding), changes_(changes) {}
@@ -26,9 +26,14 @@ public:
   /// Continues with what has been answered. If memory is exhausted, a further call does so.
   void collect();
 
+  void closes(const OpenDocument &document) override;
+  void frontChanged() override { collect(); }
+
 private:
   bool isCurrent() const;
   bool isComplete() const { return counts_.size() == static_cast<size_t>(pages_); }
+  void begin(const OpenDocument &document);
+  void end();
   void ask();
 
   const Documents &documents_;

@@ -19,7 +19,7 @@ Session::Session(host::Application &app, const std::function<void()> &wake, cons
     : app_(app), threads_(wake), documents(app, status, changes),
       opener(documents, makeService ? makeService : servedBy(threads_), status, changes),
       arrivals(documents, opener, finding, matchCount, listTexts, wake) {
-  documents.keepers = {&opener, &finding, &screen, &moving, &tiles};
+  documents.keepers = {&opener, &finding, &screen, &moving, &tiles, &matchCount};
   app_.statusListener = [this] { changes.note(allParts); };
   if (app_.toolBar() != nullptr) app_.toolBar()->listener = [this] { changes.note(allParts); };
 }

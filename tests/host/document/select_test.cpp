@@ -216,11 +216,12 @@ TEST_F(SelectionTest, RangesBeyondTheTextAreCountedApart) {
   const Selection *selection = characters({{0, 1}, {5000, 3}, {6000, 0}});
   EXPECT_EQ(selection->ranges, 1U);
   EXPECT_EQ(selection->offPage, 1U);
-  EXPECT_EQ(document->rangesWithoutText(0), 0U) << "there is a selection";
+  EXPECT_EQ(document->takeRangesWithoutText(0), 0U) << "there is a selection";
   EXPECT_EQ(characters({{5000, 1}, {6000, 1}, {7000, 0}}), nullptr);
   EXPECT_EQ(words({{5000, 1}}), nullptr);
-  EXPECT_EQ(document->rangesWithoutText(0), 2U);
-  EXPECT_EQ(document->rangesWithoutText(1), 0U);
+  EXPECT_EQ(document->takeRangesWithoutText(1), 0U);
+  EXPECT_EQ(document->takeRangesWithoutText(0), 2U);
+  EXPECT_EQ(document->takeRangesWithoutText(0), 0U) << "taken";
 }
 
 TEST_F(SelectionTest, OverlappingRangesAreOneMark) {

@@ -7,6 +7,7 @@
 #include "FakeBackend.h"
 #include "host/document/answering.h"
 #include "host/document/document.h"
+#include "host/document/sizes.h"
 
 namespace host {
 namespace {
@@ -255,6 +256,18 @@ TEST_F(ServedTest, WithoutWaitingASizeThatIsNotThereIsMissingToo) {
 }
 
 // ---- sizes ----
+
+TEST_F(ServedTest, SizesThatCannotBeAskedForAreNotAwaited) {
+  Service unshared("paper.pdf", std::make_unique<test::FakeBackend>(backstage)); // gives no ticket
+  const std::function<void(int32_t)> notify;
+  std::vector<int32_t> missing;
+  for (std::vector<int32_t> *noWait : {static_cast<std::vector<int32_t> *>(nullptr), &missing}) {
+    const Limit asked{limit, noWait};
+    SizeCache sizes(unshared, 1000, asked, notify);
+    EXPECT_THROW(sizes.get(700), std::bad_weak_ptr);
+    EXPECT_FALSE(sizes.isAwaited(700));
+  }
+}
 
 TEST_F(ServedTest, TheSizesThatCameWithTheDocumentAreKnown) {
   EXPECT_EQ(document->pageSize(0).height, 200);

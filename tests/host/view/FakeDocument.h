@@ -4,6 +4,7 @@
 #pragma once
 
 #include <deque>
+#include <utility>
 #include <vector>
 
 #include "host/document/document.h"
@@ -38,6 +39,7 @@ public:
   }
   const host::Selection *selectCharacters(int32_t, std::span<const tavrel::TextRange>) override { return nullptr; }
   const host::Selection *selectWords(int32_t, std::span<const tavrel::TextRange>, int16_t) override { return nullptr; }
+  size_t takeRangesWithoutText(int32_t) override { return std::exchange(withoutText, 0); }
   size_t selectionCount() const override { return selections_.size(); }
 
   /// A selection of boxes, one for each range.
@@ -52,7 +54,8 @@ public:
   }
 
   static constexpr uint32_t paper = 0xFFFFFFFF;
-  int renders = 0; ///< how many pages were rendered
+  int renders = 0;        ///< how many pages were rendered
+  size_t withoutText = 0; ///< how many ranges were asked for that cover nothing
 
 private:
   void check(int32_t page) const {

@@ -28,6 +28,10 @@ void paint(PageView view, void *) {
   TavrelView::PageViewPaintSelection(view, plan.selection);
 }
 
+void askForTwoBeyondTheText(PageView, void *) {
+  dynamic_cast<test::FakeDocument &>(*plan.document->model).withoutText = 2;
+}
+
 void raiseAnError(PageView, void *) { Kernel::RaiseError(1); }
 
 void turnThePage(PageView view, void *) { TavrelView::PageViewShowPage(view, 2); }
@@ -113,6 +117,21 @@ TEST_F(Drawing, RangesOutsideOfThePageAreCountedApart) {
   const auto drawing = app.draw(*document);
   EXPECT_EQ(drawing->marks, 0U);
   EXPECT_EQ(drawing->offPage, 1U);
+}
+
+TEST_F(Drawing, RangesBeyondTheTextAreCountedWhileThePageIsDrawn) {
+  model->withoutText = 3; // of a list beside the page
+  EXPECT_EQ(app.draw(*document)->offPage, 0U);
+  paintWith(askForTwoBeyondTheText);
+  EXPECT_EQ(app.draw(*document)->offPage, 2U);
+  EXPECT_EQ(app.draw(*document)->offPage, 2U);
+}
+
+TEST_F(Drawing, AttemptsBeyondTheTextAreNotCountedWhereSomethingIsPainted) {
+  plan.selection = model->select(0, {{0, 10, 10, 0}});
+  paintWith(paint);
+  paintWith(askForTwoBeyondTheText);
+  EXPECT_EQ(app.draw(*document)->offPage, 0U);
 }
 
 TEST_F(Drawing, PaintingOutsideADrawRaises) {

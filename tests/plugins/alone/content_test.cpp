@@ -5,8 +5,14 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <iterator>
 #include <random>
 #include <string>
+#include <string_view>
 
 namespace {
 
@@ -68,6 +74,20 @@ TEST(Content, IsTruncatedWithoutTheEndOfWhatItBegins) {
     EXPECT_TRUE(brz::isTruncated(complete.substr(0, complete.find(part)))) << part;
   for (const char *other : {"", "<XML>\n", "a letter"})
     EXPECT_FALSE(brz::isTruncated(other)) << other;
+}
+
+// A large file is not read completely on the window's thread: here its middle cannot be read.
+TEST(Content, IsCompleteByItsBeginningAndEnd) {
+  const auto page = static_cast<size_t>(sysconf(_SC_PAGESIZE));
+  void *const mapped = mmap(nullptr, 3 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  ASSERT_NE(mapped, MAP_FAILED);
+  auto *const bytes = static_cast<char *>(mapped);
+  constexpr std::string_view begin = "<XML>\n<Body>\n<highlights>\n", end = "</highlights>\n</Body>\n</XML>\n";
+  std::copy(begin.begin(), begin.end(), bytes);
+  std::copy(end.rbegin(), end.rend(), std::reverse_iterator(bytes + 3 * page));
+  ASSERT_EQ(mprotect(bytes + page, page, PROT_NONE), 0);
+  EXPECT_FALSE(brz::isTruncated({bytes, 3 * page}));
+  munmap(mapped, 3 * page);
 }
 
 TEST(Content, LooksLikeHighlightsByBodyAndList) {

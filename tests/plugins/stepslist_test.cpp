@@ -24,14 +24,16 @@ TEST_F(StepsList, HasEveryHitWithItsLine) {
 }
 
 TEST_F(StepsList, ShowsWhatIsNearTheHitInALongLine) {
-  const test::PdfPage wide{.texts = {{20, 100, "one two three four five six seven eight nine ten"}}, .width = 400};
+  const std::string numbers = "one two three four five six seven eight nine ten";
+  const test::PdfPage wide{.texts = {{20, 100, numbers + " " + numbers}}, .width = 800};
   openInWindow(host::Document::open(scratch.pdf({wide}), ""), width, height);
   HLL *hits = TavrelGLT::GLT_NewHLL(nullptr);
-  for (const uint16_t pos : {uint16_t{4}, uint16_t{34}})
+  for (const uint16_t pos : {uint16_t{4}, uint16_t{34}, uint16_t{94}})
     TavrelGLT::HLL_AddHL(hits, 0, pos, 3);
   show(hits);
-  EXPECT_EQ(row(0).text, "one two three four five six seven eight nine ten");
-  EXPECT_EQ(row(1).text, "\u2026five six seven eight nine ten");
+  EXPECT_EQ(row(0).text, numbers + " " + numbers);
+  EXPECT_EQ(row(1).text, "\u2026five six seven eight nine ten " + numbers);
+  EXPECT_EQ(row(2).text, "\u2026two three four five six seven eight nine ten") << "more before, as less follows";
 }
 
 // The part of a row's text that is emphasised.

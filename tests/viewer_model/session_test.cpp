@@ -540,6 +540,34 @@ TEST_F(SessionTest, AReloadedDocumentStaysBehindWhatHasComeToFrontMeanwhile) {
   EXPECT_EQ(session().documents.page(), 2);
 }
 
+TEST_F(SessionTest, AReloadedDocumentIsClosedAlsoIfAKeeperFails) {
+  struct : DocumentKeeper {
+    void replaces(const OpenDocument & /*before*/, const OpenDocument & /*now*/) override {
+      throw std::runtime_error("a keeper fails");
+    }
+  } failing;
+  openPages(test::numberedPages(4));
+  session().moving.goToPage(2);
+  const auto keepers = session().documents.keepers;
+  session().documents.keepers.insert(session().documents.keepers.begin(), &failing);
+  session().opener.reload();
+  EXPECT_THROW(until([&] { return !session().opener.opening(); }), std::runtime_error);
+  session().documents.keepers = keepers;
+  EXPECT_THAT(session().documents.all(), SizeIs(1));
+  EXPECT_THAT(session().documents.services(), SizeIs(1)) << "the document before is closed";
+  EXPECT_EQ(session().documents.page(), 2) << "the other keepers are notified";
+}
+
+TEST_F(SessionTest, ReloadingReportsParametersThatNoPlugInReads) {
+  testing::internal::CaptureStderr();
+  open(write("a.pdf", test::numberedPages(1)), "page=1");
+  session().status.set("");
+  session().opener.reload();
+  EXPECT_TRUE(until([&] { return !session().opener.opening(); }));
+  testing::internal::GetCapturedStderr();
+  EXPECT_THAT(session().status.message(), HasSubstr("no plug-in is loaded that handles #page=1"));
+}
+
 TEST_F(SessionTest, ReloadingDrawsTheCurrentFile) {
   openPages({test::pageWith("page")});
   ASSERT_TRUE(draws());

@@ -110,7 +110,6 @@ void Opener::takeDocument(const Opening::File &file, const host::Opened &opened)
     }
     failure = std::current_exception();
   }
-  reportUnread(*documents_.find(file.number));
   notify(file.opened, "");
   if (before != nullptr) {
     const bool wasFront = before == front;
@@ -126,6 +125,7 @@ void Opener::takeDocument(const Opening::File &file, const host::Opened &opened)
   } else if (file.behind && front != nullptr) {
     documents_.bringToFront(*front);
   }
+  reportUnread(*documents_.find(file.number)); // last: the calls before take messages away
   if (failure) std::rethrow_exception(failure);
 }
 

@@ -79,6 +79,18 @@ class Find(ViewerTest):
             self.display.xdotool("key", key)
             self.viewer.shown(page)
 
+    def test_a_key_with_a_modifier_that_is_not_its_own_does_not_find(self):
+        self.find("needle")
+        self.found()
+        before = len(self.viewer.past)
+        for modifier in ("super", "ISO_Level3_Shift"):
+            self.display.xdotool("key", *(f"{modifier}+{key}" for key in ("F3", "shift+F3", "ctrl+g", "ctrl+shift+g")))
+        self.display.xdotool("key", "super+Return", "super+shift+Return", "ISO_Level3_Shift+shift+Return", "F3")
+        self.viewer.shown(2)
+        self.display.settled()
+        self.viewer.now()
+        self.assertEqual({state["page"] for state in self.viewer.since(before)}, {1, 2})
+
     def test_the_buttons_have_these_keys_too(self):
         self.find("needle")
         self.found()

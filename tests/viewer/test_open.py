@@ -1,8 +1,10 @@
 # SPDX-FileCopyrightText: 2026 The Tavrel developers
 # SPDX-License-Identifier: GPL-2.0-or-later
 # The dialog that asks for a file. Its lists are read from the widgets.
+import fcntl
 import os
 import shutil
+import signal
 import unittest
 
 from harness import SCREENSHOTS, document
@@ -245,6 +247,68 @@ class OpenByPointer(OpenTest):
         self.lists([*NAMES[:2], "no ending", *NAMES[2:]])
         self.viewer.answer("openFile", "Up")
         self.lists(["Documents/", "papers/"], "papers/")
+
+
+class OpenSlowly(OpenTest):
+    """Other choices while a file is being opened."""
+
+    # Has a file take long to be opened: until release(), at most the system's limit of 45 seconds.
+    def hold(self, name):
+        signal.signal(signal.SIGIO, signal.SIG_IGN)  # sent when the viewer opens it
+        held = open(os.path.join(self.papers, name), "r+b")
+        self.addCleanup(held.close)
+        try:
+            fcntl.fcntl(held, fcntl.F_SETLEASE, fcntl.F_WRLCK)
+        except OSError as error:
+            self.skipTest(f"no leases in this file system: {error}")
+        return held
+
+    def choose(self, name):
+        self.click("files", name, times=2)
+
+    def test_a_later_choice_opens_before_the_first_one(self):
+        self.openDialog()
+        held = self.hold("report 1.pdf")
+        self.choose("report 1.pdf")
+        self.says("Opening report 1.pdf")
+        self.choose("report 2.PDF")
+        self.opens("report 2.PDF")
+        self.assertEqual(self.viewer.now()["documents"], ["Summary.pdf", "report 2.PDF"])
+        held.close()
+        self.viewer.until(lambda state: "report 1.pdf" in state["documents"], "the first choice")
+
+    def test_the_dialog_stays_until_the_last_choice_is_open(self):
+        self.openDialog()
+        first, last = self.hold("report 1.pdf"), self.hold("report 2.PDF")
+        self.choose("report 1.pdf")
+        self.says("Opening report 1.pdf")
+        self.choose("report 2.PDF")
+        self.says("Opening report 2.PDF")
+        first.close()
+        self.viewer.until(lambda state: "report 1.pdf" in state["documents"], "the first choice")
+        self.display.settled()
+        self.says("Opening report 2.PDF")
+        last.close()
+        self.opens("report 2.PDF")
+
+    def test_a_failure_of_an_earlier_choice_is_not_shown_in_the_dialog(self):
+        with open(os.path.join(self.papers, "letter.pdf"), "wb") as stream:
+            stream.write(b"Dear reader\n")
+        self.viewer = self.view(os.path.join(self.papers, "Summary.pdf"), errors=1)
+        self.viewer.shown(1)
+        self.keys("ctrl+o")
+        self.viewer.dialog("openFile")
+        first, last = self.hold("letter.pdf"), self.hold("report 2.PDF")
+        self.choose("letter.pdf")
+        self.says("Opening letter.pdf")
+        self.choose("report 2.PDF")
+        self.says("Opening report 2.PDF")
+        first.close()
+        self.viewer.says("this is not a PDF")
+        self.display.settled()
+        self.says("Opening report 2.PDF")
+        last.close()
+        self.opens("report 2.PDF")
 
 
 class OpenWhere(OpenTest):

@@ -116,8 +116,8 @@ class SidePanel(ViewerTest):
         self.viewer.key("Down")
         self.scrolled(before)
 
-    def resized(self, height):
-        self.display.xdotool("search", "--name", "^cloth.pdf", "windowsize", 900, height)
+    def resized(self, height, width=900):
+        self.display.xdotool("search", "--name", "^cloth.pdf", "windowsize", width, height)
 
     def test_the_current_hit_stays_visible_in_a_lower_window(self):
         self.resized(800)
@@ -140,6 +140,15 @@ class SidePanel(ViewerTest):
         self.viewer.until(lambda state: state["area"]["x"] < 50, "no panel")
         self.viewer.key("F9")
         self.viewer.until(lambda state: state["area"]["x"] == narrow, "the width of before")
+
+    def test_the_page_stays_visible_in_a_narrower_window(self):
+        area = self.viewer.now()["area"]
+        self.display.xdotool("mousemove", area["x"] - 3, 300, "mousedown", 1, "mousemove_relative", 300, 0, "mouseup", 1)
+        wide = self.viewer.until(lambda state: state["area"]["x"] > area["x"] + 290, "a wide panel")["area"]["x"]
+        self.resized(500, width=500)
+        self.viewer.until(lambda state: state["area"]["x"] < 420 and state["area"]["width"] > 60, "the page beside it")
+        self.resized(500)
+        self.viewer.until(lambda state: state["area"]["x"] == wide, "the width of before")
 
     # Of the rows on the screen, when the picture shows what the state has.
     def rows(self):

@@ -126,6 +126,22 @@ class TextFields(TextFieldTest):
         self.keys("ctrl+a", "Home", "a")
         self.shows("abc")
 
+    def test_a_key_with_a_modifier_that_is_not_its_own_neither_moves_the_cursor_nor_edits(self):
+        self.typed("ab")
+        self.keys("ctrl+a")
+        for key in ("Left", "Right", "Home", "End", "BackSpace", "Delete", "ctrl+x", "ctrl+z"):
+            self.keys(f"super+{key}", f"ISO_Level3_Shift+{key}")
+        self.keys("super+x", "End")
+        self.shows("ab")
+        for key in ("Left", "Home", "ctrl+Left"):
+            self.keys(f"super+{key}", f"ISO_Level3_Shift+{key}")
+        self.keys("c")
+        self.shows("abc")
+
+    def test_alt_gr_types_characters(self):
+        self.keys("ISO_Level3_Shift+e", "ISO_Level3_Shift+shift+e")
+        self.shows("eE")
+
     def test_a_paste_is_undone(self):
         self.putOnClipboard(b"pasted")
         self.typed("a")

@@ -36,4 +36,18 @@ TEST(Aside, ADialogThatCoversTheAreaIsInTheFirstFreeCorner) {
 
 TEST(Aside, ADialogStaysThatCoversTheAreaEverywhere) { expectAt(aside({400, 200, 300, 100}, window), 400, 200); }
 
+TEST(Aside, ADialogThatIsLargerThanTheWindowStays) {
+  for (const auto &[width, height] : {std::pair{801, 100}, std::pair{300, 601}}) {
+    const Place place = aside({400, 200, width, height}, {400, 200, 10, 10});
+    EXPECT_EQ(place.x, 400) << width;
+    EXPECT_EQ(place.y, 200) << width;
+  }
+}
+
+TEST(Aside, ADialogAsLargeAsTheWindowFits) {
+  const Place place = aside({50, 200, 800, 100}, {400, 250, 10, 10});
+  EXPECT_EQ(place.x, 100);
+  EXPECT_EQ(place.y, 50);
+}
+
 } // namespace

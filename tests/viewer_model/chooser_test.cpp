@@ -174,6 +174,19 @@ TEST_F(ChooserTest, AFailureNamesTheFileWithoutItsFolder) {
   EXPECT_EQ(chooser.message(), "");
 }
 
+TEST_F(ChooserTest, AFileIsBeingOpenedWhileATextIsTyped) {
+  chooser.sayFailure(path("b.pdf"), "memory is exhausted");
+  chooser.sayOpening(path("a.pdf"));
+  EXPECT_EQ(chooser.message(), "Opening a.pdf\u2026");
+  chooser.setText("missing");
+  EXPECT_EQ(chooser.message(), "No name here begins with \u201Cmissing\u201D.");
+  chooser.setText("report");
+  EXPECT_EQ(chooser.message(), "Opening a.pdf\u2026");
+  chooser.sayFailure(path("a.pdf"), "memory is exhausted");
+  chooser.setText("");
+  EXPECT_EQ(chooser.message(), "");
+}
+
 TEST_F(ChooserTest, TheReasonFollowsTheBeginningOfALongName) {
   const std::string name(200, 'x');
   chooser.sayFailure(path(name), path(name).string() + ": the file is damaged");

@@ -5,6 +5,7 @@
 
 #include "DefaultResources.h"
 #include "viewer/window/actions.h"
+#include "viewer/window/findkeys.h"
 #include "viewer/window/keylist.h"
 #include "viewer/window/openkeys.h"
 #include "viewer/window/rowskeys.h"
@@ -110,13 +111,14 @@ TEST(KeyListTest, TheRowsAreInTheOrderOfTheMenus) {
   for (const KeyRow &row : keyRows(accelerator, {}, {{"Tools", "F3", "Steps", ""}}))
     if (groups.empty() || groups.back() != row.group) groups.push_back(row.group);
   EXPECT_THAT(groups, ElementsAre("File", "Edit", "View", "Go", "Tools", "Help", pageGroup, "Side Panel", "Text Fields",
-                                  "Open Dialog"));
+                                  "Find Dialog", "Open Dialog"));
 }
 
 TEST(KeyListTest, DraggingIsOneRow) { EXPECT_EQ(keysThat("Drags the page", {}), "Left button"); }
 
 TEST(KeyListTest, TheKeysOfOtherPartsOfTheWindowAreThoseOfTheirTranslations) {
   EXPECT_EQ(keysThat("Copies the selected text", {}), "Ctrl+C, Ctrl+Insert, Copy");
+  EXPECT_EQ(keysThat("Finds the next match", {}), "Ctrl+G, F3");
   EXPECT_EQ(keysThat("Completes the name", {}), "Tab");
   EXPECT_EQ(keysThat("The folder above", {}), "Alt+Up, Backspace");
   EXPECT_EQ(keysThat("Goes to the hit", {}), "Return, Keypad Enter");
@@ -127,7 +129,7 @@ TEST(KeyListTest, EveryKeyOfOtherPartsOfTheWindowIsListed) {
   std::string all;
   for (const KeyRow &row : keyRows(accelerator, {}))
     if (row.group != pageGroup) all += ", " + row.keys + ",";
-  for (const std::string &table : {rowsTranslations(), fieldTranslations(), openTranslations()})
+  for (const std::string &table : {rowsTranslations(), fieldTranslations(), findTranslations(), openTranslations()})
     for (const std::string &line : test::lines(table))
       if (line.find("deselect-all()") == std::string::npos) {
         EXPECT_THAT(all, testing::HasSubstr(", " + keyName(line.substr(0, line.find(": "))) + ",")) << line;

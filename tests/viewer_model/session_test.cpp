@@ -185,21 +185,22 @@ TEST_F(SessionTest, EndsWhileFilesAreBeingOpened) {
 // ---- what becomes of a file ----
 
 struct OutcomeTest : SessionTest {
-  // What was called back for a file, and whether before the document was there.
-  std::vector<std::string> outcomesOf(const std::filesystem::path &file) {
+  // What was called back for a file, and how many documents were open then.
+  std::vector<std::string> outcomesOf(const std::filesystem::path &file, int requests = 1) {
     std::vector<std::string> outcomes;
-    session().opener.open({file, {}}, {}, [&](const std::string &failure) {
-      outcomes.push_back(failure.empty() ? "open, documents: " + std::to_string(session().documents.all().size())
-                                         : failure);
-    });
+    for (int i = 0; i < requests; ++i)
+      session().opener.open({file, {}}, {}, [&](const std::string &failure) {
+        outcomes.push_back(failure.empty() ? "open, documents: " + std::to_string(session().documents.all().size())
+                                           : failure);
+      });
     EXPECT_TRUE(until([&] { return !session().opener.opening(); }));
     return outcomes;
   }
 };
 
-TEST_F(OutcomeTest, IsToldOnceBeforeTheDocumentIsThere) {
+TEST_F(OutcomeTest, IsToldOnceTheDocumentIsThere) {
   const auto file = write("a.pdf", test::numberedPages(1));
-  EXPECT_THAT(outcomesOf(file), ElementsAre("open, documents: 0"));
+  EXPECT_THAT(outcomesOf(file), ElementsAre("open, documents: 1"));
   EXPECT_THAT(outcomesOf(file), ElementsAre("open, documents: 1")) << "it is open already";
 }
 
@@ -207,6 +208,23 @@ TEST_F(OutcomeTest, OfAFileThatCannotBeOpenedIsTheReason) {
   const auto file = folder.write("letter.pdf", "Dear reader");
   testing::internal::CaptureStderr();
   EXPECT_THAT(outcomesOf(file), ElementsAre(file.string() + ": this is not a PDF"));
+  testing::internal::GetCapturedStderr();
+}
+
+TEST_F(OutcomeTest, OfAFileThatIsRequestedAgainMeanwhileIsToldForEachRequest) {
+  const auto file = write("a.pdf", test::numberedPages(1));
+  EXPECT_THAT(outcomesOf(file, 2), ElementsAre("open, documents: 1", "open, documents: 1"));
+  const auto letter = folder.write("letter.pdf", "Dear reader");
+  testing::internal::CaptureStderr();
+  EXPECT_THAT(outcomesOf(letter, 2), testing::Each(letter.string() + ": this is not a PDF"));
+  testing::internal::GetCapturedStderr();
+}
+
+TEST_F(OutcomeTest, OfADocumentThatCannotBeTakenOverIsTheReason) {
+  const auto file = write("a.pdf", test::numberedPages(1));
+  app.prepare = [](host::ViewerDocument &) { throw std::bad_alloc(); };
+  testing::internal::CaptureStderr();
+  EXPECT_THAT(outcomesOf(file), ElementsAre(file.string() + ": memory is exhausted"));
   testing::internal::GetCapturedStderr();
 }
 
@@ -520,6 +538,34 @@ TEST_F(SessionTest, AReloadedDocumentStaysBehindWhatHasComeToFrontMeanwhile) {
   session().documents.bringToFront(0);
   EXPECT_EQ(session().documents.pageCount(), 5);
   EXPECT_EQ(session().documents.page(), 2);
+}
+
+TEST_F(SessionTest, AReloadedDocumentIsClosedAlsoIfAKeeperFails) {
+  struct : DocumentKeeper {
+    void replaces(const OpenDocument & /*before*/, const OpenDocument & /*now*/) override {
+      throw std::runtime_error("a keeper fails");
+    }
+  } failing;
+  openPages(test::numberedPages(4));
+  session().moving.goToPage(2);
+  const auto keepers = session().documents.keepers;
+  session().documents.keepers.insert(session().documents.keepers.begin(), &failing);
+  session().opener.reload();
+  EXPECT_THROW(until([&] { return !session().opener.opening(); }), std::runtime_error);
+  session().documents.keepers = keepers;
+  EXPECT_THAT(session().documents.all(), SizeIs(1));
+  EXPECT_THAT(session().documents.services(), SizeIs(1)) << "the document before is closed";
+  EXPECT_EQ(session().documents.page(), 2) << "the other keepers are notified";
+}
+
+TEST_F(SessionTest, ReloadingReportsParametersThatNoPlugInReads) {
+  testing::internal::CaptureStderr();
+  open(write("a.pdf", test::numberedPages(1)), "page=1");
+  session().status.set("");
+  session().opener.reload();
+  EXPECT_TRUE(until([&] { return !session().opener.opening(); }));
+  testing::internal::GetCapturedStderr();
+  EXPECT_THAT(session().status.message(), HasSubstr("no plug-in is loaded that handles #page=1"));
 }
 
 TEST_F(SessionTest, ReloadingDrawsTheCurrentFile) {

@@ -13,8 +13,9 @@ inline bool covers(const Place &dialog, const Place &area) {
 }
 
 /// The place of a dialog that does not cover an area: its own, or else the first such corner of `around`: at the right
-/// and the left, at the top and the bottom. Its own if all of them cover the area.
+/// and the left, at the top and the bottom. Its own if all of them cover the area, or if it does not fit into `around`.
 inline Place asideOf(const Place &dialog, const Place &area, const Place &around) {
+  if (dialog.width > around.width || dialog.height > around.height) return dialog;
   const int right = around.x + around.width - dialog.width, bottom = around.y + around.height - dialog.height;
   for (const Place &corner :
        {dialog, Place{right, around.y, dialog.width, dialog.height}, Place{right, bottom, dialog.width, dialog.height},

@@ -140,10 +140,14 @@ std::optional<fs::path> Chooser::chooseTyped() {
   return std::nullopt;
 }
 
-void Chooser::sayOpening(const fs::path &file) { message_ = "Opening " + shortName(file) + "\u2026"; }
+void Chooser::sayOpening(const fs::path &file) {
+  message_.clear();
+  opening_ = "Opening " + shortName(file) + "\u2026";
+}
 
 void Chooser::sayFailure(const fs::path &file, const std::string &reason) {
   const std::string name = host::nameInMessage(file);
+  opening_.clear();
   message_ = reason.starts_with(name) ? shortName(file) + reason.substr(name.size()) : reason;
 }
 

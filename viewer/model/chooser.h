@@ -31,8 +31,8 @@ public:
   const std::vector<const FolderEntry *> &shown() const { return shown_; }
   /// The one to be selected: the folder that the user has come from, or the only one. Nothing: none.
   std::optional<size_t> suggested() const { return suggested_; }
-  /// One line: an error, or why names are missing; empty: none.
-  const std::string &message() const { return message_; }
+  /// One line: an error, why names are missing, or else that a file is being opened; empty: none.
+  const std::string &message() const { return message_.empty() ? opening_ : message_; }
 
   void setText(const std::string &text);
   void setFiles(Files files);
@@ -46,8 +46,8 @@ public:
   /// The same for the typed text: a name, a path or an address of a file; or the only name that begins with it. If it
   /// names nothing that can be read, the message says so.
   std::optional<std::filesystem::path> chooseTyped();
-  /// Sets the message, until the next change: that a file is being opened, or why it cannot be. The folder at the
-  /// beginning of the reason is left out, and a long name is truncated.
+  /// Sets the message: that a file is being opened, also after changes, or until the next change why it cannot be. The
+  /// folder at the beginning of the reason is left out, and a long name is truncated.
   void sayOpening(const std::filesystem::path &file);
   void sayFailure(const std::filesystem::path &file, const std::string &reason);
 
@@ -66,7 +66,7 @@ private:
   Files listedFiles_ = Files::pdf;
   std::vector<const FolderEntry *> matching_, shown_;
   std::optional<size_t> suggested_;
-  std::string message_;
+  std::string message_, opening_;
 };
 
 } // namespace viewer

@@ -71,9 +71,15 @@ void Documents::replace(const OpenDocument &before) {
   host::ViewerDocument *const now = open_.back()->document;
   std::erase(order_, now);
   *std::find(order_.begin(), order_.end(), before.document) = now;
+  std::exception_ptr failure;
   for (DocumentKeeper *keeper : keepers)
-    keeper->replaces(before, *find(now));
+    try {
+      keeper->replaces(before, *find(now));
+    } catch (const std::exception &) { // it is replaced nevertheless
+      failure = std::current_exception();
+    }
   close(before);
+  if (failure) std::rethrow_exception(failure);
 }
 
 void Documents::close(const OpenDocument &document) {

@@ -13,6 +13,11 @@ namespace {
 // How long a plug-in waits for a page, and the window with it.
 constexpr auto waitingLimit = std::chrono::seconds(1);
 
+void notify(const std::vector<WhenOpened> &callers, const std::string &failure) {
+  for (const WhenOpened &opened : callers)
+    opened(failure);
+}
+
 } // namespace
 
 void Opener::openAll(const std::vector<Target> &targets, const std::string &password) {
@@ -24,9 +29,8 @@ void Opener::openAll(const std::vector<Target> &targets, const std::string &pass
 }
 
 void Opener::open(const Target &target, const std::string &password, const WhenOpened &opened, bool behind) {
-  const auto done = [&] {
-    if (opened) opened({});
-  };
+  std::vector<WhenOpened> callers;
+  if (opened) callers.push_back(opened);
   Target absolute = target;
   std::error_code unknown;
   if (const auto path = std::filesystem::absolute(target.file, unknown); !unknown) absolute.file = path;
@@ -37,12 +41,15 @@ void Opener::open(const Target &target, const std::string &password, const WhenO
   if (const OpenDocument *there = documents_.findIf([&](const OpenDocument &one) { return same(one.target); })) {
     if (!behind) documents_.bringToFront(*there);
     status_.set("");
-    return done();
+    return notify(callers, "");
   }
-  if (opening_.any([&](const Opening::File &file) { return same(file.target); })) return done();
+  if (Opening::File *underWay = opening_.findIf([&](const Opening::File &file) { return same(file.target); })) {
+    underWay->opened.insert(underWay->opened.end(), callers.begin(), callers.end());
+    return;
+  }
   std::string line = "Opening " + target.file.filename().string();
   opening_.request(
-      {.number = ++numbers_, .target = absolute, .password = password, .behind = behind, .opened = opened});
+      {.number = ++numbers_, .target = absolute, .password = password, .behind = behind, .opened = callers});
   openingLine_ = line;
   status_.set(std::move(line));
 }
@@ -69,8 +76,8 @@ void Opener::take(const Opening::File &file) {
   changes_.note(allParts);
   const auto *failed = std::get_if<host::Failure>(&file.answer->value);
   asksPassword_ = failed != nullptr && failed->needsPassword && questions != nullptr;
-  if (file.opened) file.opened(failed == nullptr || asksPassword_ ? "" : failed->line); // before any other dialog
   if (failed == nullptr) return takeDocument(file, std::get<host::Opened>(file.answer->value));
+  notify(file.opened, asksPassword_ ? "" : failed->line); // before any other dialog
   if (asksPassword_)
     ask(file);
   else
@@ -96,12 +103,14 @@ void Opener::takeDocument(const Opening::File &file, const host::Opened &opened)
   } catch (const std::exception &error) {
     if (documents_.find(file.number) == nullptr) {
       const bool memory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
-      return status_.report(host::nameInMessage(file.target.file) + ": " +
-                            (memory ? "memory is exhausted" : error.what()));
+      const std::string line =
+          host::nameInMessage(file.target.file) + ": " + (memory ? "memory is exhausted" : error.what());
+      notify(file.opened, line);
+      return status_.report(line);
     }
     failure = std::current_exception();
   }
-  reportUnread(*documents_.find(file.number));
+  notify(file.opened, "");
   if (before != nullptr) {
     const bool wasFront = before == front;
     try {
@@ -116,6 +125,7 @@ void Opener::takeDocument(const Opening::File &file, const host::Opened &opened)
   } else if (file.behind && front != nullptr) {
     documents_.bringToFront(*front);
   }
+  reportUnread(*documents_.find(file.number)); // last: the calls before take messages away
   if (failure) std::rethrow_exception(failure);
 }
 

@@ -32,7 +32,7 @@ public:
     std::optional<uint64_t> replaces = {}; ///< the open document that is being reloaded
     bool behind = false;                   ///< the document in front stays there, if there is one
     bool passwordIsKnown = false;          ///< it opened the document before: no answer of the user's
-    WhenOpened opened = {};
+    std::vector<WhenOpened> opened = {};
     std::shared_ptr<host::Service> service = {};
     host::Ticket ticket = {};
     std::optional<host::Answer> answer = {}; ///< host::Opened or host::Failure
@@ -45,6 +45,11 @@ public:
   bool empty() const { return files_.empty(); }
   template <typename Predicate> bool any(const Predicate &predicate) const {
     return std::any_of(files_.begin(), files_.end(), predicate);
+  }
+  /// The first such file, until the next change; null: none.
+  template <typename Predicate> File *findIf(const Predicate &predicate) {
+    const auto found = std::find_if(files_.begin(), files_.end(), predicate);
+    return found == files_.end() ? nullptr : &*found;
   }
   /// Whether a file has been opened, or could not be, that has not been taken.
   bool hasAnswer() const { return any(isAnswered); }

@@ -5,19 +5,24 @@
 #include <string>
 
 #include "viewer/window/motif.h"
+#include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
 
 std::function<void(bool backwards)> s_find; // of the only dialog: the toolkit's action procedures get no client data
 
-constexpr char keysEverywhere[] = "Ctrl Shift ~Mod1<Key>g: findDialog(previous)\n"
-                                  "Ctrl ~Shift ~Mod1<Key>g: findDialog(next)\n"
-                                  "~Ctrl Shift ~Mod1<Key>F3: findDialog(previous)\n"
-                                  "~Ctrl ~Shift ~Mod1<Key>F3: findDialog(next)\n";
-constexpr char keysOfField[] = "~Ctrl Shift ~Mod1<Key>Return: findDialog(previous)\n"
-                               "~Ctrl Shift ~Mod1<Key>KP_Enter: findDialog(previous)\n"
-                               "~Ctrl Shift ~Mod1<Key>osfActivate: findDialog(previous)\n";
+constexpr char keysEverywhere[] = "Ctrl<Key>g: findDialog(next)\n"
+                                  "<Key>F3: findDialog(next)\n"
+                                  "Ctrl Shift<Key>g: findDialog(previous)\n"
+                                  "Shift<Key>F3: findDialog(previous)\n";
+constexpr char keysOfField[] = "Shift<Key>Return: findDialog(previous)\n"
+                               "Shift<Key>KP_Enter: findDialog(previous)\n"
+                               "Shift<Key>osfActivate: findDialog(previous)\n";
+
+void override(::Widget widget, const std::string &keys) {
+  XtOverrideTranslations(widget, XtParseTranslationTable(withoutOtherModifiers(keys).c_str()));
+}
 
 void act(::Widget /*widget*/, XEvent * /*event*/, String *arguments, Cardinal *count) {
   if (s_find && *count == 1) guarded([&] { s_find(std::string(arguments[0]) == "previous"); });
@@ -25,16 +30,17 @@ void act(::Widget /*widget*/, XEvent * /*event*/, String *arguments, Cardinal *c
 
 } // namespace
 
+std::string findTranslations() { return withoutOtherModifiers(std::string(keysEverywhere) + keysOfField); }
+
 void addFindKeys(::Widget field, std::initializer_list<::Widget> others,
                  const std::function<void(bool backwards)> &find) {
   char name[] = "findDialog";
   XtActionsRec procedures[] = {{name, act}};
   XtAppAddActions(XtWidgetToApplicationContext(field), procedures, XtNumber(procedures));
   s_find = find;
-  XtOverrideTranslations(field, XtParseTranslationTable(keysEverywhere));
-  XtOverrideTranslations(field, XtParseTranslationTable(keysOfField));
+  override(field, std::string(keysEverywhere) + keysOfField);
   for (::Widget other : others)
-    XtOverrideTranslations(other, XtParseTranslationTable(keysEverywhere));
+    override(other, keysEverywhere);
   whenever(field, XmNdestroyCallback, [](const XEvent *) { s_find = {}; });
 }
 

@@ -7,8 +7,12 @@
 
 #include <functional>
 #include <initializer_list>
+#include <string>
 
 namespace viewer {
+
+/// The translations of the dialog, with the action findDialog(WHAT).
+std::string findTranslations();
 
 /// Adds to the widgets of the find dialog: Ctrl+G and F3 find the next match, with Shift, as Shift+Return in `field`,
 /// the one before.

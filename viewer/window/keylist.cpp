@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "viewer/window/actions.h"
+#include "viewer/window/findkeys.h"
 #include "viewer/window/openkeys.h"
 #include "viewer/window/rowskeys.h"
 #include "viewer/window/textediting.h"
@@ -75,6 +76,9 @@ const std::vector<Part> &otherParts() {
         {{"edit(undo)"}, "Undoes a change"},
         {{"edit(redo)"}, "Repeats it"},
         {{"delete-previous-word()", "delete-next-word()"}, "Deletes a word"}}},
+      {"Find Dialog",
+       findTranslations,
+       {{{"findDialog(next)"}, "Finds the next match"}, {{"findDialog(previous)"}, "Finds the one before"}}},
       {"Open Dialog",
        openTranslations,
        {{{"openDialog(complete)"}, "Completes the name"},

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // All keys in force, as users read them: from the table of commands, the keys of the menus' entries, the page's
-// translations with those of a user, and the translations of the side panel, of text fields and of the Open dialog.
+// translations with those of a user, and the translations of the side panel, of text fields and of the dialogs.
 // Nothing here uses the display.
 #pragma once
 

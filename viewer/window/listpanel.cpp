@@ -33,6 +33,8 @@ ListPanel::ListPanel(MainWindow &window, ::Widget parent, ::Widget page)
   XtVaSetValues(panel_, XmNleftAttachment, XmATTACH_FORM, XmNtopAttachment, XmATTACH_WIDGET, XmNtopWidget, above,
                 XmNbottomAttachment, XmATTACH_WIDGET, XmNbottomWidget, below, nullptr);
   whenever(panel_, XmNresizeCallback, [this](const XEvent *) { layOut(); });
+  // A narrower window does not change the panel itself.
+  XtAddEventHandler(parent, StructureNotifyMask, False, resized, this);
   edge_ = std::make_unique<PanelEdge>(parent, above, below, window.pixels(edgeWidth), [this](int left) {
     draggedWidth_ = left;
     place();
@@ -47,6 +49,11 @@ int ListPanel::width() const {
   if (draggedWidth_ == 0) return std::min(withText(widthInDigits), all * 2 / 5);
   const int least = withText(leastDigits);
   return std::clamp(draggedWidth_, least, std::max(least, all * 4 / 5));
+}
+
+void ListPanel::resized(::Widget /*parent*/, XtPointer self, XEvent *event, Boolean * /*continueToDispatch*/) {
+  auto &panel = *static_cast<ListPanel *>(self);
+  if (event->type == ConfigureNotify && panel.isShown()) guarded([&] { panel.place(); });
 }
 
 // The form asks a child for its width, and a drawing area has none: all are placed by their distance from the left.

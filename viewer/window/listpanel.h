@@ -24,6 +24,7 @@ public:
 
 private:
   bool isShown() const { return XtIsManaged(panel_) != 0; }
+  static void resized(::Widget parent, XtPointer self, XEvent *event, Boolean *continueToDispatch);
   int width() const;
   void place();
   void layOut();

@@ -127,26 +127,23 @@ void OpenDialog::type(const std::string &character) {
 }
 
 void OpenDialog::accept() {
-  if (opening_) return;
   const int position = selectedIn(widgets_.files);
   const bool byName = position >= 0 && (selected_ || chooser_.text().empty());
   const auto file = byName ? chooser_.choose(static_cast<size_t>(position)) : chooser_.chooseTyped();
   if (!file) return update();
   chooser_.sayOpening(*file);
   showMessage();
-  opening_ = true;
   try {
-    take_(*file, [self = self_, chosen = *file](const std::string &failure) {
-      if (*self != nullptr) guarded([&] { (*self)->opened(chosen, failure); });
+    take_(*file, [self = self_, chosen = *file, choice = ++choices_](const std::string &failure) {
+      if (*self != nullptr && (*self)->choices_ == choice) guarded([&] { (*self)->opened(chosen, failure); });
     });
-  } catch (const std::exception &) {
-    opening_ = false;
+  } catch (const std::exception &error) {
+    opened(*file, error.what());
     throw;
   }
 }
 
 void OpenDialog::opened(const std::filesystem::path &file, const std::string &failure) {
-  opening_ = false;
   if (failure.empty()) {
     rememberFolder(recentFile_, file.parent_path());
     return destroyDialog(widgets_.form); // with this object

@@ -4,6 +4,7 @@
 // because it reacts to ten widgets; most reactions are a line.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -26,7 +27,7 @@ public:
 
   /// Shows the dialog, unless it is open already. It begins in the folder of the document in front; without one (empty)
   /// in the last used folder, otherwise in the current one. `take` gets the file, unless the dialog is cancelled. The
-  /// dialog stays until a file has been opened, and shows why others cannot be.
+  /// dialog stays until the file chosen last has been opened, and shows why others cannot be.
   static void show(Toolkit &toolkit, const std::filesystem::path &front, const Take &take);
 
 private:
@@ -49,7 +50,7 @@ private:
   Chooser chooser_;
   Take take_;
   std::shared_ptr<OpenDialog *> self_ = std::make_shared<OpenDialog *>(this); ///< null when the dialog is closed
-  bool opening_ = false;                                                      ///< a file that has been chosen
+  uint64_t choices_ = 0; ///< so far: what becomes of files before the last one is ignored
   OpenWidgets widgets_{};
   bool selected_ = false; ///< a name by the user; otherwise the typed text counts
   bool updating_ = false;

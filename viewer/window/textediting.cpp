@@ -8,32 +8,46 @@
 
 #include "viewer/window/motif.h"
 #include "viewer/window/paste.h"
+#include "viewer/window/translations.h"
 
 namespace viewer {
 namespace {
 
 // Ctrl+Insert and its like are older than Ctrl+C. The toolkit keeps the selection when the cursor is already where a
 // key moves it: the next character would replace all.
-constexpr char keys[] = "Ctrl Shift ~Mod1<Key>z: edit(redo)\n"
-                        "Ctrl ~Mod1<Key>z: edit(undo)\n"
-                        "Ctrl ~Mod1<Key>y: edit(redo)\n"
-                        "Ctrl ~Mod1<Key>c: edit(copy)\n"
-                        "Ctrl ~Mod1<Key>x: edit(cut)\n"
-                        "Ctrl ~Mod1<Key>v: edit(paste)\n"
-                        "Ctrl ~Mod1<Key>a: edit(selectAll)\n"
-                        "Ctrl ~Mod1<Key>osfInsert: edit(copy)\n"
-                        "Shift ~Mod1<Key>osfInsert: edit(paste)\n"
-                        "Shift ~Mod1<Key>osfDelete: edit(cut)\n"
+constexpr char keys[] = "Ctrl Shift<Key>z: edit(redo)\n"
+                        "Ctrl<Key>z: edit(undo)\n"
+                        "Ctrl<Key>y: edit(redo)\n"
+                        "Ctrl<Key>c: edit(copy)\n"
+                        "Ctrl<Key>x: edit(cut)\n"
+                        "Ctrl<Key>v: edit(paste)\n"
+                        "Ctrl<Key>a: edit(selectAll)\n"
+                        "Ctrl<Key>osfInsert: edit(copy)\n"
+                        "Shift<Key>osfInsert: edit(paste)\n"
+                        "Shift<Key>osfDelete: edit(cut)\n"
                         "<Key>osfCopy: edit(copy)\n"
                         "<Key>osfCut: edit(cut)\n"
                         "<Key>osfPaste: edit(paste)\n"
                         "<Key>osfUndo: edit(undo)\n"
-                        "Ctrl ~Mod1<Key>osfBackSpace: delete-previous-word()\n"
-                        "Ctrl ~Mod1<Key>osfDelete: delete-next-word()\n"
-                        "~Shift ~Ctrl ~Mod1<Key>osfLeft: deselect-all() backward-character()\n"
-                        "~Shift ~Ctrl ~Mod1<Key>osfRight: deselect-all() forward-character()\n"
-                        "~Shift ~Ctrl ~Mod1<Key>osfBeginLine: deselect-all() beginning-of-line()\n"
-                        "~Shift ~Ctrl ~Mod1<Key>osfEndLine: deselect-all() end-of-line()\n";
+                        "Ctrl<Key>osfBackSpace: delete-previous-word()\n"
+                        "Ctrl<Key>osfDelete: delete-next-word()\n"
+                        "<Key>osfLeft: deselect-all() backward-character()\n"
+                        "<Key>osfRight: deselect-all() forward-character()\n"
+                        "<Key>osfBeginLine: deselect-all() beginning-of-line()\n"
+                        "<Key>osfEndLine: deselect-all() end-of-line()\n";
+
+// The toolkit's translations ignore these modifiers: they would move the cursor nevertheless. Nothing is typed with
+// Mod4; AltGr, which is Mod5, types characters.
+constexpr char otherKeys[] = "Mod4<Key>: edit()\n"
+                             "Mod5<Key>osfLeft: edit()\n"
+                             "Mod5<Key>osfRight: edit()\n"
+                             "Mod5<Key>osfBeginLine: edit()\n"
+                             "Mod5<Key>osfEndLine: edit()\n"
+                             "Mod5<Key>osfBackSpace: edit()\n"
+                             "Mod5<Key>osfDelete: edit()\n"
+                             "Mod5<Key>osfActivate: edit()\n"
+                             "Mod5<Key>Return: edit()\n"
+                             "Mod5<Key>KP_Enter: edit()\n";
 
 std::map<::Widget, std::unique_ptr<TextField>> &fields() {
   static std::map<::Widget, std::unique_ptr<TextField>> s_fields;
@@ -76,10 +90,10 @@ void editAsUsual(::Widget field, Shows shows) {
   }
   fields()[field] = std::make_unique<TextField>(field, shows, ++s_number);
   whenever(field, XmNdestroyCallback, [field](const XEvent *) { fields().erase(field); });
-  XtOverrideTranslations(field, XtParseTranslationTable(keys));
+  XtOverrideTranslations(field, XtParseTranslationTable((fieldTranslations() + otherKeys).c_str()));
 }
 
-std::string fieldTranslations() { return keys; }
+std::string fieldTranslations() { return withoutOtherModifiers(keys); }
 
 std::string editedText(::Widget field) { return fields().at(field)->text(); }
 

@@ -174,6 +174,22 @@ TEST_F(SessionTest, AFileWithHitsThatCannotBeOpenedLeavesTheOthers) {
   EXPECT_THAT(session().status.message(), HasSubstr("No such file"));
 }
 
+TEST_F(SessionTest, OfFilesOpenedTogetherTheLastOneThatCanBeOpenedIsInFront) {
+  testing::internal::CaptureStderr();
+  const auto frontOf = [this](const std::string &firstParameters, const std::string &missingParameters) {
+    session().documents.closeAll();
+    session().opener.openAll({{write("a.pdf", test::numberedPages(1)), firstParameters},
+                              {write("b.pdf", test::numberedPages(1)), {}},
+                              {"/nowhere/c.pdf", missingParameters}},
+                             {});
+    EXPECT_TRUE(until([&] { return !session().opener.opening(); }));
+    return frontName();
+  };
+  EXPECT_EQ(frontOf("", ""), "b.pdf");
+  EXPECT_EQ(frontOf("xml=a.xml", "xml=c.xml"), "a.pdf");
+  testing::internal::GetCapturedStderr();
+}
+
 TEST_F(SessionTest, EndsWhileFilesAreBeingOpened) {
   openPages(test::numberedPages(1));
   for (const char *name : {"a.pdf", "b.pdf", "c.pdf"})

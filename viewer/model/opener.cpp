@@ -18,17 +18,23 @@ void notify(const std::vector<WhenOpened> &callers, const std::string &failure) 
     opened(failure);
 }
 
+// Whether the document in front stays there when a file has been opened: one of those that were requested together, and
+// with hits while the file has none, or else a later one.
+bool staysInFront(const OpenDocument &front, const Opening::File &file) {
+  if (file.together == 0 || front.number < file.together) return false;
+  return std::pair(hasHighlightFile(front.target), front.number) >
+         std::pair(hasHighlightFile(file.target), file.number);
+}
+
 } // namespace
 
 void Opener::openAll(const std::vector<Target> &targets, const std::string &password) {
-  if (targets.empty()) return;
-  const auto marked = std::find_if(targets.rbegin(), targets.rend(), hasHighlightFile);
-  const Target *const front = marked == targets.rend() ? &targets.back() : &*marked;
+  const uint64_t first = numbers_ + 1;
   for (const Target &target : targets)
-    open(target, password, {}, &target != front);
+    open(target, password, {}, first);
 }
 
-void Opener::open(const Target &target, const std::string &password, const WhenOpened &opened, bool behind) {
+void Opener::open(const Target &target, const std::string &password, const WhenOpened &opened, uint64_t together) {
   std::vector<WhenOpened> callers;
   if (opened) callers.push_back(opened);
   Target absolute = target;
@@ -39,7 +45,7 @@ void Opener::open(const Target &target, const std::string &password, const WhenO
     return other.file == absolute.file && (absolute.parameters.empty() || other == absolute);
   };
   if (const OpenDocument *there = documents_.findIf([&](const OpenDocument &one) { return same(one.target); })) {
-    if (!behind) documents_.bringToFront(*there);
+    if (together == 0) documents_.bringToFront(*there);
     status_.set("");
     return notify(callers, "");
   }
@@ -49,7 +55,7 @@ void Opener::open(const Target &target, const std::string &password, const WhenO
   }
   std::string line = "Opening " + target.file.filename().string();
   opening_.request(
-      {.number = ++numbers_, .target = absolute, .password = password, .behind = behind, .opened = callers});
+      {.number = ++numbers_, .target = absolute, .password = password, .together = together, .opened = callers});
   openingLine_ = line;
   status_.set(std::move(line));
 }
@@ -86,8 +92,8 @@ void Opener::take(const Opening::File &file) {
 
 void Opener::ask(const Opening::File &file) {
   const auto answer = [this, target = file.target, replaces = file.replaces,
-                       behind = file.behind](const std::string &password) {
-    if (!replaces) return open(target, password, {}, behind);
+                       together = file.together](const std::string &password) {
+    if (!replaces) return open(target, password, {}, together);
     if (const OpenDocument *document = documents_.find(*replaces)) reload(*document, password, false);
   };
   questions->askPassword(file.target, !file.password.empty() && !file.passwordIsKnown, answer);
@@ -122,7 +128,7 @@ void Opener::takeDocument(const Opening::File &file, const host::Opened &opened)
       status_.set("");
     else
       documents_.bringToFront(*front);
-  } else if (file.behind && front != nullptr) {
+  } else if (front != nullptr && staysInFront(*front, file)) {
     documents_.bringToFront(*front);
   }
   reportUnread(*documents_.find(file.number)); // last: the calls before take messages away

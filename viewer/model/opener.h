@@ -22,9 +22,10 @@ public:
   /// Opens a file; once it is open it is in front. A file that is open already is brought to front instead, unless the
   /// parameters differ. `opened`, if any, is called from the event loop, or at once for a file that is open.
   void open(const Target &target, const std::string &password = {}, const WhenOpened &opened = {}) {
-    open(target, password, opened, false);
+    open(target, password, opened, 0);
   }
-  /// Opens several files. The last one with a highlight file is in front then; if none has one, the last one.
+  /// Opens several files. Of those that could be opened, the last one with a highlight file is in front then; if none
+  /// has one, the last one.
   void openAll(const std::vector<Target> &targets, const std::string &password);
   /// Opens the front document's file again, on the same page, with the same password. Until it is open, and if it
   /// cannot be opened any more, the document stays as it is. If another one is in front by then, that one stays there.
@@ -45,7 +46,7 @@ public:
   void closes(const OpenDocument &document) override { opening_.dropReload(document.number); }
 
 private:
-  void open(const Target &target, const std::string &password, const WhenOpened &opened, bool behind);
+  void open(const Target &target, const std::string &password, const WhenOpened &opened, uint64_t together);
   void reload(const OpenDocument &document, const std::string &password, bool known);
   void ask(const Opening::File &file);
   void take(const Opening::File &file);

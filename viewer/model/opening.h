@@ -30,7 +30,7 @@ public:
     Target target;
     std::string password;
     std::optional<uint64_t> replaces = {}; ///< the open document that is being reloaded
-    bool behind = false;                   ///< the document in front stays there, if there is one
+    uint64_t together = 0;                 ///< the number of the first file that was requested with it; 0: alone
     bool passwordIsKnown = false;          ///< it opened the document before: no answer of the user's
     std::vector<WhenOpened> opened = {};
     std::shared_ptr<host::Service> service = {};

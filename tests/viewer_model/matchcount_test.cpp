@@ -106,8 +106,8 @@ TEST_F(MatchCountTest, KeepsNoClosedDocument) {
 }
 
 // Two documents of three pages, whose requests a test answers.
-struct PausedMatchCountTest : testing::Test {
-  PausedMatchCountTest() {
+struct AnsweredMatchCountTest : testing::Test {
+  AnsweredMatchCountTest() {
     open(first, "/first.pdf");
     open(second, "/second.pdf");
     session.documents.bringToFront(0);
@@ -117,10 +117,11 @@ struct PausedMatchCountTest : testing::Test {
     backstage.answer(host::Opened{3, std::vector<host::PageSize>(3, {100, 200})});
     session.arrivals.collect();
   }
-  // Answers the oldest request with a match on the page.
-  void answer(test::Backstage &backstage) {
+  // Answers the oldest request with so many matches on the page.
+  void answer(test::Backstage &backstage, size_t matches = 1) {
+    ASSERT_FALSE(backstage.asked.empty());
     const auto page = backstage.oldest<host::MatchesRequest>().page;
-    backstage.answer(host::PageMatches{page, {{{{0, 10, 10, 0}}}}});
+    backstage.answer(host::PageMatches{page, {matches, {{{0, 10, 10, 0}}}}});
     session.arrivals.collect();
   }
 
@@ -134,7 +135,18 @@ struct PausedMatchCountTest : testing::Test {
                   }};
 };
 
-TEST_F(PausedMatchCountTest, GoesOnWhenItsDocumentIsInFrontAgain) {
+TEST_F(AnsweredMatchCountTest, IsMadeAnewForATextThatIsFoundAtOnce) {
+  session.finding.find({"lamp", {}}, false);
+  for (int i = 0; i < 4; ++i) // one finds the match
+    answer(first);
+  ASSERT_EQ(session.matchCount.number(), "1 of 3");
+  session.finding.find({"oil", {}}, false);
+  for (const size_t matches : {1, 1, 0, 0})
+    answer(first, matches);
+  EXPECT_EQ(session.matchCount.number(), "1 of 1");
+}
+
+TEST_F(AnsweredMatchCountTest, GoesOnWhenItsDocumentIsInFrontAgain) {
   session.finding.find({"lamp", {}}, false);
   answer(first); // which finds the match
   answer(first);

@@ -501,6 +501,38 @@ TEST_F(ReloadingSecretTest, AnAnswerAfterTheDocumentWasClosedOpensNothing) {
   EXPECT_THAT(names(), IsEmpty());
 }
 
+TEST_F(ReloadingSecretTest, ReloadingAgainAsksNothingWhileThePasswordIsAwaited) {
+  const auto file = write("a.pdf", test::numberedPages(4));
+  open(file);
+  encrypt(file);
+  const auto reload = [&] {
+    session().opener.reload();
+    settle();
+  };
+  reload();
+  reload();
+  EXPECT_THAT(asked.agains, ElementsAre(false));
+  asked.answers.clear(); // the question was cancelled
+  reload();
+  EXPECT_THAT(asked.agains, ElementsAre(false, false));
+}
+
+TEST_F(ReloadingSecretTest, AfterAnAnswerThatDidNotHelpItCanBeReloadedAgain) {
+  const auto file = write("a.pdf", test::numberedPages(4));
+  open(file);
+  encrypt(file);
+  session().opener.reload();
+  settle();
+  std::filesystem::remove(file);
+  testing::internal::CaptureStderr();
+  answer("user");
+  testing::internal::GetCapturedStderr();
+  write("a.pdf", test::numberedPages(3));
+  session().opener.reload();
+  settle();
+  EXPECT_EQ(session().documents.pageCount(), 3);
+}
+
 // The thread closes documents before it renders: once another file's page is rendered, closed documents are closed.
 TEST_F(SessionTest, ClosingADocumentAfterItsReloadClosesTheFile) {
   const auto file = write("paper.pdf", test::numberedPages(1));

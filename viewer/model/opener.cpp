@@ -61,7 +61,10 @@ void Opener::open(const Target &target, const std::string &password, const WhenO
 }
 
 void Opener::reload() {
-  if (const OpenDocument *document = documents_.frontDocument()) reload(*document, document->password, true);
+  const OpenDocument *document = documents_.frontDocument();
+  if (document == nullptr) return;
+  const auto asked = questionsOfReloads_.find(document->number);
+  if (asked == questionsOfReloads_.end() || asked->second.expired()) reload(*document, document->password, true);
 }
 
 void Opener::reload(const OpenDocument &document, const std::string &password, bool known) {
@@ -91,9 +94,12 @@ void Opener::take(const Opening::File &file) {
 }
 
 void Opener::ask(const Opening::File &file) {
-  const auto answer = [this, target = file.target, replaces = file.replaces,
+  const auto question = std::make_shared<char>();
+  if (file.replaces) questionsOfReloads_[*file.replaces] = question;
+  const auto answer = [this, question, target = file.target, replaces = file.replaces,
                        together = file.together](const std::string &password) {
     if (!replaces) return open(target, password, {}, together);
+    questionsOfReloads_.erase(*replaces);
     if (const OpenDocument *document = documents_.find(*replaces)) reload(*document, password, false);
   };
   questions->askPassword(file.target, !file.password.empty() && !file.passwordIsKnown, answer);

@@ -3,6 +3,8 @@
 // Opens files and reloads them, with their passwords.
 #pragma once
 
+#include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -43,7 +45,10 @@ public:
   /// Adds the services of the files that are being opened.
   void addServices(Services &services) const { opening_.addServices(services); }
 
-  void closes(const OpenDocument &document) override { opening_.dropReload(document.number); }
+  void closes(const OpenDocument &document) override {
+    opening_.dropReload(document.number);
+    questionsOfReloads_.erase(document.number);
+  }
 
 private:
   void open(const Target &target, const std::string &password, const WhenOpened &opened, uint64_t together);
@@ -59,6 +64,7 @@ private:
   Opening opening_;
   uint64_t numbers_ = 0;
   bool asksPassword_ = false;
+  std::map<uint64_t, std::weak_ptr<void>> questionsOfReloads_; ///< by document; ends when its answer is dropped
   std::string openingLine_;
 };
 

@@ -15,7 +15,7 @@ public:
   virtual ~Questions() = default;
   using Answer = std::function<void(const std::string &password)>;
   /// A file is encrypted: a password is needed, or another one. The answer, if any, is a call of `answer`, later than
-  /// this one.
+  /// this one. Without one, `answer` is destroyed when the question is no longer shown.
   virtual void askPassword(const Target &target, bool again, const Answer &answer) = 0;
 };
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Opens files and reloads them, with their passwords.
+// Opens files and reloads them, with their passwords. Over 200 lines with its source because files, reloads and
+// questions for passwords share what is under way.
 #pragma once
 
 #include <map>

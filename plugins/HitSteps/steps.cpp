@@ -266,6 +266,10 @@ void showCurrentHit(PageView view) {
       bringIntoSight(view, place);
       scene.current->isUnseen = false;
     }
+    if (scene.current->isUnseen && isInSight(view, place)) {
+      scene.current->isUnseen = false;
+      TavrelView::ToolBarUpdateButtonStates(TavrelView::GetToolBar()); // it may be the last one
+    }
     if (mode != GLT_VIEW_NONE) outline(view, place);
   }
   scene.current->isNew = false;

@@ -85,6 +85,15 @@ TEST_F(StepsTest, ShowAHitCompletelyWhosePageTheUserHasGoneTo) {
   EXPECT_TRUE(isVisible(2, 6));
 }
 
+TEST_F(StepsTest, EndAtAVisibleLastHitOfAPageThatTheUserHasGoneTo) {
+  show(hitsOn({0, 2}, {0}));
+  document->view->showPage(2);
+  pageWindow->scrollTo(0, 0);
+  app.toolBar()->updateStates();
+  draw();
+  EXPECT_FALSE(app.toolBar()->find(host_.runtime.atoms.atom(buttonName(1)))->enabled);
+}
+
 TEST_F(StepsTest, GoOnFromAVisibleHitOfAPageThatTheUserHasGoneTo) {
   show(hitsOn({0, 2}, {0, 8}));
   document->view->showPage(2);

@@ -110,11 +110,23 @@ void describe(const Scene &scene, char *text, size_t size) {
            static_cast<uint32_t>(scene.page - hits.pages) + 1, hits.pageCount, isLast ? ": the last hit" : "");
 }
 
-/// The status line is the front document's. Without hits its text is removed.
+/// Of a document none of whose hits is on its pages: a list may be another document's.
+void describeStrayHits(Doc document, char *text, size_t size) {
+  const HLL *list = TavrelGLT::GLT_GetHLL(document);
+  PageView view = TavrelView::DocGetPageView(document);
+  if (list == nullptr || view == nullptr || readHits(list, TavrelView::PageViewGetPageCount(view)).hitCount > 0) return;
+  const uint32_t count = TavrelGLT::HLL_GetWordCount(list);
+  if (count > 0) snprintf(text, size, "%u %s, none on the pages of this document", count, count == 1 ? "hit" : "hits");
+}
+
+/// The status line is the front document's. Without a list its text is removed.
 void showStatus(Doc document, const Scene *scene) {
   if (document == nullptr || document != TavrelView::GetFrontDoc()) return;
   char text[100] = "";
-  if (scene != nullptr) describe(*scene, text, sizeof text);
+  if (scene != nullptr)
+    describe(*scene, text, sizeof text);
+  else
+    describeStrayHits(document, text, sizeof text);
   TavrelView::SetStatusText(s_self, text);
 }
 

@@ -32,6 +32,14 @@ TEST_F(StepsTest, GoToTheNextHitOnThePageBeforeThePageIsTurned) {
   EXPECT_EQ(reports, std::vector<std::string>{});
 }
 
+TEST_F(StepsTest, SayThatNoHitIsOnAPageOfTheDocument) {
+  show(hitsOn({7, 9}, {0, 4}));
+  EXPECT_EQ(app.statusText(), "4 hits, none on the pages of this document");
+  EXPECT_FALSE(press(1));
+  show(hitsOn({0}, {0, 4}));
+  EXPECT_EQ(app.statusText(), "hit 1 of 2, page 1 of 1");
+}
+
 TEST_F(StepsTest, SayWhichHitIsTheLast) {
   show(hitsOn({0, 2}, {0, 4}));
   EXPECT_EQ(step(1), "hit 2 of 4, page 1 of 2");

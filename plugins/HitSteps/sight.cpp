@@ -158,8 +158,9 @@ void writeLine(const HitPlace &hit, ListRow *row) {
   }
   const char *const line = lines[0].text;
   const uint32_t length = static_cast<uint32_t>(strlen(line)), start = std::min(lines[0].start, length);
-  // Bytes of the line that are shown before the hit: more where less follows, up to what a panel usually has space for.
-  constexpr uint32_t usual = 48, least = 16;
+  // Bytes of the line that are shown before the hit: more where less follows, up to what a panel of the usual width has
+  // space for.
+  constexpr uint32_t usual = 28, least = 16;
   const uint32_t before = std::max(least, usual - std::min(usual, length - start));
   uint32_t from = 0;
   if (start > before) {

@@ -49,6 +49,8 @@ TEST(TextLine, OfWordsThatTheBoxCoversEquallyIsThatOfTheFirst) {
 TEST(TextLine, IsEmptyWhereNoWordIs) {
   EXPECT_EQ(lineAround(columns(), {0, 50, 20, 40}).text, "");
   EXPECT_EQ(lineAround(columns(), {200, 50, 220, 40}).text, "") << "right of all words and below them";
+  const PageText oneWord{{word(U"one", {0, 100, 20, 90})}};
+  EXPECT_EQ(lineAround(oneWord, {0, 50, 20, 40}).text, "") << "below the only word";
   EXPECT_EQ(lineAround({}, {0, 50, 20, 40}).text, "");
 }
 

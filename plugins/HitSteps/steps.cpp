@@ -269,6 +269,7 @@ void showCurrentHit(PageView view) {
   }
   const int32_t mode = TavrelGLT::GLT_GetViewMode(document);
   const bool inWindow = TavrelView::PageViewIsInWindow(view) != 0;
+  bool cameIntoSight = false;
   if (scene.page != nullptr && inWindow) {
     const auto before = scene.current->units;
     scene.current->units = unitsOf(scene, mode);
@@ -278,15 +279,15 @@ void showCurrentHit(PageView view) {
       bringIntoSight(view, place);
       scene.current->isUnseen = false;
     }
-    if (scene.current->isUnseen && isInSight(view, place)) {
-      scene.current->isUnseen = false;
-      TavrelView::ToolBarUpdateButtonStates(TavrelView::GetToolBar()); // it may be the last one
-    }
+    cameIntoSight = scene.current->isUnseen && isInSight(view, place);
+    if (cameIntoSight) scene.current->isUnseen = false;
     if (mode != GLT_VIEW_NONE) outline(view, place);
   }
   scene.current->isNew = false;
   if (inWindow) showInList(scene);
   showStatus(document, &scene);
+  // Last, because the tests of buttons look up the scene anew: there may be nothing to step to any more.
+  if (cameIntoSight) TavrelView::ToolBarUpdateButtonStates(TavrelView::GetToolBar());
 }
 
 void writeRow(Doc document, uint32_t row, ListRow *out) {

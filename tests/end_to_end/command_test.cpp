@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The command as its user sees it: its output, the inputs that it refuses, and its exit status.
+//
+// It has over 500 lines because all of its tests share the fixture, which starts the command and checks what it prints.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -21,6 +21,9 @@ struct OpeningOrder : testing::Test {
     session.opener.openAll(targets, {});
     settle();
     ASSERT_EQ(session.documents.all().size(), 2U);
+    release();
+  }
+  void release() {
     released = true;
     settle();
   }
@@ -58,6 +61,15 @@ TEST_F(OpeningOrder, IsThatOfTheRequestsAndTheLastOneStaysInFront) {
 TEST_F(OpeningOrder, ALateFileWithHitsComesToTheFront) {
   targets[1].parameters = "xml=a.xml";
   openAll();
+  EXPECT_THAT(names(), ElementsAre("a.pdf", "late.pdf", "c.pdf"));
+  EXPECT_EQ(front(), "late.pdf");
+}
+
+TEST_F(OpeningOrder, ALateFileThatIsChosenMeanwhileComesToTheFront) {
+  session.opener.openAll(targets, {});
+  settle();
+  session.opener.open(targets[1]);
+  release();
   EXPECT_THAT(names(), ElementsAre("a.pdf", "late.pdf", "c.pdf"));
   EXPECT_EQ(front(), "late.pdf");
 }

@@ -51,6 +51,7 @@ void Opener::open(const Target &target, const std::string &password, const WhenO
   }
   if (Opening::File *underWay = opening_.findIf([&](const Opening::File &file) { return same(file.target); })) {
     underWay->opened.insert(underWay->opened.end(), callers.begin(), callers.end());
+    if (together == 0) underWay->together = 0; // chosen now, so it comes to the front
     return;
   }
   std::string line = "Opening " + target.file.filename().string();

@@ -102,11 +102,12 @@ TEST_F(PageWindows, IsFilledByThePageThatIsShownNext) {
   EXPECT_DOUBLE_EQ(other.dpiOf(2), 24) << "which is not shown";
 }
 
-TEST_F(PageWindows, AnotherScaleKeepsTheMiddleUnlessTheViewWasNeverDrawnAndScrolled) {
+TEST_F(PageWindows, AnotherScaleKeepsTheMiddleAndTheTopOfThePage) {
   const struct {
     bool drawn;
-    int before, after;
-  } rows[] = {{false, 0, 0}, {false, 1, 27}, {false, 20, 65}, {true, 0, 25}, {true, 1, 27}, {true, 20, 65}};
+    int before, x, y;
+  } rows[] = {{false, 0, 0, 0}, {false, 1, 27, 27}, {false, 20, 65, 65},
+              {true, 0, 25, 0}, {true, 1, 27, 27},  {true, 20, 65, 65}};
   for (const auto &row : rows) {
     test::FakeDocument page(1);
     PageWindow other(page, dpi);
@@ -114,8 +115,8 @@ TEST_F(PageWindows, AnotherScaleKeepsTheMiddleUnlessTheViewWasNeverDrawnAndScrol
     other.scrollTo(row.before, row.before);
     if (row.drawn) other.beginDrawing();
     other.setDpi(2 * dpi);
-    EXPECT_EQ(other.scrollX(), row.after) << row.drawn << " " << row.before;
-    EXPECT_EQ(other.scrollY(), row.after) << row.drawn << " " << row.before;
+    EXPECT_EQ(other.scrollX(), row.x) << row.drawn << " " << row.before;
+    EXPECT_EQ(other.scrollY(), row.y) << row.drawn << " " << row.before;
   }
 }
 

@@ -52,7 +52,7 @@ double PageWindow::dpiOf(int32_t page) {
   return std::clamp(dpi, std::min(smallest, largest), largest);
 }
 
-// Keeps in place what is in the middle of the window.
+// Keeps in place what is in the middle of the window; the top of a page stays at the top.
 void PageWindow::chooseDpi() {
   const double dpi = dpiOf(page_);
   if (dpi == dpi_) return;
@@ -61,10 +61,11 @@ void PageWindow::chooseDpi() {
   dpi_ = dpi;
   const host::PixelSize now = window();
   const auto moved = [&](int scroll, int sizeBefore, int sizeNow) {
-    if (scroll == 0 && !drawn_) return 0; // not scrolled yet
     return static_cast<int>(std::lround((scroll + sizeBefore / 2.0) * ratio - sizeNow / 2.0));
   };
-  scrollTo(moved(scrollX_, before.width, now.width), moved(scrollY_, before.height, now.height));
+  const bool isScrolled = scrollX_ != 0 || drawn_;
+  scrollTo(isScrolled ? moved(scrollX_, before.width, now.width) : 0,
+           scrollY_ != 0 ? moved(scrollY_, before.height, now.height) : 0);
   noteChange();
 }
 

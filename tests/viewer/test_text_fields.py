@@ -130,11 +130,11 @@ class TextFields(TextFieldTest):
         self.typed("ab")
         self.keys("ctrl+a")
         for key in ("Left", "Right", "Home", "End", "BackSpace", "Delete", "ctrl+x", "ctrl+z"):
-            self.keys(f"super+{key}", f"ISO_Level3_Shift+{key}")
-        self.keys("super+x", "End")
+            self.keys(f"super+{key}", f"alt+{key}", f"ISO_Level3_Shift+{key}")
+        self.keys("super+x", "alt+x", "End")
         self.shows("ab")
         for key in ("Left", "Home", "ctrl+Left"):
-            self.keys(f"super+{key}", f"ISO_Level3_Shift+{key}")
+            self.keys(f"super+{key}", f"alt+{key}", f"ISO_Level3_Shift+{key}")
         self.keys("c")
         self.shows("abc")
 

@@ -37,8 +37,9 @@ constexpr char keys[] = "Ctrl Shift<Key>z: edit(redo)\n"
                         "<Key>osfEndLine: deselect-all() end-of-line()\n";
 
 // The toolkit's translations ignore these modifiers: they would move the cursor nevertheless. Nothing is typed with
-// Mod4; AltGr, which is Mod5, types characters.
-constexpr char otherKeys[] = "Mod4<Key>: edit()\n"
+// Alt, which is Mod1, and with Mod4; AltGr, which is Mod5, types characters.
+constexpr char otherKeys[] = "Mod1<Key>: edit()\n"
+                             "Mod4<Key>: edit()\n"
                              "Mod5<Key>osfLeft: edit()\n"
                              "Mod5<Key>osfRight: edit()\n"
                              "Mod5<Key>osfBeginLine: edit()\n"

@@ -73,6 +73,14 @@ void showPage(Doc document, int32_t number) {
   TavrelView::PageViewShowPage(view, std::min(number, TavrelView::PageViewGetPageCount(view)) - 1);
 }
 
+void reportMissingPage(Doc document, int32_t number) {
+  const int32_t pages = TavrelView::PageViewGetPageCount(TavrelView::DocGetPageView(document));
+  if (number <= pages) return;
+  char text[100];
+  snprintf(text, sizeof text, "there is no page %d, the document has %d", number, pages);
+  reportFile(document, TavrelView::DocGetFile(document), text);
+}
+
 /// Reads a file that a document's parameters name: relative to the document's directory, or, if it is not there, to the
 /// current one. Sets `file` to the path that was found.
 int readNamedBy(Doc document, char (&file)[PATH_MAX], size_t limit, std::string_view *content) {
@@ -147,7 +155,10 @@ void documentOpened(Doc document, void * /*clientData*/) {
   std::optional<int32_t> number;
   if (page) number = brz::pageNumberOf(*page);
   if (page && !number) reportInvalidValue(document, brz::pageParameter, *page, "page");
-  if (number) showPage(document, *number);
+  if (number) {
+    reportMissingPage(document, *number);
+    showPage(document, *number);
+  }
   if (!xml) return;
   showHits(document, *xml);                // turns to the first hit
   if (number) showPage(document, *number); // a page that the address names is the one that its reader wants

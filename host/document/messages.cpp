@@ -3,6 +3,8 @@
 // Checks answers: they may come from another program, which may have been made to answer wrongly by a hostile file.
 #include "host/document/messages.h"
 
+#include <climits>
+
 #include <algorithm>
 #include <new>
 
@@ -18,14 +20,33 @@ bool areSizes(const std::vector<PageSize> &sizes) {
   });
 }
 
-// The words joined by one space have the offsets that they claim, and each character has a box.
+bool areBoxes(const std::vector<Box> &boxes) { return std::all_of(boxes.begin(), boxes.end(), isUsable); }
+
+bool isCodePoint(char32_t c) { return c < 0xD800 || (c > 0xDFFF && c <= 0x10FFFF); }
+
+bool isWord(const WordText &word) {
+  return !word.text.empty() && std::all_of(word.text.begin(), word.text.end(), isCodePoint) && isUsable(word.bounds) &&
+         word.characters.size() == word.text.size() && areBoxes(word.characters) && word.quarterTurns >= 0 &&
+         word.quarterTurns < 4;
+}
+
+// The words joined by one space have the offsets that they claim.
 bool isText(const PageText &text) {
   size_t offset = 0;
   return std::all_of(text.words.begin(), text.words.end(), [&offset](const WordText &word) {
-    const bool follows = word.offset == offset && !word.text.empty() && word.characters.size() == word.text.size();
+    const bool follows = word.offset == offset && isWord(word);
     offset += word.text.size() + 1;
     return follows;
   });
+}
+
+// Its line is shown as it is.
+bool isFailure(const Failure &failure) {
+  constexpr size_t longest = 2 * PATH_MAX;
+  const std::string &line = failure.line;
+  return failure.code > tavrel::errNone && failure.code <= tavrel::errDocument && line.size() <= longest &&
+         std::none_of(line.begin(), line.end(),
+                      [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; });
 }
 
 bool isPermutation(const std::vector<uint32_t> &order, size_t count) {
@@ -58,10 +79,13 @@ struct Fits {
     return got.page == asked.page && got.dpi == asked.dpi && isImage(got.image);
   }
   bool operator()(const MatchesRequest &asked, const PageMatches &got) const {
-    return got.page == asked.page &&
-           std::none_of(got.found.begin(), got.found.end(), [](const Found &one) { return one.boxes.empty(); });
+    return got.page == asked.page && std::all_of(got.found.begin(), got.found.end(), [](const Found &one) {
+             return !one.boxes.empty() && areBoxes(one.boxes);
+           });
   }
-  template <typename Asked> bool operator()(const Asked & /*asked*/, const Failure & /*got*/) const { return true; }
+  template <typename Asked> bool operator()(const Asked & /*asked*/, const Failure &got) const {
+    return isFailure(got);
+  }
   template <typename Asked, typename Got> bool operator()(const Asked & /*asked*/, const Got & /*got*/) const {
     return false;
   }

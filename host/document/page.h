@@ -3,6 +3,7 @@
 // What a page is made of: its size, its words, their boxes.
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -15,6 +16,14 @@ struct Box {
   double left = 0, top = 0, right = 0, bottom = 0;
   bool operator==(const Box &) const = default;
 };
+
+/// Whether all of it are numbers that can be computed with: none that a file has made infinite, or far beyond any page.
+inline bool isUsable(const Box &box) {
+  constexpr double farthest = 1e9;
+  for (const double points : {box.left, box.top, box.right, box.bottom})
+    if (!(std::abs(points) <= farthest)) return false;
+  return true;
+}
 
 /// Points, of the page as shown (rotated and cropped).
 struct PageSize {

@@ -112,7 +112,8 @@ WordFont fontOf(const poppler::text_box &box) {
 // `height` is that of the page in points.
 FoundWords wordsOf(const std::vector<poppler::text_box> &list, double height) {
   const auto upright = [height](const poppler::rectf &rect) {
-    return Box{rect.left(), height - rect.top(), rect.right(), height - rect.bottom()};
+    const Box box{rect.left(), height - rect.top(), rect.right(), height - rect.bottom()};
+    return isUsable(box) ? box : Box{};
   };
   FoundWords result;
   uint32_t offset = 0;

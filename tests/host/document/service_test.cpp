@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <climits>
+#include <cmath>
 #include <new>
 
 #include "FakeBackend.h"
@@ -250,10 +252,30 @@ INSTANTIATE_TEST_SUITE_P(
         Exchange{"AWordAtAnotherOffset", WordsRequest{3}, changed([](WordText &word) { word.offset = 3; }), false},
         Exchange{"AWordWithFewerBoxes", WordsRequest{3}, changed([](WordText &word) { word.characters.pop_back(); }),
                  false},
+        Exchange{"AWordOfTheLastCharacter", WordsRequest{3},
+                 changed([](WordText &word) { word.text = U"\uD7FF\U0010FFFF"; }), true},
+        Exchange{"AWordOfHalfASurrogatePair", WordsRequest{3},
+                 changed([](WordText &word) { word.text[1] = char32_t{0xDFFF}; }), false},
+        Exchange{"AWordBeyondUnicode", WordsRequest{3}, changed([](WordText &word) { word.text[1] = 0x110000; }),
+                 false},
+        Exchange{"AWordOnALineUpwards", WordsRequest{3}, changed([](WordText &word) { word.quarterTurns = 3; }), true},
+        Exchange{"AWordOfFourQuarterTurns", WordsRequest{3}, changed([](WordText &word) { word.quarterTurns = 4; }),
+                 false},
+        Exchange{"AWordTurnedBack", WordsRequest{3}, changed([](WordText &word) { word.quarterTurns = -1; }), false},
+        Exchange{"AWordFarAway", WordsRequest{3}, changed([](WordText &word) { word.bounds.left = -1e9; }), true},
+        Exchange{"AWordTooFarAway", WordsRequest{3}, changed([](WordText &word) { word.bounds.left = -1.1e9; }), false},
+        Exchange{"ACharacterWithoutAPlace", WordsRequest{3},
+                 changed([](WordText &word) { word.characters[1].top = std::nan(""); }), false},
         Exchange{"Matches", MatchesRequest{3, "a", {}}, PageMatches{3, {{{Box{}}}}}, true},
+        Exchange{"AMatchTooHigh", MatchesRequest{3, "a", {}}, PageMatches{3, {{{Box{}, {0, HUGE_VAL, 0, 0}}}}}, false},
         Exchange{"AnotherPagesMatches", MatchesRequest{3, "a", {}}, PageMatches{4, {}}, false},
         Exchange{"AMatchNowhere", MatchesRequest{3, "a", {}}, PageMatches{3, {Found{}}}, false},
-        Exchange{"AnotherKind", ImageRequest{3, 72}, PageMatches{3, {}}, false}),
+        Exchange{"AnotherKind", ImageRequest{3, 72}, PageMatches{3, {}}, false},
+        Exchange{"AFailureWithoutACode", WordsRequest{3}, Failure{tavrel::errNone, false, "a"}, false},
+        Exchange{"AFailureOfAnUnknownCode", WordsRequest{3}, Failure{tavrel::ErrorCode{8}, false, "a"}, false},
+        Exchange{"AFailureOfTwoLines", WordsRequest{3}, Failure{tavrel::errDocument, false, "a\nb"}, false},
+        Exchange{"AFailureWithoutAnEnd", WordsRequest{3},
+                 Failure{tavrel::errDocument, false, std::string(2 * PATH_MAX + 1, 'a')}, false}),
     [](const auto &exchange) { return exchange.param.name; });
 
 } // namespace

@@ -1,0 +1,119 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Requests and answers as bytes, there and back, and bytes that are none.
+#include "host/document/wire.h"
+
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <cstring>
+
+namespace host {
+namespace {
+
+std::string_view contentOf(const std::string &message) { return std::string_view(message).substr(sizeof(WireHeader)); }
+
+std::vector<Request> requests() {
+  return {OpenRequest{"/a b/\xFF.pdf", "secret"}, SizesRequest{3, 32}, WordsRequest{7, true}, ImageRequest{1, 96.5},
+          MatchesRequest{2, "gr\u00FC\u00DFe", {true, false}}};
+}
+
+WordText word() { return {U"a\U0001F600", 12, {1, 2, 3, 4}, {{5, 6, 7, 8}, {}}, 3}; }
+
+std::vector<Answer> answers() {
+  return {{Failure{tavrel::errDocument, true, "a.pdf: no"}},
+          {Opened{3, {{1, 2}, {3, 4}}}},
+          {Sizes{5, {{612, 792}}}},
+          {PageWords{4, {{word(), {U"b", 15, {}, {{}}, 0}}}, {1, 0}}},
+          {PageImage{2, 150, {}}},
+          {PageMatches{6, {{{{1, 2, 3, 4}, {5, 6, 7, 8}}}, {{{}}}}}}};
+}
+
+TEST(Wire, TheHeaderHasTheVersionAndTheLengthOfTheContent) {
+  for (const Request &request : requests()) {
+    const std::string message = messageOf(request);
+    WireHeader header{};
+    std::memcpy(&header, message.data(), sizeof header);
+    EXPECT_EQ(header.version, wireVersion);
+    EXPECT_EQ(header.size, contentOf(message).size());
+  }
+}
+
+TEST(Wire, ARequestIsReadAsItWasWritten) {
+  const std::string file = messageOf(requests()[0]);
+  const auto opened = std::get<OpenRequest>(requestIn(contentOf(file)).value());
+  EXPECT_EQ(opened.file, "/a b/\xFF.pdf");
+  EXPECT_EQ(opened.password, "secret");
+  const auto words = std::get<WordsRequest>(requestIn(contentOf(messageOf(requests()[2]))).value());
+  EXPECT_EQ(words.page, 7);
+  EXPECT_TRUE(words.order);
+  const auto matches = std::get<MatchesRequest>(requestIn(contentOf(messageOf(requests()[4]))).value());
+  EXPECT_EQ(matches.text, "gr\u00FC\u00DFe");
+  EXPECT_TRUE(matches.options.matchCase);
+  EXPECT_FALSE(matches.options.wholeWords);
+}
+
+TEST(Wire, AnAnswerIsReadAsItWasWritten) {
+  const auto words = std::get<PageWords>(answerIn(contentOf(messageOf(answers()[3]))).value().value);
+  EXPECT_EQ(words.page, 4);
+  EXPECT_THAT(words.order, testing::ElementsAre(1, 0));
+  ASSERT_EQ(words.text.words.size(), 2U);
+  const WordText &first = words.text.words[0];
+  EXPECT_EQ(first.text, word().text);
+  EXPECT_EQ(first.offset, 12U);
+  EXPECT_EQ(first.bounds, word().bounds);
+  EXPECT_EQ(first.characters, word().characters);
+  EXPECT_EQ(first.quarterTurns, 3);
+  EXPECT_EQ(words.text.words[1].text, U"b");
+}
+
+TEST(Wire, WhatIsReadIsWrittenTheSame) {
+  for (const Request &request : requests())
+    EXPECT_EQ(messageOf(requestIn(contentOf(messageOf(request))).value()), messageOf(request)) << request.index();
+  for (const Answer &answer : answers())
+    EXPECT_EQ(messageOf(answerIn(contentOf(messageOf(answer))).value()), messageOf(answer)) << answer.value.index();
+}
+
+TEST(Wire, ATruncatedOrLongerContentIsNone) {
+  for (const Answer &answer : answers()) {
+    const std::string content(contentOf(messageOf(answer)));
+    for (size_t length = 0; length < content.size(); ++length)
+      EXPECT_FALSE(answerIn(std::string_view(content).substr(0, length))) << answer.value.index() << " " << length;
+    EXPECT_FALSE(answerIn(content + '\0')) << answer.value.index();
+  }
+}
+
+TEST(Wire, ATypeThatIsNotThereIsNone) {
+  std::string content(contentOf(messageOf(answers()[0])));
+  content[0] = 6;
+  EXPECT_FALSE(answerIn(content));
+  content[0] = '\xFF';
+  EXPECT_FALSE(answerIn(content));
+}
+
+TEST(Wire, TruthIsZeroOrOne) {
+  std::string content(contentOf(messageOf(Request(WordsRequest{7, true}))));
+  EXPECT_TRUE(requestIn(content));
+  content.back() = 2;
+  EXPECT_FALSE(requestIn(content));
+}
+
+// The list of sizes claims so many elements.
+std::string openedWithLength(uint32_t length) {
+  std::string content(contentOf(messageOf(Answer{Opened{3, {{1, 2}}}})));
+  std::memcpy(content.data() + 1 + sizeof(int32_t), &length, sizeof length);
+  return content;
+}
+
+TEST(Wire, AListThatClaimsMoreThanThereIsTakesNoMemory) {
+  EXPECT_TRUE(answerIn(openedWithLength(1)));
+  for (const uint32_t length : {0U, 2U, 1U << 28, UINT32_MAX})
+    EXPECT_FALSE(answerIn(openedWithLength(length))) << length;
+}
+
+TEST(Wire, TooLongAMessageIsNotWritten) {
+  EXPECT_THROW(messageOf(Request(MatchesRequest{0, std::string(mostContent, 'a'), {}})), std::length_error);
+}
+
+} // namespace
+} // namespace host

@@ -5,6 +5,7 @@ find_program(QPDF qpdf REQUIRED)
 tavrel_test(NAME document_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/document/*.cpp
             LIBRARIES host_document test_support)
 target_compile_definitions(document_test PRIVATE QPDF="${QPDF}")
+add_dependencies(document_test tavrel-document)
 
 tavrel_test(NAME search_test
             SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/tools/hits*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/tools/search*.cpp

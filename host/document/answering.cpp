@@ -83,6 +83,16 @@ struct Answering {
   }
 };
 
+template <typename Open>
+Answer answerOpen(const OpenRequest &request, std::unique_ptr<PdfFile> &opened, const Open &open) noexcept {
+  Answer answer = answerOf(request.file, [&]() -> Value {
+    opened = open();
+    return Answering{*opened}(request);
+  });
+  if (std::holds_alternative<Failure>(answer.value)) opened.reset();
+  return answer;
+}
+
 class AtOnce final : public Backend {
 public:
   explicit AtOnce(std::unique_ptr<PdfFile> file) : file_(std::move(file)) {}
@@ -105,12 +115,11 @@ private:
 } // namespace
 
 Answer answerOpen(const OpenRequest &request, std::unique_ptr<PdfFile> &opened) noexcept {
-  Answer answer = answerOf(request.file, [&]() -> Value {
-    opened = PdfFile::open(request.file, request.password);
-    return Answering{*opened}(request);
-  });
-  if (std::holds_alternative<Failure>(answer.value)) opened.reset();
-  return answer;
+  return answerOpen(request, opened, [&] { return PdfFile::open(request.file, request.password); });
+}
+
+Answer answerOpen(const OpenRequest &request, Descriptor file, std::unique_ptr<PdfFile> &opened) noexcept {
+  return answerOpen(request, opened, [&] { return PdfFile::open(file, request.file, request.password); });
 }
 
 Answer answerFrom(PdfFile &file, const Request &request, const std::filesystem::path &name) noexcept {

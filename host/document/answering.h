@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <memory>
 
+#include "host/document/descriptor.h"
 #include "host/document/messages.h"
 #include "host/document/pdf.h"
 #include "host/document/service.h"
@@ -18,6 +19,9 @@ inline constexpr int32_t sizesTogether = 32;
 
 /// Opens a file: the answer, and the document unless that is a failure.
 Answer answerOpen(const OpenRequest &request, std::unique_ptr<PdfFile> &opened) noexcept;
+
+/// The same for a file that is open already, which its name only names.
+Answer answerOpen(const OpenRequest &request, Descriptor file, std::unique_ptr<PdfFile> &opened) noexcept;
 
 /// Answers any request about a file that is open. `name` is the file's for messages.
 Answer answerFrom(PdfFile &file, const Request &request, const std::filesystem::path &name) noexcept;

@@ -46,8 +46,8 @@ public:
 
   Image render(int32_t page, double dpi) override {
     Answer answer;
-    const Ticket ticket = service_->ask(ImageRequest{checked(page), dpi}, Urgency::awaited,
-                                        [&](Answer &got) { answer = std::move(got); });
+    const Ticket ticket = service_->ask(ImageRequest{checked(page), dpi, pixelSize(pageSize(page), dpi)},
+                                        Urgency::awaited, [&](Answer &got) { answer = std::move(got); });
     if (!service_->await(ticket, limit_.deadline())) throw notThere(*service_, page);
     if (const auto *failure = std::get_if<Failure>(&answer.value)) raise(*failure);
     return std::move(std::get<PageImage>(answer.value).image);

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "host/document/page.h"
+
 namespace host {
 
 /// Of an image, in pixels; a square of that side takes 1.6 GB.
@@ -16,6 +18,20 @@ inline constexpr double longestSide = 20'000;
 struct PixelBox {
   int left, top, right, bottom;
 };
+
+struct PixelSize {
+  int width = 0, height = 0;
+};
+
+/// Whether there can be an image of that size.
+inline bool isImageSize(const PixelSize &size) {
+  return size.width >= 1 && size.height >= 1 && size.width <= longestSide && size.height <= longestSide;
+}
+
+/// The width and height of a page's image, rounded up to whole pixels; 0 for less than a millionth of a pixel.
+PixelSize imageSize(const PageSize &size, double dpi);
+/// The same, but at least 1: of what is shown of the page.
+PixelSize pixelSize(const PageSize &size, double dpi);
 
 struct Image {
   int width = 0, height = 0;

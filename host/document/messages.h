@@ -37,6 +37,7 @@ struct WordsRequest {
 struct ImageRequest {
   int32_t page = 0;
   double dpi = 0;
+  PixelSize size = {}; ///< pixelSize() of the page
 };
 
 /// Where a text is on a page, see Finder.

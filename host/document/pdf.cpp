@@ -7,6 +7,7 @@
 #include <poppler-document.h>
 #include <poppler-page-renderer.h>
 #include <poppler-page.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -16,6 +17,7 @@
 #include <cstring>
 #include <fstream>
 #include <optional>
+#include <span>
 #include <system_error>
 #include <tuple>
 #include <unordered_map>
@@ -48,17 +50,6 @@ void checkFile(const std::filesystem::path &file) {
   if (openedStream(file).peek() == std::ifstream::traits_type::eof()) fail(file, "the file is empty");
 }
 
-// The error of a file that the library cannot open. The library opens files without "%PDF-", so this is not checked
-// before.
-[[noreturn]] void failUnreadable(const std::filesystem::path &file, const char *damage) {
-  char head[1024]; // PDF readers look for the mark in these bytes
-  std::ifstream stream = openedStream(file);
-  stream.read(head, sizeof head);
-  const bool hasMark =
-      std::string_view(head, static_cast<size_t>(stream.gcount())).find("%PDF-") != std::string_view::npos;
-  fail(file, hasMark ? damage : "this is not a PDF");
-}
-
 // Counted from 1, as in messages.
 std::string numberOf(int32_t page) { return std::to_string(int64_t{page} + 1); }
 
@@ -68,7 +59,11 @@ std::string numberOf(double value) {
   return text;
 }
 
-void dropMessage(const std::string & /*message*/, void * /*closure*/) {}
+// Once, because other threads may use the library.
+void silenceLibrary() {
+  const auto drop = [](const std::string & /*message*/, void * /*closure*/) {};
+  [[maybe_unused]] static const bool silent = (poppler::set_debug_error_function(drop, nullptr), true);
+}
 
 bool hasArea(const poppler::rectf &rect) { return rect.width() > 0 && rect.height() > 0; }
 
@@ -89,15 +84,55 @@ Stamp stampOf(const std::filesystem::path &file) {
   return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-using Bytes = std::vector<char>;
+// All bytes of a file: read, or mapped.
+class Bytes {
+public:
+  explicit Bytes(std::vector<char> read) : read_(std::move(read)), all_(read_) {}
+  Bytes(void *mapped, size_t size) : mapped_(mapped), all_(static_cast<const char *>(mapped), size) {}
+  Bytes(const Bytes &) = delete;
+  Bytes &operator=(const Bytes &) = delete;
+  ~Bytes() {
+    if (mapped_ != nullptr) munmap(mapped_, all_.size());
+  }
+  std::span<const char> all() const { return all_; }
 
-// All bytes of a file; null where it is too large or cannot be read.
+private:
+  std::vector<char> read_;
+  void *mapped_ = nullptr;
+  std::span<const char> all_;
+};
+
+// Null where the file is too large or cannot be read.
 std::shared_ptr<const Bytes> bytesOf(const std::filesystem::path &file, uintmax_t size) {
   if (size > PdfFile::largestInMemory) return nullptr;
   std::ifstream stream(file, std::ios::binary);
-  auto bytes = std::make_shared<Bytes>(size);
-  if (!stream.read(bytes->data(), static_cast<std::streamsize>(size))) return nullptr;
-  return bytes;
+  std::vector<char> bytes(size);
+  if (!stream.read(bytes.data(), static_cast<std::streamsize>(size))) return nullptr;
+  return std::make_shared<Bytes>(std::move(bytes));
+}
+
+std::shared_ptr<const Bytes> mappedBytes(const Descriptor &file, const std::filesystem::path &name) {
+  struct stat status {};
+  if (fstat(file.number(), &status) != 0) fail(name, std::generic_category().message(errno));
+  const auto size = static_cast<size_t>(status.st_size);
+  void *mapped = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.number(), 0);
+  if (mapped == MAP_FAILED) fail(name, std::generic_category().message(errno));
+  return std::make_shared<Bytes>(mapped, size);
+}
+
+// The error of a file that the library cannot open. The library opens files without "%PDF-", so this is not checked
+// before.
+[[noreturn]] void failUnreadable(const std::filesystem::path &file, const Bytes *bytes, const char *damage) {
+  char head[1024]; // PDF readers look for the mark in these bytes
+  std::string_view beginning;
+  if (bytes != nullptr) {
+    beginning = {bytes->all().data(), std::min(bytes->all().size(), sizeof head)};
+  } else {
+    std::ifstream stream = openedStream(file);
+    stream.read(head, sizeof head);
+    beginning = {head, static_cast<size_t>(stream.gcount())};
+  }
+  fail(file, beginning.find("%PDF-") != std::string_view::npos ? damage : "this is not a PDF");
 }
 
 struct FoundWords {
@@ -141,15 +176,15 @@ FoundWords wordsOf(const std::vector<poppler::text_box> &list, double height) {
 std::unique_ptr<poppler::document> openedDocument(const std::filesystem::path &file, const std::string &password,
                                                   const Bytes *bytes) {
   std::unique_ptr<poppler::document> pdf(
-      bytes != nullptr
-          ? poppler::document::load_from_raw_data(bytes->data(), static_cast<int>(bytes->size()), password, password)
-          : poppler::document::load_from_file(file.string(), password, password));
-  if (!pdf) failUnreadable(file, "the file is damaged");
+      bytes != nullptr ? poppler::document::load_from_raw_data(
+                             bytes->all().data(), static_cast<int>(bytes->all().size()), password, password)
+                       : poppler::document::load_from_file(file.string(), password, password));
+  if (!pdf) failUnreadable(file, bytes, "the file is damaged");
   if (pdf->is_locked())
     throw DocumentError(DocumentError::wrongPassword,
                         nameInMessage(file) + (password.empty() ? ": the file is encrypted: a password is needed"
                                                                 : ": the password is wrong"));
-  if (pdf->pages() <= 0) failUnreadable(file, "the file is damaged: it has no pages");
+  if (pdf->pages() <= 0) failUnreadable(file, bytes, "the file is damaged: it has no pages");
   return pdf;
 }
 
@@ -250,15 +285,13 @@ PageText PopplerFile::text(int32_t page) {
 
 Image PopplerFile::render(int32_t page, double dpi) {
   const ShownPage &that = shown(page);
-  // Minus an epsilon, so that 8.5 inches at 150 dpi are 1275 pixels in spite of rounding errors.
-  const double width = std::ceil(that.size.width * dpi / pointsPerInch - 1e-6);
-  const double height = std::ceil(that.size.height * dpi / pointsPerInch - 1e-6);
-  if (!(width >= 1 && height >= 1 && width <= longestSide && height <= longestSide))
+  const PixelSize size = imageSize(that.size, dpi);
+  if (!isImageSize(size))
     throw HostError(tavrel::errBadArgument, nameInMessage(file_) + ": page " + numberOf(page) + " at " + numberOf(dpi) +
                                                 " dots per inch makes no image of a usable size");
   Image image;
-  image.width = static_cast<int>(width);
-  image.height = static_cast<int>(height);
+  image.width = size.width;
+  image.height = size.height;
 
   poppler::page_renderer renderer;
   renderer.set_paper_color(0xFFFFFFFF);
@@ -288,10 +321,15 @@ std::string nameInMessage(const std::filesystem::path &file) {
   return name;
 }
 
+std::unique_ptr<PdfFile> PdfFile::open(const Descriptor &file, const std::filesystem::path &name,
+                                       const std::string &password) {
+  silenceLibrary();
+  return std::make_unique<PopplerFile>(name, password, Stamp(), mappedBytes(file, name));
+}
+
 std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const std::string &password,
                                        Reading reading) {
-  // Once, because other threads may use the library.
-  [[maybe_unused]] static const bool silent = (poppler::set_debug_error_function(dropMessage, nullptr), true);
+  silenceLibrary();
   checkFile(file);
   const Stamp stamp = stampOf(file);
   return std::make_unique<PopplerFile>(file, password, stamp,

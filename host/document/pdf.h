@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "host/document/descriptor.h"
 #include "host/document/image.h"
 #include "host/document/page.h"
 #include "host/kernel/error.h"
@@ -36,6 +37,9 @@ public:
   /// names the file.
   static std::unique_ptr<PdfFile> open(const std::filesystem::path &file, const std::string &password,
                                        Reading reading = Reading::asNeeded);
+  /// The same of a file that is open, which may be closed afterwards. Messages name it.
+  static std::unique_ptr<PdfFile> open(const Descriptor &file, const std::filesystem::path &name,
+                                       const std::string &password);
   virtual ~PdfFile() = default;
   /// The same document opened once more, for another thread; null where it cannot be opened any more or has changed.
   /// May be called on any thread while this one is in use.

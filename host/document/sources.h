@@ -39,6 +39,11 @@ class OrderQueue {
 public:
   /// The first one whose page is not busy; null for none.
   const Order *next(const BusyPages &busy) const noexcept;
+  /// The next one; null for none.
+  const Order *first() const noexcept { return orders_.empty() ? nullptr : &orders_.front(); }
+  bool has(uint64_t id) const noexcept {
+    return std::any_of(orders_.begin(), orders_.end(), [=](const Order &order) { return order.id == id; });
+  }
   /// Takes over one order, after all that are as urgent and were asked for earlier.
   void insert(Orders &order) noexcept;
   void raise(uint64_t id, Urgency urgency) noexcept;

@@ -26,7 +26,8 @@ template <> constexpr std::tuple membersOf<FindOptions>{&FindOptions::matchCase,
 template <> constexpr std::tuple membersOf<OpenRequest>{&OpenRequest::file, &OpenRequest::password};
 template <> constexpr std::tuple membersOf<SizesRequest>{&SizesRequest::first, &SizesRequest::count};
 template <> constexpr std::tuple membersOf<WordsRequest>{&WordsRequest::page, &WordsRequest::order};
-template <> constexpr std::tuple membersOf<ImageRequest>{&ImageRequest::page, &ImageRequest::dpi};
+template <> constexpr std::tuple membersOf<PixelSize>{&PixelSize::width, &PixelSize::height};
+template <> constexpr std::tuple membersOf<ImageRequest>{&ImageRequest::page, &ImageRequest::dpi, &ImageRequest::size};
 template <>
 constexpr std::tuple membersOf<MatchesRequest>{&MatchesRequest::page, &MatchesRequest::text, &MatchesRequest::options};
 

@@ -26,14 +26,6 @@ PixelBox WholePages::visible() {
   return {0, 0, width, height};
 }
 
-PixelSize pixelSize(const PageSize &size, double dpi) {
-  constexpr double rounding = 1e-6; // the library's images have it, too
-  const auto pixels = [=](double points) {
-    return std::max(1, static_cast<int>(std::ceil(points * dpi / pointsPerInch - rounding)));
-  };
-  return {pixels(size.width), pixels(size.height)};
-}
-
 DeviceUnits::DeviceUnits(const PageSize &size, double dpi)
     : perPixel_(std::min(1.0, most / (std::max(size.width, size.height) * dpi / pointsPerInch))),
       perPoint_(perPixel_ * dpi / pointsPerInch), pageHeight_(size.height) {}

@@ -56,12 +56,6 @@ private:
   int32_t page_ = 0;
 };
 
-/// The width and height of a page in pixels, rounded up as its image is; at least 1.
-struct PixelSize {
-  int width, height;
-};
-PixelSize pixelSize(const PageSize &size, double dpi);
-
 /// The units in which plug-ins have positions on a page: 16 bits. A unit is a pixel, unless the page has more than
 /// `most` pixels on a side; then it is as much larger as is needed.
 class DeviceUnits {

@@ -34,6 +34,14 @@ inline PdfPage slowPage() {
   return page;
 }
 
+/// A page whose rendering takes minutes.
+inline PdfPage endlessPage() {
+  PdfPage page = slowPage();
+  for (int times = 0; times < 9; ++times)
+    page.drawing += page.drawing;
+  return page;
+}
+
 inline std::string replaced(std::string text, const std::string &part, const std::string &by) {
   const size_t at = text.find(part);
   EXPECT_NE(at, std::string::npos) << part;

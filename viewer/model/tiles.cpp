@@ -49,7 +49,8 @@ void Tiles::request(bool neighbours) {
 void Tiles::ask(const OpenDocument &document, const PageKey &key, host::Urgency urgency) {
   if (cache_.has(key)) return;
   if (const auto asked = asked_.find(key); asked != asked_.end()) return asked->second.raise(urgency);
-  asked_.emplace(key, document.service->ask(host::ImageRequest{key.page, key.dpi}, urgency,
+  const host::PixelSize size = host::pixelSize(document.document->model->pageSize(key.page), key.dpi);
+  asked_.emplace(key, document.service->ask(host::ImageRequest{key.page, key.dpi, size}, urgency,
                                             [this, key](host::Answer &answer) { take(key, answer); }));
 }
 

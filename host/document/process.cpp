@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "host/document/process.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include "host/kernel/error.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// What it needs to find fonts, and what the sanitizers read. The rest is none of its business.
+constexpr const char *passedOn[] = {"HOME",
+                                    "LANG",
+                                    "LC_ALL",
+                                    "LC_CTYPE",
+                                    "TZ",
+                                    "XDG_CACHE_HOME",
+                                    "XDG_CONFIG_HOME",
+                                    "XDG_DATA_HOME",
+                                    "FONTCONFIG_FILE",
+                                    "FONTCONFIG_PATH",
+                                    "ASAN_OPTIONS",
+                                    "LSAN_OPTIONS",
+                                    "UBSAN_OPTIONS"};
+
+std::vector<std::string> environmentPassedOn() {
+  std::vector<std::string> all;
+  for (const char *name : passedOn)
+    if (const char *value = std::getenv(name)) all.push_back(std::string(name) + "=" + value);
+  return all;
+}
+
+[[noreturn]] void fail(const fs::path &program, int error) {
+  throw HostError(tavrel::errGeneric,
+                  program.string() + " cannot be started: " + std::generic_category().message(error));
+}
+
+// How a process is started: it has nothing but its socket, no signal is blocked or ignored, and keys pressed in a
+// terminal do not end it.
+class Start {
+public:
+  explicit Start(int socket) {
+    posix_spawn_file_actions_init(&actions_);
+    posix_spawnattr_init(&attributes_);
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO})
+      posix_spawn_file_actions_addopen(&actions_, standard, "/dev/null", O_RDWR, 0);
+    posix_spawn_file_actions_adddup2(&actions_, socket, documentSocket);
+    posix_spawn_file_actions_addclosefrom_np(&actions_, documentSocket + 1);
+    sigset_t all, none;
+    sigfillset(&all);
+    sigemptyset(&none);
+    posix_spawnattr_setsigdefault(&attributes_, &all);
+    posix_spawnattr_setsigmask(&attributes_, &none);
+    posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETPGROUP);
+  }
+  Start(const Start &) = delete;
+  Start &operator=(const Start &) = delete;
+  ~Start() {
+    posix_spawnattr_destroy(&attributes_);
+    posix_spawn_file_actions_destroy(&actions_);
+  }
+
+  pid_t operator()(const fs::path &program) const {
+    std::vector<std::string> environment = environmentPassedOn();
+    std::vector<char *> variables;
+    for (std::string &variable : environment)
+      variables.push_back(variable.data());
+    variables.push_back(nullptr);
+    std::string name = program.filename();
+    char *const arguments[] = {name.data(), nullptr};
+    pid_t id = 0;
+    const int error = posix_spawn(&id, program.c_str(), &actions_, &attributes_, arguments, variables.data());
+    if (error != 0) fail(program, error);
+    return id;
+  }
+
+private:
+  posix_spawn_file_actions_t actions_;
+  posix_spawnattr_t attributes_;
+};
+
+struct SocketPair {
+  Descriptor own, other;
+};
+
+SocketPair socketPair(const fs::path &program) {
+  int ends[2] = {};
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) fail(program, errno);
+  return {Descriptor(ends[0]), Descriptor(ends[1])};
+}
+
+} // namespace
+
+fs::path documentProgram() {
+  const fs::path relative = TAVREL_DOCUMENT_FROM_PROGRAM;
+  std::error_code unreadable;
+  const fs::path self = fs::read_symlink("/proc/self/exe", unreadable);
+  if (!self.empty() && !relative.empty())
+    if (fs::path beside = (self.parent_path() / relative).lexically_normal(); fs::exists(beside, unreadable))
+      return beside;
+  return TAVREL_INSTALLED_DOCUMENT;
+}
+
+DocumentProcess::DocumentProcess(const fs::path &program) : channel_(Descriptor()) {
+  SocketPair pair = socketPair(program);
+  id_ = Start(pair.other.number())(program);
+  channel_ = Channel(std::move(pair.own));
+}
+
+DocumentProcess::~DocumentProcess() { end(nullptr); }
+
+void DocumentProcess::end(int *status) {
+  if (id_ == 0) return;
+  kill(id_, SIGKILL);
+  while (waitpid(id_, status, 0) < 0 && errno == EINTR) {
+  }
+  id_ = 0;
+}
+
+std::chrono::nanoseconds DocumentProcess::used() const {
+  clockid_t clock{};
+  timespec time{};
+  if (clock_getcpuclockid(id_, &clock) != 0 || clock_gettime(clock, &time) != 0) return {};
+  return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
+std::string DocumentProcess::reasonOfEnd() {
+  int status = 0;
+  end(&status);
+  if (WIFSIGNALED(status)) return std::string("it was ended: ") + strsignal(WTERMSIG(status));
+  return "it ended with status " + std::to_string(WEXITSTATUS(status));
+}
+
+} // namespace host

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "host/document/processes.h"
+
+#include <sys/epoll.h>
+#include <sys/timerfd.h>
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "host/document/worker.h"
+
+namespace host {
+namespace {
+
+// One descriptor for all sockets and the time.
+class Watch {
+public:
+  Watch() : all_(epoll_create1(EPOLL_CLOEXEC)), timer_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
+    if (!all_ || !timer_ || !add(timer_.number()))
+      throw HostError(tavrel::errGeneric, "no more descriptors for documents");
+  }
+  int descriptor() const { return all_.number(); }
+  /// Until the socket is closed.
+  bool add(int descriptor) const {
+    epoll_event event{};
+    event.events = EPOLLIN;
+    return epoll_ctl(all_.number(), EPOLL_CTL_ADD, descriptor, &event) == 0;
+  }
+  /// Makes the descriptor readable after that time, less than a second.
+  void wakeIn(std::chrono::nanoseconds time) const {
+    const itimerspec when{{}, {0, time.count()}};
+    timerfd_settime(timer_.number(), 0, &when, nullptr);
+  }
+  void clearTime() const {
+    uint64_t times = 0;
+    if (read(timer_.number(), &times, sizeof times) < 0) return; // it has not expired
+  }
+
+private:
+  Descriptor all_, timer_;
+};
+
+} // namespace
+
+class ProcessGroup {
+public:
+  explicit ProcessGroup(std::filesystem::path program) : program_(std::move(program)) {}
+  std::unique_ptr<DocumentProcess> start() {
+    auto process = std::make_unique<DocumentProcess>(program_);
+    if (!watch.add(process->channel().socket())) throw HostError(tavrel::errGeneric, "no more descriptors");
+    return process;
+  }
+  Watch watch;
+
+private:
+  std::filesystem::path program_;
+};
+
+namespace {
+
+class ProcessBackend final : public Backend, ProcessStarter {
+public:
+  ProcessBackend(std::shared_ptr<ProcessGroup> group, const std::filesystem::path &file)
+      : group_(std::move(group)), document_{file} {}
+
+  void start(Orders order) noexcept override {
+    Worker &worker = workerFor(order.front().request);
+    worker.add(std::move(order));
+    worker.advance(answered_);
+    if (!answered_.empty()) group_->watch.wakeIn(std::chrono::nanoseconds(1)); // it has failed at once
+  }
+  void raise(uint64_t id, Urgency urgency) noexcept override {
+    for (Worker &worker : workers_)
+      worker.raise(id, urgency);
+  }
+  void cancel(uint64_t id) noexcept override {
+    extract(answered_, id);
+    for (Worker &worker : workers_)
+      worker.cancel(id);
+  }
+  bool underWay(uint64_t id) const noexcept override {
+    return std::any_of(workers_.begin(), workers_.end(), [=](const Worker &worker) { return worker.underWay(id); });
+  }
+  Orders take() noexcept override {
+    group_->watch.clearTime();
+    advance();
+    return std::exchange(answered_, {});
+  }
+  Orders await(uint64_t id, Time deadline) noexcept override {
+    for (;;) {
+      advance();
+      if (Orders found = extract(answered_, id); !found.empty()) return found;
+      const auto worker =
+          std::find_if(workers_.begin(), workers_.end(), [=](const Worker &one) { return one.has(id); });
+      if (worker == workers_.end() || std::chrono::steady_clock::now() >= deadline) return {};
+      if (!worker->underWay(id)) worker->hurry();
+      worker->wait(deadline);
+    }
+  }
+
+private:
+  Worker &workerFor(const Request &request) {
+    return std::holds_alternative<ImageRequest>(request) ? workers_[1] : workers_[0];
+  }
+  void advance() noexcept {
+    for (Worker &worker : workers_)
+      worker.advance(answered_);
+  }
+  std::unique_ptr<DocumentProcess> start() override { return group_->start(); }
+  void noteTime() noexcept override { group_->watch.wakeIn(Worker::patience); }
+
+  std::shared_ptr<ProcessGroup> group_;
+  ReadDocument document_;
+  std::array<Worker, 2> workers_{Worker(*this, document_), Worker(*this, document_)};
+  Orders answered_;
+};
+
+} // namespace
+
+Processes::Processes(std::filesystem::path program) : group_(std::make_shared<ProcessGroup>(std::move(program))) {}
+
+Processes::~Processes() = default;
+
+int Processes::descriptor() const { return group_->watch.descriptor(); }
+
+std::unique_ptr<Backend> Processes::backend(const std::filesystem::path &file) {
+  return std::make_unique<ProcessBackend>(group_, file);
+}
+
+} // namespace host

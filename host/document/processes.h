@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The processes that read documents, so that nothing in a file can stop, slow or reach the program that shows it.
+//
+// A document has two at most: one for its words and structure, one for its images; so words never wait for an image
+// that takes long. They are started when something is asked, and again when they have ended. What nobody wants any
+// more, or keeps a caller waiting, is ended after a tenth of a second.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "host/document/service.h"
+
+namespace host {
+
+class ProcessGroup;
+
+class Processes {
+public:
+  /// Throws HostError if the system has no descriptor left.
+  explicit Processes(std::filesystem::path program);
+  Processes(const Processes &) = delete;
+  Processes &operator=(const Processes &) = delete;
+  ~Processes();
+
+  /// Readable when there is something to collect of one of the documents.
+  int descriptor() const;
+  /// The backend of another document, which its first request opens; messages name the file. It may outlive this
+  /// object.
+  std::unique_ptr<Backend> backend(const std::filesystem::path &file);
+
+private:
+  std::shared_ptr<ProcessGroup> group_;
+};
+
+} // namespace host

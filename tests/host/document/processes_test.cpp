@@ -1,0 +1,188 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Documents that are read by processes: what they answer, when they fail, and when they take too long.
+#include "host/document/processes.h"
+
+#include <gmock/gmock.h>
+#include <poll.h>
+
+#include <fstream>
+
+#include "host/document/pdf.h"
+#include "host/document/process.h"
+#include "viewer_model/TestDocuments.h"
+
+namespace host {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::SizeIs;
+
+// A document, and what has been answered about it.
+struct Asked {
+  std::shared_ptr<Service> service;
+  std::vector<Ticket> tickets = {};
+  std::vector<Answer> answers = {};
+
+  void ask(Request request, Urgency urgency = Urgency::shown) {
+    tickets.push_back(
+        service->ask(std::move(request), urgency, [this](Answer &answer) { answers.push_back(std::move(answer)); }));
+  }
+};
+
+struct ProcessesTest : testing::Test {
+  Asked &request(const std::filesystem::path &file, const std::string &password = {}) {
+    Asked &asked = *all.emplace_back(std::make_unique<Asked>());
+    asked.service = std::make_shared<Service>(file, processes.backend(file));
+    asked.ask(OpenRequest{file, password});
+    return asked;
+  }
+  // A document that has been opened; its answer is forgotten.
+  Asked &open(const std::filesystem::path &file, const std::string &password = {}) {
+    Asked &asked = request(file, password);
+    EXPECT_TRUE(answers(asked, 1));
+    EXPECT_EQ(lineOf(asked.answers.back()), "");
+    asked.answers.clear();
+    return asked;
+  }
+  // Waits as an event loop does until so many requests have been answered.
+  bool answers(Asked &asked, size_t count) {
+    const Time deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    while (asked.answers.size() < count && std::chrono::steady_clock::now() < deadline) {
+      pollfd ready{processes.descriptor(), POLLIN, 0};
+      if (poll(&ready, 1, 60'000) <= 0) return false;
+      for (const auto &one : all)
+        one->service->collect();
+    }
+    return asked.answers.size() >= count;
+  }
+  static std::string lineOf(const Answer &answer) {
+    const auto *failed = std::get_if<Failure>(&answer.value);
+    return failed == nullptr ? "" : failed->line;
+  }
+  static ImageRequest imageOf(int32_t page, double dpi = 72, PixelSize size = {400, 600}) { return {page, dpi, size}; }
+  static const Image &image(const Answer &answer) { return std::get<PageImage>(answer.value).image; }
+
+  test::ScratchFolder folder;
+  Processes processes{documentProgram()};
+  std::vector<std::unique_ptr<Asked>> all;
+};
+
+TEST_F(ProcessesTest, TheProgramIsBesideThisOne) {
+  EXPECT_TRUE(std::filesystem::exists(documentProgram())) << documentProgram();
+}
+
+TEST_F(ProcessesTest, AnswerAsTheLibraryDoesInThisProcess) {
+  const auto file = folder.pdf({test::pageWith("lamp"), test::pageWith("oil lamp")});
+  const auto here = PdfFile::open(file, "");
+  Asked &asked = request(file);
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(std::get<Opened>(asked.answers[0].value).pageCount, 2);
+  EXPECT_THAT(std::get<Opened>(asked.answers[0].value).sizes, SizeIs(2));
+  asked.ask(WordsRequest{1, true});
+  ASSERT_TRUE(answers(asked, 2));
+  EXPECT_EQ(std::get<PageWords>(asked.answers[1].value).text.text(), U"oil lamp");
+  EXPECT_THAT(std::get<PageWords>(asked.answers[1].value).order, ElementsAre(0, 1));
+  EXPECT_EQ(std::get<PageWords>(asked.answers[1].value).text.words[1].bounds, here->text(1).words[1].bounds);
+  asked.ask(imageOf(1));
+  ASSERT_TRUE(answers(asked, 3));
+  EXPECT_EQ(image(asked.answers[2]).pixels, here->render(1, 72).pixels);
+  EXPECT_FALSE(asked.answers[2].fileChanged);
+  asked.ask(MatchesRequest{0, "LAMP", {}});
+  ASSERT_TRUE(answers(asked, 4));
+  EXPECT_THAT(std::get<PageMatches>(asked.answers[3].value).found, SizeIs(1));
+}
+
+TEST_F(ProcessesTest, NameAMissingFile) {
+  Asked &asked = request("/nowhere/missing.pdf");
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(lineOf(asked.answers[0]), "/nowhere/missing.pdf: No such file or directory");
+}
+
+TEST_F(ProcessesTest, NameWhatIsNoPdf) {
+  const auto file = folder.path() / "text.pdf";
+  std::ofstream(file) << "words";
+  Asked &asked = request(file);
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(lineOf(asked.answers[0]), file.string() + ": this is not a PDF");
+}
+
+TEST_F(ProcessesTest, AskForAPassword) {
+  const auto file = test::locked(folder.pdf(test::numberedPages(1)));
+  for (const char *password : {"", "wrong"}) {
+    Asked &asked = request(file, password);
+    ASSERT_TRUE(answers(asked, 1));
+    EXPECT_TRUE(std::get<Failure>(asked.answers[0].value).needsPassword) << password;
+  }
+  Asked &asked = open(file, "user");
+  asked.ask(imageOf(0));
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(image(asked.answers[0]).width, 400);
+}
+
+TEST_F(ProcessesTest, AnImageOfAnotherSizeThanThePagesIsRefused) {
+  Asked &asked = open(folder.pdf(test::numberedPages(1)));
+  asked.ask(imageOf(0, 72, {401, 600}));
+  asked.ask(imageOf(0, 72, {30'000, 600}));
+  ASSERT_TRUE(answers(asked, 2));
+  EXPECT_THAT(lineOf(asked.answers[0]), HasSubstr("page 1: its image has a wrong size"));
+  EXPECT_THAT(lineOf(asked.answers[1]), HasSubstr("no image of a usable size"));
+}
+
+TEST_F(ProcessesTest, AChangedFileIsNoticedAndReadAsItWas) {
+  const auto file = folder.pdf(test::numberedPages(2));
+  Asked &asked = open(file);
+  std::filesystem::rename(folder.write("other.pdf", test::pdfOf({test::pageWith("other")})), file);
+  asked.ask(imageOf(1));
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(lineOf(asked.answers[0]), "");
+  EXPECT_TRUE(asked.answers[0].fileChanged);
+}
+
+TEST_F(ProcessesTest, WordsDoNotWaitForAnImage) {
+  Asked &asked = open(folder.pdf({test::endlessPage(), test::pageWith("words")}));
+  asked.ask(imageOf(0));
+  asked.ask(WordsRequest{1});
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(std::get<PageWords>(asked.answers[0].value).text.text(), U"words");
+}
+
+TEST_F(ProcessesTest, APageThatNobodyWantsAnyMoreIsEnded) {
+  Asked &asked = open(folder.pdf({test::endlessPage(), test::pageWith("quick")}));
+  asked.ask(imageOf(0));
+  asked.ask(imageOf(1));
+  asked.tickets[1].reset();
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(std::get<PageImage>(asked.answers[0].value).page, 1);
+}
+
+TEST_F(ProcessesTest, ACallerDoesNotWaitForWhatIsLessUrgent) {
+  Asked &asked = open(folder.pdf({test::endlessPage(), test::pageWith("quick")}));
+  asked.ask(imageOf(0));
+  asked.ask(imageOf(1), Urgency::awaited);
+  EXPECT_TRUE(asked.service->await(asked.tickets[2], std::chrono::steady_clock::now() + std::chrono::seconds(60)));
+  ASSERT_THAT(asked.answers, SizeIs(1));
+  EXPECT_EQ(std::get<PageImage>(asked.answers[0].value).page, 1);
+  EXPECT_TRUE(asked.tickets[1].underWay()) << "begun again";
+}
+
+TEST_F(ProcessesTest, NobodyWaitsBeyondTheDeadline) {
+  Asked &asked = open(folder.pdf({test::endlessPage()}));
+  asked.ask(imageOf(0), Urgency::awaited);
+  EXPECT_FALSE(
+      asked.service->await(asked.tickets[1], std::chrono::steady_clock::now() + std::chrono::milliseconds(50)));
+}
+
+TEST_F(ProcessesTest, AProgramThatIsNotThereIsNamed) {
+  Processes missing("/nowhere/tavrel-document");
+  const auto file = folder.pdf(test::numberedPages(1));
+  Asked asked{std::make_shared<Service>(file, missing.backend(file))};
+  asked.ask(OpenRequest{file, ""});
+  asked.service->collect();
+  ASSERT_THAT(asked.answers, SizeIs(1));
+  EXPECT_THAT(lineOf(asked.answers[0]), HasSubstr("/nowhere/tavrel-document cannot be started: No such file"));
+}
+
+} // namespace
+} // namespace host

@@ -152,10 +152,6 @@ void addViewCommand(CLI::App &app, int &status) {
         throw CLI::Success();
       },
       "Prints the resources that can be changed, with their defaults");
-  options->leave = [](viewer::ViewEnd end) {
-    std::fflush(nullptr);
-    _exit(statusOf(end));
-  };
   command->callback([options, arguments, &status] {
     setenv(brz::limitVariable, std::to_string(arguments->hitsLimit).c_str(),
            1); // for the plug-in that reads highlight files

@@ -3,7 +3,6 @@
 #include "host/document/processes.h"
 
 #include <sys/epoll.h>
-#include <sys/timerfd.h>
 
 #include <algorithm>
 #include <array>
@@ -12,50 +11,27 @@
 #include "host/document/worker.h"
 
 namespace host {
-namespace {
-
-// One descriptor for all sockets and the time.
-class Watch {
-public:
-  Watch() : all_(epoll_create1(EPOLL_CLOEXEC)), timer_(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK)) {
-    if (!all_ || !timer_ || !add(timer_.number()))
-      throw HostError(tavrel::errGeneric, "no more descriptors for documents");
-  }
-  int descriptor() const { return all_.number(); }
-  /// Until the socket is closed.
-  bool add(int descriptor) const {
-    epoll_event event{};
-    event.events = EPOLLIN;
-    return epoll_ctl(all_.number(), EPOLL_CTL_ADD, descriptor, &event) == 0;
-  }
-  /// Makes the descriptor readable after that time, less than a second.
-  void wakeIn(std::chrono::nanoseconds time) const {
-    const itimerspec when{{}, {0, time.count()}};
-    timerfd_settime(timer_.number(), 0, &when, nullptr);
-  }
-  void clearTime() const {
-    uint64_t times = 0;
-    if (read(timer_.number(), &times, sizeof times) < 0) return; // it has not expired
-  }
-
-private:
-  Descriptor all_, timer_;
-};
-
-} // namespace
 
 class ProcessGroup {
 public:
-  explicit ProcessGroup(std::filesystem::path program) : program_(std::move(program)) {}
-  std::unique_ptr<DocumentProcess> start() {
-    auto process = std::make_unique<DocumentProcess>(program_);
-    if (!watch.add(process->channel().socket())) throw HostError(tavrel::errGeneric, "no more descriptors");
-    return process;
+  explicit ProcessGroup(std::filesystem::path program)
+      : program_(std::move(program)), watched_(epoll_create1(EPOLL_CLOEXEC)) {
+    if (!watched_ || !watch(waker.descriptor()))
+      throw HostError(tavrel::errGeneric, "there are no more file descriptors");
   }
-  Watch watch;
+  const std::filesystem::path &program() const { return program_; }
+  int descriptor() const { return watched_.number(); }
+  bool watch(int descriptor) const noexcept {
+    epoll_event event{};
+    event.events = EPOLLIN;
+    return epoll_ctl(watched_.number(), EPOLL_CTL_ADD, descriptor, &event) == 0;
+  }
+
+  const Waker waker;
 
 private:
   std::filesystem::path program_;
+  Descriptor watched_;
 };
 
 namespace {
@@ -69,7 +45,7 @@ public:
     Worker &worker = workerFor(order.front().request);
     worker.add(std::move(order));
     worker.advance(answered_);
-    if (!answered_.empty()) group_->watch.wakeIn(std::chrono::nanoseconds(1)); // it has failed at once
+    if (!answered_.empty()) group_->waker.wake(); // it has failed at once
   }
   void raise(uint64_t id, Urgency urgency) noexcept override {
     for (Worker &worker : workers_)
@@ -84,7 +60,6 @@ public:
     return std::any_of(workers_.begin(), workers_.end(), [=](const Worker &worker) { return worker.underWay(id); });
   }
   Orders take() noexcept override {
-    group_->watch.clearTime();
     advance();
     return std::exchange(answered_, {});
   }
@@ -108,8 +83,8 @@ private:
     for (Worker &worker : workers_)
       worker.advance(answered_);
   }
-  std::unique_ptr<DocumentProcess> start() override { return group_->start(); }
-  void noteTime() noexcept override { group_->watch.wakeIn(Worker::patience); }
+  std::unique_ptr<DocumentProcess> start() override { return std::make_unique<DocumentProcess>(group_->program()); }
+  bool watch(int descriptor) noexcept override { return group_->watch(descriptor); }
 
   std::shared_ptr<ProcessGroup> group_;
   ReadDocument document_;
@@ -123,7 +98,9 @@ Processes::Processes(std::filesystem::path program) : group_(std::make_shared<Pr
 
 Processes::~Processes() = default;
 
-int Processes::descriptor() const { return group_->watch.descriptor(); }
+int Processes::descriptor() const { return group_->descriptor(); }
+
+const Waker &Processes::waker() const { return group_->waker; }
 
 std::unique_ptr<Backend> Processes::backend(const std::filesystem::path &file) {
   return std::make_unique<ProcessBackend>(group_, file);

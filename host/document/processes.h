@@ -11,6 +11,7 @@
 #include <memory>
 
 #include "host/document/service.h"
+#include "host/document/waker.h"
 
 namespace host {
 
@@ -24,8 +25,10 @@ public:
   Processes &operator=(const Processes &) = delete;
   ~Processes();
 
-  /// Readable when there is something to collect of one of the documents.
+  /// Readable when there is something to collect of one of the documents, and after a wake-up.
   int descriptor() const;
+  /// Cleared by whoever collects.
+  const Waker &waker() const;
   /// The backend of another document, which its first request opens; messages name the file. It may outlive this
   /// object.
   std::unique_ptr<Backend> backend(const std::filesystem::path &file);

@@ -3,6 +3,7 @@
 #include "host/document/worker.h"
 
 #include <poll.h>
+#include <sys/timerfd.h>
 
 #include <algorithm>
 #include <new>
@@ -36,10 +37,17 @@ void Worker::cancel(uint64_t id) noexcept {
   waiting_.remove(id);
   if (!underWay(id)) return;
   unwanted_ = true;
-  starter_.noteTime();
+  const auto end = std::chrono::nanoseconds(endOfPatience().time_since_epoch());
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(end);
+  const itimerspec when{{}, {seconds.count(), (end - seconds).count()}};
+  timer_ = Descriptor(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
+  if (!timer_ || timerfd_settime(timer_.number(), TFD_TIMER_ABSTIME, &when, nullptr) != 0 ||
+      !starter_.watch(timer_.number()))
+    begun_ = {}; // it is ended with the next call
 }
 
-Time Worker::wakeAt() const noexcept {
+// The time at which the current order is ended.
+Time Worker::endOfPatience() const noexcept {
   const bool urgent = hurried_ && waiting_.first() != nullptr;
   return isBusy() && (unwanted_ || urgent) ? begun_ + patience : Time::max();
 }
@@ -49,9 +57,20 @@ void Worker::stop() noexcept {
   opened_ = false;
 }
 
-void Worker::advance(Orders &answered) noexcept {
-  if (isBusy() && wakeAt() <= now()) {
+// Whatever a process sends that has been asked nothing, it is not to be trusted any more, or has ended.
+void Worker::checkIdle() noexcept {
+  try {
+    if (process_ && process_->channel().receive().what != Received::nothing) stop();
+  } catch (const std::bad_alloc &) {
     stop();
+  }
+}
+
+void Worker::advance(Orders &answered) noexcept {
+  if (!isBusy()) checkIdle();
+  if (isBusy() && endOfPatience() <= now()) {
+    stop();
+    timer_ = {};
     if (unwanted_)
       current_.clear();
     else
@@ -79,6 +98,7 @@ void Worker::begin(Orders &answered) noexcept {
   while (!isBusy() && waiting_.first() != nullptr) {
     current_ = waiting_.remove(waiting_.first()->id);
     unwanted_ = false;
+    timer_ = {};
     begun_ = now();
     try {
       if (!sendCurrent()) died("its process failed: " + process_->reasonOfEnd(), answered);
@@ -93,6 +113,13 @@ void Worker::begin(Orders &answered) noexcept {
   }
 }
 
+void Worker::startProcess() {
+  auto process = starter_.start();
+  if (!starter_.watch(process->channel().socket()))
+    throw HostError(tavrel::errGeneric, "there are no more file descriptors");
+  process_ = std::move(process);
+}
+
 // The current order, or first the request that opens the document in a new process.
 bool Worker::sendCurrent() {
   const Request &request = current_.front().request;
@@ -105,7 +132,7 @@ bool Worker::sendCurrent() {
       dead != document_.deaths.end() && dead->second >= mostDeaths)
     throw HostError(tavrel::errDocument, "page " + std::to_string(int64_t{dead->first} + 1) +
                                              " is not read any more: its process failed each time");
-  if (!process_) process_ = starter_.start();
+  if (!process_) startProcess();
   if (!opened_)
     return process_->channel().send(messageOf(Request(OpenRequest{document_.file, document_.password})),
                                     document_.open->descriptor());
@@ -147,6 +174,7 @@ void Worker::finish(decltype(Answer::value) value, Orders &answered) noexcept {
   if (std::holds_alternative<ImageRequest>(current_.front().request))
     current_.front().answer.fileChanged = document_.open->hasChanged();
   pixels_.reset();
+  timer_ = {};
   answered.splice(answered.end(), current_);
 }
 
@@ -168,7 +196,7 @@ void Worker::died(const std::string &reason, Orders &answered) noexcept {
 
 void Worker::wait(Time deadline) const noexcept {
   if (!isBusy()) return;
-  const Time until = std::min(deadline, wakeAt());
+  const Time until = std::min(deadline, endOfPatience());
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - now());
   constexpr auto longest = std::chrono::milliseconds(std::chrono::hours(1));
   pollfd ready{process_->channel().socket(), POLLIN, 0};

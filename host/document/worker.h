@@ -33,8 +33,8 @@ public:
   virtual ~ProcessStarter() = default;
   /// Throws HostError.
   virtual std::unique_ptr<DocumentProcess> start() = 0;
-  /// The worker wants wakeAt() to be looked at.
-  virtual void noteTime() noexcept = 0;
+  /// Has advance() called while the descriptor is readable, until it is closed. False if that is not possible.
+  virtual bool watch(int descriptor) noexcept = 0;
 };
 
 class Worker {
@@ -60,13 +60,14 @@ public:
   void wait(Time deadline) const noexcept;
   /// Lets an order that a caller waits for go before one that has been begun and takes long.
   void hurry() noexcept { hurried_ = true; }
-  /// When advance() has to be called, if nothing comes before.
-  Time wakeAt() const noexcept;
   /// Ends the process; it is started again when it is needed.
   void stop() noexcept;
 
 private:
+  Time endOfPatience() const noexcept;
+  void checkIdle() noexcept;
   void begin(Orders &answered) noexcept;
+  void startProcess();
   bool sendCurrent();
   void take(std::string_view content, Orders &answered);
   void finish(decltype(Answer::value) value, Orders &answered) noexcept;
@@ -82,6 +83,7 @@ private:
   Time begun_ = {};
   bool unwanted_ = false; ///< the current one
   bool hurried_ = false;
+  Descriptor timer_;                     ///< at the end of patience with one that is unwanted
   std::unique_ptr<SharedPixels> pixels_; ///< of the current image
 };
 

@@ -10,7 +10,7 @@
 #include <optional>
 
 #include "TestDocuments.h"
-#include "Waker.h"
+#include "Until.h"
 #include "host/kernel/TestPlugin.h"
 #include "host/view/tables.h"
 #include "viewer/model/session.h"
@@ -23,7 +23,7 @@ protected:
 
   Sessions() {
     host::addHostTables(runtime);
-    session_.emplace(app, [this] { waker.wake(); });
+    session_.emplace(app);
     session().documents.screenDpi = 96;
     session().moving.setWindow(width, height, 0);
   }
@@ -33,7 +33,7 @@ protected:
 
   /// Collects results until the condition holds.
   bool until(const std::function<bool()> &done) {
-    return waker.until([&] {
+    return test::until(session().descriptor(), [&] {
       session().arrivals.collect();
       return done();
     });
@@ -64,7 +64,6 @@ protected:
   }
 
   ScratchFolder folder;
-  Waker waker;
   host::Runtime runtime;
   TestPlugin testPlugin{runtime};
   host::Application app{runtime};

@@ -98,8 +98,7 @@ struct LateRowsTest : testing::Test {
   host::Runtime runtime;
   test::TestPlugin testPlugin{runtime};
   host::Application app{runtime};
-  Session session{app, [] {},
-                  [this](const std::filesystem::path &file) {
+  Session session{app, [this](const std::filesystem::path &file) {
                     return std::make_shared<host::Service>(file, std::make_unique<test::FakeBackend>(backstage));
                   }};
 };

@@ -31,8 +31,7 @@ struct LateSizesTest : testing::Test {
   host::Runtime runtime;
   host::Application app{runtime};
   Session session{
-      app, [] {},
-      [this](const std::filesystem::path &file) { return test::lateService(file, asksForSizes, released); }};
+      app, [this](const std::filesystem::path &file) { return test::lateService(file, asksForSizes, released); }};
 };
 
 TEST_F(LateSizesTest, LayOutThePageThatIsShownWhenTheyCome) {

@@ -117,8 +117,7 @@ struct AnsweredMatchCountTest : testing::Test {
   test::Backstage first, second;
   host::Runtime runtime;
   host::Application app{runtime};
-  Session session{app, [] {},
-                  [this](const std::filesystem::path &file) {
+  Session session{app, [this](const std::filesystem::path &file) {
                     test::Backstage &backstage = file == "/first.pdf" ? first : second;
                     return std::make_shared<host::Service>(file, std::make_unique<test::FakeBackend>(backstage));
                   }};

@@ -44,8 +44,7 @@ struct OpeningOrder : testing::Test {
   bool released = false;
   host::Runtime runtime;
   host::Application app{runtime};
-  Session session{app, [] {},
-                  [this](const std::filesystem::path &file) {
+  Session session{app, [this](const std::filesystem::path &file) {
                     const bool late = file.filename() == "late.pdf";
                     return test::lateService(
                         file, [late](const host::Request &) { return late; }, released);

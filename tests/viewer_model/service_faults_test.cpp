@@ -6,6 +6,7 @@
 //
 // Nothing here runs on another thread, and no time passes: a wait in vain ends at once, and its length is noted.
 #include <gmock/gmock.h>
+#include <poll.h>
 
 #include <list>
 
@@ -126,13 +127,10 @@ public:
       TavrelView::PageViewPaintSelection(view, DocModel::SelectionFromWordRanges(page, &first, 1, 2));
     };
     app_.registerPageDraw({testPlugin_.callback(mark), nullptr, testPlugin_.id});
-    session_.emplace(
-        app_, [this] { injection_.wakes = true; },
-        [this](const std::filesystem::path &opened) {
-          return std::make_shared<host::Service>(
-              opened,
-              std::make_unique<FaultyBackend>(injection_, host::answeringAtOnce(host::PdfFile::open(opened, ""))));
-        });
+    session_.emplace(app_, [this](const std::filesystem::path &opened) {
+      return std::make_shared<host::Service>(
+          opened, std::make_unique<FaultyBackend>(injection_, host::answeringAtOnce(host::PdfFile::open(opened, ""))));
+    });
     session_->moving.setWindow(40, 40, 0);
   }
 
@@ -160,11 +158,15 @@ public:
   static constexpr int32_t pages = 40; ///< more than have their sizes asked for at once
 
 private:
+  bool isWoken() {
+    pollfd ready{session_->descriptor(), POLLIN, 0};
+    return std::exchange(injection_.wakes, false) || poll(&ready, 1, 0) == 1;
+  }
   // As the window does it. What is late comes when there is nothing else to do.
   void settle() {
     for (int released = 0; released < 2; ++released) {
       injection_.wakes = true;
-      while (std::exchange(injection_.wakes, false) || session_->screen.needsDrawing()) {
+      while (isWoken() || session_->screen.needsDrawing()) {
         session_->arrivals.collect();
         session_->screen.draw();
       }

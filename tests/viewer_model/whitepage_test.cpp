@@ -13,8 +13,7 @@ TEST(WhitePage, IsBoundedWhereThePageTurnsOutToBeHuge) {
   test::Backstage backstage;
   host::Runtime runtime;
   host::Application app{runtime};
-  Session session{app, [] {},
-                  [&](const std::filesystem::path &file) {
+  Session session{app, [&](const std::filesystem::path &file) {
                     return std::make_shared<host::Service>(file, std::make_unique<test::FakeBackend>(backstage));
                   }};
   session.moving.setWindow(400, 300, 0);

@@ -133,7 +133,7 @@ protected:
   fs::path file;
   host::Runtime runtime;
   host::Application app{runtime};
-  viewer::Session session{app, [] {}};
+  viewer::Session session{app};
   viewer::Toolkit toolkit{{"", "260x340", {}}}; // a small window has small pages: their number counts
   host::WindowSystem windows{toolkit.shell()};
   host::PluginLoader plugins{runtime};

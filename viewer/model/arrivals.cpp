@@ -18,6 +18,7 @@ template <typename Step> void Arrivals::attempt(const Step &step) {
 }
 
 void Arrivals::collect() {
+  waker_.clear();
   failure_ = nullptr;
   Services services; // a document may be closed meanwhile
   attempt([&] {
@@ -27,14 +28,14 @@ void Arrivals::collect() {
   for (const auto &service : services)
     attempt([&] { service->collect(); });
   attempt([this] { opener_.takeOpened(); }); // one per call: plug-ins may take long for each
-  if (opener_.hasOpened()) wake_();
+  if (opener_.hasOpened()) waker_.wake();
   attempt([this] { finding_.collect(); });
   attempt([this] { listTexts_.collect(); });
   attempt([this] { matchCount_.collect(); });
   constexpr int atOnce = 3; // further attempts wait for the next wake-up: memory may stay exhausted
   failures_ = failure_ ? failures_ + 1 : 0;
   if (!failure_) return;
-  if (failures_ < atOnce) wake_();
+  if (failures_ < atOnce) waker_.wake();
   std::rethrow_exception(std::exchange(failure_, nullptr));
 }
 

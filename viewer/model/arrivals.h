@@ -4,8 +4,8 @@
 #pragma once
 
 #include <exception>
-#include <functional>
 
+#include "host/document/waker.h"
 #include "viewer/model/finding.h"
 #include "viewer/model/listtexts.h"
 #include "viewer/model/matchcount.h"
@@ -16,12 +16,12 @@ namespace viewer {
 class Arrivals {
 public:
   Arrivals(const Documents &documents, Opener &opener, Finding &finding, MatchCount &matchCount, ListTexts &listTexts,
-           std::function<void()> wake)
+           const host::Waker &waker)
       : documents_(documents), opener_(opener), finding_(finding), matchCount_(matchCount), listTexts_(listTexts),
-        wake_(std::move(wake)) {}
+        waker_(waker) {}
 
   /// Hands over the answers. If memory is exhausted for one of them, the following ones are handed over nevertheless;
-  /// the rest stays for the next call, which `wake` requests, and the failure is thrown at the end.
+  /// the rest stays for the next call, which a wake-up requests, and the failure is thrown at the end.
   void collect();
 
 private:
@@ -32,7 +32,7 @@ private:
   Finding &finding_;
   MatchCount &matchCount_;
   ListTexts &listTexts_;
-  std::function<void()> wake_;
+  const host::Waker &waker_;
   std::exception_ptr failure_; ///< the first failure of a collect()
   int failures_ = 0;           ///< consecutive calls of collect() that failed
 };

@@ -4,21 +4,23 @@
 
 #include <memory>
 
+#include "host/document/process.h"
+
 namespace viewer {
 namespace {
 
-ServiceMaker servedBy(host::Threads &threads) {
-  return [&threads](const std::filesystem::path &file) {
-    return std::make_shared<host::Service>(file, threads.backend(file));
+ServiceMaker servedBy(host::Processes &processes) {
+  return [&processes](const std::filesystem::path &file) {
+    return std::make_shared<host::Service>(file, processes.backend(file));
   };
 }
 
 } // namespace
 
-Session::Session(host::Application &app, const std::function<void()> &wake, const ServiceMaker &makeService)
-    : app_(app), threads_(wake), documents(app, status, changes),
-      opener(documents, makeService ? makeService : servedBy(threads_), status, changes),
-      arrivals(documents, opener, finding, matchCount, listTexts, wake) {
+Session::Session(host::Application &app, const ServiceMaker &makeService)
+    : app_(app), processes_(host::documentProgram()), documents(app, status, changes),
+      opener(documents, makeService ? makeService : servedBy(processes_), status, changes),
+      arrivals(documents, opener, finding, matchCount, listTexts, processes_.waker()) {
   documents.keepers = {&opener, &finding, &screen, &moving, &tiles, &matchCount};
   app_.statusListener = [this] { changes.note(allParts); };
   if (app_.toolBar() != nullptr) app_.toolBar()->listener = [this] { changes.note(allParts); };

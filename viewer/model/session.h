@@ -3,33 +3,30 @@
 // The viewer's logic and state, without a window: makes their owners and connects them. A window calls the owners'
 // operations, shows what the screen has drawn, and brings up to date what has changed.
 //
-// All of it runs on the thread that plug-ins run on. The documents' services answer on other threads. They call `wake`,
-// after which the window calls arrivals.collect() soon.
+// All of it runs on the thread that plug-ins run on. The documents are read by other processes: when the session's
+// descriptor is readable, the window calls arrivals.collect().
 #pragma once
 
-#include <chrono>
-#include <functional>
-
-#include "host/document/threads.h"
+#include "host/document/processes.h"
 #include "viewer/model/arrivals.h"
 #include "viewer/model/model.h"
 
 namespace viewer {
 
 struct Session {
-  /// Without `makeService`, the session's threads answer.
-  Session(host::Application &app, const std::function<void()> &wake, const ServiceMaker &makeService = {});
+  /// Without `makeService`, the session's processes answer. Throws HostError if there are no more file descriptors.
+  explicit Session(host::Application &app, const ServiceMaker &makeService = {});
   ~Session(); ///< closes the documents
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
 
   Model model() { return {changes, status, documents, opener, moving, tiles, finding, matchCount, screen, listTexts}; }
-  /// Ends the threads and waits for them up to the timeout; false if a page is still in progress.
-  bool finish(std::chrono::milliseconds timeout) { return threads_.finish(timeout); }
+  /// Readable when there is something to collect.
+  int descriptor() const { return processes_.descriptor(); }
 
 private:
   host::Application &app_;
-  host::Threads threads_;
+  host::Processes processes_;
 
 public:
   Changes changes;

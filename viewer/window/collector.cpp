@@ -2,27 +2,36 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "viewer/window/collector.h"
 
+#include <utility>
+
 #include "viewer/window/motif.h"
 
 namespace viewer {
 
-Collector::Collector(XtAppContext context, const Waker &waker, Arrivals &arrivals, const host::Application &app)
-    : waker_(waker), arrivals_(arrivals), app_(app) {
-  const auto ready = [](XtPointer self, int *, XtInputId *) {
-    auto &collector = *static_cast<Collector *>(self);
-    collector.waker_.clear();
-    collector.collect();
-  };
-  input_ = XtAppAddInput(context, waker.end(), reinterpret_cast<XtPointer>(XtInputReadMask), ready, this);
+Collector::Collector(XtAppContext context, int descriptor, Arrivals &arrivals, const host::Application &app)
+    : context_(context), descriptor_(descriptor), arrivals_(arrivals), app_(app) {
+  listen();
 }
 
+void Collector::listen() {
+  const auto ready = [](XtPointer self, int *, XtInputId *) { static_cast<Collector *>(self)->collect(); };
+  input_ = XtAppAddInput(context_, descriptor_, reinterpret_cast<XtPointer>(XtInputReadMask), ready, this);
+}
+
+void Collector::ignore() {
+  if (const XtInputId input = std::exchange(input_, 0)) XtRemoveInput(input);
+}
+
+// The descriptor stays readable meanwhile, and is not listened to.
 void Collector::collect() {
-  missed_ = app_.calling();
-  if (!missed_) guarded([this] { arrivals_.collect(); });
+  if (app_.calling()) return ignore();
+  guarded([this] { arrivals_.collect(); });
 }
 
 void Collector::collectMissed() {
-  if (missed_) collect();
+  if (input_ != 0) return;
+  listen();
+  collect();
 }
 
 } // namespace viewer

@@ -1,19 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Has the event loop collect what the session's threads have done.
+// Has the event loop collect what the documents' processes have answered.
 #pragma once
 
 #include <X11/Intrinsic.h>
 
 #include "viewer/model/arrivals.h"
-#include "viewer/window/waker.h"
 
 namespace viewer {
 
 class Collector {
 public:
-  Collector(XtAppContext context, const Waker &waker, Arrivals &arrivals, const host::Application &app);
-  ~Collector() { XtRemoveInput(input_); }
+  /// Collects when the descriptor is readable. All arguments outlive this object.
+  Collector(XtAppContext context, int descriptor, Arrivals &arrivals, const host::Application &app);
+  ~Collector() { ignore(); }
   Collector(const Collector &) = delete;
   Collector &operator=(const Collector &) = delete;
 
@@ -21,13 +21,15 @@ public:
   void collectMissed();
 
 private:
+  void listen();
+  void ignore();
   void collect();
 
-  const Waker &waker_;
+  XtAppContext context_;
+  int descriptor_;
   Arrivals &arrivals_;
   const host::Application &app_;
-  XtInputId input_;
-  bool missed_ = false;
+  XtInputId input_ = 0; ///< 0 while something is missed
 };
 
 } // namespace viewer

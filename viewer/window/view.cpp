@@ -21,18 +21,16 @@
 #include "viewer/window/mainwindow.h"
 #include "viewer/window/motif.h"
 #include "viewer/window/testsocket.h"
-#include "viewer/window/waker.h"
 
 namespace viewer {
 namespace {
 
 // Waits up to 100 ms for the first document, so that its page is rendered while the window is created. A document that
 // takes longer is shown later.
-void awaitDocument(const Waker &waker, Session &session) {
+void awaitDocument(Session &session) {
   constexpr int timeout = 100; // milliseconds
-  pollfd ready{waker.end(), POLLIN, 0};
+  pollfd ready{session.descriptor(), POLLIN, 0};
   if (!session.opener.opening() || poll(&ready, 1, timeout) <= 0) return;
-  waker.clear();
   session.arrivals.collect();
   session.screen.draw(); // asks for the page
 }
@@ -92,13 +90,12 @@ struct Closing {
 ViewEnd run(const ViewOptions &options) {
   prepareEnvironment();
   if (!options.into.empty()) setenv("TAVREL_PLUGIN_PARENTLESS_ROOT", "1", 0);
-  Waker waker; // outlives the threads, which use it
   FontsAhead fonts;
   host::Runtime runtime;
   host::Application app(runtime);
   host::addHostTables(runtime);
   app.toolBar()->embedded = !options.into.empty();
-  Session session(app, [&waker] { waker.wake(); });
+  Session session(app);
   Failures failures(session.status);
   for (const std::string &reason : options.refused)
     session.status.report(reason);
@@ -117,7 +114,7 @@ ViewEnd run(const ViewOptions &options) {
   const Toolkit::Size size = toolkit.windowSize();
   session.moving.setWindow(PageArea::windowWidth(toolkit, size.width), size.height / 2, PageArea::margin(toolkit));
   Windows windows(toolkit, session, app, plugins, options);
-  awaitDocument(waker, session);
+  awaitDocument(session);
   fonts.await();
   MainWindow &window = windows.get();
   if (!options.note.empty()) {
@@ -127,7 +124,7 @@ ViewEnd run(const ViewOptions &options) {
   const bool requested = !options.documents.empty() || !options.refused.empty(), embedded = !options.into.empty();
   bool had = false;
   {
-    Collector collector(toolkit.context(), waker, session.arrivals, app);
+    Collector collector(toolkit.context(), session.descriptor(), session.arrivals, app);
     window.loop([&] {
       collector.collectMissed();
       had |= session.documents.front() != nullptr || session.opener.asksPassword();
@@ -137,14 +134,7 @@ ViewEnd run(const ViewOptions &options) {
   }
   window.watcher = {};
   const bool failed = requested && !had && !embedded && !session.opener.opening();
-  const ViewEnd end = failed ? ViewEnd::noDocument : ViewEnd::closed;
-  session.documents.closeAll();
-  constexpr auto timeout = std::chrono::milliseconds(300);
-  if (!session.finish(timeout) && options.leave) {
-    plugins.unload();
-    options.leave(end); // does not wait for a page that takes minutes
-  }
-  return end;
+  return failed ? ViewEnd::noDocument : ViewEnd::closed;
 }
 
 } // namespace

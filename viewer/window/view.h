@@ -28,8 +28,6 @@ struct ViewOptions {
   std::filesystem::path pluginsDirectory;
   std::filesystem::path testSocket; ///< the socket on which a test listens; empty: none
   ToolkitOptions toolkit;
-  /// Ends the program at once if a thread is still busy; if empty, view() waits for the thread.
-  std::function<void(ViewEnd end)> leave;
 };
 
 /// Returns when the viewer is closed. Errors are printed to standard error.

@@ -10,7 +10,7 @@
 #include "host/view/tables.h"
 #include "viewer/model/session.h"
 #include "viewer_model/TestDocuments.h"
-#include "viewer_model/Waker.h"
+#include "viewer_model/Until.h"
 
 namespace {
 
@@ -44,7 +44,7 @@ public:
     app_.registerPageDraw(
         {testPlugin_.callback(+[](tavrel::PageView, void *) { readWords(); }), nullptr, testPlugin_.id});
     s_app = &app_;
-    session_.emplace(app_, [this] { waker_.wake(); });
+    session_.emplace(app_);
     session_->moving.setWindow(40, 30, 0);
   }
 
@@ -78,7 +78,7 @@ private:
   }
   // As the window does it: takes over the threads' results, and tries a failed drawing again.
   bool until(const std::function<bool()> &done) {
-    return waker_.until([&] {
+    return test::until(session_->descriptor(), [&] {
       tries([this] { session_->arrivals.collect(); });
       for (int drawings = 0; session_->screen.needsDrawing() && drawings < 3; ++drawings)
         tries([this] { session_->screen.draw(); });
@@ -139,7 +139,6 @@ private:
   }
 
   std::filesystem::path file_;
-  test::Waker waker_;
   host::Runtime runtime_;
   test::TestPlugin testPlugin_{runtime_};
   host::Application app_{runtime_};

@@ -4,6 +4,7 @@
 // fetched when it is first asked for, so that opening a manual of a thousand pages costs no more than opening one.
 #include "host/document/pdf.h"
 
+#include <iconv.h>
 #include <poppler-document.h>
 #include <poppler-page-renderer.h>
 #include <poppler-page.h>
@@ -15,6 +16,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <fstream>
 #include <optional>
 #include <span>
@@ -319,6 +321,13 @@ std::string nameInMessage(const std::filesystem::path &file) {
   std::replace_if(
       name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, '?');
   return name;
+}
+
+void PdfFile::prepareLibrary() {
+  tzset(); // for dates
+  // Conversions of characters are modules, which stay loaded while they are in use.
+  for (const auto &[to, from] : {std::pair("UTF-8", "UTF-16"), std::pair("UTF-16", "UTF-8")})
+    if (iconv_open(to, from) == iconv_t(-1)) return; // texts will be empty
 }
 
 std::unique_ptr<PdfFile> PdfFile::open(const Descriptor &file, const std::filesystem::path &name,

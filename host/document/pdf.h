@@ -40,6 +40,8 @@ public:
   /// The same of a file that is open, which may be closed afterwards. Messages name it.
   static std::unique_ptr<PdfFile> open(const Descriptor &file, const std::filesystem::path &name,
                                        const std::string &password);
+  /// Has the PDF library load now what it would load with the first document.
+  static void prepareLibrary();
   virtual ~PdfFile() = default;
   /// The same document opened once more, for another thread; null where it cannot be opened any more or has changed.
   /// May be called on any thread while this one is in use.

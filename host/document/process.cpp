@@ -75,14 +75,15 @@ public:
     posix_spawn_file_actions_destroy(&actions_);
   }
 
-  pid_t operator()(const fs::path &program) const {
+  pid_t operator()(const fs::path &program, size_t memory) const {
     std::vector<std::string> environment = environmentPassedOn();
     std::vector<char *> variables;
     for (std::string &variable : environment)
       variables.push_back(variable.data());
     variables.push_back(nullptr);
     std::string name = program.filename();
-    char *const arguments[] = {name.data(), nullptr};
+    std::string limit = std::to_string(memory);
+    char *const arguments[] = {name.data(), limit.data(), nullptr};
     pid_t id = 0;
     const int error = posix_spawn(&id, program.c_str(), &actions_, &attributes_, arguments, variables.data());
     if (error != 0) fail(program, error);
@@ -116,9 +117,9 @@ fs::path documentProgram() {
   return TAVREL_INSTALLED_DOCUMENT;
 }
 
-DocumentProcess::DocumentProcess(const fs::path &program) : channel_(Descriptor()) {
+DocumentProcess::DocumentProcess(const fs::path &program, size_t memory) : channel_(Descriptor()) {
   SocketPair pair = socketPair(program);
-  id_ = Start(pair.other.number())(program);
+  id_ = Start(pair.other.number())(program, memory);
   channel_ = Channel(std::move(pair.own));
 }
 

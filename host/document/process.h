@@ -22,8 +22,9 @@ std::filesystem::path documentProgram();
 
 class DocumentProcess {
 public:
-  /// Starts the program. Throws HostError with one clear line if that is not possible.
-  explicit DocumentProcess(const std::filesystem::path &program);
+  /// Starts the program, which takes no more memory than so many bytes. Throws HostError with one clear line if that is
+  /// not possible.
+  DocumentProcess(const std::filesystem::path &program, size_t memory);
   /// Ends it, however busy it is.
   ~DocumentProcess();
   DocumentProcess(const DocumentProcess &) = delete;

@@ -14,12 +14,10 @@ namespace host {
 
 class ProcessGroup {
 public:
-  explicit ProcessGroup(std::filesystem::path program)
-      : program_(std::move(program)), watched_(epoll_create1(EPOLL_CLOEXEC)) {
+  explicit ProcessGroup(ProcessOptions given) : options(std::move(given)), watched_(epoll_create1(EPOLL_CLOEXEC)) {
     if (!watched_ || !watch(waker.descriptor()))
       throw HostError(tavrel::errGeneric, "there are no more file descriptors");
   }
-  const std::filesystem::path &program() const { return program_; }
   int descriptor() const { return watched_.number(); }
   bool watch(int descriptor) const noexcept {
     epoll_event event{};
@@ -27,10 +25,10 @@ public:
     return epoll_ctl(watched_.number(), EPOLL_CTL_ADD, descriptor, &event) == 0;
   }
 
+  const ProcessOptions options;
   const Waker waker;
 
 private:
-  std::filesystem::path program_;
   Descriptor watched_;
 };
 
@@ -83,8 +81,11 @@ private:
     for (Worker &worker : workers_)
       worker.advance(answered_);
   }
-  std::unique_ptr<DocumentProcess> start() override { return std::make_unique<DocumentProcess>(group_->program()); }
+  std::unique_ptr<DocumentProcess> start() override {
+    return std::make_unique<DocumentProcess>(group_->options.program, group_->options.memory);
+  }
   bool watch(int descriptor) noexcept override { return group_->watch(descriptor); }
+  std::chrono::nanoseconds pageTime() const noexcept override { return group_->options.pageTime; }
 
   std::shared_ptr<ProcessGroup> group_;
   ReadDocument document_;
@@ -94,7 +95,7 @@ private:
 
 } // namespace
 
-Processes::Processes(std::filesystem::path program) : group_(std::make_shared<ProcessGroup>(std::move(program))) {}
+Processes::Processes(ProcessOptions options) : group_(std::make_shared<ProcessGroup>(std::move(options))) {}
 
 Processes::~Processes() = default;
 

@@ -17,10 +17,16 @@ namespace host {
 
 class ProcessGroup;
 
+struct ProcessOptions {
+  std::filesystem::path program;
+  size_t memory = size_t{1} << 30;                               ///< that each may take, in bytes
+  std::chrono::milliseconds pageTime = std::chrono::seconds(60); ///< of a processor, that a request may take
+};
+
 class Processes {
 public:
   /// Throws HostError if the system has no descriptor left.
-  explicit Processes(std::filesystem::path program);
+  explicit Processes(ProcessOptions options);
   Processes(const Processes &) = delete;
   Processes &operator=(const Processes &) = delete;
   ~Processes();

@@ -37,23 +37,30 @@ void Worker::cancel(uint64_t id) noexcept {
   waiting_.remove(id);
   if (!underWay(id)) return;
   unwanted_ = true;
-  const auto end = std::chrono::nanoseconds(endOfPatience().time_since_epoch());
-  const auto seconds = std::chrono::floor<std::chrono::seconds>(end);
-  const itimerspec when{{}, {seconds.count(), (end - seconds).count()}};
-  timer_ = Descriptor(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
-  if (!timer_ || timerfd_settime(timer_.number(), TFD_TIMER_ABSTIME, &when, nullptr) != 0 ||
-      !starter_.watch(timer_.number()))
-    begun_ = {}; // it is ended with the next call
+  arm();
 }
 
-// The time at which the current order is ended.
+// The time at which somebody loses patience with the current order.
 Time Worker::endOfPatience() const noexcept {
   const bool urgent = hurried_ && waiting_.first() != nullptr;
   return isBusy() && (unwanted_ || urgent) ? begun_ + patience : Time::max();
 }
 
+// The timer is at the next time at which something may have to be ended.
+void Worker::arm() noexcept {
+  if (!process_) return;
+  itimerspec when{};
+  if (isBusy()) {
+    const auto time = std::chrono::nanoseconds(std::min(endOfPatience(), checkedAt_).time_since_epoch());
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    when.it_value = {seconds.count(), (time - seconds).count()};
+  }
+  timerfd_settime(timer_.number(), TFD_TIMER_ABSTIME, &when, nullptr);
+}
+
 void Worker::stop() noexcept {
   process_.reset();
+  timer_ = {};
   opened_ = false;
 }
 
@@ -66,31 +73,47 @@ void Worker::checkIdle() noexcept {
   }
 }
 
-void Worker::advance(Orders &answered) noexcept {
-  if (!isBusy()) checkIdle();
-  if (isBusy() && endOfPatience() <= now()) {
+// Ends the current order if it takes too long. What has been begun is less important than what a caller is waiting for,
+// and begins again afterwards.
+bool Worker::isOverdue(Orders &answered) {
+  if (endOfPatience() <= now()) {
     stop();
-    timer_ = {};
     if (unwanted_)
       current_.clear();
     else
       waiting_.insert(current_);
+  } else if (checkedAt_ <= now()) {
+    const auto limit = starter_.pageTime(), used = process_->used() - usedBefore_;
+    if (used >= limit || now() - begun_ >= asleep * limit)
+      died("it takes longer than " + std::to_string(std::chrono::ceil<std::chrono::seconds>(limit).count()) +
+               " seconds",
+           answered);
+    else
+      checkedAt_ = now() + std::max(limit - used, std::chrono::nanoseconds(std::chrono::milliseconds(10)));
+    arm();
   }
-  hurried_ = false;
-  while (isBusy())
+  return !isBusy();
+}
+
+void Worker::advance(Orders &answered) noexcept {
+  if (!isBusy()) checkIdle();
+  bool waits = false;
+  while (isBusy() && !waits)
     try {
       const Received received = process_->channel().receive();
-      if (received.what == Received::nothing) return;
       if (received.what == Received::message)
         take(received.content, answered);
       else if (received.what == Received::invalid)
         died("its process has answered wrongly", answered);
-      else
+      else if (received.what == Received::ended)
         died("its process failed: " + process_->reasonOfEnd(), answered);
+      else
+        waits = !isOverdue(answered);
     } catch (const std::bad_alloc &) {
       stop();
       fail(tavrel::errNoMemory, "memory is exhausted", answered);
     }
+  hurried_ = false;
   begin(answered);
 }
 
@@ -98,8 +121,8 @@ void Worker::begin(Orders &answered) noexcept {
   while (!isBusy() && waiting_.first() != nullptr) {
     current_ = waiting_.remove(waiting_.first()->id);
     unwanted_ = false;
-    timer_ = {};
     begun_ = now();
+    checkedAt_ = begun_ + starter_.pageTime();
     try {
       if (!sendCurrent()) died("its process failed: " + process_->reasonOfEnd(), answered);
     } catch (const DocumentError &error) { // its line names the file
@@ -110,14 +133,17 @@ void Worker::begin(Orders &answered) noexcept {
       stop();
       fail(tavrel::errNoMemory, "memory is exhausted", answered);
     }
+    arm();
   }
 }
 
 void Worker::startProcess() {
   auto process = starter_.start();
-  if (!starter_.watch(process->channel().socket()))
+  Descriptor timer(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
+  if (!timer || !starter_.watch(timer.number()) || !starter_.watch(process->channel().socket()))
     throw HostError(tavrel::errGeneric, "there are no more file descriptors");
   process_ = std::move(process);
+  timer_ = std::move(timer);
 }
 
 // The current order, or first the request that opens the document in a new process.
@@ -133,6 +159,7 @@ bool Worker::sendCurrent() {
     throw HostError(tavrel::errDocument, "page " + std::to_string(int64_t{dead->first} + 1) +
                                              " is not read any more: its process failed each time");
   if (!process_) startProcess();
+  usedBefore_ = process_->used();
   if (!opened_)
     return process_->channel().send(messageOf(Request(OpenRequest{document_.file, document_.password})),
                                     document_.open->descriptor());
@@ -174,8 +201,8 @@ void Worker::finish(decltype(Answer::value) value, Orders &answered) noexcept {
   if (std::holds_alternative<ImageRequest>(current_.front().request))
     current_.front().answer.fileChanged = document_.open->hasChanged();
   pixels_.reset();
-  timer_ = {};
   answered.splice(answered.end(), current_);
+  arm();
 }
 
 void Worker::fail(tavrel::ErrorCode code, const std::string &reason, Orders &answered) noexcept {
@@ -196,7 +223,7 @@ void Worker::died(const std::string &reason, Orders &answered) noexcept {
 
 void Worker::wait(Time deadline) const noexcept {
   if (!isBusy()) return;
-  const Time until = std::min(deadline, endOfPatience());
+  const Time until = std::min({deadline, endOfPatience(), checkedAt_});
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - now());
   constexpr auto longest = std::chrono::milliseconds(std::chrono::hours(1));
   pollfd ready{process_->channel().socket(), POLLIN, 0};

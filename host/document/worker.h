@@ -35,12 +35,16 @@ public:
   virtual std::unique_ptr<DocumentProcess> start() = 0;
   /// Has advance() called while the descriptor is readable, until it is closed. False if that is not possible.
   virtual bool watch(int descriptor) noexcept = 0;
+  /// How much processor time a request may take.
+  virtual std::chrono::nanoseconds pageTime() const noexcept = 0;
 };
 
 class Worker {
 public:
   /// After so many deaths of its process a page is not read any more.
   static constexpr int mostDeaths = 3;
+  /// A request that uses less processor time than it may is ended after so many times that.
+  static constexpr int asleep = 5;
   /// What nobody wants any more, or what keeps a caller waiting, is ended after that time.
   static constexpr auto patience = std::chrono::milliseconds(100);
 
@@ -65,7 +69,9 @@ public:
 
 private:
   Time endOfPatience() const noexcept;
+  void arm() noexcept;
   void checkIdle() noexcept;
+  bool isOverdue(Orders &answered);
   void begin(Orders &answered) noexcept;
   void startProcess();
   bool sendCurrent();
@@ -83,8 +89,10 @@ private:
   Time begun_ = {};
   bool unwanted_ = false; ///< the current one
   bool hurried_ = false;
-  Descriptor timer_;                     ///< at the end of patience with one that is unwanted
-  std::unique_ptr<SharedPixels> pixels_; ///< of the current image
+  Descriptor timer_;                         ///< of the process
+  Time checkedAt_ = {};                      ///< when the current one may have used its time
+  std::chrono::nanoseconds usedBefore_ = {}; ///< processor time, by the process before it
+  std::unique_ptr<SharedPixels> pixels_;     ///< of the current image
 };
 
 } // namespace host

@@ -18,7 +18,7 @@ ServiceMaker servedBy(host::Processes &processes) {
 } // namespace
 
 Session::Session(host::Application &app, const ServiceMaker &makeService)
-    : app_(app), processes_(host::documentProgram()), documents(app, status, changes),
+    : app_(app), processes_({host::documentProgram()}), documents(app, status, changes),
       opener(documents, makeService ? makeService : servedBy(processes_), status, changes),
       arrivals(documents, opener, finding, matchCount, listTexts, processes_.waker()) {
   documents.keepers = {&opener, &finding, &screen, &moving, &tiles, &matchCount};

@@ -65,7 +65,7 @@ struct ProcessesTest : testing::Test {
   static const Image &image(const Answer &answer) { return std::get<PageImage>(answer.value).image; }
 
   test::ScratchFolder folder;
-  Processes processes{documentProgram()};
+  Processes processes{{documentProgram()}};
   std::vector<std::unique_ptr<Asked>> all;
 };
 
@@ -83,7 +83,7 @@ TEST_F(ProcessesTest, AnswerAsTheLibraryDoesInThisProcess) {
   asked.ask(WordsRequest{1, true});
   ASSERT_TRUE(answers(asked, 2));
   EXPECT_EQ(std::get<PageWords>(asked.answers[1].value).text.text(), U"oil lamp");
-  EXPECT_THAT(std::get<PageWords>(asked.answers[1].value).order, ElementsAre(0, 1));
+  ASSERT_THAT(std::get<PageWords>(asked.answers[1].value).order, ElementsAre(0, 1));
   EXPECT_EQ(std::get<PageWords>(asked.answers[1].value).text.words[1].bounds, here->text(1).words[1].bounds);
   asked.ask(imageOf(1));
   ASSERT_TRUE(answers(asked, 3));
@@ -175,7 +175,7 @@ TEST_F(ProcessesTest, NobodyWaitsBeyondTheDeadline) {
 }
 
 TEST_F(ProcessesTest, AProgramThatIsNotThereIsNamed) {
-  Processes missing("/nowhere/tavrel-document");
+  Processes missing({"/nowhere/tavrel-document"});
   const auto file = folder.pdf(test::numberedPages(1));
   Asked asked{std::make_shared<Service>(file, missing.backend(file))};
   asked.ask(OpenRequest{file, ""});

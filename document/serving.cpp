@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "document/serving.h"
+
+#include <signal.h>
+#include <sys/prctl.h>
+
+#include <charconv>
+#include <cstring>
+#include <optional>
+#include <stdexcept>
+#include <string>
+
+#include "host/document/channel.h"
+#include "host/document/process.h"
+#include "host/document/wire.h"
+
+namespace document {
+namespace {
+
+enum ExitStatus { exitDone = 0, exitInvalidRequest = 1, exitUsage = 2 };
+
+std::optional<size_t> number(const char *text) {
+  size_t value = 0;
+  const char *end = text + std::strlen(text);
+  const auto [stop, error] = std::from_chars(text, end, value);
+  if (error != std::errc() || stop != end) return std::nullopt;
+  return value;
+}
+
+std::string bytesOf(const host::Answer &answer) {
+  try {
+    return host::messageOf(answer);
+  } catch (const std::length_error &) {
+    return host::messageOf(host::Answer{host::Failure{tavrel::errDocument, false, "a page has too much text"}});
+  }
+}
+
+// Under the address sanitizer there is no limit: it reserves terabytes.
+size_t memoryLimit(size_t asked) {
+#ifdef __SANITIZE_ADDRESS__
+  return asked * 0;
+#else
+  return asked;
+#endif
+}
+
+} // namespace
+
+int serve(int argc, char **argv, const Answerer &answerer) {
+  const std::optional<size_t> memory = argc == 2 ? number(argv[1]) : std::nullopt;
+  if (!memory) return exitUsage;
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  confine({memoryLimit(*memory)});
+  host::Channel channel(host::Descriptor(host::documentSocket), host::Channel::Takes::descriptors);
+  for (;;) {
+    host::Received received = channel.await();
+    if (received.what == host::Received::ended) return exitDone;
+    const auto request = received.what == host::Received::message ? host::requestIn(received.content) : std::nullopt;
+    if (!request) return exitInvalidRequest;
+    const host::Answer answer = answerer(*request, std::move(received.descriptor));
+    if (!channel.send(bytesOf(answer))) return exitDone;
+  }
+}
+
+} // namespace document

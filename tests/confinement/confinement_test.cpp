@@ -1,0 +1,118 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// What a document process cannot do after a hostile file has taken it over. The stand-in (standin.cpp) is confined in
+// the same way; its document's name says what it tries.
+#include <gmock/gmock.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <fstream>
+
+#include "host/document/processes.h"
+#include "support/pdf.h"
+
+namespace {
+
+using namespace host;
+using testing::AnyOf;
+using testing::HasSubstr;
+
+constexpr const char *denied = "Operation not permitted", *noAccess = "Permission denied";
+
+struct Confined : testing::Test {
+  // The line of its answer, or of the failure that its owner makes of its behaviour.
+  std::string tries(const std::string &attempt, std::chrono::milliseconds pageTime = std::chrono::seconds(60)) {
+    const auto file = folder.path() / (attempt + ".pdf");
+    std::ofstream(file) << "document";
+    Processes processes({STANDIN, size_t{1} << 30, pageTime});
+    const auto service = std::make_shared<Service>(file, processes.backend(file));
+    std::string line;
+    const Ticket ticket = service->ask(OpenRequest{file, ""}, Urgency::shown,
+                                       [&](Answer &answer) { line = std::get<Failure>(answer.value).line; });
+    while (line.empty()) {
+      pollfd ready{processes.descriptor(), POLLIN, 0};
+      if (poll(&ready, 1, 60'000) <= 0) return "no answer";
+      service->collect();
+    }
+    return line;
+  }
+
+  test::ScratchFolder folder;
+};
+
+TEST_F(Confined, ItRuns) { EXPECT_EQ(tries("none"), "none"); }
+
+TEST_F(Confined, ItReadsFonts) { EXPECT_EQ(tries("read-fonts"), "it could"); }
+
+TEST_F(Confined, ItReadsNoOtherFile) { EXPECT_EQ(tries("read-passwords"), noAccess); }
+
+TEST_F(Confined, ItDoesNotSeeTheDocumentsFolder) { EXPECT_EQ(tries("read-folder"), noAccess); }
+
+TEST_F(Confined, ItDoesNotOpenTheDocumentByItsName) { EXPECT_EQ(tries("read-document"), noAccess); }
+
+TEST_F(Confined, ItWritesNoFile) {
+  EXPECT_EQ(tries("write-file"), denied);
+  EXPECT_FALSE(std::filesystem::exists(folder.path() / "written"));
+}
+
+TEST_F(Confined, ItConnectsToNoSocket) {
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  const std::string name = folder.path() / "socket";
+  ASSERT_LT(name.size(), sizeof address.sun_path);
+  name.copy(address.sun_path, sizeof address.sun_path - 1);
+  const Descriptor listener(socket(AF_UNIX, SOCK_STREAM, 0));
+  ASSERT_EQ(bind(listener.number(), reinterpret_cast<sockaddr *>(&address), sizeof address), 0);
+  ASSERT_EQ(listen(listener.number(), 1), 0);
+  EXPECT_EQ(tries("connect-socket"), denied);
+}
+
+TEST_F(Confined, ItConnectsToNoDisplay) { EXPECT_EQ(tries("connect-display"), denied); }
+
+TEST_F(Confined, ItConnectsToNoNetwork) { EXPECT_EQ(tries("connect-network"), denied); }
+
+TEST_F(Confined, ItExecutesNothing) { EXPECT_EQ(tries("execute"), denied); }
+
+TEST_F(Confined, ItMakesNoProcesses) { EXPECT_EQ(tries("fork"), denied); }
+
+TEST_F(Confined, ItSendsNoSignals) { EXPECT_EQ(tries("kill-parent"), denied); }
+
+TEST_F(Confined, ItTracesNobody) { EXPECT_EQ(tries("trace-parent"), denied); }
+
+TEST_F(Confined, ItMakesNoCode) { EXPECT_EQ(tries("make-code"), denied); }
+
+TEST_F(Confined, ItTakesNoMoreMemoryThanItMay) {
+#ifdef __SANITIZE_ADDRESS__
+  GTEST_SKIP() << "the address sanitizer reserves more than any limit";
+#endif
+  EXPECT_EQ(tries("allocate"), "Cannot allocate memory");
+}
+
+TEST_F(Confined, ItIsEndedWhenItComputesTooLong) {
+  EXPECT_THAT(tries("spin", std::chrono::milliseconds(200)), HasSubstr("spin.pdf: it takes longer than 1 seconds"));
+}
+
+TEST_F(Confined, ItIsEndedWhenItSaysNothing) {
+  EXPECT_THAT(tries("say-nothing", std::chrono::milliseconds(50)), HasSubstr("it takes longer than"));
+}
+
+TEST_F(Confined, ItIsEndedWhenItAnswersGarbage) {
+  EXPECT_THAT(tries("say-garbage"), HasSubstr("its process has answered wrongly"));
+}
+
+TEST_F(Confined, ItIsEndedWhenItAnswersTooMuch) {
+  EXPECT_THAT(tries("say-too-much"), HasSubstr("its process has answered wrongly"));
+}
+
+TEST_F(Confined, ItIsEndedWhenItAnswersTwice) {
+  EXPECT_THAT(tries("say-it-twice"), HasSubstr("its process has answered wrongly"));
+}
+
+TEST_F(Confined, ItIsEndedWhenItClosesItsSocket) { EXPECT_THAT(tries("close"), HasSubstr("its process failed")); }
+
+TEST_F(Confined, ACrashIsTheDocumentsError) {
+  EXPECT_THAT(tries("crash"), HasSubstr("crash.pdf: its process failed: it was ended: Aborted"));
+}
+
+} // namespace

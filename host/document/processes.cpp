@@ -6,11 +6,26 @@
 
 #include <algorithm>
 #include <array>
+#include <list>
 #include <utility>
 
 #include "host/document/worker.h"
 
 namespace host {
+
+namespace {
+
+// A document whose processes may be ended while they have nothing to do.
+class Resting {
+public:
+  virtual bool hasProcess() const noexcept = 0;
+  virtual void rest() noexcept = 0;
+
+protected:
+  ~Resting() = default;
+};
+
+} // namespace
 
 class ProcessGroup {
 public:
@@ -25,24 +40,54 @@ public:
     return epoll_ctl(watched_.number(), EPOLL_CTL_ADD, descriptor, &event) == 0;
   }
 
+  std::unique_ptr<DocumentProcess> start() {
+    const bool isAlive = spare_ && spare_->channel().receive().what == Received::nothing;
+    return isAlive ? std::move(spare_) : std::make_unique<DocumentProcess>(options.program, options.memory);
+  }
+  /// Starts the next process in advance, when there is nothing else to do.
+  void prepare() noexcept {
+    if (spare_ == nullptr) try {
+        spare_ = std::make_unique<DocumentProcess>(options.program, options.memory);
+      } catch (const std::exception &) { // it is started when it is needed
+      }
+  }
+
+  void add(Resting &document) { recent_.push_front(&document); }
+  void remove(Resting &document) noexcept { recent_.remove(&document); }
+  /// Notes the document that is used last. Of those that were used long ago the processes are ended.
+  void use(Resting &document) noexcept {
+    recent_.splice(recent_.begin(), recent_, std::find(recent_.begin(), recent_.end(), &document));
+    size_t there = 0;
+    for (Resting *one : recent_)
+      if (one->hasProcess() && ++there > options.documents) one->rest();
+  }
+
   const ProcessOptions options;
   const Waker waker;
 
 private:
   Descriptor watched_;
+  std::unique_ptr<DocumentProcess> spare_;
+  std::list<Resting *> recent_; ///< the one that was used last is the first
 };
 
 namespace {
 
-class ProcessBackend final : public Backend, ProcessStarter {
+class ProcessBackend final : public Backend, ProcessStarter, Resting {
 public:
   ProcessBackend(std::shared_ptr<ProcessGroup> group, const std::filesystem::path &file)
-      : group_(std::move(group)), document_{file} {}
+      : group_(std::move(group)), document_{file} {
+    group_->add(*this);
+  }
+  ProcessBackend(const ProcessBackend &) = delete;
+  ProcessBackend &operator=(const ProcessBackend &) = delete;
+  ~ProcessBackend() override { group_->remove(*this); }
 
   void start(Orders order) noexcept override {
     Worker &worker = workerFor(order.front().request);
     worker.add(std::move(order));
     worker.advance(answered_);
+    group_->use(*this);
     if (!answered_.empty()) group_->waker.wake(); // it has failed at once
   }
   void raise(uint64_t id, Urgency urgency) noexcept override {
@@ -59,6 +104,8 @@ public:
   }
   Orders take() noexcept override {
     advance();
+    if (hasProcess() && std::none_of(workers_.begin(), workers_.end(), [](const Worker &one) { return one.isBusy(); }))
+      group_->prepare();
     return std::exchange(answered_, {});
   }
   Orders await(uint64_t id, Time deadline) noexcept override {
@@ -81,11 +128,17 @@ private:
     for (Worker &worker : workers_)
       worker.advance(answered_);
   }
-  std::unique_ptr<DocumentProcess> start() override {
-    return std::make_unique<DocumentProcess>(group_->options.program, group_->options.memory);
-  }
+  std::unique_ptr<DocumentProcess> start() override { return group_->start(); }
   bool watch(int descriptor) noexcept override { return group_->watch(descriptor); }
   std::chrono::nanoseconds pageTime() const noexcept override { return group_->options.pageTime; }
+
+  bool hasProcess() const noexcept override {
+    return std::any_of(workers_.begin(), workers_.end(), [](const Worker &one) { return one.hasProcess(); });
+  }
+  void rest() noexcept override {
+    for (Worker &worker : workers_)
+      if (!worker.isBusy()) worker.stop();
+  }
 
   std::shared_ptr<ProcessGroup> group_;
   ReadDocument document_;

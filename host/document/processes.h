@@ -21,6 +21,7 @@ struct ProcessOptions {
   std::filesystem::path program;
   size_t memory = size_t{1} << 30;                               ///< that each may take, in bytes
   std::chrono::milliseconds pageTime = std::chrono::seconds(60); ///< of a processor, that a request may take
+  size_t documents = 3; ///< that have processes while there is nothing to do: those that were used last
 };
 
 class Processes {

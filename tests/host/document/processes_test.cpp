@@ -6,7 +6,9 @@
 #include <gmock/gmock.h>
 #include <poll.h>
 
+#include <csignal>
 #include <fstream>
+#include <iterator>
 
 #include "host/document/pdf.h"
 #include "host/document/process.h"
@@ -60,6 +62,16 @@ struct ProcessesTest : testing::Test {
   static std::string lineOf(const Answer &answer) {
     const auto *failed = std::get_if<Failure>(&answer.value);
     return failed == nullptr ? "" : failed->line;
+  }
+  // The processes of documents that this one has started.
+  static std::vector<pid_t> childrenOf() {
+    std::ifstream list("/proc/thread-self/children");
+    return {std::istream_iterator<pid_t>(list), {}};
+  }
+  static size_t children() { return childrenOf().size(); }
+  static void killAll() {
+    for (const pid_t child : childrenOf())
+      kill(child, SIGKILL);
   }
   static ImageRequest imageOf(int32_t page, double dpi = 72, PixelSize size = {400, 600}) { return {page, dpi, size}; }
   static const Image &image(const Answer &answer) { return std::get<PageImage>(answer.value).image; }
@@ -172,6 +184,52 @@ TEST_F(ProcessesTest, NobodyWaitsBeyondTheDeadline) {
   asked.ask(imageOf(0), Urgency::awaited);
   EXPECT_FALSE(
       asked.service->await(asked.tickets[1], std::chrono::steady_clock::now() + std::chrono::milliseconds(50)));
+}
+
+TEST_F(ProcessesTest, OnlyTheDocumentsUsedLastHaveProcesses) {
+  const auto file = folder.pdf(test::numberedPages(2));
+  for (int i = 0; i < 5; ++i) {
+    Asked &asked = open(file);
+    asked.ask(imageOf(0));
+    ASSERT_TRUE(answers(asked, 1));
+  }
+  EXPECT_THAT(children(), AllOf(testing::Ge(6U), testing::Le(7U))) << "two each, and one in advance";
+  all[0]->ask(imageOf(1));
+  ASSERT_TRUE(answers(*all[0], 2)) << "started again";
+  EXPECT_EQ(image(all[0]->answers[1]).width, 400);
+  EXPECT_THAT(children(), testing::Le(7U));
+  all.clear();
+  EXPECT_THAT(children(), testing::Le(1U));
+}
+
+TEST_F(ProcessesTest, AProcessThatIsKilledIsStartedAgain) {
+  Asked &asked = open(folder.pdf({test::endlessPage(), test::pageWith("quick")}));
+  asked.ask(imageOf(0));
+  for (int deaths = 1; deaths <= 3; ++deaths) {
+    while (!asked.tickets.back().underWay())
+      asked.service->collect();
+    killAll();
+    ASSERT_TRUE(answers(asked, static_cast<size_t>(deaths)));
+    EXPECT_THAT(lineOf(asked.answers.back()), HasSubstr("page 1: its process failed: it was ended: Killed"));
+    asked.ask(imageOf(0));
+  }
+  ASSERT_TRUE(answers(asked, 4));
+  EXPECT_THAT(lineOf(asked.answers.back()), HasSubstr("page 1 is not read any more"));
+  asked.ask(imageOf(1));
+  ASSERT_TRUE(answers(asked, 5));
+  EXPECT_EQ(lineOf(asked.answers.back()), "") << "another page";
+}
+
+TEST_F(ProcessesTest, AProcessThatDiesWithNothingToDoIsNotMissed) {
+  Asked &asked = open(folder.pdf(test::numberedPages(1)));
+  killAll();
+  pollfd ready{processes.descriptor(), POLLIN, 0};
+  ASSERT_EQ(poll(&ready, 1, 60'000), 1);
+  asked.service->collect();
+  EXPECT_EQ(poll(&ready, 1, 0), 0) << "noticed";
+  asked.ask(WordsRequest{0});
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(lineOf(asked.answers.back()), "");
 }
 
 TEST_F(ProcessesTest, AProgramThatIsNotThereIsNamed) {

@@ -113,7 +113,7 @@ template <typename BoxesOf> const Selection *SelectionStore::get(int32_t page, c
   selection->boxes = boxesOf(disjoint(ranges));
   if (selection->boxes.empty()) {
     const auto count = static_cast<size_t>(std::ranges::count_if(ranges, isRange));
-    if (count > 0) withoutText_[page] = std::max(withoutText_[page], count);
+    withoutText_[page] = std::max(withoutText_[page], count);
     return nullptr;
   }
   for (const tavrel::TextRange &range : ranges) {

@@ -51,7 +51,6 @@ SizeCache::Run &SizeCache::ask(int32_t first, Urgency urgency) {
 }
 
 void SizeCache::take(int32_t first, Answer &answer) {
-  failed_.erase(first);
   if (const auto *got = std::get_if<Sizes>(&answer.value))
     keep(first, got->sizes);
   else

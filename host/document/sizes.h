@@ -57,7 +57,7 @@ private:
   const std::function<void(int32_t)> &late_;
   std::unordered_map<int32_t, PageSize> sizes_;
   std::map<int32_t, Run> runs_; ///< those asked for, by their first pages
-  std::set<int32_t> failed_;    ///< those whose last request has failed
+  std::set<int32_t> failed_;    ///< those whose request has failed; without a meaning once they are known
 };
 
 } // namespace host

@@ -36,7 +36,6 @@ void WordCache::expect(int32_t page, Urgency urgency) {
 
 void WordCache::ask(int32_t number, Page &page, Urgency urgency) {
   page.failure.reset();
-  page.late = false;
   page.ticket = service_.ask(WordsRequest{number, orderUsed_}, urgency,
                              [this, number, order = orderUsed_](Answer &answer) { take(number, order, answer); });
 }

@@ -73,11 +73,14 @@ void showPage(Doc document, int32_t number) {
   TavrelView::PageViewShowPage(view, std::min(number, TavrelView::PageViewGetPageCount(view)) - 1);
 }
 
-void reportMissingPage(Doc document, int32_t number) {
+/// Reports a page beyond the last one; `value` is its number as it was given.
+void reportMissingPage(Doc document, int32_t number, std::string_view value) {
   const int32_t pages = TavrelView::PageViewGetPageCount(TavrelView::DocGetPageView(document));
-  if (number <= pages) return;
+  if (number <= pages || pages == 0) return; // 0: there is no view of it
   char text[100];
-  snprintf(text, sizeof text, "there is no page %d, the document has %d", number, pages);
+  constexpr size_t digits = 20;
+  snprintf(text, sizeof text, "there is no page %.*s, the document has %d",
+           static_cast<int>(std::min(value.size(), digits)), value.data(), pages);
   reportFile(document, TavrelView::DocGetFile(document), text);
 }
 
@@ -156,7 +159,7 @@ void documentOpened(Doc document, void * /*clientData*/) {
   if (page) number = brz::pageNumberOf(*page);
   if (page && !number) reportInvalidValue(document, brz::pageParameter, *page, "page");
   if (number) {
-    reportMissingPage(document, *number);
+    reportMissingPage(document, *number, *page);
     showPage(document, *number);
   }
   if (!xml) return;

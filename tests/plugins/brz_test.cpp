@@ -55,15 +55,6 @@ TEST_F(OpenedWithHits, WithoutAValidPageTheFirstHitIsShown) {
   EXPECT_EQ(pageShown(), 1);
 }
 
-TEST_F(OpenedWithHits, APageThatIsNotThereIsReportedAndTheLastOneShown) {
-  scratch.write("hits.xml", twoPages);
-  testing::internal::CaptureStderr();
-  open("page=500&xml=hits.xml");
-  EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "tavrel: " + std::string(scratch.path() / "test.pdf") + ": there is no page 500, the document has 4\n");
-  EXPECT_EQ(pageShown(), 3);
-}
-
 TEST_F(OpenedWithHits, AFileThatMarksNothingIsReported) {
   const std::string file = scratch.write("hits.xml", noPages);
   testing::internal::CaptureStderr();

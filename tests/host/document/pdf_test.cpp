@@ -194,6 +194,18 @@ INSTANTIATE_TEST_SUITE_P(
                     DrawnPage{"TooWide", {10'000.5, 0.5}, 144, 0, 0}, DrawnPage{"TooHigh", {0.5, 10'000.5}, 144, 0, 0}),
     [](const auto &page) { return page.param.name; });
 
+TEST_F(PdfFileTest, AnImageWithoutAUsableSizeSaysWhichPageAndResolution) {
+  const auto file = open({{.width = 10'000.5, .height = 1}});
+  EXPECT_THAT(failureOf([&] { file->render(0, 144.5); }).line,
+              testing::HasSubstr("page 1 at 144.5 dots per inch makes no image of a usable size"));
+}
+
+TEST_F(PdfFileTest, PagesBeforeTheFirstAndAfterTheLastAreNotThere) {
+  const auto file = open({{}, {}});
+  for (const int32_t page : {-1, 2})
+    EXPECT_EQ(failureOf([&] { file->text(page); }).code, tavrel::errBadPage) << page;
+}
+
 TEST_F(PdfFileTest, ImageStartsAtTheUpperLeftOfTheCropBox) {
   const Image image =
       open({{.width = 100, .height = 100, .cropBox = "20 10 80 90", .drawing = "1 0 0 rg 0 0 50 50 re f"}})

@@ -222,6 +222,8 @@ TEST_F(SelectionTest, RangesBeyondTheTextAreCountedApart) {
   EXPECT_EQ(document->takeRangesWithoutText(1), 0U);
   EXPECT_EQ(document->takeRangesWithoutText(0), 2U);
   EXPECT_EQ(document->takeRangesWithoutText(0), 0U) << "taken";
+  words({{5000, 2}});
+  EXPECT_EQ(document->takeRangesWithoutText(0), 1U);
 }
 
 TEST_F(SelectionTest, OverlappingRangesAreOneMark) {

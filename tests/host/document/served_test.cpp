@@ -93,6 +93,32 @@ TEST_F(ServedTest, WordsThatComeLateAreKeptAndReported) {
   EXPECT_THAT(backstage.waits, SizeIs(1));
 }
 
+TEST_F(ServedTest, TheOrderOfLateWordsThatComesInTimeIsNotReported) {
+  errorOfWords(3);
+  backstage.answer(twoWords(3));
+  service->collect();
+  answersWords();
+  document->contentOrder(3);
+  EXPECT_THAT(late, ElementsAre(3));
+}
+
+TEST_F(ServedTest, TheOrderOfOtherWordsIsAnError) {
+  answersWords();
+  document->pageText(3);
+  backstage.whileWaited = [](test::Backstage &stage) {
+    PageWords words = twoWords(3, {0});
+    words.text.words.pop_back();
+    stage.answer(std::move(words));
+  };
+  const auto order = [this] { document->contentOrder(3); };
+  EXPECT_EQ(errorOf(order), tooLong);
+  try {
+    order();
+  } catch (const DocumentError &error) {
+    EXPECT_EQ(error.reason, DocumentError::unreadable);
+  }
+}
+
 TEST_F(ServedTest, WordsThatComeInTimeAreNotReported) {
   answersWords();
   document->pageText(3);
@@ -194,6 +220,28 @@ TEST_F(ServedTest, ExpectedWordsThatAreNotThereYetAreWaitedFor) {
   EXPECT_THAT(backstage.asked, IsEmpty());
 }
 
+TEST_F(ServedTest, ExpectedWordsBecomeMoreUrgent) {
+  answersWords();
+  document->pageText(0);
+  document->expectText(3, false);
+  const uint64_t asked = backstage.asked.front().id;
+  document->expectText(3, true);
+  EXPECT_THAT(backstage.asked, SizeIs(1));
+  EXPECT_EQ(backstage.raised[asked], Urgency::shown);
+}
+
+TEST_F(ServedTest, WordsThatAreThereAreNotExpectedUnlessTheirOrderIsUsed) {
+  answersWords();
+  document->pageText(3);
+  document->expectText(3, true);
+  EXPECT_THAT(backstage.asked, IsEmpty());
+  document->contentOrder(4);
+  document->expectText(4, true);
+  EXPECT_THAT(backstage.asked, IsEmpty());
+  document->expectText(3, true);
+  EXPECT_THAT(backstage.asked, SizeIs(1));
+}
+
 TEST_F(ServedTest, TheFirstPageIsExpectedLikeAnyOther) {
   answersWords();
   document->pageText(3);
@@ -216,7 +264,7 @@ TEST_F(ServedTest, WithoutWaitingMissingWordsAreAskedForOnceAndNamed) {
     EXPECT_EQ(errorOfWords(3), tooLong);
     EXPECT_EQ(errorOfWords(3), tooLong);
   });
-  EXPECT_THAT(missing, testing::Each(3));
+  EXPECT_THAT(missing, ElementsAre(3, 3));
   EXPECT_THAT(backstage.waits, IsEmpty());
   EXPECT_THAT(backstage.asked, SizeIs(1));
   EXPECT_TRUE(document->isAwaited(3));
@@ -277,9 +325,11 @@ TEST_F(ServedTest, TheSizesThatCameWithTheDocumentAreKnown) {
 TEST_F(ServedTest, SizesAreAskedForTogetherUpToTheLastPage) {
   backstage.whileWaited = [](test::Backstage &stage) {
     const auto [first, count] = stage.oldest<SizesRequest>();
+    EXPECT_EQ(first + count, 1000);
     stage.answer(Sizes{first, std::vector<PageSize>(static_cast<size_t>(count), PageSize{50, 60})});
   };
   EXPECT_EQ(document->pageSize(999).width, 50);
+  EXPECT_THAT(late, IsEmpty());
   EXPECT_EQ(document->pageSize(999 - 999 % sizesTogether).height, 60);
   EXPECT_THAT(backstage.waits, SizeIs(1));
 }
@@ -288,6 +338,17 @@ TEST_F(ServedTest, ASizeThatIsNotThereInTimeIsThatOfALetter) {
   EXPECT_EQ(document->pageSize(500).width, 612);
   EXPECT_EQ(document->pageSize(500).height, 792);
   EXPECT_THAT(backstage.waits, SizeIs(1));
+}
+
+TEST_F(ServedTest, TheSizeOfTheFirstPageMayComeLateToo) {
+  document = Document::of({service, limit}, Opened{1000, {}});
+  document->lateListener = [this](int32_t page) { late.push_back(page); };
+  EXPECT_EQ(document->pageSize(0).width, 612);
+  EXPECT_EQ(document->pageSize(0).width, 612);
+  EXPECT_THAT(backstage.waits, SizeIs(1));
+  backstage.answer(Sizes{0, std::vector<PageSize>(sizesTogether, PageSize{50, 60})});
+  service->collect();
+  EXPECT_THAT(late, ElementsAre(0));
 }
 
 TEST_F(ServedTest, ASizeThatComesLateIsKeptAndReported) {

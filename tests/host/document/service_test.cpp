@@ -171,6 +171,17 @@ TEST_F(ServiceTest, OneAnswerMayWaitForAnother) {
   EXPECT_THAT(pages, ElementsAre(4, 3, 5));
 }
 
+TEST_F(ServiceTest, AnAnswerStaysWhileItIsHandedOver) {
+  std::vector<uint32_t> pixels;
+  const Ticket ticket = service->ask(ImageRequest{3, 72}, Urgency::shown, [&](Answer &answer) {
+    service->collect();
+    pixels = std::get<PageImage>(answer.value).image.pixels;
+  });
+  backstage.answer(PageImage{3, 72, {2, 3, std::vector<uint32_t>(6, 7)}});
+  service->collect();
+  EXPECT_THAT(pixels, testing::AllOf(SizeIs(6), testing::Each(7)));
+}
+
 // ---- wrong answers ----
 
 PageWords wordsOf(std::vector<uint32_t> order) {
@@ -201,6 +212,7 @@ TEST_P(Answers, AreFailuresWhereTheyDoNotFit) {
   const Ticket ticket = service->ask(GetParam().request, Urgency::shown, [&](Answer &answer) {
     const auto *failure = std::get_if<Failure>(&answer.value);
     line = failure == nullptr ? "none" : failure->line;
+    EXPECT_FALSE(failure != nullptr && failure->needsPassword);
   });
   backstage.answer(GetParam().answer);
   service->collect();

@@ -14,7 +14,11 @@ TEST(Utf8, ACharacterThatWasTruncatedIsLeftOut) {
   EXPECT_EQ(withoutPartOfCharacter("a\xC3"), "a");
   EXPECT_EQ(withoutPartOfCharacter("a\xE2\x80"), "a");
   EXPECT_EQ(withoutPartOfCharacter("a\xF0\x9F\x98"), "a");
+  for (const char *lead : {"a\xC0", "a\xE0", "a\xE0\x80", "a\xF0\x80\x80"}) // the lowest ones
+    EXPECT_EQ(withoutPartOfCharacter(lead), "a");
 }
+
+TEST(Utf8, BytesWithoutABeginningAreKept) { EXPECT_EQ(withoutPartOfCharacter("\x80\x80"), "\x80\x80"); }
 
 TEST(Utf8, CompleteCharactersAreKept) {
   for (const char *text : {"", "a", "a\u00E4", "a\u2026", "a\U0001F600"})

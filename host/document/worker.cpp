@@ -154,7 +154,7 @@ bool Worker::sendCurrent() {
     document_.password = open->password;
     document_.open.emplace(open->file);
   }
-  if (const auto dead = document_.deaths.find(BusyPages::pageOf(request));
+  if (const auto dead = document_.deaths.find(pageOf(request));
       dead != document_.deaths.end() && dead->second >= mostDeaths)
     throw HostError(tavrel::errDocument, "page " + std::to_string(int64_t{dead->first} + 1) +
                                              " is not read any more: its process failed each time");
@@ -210,7 +210,7 @@ void Worker::fail(tavrel::ErrorCode code, const std::string &reason, Orders &ans
 }
 
 void Worker::died(const std::string &reason, Orders &answered) noexcept {
-  const int32_t page = BusyPages::pageOf(current_.front().request);
+  const int32_t page = pageOf(current_.front().request);
   stop();
   try {
     ++document_.deaths[page];

@@ -11,10 +11,10 @@
 #include <string>
 
 #include "host/document/openfile.h"
+#include "host/document/orders.h"
 #include "host/document/process.h"
 #include "host/document/service.h"
 #include "host/document/sharedpixels.h"
-#include "host/document/sources.h"
 
 namespace host {
 

@@ -20,7 +20,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-TREES = ("sdk", "plugin", "plugins", "host", "viewer", "tools")
+TREES = ("sdk", "plugin", "plugins", "document", "host", "viewer", "tools")
 LIBRARIES = {  # how an include begins: the library
     "CLI/": "CLI",
     "X11/Xft/": "Xft",
@@ -29,6 +29,7 @@ LIBRARIES = {  # how an include begins: the library
     "fontconfig/": "fontconfig",
     "png.h": "png",
     "poppler": "poppler",
+    "seccomp.h": "seccomp",
     "utf8proc.h": "utf8proc",
 }
 ONLY = {"viewer/model/session": {"viewer/window/view"}}  # besides itself

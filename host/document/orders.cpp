@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+#include "host/document/orders.h"
+
+namespace host {
+namespace {
+
+bool isBefore(const Order &one, const Order &other) noexcept {
+  return one.urgency > other.urgency || (one.urgency == other.urgency && one.id < other.id);
+}
+
+} // namespace
+
+int32_t pageOf(const Request &request) noexcept {
+  if (const auto *words = std::get_if<WordsRequest>(&request)) return words->page;
+  if (const auto *image = std::get_if<ImageRequest>(&request)) return image->page;
+  if (const auto *matches = std::get_if<MatchesRequest>(&request)) return matches->page;
+  return -1;
+}
+
+void OrderQueue::insert(Orders &order) noexcept {
+  const auto position =
+      std::find_if(orders_.begin(), orders_.end(), [&](const Order &other) { return isBefore(order.front(), other); });
+  orders_.splice(position, order);
+}
+
+void OrderQueue::raise(uint64_t id, Urgency urgency) noexcept {
+  Orders one = remove(id);
+  if (one.empty()) return;
+  one.front().urgency = std::max(one.front().urgency, urgency);
+  insert(one);
+}
+
+} // namespace host

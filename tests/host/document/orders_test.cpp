@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Which of the waiting requests is the next one.
+#include "host/document/orders.h"
+
+#include <gmock/gmock.h>
+
+namespace host {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+void insert(OrderQueue &queue, uint64_t id, Urgency urgency) {
+  Orders order;
+  order.push_back({id, urgency, OpenRequest{}});
+  queue.insert(order);
+  EXPECT_TRUE(order.empty());
+}
+
+// Takes all.
+std::vector<uint64_t> ids(OrderQueue &queue) {
+  std::vector<uint64_t> result;
+  while (const Order *next = queue.first()) {
+    result.push_back(next->id);
+    queue.remove(next->id);
+  }
+  return result;
+}
+
+struct OrderQueueTest : testing::Test {
+  OrderQueue queue;
+};
+
+TEST_F(OrderQueueTest, TheMoreUrgentIsTheNextAndOfEqualOnesTheOlder) {
+  insert(queue, 2, Urgency::ahead);
+  insert(queue, 3, Urgency::shown);
+  insert(queue, 4, Urgency::searched);
+  insert(queue, 5, Urgency::shown);
+  insert(queue, 1, Urgency::ahead); // put back
+  insert(queue, 6, Urgency::awaited);
+  EXPECT_THAT(ids(queue), ElementsAre(6, 3, 5, 4, 1, 2));
+}
+
+TEST_F(OrderQueueTest, AnOrderBecomesMoreUrgent) {
+  insert(queue, 1, Urgency::ahead);
+  insert(queue, 2, Urgency::searched);
+  insert(queue, 3, Urgency::ahead);
+  queue.raise(3, Urgency::shown);
+  EXPECT_THAT(ids(queue), ElementsAre(3, 2, 1));
+}
+
+TEST_F(OrderQueueTest, AnOrderBecomesNoLessUrgent) {
+  insert(queue, 1, Urgency::ahead);
+  insert(queue, 2, Urgency::shown);
+  queue.raise(2, Urgency::ahead);
+  queue.raise(7, Urgency::awaited); // is not there
+  EXPECT_THAT(ids(queue), ElementsAre(2, 1));
+}
+
+TEST_F(OrderQueueTest, ARemovedOrderIsNotTaken) {
+  for (uint64_t id = 1; id <= 3; ++id)
+    insert(queue, id, Urgency::shown);
+  EXPECT_EQ(queue.remove(2).front().id, 2U);
+  EXPECT_THAT(queue.remove(2), IsEmpty());
+  EXPECT_THAT(ids(queue), ElementsAre(1, 3));
+}
+
+TEST(PageOf, ARequestIsItsPageOrNone) {
+  EXPECT_EQ(pageOf(ImageRequest{7, 72}), 7);
+  EXPECT_EQ(pageOf(WordsRequest{8}), 8);
+  EXPECT_EQ(pageOf(MatchesRequest{9, "a", {}}), 9);
+  EXPECT_EQ(pageOf(SizesRequest{0, 32}), -1);
+  EXPECT_EQ(pageOf(OpenRequest{}), -1);
+}
+
+} // namespace
+} // namespace host

@@ -4,12 +4,14 @@
 
 #include <signal.h>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 #include <charconv>
 #include <cstring>
 #include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "host/document/channel.h"
 #include "host/document/process.h"
@@ -45,9 +47,25 @@ size_t memoryLimit(size_t asked) {
 #endif
 }
 
+// A line for each layer.
+int report() {
+  const Layers layers = confine({});
+  const auto line = [](bool inForce, const char *what, const char *reason) {
+    std::string text = inForce ? what : std::string(what) + ": not in force" + reason;
+    text += "\n";
+    return write(STDOUT_FILENO, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+  };
+  const bool written = line(layers.privileges, "no privileges", "") &&
+                       line(layers.resources, "limits of memory, descriptors and files", "") &&
+                       line(layers.files, "no files but fonts (Landlock)", ": this kernel has none") &&
+                       line(layers.calls, "no programs, processes, sockets and signals (seccomp)", "");
+  return written ? exitDone : exitUsage;
+}
+
 } // namespace
 
 int serve(int argc, char **argv, const Answerer &answerer) {
+  if (argc == 2 && argv[1] == std::string_view(host::confinementOption)) return report();
   const std::optional<size_t> memory = argc == 2 ? number(argv[1]) : std::nullopt;
   if (!memory) return exitUsage;
   prctl(PR_SET_PDEATHSIG, SIGKILL);

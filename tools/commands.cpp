@@ -3,14 +3,18 @@
 // The command line of `tavrel`. Each subcommand has a separate source.
 #include "tools/commands.h"
 
-#include <CLI/CLI.hpp>
+#include <unistd.h>
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "host/document/process.h"
 #include "tools/exit.h"
 #include "tools/hits.h"
 #include "tools/render.h"
@@ -83,12 +87,23 @@ std::string lineOf(const CLI::App &app, const CLI::ParseError &error) {
          "--help)";
 }
 
+// What the program that reads documents says of itself.
+int reportConfinement() {
+  std::cout << std::flush;
+  const std::string program = host::documentProgram();
+  execl(program.c_str(), program.c_str(), host::confinementOption, nullptr);
+  std::cerr << "tavrel: " << program << ": " << std::strerror(errno) << "\n";
+  return exitHostFailure;
+}
+
 } // namespace
 
 int runCommands(int argc, char **argv, std::initializer_list<AddCommand> more) {
   int status = exitDone;
   CLI::App app("Shows search hits in PDF documents. `tavrel DOC` is `tavrel view DOC`.", "tavrel");
-  app.set_version_flag("--version", "tavrel " TAVREL_VERSION);
+  app.set_version_flag("--version", "tavrel " TAVREL_VERSION,
+                       "The version; with --verbose, also what confines the processes that read documents");
+  app.add_flag("--verbose")->description("See --version");
   app.require_subcommand(0, 1); // checked below, so that the error names an unknown command
   app.footer(footer());
   for (const AddCommand add : more)
@@ -102,7 +117,12 @@ int runCommands(int argc, char **argv, std::initializer_list<AddCommand> more) {
     app.parse(static_cast<int>(arguments.size()), arguments.data());
     if (app.get_subcommands().empty()) throw CLI::RequiredError("A command");
   } catch (const CLI::ParseError &error) {
-    if (error.get_exit_code() == 0) return app.exit(error, std::cout, std::cerr); // help
+    if (error.get_exit_code() == 0) { // help
+      const bool verbose =
+          std::any_of(argv, argv + argc, [](const char *one) { return std::string(one) == "--verbose"; });
+      const int exit = app.exit(error, std::cout, std::cerr);
+      return verbose && error.get_name() == "CallForVersion" ? reportConfinement() : exit;
+    }
     std::cerr << "tavrel: " << lineOf(app, error) << "\n";
     return exitUsage;
   }

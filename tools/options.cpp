@@ -14,6 +14,7 @@
 #include <cstring>
 #include <memory>
 
+#include "host/document/process.h"
 #include "plugins/BRZ/content.h"
 
 namespace tools {
@@ -102,6 +103,25 @@ void addHitsLimitOption(CLI::App &command, unsigned &megabytes) {
       ->type_name("NUMBER")
       ->check(wholeNumber(1, brz::highestLimit))
       ->capture_default_str();
+}
+
+void addProcessOptions(CLI::App &command, host::ProcessOptions &options) {
+  options.program = host::documentProgram();
+  constexpr double mostMegabytes = 1 << 20, longest = 3600;
+  command
+      .add_option_function<unsigned>(
+          "--document-memory", [&options](unsigned megabytes) { options.memory = size_t{megabytes} << 20; },
+          "How much memory each process that reads a document may take, in megabytes")
+      ->type_name("NUMBER")
+      ->check(wholeNumber(64, mostMegabytes))
+      ->default_str(std::to_string(options.memory >> 20));
+  command
+      .add_option_function<unsigned>(
+          "--page-time", [&options](unsigned seconds) { options.pageTime = std::chrono::seconds(seconds); },
+          "How many seconds of a processor a page may take")
+      ->type_name("NUMBER")
+      ->check(wholeNumber(1, longest))
+      ->default_str(std::to_string(std::chrono::duration_cast<std::chrono::seconds>(options.pageTime).count()));
 }
 
 } // namespace tools

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "host/document/processes.h"
+
 namespace CLI {
 class App;
 class Validator;
@@ -28,5 +30,9 @@ void addPasswordOptions(CLI::App &command, std::string &password);
 /// Adds --hits-limit: the maximum size of a highlight file. The environment can set its default. Sets `megabytes`,
 /// which outlives the command.
 void addHitsLimitOption(CLI::App &command, unsigned &megabytes);
+
+/// Adds --document-memory and --page-time: what the processes that read documents may take. Sets the options, which
+/// outlive the command.
+void addProcessOptions(CLI::App &command, host::ProcessOptions &options);
 
 } // namespace tools

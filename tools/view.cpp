@@ -133,6 +133,7 @@ void addViewCommand(CLI::App &app, int &status) {
       ->needs(documents);
   addPasswordOptions(*command, options->password);
   addHitsLimitOption(*command, arguments->hitsLimit);
+  addProcessOptions(*command, options->processes);
   command->add_option("--into", options->into, "The number of the window in which to be embedded")
       ->type_name("NUMBER")
       ->check(windowNumber());

@@ -17,6 +17,9 @@ namespace host {
 /// The descriptor of the socket in the process.
 inline constexpr int documentSocket = 3;
 
+/// The program's argument to report which layers of its confinement are in force, instead of reading anything.
+inline constexpr char confinementOption[] = "--confinement";
+
 /// The program that reads documents: beside the directory of this one, or where it is installed.
 std::filesystem::path documentProgram();
 

@@ -4,8 +4,6 @@
 
 #include <memory>
 
-#include "host/document/process.h"
-
 namespace viewer {
 namespace {
 
@@ -17,8 +15,8 @@ ServiceMaker servedBy(host::Processes &processes) {
 
 } // namespace
 
-Session::Session(host::Application &app, const ServiceMaker &makeService)
-    : app_(app), processes_({host::documentProgram()}), documents(app, status, changes),
+Session::Session(host::Application &app, const host::ProcessOptions &options, const ServiceMaker &makeService)
+    : app_(app), processes_(options), documents(app, status, changes),
       opener(documents, makeService ? makeService : servedBy(processes_), status, changes),
       arrivals(documents, opener, finding, matchCount, listTexts, processes_.waker()) {
   documents.keepers = {&opener, &finding, &screen, &moving, &tiles, &matchCount};

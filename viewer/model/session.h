@@ -7,6 +7,7 @@
 // descriptor is readable, the window calls arrivals.collect().
 #pragma once
 
+#include "host/document/process.h"
 #include "host/document/processes.h"
 #include "viewer/model/arrivals.h"
 #include "viewer/model/model.h"
@@ -14,8 +15,12 @@
 namespace viewer {
 
 struct Session {
-  /// Without `makeService`, the session's processes answer. Throws HostError if there are no more file descriptors.
-  explicit Session(host::Application &app, const ServiceMaker &makeService = {});
+  /// Processes answer. Throws HostError if there are no more file descriptors.
+  explicit Session(host::Application &app, const host::ProcessOptions &options = {host::documentProgram()})
+      : Session(app, options, {}) {}
+  /// Services made by a test answer.
+  Session(host::Application &app, const ServiceMaker &makeService)
+      : Session(app, host::ProcessOptions{}, makeService) {}
   ~Session(); ///< closes the documents
   Session(const Session &) = delete;
   Session &operator=(const Session &) = delete;
@@ -25,6 +30,8 @@ struct Session {
   int descriptor() const { return processes_.descriptor(); }
 
 private:
+  Session(host::Application &app, const host::ProcessOptions &options, const ServiceMaker &makeService);
+
   host::Application &app_;
   host::Processes processes_;
 

@@ -95,7 +95,7 @@ ViewEnd run(const ViewOptions &options) {
   host::Application app(runtime);
   host::addHostTables(runtime);
   app.toolBar()->embedded = !options.into.empty();
-  Session session(app);
+  Session session(app, options.processes);
   Failures failures(session.status);
   for (const std::string &reason : options.refused)
     session.status.report(reason);

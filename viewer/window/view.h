@@ -4,10 +4,10 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <vector>
 
+#include "host/document/processes.h"
 #include "viewer/model/target.h"
 #include "viewer/window/options.h"
 
@@ -28,6 +28,7 @@ struct ViewOptions {
   std::filesystem::path pluginsDirectory;
   std::filesystem::path testSocket; ///< the socket on which a test listens; empty: none
   ToolkitOptions toolkit;
+  host::ProcessOptions processes;
 };
 
 /// Returns when the viewer is closed. Errors are printed to standard error.

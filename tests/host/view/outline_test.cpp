@@ -90,6 +90,18 @@ TEST_F(Outlines, GoOnceAroundTheWordsOfALine) {
     EXPECT_EQ(at(x, 25), paper) << x;
 }
 
+// The gap is narrower than the one and wider than the other.
+TEST_F(Outlines, GoAroundATallWordAndASmallOneFarFromIt) {
+  const Box tall{2, 40, 10, 20}, small{25, 36, 35, 24};
+  for (const auto &words : {std::vector{tall, small}, std::vector{small, tall}}) {
+    image.pixels.assign(image.pixels.size(), paper);
+    outline(words);
+    EXPECT_EQ(at(17, 30), paper) << "between them";
+    EXPECT_EQ(at(17, 18), paper) << "above that";
+    EXPECT_GT(count(ink), 0U);
+  }
+}
+
 TEST_F(Outlines, GoAroundTheWordsOfEachLine) {
   outline({{40, 55, 55, 47}, {5, 35, 20, 27}});
   EXPECT_EQ(at(39, 8), ink);

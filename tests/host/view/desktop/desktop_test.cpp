@@ -185,6 +185,8 @@ TEST_F(Shells, BitmapsOfOtherSizesOrBitsAreOthers) {
   EXPECT_EQ(widthOf(next(shell, checkers, 7), &depth), 7U);
   EXPECT_NE(next(shell, checkers), next(shell, stripes));
   EXPECT_EQ(next(shell, checkers), next(shell, checkers));
+  constexpr unsigned char wide[16] = {}, withADot[16] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
+  EXPECT_NE(next(shell, wide, 64), next(shell, withADot, 64)) << "in the last byte";
 }
 
 TEST_F(WithResources, ATextStaysWhereItIs) {

@@ -271,6 +271,7 @@ TEST_F(WithResources, ABitmapFileThatCannotBeReadIsNamedAndTheBitsCount) {
 
 TEST_F(WindowSystem, BadArgumentsRaise) {
   EXPECT_EQ(testPlugin.attempt([] { Desktop::RegisterResourceClass(nullptr, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { Desktop::RegisterResourceClass("", nullptr); }), tavrel::errBadArgument);
   EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, nullptr, "c", checkers, 8, 2); }),
             tavrel::errBadArgument);
   EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, "n", nullptr, checkers, 8, 2); }),

@@ -18,6 +18,13 @@ TEST(WholePages, ShowAllOfAPage) {
   EXPECT_EQ(all.bottom, 100);
 }
 
+TEST(WholePages, HaveAtLeastOnePixel) {
+  test::FakeDocument document(1, {1e-9, 0.5});
+  host::WholePages pages(document, 72);
+  EXPECT_EQ(pages.visible().right, 1);
+  EXPECT_EQ(pages.visible().bottom, 1);
+}
+
 TEST(WholePages, TellOfAnotherPageOnce) {
   test::FakeDocument document(2);
   host::WholePages pages(document, 36);

@@ -142,26 +142,19 @@ TEST_F(ReloadingSecretTest, AfterAnAnswerThatDidNotHelpItCanBeReloadedAgain) {
 }
 
 // The thread closes documents before it renders: once another file's page is rendered, closed documents are closed.
-TEST_F(SessionTest, ClosingADocumentAfterItsReloadClosesTheFile) {
+TEST_F(SessionTest, ClosingADocumentDuringItsReloadOrAfterItClosesTheFile) {
   const auto file = write("paper.pdf", test::numberedPages(1));
-  open(file);
-  const size_t before = waker.wakes();
-  session().opener.reload();
-  ASSERT_TRUE(waker.until([&] { return waker.wakes() > before; })); // opened, but not taken over yet
-  session().documents.closeFront();
-  openPages(test::numberedPages(1), "other.pdf");
-  ASSERT_TRUE(draws());
-  EXPECT_FALSE(test::hasOpen(file));
-}
-
-TEST_F(SessionTest, ClosingADocumentDuringItsReloadClosesTheFile) {
-  const auto file = write("paper.pdf", test::numberedPages(1));
-  open(file);
-  session().opener.reload();
-  session().documents.closeFront();
-  openPages(test::numberedPages(1), "other.pdf");
-  ASSERT_TRUE(draws());
-  EXPECT_FALSE(test::hasOpen(file));
+  for (const bool isOpened : {false, true}) {
+    open(file);
+    const size_t before = waker.wakes();
+    session().opener.reload();
+    ASSERT_TRUE(!isOpened || waker.until([&] { return waker.wakes() > before; })); // but it is not taken over yet
+    session().documents.closeFront();
+    openPages(test::numberedPages(1), "other.pdf");
+    ASSERT_TRUE(draws());
+    EXPECT_FALSE(test::hasOpen(file)) << isOpened;
+    session().documents.closeAll();
+  }
 }
 
 TEST_F(SessionTest, AReloadedDocumentStaysBehindWhatHasComeToFrontMeanwhile) {

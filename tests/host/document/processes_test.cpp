@@ -17,6 +17,7 @@
 namespace host {
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::SizeIs;

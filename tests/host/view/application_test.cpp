@@ -298,9 +298,14 @@ TEST_F(Application, WhatARetiredPluginRegisteredIsDropped) {
 
 TEST_F(Application, OnlyWhatARetiredPluginShowedIsNotified) {
   const int32_t page = 1;
-  const test::TestPlugin withText(runtime, "with a text"), withPages(runtime, "with marked pages");
+  test::TestPlugin withText(runtime, "with a text"), withPages(runtime, "with marked pages"),
+      withBoth(runtime, "with marked pages and a list");
   TavrelView::SetStatusText(withText.id, "at work");
-  TavrelView::DocMarkPages(withPages.id, doc, &page, 1);
+  for (const test::TestPlugin *plugin : {&withPages, &withBoth})
+    TavrelView::DocMarkPages(plugin->id, doc, &page, 1);
+  TavrelView::DocSetList(withBoth.id, doc, "Places", 1,
+                         withBoth.callback(+[](tavrel::Doc, uint32_t, tavrel::ListRow *) {}),
+                         withBoth.callback(+[](tavrel::Doc, uint32_t) {}));
   int notified = 0;
   app.statusListener = [&] { ++notified; };
   runtime.retire(testPlugin.id);
@@ -309,6 +314,8 @@ TEST_F(Application, OnlyWhatARetiredPluginShowedIsNotified) {
   EXPECT_EQ(notified, 1);
   runtime.retire(withPages.id);
   EXPECT_EQ(notified, 2);
+  runtime.retire(withBoth.id);
+  EXPECT_EQ(notified, 3);
 }
 
 TEST_F(Application, ARetiredPluginRegistersNothing) {

@@ -56,6 +56,8 @@ TEST_F(Lists, HaveATitleAndRowsThatAreAskedFor) {
   EXPECT_EQ(shown()->rows, 3U);
   EXPECT_EQ(text(2).text, "row 2");
   EXPECT_EQ(text(2).page, 20);
+  EXPECT_EQ(text(2).markStart, 0U);
+  EXPECT_EQ(text(2).markLength, 0U);
 }
 
 TEST_F(Lists, ATextWithoutAnEndEndsWithItsSpace) {

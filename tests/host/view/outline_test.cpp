@@ -46,6 +46,52 @@ TEST_F(Outlines, AreThickerOnALargerPage) {
   EXPECT_EQ(at(17, 25), paper);
 }
 
+TEST_F(Outlines, OfTinyTextAreAPixelWide) {
+  outline({{20, 40, 40, 36}});
+  EXPECT_EQ(at(19, 22), ink);
+  EXPECT_EQ(at(18, 22), paper);
+}
+
+TEST_F(Outlines, BeginAtTheTextBelowTheTopOfAScaledPage) {
+  outline({{5, 20, 15, 10}}, {2, 30}); // rows 20 to 40
+  EXPECT_EQ(at(20, 19), ink);
+  EXPECT_EQ(at(20, 18), ink);
+  EXPECT_EQ(at(20, 17), separation);
+}
+
+TEST_F(Outlines, OfHugeTextAreSixPixelsWideAndTwoBesideIt) {
+  outline({{0, 8, 4, 0}}, {7, 8}); // columns 0 to 28
+  EXPECT_EQ(at(29, 25), paper);
+  EXPECT_EQ(at(30, 25), ink);
+  EXPECT_EQ(at(35, 25), ink);
+  EXPECT_EQ(at(36, 25), separation);
+}
+
+TEST_F(Outlines, ReachTheLeftEdgeOfTheImage) {
+  outline({{3, 40, 20, 6}});
+  EXPECT_EQ(at(0, 30), ink);
+}
+
+TEST_F(Outlines, AreAsDarkAsTheirColour) {
+  host::paintOutline(image, std::vector<Box>{{20, 40, 40, 6}}, {1, size}, host::black);
+  EXPECT_EQ(at(18, 25), 0xFF000000);
+}
+
+TEST_F(Outlines, OfSmallDarkTextOnALightPageKeepTheirColour) {
+  for (int y = 20; y < 30; ++y)
+    std::fill_n(image.row(y) + 20, 20, 0xFF101010);
+  outline({{20, 40, 40, 30}});
+  EXPECT_EQ(at(19, 25), ink);
+}
+
+TEST_F(Outlines, OfSmallTextKeepTheirColourFromAThirdOfTheBrightness) {
+  for (const auto &[page, color] : {std::pair{0xFF505050U, ink}, {0xFF4F4F4FU, separation}}) {
+    image.pixels.assign(image.pixels.size(), page);
+    outline({{20, 40, 40, 30}});
+    EXPECT_EQ(at(19, 25), color);
+  }
+}
+
 // The space between words and between lines is about a fifth of the text's height.
 TEST_F(Outlines, CoverNothingBesideSmallText) {
   outline({{20, 40, 40, 30}}); // rows 20 to 30
@@ -70,7 +116,7 @@ TEST_F(Outlines, OfSmallTextAreWhiteOnADarkPage) {
 }
 
 TEST_F(Outlines, KeepTheirColourOnMarksOfOneComponent) {
-  for (const uint32_t mark : {0xFFFF0000U, 0xFF00FF00U, 0xFF0000FEU}) {
+  for (const uint32_t mark : {0xFFFF0000U, 0xFF00FF00U, 0xFF0000FEU, 0xFF006400U}) {
     image.pixels.assign(image.pixels.size(), mark);
     outline({{20, 40, 40, 30}});
     EXPECT_EQ(at(19, 25), ink) << mark;
@@ -88,6 +134,26 @@ TEST_F(Outlines, GoOnceAroundTheWordsOfALine) {
   outline({{10, 40, 20, 30}, {25, 41, 35, 30}});
   for (int x = 10; x < 35; ++x)
     EXPECT_EQ(at(x, 25), paper) << x;
+}
+
+// The gap is narrower than the one and wider than the other.
+TEST_F(Outlines, GoAroundATallWordAndASmallOneFarFromIt) {
+  const Box tall{2, 40, 10, 20}, small{25, 36, 35, 24};
+  for (const auto &words : {std::vector{tall, small}, std::vector{small, tall}}) {
+    image.pixels.assign(image.pixels.size(), paper);
+    outline(words);
+    EXPECT_EQ(at(17, 30), paper) << "between them";
+    EXPECT_EQ(at(17, 18), paper) << "above that";
+    EXPECT_GT(count(ink), 0U);
+  }
+}
+
+TEST_F(Outlines, GoAroundWordsThatShareNoMoreThanHalfOfTheirHeight) {
+  outline({{2, 40, 10, 20}, {12, 50, 20, 30}});
+  EXPECT_EQ(at(11, 25), ink) << "between them";
+  image.pixels.assign(image.pixels.size(), paper);
+  outline({{2, 40, 10, 20}, {12, 49, 20, 29}});
+  EXPECT_EQ(at(11, 25), paper) << "a line";
 }
 
 TEST_F(Outlines, GoAroundTheWordsOfEachLine) {
@@ -120,6 +186,8 @@ TEST_F(Outlines, OutsideOfTheImageAreNone) {
 TEST_F(Outlines, AreWhereThePartOfThePageIs) {
   outline({{120, 40, 140, 30}}, {1, size, 100, 0});
   EXPECT_EQ(at(19, 25), ink);
+  EXPECT_EQ(at(40, 25), ink);
+  EXPECT_EQ(at(44, 25), paper);
 }
 
 // What page-draw procedures do; they have no data.

@@ -106,7 +106,9 @@ TEST_F(Window, IsPreparedBeforeThePluginsAreNotifiedOfADocument) {
 TEST_F(Window, ADocumentsParametersAndItsFileCanBeAskedFor) {
   host::ViewerDocument &opened = app.open(std::make_unique<test::FakeDocument>(1), "other.pdf", dpi, "page=1");
   const tavrel::Doc handle = app.documents().handle(&opened);
+  EXPECT_FALSE(app.documents().find(handle).parametersRead);
   EXPECT_STREQ(TavrelView::DocGetOpenParameters(handle), "page=1");
+  EXPECT_TRUE(app.documents().find(handle).parametersRead);
   EXPECT_EQ(TavrelView::DocGetFile(handle), std::filesystem::current_path() / "other.pdf");
   EXPECT_EQ(TavrelView::DocGetOpenParameters(doc), nullptr);
 }

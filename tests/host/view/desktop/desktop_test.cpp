@@ -185,6 +185,8 @@ TEST_F(Shells, BitmapsOfOtherSizesOrBitsAreOthers) {
   EXPECT_EQ(widthOf(next(shell, checkers, 7), &depth), 7U);
   EXPECT_NE(next(shell, checkers), next(shell, stripes));
   EXPECT_EQ(next(shell, checkers), next(shell, checkers));
+  constexpr unsigned char wide[16] = {}, withADot[16] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1};
+  EXPECT_NE(next(shell, wide, 64), next(shell, withADot, 64)) << "in the last byte";
 }
 
 TEST_F(WithResources, ATextStaysWhereItIs) {
@@ -269,6 +271,7 @@ TEST_F(WithResources, ABitmapFileThatCannotBeReadIsNamedAndTheBitsCount) {
 
 TEST_F(WindowSystem, BadArgumentsRaise) {
   EXPECT_EQ(testPlugin.attempt([] { Desktop::RegisterResourceClass(nullptr, nullptr); }), tavrel::errBadArgument);
+  EXPECT_EQ(testPlugin.attempt([] { Desktop::RegisterResourceClass("", nullptr); }), tavrel::errBadArgument);
   EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, nullptr, "c", checkers, 8, 2); }),
             tavrel::errBadArgument);
   EXPECT_EQ(testPlugin.attempt([] { Desktop::GetResourceBitmap(nullptr, "n", nullptr, checkers, 8, 2); }),

@@ -95,7 +95,7 @@ public:
     (std::holds_alternative<ImageRequest>(order.front().request) ? images_ : words_).insert(order);
     advance();
     group_->use(*this);
-    if (!answered_.empty()) group_->waker.wake(); // it has failed at once
+    announce();
   }
   void setUrgency(uint64_t id, Urgency urgency) noexcept override {
     words_.setUrgency(id, urgency);
@@ -103,7 +103,7 @@ public:
     for (Worker &worker : workers_)
       worker.setUrgency(id, urgency);
     advance();
-    if (!answered_.empty()) group_->waker.wake();
+    announce();
   }
   void cancel(uint64_t id) noexcept override {
     extract(answered_, id);
@@ -126,21 +126,29 @@ public:
     const Order *order = find(id);
     const Urgency before = order == nullptr ? Urgency::awaited : order->urgency;
     if (order != nullptr) setUrgency(id, Urgency::awaited);
+    Orders found;
     for (;;) {
       advance();
-      if (Orders found = extract(answered_, id); !found.empty()) return found;
-      if (find(id) == nullptr) return {};
-      if (std::chrono::steady_clock::now() >= deadline) break;
+      found = extract(answered_, id);
+      if (!found.empty() || find(id) == nullptr) break;
+      if (std::chrono::steady_clock::now() >= deadline) {
+        setUrgency(id, before);
+        break;
+      }
       wait(deadline);
     }
-    setUrgency(id, before);
-    return {};
+    announce();
+    return found;
   }
 
 private:
   void advance() noexcept {
     for (Worker &worker : workers_)
       worker.advance(answered_);
+  }
+  // What has been answered is taken soon: no descriptor tells of it any more.
+  void announce() const noexcept {
+    if (!answered_.empty()) group_->waker.wake();
   }
   const Order *find(uint64_t id) const noexcept {
     for (const Worker &worker : workers_)

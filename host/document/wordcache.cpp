@@ -59,9 +59,12 @@ void WordCache::fetch(int32_t number, Page &page, Time deadline) {
     throw notThere(service_, number);
   }
   if (page.late && page.ticket) throw notThere(service_, number);
-  if (!page.ticket) ask(number, page, Urgency::awaited);
+  if (!page.ticket) ask(number, page, Urgency::shown);
   page.late = !service_.await(page.ticket, deadline);
-  if (page.late) throw notThere(service_, number);
+  if (page.late) {
+    setUrgency(page, Urgency::ahead); // a page that takes so long goes after all others
+    throw notThere(service_, number);
+  }
   if (page.failure) raise(*page.failure);
 }
 

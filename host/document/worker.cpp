@@ -219,15 +219,14 @@ void Worker::take(std::string_view content, Orders &answered) {
   document_.deaths.erase(pageOf(asked));
   if (opened_) return finish(std::move(answer->value), answered);
   const auto *opened = std::get_if<Opened>(&answer->value);
-  if (opened == nullptr) {
-    stop();
+  opened_ = opened != nullptr;
+  if (!opened_) stop();
+  if (std::holds_alternative<OpenRequest>(request)) {
+    document_.pages = opened_ ? opened->pageCount : 0;
     return finish(std::move(answer->value), answered);
   }
-  if (document_.pages != 0 && document_.pages != opened->pageCount)
-    return failed("its process has answered wrongly", answered);
-  document_.pages = opened->pageCount;
-  opened_ = true;
-  if (std::holds_alternative<OpenRequest>(request)) return finish(std::move(answer->value), answered);
+  if (!opened_ || opened->pageCount != document_.pages) // it has been written to since
+    return failed("the document cannot be opened any more", answered);
   if (!sendCurrent()) died(process_->reasonOfEnd(), answered);
 }
 

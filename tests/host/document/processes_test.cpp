@@ -284,6 +284,15 @@ TEST_F(ProcessesTest, ACallerWhoHasWaitedInVainKeepsNobodyWaiting) {
   EXPECT_EQ(std::get<PageImage>(asked.answers[0].value).page, 1);
 }
 
+TEST_F(ProcessesTest, WhatIsAnsweredWhileACallerWaitsIsNotForgotten) {
+  Asked &asked = open(folder.pdf({test::pageWith("quick"), test::slowPage()}));
+  asked.ask(WordsRequest{0});
+  asked.ask(imageOf(1));
+  ASSERT_TRUE(asked.service->await(asked.tickets[2], Time::max()));
+  ASSERT_TRUE(answers(asked, 2));
+  EXPECT_TRUE(std::holds_alternative<PageWords>(asked.answers[1].value));
+}
+
 TEST_F(ProcessesTest, SeveralProcessesShareTheirOrders) {
   Processes three({.program = documentProgram(), .imageProcesses = 3});
   const auto file = folder.pdf({test::endlessPage(), test::endlessPage(), test::pageWith("quick")});

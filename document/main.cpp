@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "document/answering.h"
 #include "document/serving.h"
-#include "host/document/answering.h"
 #include "host/document/sharedpixels.h"
 
 namespace {
@@ -17,10 +17,10 @@ public:
   host::Answer answer(const host::Request &request, host::Descriptor passed) {
     if (const auto *open = std::get_if<host::OpenRequest>(&request)) {
       name_ = open->file;
-      return host::answerOpen(*open, std::move(passed), file_);
+      return document::answerOpen(*open, std::move(passed), file_);
     }
     if (file_ == nullptr) return {host::Failure{tavrel::errGeneric, false, "no document is open"}};
-    host::Answer answer = host::answerFrom(*file_, request, name_);
+    host::Answer answer = document::answerFrom(*file_, request, name_);
     if (const auto *image = std::get_if<host::ImageRequest>(&request)) share(answer, std::move(passed), *image);
     return answer;
   }
@@ -41,13 +41,13 @@ private:
   }
 
   std::filesystem::path name_;
-  std::unique_ptr<host::PdfFile> file_;
+  std::unique_ptr<document::PdfFile> file_;
 };
 
 } // namespace
 
 int main(int argc, char **argv) {
-  host::PdfFile::prepareLibrary(); // while files can still be opened
+  document::PdfFile::prepareLibrary(); // while files can still be opened
   Reader reader;
   return document::serve(argc, argv, [&](const host::Request &request, host::Descriptor passed) {
     return reader.answer(request, std::move(passed));

@@ -1,15 +1,34 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // What becomes of the exceptions of the PDF library, and the backend without threads.
-#include "host/document/answering.h"
+#include "document/answering.h"
 
 #include <gtest/gtest.h>
 
 #include <new>
 #include <stdexcept>
 
-namespace host {
+#include "document/here.h"
+
+namespace document {
 namespace {
+
+using host::Answer;
+using host::DocumentError;
+using host::Failure;
+using host::HostError;
+using host::Image;
+using host::ImageRequest;
+using host::Opened;
+using host::OpenRequest;
+using host::PageSize;
+using host::PageText;
+using host::Request;
+using host::Service;
+using host::SizesRequest;
+using host::Ticket;
+using host::Urgency;
+using host::WordsRequest;
 
 // A file of three pages whose text is `fails`.
 class FailingFile final : public PdfFile {
@@ -70,7 +89,8 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto &one) { return one.param.name; });
 
 TEST(AnsweringAtOnce, HasTheAnswerBeforeTheNextCall) {
-  const auto service = std::make_shared<Service>("paper.pdf", answeringAtOnce(std::make_unique<FailingFile>([] {})));
+  const auto service =
+      std::make_shared<Service>("paper.pdf", document::answeringAtOnce(std::make_unique<FailingFile>([] {})));
   int answers = 0;
   const Ticket ticket = service->ask(ImageRequest{0, 72}, Urgency::ahead, [&](Answer &) { ++answers; });
   EXPECT_FALSE(ticket.underWay());
@@ -80,7 +100,8 @@ TEST(AnsweringAtOnce, HasTheAnswerBeforeTheNextCall) {
 }
 
 TEST(AnsweringAtOnce, ForgetsARequestThatIsCancelled) {
-  const auto service = std::make_shared<Service>("paper.pdf", answeringAtOnce(std::make_unique<FailingFile>([] {})));
+  const auto service =
+      std::make_shared<Service>("paper.pdf", document::answeringAtOnce(std::make_unique<FailingFile>([] {})));
   int answers = 0;
   Ticket ticket = service->ask(ImageRequest{0, 72}, Urgency::ahead, [&](Answer &) { ++answers; });
   const Ticket other = service->ask(ImageRequest{1, 72}, Urgency::ahead, [&](Answer &) { answers += 10; });
@@ -90,4 +111,4 @@ TEST(AnsweringAtOnce, ForgetsARequestThatIsCancelled) {
 }
 
 } // namespace
-} // namespace host
+} // namespace document

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Answers requests with the PDF library, on any thread.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "document/pdf.h"
+#include "host/document/descriptor.h"
+#include "host/document/messages.h"
+
+namespace document {
+
+/// Opens a file: the answer, and the document unless that is a failure.
+host::Answer answerOpen(const host::OpenRequest &request, std::unique_ptr<PdfFile> &opened) noexcept;
+
+/// The same for a file that is open already, which its name only names.
+host::Answer answerOpen(const host::OpenRequest &request, host::Descriptor file,
+                        std::unique_ptr<PdfFile> &opened) noexcept;
+
+/// Answers any request about a file that is open. `name` is the file's for messages.
+host::Answer answerFrom(PdfFile &file, const host::Request &request, const std::filesystem::path &name) noexcept;
+
+} // namespace document

@@ -1,156 +1,28 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Soak: 500 documents are opened and closed and 10,000 pages turned, in a real window with all plug-ins. File
-// descriptors, X server resources and blocks of the host must be as many at the end as early in the run, and the
-// allocated memory may have grown by less than 4 KB.
-#include <gtest/gtest.h>
-#include <malloc.h>
+// descriptors, processes of documents, X server resources and blocks of the host must be as many at the end as early in
+// the run, and the allocated memory may have grown by less than 4 KB.
+#include <iostream>
 
-#include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <functional>
-#include <iterator>
-#include <ostream>
-#include <string>
-
-#include "host/view/desktop.h"
-#include "host/view/tables.h"
-#include "support/pdf.h"
-#include "tools/display.h"
-#include "viewer/model/session.h"
-#include "viewer/window/environment.h"
-#include "viewer/window/mainwindow.h"
-
-// Last: its macros conflict with the test library.
-#include <X11/extensions/XRes.h>
+#include "viewer_soak/Soak.h"
 
 namespace {
 
-namespace fs = std::filesystem;
-
-struct Usage {
-  long kilobytes = 0, descriptors = 0, serverResources = 0, hostBlocks = 0;
-};
-
-std::ostream &operator<<(std::ostream &out, const Usage &usage) {
-  return out << usage.kilobytes << " KB, " << usage.descriptors << " descriptors, " << usage.serverResources
-             << " resources of the X server, " << usage.hostBlocks << " blocks";
-}
-
-// What the process has allocated and not freed, in KB. The memory that it has from the system varies by chance. Freed
-// blocks that threads cache count as allocated: GLIBC_TUNABLES is set so that they cache none.
-long allocated() {
-  const struct mallinfo2 all = mallinfo2();
-  return static_cast<long>((all.uordblks + all.hblkhd) / 1024);
-}
-
-long serverResources(::Display *display) {
-  int count = 0;
-  XResType *types = nullptr;
-  long sum = 0;
-  int clients = 0;
-  XResClient *all = nullptr;
-  XResQueryClients(display, &clients, &all);
-  for (int i = 0; i < clients; ++i) {
-    XResQueryClientResources(display, all[i].resource_base, &count, &types);
-    for (int type = 0; type < count; ++type)
-      sum += static_cast<long>(types[type].count);
-    XFree(types);
-  }
-  XFree(all);
-  return sum;
-}
-
-class Soak : public testing::Test {
-protected:
-  struct Started {
-    tools::Display display;
-    Started() {
-      viewer::prepareEnvironment();
-      display.await();
-    }
-  };
-
-  Soak() {
-    const char *tunables = std::getenv("GLIBC_TUNABLES");
-    EXPECT_STREQ(tunables, "glibc.malloc.tcache_count=0") << "ctest sets it";
-    host::addHostTables(runtime);
-    plugins.load({TAVREL_PLUGINS});
-    window.realize();
-    window.map();
-    std::vector<test::PdfPage> pages(700); // more than the cache holds
-    for (test::PdfPage &page : pages)
-      page.texts = {{40, 500, "words of a page for the soak test"}};
-    file = folder.pdf(pages);
-    std::ofstream(folder.path() / "hits.xml") << "<XML>\n<Body mode=active>\n<highlights>\n<loc pg=3 pos=0 len=1>\n"
-                                                 "<loc pg=9 pos=2 len=2>\n</highlights>\n</Body>\n</XML>\n";
-  }
-  ~Soak() override { session.documents.closeAll(); }
-
-  // Handles events and takes over the threads' results until the condition holds.
-  void until(const std::function<bool()> &holds) {
-    const XtIntervalId tick = XtAppAddTimeOut(toolkit.context(), 1, again, this);
-    tick_ = tick;
-    window.loop([&] {
-      session.arrivals.collect();
-      return holds();
-    });
-    XtRemoveTimeOut(tick_);
-  }
-  static void again(XtPointer self, XtIntervalId *) {
-    auto &soak = *static_cast<Soak *>(self);
-    soak.tick_ = XtAppAddTimeOut(soak.toolkit.context(), 1, again, self);
-  }
-  bool drawn() const { return session.screen.shown().drawing && !session.documents.view()->invalid(); }
-  static long descriptors() {
-    return static_cast<long>(std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
-  }
-  // The least memory within some iterations: pages may be on their way into the cache or out of it, and a page is as
-  // large as the growth that is tested for.
-  Usage usage() {
-    long least = allocated();
-    int iterations = 0;
-    until([&] {
-      least = std::min(least, allocated());
-      return ++iterations >= 100;
-    });
-    XSync(toolkit.display(), False);
-    return {least, descriptors(), serverResources(toolkit.display()), static_cast<long>(runtime.memory.blocks())};
-  }
-  static void expectSame(const Usage &early, const Usage &late) {
-    std::cout << "early: " << early << "\nlate:  " << late << "\n";
-    EXPECT_EQ(late.descriptors, early.descriptors);
-    EXPECT_EQ(late.serverResources, early.serverResources);
-    EXPECT_EQ(late.hostBlocks, early.hostBlocks);
-    EXPECT_LT(late.kilobytes, early.kilobytes + 4) << "less than 10 bytes a document, or half a byte a page";
-  }
-
-  Started started;
-  test::ScratchFolder folder;
-  fs::path file;
-  host::Runtime runtime;
-  host::Application app{runtime};
-  viewer::Session session{app};
-  viewer::Toolkit toolkit{{"", "260x340", {}}}; // a small window has small pages: their number counts
-  host::WindowSystem windows{toolkit.shell()};
-  host::PluginLoader plugins{runtime};
-  viewer::MainWindow window{toolkit, session.model(), app, plugins};
-  XtIntervalId tick_ = 0;
-};
+using test::documentProcesses;
+using test::Soak;
+using test::Usage;
 
 TEST_F(Soak, DocumentsAndPagesLeaveNothingBehind) {
   Usage early;
-  const long withoutDocuments = descriptors();
   for (int i = 1; i <= 500; ++i) {
     session.opener.open({file, "xml=hits.xml"});
     until([&] { return session.documents.front() != nullptr && drawn(); });
     ASSERT_EQ(session.documents.page(), 3);
+    rest();
     session.documents.closeFront();
-    // The rendering thread closes its file a moment later.
-    until([&] { return !session.screen.shown().document && descriptors() == withoutDocuments; });
+    until([&] { return !session.screen.shown().document; });
+    ASSERT_EQ(documentProcesses().size(), 1U) << "in advance";
     if (i == 50) early = usage();
   }
   expectSame(early, usage());
@@ -163,8 +35,11 @@ TEST_F(Soak, DocumentsAndPagesLeaveNothingBehind) {
     else
       session.moving.goToPage(0);
     until([&] { return drawn(); });
-    if (i == 1'400) early = usage(); // every page twice
+    if (i != 1'400) continue; // every page twice
+    rest();
+    early = usage();
   }
+  rest();
   expectSame(early, usage());
 }
 

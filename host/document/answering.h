@@ -23,7 +23,10 @@ Answer answerOpen(const OpenRequest &request, std::unique_ptr<PdfFile> &opened) 
 /// The same for a file that is open already, which its name only names.
 Answer answerOpen(const OpenRequest &request, Descriptor file, std::unique_ptr<PdfFile> &opened) noexcept;
 
-/// Answers any request about a file that is open. `name` is the file's for messages.
+/// The failure that the exception being handled makes of a request about that file; a std::exception.
+Failure caughtFailure(const std::filesystem::path &file) noexcept;
+
+/// Answers any request about a file that is open, but for those about its structure. `name` is the file's for messages.
 Answer answerFrom(PdfFile &file, const Request &request, const std::filesystem::path &name) noexcept;
 
 /// A backend that answers on the owner's thread, at once: for programs that have nothing else to do.

@@ -70,6 +70,9 @@ TEST(PageOf, ARequestIsItsPageOrNone) {
   EXPECT_EQ(pageOf(ImageRequest{7, 72}), 7);
   EXPECT_EQ(pageOf(WordsRequest{8}), 8);
   EXPECT_EQ(pageOf(MatchesRequest{9, "a", {}}), 9);
+  EXPECT_EQ(pageOf(PageStructureRequest{6, 10}), 6);
+  EXPECT_EQ(pageOf(StructureRequest{10}), -1);
+  EXPECT_EQ(pageOf(AttachmentRequest{1}), -1);
   EXPECT_EQ(pageOf(SizesRequest{0, 32}), -1);
   EXPECT_EQ(pageOf(OpenRequest{}), -1);
 }

@@ -11,3 +11,7 @@ tavrel_test(NAME search_test
             SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/tools/hits*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/tools/search*.cpp
             LIBRARIES tools host_document test_support)
 target_compile_definitions(search_test PRIVATE QPDF="${QPDF}")
+
+tavrel_test(NAME document_structure_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/document/*.cpp
+            LIBRARIES document_structure test_support)
+target_compile_definitions(document_structure_test PRIVATE QPDF="${QPDF}")

@@ -93,7 +93,7 @@ public:
     order.front().answer = answerFrom(*file_, order.front().request, file_->file());
     answered_.splice(answered_.end(), order);
   }
-  void raise(uint64_t /*id*/, Urgency /*urgency*/) noexcept override {}
+  void setUrgency(uint64_t /*id*/, Urgency /*urgency*/) noexcept override {}
   void cancel(uint64_t /*id*/) noexcept override {} // all have been begun
   bool underWay(uint64_t /*id*/) const noexcept override { return false; }
   Orders take() noexcept override { return std::exchange(answered_, {}); }

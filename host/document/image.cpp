@@ -9,9 +9,10 @@ namespace host {
 
 PixelSize imageSize(const PageSize &size, double dpi) {
   constexpr double pointsPerInch = 72;
-  // 8.5 inches at 150 dpi are 1275 pixels in spite of rounding errors. No image is as large as the largest number.
+  constexpr double most = 1e9; // a number that an int holds
+  // 8.5 inches at 150 dpi are 1275 pixels in spite of rounding errors.
   const auto pixels = [=](double points) {
-    return static_cast<int>(std::clamp(std::ceil(points * dpi / pointsPerInch - 1e-6), 0.0, 2 * longestSide));
+    return static_cast<int>(std::clamp(std::ceil(points * dpi / pointsPerInch - 1e-6), 0.0, most));
   };
   return {pixels(size.width), pixels(size.height)};
 }

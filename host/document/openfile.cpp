@@ -23,12 +23,12 @@ auto stateOf(const struct stat &status) {
 
 } // namespace
 
-// Not waiting, in case that it is a pipe.
-OpenFile::OpenFile(const std::filesystem::path &name)
-    : name_(name), file_(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK)) {
-  if (!file_ || fstat(descriptor(), &status_) != 0) fail(name, std::generic_category().message(errno));
+OpenFile::OpenFile(const std::filesystem::path &name) : name_(name) {
+  if (stat(name.c_str(), &status_) != 0) fail(name, std::generic_category().message(errno));
   if (S_ISDIR(status_.st_mode)) fail(name, "this is a directory");
-  if (!S_ISREG(status_.st_mode)) fail(name, "this is not a regular file");
+  if (!S_ISREG(status_.st_mode)) fail(name, "this is not a regular file"); // to open a pipe would wait for its writer
+  file_ = Descriptor(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+  if (!file_ || fstat(descriptor(), &status_) != 0) fail(name, std::generic_category().message(errno));
   if (status_.st_size == 0) fail(name, "the file is empty");
   if (status_.st_size > largest) fail(name, "the file is larger than 2 GB");
 }

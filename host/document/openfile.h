@@ -16,7 +16,8 @@ public:
   /// More than the PDF library can take.
   static constexpr off_t largest = INT32_MAX;
 
-  /// Throws DocumentError, with one clear line that names the file, if it is no file that could be a document.
+  /// Throws DocumentError, with one clear line that names the file, if it is no file that could be a document. May
+  /// take as long as a network does.
   explicit OpenFile(const std::filesystem::path &name);
 
   int descriptor() const { return file_.number(); }

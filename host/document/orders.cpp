@@ -25,10 +25,10 @@ void OrderQueue::insert(Orders &order) noexcept {
   orders_.splice(position, order);
 }
 
-void OrderQueue::raise(uint64_t id, Urgency urgency) noexcept {
+void OrderQueue::setUrgency(uint64_t id, Urgency urgency) noexcept {
   Orders one = remove(id);
   if (one.empty()) return;
-  one.front().urgency = std::max(one.front().urgency, urgency);
+  one.front().urgency = urgency;
   insert(one);
 }
 

@@ -15,14 +15,19 @@ int32_t pageOf(const Request &request) noexcept;
 /// Orders of one document, the next one first.
 class OrderQueue {
 public:
-  /// The next one; null for none.
-  const Order *first() const noexcept { return orders_.empty() ? nullptr : &orders_.front(); }
-  bool has(uint64_t id) const noexcept {
-    return std::any_of(orders_.begin(), orders_.end(), [=](const Order &order) { return order.id == id; });
+  /// The next one that is needed; null for none.
+  const Order *first() const noexcept {
+    return orders_.empty() || orders_.front().urgency == Urgency::kept ? nullptr : &orders_.front();
+  }
+  /// Null if it is not here.
+  const Order *find(uint64_t id) const noexcept {
+    const auto found = std::find_if(orders_.begin(), orders_.end(), [=](const Order &order) { return order.id == id; });
+    return found == orders_.end() ? nullptr : &*found;
   }
   /// Takes over one order, after all that are as urgent and were asked for earlier.
   void insert(Orders &order) noexcept;
-  void raise(uint64_t id, Urgency urgency) noexcept;
+  /// Does nothing if the order is not here.
+  void setUrgency(uint64_t id, Urgency urgency) noexcept;
   /// The order, if it is here.
   Orders remove(uint64_t id) noexcept { return extract(orders_, id); }
 

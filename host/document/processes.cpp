@@ -5,9 +5,10 @@
 #include <sys/epoll.h>
 
 #include <algorithm>
-#include <array>
+#include <deque>
 #include <list>
 #include <utility>
+#include <vector>
 
 #include "host/document/worker.h"
 
@@ -41,8 +42,9 @@ public:
   }
 
   std::unique_ptr<DocumentProcess> start() {
-    const bool isAlive = spare_ && spare_->channel().receive().what == Received::nothing;
-    return isAlive ? std::move(spare_) : std::make_unique<DocumentProcess>(options.program, options.memory);
+    auto spare = std::move(spare_);
+    const bool isAlive = spare && spare->channel().receive().what == Received::nothing;
+    return isAlive ? std::move(spare) : std::make_unique<DocumentProcess>(options.program, options.memory);
   }
   /// Starts the next process in advance, when there is nothing else to do.
   void prepare() noexcept {
@@ -77,6 +79,12 @@ class ProcessBackend final : public Backend, ProcessStarter, Resting {
 public:
   ProcessBackend(std::shared_ptr<ProcessGroup> group, const std::filesystem::path &file)
       : group_(std::move(group)), document_{file} {
+    ProcessStarter &starter = *this;
+    for (size_t i = 0; i < group_->options.wordProcesses; ++i)
+      workers_.emplace_back(starter, document_, words_);
+    for (size_t i = 0; i < group_->options.imageProcesses; ++i)
+      workers_.emplace_back(starter, document_, images_);
+    polled_.resize(workers_.size());
     group_->add(*this);
   }
   ProcessBackend(const ProcessBackend &) = delete;
@@ -84,18 +92,23 @@ public:
   ~ProcessBackend() override { group_->remove(*this); }
 
   void start(Orders order) noexcept override {
-    Worker &worker = workerFor(order.front().request);
-    worker.add(std::move(order));
-    worker.advance(answered_);
+    (std::holds_alternative<ImageRequest>(order.front().request) ? images_ : words_).insert(order);
+    advance();
     group_->use(*this);
-    if (!answered_.empty()) group_->waker.wake(); // it has failed at once
+    announce();
   }
-  void raise(uint64_t id, Urgency urgency) noexcept override {
+  void setUrgency(uint64_t id, Urgency urgency) noexcept override {
+    words_.setUrgency(id, urgency);
+    images_.setUrgency(id, urgency);
     for (Worker &worker : workers_)
-      worker.raise(id, urgency);
+      worker.setUrgency(id, urgency);
+    advance();
+    announce();
   }
   void cancel(uint64_t id) noexcept override {
     extract(answered_, id);
+    words_.remove(id);
+    images_.remove(id);
     for (Worker &worker : workers_)
       worker.cancel(id);
   }
@@ -108,25 +121,48 @@ public:
       group_->prepare();
     return std::exchange(answered_, {});
   }
+  // Goes before what is less urgent, but no longer than the caller waits.
   Orders await(uint64_t id, Time deadline) noexcept override {
+    const Order *order = find(id);
+    const Urgency before = order == nullptr ? Urgency::awaited : order->urgency;
+    if (order != nullptr) setUrgency(id, Urgency::awaited);
+    Orders found;
     for (;;) {
       advance();
-      if (Orders found = extract(answered_, id); !found.empty()) return found;
-      const auto worker =
-          std::find_if(workers_.begin(), workers_.end(), [=](const Worker &one) { return one.has(id); });
-      if (worker == workers_.end() || std::chrono::steady_clock::now() >= deadline) return {};
-      if (!worker->underWay(id)) worker->hurry();
-      worker->wait(deadline);
+      found = extract(answered_, id);
+      if (!found.empty() || find(id) == nullptr) break;
+      if (std::chrono::steady_clock::now() >= deadline) {
+        setUrgency(id, before);
+        break;
+      }
+      wait(deadline);
     }
+    announce();
+    return found;
   }
 
 private:
-  Worker &workerFor(const Request &request) {
-    return std::holds_alternative<ImageRequest>(request) ? workers_[1] : workers_[0];
-  }
   void advance() noexcept {
     for (Worker &worker : workers_)
       worker.advance(answered_);
+  }
+  // What has been answered is taken soon: no descriptor tells of it any more.
+  void announce() const noexcept {
+    if (!answered_.empty()) group_->waker.wake();
+  }
+  const Order *find(uint64_t id) const noexcept {
+    for (const Worker &worker : workers_)
+      if (worker.underWay(id)) return worker.current();
+    const Order *order = words_.find(id);
+    return order != nullptr ? order : images_.find(id);
+  }
+  // Until there is something to advance, but not beyond the deadline.
+  void wait(Time deadline) noexcept {
+    std::transform(workers_.begin(), workers_.end(), polled_.begin(), [](const Worker &one) { return one.polled(); });
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
+    constexpr std::chrono::milliseconds longest = std::chrono::hours(1);
+    poll(polled_.data()->data(), polled_.size() * std::tuple_size_v<Worker::Polled>,
+         static_cast<int>(std::clamp(left, {}, longest).count()));
   }
   std::unique_ptr<DocumentProcess> start() override { return group_->start(); }
   bool watch(int descriptor) noexcept override { return group_->watch(descriptor); }
@@ -142,7 +178,9 @@ private:
 
   std::shared_ptr<ProcessGroup> group_;
   ReadDocument document_;
-  std::array<Worker, 2> workers_{Worker(*this, document_), Worker(*this, document_)};
+  OrderQueue words_, images_; ///< those that wait
+  std::deque<Worker> workers_;
+  std::vector<Worker::Polled> polled_; ///< memory for wait()
   Orders answered_;
 };
 

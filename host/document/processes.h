@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The processes that read documents, so that nothing in a file can stop, slow or reach the program that shows it.
 //
-// A document has two at most: one for its words and structure, one for its images; so words never wait for an image
-// that takes long. They are started when something is asked, and again when they have ended. What nobody wants any
-// more, or keeps a caller waiting, is ended after a tenth of a second.
+// A document has two kinds of process: for its words and structure, and for its images; so words never wait for an
+// image that takes long. They are started when something is asked, and again when they have ended. What nobody wants
+// any more, or keeps something more urgent waiting, is ended after a tenth of a second.
 #pragma once
 
 #include <filesystem>
@@ -22,6 +22,7 @@ struct ProcessOptions {
   size_t memory = size_t{1} << 30;                               ///< that each may take, in bytes
   std::chrono::milliseconds pageTime = std::chrono::seconds(60); ///< of a processor, that a request may take
   size_t documents = 3; ///< that have processes while there is nothing to do: those that were used last
+  size_t wordProcesses = 1, imageProcesses = 1; ///< of a document, at most
 };
 
 class Processes {

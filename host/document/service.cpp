@@ -33,8 +33,8 @@ void Ticket::reset() noexcept {
   if (service != nullptr && service->asked_.erase(id_) > 0) service->backend_->cancel(id_);
 }
 
-void Ticket::raise(Urgency urgency) const noexcept {
-  if (service_ != nullptr) service_->backend_->raise(id_, urgency);
+void Ticket::setUrgency(Urgency urgency) const noexcept {
+  if (service_ != nullptr) service_->backend_->setUrgency(id_, urgency);
 }
 
 bool Ticket::underWay() const noexcept { return service_ != nullptr && service_->backend_->underWay(id_); }

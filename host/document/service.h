@@ -19,6 +19,7 @@ namespace host {
 
 /// Which request is answered first: the later one in this list; of equal ones, the one that was asked first.
 enum class Urgency {
+  kept,     ///< not needed: answered only if that has been begun, and takes no longer than a moment
   ahead,    ///< not needed yet, like the neighbours of the page shown
   searched, ///< a user waits for the end of a search
   shown,    ///< needed for the page shown
@@ -50,8 +51,8 @@ public:
 
   /// Takes over one order. If there is no memory or thread for it, it is answered by a failure.
   virtual void start(Orders order) noexcept = 0;
-  /// Makes an order more urgent that has not been begun.
-  virtual void raise(uint64_t id, Urgency urgency) noexcept = 0;
+  /// Changes how urgent an order is.
+  virtual void setUrgency(uint64_t id, Urgency urgency) noexcept = 0;
   /// Drops an order that has not been begun. One that has been begun may be answered nevertheless.
   virtual void cancel(uint64_t id) noexcept = 0;
   virtual bool underWay(uint64_t id) const noexcept = 0;
@@ -75,8 +76,8 @@ public:
 
   explicit operator bool() const { return service_ != nullptr; }
   void reset() noexcept;
-  /// Makes the request more urgent, unless it is as urgent already or has been begun.
-  void raise(Urgency urgency) const noexcept;
+  /// Changes how urgent the request is.
+  void setUrgency(Urgency urgency) const noexcept;
   /// Whether the answer is being looked for at present. Then asking again would double the work.
   bool underWay() const noexcept;
 

@@ -34,7 +34,7 @@ PageSize SizeCache::get(int32_t page) {
   }
   const auto underWay = runs_.find(first);
   if (underWay != runs_.end() && underWay->second.late >= 0) return letter;
-  Run &asked = underWay == runs_.end() ? ask(first, Urgency::awaited) : underWay->second;
+  Run &asked = underWay == runs_.end() ? ask(first, Urgency::shown) : underWay->second;
   const bool answered = service_.await(asked.ticket, limit_.deadline());
   if (!answered) asked.late = page;
   const auto known = sizes_.find(page);

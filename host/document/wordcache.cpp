@@ -28,16 +28,26 @@ const std::vector<uint32_t> &WordCache::order(int32_t page) {
 void WordCache::expect(int32_t page, Urgency urgency) {
   if (!used_) return;
   Page &found = pages_[page];
+  if (urgency == Urgency::shown)
+    for (auto &[number, other] : pages_)
+      if (number != page && other.urgency == Urgency::shown) setUrgency(other, Urgency::ahead);
   if (found.ticket)
-    found.ticket.raise(urgency);
+    setUrgency(found, std::max(found.urgency, urgency));
   else if (!found.text || (orderUsed_ && !found.order))
     ask(page, found, urgency);
 }
 
 void WordCache::ask(int32_t number, Page &page, Urgency urgency) {
   page.failure.reset();
+  page.urgency = urgency;
   page.ticket = service_.ask(WordsRequest{number, orderUsed_}, urgency,
                              [this, number, order = orderUsed_](Answer &answer) { take(number, order, answer); });
+}
+
+void WordCache::setUrgency(Page &page, Urgency urgency) {
+  if (page.urgency == urgency) return;
+  page.urgency = urgency;
+  page.ticket.setUrgency(urgency);
 }
 
 // Waits for the page's request, which is made if there is none.
@@ -49,9 +59,12 @@ void WordCache::fetch(int32_t number, Page &page, Time deadline) {
     throw notThere(service_, number);
   }
   if (page.late && page.ticket) throw notThere(service_, number);
-  if (!page.ticket) ask(number, page, Urgency::awaited);
+  if (!page.ticket) ask(number, page, Urgency::shown);
   page.late = !service_.await(page.ticket, deadline);
-  if (page.late) throw notThere(service_, number);
+  if (page.late) {
+    setUrgency(page, Urgency::ahead); // a page that takes so long goes after all others
+    throw notThere(service_, number);
+  }
   if (page.failure) raise(*page.failure);
 }
 

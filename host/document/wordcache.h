@@ -30,7 +30,8 @@ public:
     const auto found = pages_.find(page);
     return found != pages_.end() && found->second.ticket;
   }
-  /// Asks for a page's words, if any page's have been used so far: many documents are read without.
+  /// Asks for a page's words, if any page's have been used so far: many documents are read without. One page is shown;
+  /// the words of the one before it are not as urgent any more.
   void expect(int32_t page, Urgency urgency);
 
 private:
@@ -38,10 +39,12 @@ private:
     std::optional<PageText> text;
     std::optional<std::vector<uint32_t>> order;
     Ticket ticket;
-    std::optional<Failure> failure; ///< of the last request
-    bool late = false;              ///< the answer was not there within the limit
+    Urgency urgency = Urgency::ahead; ///< of the ticket
+    std::optional<Failure> failure;   ///< of the last request
+    bool late = false;                ///< the answer was not there within the limit
   };
   void ask(int32_t number, Page &page, Urgency urgency);
+  static void setUrgency(Page &page, Urgency urgency);
   void fetch(int32_t number, Page &page, Time deadline);
   void take(int32_t number, bool order, Answer &answer);
 

@@ -16,6 +16,7 @@ namespace host {
 namespace {
 
 constexpr char outOfMemory[] = "out of memory"; // short enough for a string without an allocation
+constexpr char noDescriptors[] = "there are no more file descriptors";
 
 Time now() { return std::chrono::steady_clock::now(); }
 
@@ -27,40 +28,56 @@ Failure failureOf(tavrel::ErrorCode code, const std::filesystem::path &file, con
   }
 }
 
+Failure failureOf(const DocumentError &error) noexcept {
+  try {
+    return {error.code, false, error.what()};
+  } catch (const std::exception &) {
+    return {tavrel::errNoMemory, false, outOfMemory};
+  }
+}
+
+// For messages, which count from 1; of a request about no single page, the document.
+std::string nameOf(int32_t page) { return page < 0 ? "it" : "page " + std::to_string(int64_t{page} + 1); }
+
 } // namespace
 
-void Worker::add(Orders order) noexcept { waiting_.insert(order); }
-
-bool Worker::has(uint64_t id) const noexcept { return underWay(id) || waiting_.has(id); }
-
 void Worker::cancel(uint64_t id) noexcept {
-  waiting_.remove(id);
   if (!underWay(id)) return;
   unwanted_ = true;
   arm();
 }
 
+void Worker::setUrgency(uint64_t id, Urgency urgency) noexcept {
+  if (!underWay(id)) return;
+  current_.front().urgency = urgency;
+  arm();
+}
+
 // The time at which somebody loses patience with the current order.
 Time Worker::endOfPatience() const noexcept {
-  const bool urgent = hurried_ && waiting_.first() != nullptr;
-  return isBusy() && (unwanted_ || urgent) ? begun_ + patience : Time::max();
+  const Urgency urgency = current_.front().urgency;
+  const Order *next = waiting_.first();
+  const bool isInTheWay = unwanted_ || urgency == Urgency::kept || (next != nullptr && next->urgency > urgency);
+  return isInTheWay ? begun_ + patience : Time::max();
 }
 
 // The timer is at the next time at which something may have to be ended.
 void Worker::arm() noexcept {
   if (!process_) return;
+  const Time next = isBusy() ? std::min(endOfPatience(), checkedAt_) : Time();
+  if (std::exchange(armed_, next) == next) return;
+  const auto time = std::chrono::nanoseconds(next.time_since_epoch());
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
   itimerspec when{};
-  if (isBusy()) {
-    const auto time = std::chrono::nanoseconds(std::min(endOfPatience(), checkedAt_).time_since_epoch());
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
-    when.it_value = {seconds.count(), (time - seconds).count()};
-  }
+  when.it_value = {seconds.count(), (time - seconds).count()};
   timerfd_settime(timer_.number(), TFD_TIMER_ABSTIME, &when, nullptr);
 }
 
 void Worker::stop() noexcept {
   process_.reset();
-  timer_ = {};
+  timer_ = Descriptor();
+  armed_ = {};
+  opening_.reset();
   opened_ = false;
 }
 
@@ -85,36 +102,47 @@ bool Worker::isOverdue(Orders &answered) {
   } else if (checkedAt_ <= now()) {
     const auto limit = starter_.pageTime(), used = process_->used() - usedBefore_;
     if (used >= limit || now() - begun_ >= asleep * limit)
-      died("it takes longer than " + std::to_string(std::chrono::ceil<std::chrono::seconds>(limit).count()) +
-               " seconds",
-           answered);
+      failed("it takes longer than " + std::to_string(std::chrono::ceil<std::chrono::seconds>(limit).count()) +
+                 " seconds",
+             answered);
     else
       checkedAt_ = now() + std::max(limit - used, std::chrono::nanoseconds(std::chrono::milliseconds(10)));
-    arm();
   }
   return !isBusy();
+}
+
+// Calls body(), whose exceptions become the current order's answer.
+template <typename Body> void Worker::answering(Orders &answered, const Body &body) noexcept {
+  try {
+    body();
+  } catch (const DocumentError &error) { // its line names the file
+    opening_.reset();
+    finish(failureOf(error), answered);
+  } catch (const HostError &error) {
+    fail(error.code, error.what(), answered);
+  } catch (const std::exception &) {
+    stop();
+    fail(tavrel::errNoMemory, "memory is exhausted", answered);
+  }
 }
 
 void Worker::advance(Orders &answered) noexcept {
   if (!isBusy()) checkIdle();
   bool waits = false;
   while (isBusy() && !waits)
-    try {
+    answering(answered, [&] {
       const Received received = process_->channel().receive();
       if (received.what == Received::message)
         take(received.content, answered);
       else if (received.what == Received::invalid)
-        died("its process has answered wrongly", answered);
+        failed("its process has answered wrongly", answered);
       else if (received.what == Received::ended)
-        died("its process failed: " + process_->reasonOfEnd(), answered);
-      else
+        died(process_->reasonOfEnd(), answered);
+      else if (!opening_ || !takeFile())
         waits = !isOverdue(answered);
-    } catch (const std::bad_alloc &) {
-      stop();
-      fail(tavrel::errNoMemory, "memory is exhausted", answered);
-    }
-  hurried_ = false;
+    });
   begin(answered);
+  arm();
 }
 
 void Worker::begin(Orders &answered) noexcept {
@@ -123,17 +151,9 @@ void Worker::begin(Orders &answered) noexcept {
     unwanted_ = false;
     begun_ = now();
     checkedAt_ = begun_ + starter_.pageTime();
-    try {
-      if (!sendCurrent()) died("its process failed: " + process_->reasonOfEnd(), answered);
-    } catch (const DocumentError &error) { // its line names the file
-      finish(Failure{error.code, false, error.what()}, answered);
-    } catch (const HostError &error) {
-      fail(error.code, error.what(), answered);
-    } catch (const std::exception &) {
-      stop();
-      fail(tavrel::errNoMemory, "memory is exhausted", answered);
-    }
-    arm();
+    answering(answered, [&] {
+      if (!sendCurrent()) died(process_->reasonOfEnd(), answered);
+    });
   }
 }
 
@@ -141,28 +161,26 @@ void Worker::startProcess() {
   auto process = starter_.start();
   Descriptor timer(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
   if (!timer || !starter_.watch(timer.number()) || !starter_.watch(process->channel().socket()))
-    throw HostError(tavrel::errGeneric, "there are no more file descriptors");
+    throw HostError(tavrel::errGeneric, noDescriptors);
   process_ = std::move(process);
   timer_ = std::move(timer);
 }
 
-// The current order, or first the request that opens the document in a new process.
+// Sends the current order, or first what opens the document in a new process. False if the process has ended.
 bool Worker::sendCurrent() {
   const Request &request = current_.front().request;
-  const auto *open = std::get_if<OpenRequest>(&request);
-  if (open != nullptr) {
-    document_.password = open->password;
-    document_.open.emplace(open->file);
-  }
   if (const auto dead = document_.deaths.find(pageOf(request));
       dead != document_.deaths.end() && dead->second >= mostDeaths)
-    throw HostError(tavrel::errDocument, "page " + std::to_string(int64_t{dead->first} + 1) +
-                                             " is not read any more: its process failed each time");
+    throw HostError(tavrel::errDocument, nameOf(dead->first) + " is not read any more: its process failed each time");
   if (!process_) startProcess();
   usedBefore_ = process_->used();
-  if (!opened_)
-    return process_->channel().send(messageOf(Request(OpenRequest{document_.file, document_.password})),
-                                    document_.open->descriptor());
+  if (const auto *open = std::get_if<OpenRequest>(&request)) {
+    document_.password = open->password;
+    opening_.emplace(open->file); // while the process starts
+    if (!starter_.watch(opening_->descriptor())) throw HostError(tavrel::errGeneric, noDescriptors);
+    return true;
+  }
+  if (!opened_) return sendOpening();
   pixels_.reset();
   if (const auto *image = std::get_if<ImageRequest>(&request)) {
     if (!isImageSize(image->size)) throw HostError(tavrel::errBadArgument, "the page makes no image of a usable size");
@@ -170,6 +188,22 @@ bool Worker::sendCurrent() {
                                              static_cast<size_t>(image->size.height));
   }
   return process_->channel().send(messageOf(request), pixels_ ? pixels_->descriptor() : -1);
+}
+
+bool Worker::sendOpening() {
+  if (!document_.open) throw HostError(tavrel::errGeneric, "it is not open");
+  return process_->channel().send(messageOf(Request(OpenRequest{document_.file, document_.password})),
+                                  document_.open->descriptor());
+}
+
+// Whether the file is open: then the process gets it.
+bool Worker::takeFile() {
+  std::optional<OpenFile> file = opening_->take();
+  if (!file) return false;
+  opening_.reset();
+  document_.open = std::move(file);
+  sendOpening(); // that the process has ended is noticed when its answer is read
+  return true;
 }
 
 void Worker::take(std::string_view content, Orders &answered) {
@@ -181,19 +215,19 @@ void Worker::take(std::string_view content, Orders &answered) {
     image->image = {std::get<ImageRequest>(request).size.width, std::get<ImageRequest>(request).size.height,
                     std::vector<uint32_t>(pixels.begin(), pixels.end())};
   }
-  if (!answer || !fits(asked, *answer)) return died("its process has answered wrongly", answered);
+  if (!answer || !fits(asked, *answer)) return failed("its process has answered wrongly", answered);
+  document_.deaths.erase(pageOf(asked));
   if (opened_) return finish(std::move(answer->value), answered);
   const auto *opened = std::get_if<Opened>(&answer->value);
-  if (opened == nullptr) {
-    stop();
+  opened_ = opened != nullptr;
+  if (!opened_) stop();
+  if (std::holds_alternative<OpenRequest>(request)) {
+    document_.pages = opened_ ? opened->pageCount : 0;
     return finish(std::move(answer->value), answered);
   }
-  if (document_.pages != 0 && document_.pages != opened->pageCount)
-    return died("its process has answered wrongly", answered);
-  document_.pages = opened->pageCount;
-  opened_ = true;
-  if (std::holds_alternative<OpenRequest>(request)) return finish(std::move(answer->value), answered);
-  if (!sendCurrent()) died("its process failed: " + process_->reasonOfEnd(), answered);
+  if (!opened_ || opened->pageCount != document_.pages) // it has been written to since
+    return failed("the document cannot be opened any more", answered);
+  if (!sendCurrent()) died(process_->reasonOfEnd(), answered);
 }
 
 void Worker::finish(decltype(Answer::value) value, Orders &answered) noexcept {
@@ -209,25 +243,35 @@ void Worker::fail(tavrel::ErrorCode code, const std::string &reason, Orders &ans
   finish(failureOf(code, document_.file, reason), answered);
 }
 
+// The process has ended by itself. Another one tries again, unless it has been tried often.
 void Worker::died(const std::string &reason, Orders &answered) noexcept {
-  const int32_t page = pageOf(current_.front().request);
-  stop();
-  try {
-    ++document_.deaths[page];
-    fail(tavrel::errDocument, page < 0 ? reason : "page " + std::to_string(int64_t{page} + 1) + ": " + reason,
-         answered);
-  } catch (const std::bad_alloc &) {
-    fail(tavrel::errNoMemory, outOfMemory, answered);
-  }
+  const auto deaths = document_.deaths.find(pageOf(current_.front().request));
+  if (deaths != document_.deaths.end() && deaths->second + 1 >= mostDeaths)
+    return failed("its process failed: " + reason, answered);
+  answering(answered, [&] {
+    ++document_.deaths[pageOf(current_.front().request)];
+    stop();
+    if (unwanted_)
+      current_.clear();
+    else
+      waiting_.insert(current_);
+  });
 }
 
-void Worker::wait(Time deadline) const noexcept {
-  if (!isBusy()) return;
-  const Time until = std::min({deadline, endOfPatience(), checkedAt_});
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - now());
-  constexpr auto longest = std::chrono::milliseconds(std::chrono::hours(1));
-  pollfd ready{process_->channel().socket(), POLLIN, 0};
-  poll(&ready, 1, until == Time::max() ? -1 : static_cast<int>(std::clamp(left, {}, longest).count()));
+// The process is not to be used any more, for a reason that another one would give, too.
+void Worker::failed(const std::string &reason, Orders &answered) noexcept {
+  const int32_t page = pageOf(current_.front().request);
+  stop();
+  answering(answered, [&] {
+    ++document_.deaths[page];
+    fail(tavrel::errDocument, page < 0 ? reason : nameOf(page) + ": " + reason, answered);
+  });
+}
+
+Worker::Polled Worker::polled() const noexcept {
+  const auto readable = [](int descriptor) { return pollfd{descriptor, POLLIN, 0}; }; // negative ones are ignored
+  return {readable(process_ ? process_->channel().socket() : -1), readable(timer_.number()),
+          readable(opening_ ? opening_->descriptor() : -1)};
 }
 
 } // namespace host

@@ -47,7 +47,9 @@ class HighlightFiles(ViewerTest):
         with subprocess.Popen(["cat", self.hitsOfIt], stdout=subprocess.PIPE) as program:
             viewer = self.view(self.file, "--hits", "-", stdin=program.stdout)
             viewer.hit("hit 1 of 2")
-            viewer.shown(1)
+            shown = viewer.shown(1)["drawn"]
+            # The next page, too: with an image that is drawn later the change would be reported.
+            viewer.until(lambda state: state["cacheBytes"] >= 2 * 4 * shown["width"] * shown["height"], "two images")
             # Of another length, so that it is recognised: a document may be open within an iteration of the event loop.
             os.replace(self.copy("two-columns.pdf"), self.file)
             viewer.key("ctrl+r")

@@ -25,7 +25,7 @@ public:
     right_->start(std::move(order));
     list.splice(list.end(), right_->await(id, {}));
   }
-  void raise(uint64_t /*id*/, host::Urgency /*urgency*/) noexcept override {}
+  void setUrgency(uint64_t /*id*/, host::Urgency /*urgency*/) noexcept override {}
   void cancel(uint64_t id) noexcept override {
     host::extract(ready_, id);
     host::extract(late_, id);

@@ -81,7 +81,7 @@ public:
       }
     ready_.splice(ready_.end(), answered);
   }
-  void raise(uint64_t /*id*/, host::Urgency /*urgency*/) noexcept override {}
+  void setUrgency(uint64_t /*id*/, host::Urgency /*urgency*/) noexcept override {}
   void cancel(uint64_t id) noexcept override {
     for (host::Orders *list : {&ready_, &late_})
       list->remove_if([=](const host::Order &order) { return order.id == id; });

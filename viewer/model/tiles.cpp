@@ -35,9 +35,11 @@ void Tiles::request(bool neighbours) {
     if (bytes > cache_.bound() && page != front) break;
     wanted.push_back(key);
   }
-  // What is being rendered is completed and kept: a reader who turns fast may come back to it.
+  // What is being rendered is completed and kept, unless it takes long: a reader who turns fast may come back to it.
   std::erase_if(asked_, [&](const auto &one) {
-    return std::find(wanted.begin(), wanted.end(), one.first) == wanted.end() && !one.second.underWay();
+    if (std::find(wanted.begin(), wanted.end(), one.first) != wanted.end()) return false;
+    one.second.setUrgency(host::Urgency::kept);
+    return !one.second.underWay();
   });
   for (const PageKey &key : wanted) {
     const bool shown = key.page == front;
@@ -48,7 +50,7 @@ void Tiles::request(bool neighbours) {
 
 void Tiles::ask(const OpenDocument &document, const PageKey &key, host::Urgency urgency) {
   if (cache_.has(key)) return;
-  if (const auto asked = asked_.find(key); asked != asked_.end()) return asked->second.raise(urgency);
+  if (const auto asked = asked_.find(key); asked != asked_.end()) return asked->second.setUrgency(urgency);
   const host::PixelSize size = host::pixelSize(document.document->model->pageSize(key.page), key.dpi);
   asked_.emplace(key, document.service->ask(host::ImageRequest{key.page, key.dpi, size}, urgency,
                                             [this, key](host::Answer &answer) { take(key, answer); }));

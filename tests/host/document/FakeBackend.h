@@ -20,7 +20,7 @@ struct Backstage {
   host::Orders asked;              ///< not answered, in the order of asking
   host::Orders answered;           ///< not taken yet
   std::vector<uint64_t> cancelled; ///< ids
-  std::map<uint64_t, host::Urgency> raised;
+  std::map<uint64_t, host::Urgency> urgencies;
   std::set<uint64_t> underWay;
   std::vector<std::chrono::milliseconds> waits;                          ///< how long the owner would have waited
   std::function<void(Backstage &backstage)> whileWaited = [](auto &) {}; ///< before a wait ends
@@ -40,7 +40,7 @@ public:
   explicit FakeBackend(Backstage &backstage) : backstage_(backstage) {}
 
   void start(host::Orders order) noexcept override { backstage_.asked.splice(backstage_.asked.end(), order); }
-  void raise(uint64_t id, host::Urgency urgency) noexcept override { backstage_.raised[id] = urgency; }
+  void setUrgency(uint64_t id, host::Urgency urgency) noexcept override { backstage_.urgencies[id] = urgency; }
   void cancel(uint64_t id) noexcept override {
     backstage_.cancelled.push_back(id);
     std::erase_if(backstage_.asked, [=](const host::Order &order) { return order.id == id; });

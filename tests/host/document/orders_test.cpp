@@ -46,16 +46,23 @@ TEST_F(OrderQueueTest, AnOrderBecomesMoreUrgent) {
   insert(queue, 1, Urgency::ahead);
   insert(queue, 2, Urgency::searched);
   insert(queue, 3, Urgency::ahead);
-  queue.raise(3, Urgency::shown);
+  queue.setUrgency(3, Urgency::shown);
   EXPECT_THAT(ids(queue), ElementsAre(3, 2, 1));
 }
 
-TEST_F(OrderQueueTest, AnOrderBecomesNoLessUrgent) {
+TEST_F(OrderQueueTest, AnOrderBecomesLessUrgent) {
   insert(queue, 1, Urgency::ahead);
   insert(queue, 2, Urgency::shown);
-  queue.raise(2, Urgency::ahead);
-  queue.raise(7, Urgency::awaited); // is not there
-  EXPECT_THAT(ids(queue), ElementsAre(2, 1));
+  queue.setUrgency(2, Urgency::ahead);
+  queue.setUrgency(7, Urgency::awaited); // is not there
+  EXPECT_THAT(ids(queue), ElementsAre(1, 2));
+}
+
+TEST_F(OrderQueueTest, WhatIsOnlyKeptIsNotTheNext) {
+  insert(queue, 1, Urgency::kept);
+  EXPECT_EQ(queue.first(), nullptr);
+  queue.setUrgency(1, Urgency::ahead);
+  EXPECT_THAT(ids(queue), ElementsAre(1));
 }
 
 TEST_F(OrderQueueTest, ARemovedOrderIsNotTaken) {

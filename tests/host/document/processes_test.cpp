@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <poll.h>
 
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <iterator>
@@ -21,6 +22,7 @@ namespace {
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::IsEmpty;
 using testing::SizeIs;
 
 // A document, and what has been answered about it.
@@ -74,6 +76,16 @@ struct ProcessesTest : testing::Test {
   static void killAll() {
     for (const pid_t child : childrenOf())
       kill(child, SIGKILL);
+  }
+  // Kills what draws the document's page, once it has been begun.
+  static void killImages(const Asked &asked) {
+    while (!asked.tickets.back().underWay())
+      asked.service->collect();
+    const std::vector<pid_t> killed = childrenOf();
+    killAll();
+    const auto isThere = [&](pid_t child) { return std::find(killed.begin(), killed.end(), child) != killed.end(); };
+    for (auto now = killed; std::any_of(now.begin(), now.end(), isThere); now = childrenOf())
+      asked.service->collect();
   }
   static ImageRequest imageOf(int32_t page, double dpi = 72, PixelSize size = {400, 600}) { return {page, dpi, size}; }
   static const Image &image(const Answer &answer) { return std::get<PageImage>(answer.value).image; }
@@ -262,19 +274,92 @@ TEST_F(ProcessesTest, OnlyTheDocumentsUsedLastHaveProcesses) {
 TEST_F(ProcessesTest, AProcessThatIsKilledIsStartedAgain) {
   Asked &asked = open(folder.pdf({test::endlessPage(), test::pageWith("quick")}));
   asked.ask(imageOf(0));
-  for (int deaths = 1; deaths <= 3; ++deaths) {
-    while (!asked.tickets.back().underWay())
-      asked.service->collect();
-    killAll();
-    ASSERT_TRUE(answers(asked, static_cast<size_t>(deaths)));
-    EXPECT_THAT(lineOf(asked.answers.back()), HasSubstr("page 1: its process failed: it was ended: Killed"));
-    asked.ask(imageOf(0));
-  }
-  ASSERT_TRUE(answers(asked, 4));
+  for (int deaths = 1; deaths <= 2; ++deaths)
+    killImages(asked);
+  asked.service->collect();
+  EXPECT_THAT(asked.answers, IsEmpty());
+  killImages(asked);
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_THAT(lineOf(asked.answers.back()), HasSubstr("page 1: its process failed: it was ended: Killed"));
+  asked.ask(imageOf(0));
+  ASSERT_TRUE(answers(asked, 2));
   EXPECT_THAT(lineOf(asked.answers.back()), HasSubstr("page 1 is not read any more"));
   asked.ask(imageOf(1));
-  ASSERT_TRUE(answers(asked, 5));
+  ASSERT_TRUE(answers(asked, 3));
   EXPECT_EQ(lineOf(asked.answers.back()), "") << "another page";
+}
+
+TEST_F(ProcessesTest, DeathsBeforeAnAnswerAreForgotten) {
+  Asked &asked = open(folder.pdf({test::slowPage()}));
+  for (size_t times = 1; times <= 4; ++times) {
+    asked.ask(imageOf(0));
+    killImages(asked);
+    ASSERT_TRUE(answers(asked, times));
+    EXPECT_EQ(lineOf(asked.answers.back()), "");
+  }
+}
+
+TEST_F(ProcessesTest, WhatIsMoreUrgentDoesNotWaitForAPageThatTakesLong) {
+  Asked &asked = open(folder.pdf({test::endlessPage(), test::pageWith("quick")}));
+  asked.ask(imageOf(0), Urgency::shown);
+  asked.ask(imageOf(1), Urgency::shown);
+  asked.tickets[1].setUrgency(Urgency::ahead);
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(std::get<PageImage>(asked.answers[0].value).page, 1);
+  asked.service->collect();
+  EXPECT_TRUE(asked.tickets[1].underWay()) << "begun again";
+}
+
+TEST_F(ProcessesTest, WhatIsOnlyKeptIsAnsweredIfItDoesNotTakeLong) {
+  Asked &asked = open(folder.pdf({test::pageWith("quick"), test::endlessPage(), test::pageWith("other")}));
+  asked.ask(imageOf(0));
+  asked.tickets[1].setUrgency(Urgency::kept);
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(lineOf(asked.answers.back()), "");
+  asked.ask(imageOf(1));
+  asked.tickets[2].setUrgency(Urgency::kept);
+  while (asked.tickets[2].underWay()) {
+    pollfd ready{processes.descriptor(), POLLIN, 0};
+    ASSERT_EQ(poll(&ready, 1, 60'000), 1);
+    asked.service->collect();
+  }
+  asked.ask(imageOf(2));
+  ASSERT_TRUE(answers(asked, 2));
+  EXPECT_EQ(std::get<PageImage>(asked.answers.back().value).page, 2);
+  asked.service->collect();
+  EXPECT_FALSE(asked.tickets[2].underWay()) << "nobody has asked for it again";
+}
+
+TEST_F(ProcessesTest, ACallerWhoHasWaitedInVainKeepsNobodyWaiting) {
+  Asked &asked = open(folder.pdf({test::endlessPage(), test::pageWith("quick")}));
+  asked.ask(imageOf(0), Urgency::ahead);
+  EXPECT_FALSE(
+      asked.service->await(asked.tickets[1], std::chrono::steady_clock::now() + std::chrono::milliseconds(50)));
+  asked.ask(imageOf(1), Urgency::shown);
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(std::get<PageImage>(asked.answers[0].value).page, 1);
+}
+
+TEST_F(ProcessesTest, WhatIsAnsweredWhileACallerWaitsIsNotForgotten) {
+  Asked &asked = open(folder.pdf({test::pageWith("quick"), test::slowPage()}));
+  asked.ask(WordsRequest{0});
+  asked.ask(imageOf(1));
+  ASSERT_TRUE(asked.service->await(asked.tickets[2], Time::max()));
+  ASSERT_TRUE(answers(asked, 2));
+  EXPECT_TRUE(std::holds_alternative<PageWords>(asked.answers[1].value));
+}
+
+TEST_F(ProcessesTest, SeveralProcessesShareTheirOrders) {
+  Processes three({.program = documentProgram(), .imageProcesses = 3});
+  const auto file = folder.pdf({test::endlessPage(), test::endlessPage(), test::pageWith("quick")});
+  Asked asked{std::make_shared<Service>(file, three.backend(file))};
+  asked.ask(OpenRequest{file, ""});
+  ASSERT_TRUE(asked.service->await(asked.tickets[0], Time::max()));
+  for (int32_t page = 0; page < 3; ++page)
+    asked.ask(imageOf(page));
+  ASSERT_TRUE(asked.service->await(asked.tickets[3], Time::max()));
+  EXPECT_EQ(std::get<PageImage>(asked.answers.back().value).page, 2);
+  EXPECT_TRUE(asked.tickets[1].underWay() && asked.tickets[2].underWay());
 }
 
 TEST_F(ProcessesTest, AProcessThatDiesWithNothingToDoIsNotMissed) {

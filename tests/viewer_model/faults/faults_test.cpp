@@ -76,7 +76,7 @@ private:
       return false;
     }
   }
-  // As the window does it: takes over the threads' results, and tries a failed drawing again.
+  // As the window does it: takes over what has been answered, and tries a failed drawing again.
   bool until(const std::function<bool()> &done) {
     return test::until(session_->descriptor(), [&] {
       tries([this] { session_->arrivals.collect(); });
@@ -168,12 +168,12 @@ TEST_P(Faults, LoseNothingAndDoNothingTwice) {
     const std::string lines = testing::internal::GetCapturedStderr();
     ASSERT_FALSE(HasFailure()) << "allocation " << n << "\n" << lines;
     if (FailingNew::failed()) continue;
-    EXPECT_GT(n, 20U);
+    EXPECT_GT(n, GetParam() == FailingNew::owner ? 20U : 1U);
     break;
   }
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Faults, testing::Values(FailingNew::owner, FailingNew::others),
-                         [](const auto &of) { return of.param == FailingNew::owner ? "TheOwner" : "TheThreads"; });
+                         [](const auto &of) { return of.param == FailingNew::owner ? "TheOwner" : "TheThreadThatOpensFiles"; });
 
 } // namespace

@@ -16,7 +16,7 @@ int32_t pageOf(const Request &request) noexcept {
   if (const auto *image = std::get_if<ImageRequest>(&request)) return image->page;
   if (const auto *matches = std::get_if<MatchesRequest>(&request)) return matches->page;
   if (const auto *structure = std::get_if<PageStructureRequest>(&request)) return structure->page;
-  return -1;
+  return -1 - static_cast<int32_t>(request.index());
 }
 
 void OrderQueue::insert(Orders &order) noexcept {

@@ -42,9 +42,9 @@ gboolean append(const char *part, gsize size, void *attached, GError ** /*error*
     else
       state = Attached::tooLarge;
   } catch (const std::bad_alloc &) { // not through the library
-    state = Attached::tooLarge;
+    state = Attached::noMemory;
   }
-  return state != Attached::tooLarge;
+  return state == Attached::complete;
 }
 
 } // namespace

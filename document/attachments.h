@@ -18,7 +18,7 @@ std::vector<host::Attachment> attachmentsOf(PopplerDocument &pdf, Details &detai
 
 /// The bytes of one.
 struct Attached {
-  enum State { complete, missing, damaged, tooLarge };
+  enum State { complete, missing, damaged, tooLarge, noMemory };
   State state = missing;
   std::string bytes = {}; ///< if it is complete
 };

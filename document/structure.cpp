@@ -4,6 +4,7 @@
 
 #include <iconv.h>
 
+#include <new>
 #include <utility>
 
 #include "document/attachments.h"
@@ -76,6 +77,7 @@ public:
   Value operator()(const host::AttachmentRequest &asked) {
     const std::string number = std::to_string(int64_t{asked.index} + 1);
     const Attached attached = attachedFile(*pdf_, asked.index);
+    if (attached.state == Attached::noMemory) throw std::bad_alloc();
     if (attached.state == Attached::missing) fail(tavrel::errBadArgument, name_, "no attached file " + number);
     if (attached.state == Attached::tooLarge)
       fail(tavrel::errDocument, name_,
@@ -104,7 +106,8 @@ private:
 
 void StructureReader::prepareLibraries() {
   silenceLibraries();
-  iconv_open("ISO-8859-1", "UTF-8"); // for passwords: a module, which stays loaded while it is in use
+  // For passwords: a module, which stays loaded while it is in use.
+  [[maybe_unused]] static const iconv_t s_loaded = iconv_open("ISO-8859-1", "UTF-8");
 }
 
 StructureReader::StructureReader(host::Descriptor file, std::filesystem::path name, std::string password)

@@ -83,9 +83,9 @@ struct Fits {
              return !one.boxes.empty() && areBoxes(one.boxes);
            });
   }
-  bool operator()(const StructureRequest &asked, const Structure &got) const { return isStructure(got, asked.pages); }
+  bool operator()(const StructureRequest &asked, const Structure &got) const { return isValid(got, asked.pages); }
   bool operator()(const PageStructureRequest &asked, const PageStructure &got) const {
-    return got.page == asked.page && isPageStructure(got, asked.pages);
+    return got.page == asked.page && isValid(got, asked.pages);
   }
   bool operator()(const AttachmentRequest &asked, const AttachedFile &got) const {
     return got.index == asked.index && got.bytes.size() <= most::attachedFile;

@@ -42,9 +42,9 @@ bool isMetadata(const Metadata &data) {
 bool isOutline(const std::vector<OutlineEntry> &outline, int32_t pages) {
   int32_t deepest = 0; // that the next entry may be
   return outline.size() <= most::outline && std::all_of(outline.begin(), outline.end(), [&](const OutlineEntry &entry) {
-           const bool follows = entry.depth >= 0 && entry.depth <= deepest && entry.depth < most::depth;
+           if (entry.depth < 0 || entry.depth > deepest || entry.depth >= most::depth) return false;
            deepest = entry.depth + 1;
-           return follows && isShortLine(entry.title) && isTarget(entry.target, pages);
+           return isShortLine(entry.title) && isTarget(entry.target, pages);
          });
 }
 
@@ -69,13 +69,13 @@ template <typename T, typename Is> bool areAll(const std::vector<T> &list, size_
 
 } // namespace
 
-bool isStructure(const Structure &structure, int32_t pages) {
+bool isValid(const Structure &structure, int32_t pages) {
   const bool areLabels = structure.labels.empty() || structure.labels.size() == static_cast<size_t>(pages);
   return isMetadata(structure.metadata) && areLabels && areAll(structure.labels, SIZE_MAX, isShortLine) &&
          isOutline(structure.outline, pages) && areAll(structure.attachments, most::attachments, isAttachment);
 }
 
-bool isPageStructure(const PageStructure &structure, int32_t pages) {
+bool isValid(const PageStructure &structure, int32_t pages) {
   const auto isLink = [=](const Link &link) { return isArea(link.area) && isTarget(link.target, pages); };
   return areAll(structure.links, most::onPage, isLink) && areAll(structure.fields, most::onPage, isField) &&
          areAll(structure.annotations, most::onPage, isAnnotation);

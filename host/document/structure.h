@@ -133,8 +133,8 @@ inline constexpr size_t attachedFile = 48 << 20;      ///< bytes
 } // namespace most
 
 /// Whether it is all as described here; `pages` is the document's number of pages.
-bool isStructure(const Structure &structure, int32_t pages);
-bool isPageStructure(const PageStructure &structure, int32_t pages);
+bool isValid(const Structure &structure, int32_t pages);
+bool isValid(const PageStructure &structure, int32_t pages);
 
 /// Whether a number of points or a zoom can be computed with.
 bool isUsablePosition(double points);

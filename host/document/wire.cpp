@@ -12,6 +12,9 @@
 #include <type_traits>
 
 namespace host {
+
+static_assert(most::attachedFile < mostContent && most::text < mostContent);
+
 namespace {
 
 // The members of each structure.

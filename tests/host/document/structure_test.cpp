@@ -46,7 +46,7 @@ class Structures : public testing::TestWithParam<Case> {};
 TEST_P(Structures, AreCheckedBeforeTheyAreTaken) {
   Structure made = structure();
   GetParam().change(made);
-  EXPECT_EQ(isStructure(made, pages), GetParam().isTaken);
+  EXPECT_EQ(isValid(made, pages), GetParam().isTaken);
 }
 
 Case ofTarget(const char *name, bool isTaken, const Target &target) {
@@ -72,6 +72,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"AnEntryOfTwoLines", false, [](Structure &made) { made.outline[3].title = "a\nb"; }},
         Case{"AFirstEntryBelowNothing", false, [](Structure &made) { made.outline[0].depth = 1; }},
         Case{"AnEntryTwoLevelsDown", false, [](Structure &made) { made.outline[3].depth = 4; }},
+        Case{"AnEntryAsDeepAsANumberCanBe", false, [](Structure &made) { made.outline[3].depth = INT32_MAX; }},
         Case{"AnEntryOneLevelDown", true, [](Structure &made) { made.outline[3].depth = 3; }},
         Case{"AnEntryAboveAll", false, [](Structure &made) { made.outline[3].depth = -1; }},
         Case{"TheDeepestOutline", true,
@@ -136,7 +137,7 @@ class PageStructures : public testing::TestWithParam<PageCase> {};
 TEST_P(PageStructures, AreCheckedBeforeTheyAreTaken) {
   PageStructure made = pageStructure();
   GetParam().change(made);
-  EXPECT_EQ(isPageStructure(made, pages), GetParam().isTaken);
+  EXPECT_EQ(isValid(made, pages), GetParam().isTaken);
 }
 
 INSTANTIATE_TEST_SUITE_P(

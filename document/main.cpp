@@ -8,9 +8,9 @@
 #include <memory>
 #include <string>
 
+#include "document/answering.h"
 #include "document/serving.h"
 #include "document/structure.h"
-#include "host/document/answering.h"
 #include "host/document/sharedpixels.h"
 
 namespace {
@@ -22,11 +22,11 @@ public:
       name_ = open->file;
       structure_ =
           std::make_unique<document::StructureReader>(host::Descriptor(dup(passed.number())), name_, open->password);
-      return host::answerOpen(*open, std::move(passed), file_);
+      return document::answerOpen(*open, std::move(passed), file_);
     }
     if (file_ == nullptr) return {host::Failure{tavrel::errGeneric, false, "no document is open"}};
     if (document::StructureReader::answers(request)) return structure_->answer(request);
-    host::Answer answer = host::answerFrom(*file_, request, name_);
+    host::Answer answer = document::answerFrom(*file_, request, name_);
     if (const auto *image = std::get_if<host::ImageRequest>(&request)) share(answer, std::move(passed), *image);
     return answer;
   }
@@ -47,7 +47,7 @@ private:
   }
 
   std::filesystem::path name_;
-  std::unique_ptr<host::PdfFile> file_;
+  std::unique_ptr<document::PdfFile> file_;
   std::unique_ptr<document::StructureReader> structure_;
 };
 
@@ -55,7 +55,7 @@ private:
 
 int main(int argc, char **argv) {
   // While files can still be opened.
-  host::PdfFile::prepareLibrary();
+  document::PdfFile::prepareLibrary();
   document::StructureReader::prepareLibraries();
   Reader reader;
   return document::serve(argc, argv, [&](const host::Request &request, host::Descriptor passed) {

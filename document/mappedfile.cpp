@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <system_error>
 
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 
 namespace document {
 

@@ -7,6 +7,7 @@
 #include <new>
 #include <utility>
 
+#include "document/answering.h"
 #include "document/attachments.h"
 #include "document/details.h"
 #include "document/documentstructure.h"
@@ -14,8 +15,7 @@
 #include "document/mappedfile.h"
 #include "document/owned.h"
 #include "document/pagestructure.h"
-#include "host/document/answering.h"
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 
 namespace document {
 namespace {
@@ -127,7 +127,7 @@ host::Answer StructureReader::answer(const host::Request &request) noexcept {
     if (pdf_ == nullptr) pdf_ = std::make_unique<Pdf>(file_, name_, password_);
     answer.value = std::visit(*pdf_, request);
   } catch (const std::exception &) {
-    answer.value = host::caughtFailure(name_);
+    answer.value = caughtFailure(name_);
   }
   return answer;
 }

@@ -6,7 +6,7 @@ add_test(NAME documents COMMAND ${CMAKE_CURRENT_SOURCE_DIR}/documents/make.sh ${
 set_tests_properties(documents PROPERTIES FIXTURES_SETUP documents)
 
 tavrel_test(NAME end_to_end_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/end_to_end/*.cpp
-            LIBRARIES tools test_support PNG::PNG PROPERTIES FIXTURES_REQUIRED documents)
+            LIBRARIES tools document_pdf test_support PNG::PNG PROPERTIES FIXTURES_REQUIRED documents)
 target_compile_definitions(end_to_end_test PRIVATE TEST_DOCUMENTS="${test_documents}"
                                                    TAVREL="$<TARGET_FILE:tavrel>"
                                                    TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>"

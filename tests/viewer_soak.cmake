@@ -6,7 +6,7 @@ if(TAVREL_SANITIZE)
   return()
 endif()
 tavrel_test(NAME viewer_soak_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/viewer_soak/*.cpp
-            LIBRARIES viewer_window tools test_support X11::Xt X11::X11 XRes
+            LIBRARIES viewer_window tools document_pdf test_support X11::Xt X11::X11 XRes
             PROPERTIES ENVIRONMENT GLIBC_TUNABLES=glibc.malloc.tcache_count=0)
 target_compile_definitions(viewer_soak_test PRIVATE TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>")
 add_dependencies(viewer_soak_test TavrelGLT BRZ HitPages HitSteps)

@@ -16,7 +16,7 @@ namespace tools {
 
 template <typename Made> class PagesAhead {
 public:
-  using Make = std::function<Made(host::PdfFile &file, int32_t page)>;
+  using Make = std::function<Made(document::PdfFile &file, int32_t page)>;
 
   /// How far ahead pages are made. Each result has a weight. The results that are not taken yet weigh at most `weight`
   /// together, except that one of any weight is allowed.
@@ -28,7 +28,7 @@ public:
 
   /// `make` is called on the workers' threads with their files. It is called on the caller's thread with `own` for a
   /// page out of order, and for every page if there are no workers. All arguments outlive this object.
-  PagesAhead(host::PdfFile &own, Workers &workers, Make make, Reach reach)
+  PagesAhead(document::PdfFile &own, Workers &workers, Make make, Reach reach)
       : own_(own), workers_(workers), make_(std::move(make)), reach_(std::move(reach)) {}
 
   /// The result for a page; pages are taken in order. Throws the exception that `make` threw.
@@ -61,7 +61,7 @@ private:
       const double weight = reach_.weightOf(next_);
       if (!ahead_.empty() && weight_ + weight > reach_.weight) return;
       ahead_.push_back(
-          {next_, weight, workers_.order([make = make_, page = next_](host::PdfFile *file) -> std::optional<Made> {
+          {next_, weight, workers_.order([make = make_, page = next_](document::PdfFile *file) -> std::optional<Made> {
              if (file == nullptr) return std::nullopt;
              return make(*file, page);
            })});
@@ -69,7 +69,7 @@ private:
     }
   }
 
-  host::PdfFile &own_;
+  document::PdfFile &own_;
   Workers &workers_;
   Make make_;
   Reach reach_;

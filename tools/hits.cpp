@@ -16,7 +16,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "host/document/pdf.h"
+#include "document/pdf.h"
 #include "tools/ahead.h"
 #include "tools/damage.h"
 #include "tools/exit.h"
@@ -125,13 +125,13 @@ struct Found {
 
 Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err) {
   constexpr size_t pagesAhead = 64; // hits have no weight
-  const std::unique_ptr<host::PdfFile> file =
-      host::PdfFile::open(options.document, options.password, host::PdfFile::Reading::inMemory);
+  const std::unique_ptr<document::PdfFile> file =
+      document::PdfFile::open(options.document, options.password, document::PdfFile::Reading::inMemory);
   Found found;
   found.pageCount = file->pageCount();
   Workers workers(*file, Workers::worthHaving(found.pageCount));
   PagesAhead<std::vector<Hit>> ahead(
-      *file, workers, [&phrase](host::PdfFile &own, int32_t page) { return phrase.find(own.text(page)); },
+      *file, workers, [&phrase](document::PdfFile &own, int32_t page) { return phrase.find(own.text(page)); },
       {pagesAhead});
   PageCounter counter(options.progress, err);
   for (int32_t page = 0; page < found.pageCount; ++page) {

@@ -37,7 +37,7 @@ void PageWriter::write(host::Drawing &&drawing, std::string status) {
   }
   const auto pixels = static_cast<double>(drawing.image.pixels.size());
   waiting_.push_back({std::move(page), pixels,
-                      workers_->order([image = std::move(drawing.image), dpi = dpi_](host::PdfFile * /*file*/) {
+                      workers_->order([image = std::move(drawing.image), dpi = dpi_](document::PdfFile * /*file*/) {
                         return pngOf(image, dpi);
                       })});
   pixelsWaiting_ += pixels;

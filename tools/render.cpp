@@ -11,6 +11,7 @@
 #include <cstring>
 #include <memory>
 
+#include "document/here.h"
 #include "host/kernel/loader.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
@@ -72,14 +73,14 @@ ExitStatus statusOf(const host::HostError &error) {
 // Makes a view take its pages from those rendered ahead, until this object is destroyed.
 class RenderedAhead {
 public:
-  RenderedAhead(host::PageView &view, host::PdfFile &file, Workers &workers) : view_(view) {
+  RenderedAhead(host::PageView &view, document::PdfFile &file, Workers &workers) : view_(view) {
     const double dpi = view.dpi();
     const auto pixelsOf = [&file, dpi](int32_t page) {
       const host::PageSize size = file.pageSize(page);
       return size.width * size.height * dpi * dpi / (pointsPerInch * pointsPerInch);
     };
     images_.emplace(
-        file, workers, [dpi](host::PdfFile &own, int32_t page) { return own.render(page, dpi); },
+        file, workers, [dpi](document::PdfFile &own, int32_t page) { return own.render(page, dpi); },
         PagesAhead<host::Image>::Reach{2 * workers.threads(), mostPixelsWaiting, pixelsOf});
     view.setSource([this, &file, dpi](int32_t page, double wanted) {
       shown_ = {}; // frees the image before the next one is taken
@@ -99,7 +100,7 @@ private:
 };
 
 // All pages, on all processors: other threads render and encode, plug-ins paint on this thread, in page order.
-void walkAll(Viewer &viewer, host::PdfFile &file, host::ViewerDocument &document, PageWriter &writer,
+void walkAll(Viewer &viewer, document::PdfFile &file, host::ViewerDocument &document, PageWriter &writer,
              const PageSink &sink) {
   Workers workers(file, Workers::worthHaving(file.pageCount()));
   if (workers.threads() == 0) return walkAllPages(viewer.app, document, sink);
@@ -117,7 +118,7 @@ void walkAll(Viewer &viewer, host::PdfFile &file, host::ViewerDocument &document
 /// The fewest bytes of a highlight file that name a page: <loc pg=1 pos=1>
 constexpr size_t bytesOfAPage = 16;
 
-DamagedPages walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &file, host::ViewerDocument &document,
+DamagedPages walk(Viewer &viewer, const RenderOptions &options, document::PdfFile &file, host::ViewerDocument &document,
                   size_t bytes, PageWriter &writer) {
   const bool all = options.pages == "all";
   DamagedPages damaged;
@@ -142,10 +143,11 @@ DamagedPages walk(Viewer &viewer, const RenderOptions &options, host::PdfFile &f
 ExitStatus renderPages(const RenderOptions &options) {
   Display display; // starts while the files are read
   const std::string bytes = readHits(options.hits, options.hitsLimit);
-  const auto reading = options.pages == "all" ? host::PdfFile::Reading::inMemory : host::PdfFile::Reading::asNeeded;
-  std::unique_ptr<host::PdfFile> opened = host::PdfFile::open(options.document, options.password, reading);
-  host::PdfFile &file = *opened;
-  std::unique_ptr<host::Document> model = host::Document::of(std::move(opened));
+  const auto reading =
+      options.pages == "all" ? document::PdfFile::Reading::inMemory : document::PdfFile::Reading::asNeeded;
+  std::unique_ptr<document::PdfFile> opened = document::PdfFile::open(options.document, options.password, reading);
+  document::PdfFile &file = *opened;
+  std::unique_ptr<host::Document> model = document::documentOf(std::move(opened));
   display.await();
 
   Viewer viewer;

@@ -13,7 +13,7 @@
 #include <memory>
 #include <regex>
 
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 #include "plugins/BRZ/content.h"
 #include "plugins/BRZ/parameters.h"
 #include "tools/exit.h"

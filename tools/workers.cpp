@@ -10,7 +10,7 @@
 
 namespace tools {
 
-Workers::Workers(const host::PdfFile &file, size_t threads) : file_(file) {
+Workers::Workers(const document::PdfFile &file, size_t threads) : file_(file) {
   threads_.reserve(threads);
   try {
     while (threads_.size() < threads)
@@ -48,7 +48,7 @@ void Workers::add(Task task) {
 }
 
 void Workers::run() {
-  const std::unique_ptr<host::PdfFile> file = file_.again();
+  const std::unique_ptr<document::PdfFile> file = file_.again();
   std::unique_lock lock(mutex_);
   while (true) {
     work_.wait(lock, [this] { return ends_ || !tasks_.empty(); });

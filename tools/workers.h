@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/document/pdf.h"
+#include "document/pdf.h"
 
 namespace tools {
 
@@ -21,7 +21,7 @@ class Workers {
 public:
   /// Starts so many threads, or fewer if the system allows no more; each opens the file separately. `file` outlives
   /// this object.
-  Workers(const host::PdfFile &file, size_t threads);
+  Workers(const document::PdfFile &file, size_t threads);
   ~Workers(); ///< drops tasks that have not started, waits for those that have
   Workers(const Workers &) = delete;
   Workers &operator=(const Workers &) = delete;
@@ -35,18 +35,18 @@ public:
   /// Runs the work on a thread. Work is started in the order of the calls. It gets the thread's file, null if the
   /// thread could not open it; its result or exception is in the future.
   template <typename Work> auto order(Work work) {
-    std::packaged_task<std::invoke_result_t<Work &, host::PdfFile *>(host::PdfFile *)> task(std::move(work));
+    std::packaged_task<std::invoke_result_t<Work &, document::PdfFile *>(document::PdfFile *)> task(std::move(work));
     auto result = task.get_future();
-    add(Task([task = std::move(task)](host::PdfFile *file) mutable { task(file); }));
+    add(Task([task = std::move(task)](document::PdfFile *file) mutable { task(file); }));
     return result;
   }
 
 private:
-  using Task = std::packaged_task<void(host::PdfFile *)>;
+  using Task = std::packaged_task<void(document::PdfFile *)>;
   void add(Task task);
   void run();
 
-  const host::PdfFile &file_;
+  const document::PdfFile &file_;
   std::mutex mutex_; ///< protects the two members below
   std::deque<Task> tasks_;
   bool ends_ = false;

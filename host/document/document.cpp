@@ -6,7 +6,6 @@
 
 #include <utility>
 
-#include "host/document/answering.h"
 #include "host/document/select.h"
 #include "host/document/service.h"
 #include "host/document/sizes.h"
@@ -78,17 +77,6 @@ private:
 int32_t checkedPage(int32_t page, int32_t pageCount) {
   if (page >= 0 && page < pageCount) return page;
   throw HostError(tavrel::errBadPage, "no page " + std::to_string(int64_t{page} + 1) + " in the document");
-}
-
-std::unique_ptr<Document> Document::open(const std::filesystem::path &file, const std::string &password) {
-  return of(PdfFile::open(file, password));
-}
-
-std::unique_ptr<Document> Document::of(std::unique_ptr<PdfFile> file) {
-  const Opened opened{file->pageCount(), {}};
-  const std::filesystem::path name = file->file();
-  return std::make_unique<ServedDocument>(std::make_shared<Service>(name, answeringAtOnce(std::move(file))), opened,
-                                          Limit());
 }
 
 std::unique_ptr<Document> Document::of(const DocumentSource &source, const Opened &opened) {

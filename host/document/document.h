@@ -9,13 +9,14 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
 
+#include "host/document/documenterror.h"
 #include "host/document/image.h"
 #include "host/document/page.h"
-#include "host/document/pdf.h"
 #include "host/kernel/handles.h"
 #include "tavrel/types.h"
 
@@ -57,17 +58,14 @@ struct Opened;
 /// Where a document comes from that is answered for elsewhere.
 struct DocumentSource {
   std::shared_ptr<Service> service;
-  std::chrono::milliseconds limit; ///< how long a caller waits for an answer
+  std::optional<std::chrono::milliseconds> limit =
+      {}; ///< how long a caller waits for an answer; none: until it is there
 };
 
 class Document {
 public:
-  /// Opens a PDF. Throws DocumentError with one clear line that names the file.
-  static std::unique_ptr<Document> open(const std::filesystem::path &file, const std::string &password);
-  /// The same from a file that was opened before, perhaps on another thread.
-  static std::unique_ptr<Document> of(std::unique_ptr<PdfFile> file);
-  /// The same from a service that has opened the file. What is not there within the limit throws DocumentError, or is a
-  /// letter page where it is a page's size. Until the answer comes, further callers wait no more; then it is kept for
+  /// The document of a service that has opened the file. What is not there within the limit throws DocumentError, or is
+  /// a letter page where it is a page's size. Until the answer comes, further callers wait no more; then it is kept for
   /// them.
   static std::unique_ptr<Document> of(const DocumentSource &source, const Opened &opened);
   virtual ~Document();

@@ -8,15 +8,14 @@
 #include <algorithm>
 #include <new>
 
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 
 namespace host {
 namespace {
 
 bool areSizes(const std::vector<PageSize> &sizes) {
   return std::all_of(sizes.begin(), sizes.end(), [](const PageSize &size) {
-    return size.width >= 1 && size.height >= 1 && size.width <= PdfFile::longestPage &&
-           size.height <= PdfFile::longestPage;
+    return size.width >= 1 && size.height >= 1 && size.width <= longestPage && size.height <= longestPage;
   });
 }
 

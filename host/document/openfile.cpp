@@ -8,7 +8,7 @@
 #include <system_error>
 #include <tuple>
 
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 
 namespace host {
 namespace {

@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "host/document/boxes.h"
+#include "host/document/linebox.h"
 
 namespace host {
 namespace {

@@ -7,7 +7,7 @@
 #include <atomic>
 #include <utility>
 
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 
 namespace host {
 

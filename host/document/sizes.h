@@ -10,7 +10,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/document/answering.h"
+#include "host/document/documenterror.h"
+#include "host/document/messages.h"
 #include "host/document/service.h"
 
 namespace host {

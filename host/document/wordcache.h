@@ -8,7 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 #include "host/document/sizes.h"
 
 namespace host {

@@ -9,7 +9,7 @@
 #include <new>
 #include <utility>
 
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 #include "host/document/wire.h"
 
 namespace host {

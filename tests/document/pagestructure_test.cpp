@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The links, forms and annotations of a page: where they are, and what they say.
 #include "StructureTest.h"
-#include "host/document/pdf.h"
+#include "document/pdf.h"
 
 namespace document {
 namespace {
@@ -46,7 +46,7 @@ struct TurnedPages : StructureTest, testing::WithParamInterface<Turned> {
     return page;
   }
   // As the word says.
-  host::Box wordArea() const { return host::PdfFile::open(file, "")->text(0).words.at(0).bounds; }
+  host::Box wordArea() const { return PdfFile::open(file, "")->text(0).words.at(0).bounds; }
   // An area that is that of the word but for the height of the font's letters.
   void expectWordArea(const host::Box &area) const {
     const host::Box word = wordArea();

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <filesystem>
 
-#include "host/document/document.h"
+#include "document/here.h"
 #include "tests/end_to_end/oracle.h"
 
 namespace {
@@ -102,7 +102,7 @@ TEST_P(Marks, CoverEveryHitAndNothingElse) {
                                    std::to_string(wanted.dpi) + " --out " + out + passwordOption());
   ASSERT_EQ(render.status, 0) << render.output;
 
-  const auto reference = host::Document::open(document(), wanted.password);
+  const auto reference = document::openedHere(document(), wanted.password);
   const std::vector<std::vector<OracleWord>> words = oracleWords(document(), wanted.password);
   ASSERT_EQ(words.size(), static_cast<size_t>(reference->pageCount()));
   int pagesWithHits = 0;

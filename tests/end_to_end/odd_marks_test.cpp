@@ -9,7 +9,7 @@
 #include <cmath>
 #include <filesystem>
 
-#include "host/document/document.h"
+#include "document/here.h"
 #include "support/pdf.h"
 #include "tests/end_to_end/oracle.h"
 
@@ -70,7 +70,7 @@ class Vertical : public OddMarks, public testing::WithParamInterface<const char 
 
 TEST_P(Vertical, WordsAreMarkedWhereTheirInkIs) {
   const fs::path document = fs::path(TEST_DOCUMENTS) / GetParam();
-  const auto reference = host::Document::open(document, "");
+  const auto reference = document::openedHere(document, "");
   struct Word {
     int page;
     const char *text;
@@ -109,7 +109,7 @@ TEST_F(OddMarks, AFontWithoutWidthsIsMarkedVisibly) {
   const CommandResult rendered = mark(document, "wmx");
   ASSERT_EQ(rendered.status, 0) << rendered.output;
   EXPECT_THAT(rendered.output, HasSubstr("1 page marked, 1 hit"));
-  const Area marks = changed(marked(0), host::Document::open(document, "")->render(0, dpi));
+  const Area marks = changed(marked(0), document::openedHere(document, "")->render(0, dpi));
   EXPECT_GE(marks.right - marks.left, 10);
   EXPECT_GE(marks.bottom - marks.top, 10);
 }
@@ -170,7 +170,7 @@ class OnBackground : public OddMarks, public testing::WithParamInterface<Backgro
 TEST_P(OnBackground, ReadableTextStaysReadableAndTheMarkIsVisible) {
   const fs::path document =
       folder.pdf({{.texts = {{.x = 60, .y = 310, .text = "readable", .size = 24}}, .drawing = GetParam().drawing}});
-  const auto reference = host::Document::open(document, "");
+  const auto reference = document::openedHere(document, "");
   const host::Image before = reference->render(0, dpi);
   for (const char *const color : {"FF0000", "FFFF00", "00FF00", "0000FF"}) {
     SCOPED_TRACE(color);

@@ -5,6 +5,7 @@
 
 #include <fstream>
 
+#include "document/here.h"
 #include "host/kernel/loader.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
@@ -58,7 +59,7 @@ TEST(Soak, DrawsAndRegistrationsLeakNothing) {
   plugins.load({TAVREL_PLUGINS});
 
   host::ViewerDocument &document =
-      app.open(host::Document::open(std::string(TEST_DOCUMENTS) + "/two-columns.pdf", ""), "two-columns.pdf", 10);
+      app.open(document::openedHere(std::string(TEST_DOCUMENTS) + "/two-columns.pdf", ""), "two-columns.pdf", 10);
   const tavrel::Atom type = runtime.atoms.atom("tavrelglt");
   const std::string files[] = {highlightFile("characters"), highlightFile("words")};
   size_t marks = 0;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "document/here.h"
 #include "host/kernel/loader.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
@@ -24,7 +25,7 @@ namespace test {
 /// A document of four pages, each "alpha beta gamma delta".
 inline std::unique_ptr<host::Document> fourPages(const ScratchFolder &scratch) {
   const PdfPage page = {.texts = {{20, 100, "alpha beta gamma delta"}}, .width = 200, .height = 200};
-  return host::Document::open(scratch.pdf({4, page}), "");
+  return document::openedHere(scratch.pdf({4, page}), "");
 }
 
 /// A host with the plug-ins of a directory.

@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "Plugins.h"
+#include "document/here.h"
 #include "viewer/model/pagewindow.h"
 
 namespace test {
@@ -99,7 +100,7 @@ constexpr tavrel::TextRange onLine(int line) { return {static_cast<uint16_t>(5 *
 /// Pages of lines in such a window.
 class StepsOnLines : public Steps {
 protected:
-  StepsOnLines() { openInWindow(host::Document::open(scratch.pdf({4, pageOfLines()}), ""), width, height); }
+  StepsOnLines() { openInWindow(document::openedHere(scratch.pdf({4, pageOfLines()}), ""), width, height); }
 
   /// Hits on these lines of these pages.
   static HLL *hitsOn(const std::vector<int32_t> &pages, const std::vector<int> &onLines) {

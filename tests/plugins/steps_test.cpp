@@ -303,7 +303,7 @@ TEST_F(StepsTest, FollowTheListsOrder) {
 
 TEST_F(StepsTest, JumpOnceForEachPage) {
   for (const int32_t mode : {GLT_VIEW_ALL, GLT_VIEW_NONE}) {
-    openInWindow(host::Document::open(scratch.pdf({4, pageOfLines()}), ""), width, height);
+    openInWindow(document::openedHere(scratch.pdf({4, pageOfLines()}), ""), width, height);
     HLL *list = hitsOn({0, 1, 2}, {0, 1});
     TavrelGLT::GLT_RegisterHLL(doc, list, GLT_CHARACTER_OFFSETS, noteJump, nullptr, 1, nullptr);
     TavrelGLT::GLT_DeleteHLL(list);
@@ -369,7 +369,7 @@ TEST_F(StepsTest, AreSeparateForEachDocument) {
   show(hitsOn({0}, {0, 1, 2}));
   host::ViewerDocument &first = *document;
   step(1);
-  openInWindow(host::Document::open(scratch.pdf({4, pageOfLines()}), ""), width, height);
+  openInWindow(document::openedHere(scratch.pdf({4, pageOfLines()}), ""), width, height);
   show(hitsOn({0}, {0, 1}));
   EXPECT_EQ(app.statusText(), "hit 1 of 2, page 1 of 1");
   app.bringToFront(first);
@@ -391,7 +391,7 @@ TEST_F(StepsTest, PassAHitThatCoversNothing) {
 TEST_F(StepsTest, LeaveADamagedPageByOneStep) {
   test::PdfPage damaged = pageOfLines();
   damaged.cropBox = "10 10 10 10";
-  openInWindow(host::Document::open(scratch.pdf({pageOfLines(), damaged, pageOfLines()}), ""), width, height);
+  openInWindow(document::openedHere(scratch.pdf({pageOfLines(), damaged, pageOfLines()}), ""), width, height);
   show(hitsOn({0, 1, 2}, {0, 8}));
   step(1);
   EXPECT_TRUE(press(1));
@@ -409,7 +409,7 @@ TEST_F(StepsTest, LeaveADamagedPageByOneStep) {
 TEST_F(StepsTest, EndOnADamagedLastPage) {
   test::PdfPage damaged = pageOfLines();
   damaged.cropBox = "10 10 10 10";
-  openInWindow(host::Document::open(scratch.pdf({pageOfLines(), damaged}), ""), width, height);
+  openInWindow(document::openedHere(scratch.pdf({pageOfLines(), damaged}), ""), width, height);
   show(hitsOn({0, 1}, {0, 8}));
   step(1);
   int presses = 0;
@@ -422,7 +422,7 @@ TEST_F(StepsTest, EndOnADamagedLastPage) {
 TEST_F(StepsTest, BeginAtTheFirstHitThatTheDocumentIsOpenedWith) {
   scratch.write("hits.xml", "<XML>\n<Body Units=characters mode=active>\n<highlights>\n<loc pg=1 pos=40 len=4>\n"
                             "<loc pg=1 pos=0 len=4>\n</highlights>\n</Body>\n</XML>\n");
-  openInWindow(host::Document::open(scratch.pdf({4, pageOfLines()}), ""), width, height, viewer::Fit::none,
+  openInWindow(document::openedHere(scratch.pdf({4, pageOfLines()}), ""), width, height, viewer::Fit::none,
                "xml=hits.xml");
   EXPECT_TRUE(isVisible(1, 8)) << "the first one of the list is the last one on the page";
   expectOutlined(8);
@@ -432,7 +432,7 @@ TEST_F(StepsTest, BeginAtTheFirstHitThatTheDocumentIsOpenedWith) {
 TEST_F(StepsTest, BeginAtTheFirstHitOfAListOfWordsThatTheDocumentIsOpenedWith) {
   scratch.write("hits.xml", "<XML>\n<Body Units=words mode=active>\n<highlights>\n<loc pg=1 pos=8 len=1>\n"
                             "<loc pg=1 pos=9 len=1>\n</highlights>\n</Body>\n</XML>\n");
-  openInWindow(host::Document::open(scratch.pdf({4, pageOfLines()}), ""), width, height, viewer::Fit::none,
+  openInWindow(document::openedHere(scratch.pdf({4, pageOfLines()}), ""), width, height, viewer::Fit::none,
                "xml=hits.xml");
   draw();
   EXPECT_TRUE(isVisible(1, 8));

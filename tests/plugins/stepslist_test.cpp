@@ -26,7 +26,7 @@ TEST_F(StepsList, HasEveryHitWithItsLine) {
 TEST_F(StepsList, ShowsWhatIsNearTheHitInALongLine) {
   const std::string numbers = "one two three four five six seven eight nine ten";
   const test::PdfPage wide{.texts = {{20, 100, numbers + " " + numbers}}, .width = 800};
-  openInWindow(host::Document::open(scratch.pdf({wide}), ""), width, height);
+  openInWindow(document::openedHere(scratch.pdf({wide}), ""), width, height);
   HLL *hits = TavrelGLT::GLT_NewHLL(nullptr);
   for (const uint16_t pos : {uint16_t{4}, uint16_t{34}, uint16_t{94}})
     TavrelGLT::HLL_AddHL(hits, 0, pos, 3);
@@ -42,7 +42,7 @@ std::string marked(const host::ListText &row) { return row.text.substr(row.markS
 TEST_F(StepsList, EmphasisesTheWordsOfTheHit) {
   const test::PdfPage wide{.texts = {{20, 100, "one two three four five six seven eight nine ten"}, {20, 60, "eleven"}},
                            .width = 400};
-  openInWindow(host::Document::open(scratch.pdf({wide}), ""), width, height);
+  openInWindow(document::openedHere(scratch.pdf({wide}), ""), width, height);
   HLL *hits = TavrelGLT::GLT_NewHLL(nullptr);
   constexpr TextRange ranges[] = {{0, 3}, {4, 9}, {9, 3}, {34, 5}, {45, 8}, {49, 6}};
   for (const TextRange &range : ranges)
@@ -55,7 +55,7 @@ TEST_F(StepsList, EmphasisesTheWordsOfTheHit) {
 
 TEST_F(StepsList, EmphasisesTheWordBeforeASpaceAtTheEndOfTheHit) {
   const test::PdfPage wide{.texts = {{20, 100, "one two three"}, {20, 60, "four"}}, .width = 400};
-  openInWindow(host::Document::open(scratch.pdf({wide}), ""), width, height);
+  openInWindow(document::openedHere(scratch.pdf({wide}), ""), width, height);
   HLL *hits = TavrelGLT::GLT_NewHLL(nullptr);
   constexpr TextRange ranges[] = {{0, 4}, {2, 65535}, {4, 4}, {5, 4}};
   for (const TextRange &range : ranges)
@@ -116,7 +116,7 @@ TEST_F(StepsList, IsSetAgainOnlyForOtherHits) {
 TEST_F(StepsList, HasNoteOfAPageThatCannotBeRead) {
   test::PdfPage damaged = pageOfLines();
   damaged.cropBox = "10 10 10 10";
-  openInWindow(host::Document::open(scratch.pdf({pageOfLines(), damaged}), ""), width, height);
+  openInWindow(document::openedHere(scratch.pdf({pageOfLines(), damaged}), ""), width, height);
   show(hitsOn({0, 1}, {0}));
   EXPECT_EQ(row(1).text, "(this page cannot be read)");
   EXPECT_EQ(row(7).text, "");

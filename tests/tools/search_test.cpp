@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Finding phrases: whole words, folded, across line ends; and the range of a hit.
+#include "document/here.h"
 #include "tools/search.h"
 
 #include <gmock/gmock.h>
@@ -122,7 +123,7 @@ TEST(Search, BadUtf8IsRefused) { EXPECT_THROW(Phrase(std::vector<std::string>{"a
 
 TEST(SearchInDocument, PhraseMayCrossALineEnd) {
   const test::ScratchFolder folder;
-  const auto document = host::Document::open(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "This is open"},
+  const auto document = document::openedHere(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "This is open"},
                                                                     {.x = 50, .y = 488, .text = "source, free."}}}}),
                                              "");
   EXPECT_THAT(Phrase(std::vector<std::string>{"open source"}).find(document->pageText(0)),

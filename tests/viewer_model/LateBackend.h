@@ -7,7 +7,7 @@
 #include <memory>
 #include <utility>
 
-#include "host/document/answering.h"
+#include "document/here.h"
 
 namespace test {
 
@@ -47,8 +47,8 @@ private:
 inline std::shared_ptr<host::Service> lateService(const std::filesystem::path &file, LateBackend::IsLate isLate,
                                                   const bool &released) {
   return std::make_shared<host::Service>(
-      file,
-      std::make_unique<LateBackend>(host::answeringAtOnce(host::PdfFile::open(file, "")), std::move(isLate), released));
+      file, std::make_unique<LateBackend>(document::answeringAtOnce(document::PdfFile::open(file, "")),
+                                          std::move(isLate), released));
 }
 
 } // namespace test

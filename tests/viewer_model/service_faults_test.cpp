@@ -11,7 +11,7 @@
 #include <list>
 
 #include "TestDocuments.h"
-#include "host/document/answering.h"
+#include "document/here.h"
 #include "host/kernel/TestPlugin.h"
 #include "host/view/tables.h"
 #include "tavrel/DocModel.h"
@@ -129,7 +129,8 @@ public:
     app_.registerPageDraw({testPlugin_.callback(mark), nullptr, testPlugin_.id});
     session_.emplace(app_, [this](const std::filesystem::path &opened) {
       return std::make_shared<host::Service>(
-          opened, std::make_unique<FaultyBackend>(injection_, host::answeringAtOnce(host::PdfFile::open(opened, ""))));
+          opened,
+          std::make_unique<FaultyBackend>(injection_, document::answeringAtOnce(document::PdfFile::open(opened, ""))));
     });
     session_->moving.setWindow(40, 40, 0);
   }

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 #include "support/pdf.h"
 
 namespace viewer {

@@ -10,7 +10,7 @@
 #include <cstring>
 #include <utility>
 
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 #include "viewer/model/onelinetext.h"
 #include "viewer/model/target.h"
 

@@ -12,8 +12,8 @@
 #include <memory>
 #include <optional>
 
+#include "host/document/documenterror.h"
 #include "host/document/fold.h"
-#include "host/document/pdf.h"
 #include "viewer/model/onelinetext.h"
 
 namespace viewer {

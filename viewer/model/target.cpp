@@ -10,7 +10,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "host/document/pdf.h"
+#include "host/document/documenterror.h"
 
 namespace viewer {
 namespace {

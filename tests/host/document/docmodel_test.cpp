@@ -7,7 +7,7 @@
 
 #include <cmath>
 
-#include "host/document/document.h"
+#include "document/here.h"
 #include "host/kernel/runtime.h"
 #include "support/pdf.h"
 
@@ -44,7 +44,7 @@ class DocModelTest : public testing::Test {
 protected:
   // "alpha beta gamma" in reading order, "gamma" drawn first; and an empty page.
   DocModelTest()
-      : document(Document::open(
+      : document(document::openedHere(
             folder.pdf(
                 {{.texts = {{.x = 50, .y = 100, .text = "gamma"}, {.x = 50, .y = 500, .text = "alpha beta"}}}, {}}),
             "")),
@@ -154,7 +154,7 @@ TEST_F(DocModelTest, HandlesEndWithTheirDocument) {
 }
 
 TEST_F(DocModelTest, HandlesOfAnotherDocumentStay) {
-  const auto other = Document::open(folder.write("other.pdf", test::pdfOf({test::PdfPage{}})), "");
+  const auto other = document::openedHere(folder.write("other.pdf", test::pdfOf({test::PdfPage{}})), "");
   const ModelDoc otherModel = modelDocs().handle(other.get());
   const Page page = DocModel::DocOpenPage(otherModel, 0), closed = DocModel::DocOpenPage(model, 0);
   EXPECT_EQ(openObjects().pages, 2U);
@@ -194,9 +194,9 @@ TEST_F(DocModelTest, WordsInReadingOrderByPositionAndInTheFindersOrder) {
 }
 
 TEST_F(DocModelTest, WordsByPositionAreFromTheTopDownAndThenFromTheLeft) {
-  document = Document::open(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "high line"},
-                                                   {.x = 50, .y = 100, .text = "up", .upwards = true}}}}),
-                            "");
+  document = document::openedHere(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "high line"},
+                                                         {.x = 50, .y = 100, .text = "up", .upwards = true}}}}),
+                                  "");
   model = modelDocs().handle(document.get());
   Word *sorted = nullptr;
   int32_t count = 0;
@@ -206,7 +206,7 @@ TEST_F(DocModelTest, WordsByPositionAreFromTheTopDownAndThenFromTheLeft) {
 }
 
 TEST_F(DocModelTest, WordsAtOnePositionKeepTheirReadingOrder) {
-  document = Document::open(
+  document = document::openedHere(
       folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "one"}, {.x = 50, .y = 500, .text = "two"}}}}), "");
   model = modelDocs().handle(document.get());
   Word *sorted = nullptr;
@@ -355,7 +355,7 @@ TEST_F(DocModelTest, LineOfASelectionIsThatOfItsFirstWord) {
 
 TEST_F(DocModelTest, LineIsTruncatedBetweenCharacters) {
   document.reset();
-  document = Document::open(folder.pdf({{.texts = {{.x = 50, .y = 100, .text = "a\u00E4b"}}}}), "");
+  document = document::openedHere(folder.pdf({{.texts = {{.x = 50, .y = 100, .text = "a\u00E4b"}}}}), "");
   model = modelDocs().handle(document.get());
   const TextRange range = {0, 1};
   const Page page = DocModel::DocOpenPage(model, 0);

@@ -10,6 +10,7 @@
 #include <limits>
 #include <set>
 
+#include "document/here.h"
 #include "support/pdf.h"
 
 namespace host {
@@ -34,7 +35,7 @@ std::vector<std::u32string> textsOf(const PageText &page) {
 std::string refusal(const std::filesystem::path &file, DocumentError::Reason reason = DocumentError::unreadable,
                     const std::string &password = "") {
   try {
-    Document::open(file, password);
+    document::openedHere(file, password);
   } catch (const DocumentError &error) {
     EXPECT_EQ(error.reason, reason);
     EXPECT_EQ(error.code, tavrel::errDocument);
@@ -47,7 +48,7 @@ std::string refusal(const std::filesystem::path &file, DocumentError::Reason rea
 class DocumentTest : public testing::Test {
 protected:
   std::unique_ptr<Document> open(const std::vector<PdfPage> &pages, const test::ReadAs &readAs = {}) {
-    return Document::open(folder.pdf(pages, readAs), "");
+    return document::openedHere(folder.pdf(pages, readAs), "");
   }
 
   std::filesystem::path encrypted() {
@@ -88,7 +89,7 @@ TEST_F(DocumentTest, OtherFileIsNotAPdf) {
 
 TEST_F(DocumentTest, PdfWithoutItsFirstLineIsOpened) {
   const std::string complete = test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "kept"}}}});
-  const auto document = Document::open(folder.write("late.pdf", complete.substr(complete.find('\n') + 1)), "");
+  const auto document = document::openedHere(folder.write("late.pdf", complete.substr(complete.find('\n') + 1)), "");
   EXPECT_THAT(textsOf(document->pageText(0)), ElementsAre(U"kept"));
 }
 
@@ -105,7 +106,7 @@ TEST_F(DocumentTest, PdfTruncatedBeforeItsFirstPageIsDamaged) {
 TEST_F(DocumentTest, PdfWithoutItsLastLinesOpensWithWhatIsThere) {
   const std::string complete = test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "kept"}}}});
   const auto document =
-      Document::open(folder.write("truncated.pdf", complete.substr(0, complete.find("startxref"))), "");
+      document::openedHere(folder.write("truncated.pdf", complete.substr(0, complete.find("startxref"))), "");
   EXPECT_THAT(textsOf(document->pageText(0)), ElementsAre(U"kept"));
 }
 
@@ -149,7 +150,7 @@ TEST_F(DocumentTest, LibraryStaysSilentAboutDamage) {
   const std::string complete = test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "kept"}}}});
   const auto file = folder.write("truncated.pdf", complete.substr(0, complete.find("startxref")));
   testing::internal::CaptureStderr();
-  Document::open(file, "")->pageText(0);
+  document::openedHere(file, "")->pageText(0);
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
@@ -162,11 +163,11 @@ TEST_F(DocumentTest, EncryptedWithWrongPasswordIsRefused) {
 }
 
 TEST_F(DocumentTest, EncryptedOpensWithUsersPassword) {
-  EXPECT_THAT(textsOf(Document::open(encrypted(), "user")->pageText(0)), ElementsAre(U"secret"));
+  EXPECT_THAT(textsOf(document::openedHere(encrypted(), "user")->pageText(0)), ElementsAre(U"secret"));
 }
 
 TEST_F(DocumentTest, EncryptedOpensWithOwnersPassword) {
-  EXPECT_THAT(textsOf(Document::open(encrypted(), "owner")->pageText(0)), ElementsAre(U"secret"));
+  EXPECT_THAT(textsOf(document::openedHere(encrypted(), "owner")->pageText(0)), ElementsAre(U"secret"));
 }
 
 TEST_F(DocumentTest, IsAmongTheModelDocsUntilItCloses) {
@@ -257,11 +258,11 @@ TEST_F(DocumentTest, ForgottenTextIsComputedAgain) {
 }
 
 // A file of one page without words, which counts how often they are taken from it, and cannot be drawn.
-class CountingFile final : public PdfFile {
+class CountingFile final : public document::PdfFile {
 public:
   explicit CountingFile(int &texts) : texts_(texts) {}
 
-  std::unique_ptr<PdfFile> again() const override { return nullptr; }
+  std::unique_ptr<document::PdfFile> again() const override { return nullptr; }
   const std::filesystem::path &file() const override { return name_; }
   bool fileChanged() const override { return false; }
   int32_t pageCount() const override { return 1; }
@@ -280,7 +281,7 @@ private:
 
 TEST_F(DocumentTest, OnlyForgottenTextIsTakenFromTheFileAgain) {
   int texts = 0;
-  const auto document = Document::of(std::make_unique<CountingFile>(texts));
+  const auto document = document::documentOf(std::make_unique<CountingFile>(texts));
   for (int i = 0; i < 2; ++i)
     document->pageText(0);
   EXPECT_EQ(texts, 1);
@@ -291,7 +292,7 @@ TEST_F(DocumentTest, OnlyForgottenTextIsTakenFromTheFileAgain) {
 
 TEST_F(DocumentTest, AnUnforeseenErrorNamesTheFile) {
   int texts = 0;
-  const auto document = Document::of(std::make_unique<CountingFile>(texts));
+  const auto document = document::documentOf(std::make_unique<CountingFile>(texts));
   EXPECT_THAT([&] { document->render(0, 72); }, testing::ThrowsMessage<HostError>("counting.pdf: unforeseen"));
 }
 
@@ -428,9 +429,9 @@ TEST_F(DocumentTest, ImageOfAnAbsurdSizeIsRefused) {
 
 // ---- the same file once more ----
 
-class OnceMore : public DocumentTest, public testing::WithParamInterface<PdfFile::Reading> {
+class OnceMore : public DocumentTest, public testing::WithParamInterface<document::PdfFile::Reading> {
 protected:
-  std::unique_ptr<PdfFile> openFile() { return PdfFile::open(file, "", GetParam()); }
+  std::unique_ptr<document::PdfFile> openFile() { return document::PdfFile::open(file, "", GetParam()); }
 
   const std::filesystem::path file = folder.pdf({{.texts = {{.x = 10, .y = 10, .text = "same words"}}}});
 };
@@ -444,7 +445,7 @@ TEST_P(OnceMore, HasTheSamePages) {
 }
 
 TEST_P(OnceMore, TakesThePasswordAlong) {
-  const auto again = PdfFile::open(encrypted(), "user", GetParam())->again();
+  const auto again = document::PdfFile::open(encrypted(), "user", GetParam())->again();
   ASSERT_NE(again, nullptr);
   EXPECT_THAT(textsOf(again->text(0)), ElementsAre(U"secret"));
 }
@@ -453,7 +454,7 @@ TEST_P(OnceMore, IsNeverAnotherFile) {
   const auto first = openFile();
   folder.write("test.pdf", test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "entirely different words"}}}}));
   const auto again = first->again();
-  if (GetParam() == PdfFile::Reading::asNeeded)
+  if (GetParam() == document::PdfFile::Reading::asNeeded)
     EXPECT_EQ(again, nullptr);
   else
     EXPECT_THAT(textsOf(again->text(0)), ElementsAre(U"same", U"words"));
@@ -462,19 +463,20 @@ TEST_P(OnceMore, IsNeverAnotherFile) {
 TEST_P(OnceMore, NeedsNoFileThatIsInMemory) {
   const auto first = openFile();
   std::filesystem::remove(file);
-  EXPECT_EQ(first->again() == nullptr, GetParam() == PdfFile::Reading::asNeeded);
+  EXPECT_EQ(first->again() == nullptr, GetParam() == document::PdfFile::Reading::asNeeded);
 }
 
-INSTANTIATE_TEST_SUITE_P(Reading, OnceMore, testing::Values(PdfFile::Reading::asNeeded, PdfFile::Reading::inMemory),
+INSTANTIATE_TEST_SUITE_P(Reading, OnceMore,
+                         testing::Values(document::PdfFile::Reading::asNeeded, document::PdfFile::Reading::inMemory),
                          [](const auto &reading) {
-                           return reading.param == PdfFile::Reading::inMemory ? "InMemory" : "AsNeeded";
+                           return reading.param == document::PdfFile::Reading::inMemory ? "InMemory" : "AsNeeded";
                          });
 
 TEST_F(DocumentTest, AFileReadIntoMemoryIsRefusedForTheSameReasons) {
   for (const auto &file : {folder.write("truncated.pdf", test::pdfOf({PdfPage{}}).substr(0, 60)),
                            folder.write("none.pdf", test::pdfOf({})), folder.write("short.pdf", "%PDF-"), encrypted()})
     try {
-      PdfFile::open(file, "", PdfFile::Reading::inMemory);
+      document::PdfFile::open(file, "", document::PdfFile::Reading::inMemory);
       ADD_FAILURE() << file << " was opened";
     } catch (const DocumentError &error) {
       EXPECT_EQ(error.what(), refusal(file, error.reason));

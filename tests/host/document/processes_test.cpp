@@ -11,7 +11,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "host/document/pdf.h"
+#include "document/pdf.h"
 #include "host/document/process.h"
 #include "support/pdfparts.h"
 #include "viewer_model/TestDocuments.h"
@@ -101,7 +101,7 @@ TEST_F(ProcessesTest, TheProgramIsBesideThisOne) {
 
 TEST_F(ProcessesTest, AnswerAsTheLibraryDoesInThisProcess) {
   const auto file = folder.pdf({test::pageWith("lamp"), test::pageWith("oil lamp")});
-  const auto here = PdfFile::open(file, "");
+  const auto here = document::PdfFile::open(file, "");
   Asked &asked = request(file);
   ASSERT_TRUE(answers(asked, 1));
   EXPECT_EQ(std::get<Opened>(asked.answers[0].value).pageCount, 2);

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Selections: which boxes ranges of characters and words cover, and one selection for equal ranges.
+#include "document/here.h"
 #include "host/document/select.h"
 
 #include <gmock/gmock.h>
@@ -135,7 +136,7 @@ class SelectionTest : public testing::Test {
 protected:
   // Page 0: "alpha beta" in reading order, "beta" drawn first. Page 1: "alpha".
   SelectionTest()
-      : document(Document::open(
+      : document(document::openedHere(
             folder.pdf({{.texts = {{.x = 50, .y = 100, .text = "beta"}, {.x = 50, .y = 500, .text = "alpha"}}},
                         {.texts = {{.x = 50, .y = 500, .text = "alpha"}}}}),
             "")) {}
@@ -202,9 +203,9 @@ TEST_F(SelectionTest, CountsTheRangesThatCoverSomething) {
 TEST_F(SelectionTest, RangesOutsideOfThePageAreCountedApart) {
   // The glyph of a vertical line that starts at the foot of the page lies below it.
   const auto vertical =
-      Document::open(folder.pdf({{.texts = {{.x = 50, .y = 300, .text = "a"}, {.x = 50, .y = 0, .text = "b"}}}}, {},
-                                {.kind = test::PdfFont::vertical}),
-                     "");
+      document::openedHere(folder.pdf({{.texts = {{.x = 50, .y = 300, .text = "a"}, {.x = 50, .y = 0, .text = "b"}}}},
+                                      {}, {.kind = test::PdfFont::vertical}),
+                           "");
   const std::vector<TextRange> both = {{0, 1}, {1, 1}};
   const Selection *selection = vertical->selectWords(0, both, readingOrderVersion);
   EXPECT_EQ(selection->boxes.size(), 2U);
@@ -398,7 +399,7 @@ TEST_F(SelectionBoundTest, KeepsExactlyAsManyPartsAsSpecified) {
 
 TEST_F(SelectionBoundTest, EachDocumentHasItsOwn) {
   const tavrel::TextSelection first = make(0);
-  const auto other = Document::open(folder.path() / "test.pdf", "");
+  const auto other = document::openedHere(folder.path() / "test.pdf", "");
   for (size_t n = 0; n <= SelectionStore::mostSelections; ++n)
     other->selectCharacters(0, std::vector<TextRange>{{0, 1}, {static_cast<uint16_t>(n), 0}});
   EXPECT_TRUE(lives(first));

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "FakeBackend.h"
-#include "host/document/answering.h"
+#include "document/here.h"
 #include "host/document/document.h"
 #include "host/document/sizes.h"
 

@@ -10,7 +10,7 @@
 #include <new>
 
 #include "FakeBackend.h"
-#include "host/document/pdf.h"
+#include "document/pdf.h"
 
 namespace host {
 namespace {
@@ -228,8 +228,8 @@ TEST_P(Answers, AreFailuresWhereTheyDoNotFit) {
 }
 
 const PageSize someSize{100, 200}, flat{100, 0.5}, narrow{0.5, 100};
-const PageSize smallest{1, 1}, largest{PdfFile::longestPage, PdfFile::longestPage};
-const PageSize tooWide{PdfFile::longestPage + 1, 100}, tooHigh{100, PdfFile::longestPage + 1};
+const PageSize smallest{1, 1}, largest{longestPage, longestPage};
+const PageSize tooWide{longestPage + 1, 100}, tooHigh{100, longestPage + 1};
 
 INSTANTIATE_TEST_SUITE_P(
     Of, Answers,

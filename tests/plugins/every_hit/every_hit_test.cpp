@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "document/here.h"
 #include "tests/plugins/Steps.h"
 
 namespace {
@@ -38,7 +39,7 @@ struct Hit {
 class EveryHit : public test::Steps, public testing::WithParamInterface<Walked> {
 protected:
   void openIn(const Window &window) {
-    openInWindow(host::Document::open(std::string(TEST_DOCUMENTS "/") + GetParam().file, ""), window.width,
+    openInWindow(document::openedHere(std::string(TEST_DOCUMENTS "/") + GetParam().file, ""), window.width,
                  window.height, window.fit);
     hits.clear();
     HLL *list = TavrelGLT::GLT_NewHLL(nullptr);

@@ -18,24 +18,24 @@ using Numbers = tools::PagesAhead<int32_t>;
 constexpr int32_t pageCount = 40;
 
 struct Ahead : testing::Test {
-  std::unique_ptr<host::PdfFile> open() const {
-    return host::PdfFile::open(folder.pdf(std::vector<test::PdfPage>(pageCount)), "");
+  std::unique_ptr<document::PdfFile> open() const {
+    return document::PdfFile::open(folder.pdf(std::vector<test::PdfPage>(pageCount)), "");
   }
   test::ScratchFolder folder;
-  std::unique_ptr<host::PdfFile> file = open();
+  std::unique_ptr<document::PdfFile> file = open();
   std::atomic<int32_t> made = 0;
 };
 
 TEST_F(Ahead, PagesComeInOrder) {
   tools::Workers workers(*file, 3);
-  Numbers ahead(*file, workers, [](host::PdfFile &, int32_t page) { return page; }, {6});
+  Numbers ahead(*file, workers, [](document::PdfFile &, int32_t page) { return page; }, {6});
   for (int32_t page = 0; page < pageCount; ++page)
     EXPECT_EQ(ahead.take(page), page);
 }
 
 TEST_F(Ahead, AThreadHasASeparateFile) {
   tools::Workers workers(*file, 1);
-  const auto makesHere = [this, here = std::this_thread::get_id()](host::PdfFile &own, int32_t) {
+  const auto makesHere = [this, here = std::this_thread::get_id()](document::PdfFile &own, int32_t) {
     return int32_t{&own == file.get() || std::this_thread::get_id() == here};
   };
   Numbers ahead(*file, workers, makesHere, {2});
@@ -44,7 +44,7 @@ TEST_F(Ahead, AThreadHasASeparateFile) {
 
 TEST_F(Ahead, NoPageIsMadeBeyondTheReach) {
   tools::Workers workers(*file, 2);
-  const auto count = [this](host::PdfFile &, int32_t page) {
+  const auto count = [this](document::PdfFile &, int32_t page) {
     ++made;
     return page;
   };
@@ -58,7 +58,7 @@ TEST_F(Ahead, NoPageIsMadeBeyondTheReach) {
 
 TEST_F(Ahead, PagesThatWeighTooMuchAreMadeOneAtATime) {
   tools::Workers workers(*file, 2);
-  const auto count = [this](host::PdfFile &, int32_t) { return ++made; };
+  const auto count = [this](document::PdfFile &, int32_t) { return ++made; };
   Numbers ahead(*file, workers, count, {8, 10, [](int32_t page) { return page < 20 ? 11 : 5; }});
   for (int32_t page = 0; page < 20; ++page)
     EXPECT_EQ(ahead.take(page), page + 1);
@@ -71,7 +71,7 @@ TEST_F(Ahead, PagesThatWeighTooMuchAreMadeOneAtATime) {
 TEST_F(Ahead, ThePageThatFailsIsTheFirstInOrderNotInTime) {
   std::promise<void> failed;
   tools::Workers workers(*file, 2);
-  const auto fail = [&](host::PdfFile &, int32_t page) {
+  const auto fail = [&](document::PdfFile &, int32_t page) {
     if (page == 3) failed.get_future().wait();
     if (page == 4) failed.set_value();
     if (page >= 3) throw std::runtime_error("page " + std::to_string(page));
@@ -90,7 +90,7 @@ TEST_F(Ahead, ThePageThatFailsIsTheFirstInOrderNotInTime) {
 
 TEST_F(Ahead, PagesOutOfOrderAreMadeToo) {
   tools::Workers workers(*file, 2);
-  Numbers ahead(*file, workers, [](host::PdfFile &, int32_t page) { return page; }, {4});
+  Numbers ahead(*file, workers, [](document::PdfFile &, int32_t page) { return page; }, {4});
   for (const int32_t page : {7, 9, 2, 10, 10, 39, 0})
     EXPECT_EQ(ahead.take(page), page);
 }
@@ -98,7 +98,7 @@ TEST_F(Ahead, PagesOutOfOrderAreMadeToo) {
 // Without threads, or with threads that cannot open the file, the caller makes the pages from its file.
 struct Alone : Ahead {
   void takeAll(tools::Workers &workers) {
-    const auto makesHere = [this, here = std::this_thread::get_id()](host::PdfFile &own, int32_t page) {
+    const auto makesHere = [this, here = std::this_thread::get_id()](document::PdfFile &own, int32_t page) {
       EXPECT_EQ(&own, file.get());
       EXPECT_EQ(std::this_thread::get_id(), here);
       return page;

@@ -61,7 +61,7 @@ protected:
   }
 
   test::ScratchFolder folder;
-  std::unique_ptr<host::PdfFile> file = host::PdfFile::open(folder.pdf({{}}), "");
+  std::unique_ptr<document::PdfFile> file = document::PdfFile::open(folder.pdf({{}}), "");
   std::string summary;
 };
 

@@ -173,7 +173,8 @@ TEST_P(Faults, LoseNothingAndDoNothingTwice) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Of, Faults, testing::Values(FailingNew::owner, FailingNew::others),
-                         [](const auto &of) { return of.param == FailingNew::owner ? "TheOwner" : "TheThreadThatOpensFiles"; });
+INSTANTIATE_TEST_SUITE_P(Of, Faults, testing::Values(FailingNew::owner, FailingNew::others), [](const auto &of) {
+  return of.param == FailingNew::owner ? "TheOwner" : "TheThreadThatOpensFiles";
+});
 
 } // namespace

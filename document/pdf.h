@@ -12,18 +12,11 @@
 #include <vector>
 
 #include "host/document/descriptor.h"
+#include "host/document/documenterror.h"
 #include "host/document/image.h"
 #include "host/document/page.h"
-#include "host/kernel/error.h"
 
-namespace host {
-
-/// Why a document cannot be opened.
-struct DocumentError : HostError {
-  enum Reason { unreadable, wrongPassword };
-  DocumentError(Reason why, const std::string &text) : HostError(tavrel::errDocument, text), reason(why) {}
-  Reason reason;
-};
+namespace document {
 
 class PdfFile {
 public:
@@ -31,14 +24,13 @@ public:
   /// anyway.
   enum class Reading { asNeeded, inMemory };
   static constexpr uintmax_t largestInMemory = 64 << 20; ///< bytes
-  static constexpr double longestPage = 200'000;         ///< points a side, far beyond any printed page
 
   /// Opens what the library can read as a PDF, whatever its first line. Throws DocumentError with one clear line that
   /// names the file.
   static std::unique_ptr<PdfFile> open(const std::filesystem::path &file, const std::string &password,
                                        Reading reading = Reading::asNeeded);
   /// The same of a file that is open, which may be closed afterwards. Messages name it.
-  static std::unique_ptr<PdfFile> open(const Descriptor &file, const std::filesystem::path &name,
+  static std::unique_ptr<PdfFile> open(const host::Descriptor &file, const std::filesystem::path &name,
                                        const std::string &password);
   /// Has the PDF library load now what it would load with the first document.
   static void prepareLibrary();
@@ -55,17 +47,14 @@ public:
   // All of these throw HostError errBadPage for a page that is not there, DocumentError for one that is damaged or
   // whose box is empty; the line names the file and the page, counted from 1.
   /// A page that is damaged has the size of a letter page, so that a reader can turn to it and beyond.
-  virtual PageSize pageSize(int32_t page) = 0;
+  virtual host::PageSize pageSize(int32_t page) = 0;
   /// Computed at each call.
-  virtual PageText text(int32_t page) = 0;
+  virtual host::PageText text(int32_t page) = 0;
   /// Indices into the words of a page's text, in the order of the content stream; every word once.
-  virtual std::vector<uint32_t> contentOrder(int32_t page, const PageText &text) = 0;
+  virtual std::vector<uint32_t> contentOrder(int32_t page, const host::PageText &text) = 0;
   /// The page on white, width and height rounded up to whole pixels. Throws errBadArgument for an image of no pixels or
   /// of more than 20,000 a side.
-  virtual Image render(int32_t page, double dpi) = 0;
+  virtual host::Image render(int32_t page, double dpi) = 0;
 };
 
-/// A file's name in a message: control characters are replaced, so that the message stays one line.
-std::string nameInMessage(const std::filesystem::path &file);
-
-} // namespace host
+} // namespace document

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Boxes of words that the PDF library positions wrongly or gives no area: vertical writing, fonts without metrics.
-#include "host/document/boxes.h"
+#include "document/boxes.h"
 
 #include <gmock/gmock.h>
 
@@ -9,11 +9,22 @@
 #include <cmath>
 #include <limits>
 
+#include "document/here.h"
 #include "host/document/document.h"
+#include "host/document/linebox.h"
 #include "support/pdf.h"
 
-namespace host {
+namespace document {
 namespace {
+
+using host::Box;
+using host::Document;
+using host::Image;
+using host::LineBox;
+using host::onLine;
+using host::onPage;
+using host::PageText;
+using host::WordText;
 
 using test::PdfFont;
 using testing::ElementsAre;
@@ -217,7 +228,7 @@ TEST(NeedsFont, ACharacterWithoutABoxIsNoSquare) { EXPECT_FALSE(needsFont(usable
 class OddFonts : public testing::Test {
 protected:
   std::unique_ptr<Document> open(const std::string &text, const PdfFont &font, int rotate = 0) {
-    return Document::open(
+    return document::openedHere(
         folder.pdf({{.texts = {{.x = 100, .y = 300, .text = text, .size = 20}}, .rotate = rotate}}, {}, font), "");
   }
   // The pixels with ink, at 72 dots per inch.
@@ -294,7 +305,7 @@ TEST_F(OddFonts, AVerticalLineTurnsWithItsPage) {
 
 TEST_F(OddFonts, PagesAfterOneThatNeedsItsFontsAreTreatedAlike) {
   const test::PdfPage page{.texts = {{.x = 100, .y = 300, .text = "abc", .size = 20}}};
-  const auto document = Document::open(folder.pdf({page, {}, page}, {}, {.kind = PdfFont::vertical}), "");
+  const auto document = document::openedHere(folder.pdf({page, {}, page}, {}, {.kind = PdfFont::vertical}), "");
   for (const int32_t number : {0, 1, 2, 0}) {
     document->forgetText(number);
     const PageText &text = document->pageText(number);
@@ -305,4 +316,4 @@ TEST_F(OddFonts, PagesAfterOneThatNeedsItsFontsAreTreatedAlike) {
 }
 
 } // namespace
-} // namespace host
+} // namespace document

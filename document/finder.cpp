@@ -5,7 +5,7 @@
 //
 // Where a word is hyphenated at a line's end, the text may omit the space after the hyphen, or both: "para-" and
 // "meter" on the next line are found by "parameter", "para-meter" and "para- meter".
-#include "host/document/find.h"
+#include "document/finder.h"
 
 #include <utf8proc.h>
 
@@ -16,8 +16,19 @@
 #include "host/document/fold.h"
 #include "host/document/select.h"
 
-namespace host {
+namespace document {
 namespace {
+
+using host::appendFolded;
+using host::Box;
+using host::Case;
+using host::decoded;
+using host::FindOptions;
+using host::folded;
+using host::Found;
+using host::isWhiteSpace;
+using host::PageText;
+using host::WordText;
 
 // A hyphen that divides a word at a line's end; a space follows it. It is no code point, so it does not occur on a
 // page.
@@ -158,11 +169,11 @@ std::vector<Found> Finder::find(const PageText &page) const {
     }
     // A character without its own position, like an accent, belongs to the letter before it.
     const size_t next = compared.nextCharacter(end - 1);
-    const Span hit[] = {{compared.offset(at), compared.offset(next)}};
+    const host::Span hit[] = {{compared.offset(at), compared.offset(next)}};
     result.push_back({characterBoxes(page, hit)});
     at = next;
   }
   return result;
 }
 
-} // namespace host
+} // namespace document

@@ -7,13 +7,21 @@
 //
 // Fonts without usable metrics: where the widths of a font are missing or zero, the library draws all characters of a
 // word at one position and the word's box has no width. Where ascent and descent are missing, it has no height.
-#include "host/document/boxes.h"
+#include "document/boxes.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace host {
+#include "host/document/linebox.h"
+
+namespace document {
 namespace {
+
+using host::Box;
+using host::LineBox;
+using host::onLine;
+using host::onPage;
+using host::WordText;
 
 constexpr double smallestSide = 2; // points, of a box that is made here
 
@@ -127,32 +135,6 @@ std::vector<const WordText *> nearestUsable(std::span<const WordText> words, boo
 
 } // namespace
 
-LineBox onLine(const Box &box, int quarterTurns) {
-  switch (quarterTurns) {
-  case 1:
-    return {-box.top, -box.bottom, box.left, box.right};
-  case 2:
-    return {-box.right, -box.left, -box.top, -box.bottom};
-  case 3:
-    return {box.bottom, box.top, -box.right, -box.left};
-  default:
-    return {box.left, box.right, box.bottom, box.top};
-  }
-}
-
-Box onPage(const LineBox &box, int quarterTurns) {
-  switch (quarterTurns) {
-  case 1:
-    return {.left = box.below, .top = -box.start, .right = box.above, .bottom = -box.end};
-  case 2:
-    return {.left = -box.end, .top = -box.below, .right = -box.start, .bottom = -box.above};
-  case 3:
-    return {.left = -box.above, .top = box.end, .right = -box.below, .bottom = box.start};
-  default:
-    return {.left = box.start, .top = box.above, .right = box.end, .bottom = box.below};
-  }
-}
-
 bool needsFont(const WordText &word) { return mayBeVertical(word) || isDegenerate(word); }
 
 void correctBoxes(std::vector<WordText> &words, std::span<const WordFont> fonts) {
@@ -164,4 +146,4 @@ void correctBoxes(std::vector<WordText> &words, std::span<const WordFont> fonts)
       giveArea(words[i], {before[i], after[i], std::span(words).subspan(i + 1)}, emOf(fonts[i]));
 }
 
-} // namespace host
+} // namespace document

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace host {
+namespace document {
 
 /// Code points of UTF-16; a surrogate without its partner becomes U+FFFD.
 std::u32string codePoints(std::span<const unsigned short> utf16);
@@ -18,4 +18,4 @@ std::u32string codePoints(std::span<const unsigned short> utf16);
 /// the page's text as the stream has it, words separated by white space. Returns a permutation of the boxes' indices.
 std::vector<uint32_t> orderByContent(std::span<const std::u32string_view> boxes, std::u32string_view raw);
 
-} // namespace host
+} // namespace document

@@ -1,18 +1,25 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Finding a text on a page: any part of it, folded, across line ends and in hyphenated words; and what a hit marks.
-#include "host/document/find.h"
+#include "document/finder.h"
 
 #include <gmock/gmock.h>
 
 #include <stdexcept>
 
-#include "host/document/document.h"
+#include "document/here.h"
 #include "host/document/fold.h"
 #include "support/pdf.h"
 
-namespace host {
+namespace document {
 namespace {
+
+using host::Box;
+using host::decoded;
+using host::FindOptions;
+using host::Found;
+using host::PageText;
+using host::WordText;
 
 using testing::ElementsAre;
 using testing::Field;
@@ -415,11 +422,11 @@ TEST(Find, EveryOccurrenceOnALargePage) {
 
 TEST(FindInDocument, HyphenatedWordIsFound) {
   const test::ScratchFolder folder;
-  const auto document = Document::open(
+  const auto document = document::openedHere(
       folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "is a para-"}, {.x = 50, .y = 488, .text = "meter of it"}}}}),
       "");
   EXPECT_THAT(find("A Parameter of", document->pageText(0)), ElementsAre("a|para-|meter|of"));
 }
 
 } // namespace
-} // namespace host
+} // namespace document

@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Words from what the PDF library gives: UTF-16, and the order of the content stream.
-#include "host/document/words.h"
+#include "document/words.h"
 
 #include <gmock/gmock.h>
 
 #include <ostream>
 
-namespace host {
+namespace document {
 namespace {
 
 using testing::ElementsAre;
@@ -189,4 +189,4 @@ TEST(OrderByContent, EveryBoxOfALargePageAppearsOnce) {
 }
 
 } // namespace
-} // namespace host
+} // namespace document

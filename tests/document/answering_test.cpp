@@ -1,15 +1,34 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // What becomes of the exceptions of the PDF library, and the backend without threads.
-#include "host/document/answering.h"
+#include "document/answering.h"
 
 #include <gtest/gtest.h>
 
 #include <new>
 #include <stdexcept>
 
-namespace host {
+#include "document/here.h"
+
+namespace document {
 namespace {
+
+using host::Answer;
+using host::DocumentError;
+using host::Failure;
+using host::HostError;
+using host::Image;
+using host::ImageRequest;
+using host::Opened;
+using host::OpenRequest;
+using host::PageSize;
+using host::PageText;
+using host::Request;
+using host::Service;
+using host::SizesRequest;
+using host::Ticket;
+using host::Urgency;
+using host::WordsRequest;
 
 // A file of three pages whose text is `fails`.
 class FailingFile final : public PdfFile {
@@ -71,15 +90,16 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(Answering, TheStructureIsNotReadInThisProcess) {
   FailingFile file([] {});
-  for (const Request &request :
-       {Request(StructureRequest{3}), Request(PageStructureRequest{0, 3}), Request(AttachmentRequest{0})}) {
+  for (const Request &request : {Request(host::StructureRequest{3}), Request(host::PageStructureRequest{0, 3}),
+                                 Request(host::AttachmentRequest{0})}) {
     const Answer answer = answerFrom(file, request, "paper.pdf");
     EXPECT_EQ(std::get<Failure>(answer.value).line, "paper.pdf: its structure is not read here");
   }
 }
 
 TEST(AnsweringAtOnce, HasTheAnswerBeforeTheNextCall) {
-  const auto service = std::make_shared<Service>("paper.pdf", answeringAtOnce(std::make_unique<FailingFile>([] {})));
+  const auto service =
+      std::make_shared<Service>("paper.pdf", document::answeringAtOnce(std::make_unique<FailingFile>([] {})));
   int answers = 0;
   const Ticket ticket = service->ask(ImageRequest{0, 72}, Urgency::ahead, [&](Answer &) { ++answers; });
   EXPECT_FALSE(ticket.underWay());
@@ -89,7 +109,8 @@ TEST(AnsweringAtOnce, HasTheAnswerBeforeTheNextCall) {
 }
 
 TEST(AnsweringAtOnce, ForgetsARequestThatIsCancelled) {
-  const auto service = std::make_shared<Service>("paper.pdf", answeringAtOnce(std::make_unique<FailingFile>([] {})));
+  const auto service =
+      std::make_shared<Service>("paper.pdf", document::answeringAtOnce(std::make_unique<FailingFile>([] {})));
   int answers = 0;
   Ticket ticket = service->ask(ImageRequest{0, 72}, Urgency::ahead, [&](Answer &) { ++answers; });
   const Ticket other = service->ask(ImageRequest{1, 72}, Urgency::ahead, [&](Answer &) { answers += 10; });
@@ -99,4 +120,4 @@ TEST(AnsweringAtOnce, ForgetsARequestThatIsCancelled) {
 }
 
 } // namespace
-} // namespace host
+} // namespace document

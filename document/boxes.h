@@ -8,16 +8,7 @@
 
 #include "host/document/page.h"
 
-namespace host {
-
-/// A box in the frame of its line: `start` to `end` in the direction of reading, `below` to `above` across it. Points,
-/// with an origin that boxes of the same direction share.
-struct LineBox {
-  double start = 0, end = 0, below = 0, above = 0;
-};
-
-LineBox onLine(const Box &box, int quarterTurns);
-Box onPage(const LineBox &box, int quarterTurns);
+namespace document {
 
 /// What the PDF library knows of the font of a word.
 struct WordFont {
@@ -26,11 +17,11 @@ struct WordFont {
 };
 
 /// Whether a word's boxes, as the PDF library gives them, may be wrong. Then correctBoxes() needs the page's fonts.
-bool needsFont(const WordText &word);
+bool needsFont(const host::WordText &word);
 
 /// Corrects the boxes of the words of a page that need it; `fonts` has an element for each. Words of vertical writing
 /// are moved to their glyphs. A word whose box is a line or a point gets a box from the words before and after it on
 /// its line and from its font size, at least two points in each direction.
-void correctBoxes(std::vector<WordText> &words, std::span<const WordFont> fonts);
+void correctBoxes(std::vector<host::WordText> &words, std::span<const WordFont> fonts);
 
-} // namespace host
+} // namespace document

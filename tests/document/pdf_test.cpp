@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The limits of a PDF file: of its size, of where its mark may be, of its pages' boxes and of their images.
-#include "host/document/pdf.h"
+#include "document/pdf.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>
@@ -15,8 +15,15 @@
 
 #include "support/pdf.h"
 
-namespace host {
+namespace document {
 namespace {
+
+using host::Box;
+using host::HostError;
+using host::Image;
+using host::nameInMessage;
+using host::PageSize;
+using host::PageText;
 
 using test::PdfPage;
 using test::ScratchFolder;
@@ -250,4 +257,4 @@ TEST_F(PdfFileTest, CharactersWithoutAMeaningAreNoWord) {
 }
 
 } // namespace
-} // namespace host
+} // namespace document

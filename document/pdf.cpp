@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The PDF library's side of a document: opens files, takes words from pages, draws pages. Everything about a page is
 // fetched when it is first asked for, so that opening a manual of a thousand pages costs no more than opening one.
-#include "host/document/pdf.h"
+#include "document/pdf.h"
 
 #include <iconv.h>
 #include <poppler-document.h>
@@ -24,11 +24,23 @@
 #include <tuple>
 #include <unordered_map>
 
-#include "host/document/boxes.h"
-#include "host/document/words.h"
+#include "document/boxes.h"
+#include "document/words.h"
+#include "host/document/messages.h"
 
-namespace host {
+namespace document {
 namespace {
+
+using host::Box;
+using host::Descriptor;
+using host::DocumentError;
+using host::HostError;
+using host::Image;
+using host::nameInMessage;
+using host::PageSize;
+using host::PageText;
+using host::PixelSize;
+using host::WordText;
 
 constexpr double pointsPerInch = 72;
 
@@ -259,7 +271,7 @@ PopplerFile::ShownPage &PopplerFile::shown(int32_t page) {
     std::swap(made.size.width, made.size.height);
   if (!(made.size.width > 0 && made.size.height > 0))
     fail(file_, "page " + numberOf(page) + " is damaged: its page box is empty");
-  if (!(std::max(made.size.width, made.size.height) <= longestPage))
+  if (!(std::max(made.size.width, made.size.height) <= host::longestPage))
     fail(file_, "page " + numberOf(page) + " is damaged: its page box is too large");
   return shown_.emplace(page, std::move(made)).first->second;
 }
@@ -316,13 +328,6 @@ Image PopplerFile::render(int32_t page, double dpi) {
 
 } // namespace
 
-std::string nameInMessage(const std::filesystem::path &file) {
-  std::string name = file.string();
-  std::replace_if(
-      name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, '?');
-  return name;
-}
-
 void PdfFile::prepareLibrary() {
   tzset(); // for dates
   // Conversions of characters are modules, which stay loaded while they are in use.
@@ -346,4 +351,4 @@ std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const 
                                                                     : nullptr);
 }
 
-} // namespace host
+} // namespace document

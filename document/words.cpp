@@ -6,12 +6,12 @@
 // text's words are searched among the boxes. Where a text occurs more than once this is a heuristic: the box after the
 // one found last wins, then the box from which most of the following words fit, too. A box whose text is never found
 // stays after its predecessor in reading order.
-#include "host/document/words.h"
+#include "document/words.h"
 
 #include <algorithm>
 #include <unordered_map>
 
-namespace host {
+namespace document {
 namespace {
 
 // How far the heuristic looks ahead, and how many candidates it compares: limits for pages of ten thousand equal words.
@@ -155,4 +155,4 @@ std::vector<uint32_t> orderByContent(std::span<const std::u32string_view> boxes,
   return ContentOrder(boxes, raw).order();
 }
 
-} // namespace host
+} // namespace document

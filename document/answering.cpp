@@ -1,15 +1,37 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Turns calls of the PDF library into answers, and its exceptions into failures.
-#include "host/document/answering.h"
+#include "document/answering.h"
 
 #include <algorithm>
 #include <new>
 #include <stdexcept>
 #include <utility>
 
-namespace host {
+#include "document/finder.h"
+
+namespace document {
 namespace {
+
+using host::Answer;
+using host::Descriptor;
+using host::DocumentError;
+using host::Failure;
+using host::Found;
+using host::HostError;
+using host::ImageRequest;
+using host::MatchesRequest;
+using host::nameInMessage;
+using host::Opened;
+using host::OpenRequest;
+using host::PageImage;
+using host::PageMatches;
+using host::PageSize;
+using host::PageWords;
+using host::Request;
+using host::Sizes;
+using host::SizesRequest;
+using host::WordsRequest;
 
 constexpr char outOfMemory[] = "out of memory"; // short enough for a string without an allocation
 
@@ -52,7 +74,7 @@ struct Answering {
 
   Value operator()(const OpenRequest & /*asked*/) const {
     const int32_t pages = file.pageCount();
-    return Opened{pages, sizesOf(file, 0, std::min(pages, sizesTogether))};
+    return Opened{pages, sizesOf(file, 0, std::min(pages, host::sizesTogether))};
   }
   Value operator()(const SizesRequest &asked) const {
     return Sizes{asked.first, sizesOf(file, asked.first, asked.count)};
@@ -84,25 +106,6 @@ Answer answerOpen(const OpenRequest &request, std::unique_ptr<PdfFile> &opened, 
   if (std::holds_alternative<Failure>(answer.value)) opened.reset();
   return answer;
 }
-
-class AtOnce final : public Backend {
-public:
-  explicit AtOnce(std::unique_ptr<PdfFile> file) : file_(std::move(file)) {}
-
-  void start(Orders order) noexcept override {
-    order.front().answer = answerFrom(*file_, order.front().request, file_->file());
-    answered_.splice(answered_.end(), order);
-  }
-  void setUrgency(uint64_t /*id*/, Urgency /*urgency*/) noexcept override {}
-  void cancel(uint64_t /*id*/) noexcept override {} // all have been begun
-  bool underWay(uint64_t /*id*/) const noexcept override { return false; }
-  Orders take() noexcept override { return std::exchange(answered_, {}); }
-  Orders await(uint64_t id, Time /*deadline*/) noexcept override { return extract(answered_, id); }
-
-private:
-  std::unique_ptr<PdfFile> file_;
-  Orders answered_;
-};
 
 } // namespace
 
@@ -136,8 +139,4 @@ Answer answerFrom(PdfFile &file, const Request &request, const std::filesystem::
   return answerOf(name, [&] { return std::visit(Answering{file}, request); });
 }
 
-std::unique_ptr<Backend> answeringAtOnce(std::unique_ptr<PdfFile> file) {
-  return std::make_unique<AtOnce>(std::move(file));
-}
-
-} // namespace host
+} // namespace document

@@ -1,0 +1,28 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Answers requests with the PDF library, on any thread.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "document/pdf.h"
+#include "host/document/descriptor.h"
+#include "host/document/messages.h"
+
+namespace document {
+
+/// Opens a file: the answer, and the document unless that is a failure.
+host::Answer answerOpen(const host::OpenRequest &request, std::unique_ptr<PdfFile> &opened) noexcept;
+
+/// The same for a file that is open already, which its name only names.
+host::Answer answerOpen(const host::OpenRequest &request, host::Descriptor file,
+                        std::unique_ptr<PdfFile> &opened) noexcept;
+
+/// The failure that the exception being handled makes of a request about that file; a std::exception.
+host::Failure caughtFailure(const std::filesystem::path &file) noexcept;
+
+/// Answers any request about a file that is open, but for those about its structure. `name` is the file's for messages.
+host::Answer answerFrom(PdfFile &file, const host::Request &request, const std::filesystem::path &name) noexcept;
+
+} // namespace document

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// Why a document, or one of its pages, cannot be read.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "host/kernel/error.h"
+
+namespace host {
+
+struct DocumentError : HostError {
+  enum Reason { unreadable, wrongPassword };
+  DocumentError(Reason why, const std::string &text) : HostError(tavrel::errDocument, text), reason(why) {}
+  Reason reason;
+};
+
+/// A file's name in a message: control characters are replaced, so that the message stays one line.
+std::string nameInMessage(const std::filesystem::path &file);
+
+} // namespace host

@@ -53,20 +53,8 @@ template <typename Make> Answer answerOf(const std::filesystem::path &file, cons
   Answer answer;
   try {
     answer.value = make();
-  } catch (const DocumentError &error) {
-    Failure failure = failureOf(error, error.code);
-    failure.needsPassword = error.reason == DocumentError::wrongPassword;
-    answer.value = std::move(failure);
-  } catch (const HostError &error) {
-    answer.value = failureOf(error, error.code);
-  } catch (const std::invalid_argument &error) { // of Finder
-    answer.value = failureOf(error, tavrel::errBadArgument);
-  } catch (const std::bad_alloc &) {
-    answer.value =
-        Failure{tavrel::errNoMemory, false, reasonFrom([&] { return nameInMessage(file) + ": memory is exhausted"; })};
-  } catch (const std::exception &error) {
-    answer.value =
-        Failure{tavrel::errGeneric, false, reasonFrom([&] { return nameInMessage(file) + ": " + error.what(); })};
+  } catch (const std::exception &) {
+    answer.value = caughtFailure(file);
   }
   return answer;
 }
@@ -103,6 +91,10 @@ struct Answering {
     const Finder finder(asked.text, asked.options);
     return PageMatches{asked.page, finder.empty() ? std::vector<Found>() : finder.find(file.text(asked.page))};
   }
+  // Those about its structure, which only its process reads.
+  template <typename Other> Value operator()(const Other & /*asked*/) const {
+    throw HostError(tavrel::errGeneric, nameInMessage(file.file()) + ": its structure is not read here");
+  }
 };
 
 template <typename Open>
@@ -116,6 +108,24 @@ Answer answerOpen(const OpenRequest &request, std::unique_ptr<PdfFile> &opened, 
 }
 
 } // namespace
+
+Failure caughtFailure(const std::filesystem::path &file) noexcept {
+  try {
+    throw;
+  } catch (const DocumentError &error) {
+    Failure failure = failureOf(error, error.code);
+    failure.needsPassword = error.reason == DocumentError::wrongPassword;
+    return failure;
+  } catch (const HostError &error) {
+    return failureOf(error, error.code);
+  } catch (const std::invalid_argument &error) { // of Finder
+    return failureOf(error, tavrel::errBadArgument);
+  } catch (const std::bad_alloc &) {
+    return {tavrel::errNoMemory, false, reasonFrom([&] { return nameInMessage(file) + ": memory is exhausted"; })};
+  } catch (const std::exception &error) {
+    return {tavrel::errGeneric, false, reasonFrom([&] { return nameInMessage(file) + ": " + error.what(); })};
+  }
+}
 
 Answer answerOpen(const OpenRequest &request, std::unique_ptr<PdfFile> &opened) noexcept {
   return answerOpen(request, opened, [&] { return PdfFile::open(request.file, request.password); });

@@ -19,7 +19,10 @@ host::Answer answerOpen(const host::OpenRequest &request, std::unique_ptr<PdfFil
 host::Answer answerOpen(const host::OpenRequest &request, host::Descriptor file,
                         std::unique_ptr<PdfFile> &opened) noexcept;
 
-/// Answers any request about a file that is open. `name` is the file's for messages.
+/// The failure that the exception being handled makes of a request about that file; a std::exception.
+host::Failure caughtFailure(const std::filesystem::path &file) noexcept;
+
+/// Answers any request about a file that is open, but for those about its structure. `name` is the file's for messages.
 host::Answer answerFrom(PdfFile &file, const host::Request &request, const std::filesystem::path &name) noexcept;
 
 } // namespace document

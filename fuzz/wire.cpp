@@ -9,11 +9,14 @@
 #include <string_view>
 
 #include "fuzz/require.h"
+#include "host/document/utf8.h"
 #include "host/document/wire.h"
 
 namespace {
 
 using namespace host;
+
+constexpr int32_t pages = 2; // of the document
 
 std::string_view contentOf(const std::string &message) { return std::string_view(message).substr(sizeof(WireHeader)); }
 
@@ -39,6 +42,53 @@ void use(const PageMatches &matches) {
     require(!one.boxes.empty(), "a match is somewhere");
 }
 
+struct CheckTarget {
+  int32_t pages;
+  void operator()(std::monostate /*none*/) const {}
+  void operator()(const PageTarget &target) const {
+    require(target.page >= 0 && target.page < pages, "a target is on a page of the document");
+  }
+  void operator()(const UriTarget &target) const { require(isUri(target.uri), "a URI is one"); }
+  void operator()(const FileTarget &target) const {
+    require(!target.file.empty() && isLine(target.file), "a file's name is a line");
+  }
+  void operator()(const ActionTarget &target) const { require(isLine(target.name), "an action's name is a line"); }
+};
+
+void requireArea(const Box &area) {
+  require(area.right - area.left > 0 && area.top - area.bottom > 0, "an area is one");
+}
+
+void use(const Structure &structure) {
+  int32_t deepest = 0;
+  for (const OutlineEntry &entry : structure.outline) {
+    require(isLine(entry.title), "a title is a line");
+    require(entry.depth >= 0 && entry.depth <= deepest && entry.depth < most::depth, "an entry has one above it");
+    deepest = entry.depth + 1;
+    std::visit(CheckTarget{pages}, entry.target);
+  }
+  require(structure.labels.empty() || structure.labels.size() == size_t{pages}, "all pages have labels");
+  for (const Attachment &file : structure.attachments)
+    require(isLine(file.name) && isLine(file.description) && isLine(file.type), "a file is described by lines");
+}
+
+void use(const PageStructure &structure) {
+  for (const Link &link : structure.links) {
+    requireArea(link.area);
+    std::visit(CheckTarget{pages}, link.target);
+  }
+  for (const FormField &field : structure.fields) {
+    requireArea(field.area);
+    require(field.kind <= FormField::Kind::unknown && isLines(field.contents), "a field is of a kind");
+  }
+  for (const Annotation &annotation : structure.annotations) {
+    requireArea(annotation.area);
+    require(annotation.kind <= Annotation::Kind::other && isLines(annotation.contents), "an annotation is of a kind");
+  }
+}
+
+void use(const AttachedFile &file) { require(file.bytes.size() <= most::attachedFile, "a file is not too long"); }
+
 void use(const Failure &failure) { require(failure.line.find('\n') == std::string::npos, "a failure is one line"); }
 
 } // namespace
@@ -53,7 +103,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   const int32_t page = 1;
   for (const Request &request :
        {Request(OpenRequest{}), Request(SizesRequest{page, 2}), Request(WordsRequest{page, false}),
-        Request(WordsRequest{page, true}), Request(ImageRequest{page, 72}), Request(MatchesRequest{page, "a", {}})})
+        Request(WordsRequest{page, true}), Request(ImageRequest{page, 72}), Request(MatchesRequest{page, "a", {}}),
+        Request(StructureRequest{pages}), Request(PageStructureRequest{page, pages}), Request(AttachmentRequest{page})})
     if (fits(request, *answer)) std::visit([](const auto &value) { use(value); }, answer->value);
   return 0;
 }

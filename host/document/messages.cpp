@@ -82,6 +82,13 @@ struct Fits {
              return !one.boxes.empty() && areBoxes(one.boxes);
            });
   }
+  bool operator()(const StructureRequest &asked, const Structure &got) const { return isValid(got, asked.pages); }
+  bool operator()(const PageStructureRequest &asked, const PageStructure &got) const {
+    return got.page == asked.page && isValid(got, asked.pages);
+  }
+  bool operator()(const AttachmentRequest &asked, const AttachedFile &got) const {
+    return got.index == asked.index && got.bytes.size() <= most::attachedFile;
+  }
   template <typename Asked> bool operator()(const Asked & /*asked*/, const Failure &got) const {
     return isFailure(got);
   }

@@ -13,6 +13,7 @@
 #include "host/document/find.h"
 #include "host/document/image.h"
 #include "host/document/page.h"
+#include "host/document/structure.h"
 #include "host/kernel/error.h"
 
 namespace host {
@@ -54,7 +55,24 @@ struct MatchesRequest {
   FindOptions options;
 };
 
-using Request = std::variant<OpenRequest, SizesRequest, WordsRequest, ImageRequest, MatchesRequest>;
+/// The structure of the document.
+struct StructureRequest {
+  int32_t pages = 0; ///< of the document: there are labels for so many, and targets on them
+};
+
+/// The links, forms and annotations of a page.
+struct PageStructureRequest {
+  int32_t page = 0;
+  int32_t pages = 0; ///< of the document: there are targets on them
+};
+
+/// The bytes of an attached file.
+struct AttachmentRequest {
+  uint32_t index = 0; ///< into Structure::attachments
+};
+
+using Request = std::variant<OpenRequest, SizesRequest, WordsRequest, ImageRequest, MatchesRequest, StructureRequest,
+                             PageStructureRequest, AttachmentRequest>;
 
 /// A request that could not be fulfilled.
 struct Failure {
@@ -91,7 +109,7 @@ struct PageMatches {
 };
 
 struct Answer {
-  std::variant<Failure, Opened, Sizes, PageWords, PageImage, PageMatches> value;
+  std::variant<Failure, Opened, Sizes, PageWords, PageImage, PageMatches, Structure, PageStructure, AttachedFile> value;
   bool fileChanged = false; ///< the file's name belongs to another file now than the one that is open
 };
 

@@ -9,7 +9,8 @@
 
 namespace host {
 
-/// The page that a request is about; -1 for no single page.
+/// The page that a request is about; for no single page a negative number, another one for each kind of request: what
+/// becomes of one kind says nothing about the others.
 int32_t pageOf(const Request &request) noexcept;
 
 /// Orders of one document, the next one first.

@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The layout: a structure is its members, one after the other; a text or list its length and its elements; one of
-// several types its index and its value. Numbers are as in memory, truth is a byte 0 or 1.
+// several types its index and its value; what may be missing, whether it is there and its value. Numbers are as in
+// memory, truth is a byte 0 or 1.
 #include "host/document/wire.h"
 
 #include <concepts>
@@ -11,6 +12,9 @@
 #include <type_traits>
 
 namespace host {
+
+static_assert(most::attachedFile < mostContent && most::text < mostContent);
+
 namespace {
 
 // The members of each structure.
@@ -23,6 +27,23 @@ template <> constexpr std::tuple membersOf<PageText>{&PageText::words};
 template <> constexpr std::tuple membersOf<Found>{&Found::boxes};
 template <> constexpr std::tuple membersOf<FindOptions>{&FindOptions::matchCase, &FindOptions::wholeWords};
 
+template <>
+constexpr std::tuple membersOf<PageTarget>{&PageTarget::page, &PageTarget::left, &PageTarget::top, &PageTarget::zoom};
+template <> constexpr std::tuple membersOf<UriTarget>{&UriTarget::uri};
+template <> constexpr std::tuple membersOf<FileTarget>{&FileTarget::file, &FileTarget::page, &FileTarget::destination};
+template <> constexpr std::tuple membersOf<ActionTarget>{&ActionTarget::name};
+template <> constexpr std::tuple membersOf<Metadata>{&Metadata::title,    &Metadata::author,   &Metadata::subject,
+                                                     &Metadata::keywords, &Metadata::creator,  &Metadata::producer,
+                                                     &Metadata::created,  &Metadata::modified, &Metadata::format};
+template <> constexpr std::tuple membersOf<OutlineEntry>{&OutlineEntry::depth, &OutlineEntry::title,
+                                                         &OutlineEntry::isOpen, &OutlineEntry::target};
+template <> constexpr std::tuple membersOf<Attachment>{&Attachment::name, &Attachment::description, &Attachment::type,
+                                                       &Attachment::size};
+template <> constexpr std::tuple membersOf<Link>{&Link::area, &Link::target};
+template <> constexpr std::tuple membersOf<FormField>{&FormField::kind,     &FormField::area, &FormField::name,
+                                                      &FormField::contents, &FormField::isOn, &FormField::isReadOnly};
+template <> constexpr std::tuple membersOf<Annotation>{&Annotation::kind, &Annotation::area, &Annotation::contents};
+
 template <> constexpr std::tuple membersOf<OpenRequest>{&OpenRequest::file, &OpenRequest::password};
 template <> constexpr std::tuple membersOf<SizesRequest>{&SizesRequest::first, &SizesRequest::count};
 template <> constexpr std::tuple membersOf<WordsRequest>{&WordsRequest::page, &WordsRequest::order};
@@ -30,6 +51,10 @@ template <> constexpr std::tuple membersOf<PixelSize>{&PixelSize::width, &PixelS
 template <> constexpr std::tuple membersOf<ImageRequest>{&ImageRequest::page, &ImageRequest::dpi, &ImageRequest::size};
 template <>
 constexpr std::tuple membersOf<MatchesRequest>{&MatchesRequest::page, &MatchesRequest::text, &MatchesRequest::options};
+template <> constexpr std::tuple membersOf<StructureRequest>{&StructureRequest::pages};
+template <>
+constexpr std::tuple membersOf<PageStructureRequest>{&PageStructureRequest::page, &PageStructureRequest::pages};
+template <> constexpr std::tuple membersOf<AttachmentRequest>{&AttachmentRequest::index};
 
 template <> constexpr std::tuple membersOf<Failure>{&Failure::code, &Failure::needsPassword, &Failure::line};
 template <> constexpr std::tuple membersOf<Opened>{&Opened::pageCount, &Opened::sizes};
@@ -37,6 +62,11 @@ template <> constexpr std::tuple membersOf<Sizes>{&Sizes::first, &Sizes::sizes};
 template <> constexpr std::tuple membersOf<PageWords>{&PageWords::page, &PageWords::text, &PageWords::order};
 template <> constexpr std::tuple membersOf<PageImage>{&PageImage::page, &PageImage::dpi};
 template <> constexpr std::tuple membersOf<PageMatches>{&PageMatches::page, &PageMatches::found};
+template <> constexpr std::tuple membersOf<Structure>{&Structure::metadata, &Structure::labels, &Structure::outline,
+                                                      &Structure::attachments};
+template <> constexpr std::tuple membersOf<PageStructure>{&PageStructure::page, &PageStructure::links,
+                                                          &PageStructure::fields, &PageStructure::annotations};
+template <> constexpr std::tuple membersOf<AttachedFile>{&AttachedFile::index, &AttachedFile::bytes};
 
 template <typename T> constexpr bool isStructure =
     !std::same_as<std::remove_const_t<decltype(membersOf<T>)>, std::tuple<>>;
@@ -65,6 +95,11 @@ public:
     for (const auto &element : list)
       put(element);
   }
+  template <typename T> void put(const std::optional<T> &value) {
+    put(value.has_value());
+    if (value) put(*value);
+  }
+  void put(std::monostate /*none*/) {}
   template <typename... T> void put(const std::variant<T...> &one) {
     put(static_cast<uint8_t>(one.index()));
     std::visit([this](const auto &value) { this->put(value); }, one);
@@ -116,6 +151,11 @@ public:
       if (!get(element)) return false;
     return true;
   }
+  template <typename T> bool get(std::optional<T> &value) {
+    bool isThere = false;
+    return get(isThere) && (!isThere || get(value.emplace()));
+  }
+  bool get(std::monostate & /*none*/) { return true; }
   template <typename... T> bool get(std::variant<T...> &one) {
     uint8_t index = 0;
     if (!get(index)) return false;
@@ -135,8 +175,10 @@ private:
       return std::apply([](auto... member) { return (fewestOf(member) + ...); }, membersOf<T>);
     else if constexpr (List<T>)
       return sizeof(Length);
-    else
+    else if constexpr (isNumber<T>)
       return sizeof(T);
+    else
+      return 1; // which of several types, or whether a value is there
   }
   template <typename T, typename Member> static constexpr size_t fewestOf(Member T::* /*member*/) {
     return fewest<Member>();

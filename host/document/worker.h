@@ -28,7 +28,7 @@ struct ReadDocument {
   std::optional<OpenFile> open = {};  ///< from the first request on
   int32_t pages = 0;                  ///< known once it has been read
   std::map<int32_t, int> deaths = {}; ///< of processes, without an answer since, by the page that they were reading;
-                                      ///< -1 for none
+                                      ///< negative for none
 };
 
 /// What workers need of the one who runs them all.

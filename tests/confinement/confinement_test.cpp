@@ -26,6 +26,12 @@ bool kernelRestrictsFiles() {
   return syscall(SYS_landlock_create_ruleset, nullptr, 0, LANDLOCK_CREATE_RULESET_VERSION) > 0;
 }
 
+// How the answer ends a test: its line, or "answered".
+std::string lineOf(const Answer &answer) {
+  const auto *failure = std::get_if<Failure>(&answer.value);
+  return failure == nullptr ? "answered" : failure->line;
+}
+
 struct Confined : testing::Test {
   // The line of its answer, or of the failure that its owner makes of its behaviour.
   std::string tries(const std::string &attempt, std::chrono::milliseconds pageTime = std::chrono::seconds(60)) {
@@ -33,13 +39,16 @@ struct Confined : testing::Test {
     std::ofstream(file) << "document";
     Processes processes({STANDIN, size_t{1} << 30, pageTime});
     const auto service = std::make_shared<Service>(file, processes.backend(file));
+    return answered(processes, *service, OpenRequest{file, ""});
+  }
+  static std::string answered(const Processes &processes, Service &service, const Request &request) {
+    const Time deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     std::string line;
-    const Ticket ticket = service->ask(OpenRequest{file, ""}, Urgency::shown,
-                                       [&](Answer &answer) { line = std::get<Failure>(answer.value).line; });
+    const Ticket ticket = service.ask(request, Urgency::shown, [&](Answer &answer) { line = lineOf(answer); });
     while (line.empty()) {
       pollfd ready{processes.descriptor(), POLLIN, 0};
-      if (poll(&ready, 1, 60'000) <= 0) return "no answer";
-      service->collect();
+      if (poll(&ready, 1, 60'000) <= 0 || std::chrono::steady_clock::now() > deadline) return "no answer";
+      service.collect();
     }
     return line;
   }
@@ -125,6 +134,17 @@ TEST_F(Confined, ItIsEndedWhenItClosesItsSocket) { EXPECT_THAT(tries("close"), H
 
 TEST_F(Confined, ACrashIsTheDocumentsError) {
   EXPECT_THAT(tries("crash"), HasSubstr("crash.pdf: its process failed: it was ended: Aborted"));
+}
+
+// That the document is opened again each time does not make the next try the first one.
+TEST_F(Confined, ACrashAfterOpeningIsTheErrorOfThatRequestAlone) {
+  const auto file = folder.write("crash-later.pdf", "document");
+  Processes processes({STANDIN});
+  const auto service = std::make_shared<Service>(file, processes.backend(file));
+  ASSERT_EQ(answered(processes, *service, OpenRequest{file, ""}), "answered");
+  EXPECT_THAT(answered(processes, *service, StructureRequest{1}), HasSubstr("it was ended: Aborted"));
+  EXPECT_THAT(answered(processes, *service, StructureRequest{1}), HasSubstr("it is not read any more"));
+  EXPECT_THAT(answered(processes, *service, AttachmentRequest{0}), HasSubstr("it was ended: Aborted"));
 }
 
 } // namespace

@@ -88,6 +88,15 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Unknown", [] { throw std::runtime_error("broken"); }, tavrel::errGeneric, false, "paper.pdf: broken"}),
     [](const auto &one) { return one.param.name; });
 
+TEST(Answering, TheStructureIsNotReadInThisProcess) {
+  FailingFile file([] {});
+  for (const Request &request : {Request(host::StructureRequest{3}), Request(host::PageStructureRequest{0, 3}),
+                                 Request(host::AttachmentRequest{0})}) {
+    const Answer answer = answerFrom(file, request, "paper.pdf");
+    EXPECT_EQ(std::get<Failure>(answer.value).line, "paper.pdf: its structure is not read here");
+  }
+}
+
 TEST(AnsweringAtOnce, HasTheAnswerBeforeTheNextCall) {
   const auto service =
       std::make_shared<Service>("paper.pdf", document::answeringAtOnce(std::make_unique<FailingFile>([] {})));

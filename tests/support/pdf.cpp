@@ -101,7 +101,7 @@ public:
   size_t addStream(const std::string &bytes) {
     return add("<< /Length " + std::to_string(bytes.size()) + " >>\nstream\n" + bytes + "\nendstream");
   }
-  std::string finish() {
+  std::string finish(const std::string &trailer) {
     const size_t start = file_.size();
     file_ += "xref\n0 " + std::to_string(offsets_.size() + 1) + "\n0000000000 65535 f \n";
     for (const size_t offset : offsets_) {
@@ -109,8 +109,8 @@ public:
       std::snprintf(line, sizeof line, "%010zu 00000 n \n", offset);
       file_ += line;
     }
-    return file_ + "trailer << /Size " + std::to_string(offsets_.size() + 1) + " /Root 1 0 R >>\nstartxref\n" +
-           std::to_string(start) + "\n%%EOF\n";
+    return file_ + "trailer << /Size " + std::to_string(offsets_.size() + 1) + " /Root 1 0 R" + trailer +
+           " >>\nstartxref\n" + std::to_string(start) + "\n%%EOF\n";
   }
 
 private:
@@ -119,6 +119,56 @@ private:
 };
 
 std::string reference(size_t object) { return std::to_string(object) + " 0 R"; }
+
+// A text with references instead of the names of objects, which begin with `word` and count from 0.
+std::string withReferences(const std::string &text, const std::string &word, const std::vector<size_t> &objects) {
+  const std::string start = "{" + word + " ";
+  std::string result;
+  size_t from = 0;
+  for (size_t at = text.find(start); at != std::string::npos; at = text.find(start, from)) {
+    const size_t end = text.find('}', at);
+    const size_t index = std::stoul(text.substr(at + start.size(), end - at - start.size()));
+    result += text.substr(from, at - from) + reference(objects.at(index));
+    from = end + 1;
+  }
+  return result + text.substr(from);
+}
+
+// Numbers of the objects that follow those of fonts and pages: annotations, then the further ones, the information
+// last.
+class Further {
+public:
+  Further(const std::vector<PdfPage> &pages, const PdfParts &parts, size_t firstPage, size_t first) : next_(first) {
+    for (size_t i = 0; i < pages.size(); ++i)
+      pages_.push_back(firstPage + 2 * i);
+    for (const PdfPage &page : pages)
+      for (const std::string &annotation : page.annotations) {
+        if (annotation.find("/FT ") != std::string::npos) fields_ += reference(next_) + " ";
+        annotations_.push_back(next_++);
+      }
+    for (size_t i = 0; i < parts.objects.size(); ++i)
+      objects_.push_back(next_++);
+  }
+
+  std::string resolved(const std::string &text) const {
+    return withReferences(withReferences(text, "page", pages_), "object", objects_);
+  }
+  std::string form() const { return fields_.empty() ? "" : " /AcroForm << /Fields [" + fields_ + "] >>"; }
+  // Of the next page.
+  std::string annotations(const PdfPage &page) {
+    std::string list;
+    for (size_t i = 0; i < page.annotations.size(); ++i)
+      list += reference(annotations_.at(given_++)) + " ";
+    return list.empty() ? "" : " /Annots [" + list + "]";
+  }
+  size_t afterLast() const { return next_; }
+
+private:
+  size_t next_;
+  std::vector<size_t> pages_, annotations_, objects_;
+  std::string fields_;
+  size_t given_ = 0;
+};
 
 // Of 256 characters.
 std::string repeated(const std::string &item) {
@@ -158,7 +208,17 @@ std::string fontDictionary(const PdfFont &font, size_t meanings, size_t glyph) {
 
 } // namespace
 
-std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs, const PdfFont &fontKind) {
+std::string pdfString(const std::u32string &text) { return "<FEFF" + utf16Hex(text) + ">"; }
+
+std::string pdfBytes(const std::string &bytes) {
+  std::string digits;
+  for (const char byte : bytes)
+    digits += hex(static_cast<unsigned char>(byte), 2);
+  return "<" + digits + ">";
+}
+
+std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs, const PdfFont &fontKind,
+                  const PdfParts &parts) {
   constexpr size_t tree = 2, font = 3, meanings = 4, firstPage = 5; // a page and its content alternate
   const size_t glyph = firstPage + 2 * pages.size();
   Font codes(readAs, fontKind.kind);
@@ -173,8 +233,10 @@ std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs, const
     contents.push_back(content);
   }
 
+  Further further(pages, parts, firstPage, glyph + (fontKind.kind == PdfFont::drawn ? 1 : 0));
   Writer writer;
-  writer.add("<< /Type /Catalog /Pages " + reference(tree) + " >>");
+  writer.add("<< /Type /Catalog /Pages " + reference(tree) + further.form() + further.resolved(" " + parts.catalog) +
+             " >>");
   writer.add("<< /Type /Pages /Kids [" + kids + "] /Count " + std::to_string(pages.size()) + " >>");
   writer.add("<< /Type /Font " + fontDictionary(fontKind, meanings, glyph) + " >>");
   writer.addStream(codes.meanings());
@@ -183,11 +245,18 @@ std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs, const
     writer.add("<< /Type /Page /Parent " + reference(tree) + " /MediaBox [0 0 " + number(page.width) + " " +
                number(page.height) + "]" + (page.cropBox.empty() ? "" : " /CropBox [" + page.cropBox + "]") +
                " /Rotate " + std::to_string(page.rotate) + " /Resources << /Font << /F " + reference(font) +
-               " >> >> /Contents " + reference(firstPage + 2 * i + 1) + " >>");
+               " >> >> /Contents " + reference(firstPage + 2 * i + 1) + further.annotations(page) + " >>");
     writer.addStream(contents[i]);
   }
   if (fontKind.kind == PdfFont::drawn) writer.addStream(std::to_string(fontKind.width) + " 0 d0 50 0 500 700 re f");
-  return writer.finish();
+  for (size_t i = 0; i < pages.size(); ++i)
+    for (const std::string &annotation : pages[i].annotations)
+      writer.add("<< /Type /Annot /P " + reference(firstPage + 2 * i) + " " + further.resolved(annotation) + " >>");
+  for (const std::string &object : parts.objects)
+    writer.add(further.resolved(object));
+  if (parts.information.empty()) return writer.finish("");
+  writer.add("<< " + parts.information + " >>");
+  return writer.finish(" /Info " + reference(further.afterLast()));
 }
 
 ScratchFolder::ScratchFolder() {

@@ -22,11 +22,12 @@ struct PdfText {
 };
 
 struct PdfPage {
-  std::vector<PdfText> texts = {};  ///< in the order of the content stream
-  double width = 400, height = 600; ///< before rotation
-  int rotate = 0;                   ///< degrees, clockwise
-  std::string cropBox = {};         ///< "left bottom right top", or empty
-  std::string drawing = {};         ///< further operators, drawn before the text
+  std::vector<PdfText> texts = {};           ///< in the order of the content stream
+  double width = 400, height = 600;          ///< before rotation
+  int rotate = 0;                            ///< degrees, clockwise
+  std::string cropBox = {};                  ///< "left bottom right top", or empty
+  std::string drawing = {};                  ///< further operators, drawn before the text
+  std::vector<std::string> annotations = {}; ///< the entries of each; one with /FT is a field of the form, too
 };
 
 /// The text that a character is extracted as, if not as itself: U+FB01 as "fi", for instance.
@@ -44,8 +45,22 @@ struct PdfFont {
   std::string box = "0 0 0 0"; ///< of a drawn font, as the file states it
 };
 
+/// A text in UTF-16 as an object, such as a title.
+std::string pdfString(const std::u32string &text);
+/// The same of bytes, which need not be a text.
+std::string pdfBytes(const std::string &bytes);
+
+/// What a document has besides its pages. In all of it, and in annotations, "{page 3}" is a reference to that page,
+/// counting from 0, and "{object 2}" one to an element of `objects`.
+struct PdfParts {
+  std::string catalog = {};     ///< further entries
+  std::string information = {}; ///< entries of the dictionary with the title, or empty
+  std::vector<std::string> objects = {};
+};
+
 /// The bytes of a PDF. At most 127 different characters; those of ASCII do not count in a typewriter font.
-std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {}, const PdfFont &font = {});
+std::string pdfOf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {}, const PdfFont &font = {},
+                  const PdfParts &parts = {});
 
 /// A temporary directory, which is removed with everything in it.
 class ScratchFolder {
@@ -59,9 +74,9 @@ public:
   /// A file in the directory with these bytes.
   std::filesystem::path write(const std::string &name, const std::string &bytes) const;
   /// A PDF in the directory.
-  std::filesystem::path pdf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {},
-                            const PdfFont &font = {}) const {
-    return write("test.pdf", pdfOf(pages, readAs, font));
+  std::filesystem::path pdf(const std::vector<PdfPage> &pages, const ReadAs &readAs = {}, const PdfFont &font = {},
+                            const PdfParts &parts = {}) const {
+    return write("test.pdf", pdfOf(pages, readAs, font, parts));
   }
 
 private:

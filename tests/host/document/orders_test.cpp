@@ -5,6 +5,8 @@
 
 #include <gmock/gmock.h>
 
+#include <set>
+
 namespace host {
 namespace {
 
@@ -77,8 +79,10 @@ TEST(PageOf, ARequestIsItsPageOrNone) {
   EXPECT_EQ(pageOf(ImageRequest{7, 72}), 7);
   EXPECT_EQ(pageOf(WordsRequest{8}), 8);
   EXPECT_EQ(pageOf(MatchesRequest{9, "a", {}}), 9);
-  EXPECT_EQ(pageOf(SizesRequest{0, 32}), -1);
-  EXPECT_EQ(pageOf(OpenRequest{}), -1);
+  EXPECT_EQ(pageOf(PageStructureRequest{6, 10}), 6);
+  const std::set<int32_t> others = {pageOf(OpenRequest{}), pageOf(SizesRequest{0, 32}), pageOf(StructureRequest{10}),
+                                    pageOf(AttachmentRequest{1})};
+  EXPECT_THAT(others, testing::AllOf(testing::SizeIs(4), testing::Each(testing::Lt(0))));
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 
 #include "document/pdf.h"
 #include "host/document/process.h"
+#include "support/pdfparts.h"
 #include "viewer_model/TestDocuments.h"
 
 namespace host {
@@ -117,6 +118,61 @@ TEST_F(ProcessesTest, AnswerAsTheLibraryDoesInThisProcess) {
   asked.ask(MatchesRequest{0, "LAMP", {}});
   ASSERT_TRUE(answers(asked, 4));
   EXPECT_THAT(std::get<PageMatches>(asked.answers[3].value).found, SizeIs(1));
+}
+
+// Confined, which reading texts in UTF-16, dates and fonts of forms must not need to leave.
+TEST_F(ProcessesTest, AnswerAboutTheStructure) {
+  test::PdfParts parts;
+  parts.catalog = "/PageLabels << /Nums [0 << /S /r >>] >>";
+  parts.information = "/Title " + test::pdfString(U"Gr\u00F6\u00DFe") + " /CreationDate (D:20240229120000+02'00')";
+  addOutline(parts, {{0, test::pdfString(U"\u4E00"), "/Dest [{page 1} /XYZ 1 2 0]"}});
+  addAttachments(parts, {{"a.txt", "hello", "", "/Subtype /text#2Fplain"}});
+  test::PdfPage turned = test::pageWith("turned");
+  turned.rotate = 180;
+  turned.annotations = {"/Subtype /Link /Rect [0 0 10 20] /A << /S /URI /URI (a:b) >>",
+                        "/Subtype /Widget /FT /Tx /T (name) /V " + test::pdfString(U"\u00E4") +
+                            " /DA (/Helv 10 Tf) /Rect [0 0 10 20]",
+                        "/Subtype /FreeText /DA (/Helv 10 Tf) /Contents (note) /Rect [0 0 10 20]"};
+  const Box area{.left = 390, .top = 600, .right = 400, .bottom = 580};
+  for (const bool isLocked : {false, true}) {
+    const auto plain = folder.pdf({test::pageWith("upright"), turned}, {}, {}, parts);
+    Asked &asked = isLocked ? open(test::locked(plain), "user") : open(plain);
+    asked.ask(StructureRequest{2});
+    asked.ask(PageStructureRequest{1, 2});
+    asked.ask(AttachmentRequest{0});
+    ASSERT_TRUE(answers(asked, 3));
+    for (const Answer &answer : asked.answers)
+      ASSERT_EQ(lineOf(answer), "");
+    const auto &structure = std::get<Structure>(asked.answers[0].value);
+    EXPECT_EQ(structure.metadata.title, "Gr\u00F6\u00DFe");
+    EXPECT_EQ(structure.metadata.created, 1709200800);
+    EXPECT_THAT(structure.labels, ElementsAre("i", "ii"));
+    ASSERT_THAT(structure.outline, SizeIs(1));
+    EXPECT_EQ(structure.outline[0].title, "\u4E00");
+    EXPECT_EQ(std::get<PageTarget>(structure.outline[0].target).left, 399);
+    ASSERT_THAT(structure.attachments, SizeIs(1));
+    EXPECT_EQ(structure.attachments[0].type, "text/plain");
+    const auto &page = std::get<PageStructure>(asked.answers[1].value);
+    ASSERT_THAT(page.links, SizeIs(1));
+    EXPECT_EQ(page.links[0].area, area);
+    ASSERT_THAT(page.fields, SizeIs(1));
+    EXPECT_EQ(page.fields[0].area, area);
+    EXPECT_EQ(page.fields[0].contents, "\u00E4");
+    ASSERT_THAT(page.annotations, SizeIs(1));
+    EXPECT_EQ(page.annotations[0].contents, "note");
+    EXPECT_EQ(std::get<AttachedFile>(asked.answers[2].value).bytes, "hello");
+  }
+}
+
+TEST_F(ProcessesTest, AnAttachedFileOfTheLargestSizeIsAnswered) {
+  test::PdfParts parts;
+  const std::string bytes(most::attachedFile, 'a');
+  addAttachments(parts, {{"large", bytes}});
+  Asked &asked = open(folder.pdf(test::numberedPages(1), {}, {}, parts));
+  asked.ask(AttachmentRequest{0});
+  ASSERT_TRUE(answers(asked, 1));
+  ASSERT_EQ(lineOf(asked.answers[0]), "");
+  EXPECT_TRUE(std::get<AttachedFile>(asked.answers[0].value).bytes == bytes);
 }
 
 TEST_F(ProcessesTest, NameAMissingFile) {

@@ -197,6 +197,14 @@ PageWords changed(void (*change)(WordText &second)) {
   return words;
 }
 
+Structure structureOf(std::vector<std::string> labels) {
+  Structure structure;
+  structure.labels = std::move(labels);
+  return structure;
+}
+
+Link linkTo(int32_t page) { return {{.left = 0, .top = 1, .right = 1, .bottom = 0}, PageTarget{page}}; }
+
 struct Exchange {
   const char *name;
   Request request;
@@ -282,6 +290,15 @@ INSTANTIATE_TEST_SUITE_P(
         Exchange{"AMatchTooHigh", MatchesRequest{3, "a", {}}, PageMatches{3, {{{Box{}, {0, HUGE_VAL, 0, 0}}}}}, false},
         Exchange{"AnotherPagesMatches", MatchesRequest{3, "a", {}}, PageMatches{4, {}}, false},
         Exchange{"AMatchNowhere", MatchesRequest{3, "a", {}}, PageMatches{3, {Found{}}}, false},
+        Exchange{"Structure", StructureRequest{2}, structureOf({"i", "ii"}), true},
+        Exchange{"StructureOfAnotherNumberOfPages", StructureRequest{3}, structureOf({"i", "ii"}), false},
+        Exchange{"PageStructure", PageStructureRequest{3, 5}, PageStructure{3, {linkTo(4)}, {}, {}}, true},
+        Exchange{"AnotherPagesStructure", PageStructureRequest{3, 5}, PageStructure{4, {linkTo(4)}, {}, {}}, false},
+        Exchange{"ALinkBeyondTheLastPage", PageStructureRequest{3, 4}, PageStructure{3, {linkTo(4)}, {}, {}}, false},
+        Exchange{"AttachedFile", AttachmentRequest{7}, AttachedFile{7, std::string(most::attachedFile, 'a')}, true},
+        Exchange{"AnotherAttachedFile", AttachmentRequest{7}, AttachedFile{6, "a"}, false},
+        Exchange{"TooLongAnAttachedFile", AttachmentRequest{7},
+                 AttachedFile{7, std::string(most::attachedFile + 1, 'a')}, false},
         Exchange{"AnotherKind", ImageRequest{3, 72}, PageMatches{3, {}}, false},
         Exchange{"AFailureWithoutACode", WordsRequest{3}, Failure{tavrel::errNone, false, "a"}, false},
         Exchange{"AFailureOfAnUnknownCode", WordsRequest{3}, Failure{tavrel::ErrorCode{8}, false, "a"}, false},

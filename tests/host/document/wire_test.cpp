@@ -14,11 +14,37 @@ namespace {
 std::string_view contentOf(const std::string &message) { return std::string_view(message).substr(sizeof(WireHeader)); }
 
 std::vector<Request> requests() {
-  return {OpenRequest{"/a b/\xFF.pdf", "secret"}, SizesRequest{3, 32}, WordsRequest{7, true}, ImageRequest{1, 96.5},
-          MatchesRequest{2, "gr\u00FC\u00DFe", {true, false}}};
+  return {OpenRequest{"/a b/\xFF.pdf", "secret"},
+          SizesRequest{3, 32},
+          WordsRequest{7, true},
+          ImageRequest{1, 96.5},
+          MatchesRequest{2, "gr\u00FC\u00DFe", {true, false}},
+          StructureRequest{12},
+          PageStructureRequest{3, 12},
+          AttachmentRequest{4}};
 }
 
 WordText word() { return {U"a\U0001F600", 12, {1, 2, 3, 4}, {{5, 6, 7, 8}, {}}, 3}; }
+
+Structure structure() {
+  Structure structure;
+  structure.metadata = {"title", "author", "subject", "keywords", "creator", "producer", -1, std::nullopt, "PDF-1.7"};
+  structure.labels = {"i", "1"};
+  structure.outline = {{0, "a", true, PageTarget{1, 2.5, std::nullopt, 4}},
+                       {1, "b", false, {}},
+                       {1, "c", false, UriTarget{"a:b"}},
+                       {2, "d", true, FileTarget{"b.pdf", 7, "there"}},
+                       {0, "e", false, ActionTarget{"NextPage"}}};
+  structure.attachments = {{"f", "file", "text/plain", 8}, {"g", ""}};
+  return structure;
+}
+
+PageStructure pageStructure() {
+  return {5,
+          {{{1, 2, 3, 4}, PageTarget{6}}},
+          {{FormField::Kind::choice, {5, 6, 7, 8}, "name", "one\ntwo", true, false}},
+          {{Annotation::Kind::ink, {9, 10, 11, 12}, "note"}}};
+}
 
 std::vector<Answer> answers() {
   return {{Failure{tavrel::errDocument, true, "a.pdf: no"}},
@@ -26,7 +52,10 @@ std::vector<Answer> answers() {
           {Sizes{5, {{612, 792}}}},
           {PageWords{4, {{word(), {U"b", 15, {}, {{}}, 0}}}, {1, 0}}},
           {PageImage{2, 150, {}}},
-          {PageMatches{6, {{{{1, 2, 3, 4}, {5, 6, 7, 8}}}, {{{}}}}}}};
+          {PageMatches{6, {{{{1, 2, 3, 4}, {5, 6, 7, 8}}}, {{{}}}}}},
+          {structure()},
+          {pageStructure()},
+          {AttachedFile{3, std::string("\0\xFF", 2)}}};
 }
 
 TEST(Wire, TheHeaderHasTheVersionAndTheLengthOfTheContent) {
@@ -67,6 +96,42 @@ TEST(Wire, AnAnswerIsReadAsItWasWritten) {
   EXPECT_EQ(words.text.words[1].text, U"b");
 }
 
+TEST(Wire, AStructureIsReadAsItWasWritten) {
+  const auto read = std::get<Structure>(answerIn(contentOf(messageOf(Answer{structure()}))).value().value);
+  EXPECT_EQ(read.metadata.producer, "producer");
+  EXPECT_EQ(read.metadata.created, -1);
+  EXPECT_FALSE(read.metadata.modified);
+  EXPECT_EQ(read.metadata.format, "PDF-1.7");
+  EXPECT_THAT(read.labels, testing::ElementsAre("i", "1"));
+  ASSERT_EQ(read.outline.size(), 5U);
+  const auto &page = std::get<PageTarget>(read.outline[0].target);
+  EXPECT_TRUE(read.outline[0].isOpen);
+  EXPECT_EQ(page.left, 2.5);
+  EXPECT_FALSE(page.top);
+  EXPECT_EQ(page.zoom, 4);
+  EXPECT_TRUE(std::holds_alternative<std::monostate>(read.outline[1].target));
+  EXPECT_EQ(std::get<UriTarget>(read.outline[2].target).uri, "a:b");
+  EXPECT_EQ(std::get<FileTarget>(read.outline[3].target).page, 7);
+  EXPECT_EQ(read.outline[3].depth, 2);
+  EXPECT_EQ(std::get<ActionTarget>(read.outline[4].target).name, "NextPage");
+  ASSERT_EQ(read.attachments.size(), 2U);
+  EXPECT_EQ(read.attachments[0].type, "text/plain");
+  EXPECT_EQ(read.attachments[0].size, 8U);
+}
+
+TEST(Wire, ThePartsOfAPageAreReadAsTheyWereWritten) {
+  const auto read = std::get<PageStructure>(answerIn(contentOf(messageOf(Answer{pageStructure()}))).value().value);
+  EXPECT_EQ(read.page, 5);
+  ASSERT_EQ(read.links.size() + read.fields.size() + read.annotations.size(), 3U);
+  EXPECT_EQ(std::get<PageTarget>(read.links[0].target).page, 6);
+  EXPECT_EQ(read.fields[0].kind, FormField::Kind::choice);
+  EXPECT_EQ(read.fields[0].contents, "one\ntwo");
+  EXPECT_TRUE(read.fields[0].isOn);
+  EXPECT_FALSE(read.fields[0].isReadOnly);
+  EXPECT_EQ(read.annotations[0].kind, Annotation::Kind::ink);
+  EXPECT_EQ(read.annotations[0].area, (Box{9, 10, 11, 12}));
+}
+
 TEST(Wire, WhatIsReadIsWrittenTheSame) {
   for (const Request &request : requests())
     EXPECT_EQ(messageOf(requestIn(contentOf(messageOf(request))).value()), messageOf(request)) << request.index();
@@ -85,7 +150,7 @@ TEST(Wire, ATruncatedOrLongerContentIsNone) {
 
 TEST(Wire, ATypeThatIsNotThereIsNone) {
   std::string content(contentOf(messageOf(answers()[0])));
-  content[0] = 6;
+  content[0] = static_cast<char>(std::variant_size_v<decltype(Answer::value)>);
   EXPECT_FALSE(answerIn(content));
   content[0] = '\xFF';
   EXPECT_FALSE(answerIn(content));

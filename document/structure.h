@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Tavrel developers
+// SPDX-License-Identifier: GPL-2.0-or-later
+// The structure of a document, read from its file. It is the GLib interface of the PDF library that has outlines,
+// links, forms and annotations; it opens the document once more, when structure is asked for first.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "host/document/descriptor.h"
+#include "host/document/messages.h"
+
+namespace document {
+
+class StructureReader {
+public:
+  /// The name is for messages.
+  StructureReader(host::Descriptor file, std::filesystem::path name, std::string password);
+  StructureReader(const StructureReader &) = delete;
+  StructureReader &operator=(const StructureReader &) = delete;
+  ~StructureReader();
+
+  /// Has the libraries load now what they would load with the first document, and print nothing.
+  static void prepareLibraries();
+
+  /// Whether the request is about structure.
+  static bool answers(const host::Request &request);
+  /// The answer to such a request.
+  host::Answer answer(const host::Request &request) noexcept;
+
+private:
+  class Pdf;
+
+  host::Descriptor file_;
+  std::filesystem::path name_;
+  std::string password_;
+  std::unique_ptr<Pdf> pdf_; ///< null until it is needed
+};
+
+} // namespace document

@@ -42,8 +42,6 @@ using host::PageText;
 using host::PixelSize;
 using host::WordText;
 
-constexpr double pointsPerInch = 72;
-
 [[noreturn]] void fail(const std::filesystem::path &file, const std::string &reason) {
   throw DocumentError(DocumentError::unreadable, nameInMessage(file) + ": " + reason);
 }

@@ -35,6 +35,7 @@ struct Order {
   Request request;
   Answer answer = {};
   uint64_t round = 0; ///< of collect(), for the service
+  int deaths = 0;     ///< of processes that have tried to answer it
 };
 using Orders = std::list<Order>;
 

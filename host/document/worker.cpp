@@ -245,25 +245,20 @@ void Worker::fail(tavrel::ErrorCode code, const std::string &reason, Orders &ans
 
 // The process has ended by itself. Another one tries again, unless it has been tried often.
 void Worker::died(const std::string &reason, Orders &answered) noexcept {
-  const auto deaths = document_.deaths.find(pageOf(current_.front().request));
-  if (deaths != document_.deaths.end() && deaths->second + 1 >= mostDeaths)
-    return failed("its process failed: " + reason, answered);
-  answering(answered, [&] {
-    ++document_.deaths[pageOf(current_.front().request)];
-    stop();
-    if (unwanted_)
-      current_.clear();
-    else
-      waiting_.insert(current_);
-  });
+  if (++current_.front().deaths >= mostDeaths) return failed("its process failed: " + reason, answered, mostDeaths);
+  stop();
+  if (unwanted_)
+    current_.clear();
+  else
+    waiting_.insert(current_);
 }
 
 // The process is not to be used any more, for a reason that another one would give, too.
-void Worker::failed(const std::string &reason, Orders &answered) noexcept {
+void Worker::failed(const std::string &reason, Orders &answered, int deaths) noexcept {
   const int32_t page = pageOf(current_.front().request);
   stop();
   answering(answered, [&] {
-    ++document_.deaths[page];
+    document_.deaths[page] += deaths;
     fail(tavrel::errDocument, page < 0 ? reason : nameOf(page) + ": " + reason, answered);
   });
 }

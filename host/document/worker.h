@@ -25,10 +25,12 @@ namespace host {
 struct ReadDocument {
   std::filesystem::path file; ///< as messages name it
   std::string password = {};
-  std::optional<OpenFile> open = {};  ///< from the first request on
-  int32_t pages = 0;                  ///< known once it has been read
-  std::map<int32_t, int> deaths = {}; ///< of processes, without an answer since, by the page that they were reading;
-                                      ///< negative for none
+  std::optional<OpenFile> open = {}; ///< from the first request on
+  int32_t pages = 0;                 ///< known once it has been read
+  /// Of processes that a page has cost, by pageOf() its requests: up to the third.
+  std::map<int32_t, int> deaths = {};
+}; ///< of processes, without an answer since, by the page that they were reading;
+   ///< negative for none
 };
 
 /// What workers need of the one who runs them all.
@@ -45,8 +47,8 @@ public:
 
 class Worker {
 public:
-  /// What a process has not survived is given to another one. After so many deaths of its processes a page is not read
-  /// any more.
+  /// What a process has not survived is given to another one. A page that costs so many processes before there is an
+  /// answer is not read any more.
   static constexpr int mostDeaths = 3;
   /// A request that uses less processor time than it may is ended after so many times that.
   static constexpr int asleep = 5;
@@ -89,7 +91,7 @@ private:
   void finish(decltype(Answer::value) value, Orders &answered) noexcept;
   void fail(tavrel::ErrorCode code, const std::string &reason, Orders &answered) noexcept;
   void died(const std::string &reason, Orders &answered) noexcept;
-  void failed(const std::string &reason, Orders &answered) noexcept;
+  void failed(const std::string &reason, Orders &answered, int deaths = 1) noexcept;
 
   ProcessStarter &starter_;
   ReadDocument &document_;

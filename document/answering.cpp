@@ -25,8 +25,10 @@ using host::nameInMessage;
 using host::Opened;
 using host::OpenRequest;
 using host::PageImage;
+using host::PagePlainWords;
 using host::PageMatches;
 using host::PageSize;
+using host::PlainWordsRequest;
 using host::PageWords;
 using host::Request;
 using host::Sizes;
@@ -95,6 +97,9 @@ struct Answering {
     PageWords words{asked.page, file.text(asked.page), {}};
     if (asked.order) words.order = file.contentOrder(asked.page, words.text);
     return words;
+  }
+  Value operator()(const PlainWordsRequest &asked) const {
+    return PagePlainWords{asked.page, file.plainWords(asked.page)};
   }
   Value operator()(const ImageRequest &asked) const {
     return PageImage{asked.page, asked.dpi, file.render(asked.page, asked.dpi)};

@@ -225,6 +225,7 @@ public:
   int32_t pageCount() const override { return pages_; }
   PageSize pageSize(int32_t page) override;
   PageText text(int32_t page) override;
+  std::vector<std::u32string> plainWords(int32_t page) override;
 
   std::vector<uint32_t> contentOrder(int32_t page, const PageText &text) override {
     std::vector<std::u32string_view> boxes(text.words.size());
@@ -295,6 +296,13 @@ PageText PopplerFile::text(int32_t page) {
   withFonts_ = needFonts;
   if (needFonts) correctBoxes(found.words, found.fonts);
   return {std::move(found.words)};
+}
+
+std::vector<std::u32string> PopplerFile::plainWords(int32_t page) {
+  std::vector<std::u32string> words;
+  for (const poppler::text_box &box : shown(page).pdf->text_list(0))
+    if (std::u32string text = codePoints(box.text()); !text.empty()) words.push_back(std::move(text));
+  return words;
 }
 
 Image PopplerFile::render(int32_t page, double dpi) {

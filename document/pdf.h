@@ -50,6 +50,8 @@ public:
   virtual host::PageSize pageSize(int32_t page) = 0;
   /// Computed at each call.
   virtual host::PageText text(int32_t page) = 0;
+  /// The words of its text alone, which is faster.
+  virtual std::vector<std::u32string> plainWords(int32_t page) = 0;
   /// Indices into the words of a page's text, in the order of the content stream; every word once.
   virtual std::vector<uint32_t> contentOrder(int32_t page, const host::PageText &text) = 0;
   /// The page on white, width and height rounded up to whole pixels. Throws errBadArgument for an image of no pixels or

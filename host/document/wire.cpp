@@ -30,6 +30,7 @@ template <> constexpr std::tuple membersOf<PixelSize>{&PixelSize::width, &PixelS
 template <> constexpr std::tuple membersOf<ImageRequest>{&ImageRequest::page, &ImageRequest::dpi, &ImageRequest::size};
 template <>
 constexpr std::tuple membersOf<MatchesRequest>{&MatchesRequest::page, &MatchesRequest::text, &MatchesRequest::options};
+template <> constexpr std::tuple membersOf<PlainWordsRequest>{&PlainWordsRequest::page};
 
 template <> constexpr std::tuple membersOf<Failure>{&Failure::code, &Failure::needsPassword, &Failure::line};
 template <> constexpr std::tuple membersOf<Opened>{&Opened::pageCount, &Opened::sizes};
@@ -37,6 +38,7 @@ template <> constexpr std::tuple membersOf<Sizes>{&Sizes::first, &Sizes::sizes};
 template <> constexpr std::tuple membersOf<PageWords>{&PageWords::page, &PageWords::text, &PageWords::order};
 template <> constexpr std::tuple membersOf<PageImage>{&PageImage::page, &PageImage::dpi};
 template <> constexpr std::tuple membersOf<PageMatches>{&PageMatches::page, &PageMatches::found};
+template <> constexpr std::tuple membersOf<PagePlainWords>{&PagePlainWords::page, &PagePlainWords::words};
 
 template <typename T> constexpr bool isStructure =
     !std::same_as<std::remove_const_t<decltype(membersOf<T>)>, std::tuple<>>;

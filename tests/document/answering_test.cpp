@@ -44,6 +44,7 @@ public:
     fails_();
     return {};
   }
+  std::vector<std::u32string> plainWords(int32_t /*page*/) override { return {}; }
   std::vector<uint32_t> contentOrder(int32_t /*page*/, const PageText & /*text*/) override { return {}; }
   Image render(int32_t /*page*/, double /*dpi*/) override { return {1, 1, {0}}; }
 

@@ -119,6 +119,13 @@ TEST_F(ProcessesTest, AnswerAsTheLibraryDoesInThisProcess) {
   EXPECT_THAT(std::get<PageMatches>(asked.answers[3].value).found, SizeIs(1));
 }
 
+TEST_F(ProcessesTest, AnswerWithThePlainWordsOfAPage) {
+  Asked &asked = open(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "gr\u00FCne lamp"}}}}));
+  asked.ask(PlainWordsRequest{0});
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_THAT(std::get<PagePlainWords>(asked.answers[0].value).words, ElementsAre(U"gr\u00FCne", U"lamp"));
+}
+
 TEST_F(ProcessesTest, NameAMissingFile) {
   Asked &asked = request("/nowhere/missing.pdf");
   ASSERT_TRUE(answers(asked, 1));

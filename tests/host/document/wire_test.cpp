@@ -14,8 +14,12 @@ namespace {
 std::string_view contentOf(const std::string &message) { return std::string_view(message).substr(sizeof(WireHeader)); }
 
 std::vector<Request> requests() {
-  return {OpenRequest{"/a b/\xFF.pdf", "secret"}, SizesRequest{3, 32}, WordsRequest{7, true}, ImageRequest{1, 96.5},
-          MatchesRequest{2, "gr\u00FC\u00DFe", {true, false}}};
+  return {OpenRequest{"/a b/\xFF.pdf", "secret"},
+          SizesRequest{3, 32},
+          WordsRequest{7, true},
+          ImageRequest{1, 96.5},
+          MatchesRequest{2, "gr\u00FC\u00DFe", {true, false}},
+          PlainWordsRequest{8}};
 }
 
 WordText word() { return {U"a\U0001F600", 12, {1, 2, 3, 4}, {{5, 6, 7, 8}, {}}, 3}; }
@@ -26,7 +30,8 @@ std::vector<Answer> answers() {
           {Sizes{5, {{612, 792}}}},
           {PageWords{4, {{word(), {U"b", 15, {}, {{}}, 0}}}, {1, 0}}},
           {PageImage{2, 150, {}}},
-          {PageMatches{6, {{{{1, 2, 3, 4}, {5, 6, 7, 8}}}, {{{}}}}}}};
+          {PageMatches{6, {{{{1, 2, 3, 4}, {5, 6, 7, 8}}}, {{{}}}}}},
+          {PagePlainWords{7, {U"a\U0001F600", U"b"}}}};
 }
 
 TEST(Wire, TheHeaderHasTheVersionAndTheLengthOfTheContent) {
@@ -67,6 +72,12 @@ TEST(Wire, AnAnswerIsReadAsItWasWritten) {
   EXPECT_EQ(words.text.words[1].text, U"b");
 }
 
+TEST(Wire, PlainWordsAreReadAsTheyWereWritten) {
+  const auto words = std::get<PagePlainWords>(answerIn(contentOf(messageOf(answers()[6]))).value().value);
+  EXPECT_EQ(words.page, 7);
+  EXPECT_THAT(words.words, testing::ElementsAre(U"a\U0001F600", U"b"));
+}
+
 TEST(Wire, WhatIsReadIsWrittenTheSame) {
   for (const Request &request : requests())
     EXPECT_EQ(messageOf(requestIn(contentOf(messageOf(request))).value()), messageOf(request)) << request.index();
@@ -85,7 +96,7 @@ TEST(Wire, ATruncatedOrLongerContentIsNone) {
 
 TEST(Wire, ATypeThatIsNotThereIsNone) {
   std::string content(contentOf(messageOf(answers()[0])));
-  content[0] = 6;
+  content[0] = static_cast<char>(std::variant_size_v<decltype(Answer::value)>);
   EXPECT_FALSE(answerIn(content));
   content[0] = '\xFF';
   EXPECT_FALSE(answerIn(content));

@@ -25,11 +25,11 @@ using host::nameInMessage;
 using host::Opened;
 using host::OpenRequest;
 using host::PageImage;
-using host::PagePlainWords;
 using host::PageMatches;
+using host::PagePlainWords;
 using host::PageSize;
-using host::PlainWordsRequest;
 using host::PageWords;
+using host::PlainWordsRequest;
 using host::Request;
 using host::Sizes;
 using host::SizesRequest;
@@ -85,6 +85,7 @@ std::vector<PageSize> sizesOf(PdfFile &file, int32_t first, int32_t count) {
 
 struct Answering {
   PdfFile &file;
+  std::span<uint32_t> pixels = {};
 
   Value operator()(const OpenRequest & /*asked*/) const {
     const int32_t pages = file.pageCount();
@@ -102,7 +103,9 @@ struct Answering {
     return PagePlainWords{asked.page, file.plainWords(asked.page)};
   }
   Value operator()(const ImageRequest &asked) const {
-    return PageImage{asked.page, asked.dpi, file.render(asked.page, asked.dpi)};
+    if (pixels.empty()) return PageImage{asked.page, asked.dpi, file.render(asked.page, asked.dpi)};
+    file.render(asked.page, asked.dpi, asked.size, pixels);
+    return PageImage{asked.page, asked.dpi, {}};
   }
   Value operator()(const MatchesRequest &asked) const {
     const Finder finder(asked.text, asked.options);
@@ -130,8 +133,9 @@ Answer answerOpen(const OpenRequest &request, Descriptor file, std::unique_ptr<P
   return answerOpen(request, opened, [&] { return PdfFile::open(file, request.file, request.password); });
 }
 
-Answer answerFrom(PdfFile &file, const Request &request, const std::filesystem::path &name) noexcept {
-  return answerOf(name, [&] { return std::visit(Answering{file}, request); });
+Answer answerFrom(PdfFile &file, const Request &request, const std::filesystem::path &name,
+                  std::span<uint32_t> pixels) noexcept {
+  return answerOf(name, [&] { return std::visit(Answering{file, pixels}, request); });
 }
 
 } // namespace document

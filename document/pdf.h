@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -57,6 +58,8 @@ public:
   /// The page on white, width and height rounded up to whole pixels. Throws errBadArgument for an image of no pixels or
   /// of more than 20,000 a side.
   virtual host::Image render(int32_t page, double dpi) = 0;
+  /// The same into memory for an image of that size. Throws DocumentError if the page's has another one.
+  virtual void render(int32_t page, double dpi, const host::PixelSize &size, std::span<uint32_t> pixels) = 0;
 };
 
 } // namespace document

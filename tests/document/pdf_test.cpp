@@ -113,6 +113,21 @@ TEST_F(PdfFileTest, PlainWordsAreThoseOfTheText) {
   }
 }
 
+// It is drawn in strips.
+TEST_F(PdfFileTest, ALargeImageHasNoSeams) {
+  constexpr double dpi = 720; // ten pixels a point
+  PdfPage page;
+  page.drawing = "100 50 200 500 re f\n";
+  const Image image = open({page})->render(0, dpi);
+  ASSERT_EQ(image.width, 4000);
+  ASSERT_EQ(image.height, 6000);
+  for (int y = 0; y < image.height; ++y) {
+    const bool isInside = y >= 500 && y < 5500;
+    ASSERT_EQ(image.row(y)[2000], isInside ? 0xFF000000 : 0xFFFFFFFF) << y;
+    ASSERT_EQ(image.row(y)[500], 0xFFFFFFFF) << y;
+  }
+}
+
 // A file of this many bytes with one page. What it is filled with takes no space on the disk.
 std::filesystem::path largeFile(const ScratchFolder &folder, uintmax_t bytes) {
   const std::string complete = test::pdfOf({PdfPage{}});

@@ -26,8 +26,10 @@ using host::Opened;
 using host::OpenRequest;
 using host::PageImage;
 using host::PageMatches;
+using host::PagePlainWords;
 using host::PageSize;
 using host::PageWords;
+using host::PlainWordsRequest;
 using host::Request;
 using host::Sizes;
 using host::SizesRequest;
@@ -71,6 +73,7 @@ std::vector<PageSize> sizesOf(PdfFile &file, int32_t first, int32_t count) {
 
 struct Answering {
   PdfFile &file;
+  std::span<uint32_t> pixels = {};
 
   Value operator()(const OpenRequest & /*asked*/) const {
     const int32_t pages = file.pageCount();
@@ -84,8 +87,13 @@ struct Answering {
     if (asked.order) words.order = file.contentOrder(asked.page, words.text);
     return words;
   }
+  Value operator()(const PlainWordsRequest &asked) const {
+    return PagePlainWords{asked.page, file.plainWords(asked.page)};
+  }
   Value operator()(const ImageRequest &asked) const {
-    return PageImage{asked.page, asked.dpi, file.render(asked.page, asked.dpi)};
+    if (pixels.empty()) return PageImage{asked.page, asked.dpi, file.render(asked.page, asked.dpi)};
+    file.render(asked.page, asked.dpi, asked.size, pixels);
+    return PageImage{asked.page, asked.dpi, {}};
   }
   Value operator()(const MatchesRequest &asked) const {
     const Finder finder(asked.text, asked.options);
@@ -135,8 +143,9 @@ Answer answerOpen(const OpenRequest &request, Descriptor file, std::unique_ptr<P
   return answerOpen(request, opened, [&] { return PdfFile::open(file, request.file, request.password); });
 }
 
-Answer answerFrom(PdfFile &file, const Request &request, const std::filesystem::path &name) noexcept {
-  return answerOf(name, [&] { return std::visit(Answering{file}, request); });
+Answer answerFrom(PdfFile &file, const Request &request, const std::filesystem::path &name,
+                  std::span<uint32_t> pixels) noexcept {
+  return answerOf(name, [&] { return std::visit(Answering{file, pixels}, request); });
 }
 
 } // namespace document

@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <span>
 
 #include "document/pdf.h"
 #include "host/document/descriptor.h"
@@ -23,6 +24,8 @@ host::Answer answerOpen(const host::OpenRequest &request, host::Descriptor file,
 host::Failure caughtFailure(const std::filesystem::path &file) noexcept;
 
 /// Answers any request about a file that is open, but for those about its structure. `name` is the file's for messages.
-host::Answer answerFrom(PdfFile &file, const host::Request &request, const std::filesystem::path &name) noexcept;
+/// If there is memory for the pixels of an ImageRequest, they are written into it, and are not in the answer.
+host::Answer answerFrom(PdfFile &file, const host::Request &request, const std::filesystem::path &name,
+                        std::span<uint32_t> pixels = {}) noexcept;
 
 } // namespace document

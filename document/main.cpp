@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // tavrel-document: reads one PDF for the program that has started it, and knows nothing of that program but a socket.
-// The first request brings the file's descriptor, each request for an image the memory for its pixels.
+// The first request brings the file's descriptor. A request for an image brings the memory for its pixels, unless those
+// of the one before have as much.
 #include <unistd.h>
 
-#include <algorithm>
 #include <memory>
-#include <string>
+#include <new>
 
 #include "document/answering.h"
 #include "document/serving.h"
@@ -18,6 +18,22 @@ namespace {
 class Reader {
 public:
   host::Answer answer(const host::Request &request, host::Descriptor passed) {
+    host::Answer answer;
+    try {
+      answer = found(request, std::move(passed));
+    } catch (const std::bad_alloc &) {
+      answer = {host::Failure{tavrel::errNoMemory}};
+    }
+    // The memory of this process is limited: that it is not enough is an error of the document, not its owner's.
+    if (auto *failure = std::get_if<host::Failure>(&answer.value);
+        failure != nullptr && failure->code == tavrel::errNoMemory)
+      *failure = {tavrel::errDocument, false,
+                  host::nameInMessage(name_) + ": it takes more memory than its process may have"};
+    return answer;
+  }
+
+private:
+  host::Answer found(const host::Request &request, host::Descriptor passed) {
     if (const auto *open = std::get_if<host::OpenRequest>(&request)) {
       name_ = open->file;
       structure_ =
@@ -26,29 +42,27 @@ public:
     }
     if (file_ == nullptr) return {host::Failure{tavrel::errGeneric, false, "no document is open"}};
     if (document::StructureReader::answers(request)) return structure_->answer(request);
-    host::Answer answer = document::answerFrom(*file_, request, name_);
-    if (const auto *image = std::get_if<host::ImageRequest>(&request)) share(answer, std::move(passed), *image);
+    const auto *image = std::get_if<host::ImageRequest>(&request);
+    if (image == nullptr) return document::answerFrom(*file_, request, name_);
+    host::Answer answer = document::answerFrom(*file_, request, name_, memoryFor(image->size, std::move(passed)));
+    if (!pixels_->isWorthKeeping()) pixels_.reset();
     return answer;
   }
-
-private:
-  // Moves the pixels into the memory that came with the request.
-  void share(host::Answer &answer, host::Descriptor memory, const host::ImageRequest &request) const {
-    const auto *made = std::get_if<host::PageImage>(&answer.value);
-    if (made == nullptr) return;
-    if (made->image.width != request.size.width || made->image.height != request.size.height) {
-      const std::string page = std::to_string(int64_t{request.page} + 1);
-      answer.value = host::Failure{tavrel::errBadArgument, false,
-                                   host::nameInMessage(name_) + ": page " + page + ": its image has a wrong size"};
-      return;
+  // The pixels of an image: in the memory that has been passed, or in that of the last image.
+  std::span<uint32_t> memoryFor(const host::PixelSize &size, host::Descriptor passed) {
+    const size_t count = static_cast<size_t>(size.width) * static_cast<size_t>(size.height);
+    if (passed) {
+      pixels_.reset();
+      pixels_ = std::make_unique<host::SharedPixels>(std::move(passed), count);
     }
-    host::SharedPixels shared(std::move(memory), made->image.pixels.size());
-    std::copy(made->image.pixels.begin(), made->image.pixels.end(), shared.pixels().begin());
+    if (pixels_ == nullptr || pixels_->pixels().size() != count) throw std::bad_alloc();
+    return pixels_->pixels();
   }
 
   std::filesystem::path name_;
   std::unique_ptr<document::PdfFile> file_;
   std::unique_ptr<document::StructureReader> structure_;
+  std::unique_ptr<host::SharedPixels> pixels_;
 };
 
 } // namespace

@@ -39,6 +39,7 @@ using host::Image;
 using host::nameInMessage;
 using host::PageSize;
 using host::PageText;
+using host::PixelBox;
 using host::PixelSize;
 using host::WordText;
 
@@ -223,6 +224,7 @@ public:
   int32_t pageCount() const override { return pages_; }
   PageSize pageSize(int32_t page) override;
   PageText text(int32_t page) override;
+  std::vector<std::u32string> plainWords(int32_t page) override;
 
   std::vector<uint32_t> contentOrder(int32_t page, const PageText &text) override {
     std::vector<std::u32string_view> boxes(text.words.size());
@@ -234,8 +236,11 @@ public:
   }
 
   Image render(int32_t page, double dpi) override;
+  void render(int32_t page, double dpi, const PixelSize &size, std::span<uint32_t> pixels) override;
 
 private:
+  PixelSize sizeOfImage(int32_t page, double dpi);
+  void drawStrip(int32_t page, double dpi, const PixelBox &strip, std::span<uint32_t> pixels);
   struct ShownPage {
     std::unique_ptr<poppler::page> pdf;
     PageSize size;
@@ -295,33 +300,62 @@ PageText PopplerFile::text(int32_t page) {
   return {std::move(found.words)};
 }
 
-Image PopplerFile::render(int32_t page, double dpi) {
-  const ShownPage &that = shown(page);
-  const PixelSize size = imageSize(that.size, dpi);
+std::vector<std::u32string> PopplerFile::plainWords(int32_t page) {
+  std::vector<std::u32string> words;
+  for (const poppler::text_box &box : shown(page).pdf->text_list(0))
+    if (std::u32string text = codePoints(box.text()); !text.empty()) words.push_back(std::move(text));
+  return words;
+}
+
+PixelSize PopplerFile::sizeOfImage(int32_t page, double dpi) {
+  const PixelSize size = imageSize(shown(page).size, dpi);
   if (!isImageSize(size))
     throw HostError(tavrel::errBadArgument, nameInMessage(file_) + ": page " + numberOf(page) + " at " + numberOf(dpi) +
                                                 " dots per inch makes no image of a usable size");
-  Image image;
-  image.width = size.width;
-  image.height = size.height;
+  return size;
+}
 
+Image PopplerFile::render(int32_t page, double dpi) {
+  const PixelSize size = sizeOfImage(page, dpi);
+  Image image{size.width, size.height, {}};
+  image.pixels.resize(static_cast<size_t>(size.width) * static_cast<size_t>(size.height));
+  render(page, dpi, size, image.pixels);
+  return image;
+}
+
+void PopplerFile::render(int32_t page, double dpi, const PixelSize &size, std::span<uint32_t> pixels) {
+  if (const PixelSize own = sizeOfImage(page, dpi);
+      std::tie(own.width, own.height) != std::tie(size.width, size.height))
+    fail(file_, "page " + numberOf(page) + ": its image has a wrong size");
+  // The library takes twice the memory of what it draws at once, so a large image is drawn in strips.
+  constexpr int mostAtOnce = 16 << 20; // pixels
+  const int rows = std::max(1, mostAtOnce / size.width);
+  for (int top = 0; top < size.height; top += rows) {
+    const PixelBox strip{0, top, size.width, std::min(top + rows, size.height)};
+    const size_t first = static_cast<size_t>(top) * static_cast<size_t>(size.width);
+    drawStrip(page, dpi, strip, pixels.subspan(first));
+  }
+}
+
+void PopplerFile::drawStrip(int32_t page, double dpi, const PixelBox &strip, std::span<uint32_t> pixels) {
+  const int columns = strip.right, rows = strip.bottom - strip.top;
   poppler::page_renderer renderer;
   renderer.set_paper_color(0xFFFFFFFF);
   renderer.set_render_hints(poppler::page_renderer::antialiasing | poppler::page_renderer::text_antialiasing);
-  const poppler::image drawn = renderer.render_page(that.pdf.get(), dpi, dpi, 0, 0, image.width, image.height);
+  const poppler::image drawn =
+      renderer.render_page(shown(page).pdf.get(), dpi, dpi, strip.left, strip.top, columns, rows);
   // An image that is not valid has no width.
   if (std::tuple(drawn.width(), drawn.height(), drawn.format()) !=
-      std::tuple(image.width, image.height, poppler::image::format_argb32))
+      std::tuple(columns, rows, poppler::image::format_argb32))
     fail(file_, "page " + numberOf(page) + " cannot be drawn");
 
-  image.pixels.resize(static_cast<size_t>(image.width) * static_cast<size_t>(image.height));
-  const size_t rowBytes = static_cast<size_t>(image.width) * sizeof(uint32_t);
-  for (int y = 0; y < image.height; ++y)
-    std::memcpy(image.row(y), drawn.const_data() + static_cast<size_t>(y) * static_cast<size_t>(drawn.bytes_per_row()),
-                rowBytes);
-  for (uint32_t &pixel : image.pixels)
-    pixel |= 0xFF000000;
-  return image;
+  const auto width = static_cast<size_t>(columns), bytesPerRow = static_cast<size_t>(drawn.bytes_per_row());
+  for (size_t y = 0; y < static_cast<size_t>(rows); ++y) {
+    const std::span<uint32_t> row = pixels.subspan(y * width, width);
+    std::memcpy(row.data(), drawn.const_data() + y * bytesPerRow, row.size_bytes());
+    for (uint32_t &pixel : row)
+      pixel |= 0xFF000000;
+  }
 }
 
 } // namespace

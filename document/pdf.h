@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -50,11 +51,15 @@ public:
   virtual host::PageSize pageSize(int32_t page) = 0;
   /// Computed at each call.
   virtual host::PageText text(int32_t page) = 0;
+  /// The words of its text alone, which is faster.
+  virtual std::vector<std::u32string> plainWords(int32_t page) = 0;
   /// Indices into the words of a page's text, in the order of the content stream; every word once.
   virtual std::vector<uint32_t> contentOrder(int32_t page, const host::PageText &text) = 0;
   /// The page on white, width and height rounded up to whole pixels. Throws errBadArgument for an image of no pixels or
   /// of more than 20,000 a side.
   virtual host::Image render(int32_t page, double dpi) = 0;
+  /// The same into memory for an image of that size. Throws DocumentError if the page's has another one.
+  virtual void render(int32_t page, double dpi, const host::PixelSize &size, std::span<uint32_t> pixels) = 0;
 };
 
 } // namespace document

@@ -35,6 +35,11 @@ void use(const PageWords &words) {
     require(word < words.text.words.size(), "the order is one of the words");
 }
 
+void use(const PagePlainWords &words) {
+  for (const std::u32string &word : words.words)
+    require(!word.empty(), "a word has characters");
+}
+
 void use(const PageImage &image) { require(!image.image.pixels.empty(), "an image has pixels"); }
 
 void use(const PageMatches &matches) {
@@ -103,8 +108,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
   const int32_t page = 1;
   for (const Request &request :
        {Request(OpenRequest{}), Request(SizesRequest{page, 2}), Request(WordsRequest{page, false}),
-        Request(WordsRequest{page, true}), Request(ImageRequest{page, 72}), Request(MatchesRequest{page, "a", {}}),
-        Request(StructureRequest{pages}), Request(PageStructureRequest{page, pages}), Request(AttachmentRequest{page})})
+        Request(WordsRequest{page, true}), Request(PlainWordsRequest{page}), Request(ImageRequest{page, 72}),
+        Request(MatchesRequest{page, "a", {}}), Request(StructureRequest{pages}),
+        Request(PageStructureRequest{page, pages}), Request(AttachmentRequest{page})})
     if (fits(request, *answer)) std::visit([](const auto &value) { use(value); }, answer->value);
   return 0;
 }

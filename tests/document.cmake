@@ -11,3 +11,4 @@ tavrel_test(NAME search_test
             SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/tools/hits*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/tools/search*.cpp
             LIBRARIES tools document_pdf host_document test_support)
 target_compile_definitions(search_test PRIVATE QPDF="${QPDF}")
+add_dependencies(search_test tavrel-document)

@@ -5,4 +5,5 @@ tavrel_test(NAME view_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/view/*.cpp L
 tavrel_test(NAME desktop_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/view/desktop/*.cpp
             LIBRARIES tools test_support X11::Xt X11::X11)
 tavrel_test(NAME render_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/tools/render/*.cpp
-            LIBRARIES tools document_pdf test_support PNG::PNG)
+            LIBRARIES tools test_support PNG::PNG)
+add_dependencies(render_test tavrel-document)

@@ -29,7 +29,7 @@ struct StatusLine {
 
 constexpr StatusLine statusLines[] = {
     {exitDone, "done"},
-    {exitHostFailure, "no display, a plug-in is missing, or memory is exhausted"},
+    {exitHostFailure, "no display, a plug-in is missing, memory is exhausted, or a process cannot be started"},
     {exitUsage, "invalid arguments"},
     {exitDocument, "the document cannot be read"},
     {exitPassword, "the document is encrypted: a password is needed, or another one"},

@@ -7,7 +7,8 @@ namespace tools {
 
 enum ExitStatus : int {
   exitDone = 0,
-  exitHostFailure = 1,   ///< no display, a plug-in that cannot be loaded, memory exhausted
+  exitHostFailure = 1,   ///< no display, a plug-in that cannot be loaded, memory exhausted, or a process that
+                         ///< cannot be started
   exitUsage = 2,         ///< invalid arguments
   exitDocument = 3,      ///< the document cannot be read
   exitPassword = 4,      ///< the document is encrypted: a password is needed, or another one

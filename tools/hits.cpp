@@ -16,13 +16,14 @@
 #include <new>
 #include <stdexcept>
 
-#include "document/pdf.h"
+#include "host/document/documenterror.h"
 #include "tools/ahead.h"
 #include "tools/damage.h"
 #include "tools/exit.h"
 #include "tools/failure.h"
 #include "tools/options.h"
 #include "tools/output.h"
+#include "tools/reading.h"
 #include "tools/workers.h"
 
 namespace tools {
@@ -124,21 +125,20 @@ struct Found {
 };
 
 Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err) {
-  constexpr size_t pagesAhead = 64; // hits have no weight
-  const std::unique_ptr<document::PdfFile> file =
-      document::PdfFile::open(options.document, options.password, document::PdfFile::Reading::inMemory);
+  constexpr size_t pagesAhead = 64; // words have no weight
+  host::ProcessOptions processes = options.processes;
+  processes.wordProcesses = usableProcessors();
+  const OpenedDocument document = openDocument(options.document, options.password, processes);
   Found found;
-  found.pageCount = file->pageCount();
-  Workers workers(*file, Workers::worthHaving(found.pageCount));
-  PagesAhead<std::vector<Hit>> ahead(
-      *file, workers, [&phrase](document::PdfFile &own, int32_t page) { return phrase.find(own.text(page)); },
-      {pagesAhead});
+  found.pageCount = document.opened.pageCount;
+  PagesAhead<host::PagePlainWords> ahead(*document.service, found.pageCount,
+                                         [](int32_t page) { return host::PlainWordsRequest{page}; }, {pagesAhead});
   PageCounter counter(options.progress, err);
   for (int32_t page = 0; page < found.pageCount; ++page) {
     counter.show(page, found.pageCount);
     std::vector<Hit> hits;
     try {
-      hits = ahead.take(page);
+      hits = phrase.find(ahead.take(page).words);
     } catch (const host::DocumentError &) {
       found.damaged.add(page);
     }
@@ -231,6 +231,7 @@ void addHitsCommand(CLI::App &app, int &status) {
   command->add_option("--color", options->color, "Colour of the marks, RRGGBB; the digits of each pair are equal");
   command->add_option("--mode", options->mode, "active: viewers scroll to the first hit")->check(oneOf({"active"}));
   addPasswordOptions(*command, options->password);
+  addProcessOptions(*command, options->processes);
   command->add_option("-o,--output", options->output, "Where to write the highlight file; - is standard output")
       ->capture_default_str();
   command->callback([options, &status] {

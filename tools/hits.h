@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "host/document/processes.h"
 #include "tools/search.h"
 
 namespace CLI {
@@ -26,6 +27,7 @@ struct HitsOptions {
   std::string mode;                 ///< empty: the file names none
   std::string output = "-";         ///< a file; "-" is standard output
   bool progress = false;            ///< show on `err` which page is being searched
+  host::ProcessOptions processes;   ///< how many there are is up to writeHits()
 };
 
 /// Searches and writes; returns an ExitStatus. `out` is standard output; errors are reported on `err`.

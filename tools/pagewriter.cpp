@@ -37,9 +37,7 @@ void PageWriter::write(host::Drawing &&drawing, std::string status) {
   }
   const auto pixels = static_cast<double>(drawing.image.pixels.size());
   waiting_.push_back({std::move(page), pixels,
-                      workers_->order([image = std::move(drawing.image), dpi = dpi_](document::PdfFile * /*file*/) {
-                        return pngOf(image, dpi);
-                      })});
+                      workers_->order([image = std::move(drawing.image), dpi = dpi_] { return pngOf(image, dpi); })});
   pixelsWaiting_ += pixels;
   const auto isReady = [](const Waiting &one) {
     return one.png.wait_for(std::chrono::seconds(0)) == std::future_status::ready;
@@ -85,6 +83,8 @@ void PageWriter::put(const Page &page, const std::optional<std::string> &png) {
 }
 
 void PageWriter::reportOffPage(const host::Drawing &drawing) {
+  while (!waiting_.empty()) // their lines come first
+    putFirst();
   offPage_ += drawing.offPage;
   progress_.print(label(drawing.page) + counted(drawing.offPage, "hit") + " outside of the page, not marked");
 }

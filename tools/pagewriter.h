@@ -31,7 +31,8 @@ public:
   /// Writes a page now or, with workers, later. Files and lines appear in the order of the calls. `status` is the
   /// status text of the plug-ins. Throws CommandFailure (exitOutput), possibly for an earlier page.
   void write(host::Drawing &&drawing, std::string status);
-  /// Counts the hits of a page on which none could be marked, and prints a line. The page is not written.
+  /// Counts the hits of a page on which none could be marked, and prints a line. The page is not written; the waiting
+  /// ones are. Throws likewise.
   void reportOffPage(const host::Drawing &drawing);
   /// Writes the waiting pages and stops using the workers. Throws likewise; pages after one that fails are dropped.
   void finish();

@@ -11,7 +11,6 @@
 #include <cstring>
 #include <memory>
 
-#include "document/here.h"
 #include "host/kernel/loader.h"
 #include "host/view/application.h"
 #include "host/view/desktop.h"
@@ -26,6 +25,7 @@
 #include "tools/highlightfile.h"
 #include "tools/options.h"
 #include "tools/pagewriter.h"
+#include "tools/reading.h"
 #include "tools/walk.h"
 #include "tools/workers.h"
 
@@ -70,21 +70,32 @@ ExitStatus statusOf(const host::HostError &error) {
   }
 }
 
+// The document that is rendered, and the service that answers for it.
+struct Source {
+  std::shared_ptr<host::Service> service;
+  host::Document &document;
+};
+
 // Makes a view take its pages from those rendered ahead, until this object is destroyed.
 class RenderedAhead {
 public:
-  RenderedAhead(host::PageView &view, document::PdfFile &file, Workers &workers) : view_(view) {
+  RenderedAhead(host::PageView &view, const Source &source) : view_(view) {
+    host::Document &document = source.document;
     const double dpi = view.dpi();
-    const auto pixelsOf = [&file, dpi](int32_t page) {
-      const host::PageSize size = file.pageSize(page);
-      return size.width * size.height * dpi * dpi / (pointsPerInch * pointsPerInch);
+    const auto sizeOf = [&document, dpi](int32_t page) { return host::pixelSize(document.pageSize(page), dpi); };
+    const auto pixelsOf = [sizeOf](int32_t page) {
+      const host::PixelSize size = sizeOf(page);
+      return static_cast<double>(size.width) * size.height;
     };
     images_.emplace(
-        file, workers, [dpi](document::PdfFile &own, int32_t page) { return own.render(page, dpi); },
-        PagesAhead<host::Image>::Reach{2 * workers.threads(), mostPixelsWaiting, pixelsOf});
-    view.setSource([this, &file, dpi](int32_t page, double wanted) {
+        *source.service, document.pageCount(),
+        [sizeOf, dpi](int32_t page) {
+          return host::ImageRequest{page, dpi, sizeOf(page)};
+        },
+        PagesAhead<host::PageImage>::Reach{2 * usableProcessors(), mostPixelsWaiting, pixelsOf});
+    view.setSource([this, &document, dpi](int32_t page, double wanted) {
       shown_ = {}; // frees the image before the next one is taken
-      shown_ = wanted == dpi ? images_->take(page) : file.render(page, wanted);
+      shown_ = wanted == dpi ? images_->take(page).image : document.render(page, wanted);
       return &shown_;
     });
   }
@@ -93,21 +104,18 @@ public:
   ~RenderedAhead() { view_.setSource({}); }
 
 private:
-  static constexpr double pointsPerInch = 72;
   host::PageView &view_;
-  std::optional<PagesAhead<host::Image>> images_;
+  std::optional<PagesAhead<host::PageImage>> images_;
   host::Image shown_;
 };
 
-// All pages, on all processors: other threads render and encode, plug-ins paint on this thread, in page order.
-void walkAll(Viewer &viewer, document::PdfFile &file, host::ViewerDocument &document, PageWriter &writer,
-             const PageSink &sink) {
-  Workers workers(file, Workers::worthHaving(file.pageCount()));
-  if (workers.threads() == 0) return walkAllPages(viewer.app, document, sink);
+// Lets the writer encode pages on other threads while `walk` draws the next ones.
+void writeDuring(PageWriter &writer, int32_t pageCount, const std::function<void()> &walk) {
+  Workers workers(Workers::worthHaving(pageCount));
+  if (workers.threads() == 0) return walk();
   writer.setWorkers(&workers);
   try {
-    const RenderedAhead ahead(*document.view, file, workers);
-    walkAllPages(viewer.app, document, sink);
+    walk();
   } catch (...) {
     writer.finish(); // writes the pages before the one that failed
     throw;
@@ -118,8 +126,8 @@ void walkAll(Viewer &viewer, document::PdfFile &file, host::ViewerDocument &docu
 /// The fewest bytes of a highlight file that name a page: <loc pg=1 pos=1>
 constexpr size_t bytesOfAPage = 16;
 
-DamagedPages walk(Viewer &viewer, const RenderOptions &options, document::PdfFile &file, host::ViewerDocument &document,
-                  size_t bytes, PageWriter &writer) {
+DamagedPages walk(Viewer &viewer, const RenderOptions &options, const std::shared_ptr<host::Service> &service,
+                  host::ViewerDocument &document, size_t bytes, PageWriter &writer) {
   const bool all = options.pages == "all";
   DamagedPages damaged;
   const auto drawn = [&](host::Drawing &&drawing) {
@@ -130,10 +138,12 @@ DamagedPages walk(Viewer &viewer, const RenderOptions &options, document::PdfFil
   };
   const PageSink sink{drawn, [&](int32_t page) { damaged.add(page); }};
   try {
-    if (all)
-      walkAll(viewer, file, document, writer, sink);
-    else // a press without a new page is possible for each page that the file names
-      walkMarkedPages(viewer.app, document, bytes / bytesOfAPage, sink);
+    writeDuring(writer, document.model->pageCount(), [&] {
+      // A press without a new page is possible for each page that the file names.
+      if (!all) return walkMarkedPages(viewer.app, document, bytes / bytesOfAPage, sink);
+      const RenderedAhead ahead(*document.view, {service, *document.model});
+      walkAllPages(viewer.app, document, sink);
+    });
   } catch (const host::HostError &error) { // its text names the document
     throw CommandFailure(statusOf(error), error.what());
   }
@@ -143,11 +153,12 @@ DamagedPages walk(Viewer &viewer, const RenderOptions &options, document::PdfFil
 ExitStatus renderPages(const RenderOptions &options) {
   Display display; // starts while the files are read
   const std::string bytes = readHits(options.hits, options.hitsLimit);
-  const auto reading =
-      options.pages == "all" ? document::PdfFile::Reading::inMemory : document::PdfFile::Reading::asNeeded;
-  std::unique_ptr<document::PdfFile> opened = document::PdfFile::open(options.document, options.password, reading);
-  document::PdfFile &file = *opened;
-  std::unique_ptr<host::Document> model = document::documentOf(std::move(opened));
+  host::ProcessOptions processes = options.processes;
+  processes.imageProcesses = usableProcessors();
+  const OpenedDocument opened = openDocument(options.document, options.password, processes);
+  constexpr auto noLimit = std::chrono::hours(24 * 365); // a page's processes have theirs
+  std::unique_ptr<host::Document> model = host::Document::of({opened.service, noLimit}, opened.opened);
+  const int32_t pageCount = model->pageCount();
   display.await();
 
   Viewer viewer;
@@ -155,13 +166,12 @@ ExitStatus renderPages(const RenderOptions &options) {
   viewer.app.alert = host::answerAlerts(options.answer == "yes");
   viewer.plugins.load(host::pluginDirectories(options.pluginsDirectory));
 
-  PageWriter writer(options.out, options.dpi, model->pageCount());
+  PageWriter writer(options.out, options.dpi, pageCount);
   host::ViewerDocument &document = viewer.app.open(std::move(model), options.document, options.dpi);
   deliver(viewer, options, document, bytes);
-  const DamagedPages damaged = walk(viewer, options, file, document, bytes.size(), writer);
+  const DamagedPages damaged = walk(viewer, options, opened.service, document, bytes.size(), writer);
   writer.clear();
-  const int32_t pageCount = file.pageCount(); // the file is closed with the document
-  viewer.app.close(document);                 // while the plug-ins are still loaded, so that they are notified
+  viewer.app.close(document); // while the plug-ins are still loaded, so that they are notified
   using Processed = DamagedPages::Processed;
   const Processed processed = options.pages == "all" ? Processed::allPages : Processed::somePages;
   if (!damaged.none())
@@ -219,6 +229,7 @@ void addRenderCommand(CLI::App &app, int &status) {
       ->capture_default_str();
   addPasswordOptions(*command, options->password);
   addHitsLimitOption(*command, options->hitsLimit);
+  addProcessOptions(*command, options->processes);
   command->add_option("--answer", options->answer, "The answer to questions of plug-ins")
       ->check(oneOf({"yes", "no"}))
       ->capture_default_str();

@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <string>
 
+#include "host/document/processes.h"
+
 namespace CLI {
 class App;
 }
@@ -22,6 +24,7 @@ struct RenderOptions {
   std::string password;
   std::string answer = "no";              ///< the answer to questions of plug-ins; or "yes"
   std::filesystem::path pluginsDirectory; ///< searched besides the others; may be empty
+  host::ProcessOptions processes;         ///< how many there are is up to render()
 };
 
 /// Draws and writes the pages. Prints a line for each page on standard output, reports errors on standard error, and

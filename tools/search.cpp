@@ -84,14 +84,18 @@ template <typename Each> void forEachPart(std::u32string_view text, const Each &
 }
 
 // The words of a page. A word with spaces in it (for a formula or a picture a PDF may have one) gives several.
-std::vector<Candidate> candidates(const host::PageText &page) {
+std::vector<Candidate> candidates(std::span<const std::u32string> page) {
   std::vector<Candidate> result;
-  result.reserve(page.words.size());
-  for (uint32_t i = 0; i < page.words.size(); ++i)
-    forEachPart(page.words[i].text, [&](std::u32string_view part, uint32_t start) {
-      const uint32_t offset = page.words[i].offset + start;
-      result.push_back({i, coreOf(part, offset, isPunctuation), coreOf(part, offset, isPunctuationOrSymbol)});
+  result.reserve(page.size());
+  uint32_t word = 0, offset = 0; // in the page's text: its words joined by one space
+  for (const std::u32string &text : page) {
+    forEachPart(text, [&](std::u32string_view part, uint32_t start) {
+      result.push_back(
+          {word, coreOf(part, offset + start, isPunctuation), coreOf(part, offset + start, isPunctuationOrSymbol)});
     });
+    ++word;
+    offset += static_cast<uint32_t>(text.size()) + 1;
+  }
   return result;
 }
 
@@ -109,7 +113,7 @@ Phrase::Phrase(std::span<const std::string> arguments) {
   if (words_.empty()) throw std::invalid_argument("there is nothing but punctuation to search for");
 }
 
-std::vector<Hit> Phrase::find(const host::PageText &page) const {
+std::vector<Hit> Phrase::find(std::span<const std::u32string> page) const {
   const std::vector<Candidate> words = candidates(page);
   std::vector<Hit> hits;
   for (size_t i = 0; i + words_.size() <= words.size();) {

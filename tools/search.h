@@ -9,8 +9,6 @@
 #include <string>
 #include <vector>
 
-#include "host/document/document.h"
-
 namespace tools {
 
 /// One occurrence of a phrase on a page.
@@ -27,8 +25,8 @@ public:
   /// std::invalid_argument, with a message of one line, for invalid UTF-8 and if there is nothing but punctuation.
   explicit Phrase(std::span<const std::string> arguments);
 
-  /// All hits on a page, in reading order; hits do not overlap.
-  std::vector<Hit> find(const host::PageText &page) const;
+  /// All hits among the words of a page, which are in reading order; so are the hits, which do not overlap.
+  std::vector<Hit> find(std::span<const std::u32string> page) const;
 
 private:
   std::vector<std::u32string> words_; // folded, without the punctuation at their ends

@@ -10,7 +10,14 @@
 
 namespace tools {
 
-Workers::Workers(const document::PdfFile &file, size_t threads) : file_(file) {
+size_t usableProcessors() {
+  constexpr size_t most = 8;
+  cpu_set_t allowed; // the standard library may count all processors of the machine
+  const bool known = sched_getaffinity(0, sizeof allowed, &allowed) == 0;
+  return known ? std::min(most, static_cast<size_t>(CPU_COUNT(&allowed))) : 1;
+}
+
+Workers::Workers(size_t threads) {
   threads_.reserve(threads);
   try {
     while (threads_.size() < threads)
@@ -31,11 +38,7 @@ Workers::~Workers() {
 }
 
 size_t Workers::worthHaving(int32_t pages) {
-  constexpr size_t most = 8; // more than the caller's thread can keep busy
-  cpu_set_t allowed;         // the standard library may count all processors of the machine
-  const bool known = sched_getaffinity(0, sizeof allowed, &allowed) == 0;
-  const size_t processors = known ? static_cast<size_t>(CPU_COUNT(&allowed)) : 1;
-  const size_t threads = std::min({most, processors, static_cast<size_t>(pages)});
+  const size_t threads = std::min(usableProcessors(), static_cast<size_t>(pages));
   return threads > 1 ? threads : 0;
 }
 
@@ -48,7 +51,6 @@ void Workers::add(Task task) {
 }
 
 void Workers::run() {
-  const std::unique_ptr<document::PdfFile> file = file_.again();
   std::unique_lock lock(mutex_);
   while (true) {
     work_.wait(lock, [this] { return ends_ || !tasks_.empty(); });
@@ -56,7 +58,7 @@ void Workers::run() {
     Task task = std::move(tasks_.front());
     tasks_.pop_front();
     lock.unlock();
-    task(file.get());
+    task();
     task = {}; // frees what it holds, for instance an image
     lock.lock();
   }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Worker threads for the PDF library and for encoding images. Commands that process all pages of a document own one.
+// Worker threads, which encode images. And how many processors there are for them and for the processes that read
+// documents.
 #pragma once
 
 #include <condition_variable>
@@ -13,40 +14,38 @@
 #include <utility>
 #include <vector>
 
-#include "document/pdf.h"
-
 namespace tools {
+
+/// The processors that this process may use, but at most 8: more than the main thread can keep busy.
+size_t usableProcessors();
 
 class Workers {
 public:
-  /// Starts so many threads, or fewer if the system allows no more; each opens the file separately. `file` outlives
-  /// this object.
-  Workers(const document::PdfFile &file, size_t threads);
+  /// Starts so many threads, or fewer if the system allows no more.
+  explicit Workers(size_t threads);
   ~Workers(); ///< drops tasks that have not started, waits for those that have
   Workers(const Workers &) = delete;
   Workers &operator=(const Workers &) = delete;
 
-  /// How many threads are useful for so many pages: one for each processor that this process may use, at most 8 and at
-  /// most one a page; none if that is one.
+  /// How many threads are useful for so many pages: one for each usable processor, at most one a page; none if that is
+  /// one.
   static size_t worthHaving(int32_t pages);
 
   size_t threads() const { return threads_.size(); }
 
-  /// Runs the work on a thread. Work is started in the order of the calls. It gets the thread's file, null if the
-  /// thread could not open it; its result or exception is in the future.
+  /// Runs the work on a thread. Work is started in the order of the calls. Its result or exception is in the future.
   template <typename Work> auto order(Work work) {
-    std::packaged_task<std::invoke_result_t<Work &, document::PdfFile *>(document::PdfFile *)> task(std::move(work));
+    std::packaged_task<std::invoke_result_t<Work &>()> task(std::move(work));
     auto result = task.get_future();
-    add(Task([task = std::move(task)](document::PdfFile *file) mutable { task(file); }));
+    add(Task([task = std::move(task)]() mutable { task(); }));
     return result;
   }
 
 private:
-  using Task = std::packaged_task<void(document::PdfFile *)>;
+  using Task = std::packaged_task<void()>;
   void add(Task task);
   void run();
 
-  const document::PdfFile &file_;
   std::mutex mutex_; ///< protects the two members below
   std::deque<Task> tasks_;
   bool ends_ = false;

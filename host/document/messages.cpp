@@ -23,10 +23,13 @@ bool areBoxes(const std::vector<Box> &boxes) { return std::all_of(boxes.begin(),
 
 bool isCodePoint(char32_t c) { return c < 0xD800 || (c > 0xDFFF && c <= 0x10FFFF); }
 
+bool isPlainWord(const std::u32string &word) {
+  return !word.empty() && std::all_of(word.begin(), word.end(), isCodePoint);
+}
+
 bool isWord(const WordText &word) {
-  return !word.text.empty() && std::all_of(word.text.begin(), word.text.end(), isCodePoint) && isUsable(word.bounds) &&
-         word.characters.size() == word.text.size() && areBoxes(word.characters) && word.quarterTurns >= 0 &&
-         word.quarterTurns < 4;
+  return isPlainWord(word.text) && isUsable(word.bounds) && word.characters.size() == word.text.size() &&
+         areBoxes(word.characters) && word.quarterTurns >= 0 && word.quarterTurns < 4;
 }
 
 // The words joined by one space have the offsets that they claim.
@@ -88,6 +91,9 @@ struct Fits {
   }
   bool operator()(const AttachmentRequest &asked, const AttachedFile &got) const {
     return got.index == asked.index && got.bytes.size() <= most::attachedFile;
+  }
+  bool operator()(const PlainWordsRequest &asked, const PagePlainWords &got) const {
+    return got.page == asked.page && std::all_of(got.words.begin(), got.words.end(), isPlainWord);
   }
   template <typename Asked> bool operator()(const Asked & /*asked*/, const Failure &got) const {
     return isFailure(got);

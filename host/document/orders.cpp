@@ -15,6 +15,7 @@ int32_t pageOf(const Request &request) noexcept {
   if (const auto *words = std::get_if<WordsRequest>(&request)) return words->page;
   if (const auto *image = std::get_if<ImageRequest>(&request)) return image->page;
   if (const auto *matches = std::get_if<MatchesRequest>(&request)) return matches->page;
+  if (const auto *plain = std::get_if<PlainWordsRequest>(&request)) return plain->page;
   if (const auto *structure = std::get_if<PageStructureRequest>(&request)) return structure->page;
   return -1 - static_cast<int32_t>(request.index());
 }

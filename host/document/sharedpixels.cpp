@@ -16,18 +16,18 @@ SharedPixels::SharedPixels(size_t pixels)
   if (!memory_ || ftruncate(descriptor(), bytes) != 0 ||
       fcntl(descriptor(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
     throw std::bad_alloc();
-  map(PROT_READ);
+  map(PROT_READ, 0);
 }
 
 SharedPixels::SharedPixels(Descriptor made, size_t pixels) : memory_(std::move(made)), count_(pixels) {
   struct stat status {};
   if (fstat(descriptor(), &status) != 0 || status.st_size != static_cast<off_t>(pixels * sizeof(uint32_t)))
     throw std::bad_alloc();
-  map(PROT_READ | PROT_WRITE);
+  map(PROT_READ | PROT_WRITE, MAP_POPULATE); // all of it will be written
 }
 
-void SharedPixels::map(int protection) {
-  address_ = mmap(nullptr, count_ * sizeof(uint32_t), protection, MAP_SHARED, descriptor(), 0);
+void SharedPixels::map(int protection, int flags) {
+  address_ = mmap(nullptr, count_ * sizeof(uint32_t), protection, MAP_SHARED | flags, descriptor(), 0);
   if (address_ == MAP_FAILED) throw std::bad_alloc();
 }
 

@@ -55,6 +55,7 @@ template <> constexpr std::tuple membersOf<StructureRequest>{&StructureRequest::
 template <>
 constexpr std::tuple membersOf<PageStructureRequest>{&PageStructureRequest::page, &PageStructureRequest::pages};
 template <> constexpr std::tuple membersOf<AttachmentRequest>{&AttachmentRequest::index};
+template <> constexpr std::tuple membersOf<PlainWordsRequest>{&PlainWordsRequest::page};
 
 template <> constexpr std::tuple membersOf<Failure>{&Failure::code, &Failure::needsPassword, &Failure::line};
 template <> constexpr std::tuple membersOf<Opened>{&Opened::pageCount, &Opened::sizes};
@@ -67,6 +68,7 @@ template <> constexpr std::tuple membersOf<Structure>{&Structure::metadata, &Str
 template <> constexpr std::tuple membersOf<PageStructure>{&PageStructure::page, &PageStructure::links,
                                                           &PageStructure::fields, &PageStructure::annotations};
 template <> constexpr std::tuple membersOf<AttachedFile>{&AttachedFile::index, &AttachedFile::bytes};
+template <> constexpr std::tuple membersOf<PagePlainWords>{&PagePlainWords::page, &PagePlainWords::words};
 
 template <typename T> constexpr bool isStructure =
     !std::same_as<std::remove_const_t<decltype(membersOf<T>)>, std::tuple<>>;

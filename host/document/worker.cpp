@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <new>
+#include <sstream>
 #include <utility>
 
 #include "host/document/documenterror.h"
@@ -78,6 +79,7 @@ void Worker::stop() noexcept {
   timer_ = Descriptor();
   armed_ = {};
   opening_.reset();
+  pixels_.reset();
   opened_ = false;
 }
 
@@ -181,13 +183,23 @@ bool Worker::sendCurrent() {
     return true;
   }
   if (!opened_) return sendOpening();
-  pixels_.reset();
-  if (const auto *image = std::get_if<ImageRequest>(&request)) {
-    if (!isImageSize(image->size)) throw HostError(tavrel::errBadArgument, "the page makes no image of a usable size");
-    pixels_ = std::make_unique<SharedPixels>(static_cast<size_t>(image->size.width) *
-                                             static_cast<size_t>(image->size.height));
+  const std::string message = messageOf(request);
+  const auto *image = std::get_if<ImageRequest>(&request);
+  return process_->channel().send(message, image != nullptr ? memoryFor(*image) : -1);
+}
+
+// The memory for an image, which is passed to the process; -1 if that of its last image is as large.
+int Worker::memoryFor(const ImageRequest &request) {
+  if (!isImageSize(request.size)) {
+    std::ostringstream reason;
+    reason << nameOf(request.page) << " at " << request.dpi << " dots per inch makes no image of a usable size";
+    throw HostError(tavrel::errBadArgument, reason.str());
   }
-  return process_->channel().send(messageOf(request), pixels_ ? pixels_->descriptor() : -1);
+  const size_t count = static_cast<size_t>(request.size.width) * static_cast<size_t>(request.size.height);
+  if (pixels_ && pixels_->pixels().size() == count) return -1;
+  pixels_.reset();
+  pixels_ = std::make_unique<SharedPixels>(count);
+  return pixels_->descriptor();
 }
 
 bool Worker::sendOpening() {
@@ -210,10 +222,10 @@ void Worker::take(std::string_view content, Orders &answered) {
   std::optional<Answer> answer = answerIn(content);
   const Request &request = current_.front().request;
   const Request asked = opened_ ? request : Request(OpenRequest{});
-  if (auto *image = answer ? std::get_if<PageImage>(&answer->value) : nullptr; image != nullptr && pixels_) {
+  const auto *made = std::get_if<ImageRequest>(&asked);
+  if (auto *image = answer ? std::get_if<PageImage>(&answer->value) : nullptr; image != nullptr && made != nullptr) {
     const auto pixels = pixels_->pixels();
-    image->image = {std::get<ImageRequest>(request).size.width, std::get<ImageRequest>(request).size.height,
-                    std::vector<uint32_t>(pixels.begin(), pixels.end())};
+    image->image = {made->size.width, made->size.height, std::vector<uint32_t>(pixels.begin(), pixels.end())};
   }
   if (!answer || !fits(asked, *answer)) return failed("its process has answered wrongly", answered);
   document_.deaths.erase(pageOf(asked));
@@ -234,7 +246,7 @@ void Worker::finish(decltype(Answer::value) value, Orders &answered) noexcept {
   current_.front().answer.value = std::move(value);
   if (std::holds_alternative<ImageRequest>(current_.front().request))
     current_.front().answer.fileChanged = document_.open->hasChanged();
-  pixels_.reset();
+  if (pixels_ && !pixels_->isWorthKeeping()) pixels_.reset();
   answered.splice(answered.end(), current_);
   arm();
 }

@@ -85,6 +85,7 @@ private:
   void startProcess();
   bool sendCurrent();
   bool sendOpening();
+  int memoryFor(const ImageRequest &request);
   bool takeFile();
   template <typename Body> void answering(Orders &answered, const Body &body) noexcept;
   void take(std::string_view content, Orders &answered);
@@ -106,7 +107,7 @@ private:
   Time armed_ = {};                          ///< when it expires
   Time checkedAt_ = {};                      ///< when the current one may have used its time
   std::chrono::nanoseconds usedBefore_ = {}; ///< processor time, by the process before it
-  std::unique_ptr<SharedPixels> pixels_;     ///< of the current image
+  std::unique_ptr<SharedPixels> pixels_;     ///< of the last image, in this process
 };
 
 } // namespace host

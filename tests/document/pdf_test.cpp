@@ -24,6 +24,7 @@ using host::Image;
 using host::nameInMessage;
 using host::PageSize;
 using host::PageText;
+using host::WordText;
 
 using test::PdfPage;
 using test::ScratchFolder;
@@ -95,6 +96,36 @@ TEST_F(PdfFileTest, NamesInMessagesHaveNoControlCharacters) {
                           "d"),
             "a?b?c?d");
   EXPECT_EQ(nameInMessage("a b~\u00E4\u20AC"), "a b~\u00E4\u20AC");
+}
+
+// The third word's characters mean nothing in Unicode; in vertical writing, boxes need the page's fonts.
+TEST_F(PdfFileTest, PlainWordsAreThoseOfTheText) {
+  const PdfPage page{.texts = {{.x = 50, .y = 500, .text = "first word"},
+                               {.x = 50, .y = 400, .text = "###"},
+                               {.x = 50, .y = 300, .text = "\uFB01rst"}}};
+  for (const test::PdfFont::Kind kind : {test::PdfFont::typewriter, test::PdfFont::vertical}) {
+    const auto file = PdfFile::open(folder.pdf({page}, {{U'#', U""}, {U'\uFB01', U"fi"}}, {.kind = kind}), "");
+    std::vector<std::u32string> words;
+    for (const WordText &word : file->text(0).words)
+      words.push_back(word.text);
+    EXPECT_EQ(words.size(), 3U);
+    EXPECT_EQ(file->plainWords(0), words);
+  }
+}
+
+// It is drawn in strips.
+TEST_F(PdfFileTest, ALargeImageHasNoSeams) {
+  constexpr double dpi = 720; // ten pixels a point
+  PdfPage page;
+  page.drawing = "100 50 200 500 re f\n";
+  const Image image = open({page})->render(0, dpi);
+  ASSERT_EQ(image.width, 4000);
+  ASSERT_EQ(image.height, 6000);
+  for (int y = 0; y < image.height; ++y) {
+    const bool isInside = y >= 500 && y < 5500;
+    ASSERT_EQ(image.row(y)[2000], isInside ? 0xFF000000 : 0xFFFFFFFF) << y;
+    ASSERT_EQ(image.row(y)[500], 0xFFFFFFFF) << y;
+  }
 }
 
 // A file of this many bytes with one page. What it is filled with takes no space on the disk.

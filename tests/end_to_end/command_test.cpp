@@ -11,6 +11,7 @@
 #include <map>
 #include <sstream>
 
+#include "host/document/process.h"
 #include "support/pdf.h"
 #include "tests/end_to_end/oracle.h"
 #include "tools/exit.h"
@@ -41,6 +42,15 @@ protected:
   }
   static std::string locations(const std::string &attributes, const std::string &tags) {
     return "<XML>\n<Body " + attributes + ">\n<highlights>\n" + tags + "\n</highlights>\n</Body>\n</XML>\n";
+  }
+  // With the one that reads documents, which is found from there.
+  static void copyProgramsTo(const fs::path &bin) {
+    const fs::path program = host::documentProgram();
+    const fs::path copy = (bin / program.lexically_relative(fs::path(tavrel).parent_path())).lexically_normal();
+    fs::create_directories(bin);
+    fs::create_directories(copy.parent_path());
+    fs::copy_file(tavrel, bin / "tavrel");
+    fs::copy_file(program, copy);
   }
   size_t written() {
     return fs::exists(folder / "out")
@@ -325,6 +335,12 @@ std::vector<NumericOption> numericOptions() {
   return {{"render d.pdf h.xml", "--dpi", {"7.999", "1200.001", "0", "1e4"}},
           {"render d.pdf h.xml", "--hits-limit", {"0", "4096", "1.5", "1e2"}},
           {"view d.pdf", "--hits-limit", {"0", "4096", "1.5", "1e2"}},
+          {"view d.pdf", "--document-memory", {"63", "1048577", "64.5", "1e3"}},
+          {"render d.pdf h.xml", "--document-memory", {"63", "1048577", "64.5", "1e3"}},
+          {"hits d.pdf word", "--document-memory", {"63", "1048577", "64.5", "1e3"}},
+          {"view d.pdf", "--page-time", {"0", "3601", "1.5", "1e1"}},
+          {"render d.pdf h.xml", "--page-time", {"0", "3601", "1.5", "1e1"}},
+          {"hits d.pdf word", "--page-time", {"0", "3601", "1.5", "1e1"}},
           {"view d.pdf", "--into", {"0", "4294967296", "0x100000000", "0x", "1.5", "window"}},
           {"view d.pdf", "--geometry", {"0x0", "40000x100", "100x40000", "100x100+99999+0", "100", "x", "+5"}}};
 }
@@ -374,7 +390,8 @@ TEST_F(Command, ANumericOptionTakesTheEndsOfItsRange) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=1>"));
   const std::string document =
       file("small.pdf", test::pdfOf({{.texts = {{.x = 5, .y = 5, .text = "x"}}, .width = 40, .height = 40}}));
-  for (const char *options : {"--dpi 8", "--dpi 1200", "--dpi 72.5", "--hits-limit 1", "--hits-limit 4095"})
+  for (const char *options : {"--dpi 8", "--dpi 1200", "--dpi 72.5", "--hits-limit 1", "--hits-limit 4095",
+                              "--document-memory 64", "--document-memory 1048576", "--page-time 1", "--page-time 3600"})
     EXPECT_EQ(render(document, hits, options).status, tools::exitDone) << options;
 }
 
@@ -453,21 +470,23 @@ TEST_F(Command, APasswordFileWithoutAPasswordIsReported) {
 
 TEST_F(Command, WithoutPlugInsTheSearchedDirectoriesAreNamed) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
-  fs::copy_file(tavrel, folder / "tavrel"); // there are no plug-ins in the directory of this installation
+  copyProgramsTo(folder / "bin"); // there are no plug-ins in the directory of this installation
   const CommandResult result =
-      run("HOME= TAVREL_PLUGIN_PATH= " + std::string(folder / "tavrel") + " render " + documents + "/two-columns.pdf " +
-          hits + " --plugins-dir " + std::string(folder / "mine"));
+      run("HOME= TAVREL_PLUGIN_PATH= " + std::string(folder / "bin/tavrel") + " render " + documents +
+          "/two-columns.pdf " + hits + " --plugins-dir " + std::string(folder / "mine"));
   EXPECT_EQ(result.status, tools::exitHostFailure);
   EXPECT_NE(result.output.find(folder / "mine"), std::string::npos) << result.output;
 }
 
 TEST_F(Command, PlugInsBesideTheProgramOrInTheCurrentDirectoryAreNotLoaded) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
-  fs::copy_file(tavrel, folder / "tavrel");
-  fs::create_directory_symlink(TAVREL_PLUGINS, folder / "plugins");
-  const CommandResult result = run("cd " + folder.string() + " && HOME=. TAVREL_PLUGIN_PATH= ./tavrel render " +
+  const fs::path bin = folder / "bin";
+  copyProgramsTo(bin);
+  fs::create_directory_symlink(TAVREL_PLUGINS, bin / "plugins");
+  const CommandResult result = run("cd " + bin.string() + " && HOME=. TAVREL_PLUGIN_PATH= ./tavrel render " +
                                    documents + "/two-columns.pdf " + hits);
   EXPECT_EQ(result.status, tools::exitHostFailure) << result.output;
+  EXPECT_NE(result.output.find("there is no plug-in that takes highlight files"), std::string::npos) << result.output;
 }
 
 TEST_F(Command, AnInstallationThatWasMovedFindsItsPlugIns) {
@@ -475,9 +494,8 @@ TEST_F(Command, AnInstallationThatWasMovedFindsItsPlugIns) {
     GTEST_SKIP() << "absolute paths of the configuration do not move with the program";
   const std::string hits = file("hits.xml", locations("", "<loc pg=1 pos=0 len=1>"));
   const fs::path plugins = folder / TAVREL_LIBDIR / "tavrel/plugins";
-  fs::create_directories(folder / TAVREL_BINDIR);
+  copyProgramsTo(folder / TAVREL_BINDIR);
   fs::create_directories(plugins.parent_path());
-  fs::copy_file(tavrel, folder / TAVREL_BINDIR / "tavrel");
   fs::create_directory_symlink(TAVREL_PLUGINS, plugins);
   const CommandResult result =
       run("HOME= TAVREL_PLUGIN_PATH= " + std::string(folder / TAVREL_BINDIR / "tavrel") + " render " + documents +

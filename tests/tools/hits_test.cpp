@@ -10,8 +10,10 @@
 #include <numeric>
 #include <sstream>
 
+#include "host/document/process.h"
 #include "support/pdf.h"
 #include "tools/exit.h"
+#include "viewer_model/TestDocuments.h"
 
 namespace tools {
 namespace {
@@ -29,6 +31,7 @@ protected:
                     {.texts = {{.x = 50, .y = 500, .text = "no such animal"}}},
                     {.texts = {{.x = 50, .y = 500, .text = "fox, quick"}, {.x = 50, .y = 488, .text = "Fox!"}}}});
     options.words = {"fox"};
+    options.processes.program = host::documentProgram();
   }
 
   int run() { return writeHits(options, out, err); }
@@ -194,6 +197,20 @@ TEST_F(HitsTest, PasswordIsRequiredAndAccepted) {
   EXPECT_EQ(run(), exitDone);
 }
 
+// ---- the processes that read the document ----
+
+TEST_F(HitsTest, AProgramThatCannotBeStartedIsNamed) {
+  options.processes.program = "/nowhere/tavrel-document";
+  EXPECT_EQ(run(), exitHostFailure);
+  EXPECT_EQ(err.str(), "tavrel: " + options.document.string() +
+                           ": /nowhere/tavrel-document cannot be started: No such file or directory\n");
+}
+
+TEST_F(HitsTest, NoProcessIsLeft) {
+  EXPECT_EQ(run(), exitDone);
+  EXPECT_EQ(test::bytesOf("/proc/thread-self/children"), "");
+}
+
 // ---- limits of highlight files ----
 
 struct Refused {
@@ -333,6 +350,16 @@ TEST_F(HitsOfADamagedDocument, AreReportedAsNoneIfNoneIsFound) {
   EXPECT_EQ(run(), exitNothingMarked);
   EXPECT_EQ(err.str(), line("3 of 20 pages are damaged and left out: 2-4") + line("no hits of \"whale\""));
   EXPECT_FALSE(std::filesystem::exists(options.output));
+}
+
+TEST_F(HitsOfADamagedDocument, AreThoseOfPagesThatDoNotTakeTooLong) {
+  std::vector<test::PdfPage> all(5, {.texts = {{.x = 50, .y = 500, .text = "fox"}}});
+  all[2] = test::slowlyReadPage();
+  write(test::pdfOf(all));
+  options.processes.pageTime = std::chrono::milliseconds(400);
+  EXPECT_EQ(run(), exitDamagedPages);
+  EXPECT_EQ(err.str(), line("1 of 5 pages is damaged and left out: 3"));
+  EXPECT_EQ(out.str(), "4 hits on 4 of 5 pages -> " + options.output + "\n");
 }
 
 // After a page with a malformed dictionary the library cannot read any page.

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Finding phrases: whole words, folded, across line ends; and the range of a hit.
-#include "document/here.h"
 #include "tools/search.h"
 
 #include <gmock/gmock.h>
 
+#include "document/pdf.h"
 #include "support/pdf.h"
 
 namespace tools {
@@ -22,18 +22,8 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-host::PageText pageOf(const std::vector<std::u32string> &words) {
-  host::PageText page;
-  uint32_t offset = 0;
-  for (const std::u32string &word : words) {
-    page.words.push_back({.text = word, .offset = offset});
-    offset += static_cast<uint32_t>(word.size()) + 1;
-  }
-  return page;
-}
-
 std::vector<Hit> find(const std::vector<std::string> &phrase, const std::vector<std::u32string> &words) {
-  return Phrase(phrase).find(pageOf(words));
+  return Phrase(phrase).find(words);
 }
 
 // ---- words ----
@@ -123,10 +113,10 @@ TEST(Search, BadUtf8IsRefused) { EXPECT_THROW(Phrase(std::vector<std::string>{"a
 
 TEST(SearchInDocument, PhraseMayCrossALineEnd) {
   const test::ScratchFolder folder;
-  const auto document = document::openedHere(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "This is open"},
-                                                                    {.x = 50, .y = 488, .text = "source, free."}}}}),
-                                             "");
-  EXPECT_THAT(Phrase(std::vector<std::string>{"open source"}).find(document->pageText(0)),
+  const auto document = document::PdfFile::open(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "This is open"},
+                                                                       {.x = 50, .y = 488, .text = "source, free."}}}}),
+                                                "");
+  EXPECT_THAT(Phrase(std::vector<std::string>{"open source"}).find(document->plainWords(0)),
               ElementsAre(Hit{8, 11, 2, 2}));
 }
 

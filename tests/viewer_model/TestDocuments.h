@@ -42,6 +42,14 @@ inline PdfPage endlessPage() {
   return page;
 }
 
+/// A page that takes a second even if it is only searched for words.
+inline PdfPage slowlyReadPage() {
+  PdfPage page = endlessPage();
+  for (int times = 0; times < 3; ++times)
+    page.drawing += page.drawing;
+  return page;
+}
+
 inline std::string replaced(std::string text, const std::string &part, const std::string &by) {
   const size_t at = text.find(part);
   EXPECT_NE(at, std::string::npos) << part;

@@ -175,6 +175,40 @@ TEST_F(ProcessesTest, AnAttachedFileOfTheLargestSizeIsAnswered) {
   EXPECT_TRUE(std::get<AttachedFile>(asked.answers[0].value).bytes == bytes);
 }
 
+TEST_F(ProcessesTest, AnswerWithThePlainWordsOfAPage) {
+  Asked &asked = open(folder.pdf({{.texts = {{.x = 50, .y = 500, .text = "gr\u00FCne lamp"}}}}));
+  asked.ask(PlainWordsRequest{0});
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_THAT(std::get<PagePlainWords>(asked.answers[0].value).words, ElementsAre(U"gr\u00FCne", U"lamp"));
+}
+
+TEST_F(ProcessesTest, ImagesOfOtherSizesFollowOneAnother) {
+  const auto file = folder.pdf({test::pageWith("lamp"), test::pageWith("oil lamp")});
+  const auto here = document::PdfFile::open(file, "");
+  Asked &asked = open(file);
+  size_t count = 0;
+  for (const auto &[page, dpi] : {std::pair(0, 72.0), {1, 72.0}, {0, 36.0}, {1, 144.0}, {0, 144.0}, {1, 72.0}}) {
+    asked.ask(imageOf(page, dpi, imageSize(here->pageSize(page), dpi)));
+    ASSERT_TRUE(answers(asked, ++count));
+    EXPECT_EQ(image(asked.answers.back()).pixels, here->render(page, dpi).pixels) << page << " " << dpi;
+  }
+}
+
+TEST_F(ProcessesTest, APageThatTakesMoreMemoryThanItsProcessMayIsAnErrorOfTheDocument) {
+  Processes small{{documentProgram(), size_t{256} << 20}};
+  const auto file = folder.pdf(test::numberedPages(1));
+  Asked asked{std::make_shared<Service>(file, small.backend(file))};
+  for (const Request &request :
+       {Request(OpenRequest{file, ""}), Request(imageOf(0, 1440, {8000, 12'000})), Request(imageOf(0))}) {
+    asked.ask(request, Urgency::awaited);
+    ASSERT_TRUE(asked.service->await(asked.tickets.back(), Time::max()));
+  }
+  const auto &failure = std::get<Failure>(asked.answers[1].value);
+  EXPECT_EQ(failure.code, tavrel::errDocument);
+  EXPECT_EQ(failure.line, file.string() + ": it takes more memory than its process may have");
+  EXPECT_EQ(image(asked.answers[2]).width, 400);
+}
+
 TEST_F(ProcessesTest, NameAMissingFile) {
   Asked &asked = request("/nowhere/missing.pdf");
   ASSERT_TRUE(answers(asked, 1));

@@ -21,7 +21,8 @@ std::vector<Request> requests() {
           MatchesRequest{2, "gr\u00FC\u00DFe", {true, false}},
           StructureRequest{12},
           PageStructureRequest{3, 12},
-          AttachmentRequest{4}};
+          AttachmentRequest{4},
+          PlainWordsRequest{8}};
 }
 
 WordText word() { return {U"a\U0001F600", 12, {1, 2, 3, 4}, {{5, 6, 7, 8}, {}}, 3}; }
@@ -55,7 +56,8 @@ std::vector<Answer> answers() {
           {PageMatches{6, {{{{1, 2, 3, 4}, {5, 6, 7, 8}}}, {{{}}}}}},
           {structure()},
           {pageStructure()},
-          {AttachedFile{3, std::string("\0\xFF", 2)}}};
+          {AttachedFile{3, std::string("\0\xFF", 2)}},
+          {PagePlainWords{7, {U"a\U0001F600", U"b"}}}};
 }
 
 TEST(Wire, TheHeaderHasTheVersionAndTheLengthOfTheContent) {
@@ -130,6 +132,12 @@ TEST(Wire, ThePartsOfAPageAreReadAsTheyWereWritten) {
   EXPECT_FALSE(read.fields[0].isReadOnly);
   EXPECT_EQ(read.annotations[0].kind, Annotation::Kind::ink);
   EXPECT_EQ(read.annotations[0].area, (Box{9, 10, 11, 12}));
+}
+
+TEST(Wire, PlainWordsAreReadAsTheyWereWritten) {
+  const auto words = std::get<PagePlainWords>(answerIn(contentOf(messageOf(answers()[9]))).value().value);
+  EXPECT_EQ(words.page, 7);
+  EXPECT_THAT(words.words, testing::ElementsAre(U"a\U0001F600", U"b"));
 }
 
 TEST(Wire, WhatIsReadIsWrittenTheSame) {

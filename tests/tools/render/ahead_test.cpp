@@ -1,123 +1,147 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Results that other threads make for pages: in page order, within the limits, and with the first error in page order.
+// Answers for pages that are asked for ahead: in page order, within the limits, and with the failure of their page.
 #include "tools/ahead.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <atomic>
-#include <stdexcept>
-#include <thread>
-
-#include "support/pdf.h"
+#include "host/document/FakeBackend.h"
+#include "tools/workers.h"
 
 namespace {
 
-using Numbers = tools::PagesAhead<int32_t>;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+using Words = tools::PagesAhead<host::PagePlainWords>;
 
 constexpr int32_t pageCount = 40;
 
+int32_t pageAsked(const host::Order &order) { return std::get<host::PlainWordsRequest>(order.request).page; }
+
 struct Ahead : testing::Test {
-  std::unique_ptr<document::PdfFile> open() const {
-    return document::PdfFile::open(folder.pdf(std::vector<test::PdfPage>(pageCount)), "");
+  Ahead() {
+    backstage.whileWaited = [](test::Backstage &all) {
+      while (!all.asked.empty())
+        all.answer(host::PagePlainWords{pageAsked(all.asked.front()), {U"word"}});
+    };
   }
-  test::ScratchFolder folder;
-  std::unique_ptr<document::PdfFile> file = open();
-  std::atomic<int32_t> made = 0;
+  Words reaching(const Words::Reach &reach) {
+    return {*service, pageCount, [](int32_t page) { return host::PlainWordsRequest{page}; }, reach};
+  }
+  // Of those that are not answered yet.
+  std::vector<int32_t> pagesAsked() const {
+    std::vector<int32_t> pages;
+    for (const host::Order &order : backstage.asked)
+      pages.push_back(pageAsked(order));
+    return pages;
+  }
+  // Only the oldest request is answered, or those of these pages.
+  void answerOnly(const std::function<bool(int32_t page)> &isAnswered) {
+    backstage.whileWaited = [isAnswered](test::Backstage &all) {
+      for (auto order = all.asked.begin(); order != all.asked.end();) {
+        const auto one = order++;
+        if (!isAnswered(pageAsked(*one))) continue;
+        one->answer.value = host::PagePlainWords{pageAsked(*one), {}};
+        all.answered.splice(all.answered.end(), all.asked, one);
+      }
+    };
+  }
+
+  test::Backstage backstage;
+  std::shared_ptr<host::Service> service =
+      std::make_shared<host::Service>("paper.pdf", std::make_unique<test::FakeBackend>(backstage));
 };
 
 TEST_F(Ahead, PagesComeInOrder) {
-  tools::Workers workers(*file, 3);
-  Numbers ahead(*file, workers, [](document::PdfFile &, int32_t page) { return page; }, {6});
+  Words ahead = reaching({6});
   for (int32_t page = 0; page < pageCount; ++page)
-    EXPECT_EQ(ahead.take(page), page);
+    EXPECT_EQ(ahead.take(page).page, page);
 }
 
-TEST_F(Ahead, AThreadHasASeparateFile) {
-  tools::Workers workers(*file, 1);
-  const auto makesHere = [this, here = std::this_thread::get_id()](document::PdfFile &own, int32_t) {
-    return int32_t{&own == file.get() || std::this_thread::get_id() == here};
-  };
-  Numbers ahead(*file, workers, makesHere, {2});
-  EXPECT_EQ(ahead.take(0), 0);
+TEST_F(Ahead, PagesAreAskedForInOrderUpToTheReach) {
+  Words ahead = reaching({4});
+  answerOnly([](int32_t page) { return page == 0; });
+  ahead.take(0);
+  EXPECT_THAT(pagesAsked(), ElementsAre(1, 2, 3));
+  answerOnly([](int32_t page) { return page == 1; });
+  ahead.take(1);
+  EXPECT_THAT(pagesAsked(), ElementsAre(2, 3, 4));
 }
 
-TEST_F(Ahead, NoPageIsMadeBeyondTheReach) {
-  tools::Workers workers(*file, 2);
-  const auto count = [this](document::PdfFile &, int32_t page) {
-    ++made;
-    return page;
-  };
-  Numbers ahead(*file, workers, count, {4});
-  for (int32_t page = 0; page < pageCount; ++page) {
+TEST_F(Ahead, NoPageIsAskedForBeyondTheLast) {
+  Words ahead = reaching({4});
+  EXPECT_EQ(ahead.take(pageCount - 2).page, pageCount - 2);
+  EXPECT_EQ(ahead.take(pageCount - 1).page, pageCount - 1);
+  EXPECT_THAT(backstage.asked, IsEmpty());
+}
+
+TEST_F(Ahead, AnAnswerThatComesEarlyIsKept) {
+  Words ahead = reaching({4});
+  answerOnly([](int32_t) { return true; });
+  ahead.take(0);
+  service->collect();
+  backstage.whileWaited = [](auto &) { ADD_FAILURE() << "it is there"; };
+  EXPECT_EQ(ahead.take(1).page, 1);
+}
+
+TEST_F(Ahead, PagesThatWeighTooMuchAreAskedForOneAtATime) {
+  Words ahead = reaching({8, 10, [](int32_t page) { return page < 20 ? 11 : 5; }});
+  for (int32_t page = 0; page < 20; ++page) {
+    answerOnly([=](int32_t asked) { return asked == page; });
     ahead.take(page);
-    EXPECT_LE(made, page + 4);
+    EXPECT_THAT(pagesAsked(), IsEmpty());
   }
-  EXPECT_EQ(made, pageCount);
-}
-
-TEST_F(Ahead, PagesThatWeighTooMuchAreMadeOneAtATime) {
-  tools::Workers workers(*file, 2);
-  const auto count = [this](document::PdfFile &, int32_t) { return ++made; };
-  Numbers ahead(*file, workers, count, {8, 10, [](int32_t page) { return page < 20 ? 11 : 5; }});
-  for (int32_t page = 0; page < 20; ++page)
-    EXPECT_EQ(ahead.take(page), page + 1);
-  for (int32_t page = 20; page < pageCount; ++page) {
-    ahead.take(page);
-    EXPECT_LE(made, page + 2) << "two of these are not too much";
-  }
+  answerOnly([](int32_t asked) { return asked == 20; });
+  ahead.take(20);
+  EXPECT_THAT(pagesAsked(), ElementsAre(21)) << "two of these are not too much";
 }
 
 TEST_F(Ahead, ThePageThatFailsIsTheFirstInOrderNotInTime) {
-  std::promise<void> failed;
-  tools::Workers workers(*file, 2);
-  const auto fail = [&](document::PdfFile &, int32_t page) {
-    if (page == 3) failed.get_future().wait();
-    if (page == 4) failed.set_value();
-    if (page >= 3) throw std::runtime_error("page " + std::to_string(page));
-    return page;
+  Words ahead = reaching({5});
+  backstage.whileWaited = [](test::Backstage &all) {
+    all.asked.reverse();
+    while (!all.asked.empty()) {
+      const std::string page = std::to_string(pageAsked(all.asked.front()));
+      all.answer(host::Failure{tavrel::errDocument, false, "paper.pdf: page " + page});
+    }
   };
-  Numbers ahead(*file, workers, fail, {5});
-  for (int32_t page = 0; page < 3; ++page)
-    EXPECT_EQ(ahead.take(page), page);
-  try {
-    ahead.take(3);
-    FAIL() << "page 3 fails";
-  } catch (const std::runtime_error &error) {
-    EXPECT_STREQ(error.what(), "page 3");
-  }
+  for (const char *line : {"paper.pdf: page 3", "paper.pdf: page 4"})
+    EXPECT_THAT([&] { ahead.take(line[16] - '0'); }, testing::ThrowsMessage<host::DocumentError>(line));
 }
 
-TEST_F(Ahead, PagesOutOfOrderAreMadeToo) {
-  tools::Workers workers(*file, 2);
-  Numbers ahead(*file, workers, [](document::PdfFile &, int32_t page) { return page; }, {4});
+TEST_F(Ahead, PagesAfterOneThatFailsAreTakenFromThoseAskedFor) {
+  Words ahead = reaching({5});
+  backstage.whileWaited = [](test::Backstage &all) {
+    all.answer(host::Failure{tavrel::errDocument, false, "paper.pdf: page 1"});
+    while (!all.asked.empty())
+      all.answer(host::PagePlainWords{pageAsked(all.asked.front()), {}});
+  };
+  EXPECT_THROW(ahead.take(0), host::DocumentError);
+  backstage.whileWaited = [](auto &) {};
+  EXPECT_EQ(ahead.take(1).page, 1);
+}
+
+TEST_F(Ahead, PagesOutOfOrderAreAskedForToo) {
+  Words ahead = reaching({4});
   for (const int32_t page : {7, 9, 2, 10, 10, 39, 0})
-    EXPECT_EQ(ahead.take(page), page);
+    EXPECT_EQ(ahead.take(page).page, page);
 }
 
-// Without threads, or with threads that cannot open the file, the caller makes the pages from its file.
-struct Alone : Ahead {
-  void takeAll(tools::Workers &workers) {
-    const auto makesHere = [this, here = std::this_thread::get_id()](document::PdfFile &own, int32_t page) {
-      EXPECT_EQ(&own, file.get());
-      EXPECT_EQ(std::this_thread::get_id(), here);
-      return page;
-    };
-    Numbers ahead(*file, workers, makesHere, {4});
-    for (int32_t page = 0; page < pageCount; ++page)
-      EXPECT_EQ(ahead.take(page), page);
-  }
-};
-
-TEST_F(Alone, WithoutThreads) {
-  tools::Workers workers(*file, 0);
-  takeAll(workers);
+TEST_F(Ahead, PagesThatAreSkippedAreCancelled) {
+  Words ahead = reaching({3});
+  answerOnly([](int32_t page) { return page == 0 || page == 2; });
+  ahead.take(0);
+  ahead.take(2);
+  EXPECT_THAT(pagesAsked(), testing::Not(testing::Contains(1)));
+  EXPECT_THAT(backstage.cancelled, SizeIs(1));
 }
 
-TEST_F(Alone, IfTheFileIsRemoved) {
-  std::filesystem::remove(folder.path() / "test.pdf");
-  tools::Workers workers(*file, 2);
-  takeAll(workers);
+TEST_F(Ahead, AnAnswerThatDoesNotComeIsAnError) {
+  Words ahead = reaching({1});
+  backstage.whileWaited = [](auto &) {};
+  EXPECT_THAT([&] { ahead.take(0); }, testing::ThrowsMessage<host::HostError>("paper.pdf: there is no answer"));
 }
 
 TEST(Workers, OnePageNeedsNoThread) { EXPECT_EQ(tools::Workers::worthHaving(1), 0U); }

@@ -22,7 +22,7 @@ protected:
 
   // Writes all pages; returns the lines and, if a page fails, the reason.
   std::string write(const std::function<void(host::Drawing &)> &change = {}) {
-    tools::Workers workers(*file, GetParam());
+    tools::Workers workers(GetParam());
     tools::PageWriter writer(folder.path() / "out", 100, pageCount);
     if (workers.threads() > 0) writer.setWorkers(&workers);
     testing::internal::CaptureStdout();
@@ -61,7 +61,6 @@ protected:
   }
 
   test::ScratchFolder folder;
-  std::unique_ptr<document::PdfFile> file = document::PdfFile::open(folder.pdf({{}}), "");
   std::string summary;
 };
 
@@ -88,6 +87,23 @@ TEST_P(Pages, WithoutAMarkAreReportedAndNotWritten) {
   EXPECT_EQ(writer.summary(), "0 pages marked, 0 hits, 2 outside of the page not marked");
   EXPECT_EQ(writer.hits(), 0U);
   EXPECT_FALSE(fs::exists(folder.path() / "out"));
+}
+
+TEST_P(Pages, AreReportedInOrderWithThoseThatAreNotWritten) {
+  tools::Workers workers(GetParam());
+  tools::PageWriter writer(folder.path() / "out", 100, pageCount);
+  if (workers.threads() > 0) writer.setWorkers(&workers);
+  testing::internal::CaptureStdout();
+  for (int32_t page = 0; page < pageCount; ++page) {
+    host::Drawing drawing{{1000, 1000, std::vector<uint32_t>(1'000'000)}, page};
+    if (page == pageCount - 1)
+      writer.reportOffPage(drawing);
+    else
+      writer.write(std::move(drawing), "");
+  }
+  writer.finish();
+  EXPECT_THAT(testing::internal::GetCapturedStdout(),
+              testing::EndsWith("\npage 12 of 12: 0 hits outside of the page, not marked\n"));
 }
 
 TEST_P(Pages, EndWithTheOneThatCannotBeRenamed) {

@@ -131,6 +131,7 @@ DamagedPages walk(Viewer &viewer, const RenderOptions &options, const std::share
   const bool all = options.pages == "all";
   DamagedPages damaged;
   const auto drawn = [&](host::Drawing &&drawing) {
+    service->collect(); // so that the processes go on while the page is written
     if (all || drawing.marks > 0)
       writer.write(std::move(drawing), viewer.app.statusText());
     else

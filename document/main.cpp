@@ -22,7 +22,7 @@ public:
     try {
       answer = found(request, std::move(passed));
     } catch (const std::bad_alloc &) {
-      answer = {host::Failure{tavrel::errNoMemory}};
+      answer = {host::Failure{tavrel::errNoMemory, false, {}}};
     }
     // The memory of this process is limited: that it is not enough is an error of the document, not its owner's.
     if (auto *failure = std::get_if<host::Failure>(&answer.value);

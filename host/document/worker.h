@@ -29,8 +29,6 @@ struct ReadDocument {
   int32_t pages = 0;                 ///< known once it has been read
   /// Of processes that a page has cost, by pageOf() its requests: up to the third.
   std::map<int32_t, int> deaths = {};
-}; ///< of processes, without an answer since, by the page that they were reading;
-   ///< negative for none
 };
 
 /// What workers need of the one who runs them all.

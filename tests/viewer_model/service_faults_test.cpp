@@ -36,8 +36,10 @@ struct Injection {
 struct OtherPage {
   void operator()(host::Opened &got) const { got.pageCount = 0; }
   void operator()(host::Sizes &got) const { ++got.first; }
-  void operator()(host::Failure & /*got*/) const {}
-  template <typename Got> void operator()(Got &got) const { ++got.page; }
+  void operator()(host::PageWords &got) const { ++got.page; }
+  void operator()(host::PageImage &got) const { ++got.page; }
+  void operator()(host::PageMatches &got) const { ++got.page; }
+  template <typename Got> void operator()(Got & /*got*/) const {} // a failure, or nothing that the viewer asks for
 };
 
 struct OtherSize {
@@ -46,7 +48,7 @@ struct OtherSize {
   void operator()(host::PageWords &got) const { got.order.push_back(0); }
   void operator()(host::PageImage &got) const { got.image = {1, 1, {0}}; }
   void operator()(host::PageMatches &got) const { got.found.emplace_back(); }
-  void operator()(host::Failure & /*got*/) const {}
+  template <typename Got> void operator()(Got & /*got*/) const {}
 };
 
 class FaultyBackend final : public host::Backend {

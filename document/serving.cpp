@@ -70,14 +70,15 @@ int serve(int argc, char **argv, const Answerer &answerer) {
   const std::optional<size_t> memory = argc == 2 ? number(argv[1]) : std::nullopt;
   if (!memory) return exitUsage;
   prctl(PR_SET_PDEATHSIG, SIGKILL);
-  confine({memoryLimit(*memory)});
+  const Layers layers = confine({memoryLimit(*memory)});
   host::Channel channel(host::Descriptor(host::documentSocket), host::Channel::Takes::descriptors);
   for (;;) {
     host::Received received = channel.await();
     if (received.what == host::Received::ended) return exitDone;
     const auto request = received.what == host::Received::message ? host::requestIn(received.content) : std::nullopt;
     if (!request) return exitInvalidRequest;
-    const host::Answer answer = answerer(*request, std::move(received.descriptor));
+    host::Answer answer = answerer(*request, std::move(received.descriptor));
+    if (auto *opened = std::get_if<host::Opened>(&answer.value)) opened->isConfined = layers.files || layers.calls;
     if (!channel.send(bytesOf(answer))) return exitDone;
   }
 }

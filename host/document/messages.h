@@ -89,6 +89,7 @@ struct Failure {
 struct Opened {
   int32_t pageCount = 0;
   std::vector<PageSize> sizes; ///< of the first pages
+  bool isConfined = true;      ///< what reads it can do nothing else
 };
 
 struct Sizes {

@@ -5,6 +5,7 @@
 #include <sys/epoll.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <deque>
 #include <list>
 #include <utility>
@@ -54,6 +55,13 @@ public:
       }
   }
 
+  void noteUnconfined() noexcept {
+    if (!std::exchange(isKnownUnconfined_, true))
+      std::fputs(
+          "tavrel: nothing confines the processes that read documents: this system has neither Landlock nor seccomp\n",
+          stderr);
+  }
+
   void add(Resting &document) { recent_.push_front(&document); }
   void remove(Resting &document) noexcept { recent_.remove(&document); }
   /// Notes the document that is used last. Of those that were used long ago the processes are ended.
@@ -70,6 +78,7 @@ public:
 private:
   Descriptor watched_;
   std::unique_ptr<DocumentProcess> spare_;
+  bool isKnownUnconfined_ = false;
   std::list<Resting *> recent_; ///< the one that was used last is the first
 };
 
@@ -166,6 +175,7 @@ private:
   }
   std::unique_ptr<DocumentProcess> start() override { return group_->start(); }
   bool watch(int descriptor) noexcept override { return group_->watch(descriptor); }
+  void noteUnconfined() noexcept override { group_->noteUnconfined(); }
   std::chrono::nanoseconds pageTime() const noexcept override { return group_->options.pageTime; }
 
   bool hasProcess() const noexcept override {

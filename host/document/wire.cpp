@@ -58,7 +58,7 @@ template <> constexpr std::tuple membersOf<AttachmentRequest>{&AttachmentRequest
 template <> constexpr std::tuple membersOf<PlainWordsRequest>{&PlainWordsRequest::page};
 
 template <> constexpr std::tuple membersOf<Failure>{&Failure::code, &Failure::needsPassword, &Failure::line};
-template <> constexpr std::tuple membersOf<Opened>{&Opened::pageCount, &Opened::sizes};
+template <> constexpr std::tuple membersOf<Opened>{&Opened::pageCount, &Opened::sizes, &Opened::isConfined};
 template <> constexpr std::tuple membersOf<Sizes>{&Sizes::first, &Sizes::sizes};
 template <> constexpr std::tuple membersOf<PageWords>{&PageWords::page, &PageWords::text, &PageWords::order};
 template <> constexpr std::tuple membersOf<PageImage>{&PageImage::page, &PageImage::dpi};

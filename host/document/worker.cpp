@@ -232,7 +232,10 @@ void Worker::take(std::string_view content, Orders &answered) {
   if (opened_) return finish(std::move(answer->value), answered);
   const auto *opened = std::get_if<Opened>(&answer->value);
   opened_ = opened != nullptr;
-  if (!opened_) stop();
+  if (!opened_)
+    stop();
+  else if (!opened->isConfined)
+    starter_.noteUnconfined();
   if (std::holds_alternative<OpenRequest>(request)) {
     document_.pages = opened_ ? opened->pageCount : 0;
     return finish(std::move(answer->value), answered);

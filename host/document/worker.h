@@ -39,6 +39,8 @@ public:
   virtual std::unique_ptr<DocumentProcess> start() = 0;
   /// Has advance() called while the descriptor is readable, until it is closed. False if that is not possible.
   virtual bool watch(int descriptor) noexcept = 0;
+  /// Called when a process has opened a document without being confined.
+  virtual void noteUnconfined() noexcept = 0;
   /// How much processor time a request may take.
   virtual std::chrono::nanoseconds pageTime() const noexcept = 0;
 };

@@ -17,7 +17,6 @@
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <fstream>
 #include <optional>
 #include <span>
 #include <system_error>
@@ -27,6 +26,7 @@
 #include "document/boxes.h"
 #include "document/words.h"
 #include "host/document/messages.h"
+#include "host/document/openfile.h"
 
 namespace document {
 namespace {
@@ -47,22 +47,6 @@ using host::WordText;
   throw DocumentError(DocumentError::unreadable, nameInMessage(file) + ": " + reason);
 }
 
-std::ifstream openedStream(const std::filesystem::path &file) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) fail(file, std::generic_category().message(errno));
-  return stream;
-}
-
-// Finds the errors that can be named without the PDF library, which only reports that it could not open a file.
-void checkFile(const std::filesystem::path &file) {
-  std::error_code error;
-  const std::filesystem::file_status status = std::filesystem::status(file, error);
-  if (!std::filesystem::exists(status)) fail(file, error ? error.message() : std::generic_category().message(ENOENT));
-  if (std::filesystem::is_directory(status)) fail(file, "this is a directory");
-  if (!std::filesystem::is_regular_file(status)) fail(file, "this is not a regular file");
-  if (openedStream(file).peek() == std::ifstream::traits_type::eof()) fail(file, "the file is empty");
-}
-
 // Counted from 1, as in messages.
 std::string numberOf(int32_t page) { return std::to_string(int64_t{page} + 1); }
 
@@ -72,7 +56,6 @@ std::string numberOf(double value) {
   return text;
 }
 
-// Once, because other threads may use the library.
 void silenceLibrary() {
   const auto drop = [](const std::string & /*message*/, void * /*closure*/) {};
   [[maybe_unused]] static const bool silent = (poppler::set_debug_error_function(drop, nullptr), true);
@@ -80,71 +63,33 @@ void silenceLibrary() {
 
 bool hasArea(const poppler::rectf &rect) { return rect.width() > 0 && rect.height() > 0; }
 
-// Identifies a version of a file: if it is equal, the file is still the one that was opened.
-struct Stamp {
-  dev_t device = 0;
-  ino_t number = 0;
-  off_t size = 0;
-  time_t seconds = 0;
-  long nanoseconds = 0;
-  bool operator==(const Stamp &) const = default;
-};
-
-// Zeros where there is no file.
-Stamp stampOf(const std::filesystem::path &file) {
-  struct stat status {};
-  if (stat(file.c_str(), &status) != 0) return {};
-  return {status.st_dev, status.st_ino, status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
-}
-
-// All bytes of a file: read, or mapped.
+// All bytes of a file, mapped.
 class Bytes {
 public:
-  explicit Bytes(std::vector<char> read) : read_(std::move(read)), all_(read_) {}
-  Bytes(void *mapped, size_t size) : mapped_(mapped), all_(static_cast<const char *>(mapped), size) {}
+  Bytes(void *mapped, size_t size) : mapped_(mapped), size_(size) {}
   Bytes(const Bytes &) = delete;
   Bytes &operator=(const Bytes &) = delete;
-  ~Bytes() {
-    if (mapped_ != nullptr) munmap(mapped_, all_.size());
-  }
-  std::span<const char> all() const { return all_; }
+  ~Bytes() { munmap(mapped_, size_); }
+  std::string_view all() const { return {static_cast<const char *>(mapped_), size_}; }
 
 private:
-  std::vector<char> read_;
-  void *mapped_ = nullptr;
-  std::span<const char> all_;
+  void *mapped_;
+  size_t size_;
 };
 
-// Null where the file is too large or cannot be read.
-std::shared_ptr<const Bytes> bytesOf(const std::filesystem::path &file, uintmax_t size) {
-  if (size > PdfFile::largestInMemory) return nullptr;
-  std::ifstream stream(file, std::ios::binary);
-  std::vector<char> bytes(size);
-  if (!stream.read(bytes.data(), static_cast<std::streamsize>(size))) return nullptr;
-  return std::make_shared<Bytes>(std::move(bytes));
-}
-
-std::shared_ptr<const Bytes> mappedBytes(const Descriptor &file, const std::filesystem::path &name) {
+std::unique_ptr<const Bytes> mappedBytes(int file, const std::filesystem::path &name) {
   struct stat status {};
-  if (fstat(file.number(), &status) != 0) fail(name, std::generic_category().message(errno));
+  if (fstat(file, &status) != 0) fail(name, std::generic_category().message(errno));
   const auto size = static_cast<size_t>(status.st_size);
-  void *mapped = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.number(), 0);
+  void *mapped = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
   if (mapped == MAP_FAILED) fail(name, std::generic_category().message(errno));
-  return std::make_shared<Bytes>(mapped, size);
+  return std::make_unique<const Bytes>(mapped, size);
 }
 
 // The error of a file that the library cannot open. The library opens files without "%PDF-", so this is not checked
 // before.
-[[noreturn]] void failUnreadable(const std::filesystem::path &file, const Bytes *bytes, const char *damage) {
-  char head[1024]; // PDF readers look for the mark in these bytes
-  std::string_view beginning;
-  if (bytes != nullptr) {
-    beginning = {bytes->all().data(), std::min(bytes->all().size(), sizeof head)};
-  } else {
-    std::ifstream stream = openedStream(file);
-    stream.read(head, sizeof head);
-    beginning = {head, static_cast<size_t>(stream.gcount())};
-  }
+[[noreturn]] void failUnreadable(const std::filesystem::path &file, const Bytes &bytes, const char *damage) {
+  const std::string_view beginning = bytes.all().substr(0, 1024); // PDF readers look for the mark in these bytes
   fail(file, beginning.find("%PDF-") != std::string_view::npos ? damage : "this is not a PDF");
 }
 
@@ -185,13 +130,11 @@ FoundWords wordsOf(const std::vector<poppler::text_box> &list, double height) {
   return result;
 }
 
-// With bytes, the file is in them. Throws as PdfFile::open does.
+// Throws as PdfFile::open does.
 std::unique_ptr<poppler::document> openedDocument(const std::filesystem::path &file, const std::string &password,
-                                                  const Bytes *bytes) {
-  std::unique_ptr<poppler::document> pdf(
-      bytes != nullptr ? poppler::document::load_from_raw_data(
-                             bytes->all().data(), static_cast<int>(bytes->all().size()), password, password)
-                       : poppler::document::load_from_file(file.string(), password, password));
+                                                  const Bytes &bytes) {
+  std::unique_ptr<poppler::document> pdf(poppler::document::load_from_raw_data(
+      bytes.all().data(), static_cast<int>(bytes.all().size()), password, password));
   if (!pdf) failUnreadable(file, bytes, "the file is damaged");
   if (pdf->is_locked())
     throw DocumentError(DocumentError::wrongPassword,
@@ -203,24 +146,11 @@ std::unique_ptr<poppler::document> openedDocument(const std::filesystem::path &f
 
 class PopplerFile final : public PdfFile {
 public:
-  /// Throws as PdfFile::open does. With bytes, the file is in them.
-  PopplerFile(const std::filesystem::path &file, const std::string &password, const Stamp &stamp,
-              std::shared_ptr<const Bytes> bytes)
-      : file_(file), password_(password), stamp_(stamp), bytes_(std::move(bytes)),
-        pdf_(openedDocument(file, password, bytes_.get())), pages_(pdf_->pages()) {}
-
-  std::unique_ptr<PdfFile> again() const override {
-    try {
-      if (!bytes_) checkFile(file_);
-      auto opened = std::make_unique<PopplerFile>(file_, password_, stamp_, bytes_);
-      if (bytes_ || !fileChanged()) return opened;
-    } catch (const std::exception &) { // null: the caller keeps the file that it has
-    }
-    return nullptr;
-  }
+  /// Throws as PdfFile::open does.
+  PopplerFile(const std::filesystem::path &file, const std::string &password, std::unique_ptr<const Bytes> bytes)
+      : file_(file), bytes_(std::move(bytes)), pdf_(openedDocument(file, password, *bytes_)), pages_(pdf_->pages()) {}
 
   const std::filesystem::path &file() const override { return file_; }
-  bool fileChanged() const override { return !(stampOf(file_) == stamp_); }
   int32_t pageCount() const override { return pages_; }
   PageSize pageSize(int32_t page) override;
   PageText text(int32_t page) override;
@@ -248,9 +178,7 @@ private:
   ShownPage &shown(int32_t page);
 
   const std::filesystem::path file_;
-  const std::string password_;
-  const Stamp stamp_;
-  const std::shared_ptr<const Bytes> bytes_;
+  const std::unique_ptr<const Bytes> bytes_;
   const std::unique_ptr<poppler::document> pdf_; // declared before the pages, which it outlives
   const int32_t pages_;
   std::unordered_map<int32_t, ShownPage> shown_;
@@ -370,17 +298,13 @@ void PdfFile::prepareLibrary() {
 std::unique_ptr<PdfFile> PdfFile::open(const Descriptor &file, const std::filesystem::path &name,
                                        const std::string &password) {
   silenceLibrary();
-  return std::make_unique<PopplerFile>(name, password, Stamp(), mappedBytes(file, name));
+  return std::make_unique<PopplerFile>(name, password, mappedBytes(file.number(), name));
 }
 
-std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const std::string &password,
-                                       Reading reading) {
+std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const std::string &password) {
+  const host::OpenFile opened(file);
   silenceLibrary();
-  checkFile(file);
-  const Stamp stamp = stampOf(file);
-  return std::make_unique<PopplerFile>(file, password, stamp,
-                                       reading == Reading::inMemory ? bytesOf(file, static_cast<uintmax_t>(stamp.size))
-                                                                    : nullptr);
+  return std::make_unique<PopplerFile>(file, password, mappedBytes(opened.descriptor(), file));
 }
 
 } // namespace document

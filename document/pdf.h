@@ -1,8 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// A PDF file as the PDF library has it: its pages, their words, their images. Knows nothing of plug-ins and may be used
-// on any thread, one at a time; two threads take two of these for the same file. pdf.cpp is the only source that
-// includes the library.
+// A PDF file as the PDF library has it: its pages, their words, their images.
 #pragma once
 
 #include <cstdint>
@@ -21,28 +19,17 @@ namespace document {
 
 class PdfFile {
 public:
-  /// Reading all pages is faster with the file in memory. A larger file than `largestInMemory` is read as needed
-  /// anyway.
-  enum class Reading { asNeeded, inMemory };
-  static constexpr uintmax_t largestInMemory = 64 << 20; ///< bytes
-
   /// Opens what the library can read as a PDF, whatever its first line. Throws DocumentError with one clear line that
   /// names the file.
-  static std::unique_ptr<PdfFile> open(const std::filesystem::path &file, const std::string &password,
-                                       Reading reading = Reading::asNeeded);
+  static std::unique_ptr<PdfFile> open(const std::filesystem::path &file, const std::string &password);
   /// The same of a file that is open, which may be closed afterwards. Messages name it.
   static std::unique_ptr<PdfFile> open(const host::Descriptor &file, const std::filesystem::path &name,
                                        const std::string &password);
   /// Has the PDF library load now what it would load with the first document.
   static void prepareLibrary();
   virtual ~PdfFile() = default;
-  /// The same document opened once more, for another thread; null where it cannot be opened any more or has changed.
-  /// May be called on any thread while this one is in use.
-  virtual std::unique_ptr<PdfFile> again() const = 0;
   /// The name by which it was opened.
   virtual const std::filesystem::path &file() const = 0;
-  /// Whether the file has changed since it was opened, or its name belongs to another one now.
-  virtual bool fileChanged() const = 0;
 
   virtual int32_t pageCount() const = 0;
   // All of these throw HostError errBadPage for a page that is not there, DocumentError for one that is damaged or

@@ -36,9 +36,7 @@ class FailingFile final : public PdfFile {
 public:
   explicit FailingFile(void (*fails)()) : fails_(fails) {}
 
-  std::unique_ptr<PdfFile> again() const override { return nullptr; }
   const std::filesystem::path &file() const override { return name_; }
-  bool fileChanged() const override { return false; }
   int32_t pageCount() const override { return 3; }
   PageSize pageSize(int32_t /*page*/) override { return {100, 200}; }
   PageText text(int32_t /*page*/) override {

@@ -3,16 +3,14 @@
 // The limits of a PDF file: of its size, of where its mark may be, of its pages' boxes and of their images.
 #include "document/pdf.h"
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
-#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <fstream>
 #include <functional>
 
+#include "host/document/openfile.h"
 #include "support/pdf.h"
 
 namespace document {
@@ -138,29 +136,16 @@ std::filesystem::path largeFile(const ScratchFolder &folder, uintmax_t bytes) {
   return file;
 }
 
-TEST_F(PdfFileTest, OnlyALargerFileThanTheLargestInMemoryIsReadAsNeeded) {
-  for (const uintmax_t excess : {uintmax_t{0}, uintmax_t{1}}) {
-    const auto file = largeFile(folder, PdfFile::largestInMemory + excess);
-    const auto opened = PdfFile::open(file, "", PdfFile::Reading::inMemory);
-    EXPECT_EQ(opened->pageSize(0).width, 400);
-    std::filesystem::remove(file);
-    EXPECT_EQ(opened->again() == nullptr, excess == 1) << "without the file";
-  }
+TEST_F(PdfFileTest, AFileOfMoreThanTwoGigabytesIsRefused) {
+  EXPECT_EQ(PdfFile::open(largeFile(folder, host::OpenFile::largest), "")->pageSize(0).width, 400);
+  const auto larger = largeFile(folder, uintmax_t{host::OpenFile::largest} + 1);
+  EXPECT_EQ(refusal(larger), larger.string() + ": the file is larger than 2 GB");
 }
 
-TEST_F(PdfFileTest, OpeningOnceMoreReadsNothingFromAPipeInPlaceOfTheFile) {
-  const auto file = folder.pdf({PdfPage{}});
-  const auto opened = PdfFile::open(file, "");
-  std::filesystem::remove(file);
-  ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
-  const int pipe = ::open(file.c_str(), O_RDWR | O_CLOEXEC); // an open end: nobody who reads has to wait
-  const std::string bytes(4096, ' ');
-  ASSERT_EQ(write(pipe, bytes.data(), bytes.size()), 4096);
-  EXPECT_EQ(opened->again(), nullptr);
-  int left = 0;
-  ASSERT_EQ(ioctl(pipe, FIONREAD, &left), 0);
-  EXPECT_EQ(left, 4096);
-  close(pipe);
+TEST_F(PdfFileTest, APipeIsRefusedWithoutWaitingForItsWriter) {
+  const auto pipe = folder.path() / "pipe";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  EXPECT_EQ(refusal(pipe), pipe.string() + ": this is not a regular file");
 }
 
 // ---- sizes of pages ----

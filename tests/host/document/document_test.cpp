@@ -262,9 +262,7 @@ class CountingFile final : public document::PdfFile {
 public:
   explicit CountingFile(int &texts) : texts_(texts) {}
 
-  std::unique_ptr<document::PdfFile> again() const override { return nullptr; }
   const std::filesystem::path &file() const override { return name_; }
-  bool fileChanged() const override { return false; }
   int32_t pageCount() const override { return 1; }
   PageSize pageSize(int32_t /*page*/) override { return {}; }
   PageText text(int32_t /*page*/) override {
@@ -426,62 +424,6 @@ TEST_F(DocumentTest, ImageOfAnAbsurdSizeIsRefused) {
       ADD_FAILURE() << dpi;
     } catch (const HostError &error) {
       EXPECT_EQ(error.code, tavrel::errBadArgument) << dpi;
-    }
-}
-
-// ---- the same file once more ----
-
-class OnceMore : public DocumentTest, public testing::WithParamInterface<document::PdfFile::Reading> {
-protected:
-  std::unique_ptr<document::PdfFile> openFile() { return document::PdfFile::open(file, "", GetParam()); }
-
-  const std::filesystem::path file = folder.pdf({{.texts = {{.x = 10, .y = 10, .text = "same words"}}}});
-};
-
-TEST_P(OnceMore, HasTheSamePages) {
-  const auto first = openFile(), second = first->again();
-  ASSERT_NE(second, nullptr);
-  EXPECT_EQ(second->pageCount(), 1);
-  EXPECT_THAT(textsOf(second->text(0)), ElementsAre(U"same", U"words"));
-  EXPECT_EQ(second->render(0, 72).pixels, first->render(0, 72).pixels);
-}
-
-TEST_P(OnceMore, TakesThePasswordAlong) {
-  const auto again = document::PdfFile::open(encrypted(), "user", GetParam())->again();
-  ASSERT_NE(again, nullptr);
-  EXPECT_THAT(textsOf(again->text(0)), ElementsAre(U"secret"));
-}
-
-TEST_P(OnceMore, IsNeverAnotherFile) {
-  const auto first = openFile();
-  folder.write("test.pdf", test::pdfOf({{.texts = {{.x = 10, .y = 10, .text = "entirely different words"}}}}));
-  const auto again = first->again();
-  if (GetParam() == document::PdfFile::Reading::asNeeded)
-    EXPECT_EQ(again, nullptr);
-  else
-    EXPECT_THAT(textsOf(again->text(0)), ElementsAre(U"same", U"words"));
-}
-
-TEST_P(OnceMore, NeedsNoFileThatIsInMemory) {
-  const auto first = openFile();
-  std::filesystem::remove(file);
-  EXPECT_EQ(first->again() == nullptr, GetParam() == document::PdfFile::Reading::asNeeded);
-}
-
-INSTANTIATE_TEST_SUITE_P(Reading, OnceMore,
-                         testing::Values(document::PdfFile::Reading::asNeeded, document::PdfFile::Reading::inMemory),
-                         [](const auto &reading) {
-                           return reading.param == document::PdfFile::Reading::inMemory ? "InMemory" : "AsNeeded";
-                         });
-
-TEST_F(DocumentTest, AFileReadIntoMemoryIsRefusedForTheSameReasons) {
-  for (const auto &file : {folder.write("truncated.pdf", test::pdfOf({PdfPage{}}).substr(0, 60)),
-                           folder.write("none.pdf", test::pdfOf({})), folder.write("short.pdf", "%PDF-"), encrypted()})
-    try {
-      document::PdfFile::open(file, "", document::PdfFile::Reading::inMemory);
-      ADD_FAILURE() << file << " was opened";
-    } catch (const DocumentError &error) {
-      EXPECT_EQ(error.what(), refusal(file, error.reason));
     }
 }
 

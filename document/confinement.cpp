@@ -141,6 +141,10 @@ constexpr int harmless[] = {SCMP_SYS(access),
                             SCMP_SYS(write),
                             SCMP_SYS(writev)};
 
+scmp_arg_cmp argument(unsigned index, scmp_compare compare, scmp_datum_t value, scmp_datum_t masked = 0) {
+  return {index, compare, value, masked};
+}
+
 class Filter {
 public:
   Filter() : context_(seccomp_init(SCMP_ACT_ERRNO(EPERM)), seccomp_release) {}
@@ -168,14 +172,14 @@ bool filterCalls() {
     filter.allow(call);
   // Memory that can be executed would be a way to run what a file brings.
   for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mmap2), SCMP_SYS(mprotect)})
-    filter.allow(call, {SCMP_A2(SCMP_CMP_MASKED_EQ, PROT_EXEC, 0)});
+    filter.allow(call, {argument(2, SCMP_CMP_MASKED_EQ, PROT_EXEC, 0)});
   // Files are opened for reading. Where the kernel restricts them, only some.
   constexpr scmp_datum_t writing = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND;
-  filter.allow(SCMP_SYS(openat), {SCMP_A2(SCMP_CMP_MASKED_EQ, writing, 0)});
-  filter.allow(SCMP_SYS(open), {SCMP_A1(SCMP_CMP_MASKED_EQ, writing, 0)});
+  filter.allow(SCMP_SYS(openat), {argument(2, SCMP_CMP_MASKED_EQ, writing, 0)});
+  filter.allow(SCMP_SYS(open), {argument(1, SCMP_CMP_MASKED_EQ, writing, 0)});
   // Limits are looked at; a signal goes to the process itself, as when it gives up.
-  filter.allow(SCMP_SYS(prlimit64), {SCMP_A2(SCMP_CMP_EQ, 0)});
-  filter.allow(SCMP_SYS(tgkill), {SCMP_A0(SCMP_CMP_EQ, static_cast<scmp_datum_t>(getpid()))});
+  filter.allow(SCMP_SYS(prlimit64), {argument(2, SCMP_CMP_EQ, 0)});
+  filter.allow(SCMP_SYS(tgkill), {argument(0, SCMP_CMP_EQ, static_cast<scmp_datum_t>(getpid()))});
   // The C library asks for the older call if there is none of these.
   filter.answer(SCMP_SYS(clone3), ENOSYS);
   filter.answer(SCMP_SYS(openat2), ENOSYS);

@@ -25,7 +25,8 @@ bool denyConfinement() {
   return prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) == 0 &&
          seccomp_rule_add(filter.get(), missing, SCMP_SYS(landlock_create_ruleset), 0) == 0 &&
          seccomp_rule_add(filter.get(), missing, SCMP_SYS(seccomp), 0) == 0 &&
-         seccomp_rule_add(filter.get(), missing, SCMP_SYS(prctl), 1, SCMP_A0(SCMP_CMP_EQ, PR_SET_SECCOMP)) == 0 &&
+         seccomp_rule_add(filter.get(), missing, SCMP_SYS(prctl), 1, scmp_arg_cmp{0, SCMP_CMP_EQ, PR_SET_SECCOMP, 0}) ==
+             0 &&
          seccomp_load(filter.get()) == 0;
 }
 

@@ -20,11 +20,9 @@ namespace document {
 namespace {
 
 using host::appendFolded;
-using host::Box;
 using host::Case;
 using host::decoded;
 using host::FindOptions;
-using host::folded;
 using host::Found;
 using host::isWhiteSpace;
 using host::PageText;

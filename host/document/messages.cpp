@@ -44,7 +44,7 @@ bool isText(const PageText &text) {
 
 // Its line is shown as it is.
 bool isFailure(const Failure &failure) {
-  constexpr size_t longest = 2 * PATH_MAX;
+  constexpr size_t longest = size_t{2} * PATH_MAX;
   const std::string &line = failure.line;
   return failure.code > tavrel::errNone && failure.code <= tavrel::errDocument && line.size() <= longest &&
          std::none_of(line.begin(), line.end(),

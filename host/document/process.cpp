@@ -78,6 +78,7 @@ public:
   pid_t operator()(const fs::path &program, size_t memory) const {
     std::vector<std::string> environment = environmentPassedOn();
     std::vector<char *> variables;
+    variables.reserve(environment.size() + 1);
     for (std::string &variable : environment)
       variables.push_back(variable.data());
     variables.push_back(nullptr);

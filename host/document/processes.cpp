@@ -43,9 +43,10 @@ public:
   }
 
   std::unique_ptr<DocumentProcess> start() {
-    auto spare = std::move(spare_);
-    const bool isAlive = spare && spare->channel().receive().what == Received::nothing;
-    return isAlive ? std::move(spare) : std::make_unique<DocumentProcess>(options.program, options.memory);
+    std::unique_ptr<DocumentProcess> process = std::move(spare_);
+    const bool isAlive = process && process->channel().receive().what == Received::nothing;
+    if (!isAlive) process = std::make_unique<DocumentProcess>(options.program, options.memory);
+    return process;
   }
   /// Starts the next process in advance, when there is nothing else to do.
   void prepare() noexcept {

@@ -79,6 +79,8 @@ struct Source {
 // Makes a view take its pages from those rendered ahead, until this object is destroyed.
 class RenderedAhead {
 public:
+  /// For each processor: with fewer than about six, processes wait while this one paints and writes.
+  static constexpr size_t pagesAhead = 8;
   RenderedAhead(host::PageView &view, const Source &source) : view_(view) {
     host::Document &document = source.document;
     const double dpi = view.dpi();
@@ -92,7 +94,7 @@ public:
         [sizeOf, dpi](int32_t page) {
           return host::ImageRequest{page, dpi, sizeOf(page)};
         },
-        PagesAhead<host::PageImage>::Reach{2 * usableProcessors(), mostPixelsWaiting, pixelsOf});
+        PagesAhead<host::PageImage>::Reach{pagesAhead * usableProcessors(), mostPixelsWaiting, pixelsOf});
     view.setSource([this, &document, dpi](int32_t page, double wanted) {
       shown_ = {}; // frees the image before the next one is taken
       shown_ = wanted == dpi ? images_->take(page).image : document.render(page, wanted);

@@ -4,6 +4,7 @@
 // fetched when it is first asked for, so that opening a manual of a thousand pages costs no more than opening one.
 #include "document/pdf.h"
 
+#include <fontconfig/fontconfig.h>
 #include <iconv.h>
 #include <poppler-document.h>
 #include <poppler-page-renderer.h>
@@ -289,7 +290,8 @@ void PopplerFile::drawStrip(int32_t page, double dpi, const PixelBox &strip, std
 } // namespace
 
 void PdfFile::prepareLibrary() {
-  tzset(); // for dates
+  tzset();  // for dates
+  FcInit(); // for fonts that are not in a file
   // Conversions of characters are modules, which stay loaded while they are in use.
   for (const auto &[to, from] : {std::pair("UTF-8", "UTF-16"), std::pair("UTF-16", "UTF-8")})
     if (iconv_open(to, from) == iconv_t(-1)) return; // texts will be empty

@@ -128,6 +128,7 @@ Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err
   constexpr size_t pagesAhead = 64; // words have no weight
   host::ProcessOptions processes = options.processes;
   processes.wordProcesses = usableProcessors();
+  processes.imageProcesses = 0;
   const OpenedDocument document = openDocument(options.document, options.password, processes);
   Found found;
   found.pageCount = document.opened.pageCount;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "host/document/opening.h"
 
+#include <poll.h>
+
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -14,6 +16,9 @@ Opening::Opening(const std::filesystem::path &file) {
   } catch (const std::system_error &) { // the system allows no more threads
     run(*state_, file);
   }
+  constexpr int moment = 5; // milliseconds
+  pollfd done{descriptor(), POLLIN, 0};
+  poll(&done, 1, moment);
 }
 
 void Opening::run(State &state, const std::filesystem::path &file) noexcept {

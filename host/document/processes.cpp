@@ -102,7 +102,8 @@ public:
   ~ProcessBackend() override { group_->remove(*this); }
 
   void start(Orders order) noexcept override {
-    (std::holds_alternative<ImageRequest>(order.front().request) ? images_ : words_).insert(order);
+    queueFor(order.front().request).insert(order);
+    advance(); // also starts what takes the file
     advance();
     group_->use(*this);
     announce();
@@ -127,8 +128,10 @@ public:
   }
   Orders take() noexcept override {
     advance();
-    if (hasProcess() && std::none_of(workers_.begin(), workers_.end(), [](const Worker &one) { return one.isBusy(); }))
-      group_->prepare();
+    const auto isImage = [](const Order &order) { return std::holds_alternative<ImageRequest>(order.request); };
+    isDrawn_ = isDrawn_ || std::any_of(answered_.begin(), answered_.end(), isImage);
+    const bool isBusy = std::any_of(workers_.begin(), workers_.end(), [](const Worker &one) { return one.isBusy(); });
+    if (isDrawn_ && hasProcess() && !isBusy) group_->prepare();
     return std::exchange(answered_, {});
   }
   // Goes before what is less urgent, but no longer than the caller waits.
@@ -152,9 +155,35 @@ public:
   }
 
 private:
+  static constexpr uint64_t ownOrder = 0; ///< the id of one whose answer nobody gets
+
+  // A document is opened by a process for images, if there is one: a page is wanted first.
+  OrderQueue &queueFor(const Request &request) {
+    const bool isForImages = std::holds_alternative<ImageRequest>(request) ||
+                             (std::holds_alternative<OpenRequest>(request) && group_->options.imageProcesses > 0);
+    return isForImages ? images_ : words_;
+  }
   void advance() noexcept {
     for (Worker &worker : workers_)
       worker.advance(answered_);
+    extract(answered_, ownOrder);
+    const auto isOpened = [](const Order &order) { return std::holds_alternative<Opened>(order.answer.value); };
+    if (!isOpen_ && std::any_of(answered_.begin(), answered_.end(), isOpened)) openInOthers();
+  }
+  // A document that is open is drawn, and mostly searched: its other processes start now, and one opens it for words.
+  void openInOthers() noexcept {
+    isOpen_ = true;
+    for (Worker &worker : workers_)
+      worker.prepare();
+    if (group_->options.imageProcesses == 0) return;
+    try {
+      Orders own;
+      own.push_back({ownOrder, Urgency::ahead, SizesRequest{0, 1}});
+      words_.insert(own);
+      for (Worker &worker : workers_)
+        worker.advance(answered_);
+    } catch (const std::bad_alloc &) { // it is opened when words are asked for
+    }
   }
   // What has been answered is taken soon: no descriptor tells of it any more.
   void announce() const noexcept {
@@ -189,6 +218,8 @@ private:
 
   std::shared_ptr<ProcessGroup> group_;
   ReadDocument document_;
+  bool isOpen_ = false;
+  bool isDrawn_ = false;      ///< a page has been drawn
   OrderQueue words_, images_; ///< those that wait
   std::deque<Worker> workers_;
   std::vector<Worker::Polled> polled_; ///< memory for wait()

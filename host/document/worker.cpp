@@ -159,6 +159,13 @@ void Worker::begin(Orders &answered) noexcept {
   }
 }
 
+void Worker::prepare() noexcept {
+  if (!process_) try {
+      startProcess();
+    } catch (const std::exception &) { // it is started when it is needed
+    }
+}
+
 void Worker::startProcess() {
   auto process = starter_.start();
   Descriptor timer(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
@@ -240,7 +247,7 @@ void Worker::take(std::string_view content, Orders &answered) {
     document_.pages = opened_ ? opened->pageCount : 0;
     return finish(std::move(answer->value), answered);
   }
-  if (!opened_ || opened->pageCount != document_.pages) // it has been written to since
+  if (!opened_ || (document_.pages != 0 && opened->pageCount != document_.pages)) // it has been written to since
     return failed("the document cannot be opened any more", answered);
   if (!sendCurrent()) died(process_->reasonOfEnd(), answered);
 }

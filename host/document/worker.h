@@ -73,6 +73,8 @@ public:
   /// What becomes readable when there is something to advance.
   using Polled = std::array<pollfd, 3>;
   Polled polled() const noexcept;
+  /// Starts the process before it is needed, if that is possible.
+  void prepare() noexcept;
   /// Ends the process; it is started again when it is needed.
   void stop() noexcept;
 

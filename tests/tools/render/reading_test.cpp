@@ -63,7 +63,7 @@ struct Reading : testing::Test {
 TEST_F(Reading, PagesAreReadByAllProcesses) {
   const tools::OpenedDocument document = open(3);
   EXPECT_THAT(wordsOf(*document.service), testing::Each(ElementsAre(U"word")));
-  EXPECT_THAT(children(), SizeIs(2)) << "no more than pages are asked for ahead";
+  EXPECT_THAT(children(), SizeIs(4)) << "one more, for images, has opened it";
 }
 
 TEST_F(Reading, NoProcessIsLeft) {

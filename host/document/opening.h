@@ -16,8 +16,8 @@ namespace host {
 
 class Opening {
 public:
-  /// Waits for a moment, in which most files are open. Throws HostError if the system has no descriptor left. Destroying
-  /// it does not wait for the thread.
+  /// Waits for a moment, in which most files are open. Throws HostError if the system has no descriptor left.
+  /// Destroying it does not wait for the thread.
   explicit Opening(const std::filesystem::path &file);
 
   /// Readable once the file is open, or cannot be opened.

@@ -72,7 +72,8 @@ int main(int argc, char **argv) {
   document::PdfFile::prepareLibrary();
   document::StructureReader::prepareLibraries();
   Reader reader;
-  return document::serve(argc, argv, [&](const host::Request &request, host::Descriptor passed) {
+  // At once: what libraries do at a usual end, like looking for leaks, may be denied.
+  _exit(document::serve(argc, argv, [&](const host::Request &request, host::Descriptor passed) {
     return reader.answer(request, std::move(passed));
-  });
+  }));
 }

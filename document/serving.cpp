@@ -15,6 +15,7 @@
 
 #include "host/document/channel.h"
 #include "host/document/process.h"
+#include "host/document/sanitized.h"
 #include "host/document/wire.h"
 
 namespace document {
@@ -38,15 +39,8 @@ std::string bytesOf(const host::Answer &answer) {
   }
 }
 
-// Under the address sanitizer there is no limit: it reserves terabytes. Each compiler names it in its own way.
-#ifdef __has_feature
-constexpr bool isSanitized = __has_feature(address_sanitizer);
-#elif defined(__SANITIZE_ADDRESS__)
-constexpr bool isSanitized = true;
-#else
-constexpr bool isSanitized = false;
-#endif
-size_t memoryLimit(size_t asked) { return isSanitized ? 0 : asked; }
+// Under the address sanitizer there is no limit: it reserves terabytes.
+size_t memoryLimit(size_t asked) { return host::isSanitized ? 0 : asked; }
 
 // A line for each layer.
 int report() {

@@ -16,6 +16,7 @@
 #include <system_error>
 #include <vector>
 
+#include "host/document/sanitized.h"
 #include "host/kernel/error.h"
 
 namespace host {
@@ -50,15 +51,16 @@ std::vector<std::string> environmentPassedOn() {
                   program.string() + " cannot be started: " + std::generic_category().message(error));
 }
 
-// How a process is started: it has nothing but its socket, no signal is blocked or ignored, and keys pressed in a
-// terminal do not end it.
+// How a process is started: it has nothing but its socket, not even a terminal to write to, no signal is blocked or
+// ignored, and keys pressed in a terminal do not end it.
 class Start {
 public:
   explicit Start(int socket) {
     posix_spawn_file_actions_init(&actions_);
     posix_spawnattr_init(&attributes_);
-    for (const int standard : {STDIN_FILENO, STDOUT_FILENO})
-      posix_spawn_file_actions_addopen(&actions_, standard, "/dev/null", O_RDWR, 0);
+    for (const int standard : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+      if (standard != STDERR_FILENO || !isSanitized) // whose reports go there
+        posix_spawn_file_actions_addopen(&actions_, standard, "/dev/null", O_RDWR, 0);
     posix_spawn_file_actions_adddup2(&actions_, socket, documentSocket);
     posix_spawn_file_actions_addclosefrom_np(&actions_, documentSocket + 1);
     sigset_t all, none;

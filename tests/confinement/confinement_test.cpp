@@ -13,6 +13,7 @@
 #include <fstream>
 
 #include "host/document/processes.h"
+#include "host/document/sanitized.h"
 #include "support/pdf.h"
 
 namespace {
@@ -57,6 +58,15 @@ struct Confined : testing::Test {
 };
 
 TEST_F(Confined, ItRuns) { EXPECT_EQ(tries("none"), "none"); }
+
+TEST_F(Confined, ItReachesNoTerminal) {
+  if (isSanitized) GTEST_SKIP() << "the sanitizer reports on standard error";
+  testing::internal::CaptureStderr();
+  testing::internal::CaptureStdout();
+  EXPECT_EQ(tries("write-terminal"), "written");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
 
 TEST_F(Confined, ItReadsFonts) { EXPECT_EQ(tries("read-fonts"), "it could"); }
 

@@ -101,6 +101,11 @@ std::string tries(const fs::path &document) {
   const fs::path folder = document.parent_path();
   const std::map<std::string, std::function<std::string()>> attempts = {
       {"none", [] { return std::string("none"); }},
+      {"write-terminal",
+       [] {
+         const bool isWritten = write(STDERR_FILENO, "hostile", 7) == 7 && write(STDOUT_FILENO, "hostile", 7) == 7;
+         return std::string(isWritten ? "written" : "not written");
+       }},
       {"read-fonts", [] { return opens("/usr/share/fonts", O_RDONLY); }},
       {"read-passwords", [] { return opens("/etc/passwd", O_RDONLY); }},
       {"read-folder", [&] { return opens(folder, O_RDONLY | O_DIRECTORY); }},
@@ -137,11 +142,12 @@ std::string tries(const fs::path &document) {
 } // namespace
 
 int main(int argc, char **argv) {
-  return document::serve(argc, argv, [](const host::Request &request, const host::Descriptor & /*passed*/) {
+  // At once: what libraries do at a usual end, like looking for leaks, may be denied.
+  _exit(document::serve(argc, argv, [](const host::Request &request, const host::Descriptor & /*passed*/) {
     const auto *open = std::get_if<host::OpenRequest>(&request);
     if (open == nullptr) abort();
     if (open->file.stem() == "crash-later") return host::Answer{host::Opened{1, {}}};
     const std::string reason = tries(open->file);
     return host::Answer{host::Failure{tavrel::errGeneric, false, reason.empty() ? "it could" : reason}};
-  });
+  }));
 }

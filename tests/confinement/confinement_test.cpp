@@ -10,8 +10,10 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <fstream>
 
+#include "host/document/process.h"
 #include "host/document/processes.h"
 #include "host/document/sanitized.h"
 #include "support/pdf.h"
@@ -58,6 +60,15 @@ struct Confined : testing::Test {
 };
 
 TEST_F(Confined, ItRuns) { EXPECT_EQ(tries("none"), "none"); }
+
+TEST_F(Confined, TheReportOfTheLayersMayGoToAFile) {
+  const auto report = folder.path() / "report";
+  const std::string command = std::string(STANDIN) + " " + confinementOption + " >" + report.string();
+  EXPECT_EQ(std::system(command.c_str()), 0); // NOLINT(cert-env33-c): a test's own command
+  std::string line;
+  std::getline(std::ifstream(report), line);
+  EXPECT_EQ(line, "no privileges");
+}
 
 TEST_F(Confined, ItReachesNoTerminal) {
   if (isSanitized) GTEST_SKIP() << "the sanitizer reports on standard error";

@@ -91,7 +91,7 @@ public:
   }
 
 private:
-  // The one who asks has been told how many there are, and relies on it for targets.
+  // The owner has got the number of pages before, and checks targets against it.
   void checkPages(int32_t pages) const {
     if (pages != poppler_document_get_n_pages(pdf_.get()))
       fail(tavrel::errBadArgument, name_, "it does not have " + std::to_string(pages) + " pages");

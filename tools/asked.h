@@ -23,8 +23,8 @@ public:
   Asked &operator=(const Asked &) = delete;
   ~Asked() = default;
 
-  /// Waits for the answer; to be called once. There is no limit: whoever answers has one. Throws what the failure was
-  /// made of.
+  /// Waits for the answer; to be called once. There is no limit here: the service that answers has its own. Throws what
+  /// the failure was made of.
   Got get() {
     if (!service_.await(ticket_, host::Time::max()))
       throw host::HostError(tavrel::errGeneric, host::nameInMessage(service_.file()) + ": there is no answer");

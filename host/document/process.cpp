@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What it needs to find fonts, and what the sanitizers read. The rest is none of its business.
+// What it needs to find fonts, and what the sanitizers read. The rest is not passed on.
 constexpr const char *passedOn[] = {"HOME",
                                     "LANG",
                                     "LC_ALL",

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// A process that reads one document, as its owner has it. It is not trusted: whatever it sends is checked, and whatever
-// it does, ending it is all that has to be done.
+// A process that reads one document, as its owner has it. It is not trusted: all that it sends is checked, and it can
+// be ended at any time.
 #pragma once
 
 #include <sys/types.h>

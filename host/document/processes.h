@@ -35,7 +35,7 @@ public:
 
   /// Readable when there is something to collect of one of the documents, and after a wake-up.
   int descriptor() const;
-  /// Cleared by whoever collects.
+  /// The caller of Service::collect() clears it before.
   const Waker &waker() const;
   /// The backend of another document, which its first request opens; messages name the file. It may outlive this
   /// object.

@@ -54,18 +54,18 @@ void Worker::setUrgency(uint64_t id, Urgency urgency) noexcept {
   arm();
 }
 
-// The time at which somebody loses patience with the current order.
-Time Worker::endOfPatience() const noexcept {
+// When the current order is interrupted, if nobody wants it or something more urgent waits for its process.
+Time Worker::interruptedAt() const noexcept {
   const Urgency urgency = current_.front().urgency;
   const Order *next = waiting_.first();
   const bool isInTheWay = unwanted_ || urgency == Urgency::kept || (next != nullptr && next->urgency > urgency);
-  return isInTheWay ? begun_ + patience : Time::max();
+  return isInTheWay ? begun_ + interruptAfter : Time::max();
 }
 
 // The timer is at the next time at which something may have to be ended.
 void Worker::arm() noexcept {
   if (!process_) return;
-  const Time next = isBusy() ? std::min(endOfPatience(), checkedAt_) : Time();
+  const Time next = isBusy() ? std::min(interruptedAt(), checkedAt_) : Time();
   if (std::exchange(armed_, next) == next) return;
   const auto time = std::chrono::nanoseconds(next.time_since_epoch());
   const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
@@ -83,7 +83,7 @@ void Worker::stop() noexcept {
   opened_ = false;
 }
 
-// Whatever a process sends that has been asked nothing, it is not to be trusted any more, or has ended.
+// A process that sends something without a request is not trusted any more, or has ended.
 void Worker::checkIdle() noexcept {
   try {
     if (process_ && process_->channel().receive().what != Received::nothing) stop();
@@ -95,7 +95,7 @@ void Worker::checkIdle() noexcept {
 // Ends the current order if it takes too long. What has been begun is less important than what a caller is waiting for,
 // and begins again afterwards.
 bool Worker::isOverdue(Orders &answered) {
-  if (endOfPatience() <= now()) {
+  if (interruptedAt() <= now()) {
     stop();
     if (unwanted_)
       current_.clear();

@@ -53,7 +53,7 @@ public:
   /// A request that uses less processor time than it may is ended after so many times that.
   static constexpr int asleep = 5;
   /// What nobody wants any more, or what keeps something more urgent waiting, is ended after that time.
-  static constexpr auto patience = std::chrono::milliseconds(100);
+  static constexpr auto interruptAfter = std::chrono::milliseconds(100);
 
   /// Takes its orders from those that wait, as others may do.
   Worker(ProcessStarter &starter, ReadDocument &document, OrderQueue &waiting)
@@ -79,7 +79,7 @@ public:
   void stop() noexcept;
 
 private:
-  Time endOfPatience() const noexcept;
+  Time interruptedAt() const noexcept;
   void arm() noexcept;
   void checkIdle() noexcept;
   bool isOverdue(Orders &answered);

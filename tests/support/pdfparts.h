@@ -21,7 +21,7 @@ void addOutline(PdfParts &parts, const std::vector<PdfOutlineEntry> &outline);
 
 struct PdfAttachment {
   std::string name, bytes;
-  std::string entries = {};       ///< further ones of its specification
+  std::string entries = {};       ///< further ones of its dictionary
   std::string streamEntries = {}; ///< further ones of its stream
 };
 

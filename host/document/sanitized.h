@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Whether this is built with the address sanitizer. Each compiler names it in its own way.
+// Whether this is built with the sanitizers. Each compiler names it in its own way.
 #pragma once
 
 namespace host {

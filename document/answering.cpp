@@ -14,7 +14,6 @@ namespace document {
 namespace {
 
 using host::Answer;
-using host::Descriptor;
 using host::DocumentError;
 using host::Failure;
 using host::Found;
@@ -105,16 +104,6 @@ struct Answering {
   }
 };
 
-template <typename Open>
-Answer answerOpen(const OpenRequest &request, std::unique_ptr<PdfFile> &opened, const Open &open) noexcept {
-  Answer answer = answerOf(request.file, [&]() -> Value {
-    opened = open();
-    return Answering{*opened}(request);
-  });
-  if (std::holds_alternative<Failure>(answer.value)) opened.reset();
-  return answer;
-}
-
 } // namespace
 
 Failure caughtFailure(const std::filesystem::path &file) noexcept {
@@ -135,12 +124,14 @@ Failure caughtFailure(const std::filesystem::path &file) noexcept {
   }
 }
 
-Answer answerOpen(const OpenRequest &request, std::unique_ptr<PdfFile> &opened) noexcept {
-  return answerOpen(request, opened, [&] { return PdfFile::open(request.file, request.password); });
-}
-
-Answer answerOpen(const OpenRequest &request, Descriptor file, std::unique_ptr<PdfFile> &opened) noexcept {
-  return answerOpen(request, opened, [&] { return PdfFile::open(file, request.file, request.password); });
+Answer answerOpen(const OpenRequest &request, std::shared_ptr<const MappedFile> bytes,
+                  std::unique_ptr<PdfFile> &opened) noexcept {
+  Answer answer = answerOf(request.file, [&]() -> Value {
+    opened = PdfFile::open(std::move(bytes), request.file, request.password);
+    return Answering{*opened}(request);
+  });
+  if (std::holds_alternative<Failure>(answer.value)) opened.reset();
+  return answer;
 }
 
 Answer answerFrom(PdfFile &file, const Request &request, const std::filesystem::path &name,

@@ -1,23 +1,20 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Answers requests with the PDF library, on any thread.
+// Answers requests with the PDF library.
 #pragma once
 
 #include <filesystem>
 #include <memory>
 #include <span>
 
+#include "document/mappedfile.h"
 #include "document/pdf.h"
-#include "host/document/descriptor.h"
 #include "host/document/messages.h"
 
 namespace document {
 
-/// Opens a file: the answer, and the document unless that is a failure.
-host::Answer answerOpen(const host::OpenRequest &request, std::unique_ptr<PdfFile> &opened) noexcept;
-
-/// The same for a file that is open already, which its name only names.
-host::Answer answerOpen(const host::OpenRequest &request, host::Descriptor file,
+/// Opens the document of a file, which its name only names: the answer, and the document unless that is a failure.
+host::Answer answerOpen(const host::OpenRequest &request, std::shared_ptr<const MappedFile> bytes,
                         std::unique_ptr<PdfFile> &opened) noexcept;
 
 /// The failure that the exception being handled makes of a request about that file; a std::exception.

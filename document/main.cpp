@@ -36,9 +36,7 @@ private:
   host::Answer found(const host::Request &request, host::Descriptor passed) {
     if (const auto *open = std::get_if<host::OpenRequest>(&request)) {
       name_ = open->file;
-      structure_ =
-          std::make_unique<document::StructureReader>(host::Descriptor(dup(passed.number())), name_, open->password);
-      return document::answerOpen(*open, std::move(passed), file_);
+      return opened(*open, passed);
     }
     if (file_ == nullptr) return {host::Failure{tavrel::errGeneric, false, "no document is open"}};
     if (document::StructureReader::answers(request)) return structure_->answer(request);
@@ -47,6 +45,16 @@ private:
     host::Answer answer = document::answerFrom(*file_, request, name_, memoryFor(image->size, std::move(passed)));
     if (!pixels_->isWorthKeeping()) pixels_.reset();
     return answer;
+  }
+  host::Answer opened(const host::OpenRequest &request, const host::Descriptor &passed) {
+    std::shared_ptr<const document::MappedFile> bytes;
+    try {
+      bytes = std::make_shared<const document::MappedFile>(passed.number(), name_);
+      structure_ = std::make_unique<document::StructureReader>(bytes, name_, request.password);
+    } catch (const std::exception &) {
+      return {document::caughtFailure(name_)};
+    }
+    return document::answerOpen(request, std::move(bytes), file_);
   }
   // The pixels of an image: in the memory that has been passed, or in that of the last image.
   std::span<uint32_t> memoryFor(const host::PixelSize &size, host::Descriptor passed) {

@@ -12,11 +12,11 @@
 
 namespace document {
 
-MappedFile::MappedFile(const host::Descriptor &file, const std::filesystem::path &name) {
+MappedFile::MappedFile(int descriptor, const std::filesystem::path &name) {
   struct stat status {};
   void *mapped = MAP_FAILED;
-  if (fstat(file.number(), &status) == 0)
-    mapped = mmap(nullptr, static_cast<size_t>(status.st_size), PROT_READ, MAP_PRIVATE, file.number(), 0);
+  if (fstat(descriptor, &status) == 0)
+    mapped = mmap(nullptr, static_cast<size_t>(status.st_size), PROT_READ, MAP_PRIVATE, descriptor, 0);
   if (mapped == MAP_FAILED)
     throw host::DocumentError(host::DocumentError::unreadable,
                               host::nameInMessage(name) + ": " + std::generic_category().message(errno));

@@ -1,19 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The bytes of a file, mapped.
+// The bytes of a file, mapped once for all that reads them.
 #pragma once
 
 #include <filesystem>
 #include <span>
 
-#include "host/document/descriptor.h"
-
 namespace document {
 
 class MappedFile {
 public:
-  /// Throws DocumentError, with one clear line that names the file, if it cannot be mapped.
-  MappedFile(const host::Descriptor &file, const std::filesystem::path &name);
+  /// The descriptor may be closed afterwards. Throws DocumentError, with one clear line that names the file, if it
+  /// cannot be mapped.
+  MappedFile(int descriptor, const std::filesystem::path &name);
   MappedFile(const MappedFile &) = delete;
   MappedFile &operator=(const MappedFile &) = delete;
   ~MappedFile();

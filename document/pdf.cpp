@@ -9,18 +9,14 @@
 #include <poppler-document.h>
 #include <poppler-page-renderer.h>
 #include <poppler-page.h>
-#include <sys/mman.h>
-#include <sys/stat.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <optional>
 #include <span>
-#include <system_error>
 #include <tuple>
 #include <unordered_map>
 
@@ -33,7 +29,6 @@ namespace document {
 namespace {
 
 using host::Box;
-using host::Descriptor;
 using host::DocumentError;
 using host::HostError;
 using host::Image;
@@ -64,33 +59,11 @@ void silenceLibrary() {
 
 bool hasArea(const poppler::rectf &rect) { return rect.width() > 0 && rect.height() > 0; }
 
-// All bytes of a file, mapped.
-class Bytes {
-public:
-  Bytes(void *mapped, size_t size) : mapped_(mapped), size_(size) {}
-  Bytes(const Bytes &) = delete;
-  Bytes &operator=(const Bytes &) = delete;
-  ~Bytes() { munmap(mapped_, size_); }
-  std::string_view all() const { return {static_cast<const char *>(mapped_), size_}; }
-
-private:
-  void *mapped_;
-  size_t size_;
-};
-
-std::unique_ptr<const Bytes> mappedBytes(int file, const std::filesystem::path &name) {
-  struct stat status {};
-  if (fstat(file, &status) != 0) fail(name, std::generic_category().message(errno));
-  const auto size = static_cast<size_t>(status.st_size);
-  void *mapped = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file, 0);
-  if (mapped == MAP_FAILED) fail(name, std::generic_category().message(errno));
-  return std::make_unique<const Bytes>(mapped, size);
-}
-
 // The error of a file that the library cannot open. The library opens files without "%PDF-", so this is not checked
 // before.
-[[noreturn]] void failUnreadable(const std::filesystem::path &file, const Bytes &bytes, const char *damage) {
-  const std::string_view beginning = bytes.all().substr(0, 1024); // PDF readers look for the mark in these bytes
+[[noreturn]] void failUnreadable(const std::filesystem::path &file, std::span<const char> bytes, const char *damage) {
+  constexpr size_t head = 1024; // PDF readers look for the mark in these bytes
+  const std::string_view beginning(bytes.data(), std::min(bytes.size(), head));
   fail(file, beginning.find("%PDF-") != std::string_view::npos ? damage : "this is not a PDF");
 }
 
@@ -133,9 +106,9 @@ FoundWords wordsOf(const std::vector<poppler::text_box> &list, double height) {
 
 // Throws as PdfFile::open does.
 std::unique_ptr<poppler::document> openedDocument(const std::filesystem::path &file, const std::string &password,
-                                                  const Bytes &bytes) {
-  std::unique_ptr<poppler::document> pdf(poppler::document::load_from_raw_data(
-      bytes.all().data(), static_cast<int>(bytes.all().size()), password, password));
+                                                  std::span<const char> bytes) {
+  std::unique_ptr<poppler::document> pdf(
+      poppler::document::load_from_raw_data(bytes.data(), static_cast<int>(bytes.size()), password, password));
   if (!pdf) failUnreadable(file, bytes, "the file is damaged");
   if (pdf->is_locked())
     throw DocumentError(DocumentError::wrongPassword,
@@ -148,8 +121,9 @@ std::unique_ptr<poppler::document> openedDocument(const std::filesystem::path &f
 class PopplerFile final : public PdfFile {
 public:
   /// Throws as PdfFile::open does.
-  PopplerFile(const std::filesystem::path &file, const std::string &password, std::unique_ptr<const Bytes> bytes)
-      : file_(file), bytes_(std::move(bytes)), pdf_(openedDocument(file, password, *bytes_)), pages_(pdf_->pages()) {}
+  PopplerFile(const std::filesystem::path &file, const std::string &password, std::shared_ptr<const MappedFile> bytes)
+      : file_(file), bytes_(std::move(bytes)), pdf_(openedDocument(file, password, bytes_->bytes())),
+        pages_(pdf_->pages()) {}
 
   const std::filesystem::path &file() const override { return file_; }
   int32_t pageCount() const override { return pages_; }
@@ -179,7 +153,7 @@ private:
   ShownPage &shown(int32_t page);
 
   const std::filesystem::path file_;
-  const std::unique_ptr<const Bytes> bytes_;
+  const std::shared_ptr<const MappedFile> bytes_;
   const std::unique_ptr<poppler::document> pdf_; // declared before the pages, which it outlives
   const int32_t pages_;
   std::unordered_map<int32_t, ShownPage> shown_;
@@ -297,16 +271,14 @@ void PdfFile::prepareLibrary() {
     if (iconv_open(to, from) == iconv_t(-1)) return; // texts will be empty
 }
 
-std::unique_ptr<PdfFile> PdfFile::open(const Descriptor &file, const std::filesystem::path &name,
+std::unique_ptr<PdfFile> PdfFile::open(std::shared_ptr<const MappedFile> bytes, const std::filesystem::path &name,
                                        const std::string &password) {
   silenceLibrary();
-  return std::make_unique<PopplerFile>(name, password, mappedBytes(file.number(), name));
+  return std::make_unique<PopplerFile>(name, password, std::move(bytes));
 }
 
 std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const std::string &password) {
-  const host::OpenFile opened(file);
-  silenceLibrary();
-  return std::make_unique<PopplerFile>(file, password, mappedBytes(opened.descriptor(), file));
+  return open(std::make_shared<MappedFile>(host::OpenFile(file).descriptor(), file), file, password);
 }
 
 } // namespace document

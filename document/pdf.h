@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "host/document/descriptor.h"
+#include "document/mappedfile.h"
 #include "host/document/documenterror.h"
 #include "host/document/image.h"
 #include "host/document/page.h"
@@ -22,8 +22,8 @@ public:
   /// Opens what the library can read as a PDF, whatever its first line. Throws DocumentError with one clear line that
   /// names the file.
   static std::unique_ptr<PdfFile> open(const std::filesystem::path &file, const std::string &password);
-  /// The same of a file that is open, which may be closed afterwards. Messages name it.
-  static std::unique_ptr<PdfFile> open(const host::Descriptor &file, const std::filesystem::path &name,
+  /// The same of a file that is mapped. Messages name it.
+  static std::unique_ptr<PdfFile> open(std::shared_ptr<const MappedFile> bytes, const std::filesystem::path &name,
                                        const std::string &password);
   /// Has the PDF library load now what it would load with the first document.
   static void prepareLibrary();

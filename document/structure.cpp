@@ -56,9 +56,8 @@ OwnedObject<PopplerDocument> openedDocument(std::span<const char> bytes, const s
 // The open document. What refers to something else is declared after it.
 class StructureReader::Pdf {
 public:
-  Pdf(const host::Descriptor &file, const std::filesystem::path &name, const std::string &password)
-      : name_(name), file_(file, name), pdf_(openedDocument(file_.bytes(), name, password)),
-        details_(file_.bytes(), password) {}
+  Pdf(const MappedFile &file, const std::filesystem::path &name, const std::string &password)
+      : name_(name), pdf_(openedDocument(file.bytes(), name, password)), details_(file.bytes(), password) {}
 
   Value operator()(const host::StructureRequest &asked) {
     checkPages(asked.pages);
@@ -98,7 +97,6 @@ private:
   }
 
   std::filesystem::path name_;
-  MappedFile file_;
   OwnedObject<PopplerDocument> pdf_;
   Details details_;
   PageFrames frames_{*pdf_, details_};
@@ -110,7 +108,8 @@ void StructureReader::prepareLibraries() {
   [[maybe_unused]] static const iconv_t s_loaded = iconv_open("ISO-8859-1", "UTF-8");
 }
 
-StructureReader::StructureReader(host::Descriptor file, std::filesystem::path name, std::string password)
+StructureReader::StructureReader(std::shared_ptr<const MappedFile> file, std::filesystem::path name,
+                                 std::string password)
     : file_(std::move(file)), name_(std::move(name)), password_(std::move(password)) {}
 
 StructureReader::~StructureReader() = default;
@@ -124,7 +123,7 @@ bool StructureReader::answers(const host::Request &request) {
 host::Answer StructureReader::answer(const host::Request &request) noexcept {
   host::Answer answer;
   try {
-    if (pdf_ == nullptr) pdf_ = std::make_unique<Pdf>(file_, name_, password_);
+    if (pdf_ == nullptr) pdf_ = std::make_unique<Pdf>(*file_, name_, password_);
     answer.value = std::visit(*pdf_, request);
   } catch (const std::exception &) {
     answer.value = caughtFailure(name_);

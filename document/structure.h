@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "host/document/descriptor.h"
+#include "document/mappedfile.h"
 #include "host/document/messages.h"
 
 namespace document {
@@ -16,7 +16,7 @@ namespace document {
 class StructureReader {
 public:
   /// The name is for messages.
-  StructureReader(host::Descriptor file, std::filesystem::path name, std::string password);
+  StructureReader(std::shared_ptr<const MappedFile> file, std::filesystem::path name, std::string password);
   StructureReader(const StructureReader &) = delete;
   StructureReader &operator=(const StructureReader &) = delete;
   ~StructureReader();
@@ -32,7 +32,7 @@ public:
 private:
   class Pdf;
 
-  host::Descriptor file_;
+  std::shared_ptr<const MappedFile> file_;
   std::filesystem::path name_;
   std::string password_;
   std::unique_ptr<Pdf> pdf_; ///< null until it is needed

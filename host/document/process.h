@@ -34,7 +34,6 @@ public:
   DocumentProcess &operator=(const DocumentProcess &) = delete;
 
   Channel &channel() { return channel_; }
-  pid_t id() const { return id_; }
   /// The processor time that it has used so far.
   std::chrono::nanoseconds used() const;
   /// To be called when its end of the socket is closed: ends it, and says why it ended, as a part of a sentence:

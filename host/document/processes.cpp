@@ -65,9 +65,13 @@ public:
 
   void add(Resting &document) { recent_.push_front(&document); }
   void remove(Resting &document) noexcept { recent_.remove(&document); }
-  /// Notes the document that is used last. Of those that were used long ago the processes are ended.
+  /// Notes the document that is used last.
   void use(Resting &document) noexcept {
     recent_.splice(recent_.begin(), recent_, std::find(recent_.begin(), recent_.end(), &document));
+    trim();
+  }
+  /// Ends the processes of documents that were used long ago, if they have nothing to do.
+  void trim() noexcept {
     size_t there = 0;
     for (Resting *one : recent_)
       if (one->hasProcess() && ++there > options.documents) one->rest();
@@ -131,6 +135,7 @@ public:
     const auto isImage = [](const Order &order) { return std::holds_alternative<ImageRequest>(order.request); };
     isDrawn_ = isDrawn_ || std::any_of(answered_.begin(), answered_.end(), isImage);
     const bool isBusy = std::any_of(workers_.begin(), workers_.end(), [](const Worker &one) { return one.isBusy(); });
+    if (!isBusy) group_->trim();
     if (isDrawn_ && hasProcess() && !isBusy) group_->prepare();
     return std::exchange(answered_, {});
   }

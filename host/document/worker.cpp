@@ -236,6 +236,7 @@ void Worker::take(std::string_view content, Orders &answered) {
   }
   if (!answer || !fits(asked, *answer)) return failed("its process has answered wrongly", answered);
   document_.deaths.erase(pageOf(asked));
+  if (std::holds_alternative<Failure>(answer->value)) pixels_.reset(); // it may not have been able to map it
   if (opened_) return finish(std::move(answer->value), answered);
   const auto *opened = std::get_if<Opened>(&answer->value);
   opened_ = opened != nullptr;
@@ -254,7 +255,7 @@ void Worker::take(std::string_view content, Orders &answered) {
 
 void Worker::finish(decltype(Answer::value) value, Orders &answered) noexcept {
   current_.front().answer.value = std::move(value);
-  if (std::holds_alternative<ImageRequest>(current_.front().request))
+  if (document_.open && std::holds_alternative<ImageRequest>(current_.front().request))
     current_.front().answer.fileChanged = document_.open->hasChanged();
   if (pixels_ && !pixels_->isWorthKeeping()) pixels_.reset();
   answered.splice(answered.end(), current_);

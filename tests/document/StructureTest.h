@@ -3,10 +3,10 @@
 // Asks for the structure of documents that tests make. Every answer has to be one that the owner of the process takes.
 #pragma once
 
-#include <fcntl.h>
 #include <gmock/gmock.h>
 
 #include "document/structure.h"
+#include "host/document/openfile.h"
 #include "support/pdfparts.h"
 
 namespace document {
@@ -21,8 +21,8 @@ struct StructureTest : testing::Test {
   void open(const std::filesystem::path &name, int32_t pages, const std::string &password = {}) {
     file = name;
     count = pages;
-    reader = std::make_unique<StructureReader>(host::Descriptor(::open(name.c_str(), O_RDONLY | O_CLOEXEC)),
-                                               "paper.pdf", password);
+    auto bytes = std::make_shared<const MappedFile>(host::OpenFile(name).descriptor(), name);
+    reader = std::make_unique<StructureReader>(std::move(bytes), "paper.pdf", password);
   }
 
   host::Answer answer(const host::Request &request) const {

@@ -12,6 +12,7 @@
 #include "document/here.h"
 #include "host/document/document.h"
 #include "host/document/linebox.h"
+#include "support/IsBox.h"
 #include "support/pdf.h"
 
 namespace document {
@@ -26,14 +27,9 @@ using host::onPage;
 using host::PageText;
 using host::WordText;
 
+using test::IsBox;
 using test::PdfFont;
 using testing::ElementsAre;
-
-MATCHER_P4(IsBox, left, bottom, right, top, "") {
-  *result_listener << "(" << arg.left << " " << arg.bottom << " " << arg.right << " " << arg.top << ")";
-  const auto near = [](double a, double b) { return std::abs(a - b) < 0.01; };
-  return near(arg.left, left) && near(arg.bottom, bottom) && near(arg.right, right) && near(arg.top, top);
-}
 
 WordText word(std::u32string text, const Box &box, int quarterTurns = 0) {
   const size_t count = text.size();

@@ -47,8 +47,10 @@ struct TurnedPages : StructureTest, testing::WithParamInterface<Turned> {
   }
   // As the word says.
   host::Box wordArea() const { return PdfFile::open(file, "")->text(0).words.at(0).bounds; }
-  // An area that is that of the word but for the height of the font's letters.
-  void expectWordArea(const host::Box &area) const {
+  // One link, field or annotation, with the word's area but for the height of the font's letters.
+  template <typename Part> void expectWordArea(const std::vector<Part> &parts) const {
+    ASSERT_THAT(parts, SizeIs(1));
+    const host::Box &area = parts[0].area;
     const host::Box word = wordArea();
     constexpr double letters = 2.6;
     EXPECT_NEAR(area.left, word.left, letters);
@@ -64,23 +66,17 @@ constexpr const char *wordRect = "/Rect [100 198 124 208]";
 
 TEST_P(TurnedPages, ALinkCoversItsWord) {
   write({page({std::string("/Subtype /Link /A << /S /URI /URI (a:b) >> ") + wordRect})});
-  const auto links = this->StructureTest::page().links;
-  ASSERT_THAT(links, SizeIs(1));
-  expectWordArea(links[0].area);
+  expectWordArea(this->StructureTest::page().links);
 }
 
 TEST_P(TurnedPages, AFieldCoversItsWord) {
   write({page({std::string("/Subtype /Widget /FT /Tx /T (a) ") + wordRect})});
-  const auto fields = this->StructureTest::page().fields;
-  ASSERT_THAT(fields, SizeIs(1));
-  expectWordArea(fields[0].area);
+  expectWordArea(this->StructureTest::page().fields);
 }
 
 TEST_P(TurnedPages, AnAnnotationCoversItsWord) {
   write({page({std::string("/Subtype /Square ") + wordRect})});
-  const auto annotations = this->StructureTest::page().annotations;
-  ASSERT_THAT(annotations, SizeIs(1));
-  expectWordArea(annotations[0].area);
+  expectWordArea(this->StructureTest::page().annotations);
 }
 
 // The upper left corner of the word as it is read.

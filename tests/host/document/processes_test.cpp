@@ -307,6 +307,36 @@ TEST_F(ProcessesTest, OnlyTheDocumentsUsedLastHaveProcesses) {
   EXPECT_THAT(children(), testing::Le(1U));
 }
 
+TEST_F(ProcessesTest, DocumentsThatAreOpenedAtOnceDoNotKeepTheirs) {
+  const auto file = folder.pdf(test::numberedPages(1));
+  for (int i = 0; i < 6; ++i)
+    request(file);
+  for (const auto &one : all)
+    ASSERT_TRUE(answers(*one, 1));
+  const Time deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (children() > 6 && std::chrono::steady_clock::now() < deadline) {
+    pollfd ready{processes.descriptor(), POLLIN, 0};
+    ASSERT_EQ(poll(&ready, 1, 60'000), 1) << "nothing more happens";
+    for (const auto &one : all)
+      one->service->collect();
+  }
+  EXPECT_THAT(children(), testing::Le(6U)) << "two each of three";
+}
+
+TEST_F(ProcessesTest, AnImageIsDrawnAfterOneForWhichThereWasNoMemory) {
+  if (isSanitized) GTEST_SKIP() << "the address sanitizer reserves more than any limit";
+  Processes small{{documentProgram(), size_t{256} << 20}};
+  const auto file = folder.pdf(test::numberedPages(1));
+  Asked asked{std::make_shared<Service>(file, small.backend(file))};
+  asked.ask(OpenRequest{file, ""});
+  ASSERT_TRUE(asked.service->await(asked.tickets.back(), Time::max()));
+  for (const double dpi : {72.0, 1440.0, 72.0}) {
+    asked.ask(imageOf(0, dpi, imageSize({400, 600}, dpi)));
+    ASSERT_TRUE(asked.service->await(asked.tickets.back(), Time::max()));
+    EXPECT_EQ(std::holds_alternative<PageImage>(asked.answers.back().value), dpi == 72);
+  }
+}
+
 TEST_F(ProcessesTest, AProcessThatIsKilledIsStartedAgain) {
   Asked &asked = open(folder.pdf({test::endlessPage(), test::pageWith("quick")}));
   asked.ask(imageOf(0));

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // Selections: which boxes ranges of characters and words cover, and one selection for equal ranges.
-#include "document/here.h"
 #include "host/document/select.h"
 
 #include <gmock/gmock.h>
@@ -9,20 +8,17 @@
 #include <limits>
 #include <ostream>
 
+#include "document/here.h"
+#include "support/IsBox.h"
 #include "support/pdf.h"
 
 namespace host {
 namespace {
 
 using tavrel::TextRange;
+using test::IsBox;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-MATCHER_P4(IsBox, left, bottom, right, top, "") {
-  *result_listener << "(" << arg.left << " " << arg.bottom << " " << arg.right << " " << arg.top << ")";
-  const auto near = [](double a, double b) { return std::abs(a - b) < 0.01; };
-  return near(arg.left, left) && near(arg.bottom, bottom) && near(arg.right, right) && near(arg.top, top);
-}
 
 // A word whose characters are ten wide, from `left` on, on the base line 0 and ten high.
 WordText word(std::u32string text, uint32_t offset, double left) {

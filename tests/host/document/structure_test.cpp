@@ -33,13 +33,15 @@ PageStructure pageStructure() {
           {{Annotation::Kind::note, area, "two\nlines"}}};
 }
 
-struct Case {
+template <typename Changed> struct CaseOf {
   const char *name;
   bool isTaken;
-  std::function<void(Structure &)> change;
+  std::function<void(Changed &)> change;
 };
+using Case = CaseOf<Structure>;
+using PageCase = CaseOf<PageStructure>;
 
-void PrintTo(const Case &one, std::ostream *out) { *out << one.name; }
+template <typename Changed> void PrintTo(const CaseOf<Changed> &one, std::ostream *out) { *out << one.name; }
 
 class Structures : public testing::TestWithParam<Case> {};
 
@@ -123,14 +125,6 @@ INSTANTIATE_TEST_SUITE_P(
         ofTarget("ToTheNextPage", true, ActionTarget{"NextPage"}), ofTarget("ToNoAction", false, ActionTarget{""}),
         ofTarget("ToAnActionOfTwoLines", false, ActionTarget{"a\nb"})),
     [](const auto &one) { return one.param.name; });
-
-struct PageCase {
-  const char *name;
-  bool isTaken;
-  std::function<void(PageStructure &)> change;
-};
-
-void PrintTo(const PageCase &one, std::ostream *out) { *out << one.name; }
 
 class PageStructures : public testing::TestWithParam<PageCase> {};
 

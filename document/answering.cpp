@@ -124,10 +124,9 @@ Failure caughtFailure(const std::filesystem::path &file) noexcept {
   }
 }
 
-Answer answerOpen(const OpenRequest &request, std::shared_ptr<const MappedFile> bytes,
-                  std::unique_ptr<PdfFile> &opened) noexcept {
+Answer answerOpen(const OpenRequest &request, int descriptor, std::unique_ptr<PdfFile> &opened) noexcept {
   Answer answer = answerOf(request.file, [&]() -> Value {
-    opened = PdfFile::open(std::move(bytes), request.file, request.password);
+    opened = PdfFile::open(std::make_unique<MappedFile>(descriptor, request.file), request.file, request.password);
     return Answering{*opened}(request);
   });
   if (std::holds_alternative<Failure>(answer.value)) opened.reset();

@@ -7,15 +7,14 @@
 #include <memory>
 #include <span>
 
-#include "document/mappedfile.h"
 #include "document/pdf.h"
 #include "host/document/messages.h"
 
 namespace document {
 
-/// Opens the document of a file, which its name only names: the answer, and the document unless that is a failure.
-host::Answer answerOpen(const host::OpenRequest &request, std::shared_ptr<const MappedFile> bytes,
-                        std::unique_ptr<PdfFile> &opened) noexcept;
+/// Opens the document of a file, which its name only names: the answer, and the document unless that is a failure. The
+/// descriptor may be closed afterwards.
+host::Answer answerOpen(const host::OpenRequest &request, int descriptor, std::unique_ptr<PdfFile> &opened) noexcept;
 
 /// The failure that the exception being handled makes of a request about that file; a std::exception.
 host::Failure caughtFailure(const std::filesystem::path &file) noexcept;

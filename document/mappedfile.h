@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// The bytes of a file, mapped once for all that reads them.
+// The bytes of a file, mapped.
 #pragma once
 
 #include <filesystem>

@@ -4,7 +4,6 @@
 // fetched when it is first asked for, so that opening a manual of a thousand pages costs no more than opening one.
 #include "document/pdf.h"
 
-#include <fontconfig/fontconfig.h>
 #include <iconv.h>
 #include <poppler-document.h>
 #include <poppler-page-renderer.h>
@@ -121,7 +120,7 @@ std::unique_ptr<poppler::document> openedDocument(const std::filesystem::path &f
 class PopplerFile final : public PdfFile {
 public:
   /// Throws as PdfFile::open does.
-  PopplerFile(const std::filesystem::path &file, const std::string &password, std::shared_ptr<const MappedFile> bytes)
+  PopplerFile(const std::filesystem::path &file, const std::string &password, std::unique_ptr<const MappedFile> bytes)
       : file_(file), bytes_(std::move(bytes)), pdf_(openedDocument(file, password, bytes_->bytes())),
         pages_(pdf_->pages()) {}
 
@@ -153,7 +152,7 @@ private:
   ShownPage &shown(int32_t page);
 
   const std::filesystem::path file_;
-  const std::shared_ptr<const MappedFile> bytes_;
+  const std::unique_ptr<const MappedFile> bytes_;
   const std::unique_ptr<poppler::document> pdf_; // declared before the pages, which it outlives
   const int32_t pages_;
   std::unordered_map<int32_t, ShownPage> shown_;
@@ -264,21 +263,20 @@ void PopplerFile::drawStrip(int32_t page, double dpi, const PixelBox &strip, std
 } // namespace
 
 void PdfFile::prepareLibrary() {
-  tzset();  // for dates
-  FcInit(); // for fonts that are not in a file
+  tzset(); // for dates
   // Conversions of characters are modules, which stay loaded while they are in use.
   for (const auto &[to, from] : {std::pair("UTF-8", "UTF-16"), std::pair("UTF-16", "UTF-8")})
     if (iconv_open(to, from) == iconv_t(-1)) return; // texts will be empty
 }
 
-std::unique_ptr<PdfFile> PdfFile::open(std::shared_ptr<const MappedFile> bytes, const std::filesystem::path &name,
+std::unique_ptr<PdfFile> PdfFile::open(std::unique_ptr<const MappedFile> bytes, const std::filesystem::path &name,
                                        const std::string &password) {
   silenceLibrary();
   return std::make_unique<PopplerFile>(name, password, std::move(bytes));
 }
 
 std::unique_ptr<PdfFile> PdfFile::open(const std::filesystem::path &file, const std::string &password) {
-  return open(std::make_shared<MappedFile>(host::OpenFile(file).descriptor(), file), file, password);
+  return open(std::make_unique<MappedFile>(host::OpenFile(file).descriptor(), file), file, password);
 }
 
 } // namespace document

@@ -23,7 +23,7 @@ public:
   /// names the file.
   static std::unique_ptr<PdfFile> open(const std::filesystem::path &file, const std::string &password);
   /// The same of a file that is mapped. Messages name it.
-  static std::unique_ptr<PdfFile> open(std::shared_ptr<const MappedFile> bytes, const std::filesystem::path &name,
+  static std::unique_ptr<PdfFile> open(std::unique_ptr<const MappedFile> bytes, const std::filesystem::path &name,
                                        const std::string &password);
   /// Has the PDF library load now what it would load with the first document.
   static void prepareLibrary();

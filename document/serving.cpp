@@ -9,12 +9,14 @@
 
 #include <charconv>
 #include <cstring>
+#include <new>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "host/document/channel.h"
+#include "host/document/documenterror.h"
 #include "host/document/process.h"
 #include "host/document/sanitized.h"
 #include "host/document/wire.h"
@@ -75,24 +77,56 @@ int report() {
   return written ? exitDone : exitUsage;
 }
 
-} // namespace
+class Server {
+public:
+  Server(const Answerer &answerer, const Layers &layers)
+      : answerer_(answerer), isConfined_(layers.files || layers.calls) {}
 
-int serve(int argc, char **argv, const Answerer &answerer) {
+  int run() {
+    for (;;) {
+      host::Received received = channel_.await();
+      if (received.what == host::Received::ended) return exitDone;
+      const auto request = received.what == host::Received::message ? host::requestIn(received.content) : std::nullopt;
+      if (!request) return exitInvalidRequest;
+      if (!channel_.send(bytesOf(answer(*request, std::move(received.descriptor))))) return exitDone;
+    }
+  }
+
+private:
+  host::Answer answer(const host::Request &request, host::Descriptor passed) {
+    if (const auto *open = std::get_if<host::OpenRequest>(&request)) file_ = open->file;
+    host::Answer answer;
+    try {
+      answer = answerer_(request, std::move(passed));
+    } catch (const std::bad_alloc &) {
+      answer = {host::Failure{tavrel::errNoMemory, false, {}}};
+    }
+    if (auto *opened = std::get_if<host::Opened>(&answer.value)) opened->isConfined = isConfined_;
+    if (auto *failure = std::get_if<host::Failure>(&answer.value);
+        failure != nullptr && failure->code == tavrel::errNoMemory)
+      *failure = {tavrel::errDocument, false,
+                  host::nameInMessage(file_) + ": it takes more memory than its process may have"};
+    return answer;
+  }
+
+  const Answerer &answerer_;
+  const bool isConfined_;
+  std::filesystem::path file_;
+  host::Channel channel_{host::Descriptor(host::documentSocket), host::Channel::Takes::descriptors};
+};
+
+int statusOf(int argc, char **argv, const Answerer &answerer) {
   if (argc == 2 && argv[1] == std::string_view(host::confinementOption)) return report();
   const std::optional<size_t> memory = argc == 2 ? number(argv[1]) : std::nullopt;
   if (!memory) return exitUsage;
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   const Layers layers = confine({memoryLimit(*memory)});
-  host::Channel channel(host::Descriptor(host::documentSocket), host::Channel::Takes::descriptors);
-  for (;;) {
-    host::Received received = channel.await();
-    if (received.what == host::Received::ended) return exitDone;
-    const auto request = received.what == host::Received::message ? host::requestIn(received.content) : std::nullopt;
-    if (!request) return exitInvalidRequest;
-    host::Answer answer = answerer(*request, std::move(received.descriptor));
-    if (auto *opened = std::get_if<host::Opened>(&answer.value)) opened->isConfined = layers.files || layers.calls;
-    if (!channel.send(bytesOf(answer))) return exitDone;
-  }
+  return Server(answerer, layers).run();
 }
+
+} // namespace
+
+// At once: what libraries do at a usual end, like looking for leaks, may be denied.
+void serve(int argc, char **argv, const Answerer &answerer) { _exit(statusOf(argc, argv, answerer)); }
 
 } // namespace document

@@ -59,6 +59,9 @@ public:
   Pdf(const MappedFile &file, const std::filesystem::path &name, const std::string &password)
       : name_(name), pdf_(openedDocument(file.bytes(), name, password)), details_(file.bytes(), password) {}
 
+  Value operator()(const host::OpenRequest & /*asked*/) {
+    return host::Opened{poppler_document_get_n_pages(pdf_.get()), {}};
+  }
   Value operator()(const host::StructureRequest &asked) {
     checkPages(asked.pages);
     return structureOf(*pdf_, frames_, details_);
@@ -108,17 +111,11 @@ void StructureReader::prepareLibraries() {
   [[maybe_unused]] static const iconv_t s_loaded = iconv_open("ISO-8859-1", "UTF-8");
 }
 
-StructureReader::StructureReader(std::shared_ptr<const MappedFile> file, std::filesystem::path name,
+StructureReader::StructureReader(std::unique_ptr<const MappedFile> file, std::filesystem::path name,
                                  std::string password)
     : file_(std::move(file)), name_(std::move(name)), password_(std::move(password)) {}
 
 StructureReader::~StructureReader() = default;
-
-bool StructureReader::answers(const host::Request &request) {
-  return std::holds_alternative<host::StructureRequest>(request) ||
-         std::holds_alternative<host::PageStructureRequest>(request) ||
-         std::holds_alternative<host::AttachmentRequest>(request);
-}
 
 host::Answer StructureReader::answer(const host::Request &request) noexcept {
   host::Answer answer;

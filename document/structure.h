@@ -16,7 +16,7 @@ namespace document {
 class StructureReader {
 public:
   /// The name is for messages.
-  StructureReader(std::shared_ptr<const MappedFile> file, std::filesystem::path name, std::string password);
+  StructureReader(std::unique_ptr<const MappedFile> file, std::filesystem::path name, std::string password);
   StructureReader(const StructureReader &) = delete;
   StructureReader &operator=(const StructureReader &) = delete;
   ~StructureReader();
@@ -24,15 +24,13 @@ public:
   /// Has the libraries load now what they would load with the first document, and print nothing.
   static void prepareLibraries();
 
-  /// Whether the request is about structure.
-  static bool answers(const host::Request &request);
-  /// The answer to such a request.
+  /// The answer to a request about structure, or to open the document, which the first one does otherwise.
   host::Answer answer(const host::Request &request) noexcept;
 
 private:
   class Pdf;
 
-  std::shared_ptr<const MappedFile> file_;
+  std::unique_ptr<const MappedFile> file_;
   std::filesystem::path name_;
   std::string password_;
   std::unique_ptr<Pdf> pdf_; ///< null until it is needed

@@ -3,9 +3,9 @@
 # Documents, selections, searching. qpdf makes the encrypted ones.
 find_program(QPDF qpdf REQUIRED)
 tavrel_test(NAME document_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/host/document/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/document/*.cpp
-            LIBRARIES document_pdf host_document test_support)
+            LIBRARIES document_structure host_document test_support)
 target_compile_definitions(document_test PRIVATE QPDF="${QPDF}")
-add_dependencies(document_test tavrel-document)
+add_dependencies(document_test tavrel-document tavrel-structure)
 
 tavrel_test(NAME search_test
             SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/tools/hits*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/tools/search*.cpp

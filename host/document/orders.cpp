@@ -20,6 +20,14 @@ int32_t pageOf(const Request &request) noexcept {
   return -1 - static_cast<int32_t>(request.index());
 }
 
+ProcessKind kindOf(const Request &request) noexcept {
+  if (std::holds_alternative<ImageRequest>(request)) return ProcessKind::images;
+  const bool isStructure = std::holds_alternative<StructureRequest>(request) ||
+                           std::holds_alternative<PageStructureRequest>(request) ||
+                           std::holds_alternative<AttachmentRequest>(request);
+  return isStructure ? ProcessKind::structure : ProcessKind::words;
+}
+
 void OrderQueue::insert(Orders &order) noexcept {
   const auto position =
       std::find_if(orders_.begin(), orders_.end(), [&](const Order &other) { return isBefore(order.front(), other); });

@@ -13,6 +13,12 @@ namespace host {
 /// becomes of one kind says nothing about the others.
 int32_t pageOf(const Request &request) noexcept;
 
+/// What a process is for. Images come first: a document is opened by the first kind that there is.
+enum class ProcessKind { images, words, structure };
+inline constexpr size_t processKinds = 3;
+/// The kind that answers such a request; opening a document is not one of them.
+ProcessKind kindOf(const Request &request) noexcept;
+
 /// Orders of one document, the next one first.
 class OrderQueue {
 public:

@@ -108,17 +108,20 @@ SocketPair socketPair(const fs::path &program) {
   return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
-} // namespace
-
-fs::path documentProgram() {
-  const fs::path relative = TAVREL_DOCUMENT_FROM_PROGRAM;
+fs::path besideThisProgram(const char *name) {
+  const fs::path relative = fs::path(TAVREL_LIBEXEC_FROM_PROGRAM) / name;
   std::error_code unreadable;
   const fs::path self = fs::read_symlink("/proc/self/exe", unreadable);
-  if (!self.empty() && !relative.empty())
+  if (!self.empty() && relative.is_relative())
     if (fs::path beside = (self.parent_path() / relative).lexically_normal(); fs::exists(beside, unreadable))
       return beside;
-  return TAVREL_INSTALLED_DOCUMENT;
+  return fs::path(TAVREL_INSTALLED_LIBEXEC) / name;
 }
+
+} // namespace
+
+fs::path documentProgram() { return besideThisProgram("tavrel-document"); }
+fs::path structureProgram() { return besideThisProgram("tavrel-structure"); }
 
 DocumentProcess::DocumentProcess(const fs::path &program, size_t memory) : channel_(Descriptor()) {
   SocketPair pair = socketPair(program);

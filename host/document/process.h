@@ -20,8 +20,10 @@ inline constexpr int documentSocket = 3;
 /// The program's argument to report which layers of its confinement are in force, instead of reading anything.
 inline constexpr char confinementOption[] = "--confinement";
 
-/// The program that reads documents: beside the directory of this one, or where it is installed.
+/// The program that draws documents and reads their words: beside the directory of this one, or where it is installed.
 std::filesystem::path documentProgram();
+/// The program that reads their structure.
+std::filesystem::path structureProgram();
 
 class DocumentProcess {
 public:

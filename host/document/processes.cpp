@@ -5,6 +5,7 @@
 #include <sys/epoll.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdio>
 #include <deque>
 #include <list>
@@ -42,7 +43,9 @@ public:
     return epoll_ctl(watched_.number(), EPOLL_CTL_ADD, descriptor, &event) == 0;
   }
 
-  std::unique_ptr<DocumentProcess> start() {
+  std::unique_ptr<DocumentProcess> start(ProcessKind kind) {
+    if (kind == ProcessKind::structure)
+      return std::make_unique<DocumentProcess>(options.structureProgram, options.memory);
     std::unique_ptr<DocumentProcess> process = std::move(spare_);
     const bool isAlive = process && process->channel().receive().what == Received::nothing;
     if (!isAlive) process = std::make_unique<DocumentProcess>(options.program, options.memory);
@@ -93,11 +96,9 @@ class ProcessBackend final : public Backend, ProcessStarter, Resting {
 public:
   ProcessBackend(std::shared_ptr<ProcessGroup> group, const std::filesystem::path &file)
       : group_(std::move(group)), document_{file} {
-    ProcessStarter &starter = *this;
-    for (size_t i = 0; i < group_->options.wordProcesses; ++i)
-      workers_.emplace_back(starter, document_, words_);
-    for (size_t i = 0; i < group_->options.imageProcesses; ++i)
-      workers_.emplace_back(starter, document_, images_);
+    addWorkers(ProcessKind::images, group_->options.imageProcesses);
+    addWorkers(ProcessKind::words, group_->options.wordProcesses);
+    addWorkers(ProcessKind::structure, 1);
     polled_.resize(workers_.size());
     group_->add(*this);
   }
@@ -106,15 +107,16 @@ public:
   ~ProcessBackend() override { group_->remove(*this); }
 
   void start(Orders order) noexcept override {
-    queueFor(order.front().request).insert(order);
+    const Request &request = order.front().request;
+    waiting(std::holds_alternative<OpenRequest>(request) ? workers_.front().kind() : kindOf(request)).insert(order);
     advance(); // also starts what takes the file
     advance();
     group_->use(*this);
     announce();
   }
   void setUrgency(uint64_t id, Urgency urgency) noexcept override {
-    words_.setUrgency(id, urgency);
-    images_.setUrgency(id, urgency);
+    for (OrderQueue &queue : waiting_)
+      queue.setUrgency(id, urgency);
     for (Worker &worker : workers_)
       worker.setUrgency(id, urgency);
     advance();
@@ -122,8 +124,8 @@ public:
   }
   void cancel(uint64_t id) noexcept override {
     extract(answered_, id);
-    words_.remove(id);
-    images_.remove(id);
+    for (OrderQueue &queue : waiting_)
+      queue.remove(id);
     for (Worker &worker : workers_)
       worker.cancel(id);
   }
@@ -132,11 +134,11 @@ public:
   }
   Orders take() noexcept override {
     advance();
-    const auto isImage = [](const Order &order) { return std::holds_alternative<ImageRequest>(order.request); };
-    isDrawn_ = isDrawn_ || std::any_of(answered_.begin(), answered_.end(), isImage);
     const bool isBusy = std::any_of(workers_.begin(), workers_.end(), [](const Worker &one) { return one.isBusy(); });
     if (!isBusy) group_->trim();
     if (isDrawn_ && hasProcess() && !isBusy) group_->prepare();
+    const auto isImage = [](const Order &order) { return std::holds_alternative<ImageRequest>(order.request); };
+    isDrawn_ = isDrawn_ || std::any_of(answered_.begin(), answered_.end(), isImage);
     return std::exchange(answered_, {});
   }
   // Goes before what is less urgent, but no longer than the caller waits.
@@ -160,35 +162,27 @@ public:
   }
 
 private:
-  static constexpr uint64_t ownOrder = 0; ///< the id of one whose answer nobody gets
+  void addWorkers(ProcessKind kind, size_t count) {
+    ProcessStarter &starter = *this;
+    for (size_t i = 0; i < count; ++i)
+      workers_.emplace_back(starter, document_, kind, waiting(kind));
+  }
+  OrderQueue &waiting(ProcessKind kind) { return waiting_[static_cast<size_t>(kind)]; }
 
-  // A document is opened by a process for images, if there is one: a page is wanted first.
-  OrderQueue &queueFor(const Request &request) {
-    const bool isForImages = std::holds_alternative<ImageRequest>(request) ||
-                             (std::holds_alternative<OpenRequest>(request) && group_->options.imageProcesses > 0);
-    return isForImages ? images_ : words_;
-  }
   void advance() noexcept {
+    const bool hasWords = std::any_of(workers_.begin(), workers_.end(), [](const Worker &one) {
+      return one.kind() == ProcessKind::words && one.isOpen();
+    });
+    OrderQueue *const words = hasWords ? nullptr : &waiting(ProcessKind::words);
     for (Worker &worker : workers_)
-      worker.advance(answered_);
-    extract(answered_, ownOrder);
+      worker.advance(answered_, worker.kind() == ProcessKind::images ? words : nullptr);
     const auto isOpened = [](const Order &order) { return std::holds_alternative<Opened>(order.answer.value); };
-    if (!isOpen_ && std::any_of(answered_.begin(), answered_.end(), isOpened)) openInOthers();
+    if (std::any_of(answered_.begin(), answered_.end(), isOpened)) prepareOthers();
   }
-  // A document that is open is drawn, and mostly searched: its other processes start now, and one opens it for words.
-  void openInOthers() noexcept {
-    isOpen_ = true;
+  // A document that is open is read: the other processes of the kind that has opened it start now.
+  void prepareOthers() noexcept {
     for (Worker &worker : workers_)
-      worker.prepare();
-    if (group_->options.imageProcesses == 0) return;
-    try {
-      Orders own;
-      own.push_back({ownOrder, Urgency::ahead, SizesRequest{0, 1}});
-      words_.insert(own);
-      for (Worker &worker : workers_)
-        worker.advance(answered_);
-    } catch (const std::bad_alloc &) { // it is opened when words are asked for
-    }
+      if (worker.kind() == workers_.front().kind()) worker.prepare();
   }
   // What has been answered is taken soon: no descriptor tells of it any more.
   void announce() const noexcept {
@@ -197,8 +191,9 @@ private:
   const Order *find(uint64_t id) const noexcept {
     for (const Worker &worker : workers_)
       if (worker.underWay(id)) return worker.current();
-    const Order *order = words_.find(id);
-    return order != nullptr ? order : images_.find(id);
+    for (const OrderQueue &queue : waiting_)
+      if (const Order *order = queue.find(id)) return order;
+    return nullptr;
   }
   // Until there is something to advance, but not beyond the deadline.
   void wait(Time deadline) noexcept {
@@ -208,7 +203,7 @@ private:
     poll(polled_.data()->data(), polled_.size() * std::tuple_size_v<Worker::Polled>,
          static_cast<int>(std::clamp(left, {}, longest).count()));
   }
-  std::unique_ptr<DocumentProcess> start() override { return group_->start(); }
+  std::unique_ptr<DocumentProcess> start(ProcessKind kind) override { return group_->start(kind); }
   bool watch(int descriptor) noexcept override { return group_->watch(descriptor); }
   void noteUnconfined() noexcept override { group_->noteUnconfined(); }
   std::chrono::nanoseconds pageTime() const noexcept override { return group_->options.pageTime; }
@@ -223,9 +218,8 @@ private:
 
   std::shared_ptr<ProcessGroup> group_;
   ReadDocument document_;
-  bool isOpen_ = false;
-  bool isDrawn_ = false;      ///< a page has been drawn
-  OrderQueue words_, images_; ///< those that wait
+  bool isDrawn_ = false; ///< a page has been drawn
+  std::array<OrderQueue, processKinds> waiting_;
   std::deque<Worker> workers_;
   std::vector<Worker::Polled> polled_; ///< memory for wait()
   Orders answered_;

@@ -2,14 +2,16 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 // The processes that read documents, so that nothing in a file can stop, slow or reach the program that shows it.
 //
-// A document has two kinds of process: for its words and structure, and for its images; so words never wait for an
-// image that takes long. They are started when something is asked, and again when they have ended. What nobody wants
-// any more, or keeps something more urgent waiting, is ended after a tenth of a second.
+// A document has three kinds of process: for its images, for its words, and for its structure; so words never wait for
+// an image that takes long. They are started when something is asked, and again when they have ended. As long as there
+// is none for words, one for images that has nothing to do answers for them. What nobody wants any more, or keeps
+// something more urgent waiting, is ended after a tenth of a second.
 #pragma once
 
 #include <filesystem>
 #include <memory>
 
+#include "host/document/process.h"
 #include "host/document/service.h"
 #include "host/document/waker.h"
 
@@ -23,6 +25,7 @@ struct ProcessOptions {
   std::chrono::milliseconds pageTime = std::chrono::seconds(60); ///< of a processor, that a request may take
   size_t documents = 3; ///< that have processes while there is nothing to do: those that were used last
   size_t wordProcesses = 1, imageProcesses = 1; ///< of a document, at most
+  std::filesystem::path structureProgram = host::structureProgram();
 };
 
 class Processes {

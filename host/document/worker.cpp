@@ -100,7 +100,7 @@ bool Worker::isOverdue(Orders &answered) {
     if (unwanted_)
       current_.clear();
     else
-      waiting_.insert(current_);
+      takenFrom_->insert(current_);
   } else if (checkedAt_ <= now()) {
     const auto limit = starter_.pageTime(), used = process_->used() - usedBefore_;
     if (used >= limit || now() - begun_ >= asleep * limit)
@@ -128,7 +128,7 @@ template <typename Body> void Worker::answering(Orders &answered, const Body &bo
   }
 }
 
-void Worker::advance(Orders &answered) noexcept {
+void Worker::advance(Orders &answered, OrderQueue *others) noexcept {
   if (!isBusy()) checkIdle();
   bool waits = false;
   while (isBusy() && !waits)
@@ -143,13 +143,18 @@ void Worker::advance(Orders &answered) noexcept {
       else if (!opening_ || !takeFile())
         waits = !isOverdue(answered);
     });
-  begin(answered);
+  begin(answered, others);
   arm();
 }
 
-void Worker::begin(Orders &answered) noexcept {
-  while (!isBusy() && waiting_.first() != nullptr) {
-    current_ = waiting_.remove(waiting_.first()->id);
+OrderQueue *Worker::nextQueue(OrderQueue *others) const noexcept {
+  if (waiting_.first() != nullptr) return &waiting_;
+  return opened_ && others != nullptr && others->first() != nullptr ? others : nullptr;
+}
+
+void Worker::begin(Orders &answered, OrderQueue *others) noexcept {
+  while (!isBusy() && (takenFrom_ = nextQueue(others)) != nullptr) {
+    current_ = takenFrom_->remove(takenFrom_->first()->id);
     unwanted_ = false;
     begun_ = now();
     checkedAt_ = begun_ + starter_.pageTime();
@@ -167,7 +172,7 @@ void Worker::prepare() noexcept {
 }
 
 void Worker::startProcess() {
-  auto process = starter_.start();
+  auto process = starter_.start(kind_);
   Descriptor timer(timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC | TFD_NONBLOCK));
   if (!timer || !starter_.watch(timer.number()) || !starter_.watch(process->channel().socket()))
     throw HostError(tavrel::errGeneric, noDescriptors);
@@ -273,7 +278,7 @@ void Worker::died(const std::string &reason, Orders &answered) noexcept {
   if (unwanted_)
     current_.clear();
   else
-    waiting_.insert(current_);
+    takenFrom_->insert(current_);
 }
 
 // The process is not to be used any more, for a reason that another one would give, too.

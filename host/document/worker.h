@@ -36,7 +36,7 @@ class ProcessStarter {
 public:
   virtual ~ProcessStarter() = default;
   /// Throws HostError.
-  virtual std::unique_ptr<DocumentProcess> start() = 0;
+  virtual std::unique_ptr<DocumentProcess> start(ProcessKind kind) = 0;
   /// Has advance() called while the descriptor is readable, until it is closed. False if that is not possible.
   virtual bool watch(int descriptor) noexcept = 0;
   /// Called when a process has opened a document without being confined.
@@ -56,8 +56,8 @@ public:
   static constexpr auto interruptAfter = std::chrono::milliseconds(100);
 
   /// Takes its orders from those that wait, as others may do.
-  Worker(ProcessStarter &starter, ReadDocument &document, OrderQueue &waiting)
-      : starter_(starter), document_(document), waiting_(waiting) {}
+  Worker(ProcessStarter &starter, ReadDocument &document, ProcessKind kind, OrderQueue &waiting)
+      : starter_(starter), document_(document), kind_(kind), waiting_(waiting) {}
 
   // These do nothing for an order that is not under way here.
   void cancel(uint64_t id) noexcept;
@@ -67,9 +67,13 @@ public:
   const Order *current() const noexcept { return isBusy() ? &current_.front() : nullptr; }
   bool isBusy() const noexcept { return !current_.empty(); }
   bool hasProcess() const noexcept { return process_ != nullptr; }
+  /// Whether its process has opened the document.
+  bool isOpen() const noexcept { return opened_; }
+  ProcessKind kind() const noexcept { return kind_; }
 
-  /// Takes what the process has sent, ends what takes too long, and goes on; the answers are added.
-  void advance(Orders &answered) noexcept;
+  /// Takes what the process has sent, ends what takes too long, and goes on; the answers are added. A process that has
+  /// opened the document and has no orders of its own gets one of `others`, unless that is null.
+  void advance(Orders &answered, OrderQueue *others) noexcept;
   /// What becomes readable when there is something to advance.
   using Polled = std::array<pollfd, 3>;
   Polled polled() const noexcept;
@@ -83,7 +87,8 @@ private:
   void arm() noexcept;
   void checkIdle() noexcept;
   bool isOverdue(Orders &answered);
-  void begin(Orders &answered) noexcept;
+  OrderQueue *nextQueue(OrderQueue *others) const noexcept;
+  void begin(Orders &answered, OrderQueue *others) noexcept;
   void startProcess();
   bool sendCurrent();
   bool sendOpening();
@@ -100,9 +105,11 @@ private:
   ReadDocument &document_;
   std::unique_ptr<DocumentProcess> process_;
   bool opened_ = false; ///< by this process
+  ProcessKind kind_;
   OrderQueue &waiting_;
-  Orders current_;                 ///< one order, or none
-  std::optional<Opening> opening_; ///< the file, for the current order
+  OrderQueue *takenFrom_ = nullptr; ///< the current order, which goes back there if another process is to answer it
+  Orders current_;                  ///< one order, or none
+  std::optional<Opening> opening_;  ///< the file, for the current order
   Time begun_ = {};
   bool unwanted_ = false;                    ///< the current one
   Descriptor timer_;                         ///< of the process

@@ -158,7 +158,7 @@ TEST_F(Confined, ACrashIsTheDocumentsError) {
 // That the document is opened again each time does not make the next try the first one.
 TEST_F(Confined, ACrashAfterOpeningIsTheErrorOfThatRequestAlone) {
   const auto file = folder.write("crash-later.pdf", "document");
-  Processes processes({STANDIN});
+  Processes processes({.program = STANDIN, .structureProgram = STANDIN});
   const auto service = std::make_shared<Service>(file, processes.backend(file));
   ASSERT_EQ(answered(processes, *service, OpenRequest{file, ""}), "answered");
   EXPECT_THAT(answered(processes, *service, StructureRequest{1}), HasSubstr("it was ended: Aborted"));

@@ -142,12 +142,11 @@ std::string tries(const fs::path &document) {
 } // namespace
 
 int main(int argc, char **argv) {
-  // At once: what libraries do at a usual end, like looking for leaks, may be denied.
-  _exit(document::serve(argc, argv, [](const host::Request &request, const host::Descriptor & /*passed*/) {
+  document::serve(argc, argv, [](const host::Request &request, const host::Descriptor & /*passed*/) {
     const auto *open = std::get_if<host::OpenRequest>(&request);
     if (open == nullptr) abort();
     if (open->file.stem() == "crash-later") return host::Answer{host::Opened{1, {}}};
     const std::string reason = tries(open->file);
     return host::Answer{host::Failure{tavrel::errGeneric, false, reason.empty() ? "it could" : reason}};
-  }));
+  });
 }

@@ -7,6 +7,7 @@
 
 #include "document/structure.h"
 #include "host/document/openfile.h"
+#include "host/document/orders.h"
 #include "support/pdfparts.h"
 
 namespace document {
@@ -21,12 +22,12 @@ struct StructureTest : testing::Test {
   void open(const std::filesystem::path &name, int32_t pages, const std::string &password = {}) {
     file = name;
     count = pages;
-    auto bytes = std::make_shared<const MappedFile>(host::OpenFile(name).descriptor(), name);
+    auto bytes = std::make_unique<const MappedFile>(host::OpenFile(name).descriptor(), name);
     reader = std::make_unique<StructureReader>(std::move(bytes), "paper.pdf", password);
   }
 
   host::Answer answer(const host::Request &request) const {
-    EXPECT_TRUE(StructureReader::answers(request));
+    EXPECT_EQ(host::kindOf(request), host::ProcessKind::structure);
     host::Answer answer = reader->answer(request);
     EXPECT_TRUE(host::fits(request, answer));
     return answer;

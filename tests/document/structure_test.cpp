@@ -305,7 +305,6 @@ TEST_F(StructureTest, AnAttachedFileIsReadUpToItsLimit) {
 // ---- requests ----
 
 TEST_F(StructureTest, OnlyRequestsAboutStructureAreAnswered) {
-  EXPECT_FALSE(StructureReader::answers(host::WordsRequest{0}));
   write(somePages(1));
   const host::Answer answer = reader->answer(host::WordsRequest{0});
   EXPECT_EQ(std::get<host::Failure>(answer.value).line, "paper.pdf: this is not about its structure");

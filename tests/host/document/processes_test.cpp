@@ -298,11 +298,11 @@ TEST_F(ProcessesTest, OnlyTheDocumentsUsedLastHaveProcesses) {
     asked.ask(imageOf(0));
     ASSERT_TRUE(answers(asked, 1));
   }
-  EXPECT_THAT(children(), AllOf(testing::Ge(6U), testing::Le(7U))) << "two each, and one in advance";
+  EXPECT_THAT(children(), AllOf(testing::Ge(3U), testing::Le(4U))) << "one each, and one in advance";
   all[0]->ask(imageOf(1));
   ASSERT_TRUE(answers(*all[0], 2)) << "started again";
   EXPECT_EQ(image(all[0]->answers[1]).width, 400);
-  EXPECT_THAT(children(), testing::Le(7U));
+  EXPECT_THAT(children(), testing::Le(4U));
   all.clear();
   EXPECT_THAT(children(), testing::Le(1U));
 }
@@ -314,13 +314,47 @@ TEST_F(ProcessesTest, DocumentsThatAreOpenedAtOnceDoNotKeepTheirs) {
   for (const auto &one : all)
     ASSERT_TRUE(answers(*one, 1));
   const Time deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  while (children() > 6 && std::chrono::steady_clock::now() < deadline) {
+  while (children() > 3 && std::chrono::steady_clock::now() < deadline) {
     pollfd ready{processes.descriptor(), POLLIN, 0};
     ASSERT_EQ(poll(&ready, 1, 60'000), 1) << "nothing more happens";
     for (const auto &one : all)
       one->service->collect();
   }
-  EXPECT_THAT(children(), testing::Le(6U)) << "two each of three";
+  EXPECT_THAT(children(), testing::Le(3U)) << "one each of three";
+}
+
+TEST_F(ProcessesTest, AProcessForImagesAnswersForWordsWhileThereIsNoOther) {
+  Asked &asked = open(folder.pdf({test::endlessPage(), test::pageWith("words")}));
+  asked.ask(WordsRequest{1});
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(children(), 1U);
+  asked.ask(imageOf(0));
+  asked.ask(WordsRequest{1});
+  ASSERT_TRUE(answers(asked, 2)) << "while an image is drawn";
+  EXPECT_EQ(children(), 2U);
+  asked.tickets[2].reset();
+  asked.ask(imageOf(1));
+  ASSERT_TRUE(answers(asked, 3));
+  asked.ask(WordsRequest{1});
+  asked.ask(imageOf(1));
+  ASSERT_TRUE(answers(asked, 5));
+  EXPECT_THAT(children(), testing::Le(3U)) << "and one in advance";
+}
+
+TEST_F(ProcessesTest, WordsThatTakeLongDoNotKeepAnImageWaiting) {
+  Asked &asked = open(folder.pdf({test::slowlyReadPage(), test::pageWith("words")}));
+  asked.ask(WordsRequest{0}, Urgency::searched);
+  asked.ask(imageOf(1));
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(image(asked.answers[0]).width, 400);
+  EXPECT_TRUE(asked.tickets[1].underWay()) << "begun again, in a process for words";
+}
+
+TEST_F(ProcessesTest, StructureHasAProcessOfItsOwn) {
+  Asked &asked = open(folder.pdf(test::numberedPages(1)));
+  asked.ask(StructureRequest{1});
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(children(), 2U);
 }
 
 TEST_F(ProcessesTest, AnImageIsDrawnAfterOneForWhichThereWasNoMemory) {
@@ -430,6 +464,7 @@ TEST_F(ProcessesTest, SeveralProcessesShareTheirOrders) {
 
 TEST_F(ProcessesTest, AProcessThatDiesWithNothingToDoIsNotMissed) {
   Asked &asked = open(folder.pdf(test::numberedPages(1)));
+  processes.waker().clear();
   killAll();
   pollfd ready{processes.descriptor(), POLLIN, 0};
   ASSERT_EQ(poll(&ready, 1, 60'000), 1);

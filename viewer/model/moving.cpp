@@ -18,10 +18,18 @@ void Moving::fitToWindow(PageWindow &shown) const {
   if (windowWidth_ > 0) shown.setWindow(windowWidth_, windowHeight_);
 }
 
-void Moving::opens(const OpenDocument &document) {
-  fitToWindow(*document.window);
-  document.window->setFit(fit_);
+void Moving::fitAtFirst(PageWindow &shown) const {
+  fitToWindow(shown);
+  shown.setFit(fit_);
 }
+
+double Moving::firstDpi(host::Document &document) const {
+  PageWindow window(document, documents_.screenDpi);
+  fitAtFirst(window);
+  return window.dpi();
+}
+
+void Moving::opens(const OpenDocument &document) { fitAtFirst(*document.window); }
 
 void Moving::replaces(const OpenDocument &before, const OpenDocument &now) {
   const PageWindow &old = *before.window;

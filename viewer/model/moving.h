@@ -41,6 +41,9 @@ public:
   Fit fit() const { return window() == nullptr ? fit_ : window()->fit(); }
   void setFit(Fit fit);
 
+  /// The resolution at which a document that is opened now is shown at first.
+  double firstDpi(host::Document &document) const;
+
   void opens(const OpenDocument &document) override;
   void replaces(const OpenDocument &before, const OpenDocument &now) override;
   void frontChanged() override;
@@ -48,6 +51,7 @@ public:
 private:
   PageWindow *window() const { return documents_.window(); }
   void fitToWindow(PageWindow &shown) const;
+  void fitAtFirst(PageWindow &shown) const;
 
   const Documents &documents_;
   StatusLine &status_;

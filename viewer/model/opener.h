@@ -40,6 +40,8 @@ public:
 
   /// Whether a file has been opened, or could not be, that has not been taken over.
   bool hasOpened() const { return opening_.hasAnswer(); }
+  /// The file that has been opened, if it is the only one; null otherwise.
+  const Opening::File *onlyOpened() const { return opening_.onlyOpened(); }
   /// Takes over the next one of these, if any. If a plug-in fails when it is notified, the document is open, and the
   /// failure is thrown at the end.
   void takeOpened();

@@ -27,6 +27,12 @@ std::optional<Opening::File> Opening::take() {
   return taken;
 }
 
+const Opening::File *Opening::onlyOpened() const {
+  const bool isOpened =
+      files_.size() == 1 && isAnswered(files_[0]) && std::holds_alternative<host::Opened>(files_[0].answer->value);
+  return isOpened ? files_.data() : nullptr;
+}
+
 void Opening::dropReload(uint64_t document) {
   std::erase_if(files_, [=](const File &file) { return file.replaces == document; });
 }

@@ -55,6 +55,8 @@ public:
   bool hasAnswer() const { return any(isAnswered); }
   /// The first one of these, if any.
   std::optional<File> take();
+  /// The file, if it is the only one and has been opened; null otherwise, or if it could not be.
+  const File *onlyOpened() const;
   /// Ends the reloading of a document.
   void dropReload(uint64_t document);
   void addServices(Services &services) const;

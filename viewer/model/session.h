@@ -26,6 +26,9 @@ struct Session {
   Session &operator=(const Session &) = delete;
 
   Model model() { return {changes, status, documents, opener, moving, tiles, finding, matchCount, screen, listTexts}; }
+  /// Asks for the first page of the file that is being opened, as soon as it is open, before the document is taken
+  /// over.
+  void drawAhead();
   /// Readable when there is something to collect.
   int descriptor() const { return processes_.descriptor(); }
 

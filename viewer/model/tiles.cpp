@@ -51,9 +51,16 @@ void Tiles::request(bool neighbours) {
 void Tiles::ask(const OpenDocument &document, const PageKey &key, host::Urgency urgency) {
   if (cache_.has(key)) return;
   if (const auto asked = asked_.find(key); asked != asked_.end()) return asked->second.setUrgency(urgency);
-  const host::PixelSize size = host::pixelSize(document.document->model->pageSize(key.page), key.dpi);
-  asked_.emplace(key, document.service->ask(host::ImageRequest{key.page, key.dpi, size}, urgency,
-                                            [this, key](host::Answer &answer) { take(key, answer); }));
+  ask(*document.service, key, host::pixelSize(document.document->model->pageSize(key.page), key.dpi), urgency);
+}
+
+void Tiles::ask(host::Service &service, const PageKey &key, const host::PixelSize &size, host::Urgency urgency) {
+  asked_.emplace(key, service.ask(host::ImageRequest{key.page, key.dpi, size}, urgency,
+                                  [this, key](host::Answer &answer) { take(key, answer); }));
+}
+
+void Tiles::requestFirst(uint64_t document, host::Service &service, const host::PageSize &page, double dpi) {
+  ask(service, {document, 0, dpi}, host::pixelSize(page, dpi), host::Urgency::shown);
 }
 
 // Why an answer is no image of the page; empty if it is one.
@@ -68,7 +75,13 @@ std::string Tiles::failureOf(const OpenDocument &document, const PageKey &key, c
 
 // Takes over an answer, completely or, if memory is exhausted, not at all.
 void Tiles::take(const PageKey &key, host::Answer &answer) {
-  const OpenDocument &document = *documents_.find(key.document);
+  const OpenDocument *const opened = documents_.find(key.document);
+  if (opened == nullptr) { // not open yet
+    if (auto *page = std::get_if<host::PageImage>(&answer.value)) cache_.insert(key, std::move(page->image));
+    asked_.erase(key);
+    return;
+  }
+  const OpenDocument &document = *opened;
   if (answer.fileChanged) documents_.reportChanged(key.document);
   host::PageView &view = *document.document->view;
   const bool shown = key.page == view.page();

@@ -21,6 +21,8 @@ public:
 
   /// Requests the page in front, and its neighbours as far as all of them fit; with their words, where those are used.
   void request(bool neighbours);
+  /// Requests page 1 of a document that will be open.
+  void requestFirst(uint64_t document, host::Service &service, const host::PageSize &page, double dpi);
   /// Whether there is an image of the page in front as it is to be shown.
   bool hasFront() const;
   /// The error of the page in front, or empty.
@@ -39,6 +41,7 @@ public:
 
 private:
   void ask(const OpenDocument &document, const PageKey &key, host::Urgency urgency);
+  void ask(host::Service &service, const PageKey &key, const host::PixelSize &size, host::Urgency urgency);
   void take(const PageKey &key, host::Answer &answer);
   std::string failureOf(const OpenDocument &document, const PageKey &key, const host::Answer &answer) const;
   void takeLate(uint64_t number, int32_t page);

@@ -3,6 +3,8 @@
 // tavrel-document: draws the pages of one PDF and reads its words for the program that has started it, and knows
 // nothing of that program but a socket. A request for an image brings the memory for its pixels, unless those of the
 // one before have as much.
+#include <malloc.h>
+
 #include <memory>
 #include <new>
 
@@ -44,9 +46,17 @@ private:
   std::unique_ptr<host::SharedPixels> pixels_;
 };
 
+// The memory of an image is kept for the next one, because new memory costs a third of the time that drawing takes.
+void keepMemory() {
+  constexpr int image = 32 << 20, all = 64 << 20; // bytes
+  mallopt(M_MMAP_THRESHOLD, image);
+  mallopt(M_TRIM_THRESHOLD, all);
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
+  keepMemory();
   document::PdfFile::prepareLibrary();
   Reader reader;
   document::serve(argc, argv, [&](const host::Request &request, host::Descriptor passed) {

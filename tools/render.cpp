@@ -95,10 +95,8 @@ public:
           return host::ImageRequest{page, dpi, sizeOf(page)};
         },
         PagesAhead<host::PageImage>::Reach{pagesAhead * usableProcessors(), mostPixelsWaiting, pixelsOf});
-    view.setSource([this, &document, dpi](int32_t page, double wanted) {
-      shown_ = {}; // frees the image before the next one is taken
-      shown_ = wanted == dpi ? images_->take(page).image : document.render(page, wanted);
-      return &shown_;
+    view.setSource([this, &document, dpi](int32_t page, double wanted) -> host::SourceImage {
+      return wanted == dpi ? images_->take(page).image : document.render(page, wanted);
     });
   }
   RenderedAhead(const RenderedAhead &) = delete;
@@ -108,7 +106,6 @@ public:
 private:
   host::PageView &view_;
   std::optional<PagesAhead<host::PageImage>> images_;
-  host::Image shown_;
 };
 
 // Lets the writer encode pages on other threads while `walk` draws the next ones.

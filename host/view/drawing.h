@@ -17,8 +17,10 @@ struct Drawing {
   double dpi = 0;
 };
 
-/// The part of a page's image, as far as the page reaches. Page and resolution are not set.
+/// The part of a page's image, as far as the page reaches. Page and resolution are not set. An image that is not needed
+/// any more is not copied if the part is all of it.
 Drawing cropped(const Image &page, const PixelBox &part);
+Drawing cropped(Image &&page, const PixelBox &part);
 
 /// Names the drawing that is under way, until it is destroyed.
 class UnderWay {

@@ -5,14 +5,18 @@
 
 #include <functional>
 #include <optional>
+#include <variant>
 
 #include "host/document/document.h"
 
 namespace host {
 
-/// Returns a page's image, which is valid until the next call; null where it is not rendered yet. A source that returns
-/// null invalidates the view when the image is ready.
-using PageSource = std::function<const Image *(int32_t page, double dpi)>;
+/// A page's image: one that the source keeps, which is valid until the next call, or one that it gives away.
+using SourceImage = std::variant<const Image *, Image>;
+
+/// Returns a page's image; null where it is not rendered yet. A source that returns null invalidates the view when the
+/// image is ready.
+using PageSource = std::function<SourceImage(int32_t page, double dpi)>;
 
 /// Renders pages when they are asked for, and keeps the last one: marks change more often than pages.
 class RenderedPages {

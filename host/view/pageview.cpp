@@ -77,9 +77,11 @@ Scale PageView::scaleOf(const Drawing &drawing) {
 
 std::optional<Drawing> PageView::draw(const std::function<void()> &painters) {
   if (!mayDraw()) return std::nullopt;
-  const Image *image = source_(page(), dpi());
-  if (image == nullptr) return std::nullopt;
-  Drawing drawing = cropped(*image, viewport_->beginDrawing());
+  SourceImage image = source_(page(), dpi());
+  const auto *const kept = std::get_if<const Image *>(&image);
+  if (kept != nullptr && *kept == nullptr) return std::nullopt;
+  const PixelBox part = viewport_->beginDrawing();
+  Drawing drawing = kept != nullptr ? cropped(**kept, part) : cropped(std::get<Image>(std::move(image)), part);
   drawing.page = page();
   drawing.dpi = dpi();
   invalid_ = false;

@@ -91,7 +91,7 @@ struct Answering {
   }
   Value operator()(const ImageRequest &asked) const {
     if (pixels.empty()) return PageImage{asked.page, asked.dpi, file.render(asked.page, asked.dpi)};
-    file.render(asked.page, asked.dpi, asked.size, pixels);
+    file.render(asked, pixels);
     return PageImage{asked.page, asked.dpi, {}};
   }
   Value operator()(const MatchesRequest &asked) const {

@@ -24,7 +24,8 @@ public:
     if (file_ == nullptr) return {host::Failure{tavrel::errGeneric, false, "no document is open"}};
     const auto *image = std::get_if<host::ImageRequest>(&request);
     if (image == nullptr) return document::answerFrom(*file_, request, name_);
-    host::Answer answer = document::answerFrom(*file_, request, name_, memoryFor(image->size, std::move(passed)));
+    host::Answer answer =
+        document::answerFrom(*file_, request, name_, memoryFor(host::sizeOf(image->drawn()), std::move(passed)));
     if (!pixels_->isWorthKeeping()) pixels_.reset();
     return answer;
   }

@@ -140,7 +140,7 @@ public:
   }
 
   Image render(int32_t page, double dpi) override;
-  void render(int32_t page, double dpi, const PixelSize &size, std::span<uint32_t> pixels) override;
+  void render(const host::ImageRequest &request, std::span<uint32_t> pixels) override;
 
 private:
   PixelSize sizeOfImage(int32_t page, double dpi);
@@ -221,26 +221,30 @@ Image PopplerFile::render(int32_t page, double dpi) {
   const PixelSize size = sizeOfImage(page, dpi);
   Image image{size.width, size.height, {}};
   image.pixels.resize(static_cast<size_t>(size.width) * static_cast<size_t>(size.height));
-  render(page, dpi, size, image.pixels);
+  render({page, dpi, size}, image.pixels);
   return image;
 }
 
-void PopplerFile::render(int32_t page, double dpi, const PixelSize &size, std::span<uint32_t> pixels) {
+void PopplerFile::render(const host::ImageRequest &request, std::span<uint32_t> pixels) {
+  const auto &[page, dpi, size, part] = request;
   if (const PixelSize own = sizeOfImage(page, dpi);
       std::tie(own.width, own.height) != std::tie(size.width, size.height))
     fail(file_, "page " + numberOf(page) + ": its image has a wrong size");
+  const PixelBox box = request.drawn();
+  if (box.left < 0 || box.top < 0 || box.right > size.width || box.bottom > size.height || box.bottom <= box.top)
+    throw HostError(tavrel::errBadArgument, nameInMessage(file_) + ": page " + numberOf(page) + " has no such part");
   // The library takes twice the memory of what it draws at once, so a large image is drawn in strips.
   constexpr int mostAtOnce = 16 << 20; // pixels
-  const int rows = std::max(1, mostAtOnce / size.width);
-  for (int top = 0; top < size.height; top += rows) {
-    const PixelBox strip{0, top, size.width, std::min(top + rows, size.height)};
-    const size_t first = static_cast<size_t>(top) * static_cast<size_t>(size.width);
+  const int width = box.right - box.left, rows = std::max(1, mostAtOnce / width);
+  for (int top = box.top; top < box.bottom; top += rows) {
+    const PixelBox strip{box.left, top, box.right, std::min(top + rows, box.bottom)};
+    const size_t first = static_cast<size_t>(top - box.top) * static_cast<size_t>(width);
     drawStrip(page, dpi, strip, pixels.subspan(first));
   }
 }
 
 void PopplerFile::drawStrip(int32_t page, double dpi, const PixelBox &strip, std::span<uint32_t> pixels) {
-  const int columns = strip.right, rows = strip.bottom - strip.top;
+  const auto [columns, rows] = host::sizeOf(strip);
   poppler::page_renderer renderer;
   renderer.set_paper_color(0xFFFFFFFF);
   renderer.set_render_hints(poppler::page_renderer::antialiasing | poppler::page_renderer::text_antialiasing);

@@ -13,6 +13,7 @@
 #include "document/mappedfile.h"
 #include "host/document/documenterror.h"
 #include "host/document/image.h"
+#include "host/document/messages.h"
 #include "host/document/page.h"
 
 namespace document {
@@ -45,8 +46,9 @@ public:
   /// The page on white, width and height rounded up to whole pixels. Throws errBadArgument for an image of no pixels or
   /// of more than 20,000 a side.
   virtual host::Image render(int32_t page, double dpi) = 0;
-  /// The same into memory for an image of that size. Throws DocumentError if the page's has another one.
-  virtual void render(int32_t page, double dpi, const host::PixelSize &size, std::span<uint32_t> pixels) = 0;
+  /// The same, or a part of it, into memory that is as large. Throws DocumentError if the page's image has another
+  /// size, errBadArgument if the part is not in it.
+  virtual void render(const host::ImageRequest &request, std::span<uint32_t> pixels) = 0;
 };
 
 } // namespace document

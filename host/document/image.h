@@ -16,12 +16,14 @@ inline constexpr double longestSide = 20'000;
 
 /// The pixels from left to right and from top to bottom; right and bottom are exclusive.
 struct PixelBox {
-  int left, top, right, bottom;
+  int left = 0, top = 0, right = 0, bottom = 0;
 };
 
 struct PixelSize {
   int width = 0, height = 0;
 };
+
+inline PixelSize sizeOf(const PixelBox &box) { return {box.right - box.left, box.bottom - box.top}; }
 
 /// Whether there can be an image of that size.
 inline bool isImageSize(const PixelSize &size) {

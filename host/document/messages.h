@@ -46,11 +46,15 @@ struct PlainWordsRequest {
   int32_t page = 0;
 };
 
-/// The complete page at a resolution.
+/// A page at a resolution.
 struct ImageRequest {
   int32_t page = 0;
   double dpi = 0;
   PixelSize size = {}; ///< pixelSize() of the page
+  PixelBox part = {};  ///< of the page's pixels, which is drawn; an empty one: all
+
+  /// What is drawn.
+  PixelBox drawn() const { return part.right > part.left ? part : PixelBox{0, 0, size.width, size.height}; }
 };
 
 /// Where a text is on a page, see Finder.

@@ -48,7 +48,10 @@ template <> constexpr std::tuple membersOf<OpenRequest>{&OpenRequest::file, &Ope
 template <> constexpr std::tuple membersOf<SizesRequest>{&SizesRequest::first, &SizesRequest::count};
 template <> constexpr std::tuple membersOf<WordsRequest>{&WordsRequest::page, &WordsRequest::order};
 template <> constexpr std::tuple membersOf<PixelSize>{&PixelSize::width, &PixelSize::height};
-template <> constexpr std::tuple membersOf<ImageRequest>{&ImageRequest::page, &ImageRequest::dpi, &ImageRequest::size};
+template <>
+constexpr std::tuple membersOf<PixelBox>{&PixelBox::left, &PixelBox::top, &PixelBox::right, &PixelBox::bottom};
+template <> constexpr std::tuple membersOf<ImageRequest>{&ImageRequest::page, &ImageRequest::dpi, &ImageRequest::size,
+                                                         &ImageRequest::part};
 template <>
 constexpr std::tuple membersOf<MatchesRequest>{&MatchesRequest::page, &MatchesRequest::text, &MatchesRequest::options};
 template <> constexpr std::tuple membersOf<StructureRequest>{&StructureRequest::pages};

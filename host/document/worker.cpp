@@ -202,12 +202,13 @@ bool Worker::sendCurrent() {
 
 // The memory for an image, which is passed to the process; -1 if that of its last image is as large.
 int Worker::memoryFor(const ImageRequest &request) {
-  if (!isImageSize(request.size)) {
+  const PixelSize size = sizeOf(request.drawn());
+  if (!isImageSize(size)) {
     std::ostringstream reason;
     reason << nameOf(request.page) << " at " << request.dpi << " dots per inch makes no image of a usable size";
     throw HostError(tavrel::errBadArgument, reason.str());
   }
-  const size_t count = static_cast<size_t>(request.size.width) * static_cast<size_t>(request.size.height);
+  const size_t count = static_cast<size_t>(size.width) * static_cast<size_t>(size.height);
   if (pixels_ && pixels_->pixels().size() == count) return -1;
   pixels_.reset();
   pixels_ = std::make_unique<SharedPixels>(count);
@@ -237,7 +238,8 @@ void Worker::take(std::string_view content, Orders &answered) {
   const auto *made = std::get_if<ImageRequest>(&asked);
   if (auto *image = answer ? std::get_if<PageImage>(&answer->value) : nullptr; image != nullptr && made != nullptr) {
     const auto pixels = pixels_->pixels();
-    image->image = {made->size.width, made->size.height, std::vector<uint32_t>(pixels.begin(), pixels.end())};
+    const auto [width, height] = sizeOf(made->drawn());
+    image->image = {width, height, std::vector<uint32_t>(pixels.begin(), pixels.end())};
   }
   if (!answer || !fits(asked, *answer)) return failed("its process has answered wrongly", answered);
   document_.deaths.erase(pageOf(asked));

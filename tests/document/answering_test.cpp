@@ -46,7 +46,7 @@ public:
   std::vector<std::u32string> plainWords(int32_t /*page*/) override { return {}; }
   std::vector<uint32_t> contentOrder(int32_t /*page*/, const PageText & /*text*/) override { return {}; }
   Image render(int32_t /*page*/, double /*dpi*/) override { return {1, 1, {0}}; }
-  void render(int32_t /*page*/, double /*dpi*/, const PixelSize & /*size*/, std::span<uint32_t> /*pixels*/) override {}
+  void render(const ImageRequest & /*request*/, std::span<uint32_t> /*pixels*/) override {}
 
 private:
   std::filesystem::path name_ = "paper.pdf";

@@ -272,7 +272,7 @@ public:
   std::vector<std::u32string> plainWords(int32_t /*page*/) override { return {}; }
   std::vector<uint32_t> contentOrder(int32_t /*page*/, const PageText & /*text*/) override { return {}; }
   Image render(int32_t /*page*/, double /*dpi*/) override { throw std::runtime_error("unforeseen"); }
-  void render(int32_t /*page*/, double /*dpi*/, const PixelSize & /*size*/, std::span<uint32_t> /*pixels*/) override {}
+  void render(const ImageRequest & /*request*/, std::span<uint32_t> /*pixels*/) override {}
 
 private:
   const std::filesystem::path name_ = "counting.pdf";

@@ -195,6 +195,24 @@ TEST_F(ProcessesTest, ImagesOfOtherSizesFollowOneAnother) {
   }
 }
 
+TEST_F(ProcessesTest, PartsOfAPageAreDrawn) {
+  const auto file = folder.pdf({test::pageWith("words")});
+  const Image whole = document::PdfFile::open(file, "")->render(0, 72);
+  Asked &asked = open(file);
+  asked.ask(ImageRequest{0, 72, {400, 600}, {40, 20, 140, 70}});
+  ASSERT_TRUE(answers(asked, 1));
+  const Image &part = image(asked.answers[0]);
+  ASSERT_EQ(std::pair(part.width, part.height), std::pair(100, 50));
+  for (int y = 0; y < part.height; ++y)
+    ASSERT_TRUE(std::equal(part.row(y), part.row(y) + part.width, whole.row(20 + y) + 40)) << y;
+  EXPECT_NE(std::count(part.pixels.begin(), part.pixels.end(), 0xFFFFFFFF), 5000) << "there is text";
+  for (const PixelBox &outside : {PixelBox{-1, 0, 10, 10}, {0, -1, 10, 10}, {0, 0, 401, 10}, {0, 0, 10, 601}}) {
+    asked.ask(ImageRequest{0, 72, {400, 600}, outside});
+    ASSERT_TRUE(answers(asked, asked.tickets.size() - 1));
+    EXPECT_EQ(lineOf(asked.answers.back()), file.string() + ": page 1 has no such part");
+  }
+}
+
 TEST_F(ProcessesTest, APageThatTakesMoreMemoryThanItsProcessMayIsAnErrorOfTheDocument) {
   if (isSanitized) GTEST_SKIP() << "the address sanitizer reserves more than any limit";
   Processes small{{documentProgram(), size_t{256} << 20}};

@@ -17,7 +17,7 @@ std::vector<Request> requests() {
   return {OpenRequest{"/a b/\xFF.pdf", "secret"},
           SizesRequest{3, 32},
           WordsRequest{7, true},
-          ImageRequest{1, 96.5},
+          ImageRequest{1, 96.5, {800, 1000}, {10, 20, 300, 400}},
           MatchesRequest{2, "gr\u00FC\u00DFe", {true, false}},
           StructureRequest{12},
           PageStructureRequest{3, 12},

@@ -30,6 +30,7 @@ int main(int count, char **words) {
   bench::measureReading();
   bench::measureList();
   bench::measureSession();
+  bench::measureProcesses();
   bench::measurePrograms(documents);
   bench::TableReporter tables(bench::names());
   benchmark::RunSpecifiedBenchmarks(&tables);

@@ -51,9 +51,10 @@ void measureManually(const std::string &table, const std::string &line, const st
       ->UseManualTime();
 }
 
-void measureReading(); ///< highlight files: ours and XML libraries (reading.cpp)
-void measureList();    ///< adding to lists, and a naive baseline (list.cpp)
-void measureSession(); ///< set-up, drawing of pages (session.cpp)
+void measureReading();   ///< highlight files: ours and XML libraries (reading.cpp)
+void measureList();      ///< adding to lists, and a naive baseline (list.cpp)
+void measureSession();   ///< set-up, drawing of pages (session.cpp)
+void measureProcesses(); ///< requests while a page that takes minutes is drawn (processes.cpp)
 /// The commands, and programs with similar functions (programs.cpp); `documents` is a directory with two manuals,
 /// gnuplot.pdf of 311 pages and octave.pdf of 1,158.
 void measurePrograms(const std::string &documents);

@@ -8,11 +8,13 @@
 #include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <initializer_list>
 #include <memory>
 
@@ -86,8 +88,6 @@ constexpr int harmless[] = {SCMP_SYS(access),
                             SCMP_SYS(faccessat),
                             SCMP_SYS(faccessat2),
                             SCMP_SYS(fadvise64),
-                            SCMP_SYS(fcntl),
-                            SCMP_SYS(fcntl64),
                             SCMP_SYS(fstat),
                             SCMP_SYS(fstat64),
                             SCMP_SYS(fstatat64),
@@ -121,7 +121,6 @@ constexpr int harmless[] = {SCMP_SYS(access),
                             SCMP_SYS(readlink),
                             SCMP_SYS(readlinkat),
                             SCMP_SYS(readv),
-                            SCMP_SYS(recvmsg),
                             SCMP_SYS(restart_syscall),
                             SCMP_SYS(rseq),
                             SCMP_SYS(rt_sigaction),
@@ -129,7 +128,6 @@ constexpr int harmless[] = {SCMP_SYS(access),
                             SCMP_SYS(rt_sigreturn),
                             SCMP_SYS(sched_getaffinity),
                             SCMP_SYS(sched_yield),
-                            SCMP_SYS(sendmsg),
                             SCMP_SYS(set_robust_list),
                             SCMP_SYS(sigaltstack),
                             SCMP_SYS(stat),
@@ -179,6 +177,12 @@ bool filterCalls() {
   constexpr scmp_datum_t writing = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND;
   filter.allow(SCMP_SYS(openat), {argument(2, SCMP_CMP_MASKED_EQ, writing, 0)});
   filter.allow(SCMP_SYS(open), {argument(1, SCMP_CMP_MASKED_EQ, writing, 0)});
+  // Others would have the kernel send signals, or lock files.
+  for (const int call : {SCMP_SYS(fcntl), SCMP_SYS(fcntl64)})
+    for (const scmp_datum_t what : {F_DUPFD, F_DUPFD_CLOEXEC, F_GETFD, F_SETFD, F_GETFL})
+      filter.allow(call, {argument(1, SCMP_CMP_EQ, what)});
+  filter.allow(SCMP_SYS(sendmsg), {argument(2, SCMP_CMP_EQ, MSG_NOSIGNAL)});
+  filter.allow(SCMP_SYS(recvmsg), {argument(2, SCMP_CMP_EQ, MSG_CMSG_CLOEXEC | MSG_DONTWAIT)});
   // Limits are looked at; a signal goes to the process itself, as when it gives up.
   filter.allow(SCMP_SYS(prlimit64), {argument(2, SCMP_CMP_EQ, 0)});
   filter.allow(SCMP_SYS(tgkill), {argument(0, SCMP_CMP_EQ, static_cast<scmp_datum_t>(getpid()))});
@@ -209,6 +213,9 @@ std::vector<std::string> readableDirectories() {
   below("XDG_DATA_HOME", "/fonts");
   below("XDG_CONFIG_HOME", "/fontconfig");
   below("XDG_CACHE_HOME", "/fontconfig");
+  below("FONTCONFIG_PATH", "");
+  if (const char *file = std::getenv("FONTCONFIG_FILE"); file != nullptr && *file == '/')
+    all.push_back(std::filesystem::path(file).parent_path());
   return all;
 }
 

@@ -46,7 +46,7 @@ bool Channel::send(std::string_view message, int descriptor) noexcept {
       control.header = {CMSG_LEN(sizeof descriptor), SOL_SOCKET, SCM_RIGHTS};
       std::memcpy(CMSG_DATA(&control.header), &descriptor, sizeof descriptor);
     }
-    const ssize_t sent = sendmsg(socket_.number(), &header, MSG_NOSIGNAL);
+    const ssize_t sent = sendmsg(socket_.number(), &header, MSG_NOSIGNAL | (isOwner() ? MSG_DONTWAIT : 0));
     if (sent < 0 && errno == EINTR) continue;
     if (sent < 0) return false;
     message.remove_prefix(static_cast<size_t>(sent));
@@ -83,8 +83,13 @@ Channel::Read Channel::read() {
 }
 
 Received Channel::receive() {
-  if (std::exchange(taken_, false)) bytes_.clear();
-  for (;;) {
+  constexpr size_t kept = 1 << 20; // bytes; a larger message is rare
+  constexpr int mostReads = 16;    // so that one who sends byte by byte does not hold the caller up
+  if (std::exchange(taken_, false)) {
+    bytes_.clear();
+    if (bytes_.capacity() > kept) bytes_.shrink_to_fit();
+  }
+  for (int reads = 0; reads < mostReads; ++reads) {
     const std::optional<size_t> length = lengthOf(bytes_);
     if (length && (*length == 0 || bytes_.size() > *length)) return {Received::invalid};
     const Read state = read();
@@ -95,6 +100,7 @@ Received Channel::receive() {
     }
     return {state == Read::end ? Received::ended : Received::nothing};
   }
+  return {Received::nothing};
 }
 
 Received Channel::await() {

@@ -33,15 +33,17 @@ public:
 
   int socket() const { return socket_.number(); }
 
-  /// Sends a complete message, and a descriptor unless it is negative. Waits where the other end has to read first.
-  /// False if it is closed.
+  /// Sends a complete message, and a descriptor unless it is negative. A document's process waits where the other end
+  /// has to read first; its owner does not. False if the other end is closed, or does not read.
   bool send(std::string_view message, int descriptor = -1) noexcept;
-  /// What has come, without waiting. One message is followed by the next only after an answer: more is invalid.
+  /// What has come, without waiting; of a long message the next part, as long as there is more. One message is followed
+  /// by the next only after an answer: more is invalid.
   Received receive();
   /// Waits for a message or the end.
   Received await();
 
 private:
+  bool isOwner() const { return takes_ == Takes::messages; }
   enum class Read { some, none, end };
   Read read();
 

@@ -9,6 +9,7 @@
 #include <new>
 
 #include "host/document/documenterror.h"
+#include "host/document/utf8.h"
 
 namespace host {
 namespace {
@@ -47,8 +48,7 @@ bool isFailure(const Failure &failure) {
   constexpr size_t longest = size_t{2} * PATH_MAX;
   const std::string &line = failure.line;
   return failure.code > tavrel::errNone && failure.code <= tavrel::errDocument && line.size() <= longest &&
-         std::none_of(line.begin(), line.end(),
-                      [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; });
+         isLine(line);
 }
 
 bool isPermutation(const std::vector<uint32_t> &order, size_t count) {
@@ -68,7 +68,9 @@ bool isImage(const Image &image) {
 
 struct Fits {
   bool operator()(const OpenRequest & /*asked*/, const Opened &got) const {
-    return got.pageCount > 0 && got.sizes.size() <= static_cast<size_t>(got.pageCount) && areSizes(got.sizes);
+    constexpr int32_t mostPages = 10'000'000; // more objects than a PDF has
+    return got.pageCount > 0 && got.pageCount <= mostPages && got.sizes.size() <= static_cast<size_t>(got.pageCount) &&
+           areSizes(got.sizes);
   }
   bool operator()(const SizesRequest &asked, const Sizes &got) const {
     return got.first == asked.first && got.sizes.size() == static_cast<size_t>(asked.count) && areSizes(got.sizes);

@@ -171,7 +171,7 @@ private:
 
   void advance() noexcept {
     const bool hasWords = std::any_of(workers_.begin(), workers_.end(), [](const Worker &one) {
-      return one.kind() == ProcessKind::words && one.isOpen();
+      return one.kind() == ProcessKind::words && (one.isOpen() || one.isBusy());
     });
     OrderQueue *const words = hasWords ? nullptr : &waiting(ProcessKind::words);
     for (Worker &worker : workers_)

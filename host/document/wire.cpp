@@ -150,7 +150,9 @@ public:
   }
   template <List T> bool get(T &list) {
     Length length = 0;
-    if (!get(length) || length > left_.size() / fewest<typename T::value_type>()) return false;
+    using Element = typename T::value_type;
+    if (!get(length) || length > left_.size() / fewest<Element>() || length > memory_ / sizeof(Element)) return false;
+    memory_ -= length * sizeof(Element);
     list.resize(length);
     for (auto &element : list)
       if (!get(element)) return false;
@@ -190,6 +192,7 @@ private:
   }
 
   std::string_view left_;
+  size_t memory_ = mostMemory; ///< that may still be taken
 };
 
 template <typename T> std::optional<T> valueIn(std::string_view content) {

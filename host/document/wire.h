@@ -23,6 +23,9 @@ inline constexpr uint32_t wireVersion = 2;
 /// Of a message's content. The words of a page with a million characters take 40 MB.
 inline constexpr size_t mostContent = size_t{64} << 20;
 
+/// Of the values that are read from one, whatever they are. Those words take about as much as their bytes.
+inline constexpr size_t mostMemory = 3 * mostContent;
+
 struct WireHeader {
   uint32_t version = wireVersion;
   uint32_t size = 0; ///< of the content, in bytes
@@ -33,8 +36,8 @@ std::string messageOf(const Request &request);
 /// The pixels of an image are not in it: they are in shared memory. Nor is what the owner finds out for itself.
 std::string messageOf(const Answer &answer);
 
-/// What a message's content says; nothing if it is not exactly that. An answer needs `fits` besides. Memory is taken in
-/// proportion to the content. Throws std::bad_alloc.
+/// What a message's content says; nothing if it is not exactly that. An answer needs `fits` besides. It takes at
+/// most `mostMemory`. Throws std::bad_alloc.
 std::optional<Request> requestIn(std::string_view content);
 std::optional<Answer> answerIn(std::string_view content);
 

@@ -58,7 +58,9 @@ void Worker::setUrgency(uint64_t id, Urgency urgency) noexcept {
 Time Worker::interruptedAt() const noexcept {
   const Urgency urgency = current_.front().urgency;
   const Order *next = waiting_.first();
-  const bool isInTheWay = unwanted_ || urgency == Urgency::kept || (next != nullptr && next->urgency > urgency);
+  const bool isForOthers = takenFrom_ != &waiting_;
+  const bool isInTheWay = unwanted_ || urgency == Urgency::kept ||
+                          (next != nullptr && (isForOthers ? next->urgency >= urgency : next->urgency > urgency));
   return isInTheWay ? begun_ + interruptAfter : Time::max();
 }
 
@@ -121,6 +123,7 @@ template <typename Body> void Worker::answering(Orders &answered, const Body &bo
     opening_.reset();
     finish(failureOf(error), answered);
   } catch (const HostError &error) {
+    opening_.reset();
     fail(error.code, error.what(), answered);
   } catch (const std::exception &) {
     stop();
@@ -239,11 +242,13 @@ void Worker::take(std::string_view content, Orders &answered) {
   if (auto *image = answer ? std::get_if<PageImage>(&answer->value) : nullptr; image != nullptr && made != nullptr) {
     const auto pixels = pixels_->pixels();
     const auto [width, height] = sizeOf(made->drawn());
-    image->image = {width, height, std::vector<uint32_t>(pixels.begin(), pixels.end())};
+    image->image = {width, height, std::vector<uint32_t>(pixels.begin(), pixels.end())}; // read once: they may change
   }
-  if (!answer || !fits(asked, *answer)) return failed("its process has answered wrongly", answered);
+  const auto *failure = answer ? std::get_if<Failure>(&answer->value) : nullptr;
+  const bool isOwnersFailure = failure != nullptr && failure->code == tavrel::errNoMemory; // no process's
+  if (!answer || isOwnersFailure || !fits(asked, *answer)) return failed("its process has answered wrongly", answered);
   document_.deaths.erase(pageOf(asked));
-  if (std::holds_alternative<Failure>(answer->value)) pixels_.reset(); // it may not have been able to map it
+  if (failure != nullptr) pixels_.reset(); // it may not have been able to map it
   if (opened_) return finish(std::move(answer->value), answered);
   const auto *opened = std::get_if<Opened>(&answer->value);
   opened_ = opened != nullptr;

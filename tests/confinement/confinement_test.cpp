@@ -98,6 +98,8 @@ TEST_F(Confined, ItWritesNoFile) {
   EXPECT_FALSE(std::filesystem::exists(folder.path() / "written"));
 }
 
+TEST_F(Confined, ItHasTheKernelSendNoSignal) { EXPECT_EQ(tries("signal-parent-by-descriptor"), denied); }
+
 TEST_F(Confined, ItConnectsToNoSocket) {
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -139,6 +141,10 @@ TEST_F(Confined, ItIsEndedWhenItSaysNothing) {
 
 TEST_F(Confined, ItIsEndedWhenItAnswersGarbage) {
   EXPECT_THAT(tries("say-garbage"), HasSubstr("its process has answered wrongly"));
+}
+
+TEST_F(Confined, ItIsEndedWhenItAnswersForItsOwner) {
+  EXPECT_THAT(tries("say-the-owner-has-no-memory"), HasSubstr("its process has answered wrongly"));
 }
 
 TEST_F(Confined, ItIsEndedWhenItAnswersTooMuch) {

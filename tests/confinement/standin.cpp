@@ -116,6 +116,7 @@ std::string tries(const fs::path &document) {
       {"connect-network", connectsToTheNetwork},
       {"execute", executes},
       {"fork", forks},
+      {"signal-parent-by-descriptor", [] { return resultOf(fcntl(host::documentSocket, F_SETOWN, getppid()) == 0); }},
       {"kill-parent", [] { return resultOf(kill(getppid(), 0) == 0); }},
       {"trace-parent", [] { return resultOf(ptrace(PTRACE_ATTACH, getppid(), nullptr, nullptr) == 0); }},
       {"allocate", allocates},
@@ -133,6 +134,10 @@ std::string tries(const fs::path &document) {
        [] {
          const std::string answer = host::messageOf(host::Answer{host::Failure{tavrel::errGeneric, false, "twice"}});
          return sends(answer + answer), std::string();
+       }},
+      {"say-the-owner-has-no-memory",
+       [] {
+         return sends(host::messageOf(host::Answer{host::Failure{tavrel::errNoMemory, false, "none"}})), std::string();
        }},
       {"close", [] { return close(host::documentSocket), sleeps(), std::string(); }},
       {"crash", [] { return abort(), std::string(); }}};

@@ -11,6 +11,12 @@ namespace {
 
 constexpr host::Rgb everyMatch{0xD8, 0xE6, 0xFF}, currentMatch{0x8F, 0xB8, 0xFF};
 
+// Where to scroll for a stretch to be in the middle of the window, wherever a damaged page has it.
+int middle(double from, double to, int window) {
+  constexpr double farthest = 1e9;
+  return static_cast<int>(std::clamp((from + to - window) / 2, -farthest, farthest));
+}
+
 } // namespace
 
 void Finding::find(const FindRequest &request, bool backwards) {
@@ -118,8 +124,8 @@ void Finding::show(std::string line) {
   const bool visible = match.left >= shown.scrollX() && match.right <= shown.scrollX() + moving_.windowWidth() &&
                        match.top >= shown.scrollY() && match.bottom <= shown.scrollY() + moving_.windowHeight();
   if (!visible)
-    shown.scrollTo(static_cast<int>((match.left + match.right - moving_.windowWidth()) / 2),
-                   static_cast<int>((match.top + match.bottom - moving_.windowHeight()) / 2));
+    shown.scrollTo(middle(match.left, match.right, moving_.windowWidth()),
+                   middle(match.top, match.bottom, moving_.windowHeight()));
   documents_.view()->invalidate();
 }
 

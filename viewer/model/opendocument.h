@@ -32,6 +32,8 @@ public:
   /// A document is about to be open and in front. Called before the plug-ins are notified of it. If it throws, the
   /// document is not opened.
   virtual void opens(const OpenDocument & /*document*/) {}
+  /// What would be a document with that number has not been opened.
+  virtual void isNotOpened(uint64_t /*number*/) {}
   /// A document opened for the second time takes the place of its first.
   virtual void replaces(const OpenDocument & /*before*/, const OpenDocument & /*now*/) {}
   /// A document is about to be closed. Called before the plug-ins are notified of it.

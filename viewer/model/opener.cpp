@@ -115,6 +115,8 @@ void Opener::takeDocument(const Opening::File &file, const host::Opened &opened)
                    {file.number, nullptr, nullptr, file.target, file.password, file.service});
   } catch (const std::exception &error) {
     if (documents_.find(file.number) == nullptr) {
+      for (DocumentKeeper *keeper : documents_.keepers)
+        keeper->isNotOpened(file.number);
       const bool memory = dynamic_cast<const std::bad_alloc *>(&error) != nullptr;
       const std::string line =
           host::nameInMessage(file.target.file) + ": " + (memory ? "memory is exhausted" : error.what());

@@ -16,10 +16,14 @@ void Tiles::opens(const OpenDocument &document) {
 
 void Tiles::closes(const OpenDocument &document) {
   document.document->model->lateListener = {};
-  cache_.drop(document.number);
-  std::erase_if(asked_, [&](const auto &one) { return one.first.document == document.number; });
+  dropImages(document.number);
   std::erase_if(errors_, [&](const auto &one) { return one.first.first == document.number; });
   words_.erase(document.number);
+}
+
+void Tiles::dropImages(uint64_t number) {
+  cache_.drop(number);
+  std::erase_if(asked_, [=](const auto &one) { return one.first.document == number; });
 }
 
 void Tiles::request(bool neighbours) {

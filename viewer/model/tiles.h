@@ -37,9 +37,11 @@ public:
   static constexpr size_t cacheBytes = size_t{64} * 1024 * 1024;
 
   void opens(const OpenDocument &document) override;
+  void isNotOpened(uint64_t number) override { dropImages(number); }
   void closes(const OpenDocument &document) override;
 
 private:
+  void dropImages(uint64_t number);
   void ask(const OpenDocument &document, const PageKey &key, host::Urgency urgency);
   void ask(host::Service &service, const PageKey &key, const host::PixelSize &size, host::Urgency urgency);
   void take(const PageKey &key, host::Answer &answer);

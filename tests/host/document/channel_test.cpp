@@ -79,13 +79,17 @@ TEST_F(ChannelTest, TooLongAMessageIsInvalidAtOnce) {
 TEST_F(ChannelTest, ALongMessageIsSentWhileItIsReceived) {
   const std::string content(3'000'000, 'w');
   std::thread sender([&] {
-    Channel channel{std::move(right)};
+    Channel channel{std::move(right), Channel::Takes::descriptors};
     EXPECT_TRUE(channel.send(message(content)));
   });
   const Received received = left->await();
   sender.join();
   EXPECT_EQ(received.what, Received::message);
   EXPECT_TRUE(received.content == content);
+}
+
+TEST_F(ChannelTest, TheOwnerDoesNotWaitForAProcessThatDoesNotRead) {
+  EXPECT_FALSE(left->send(message(std::string(3'000'000, 'w'))));
 }
 
 TEST_F(ChannelTest, TheEndComesAfterTheLastMessage) {

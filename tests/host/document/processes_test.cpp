@@ -361,8 +361,8 @@ TEST_F(ProcessesTest, AProcessForImagesAnswersForWordsWhileThereIsNoOther) {
 
 TEST_F(ProcessesTest, WordsThatTakeLongDoNotKeepAnImageWaiting) {
   Asked &asked = open(folder.pdf({test::slowlyReadPage(), test::pageWith("words")}));
-  asked.ask(WordsRequest{0}, Urgency::searched);
-  asked.ask(imageOf(1));
+  asked.ask(WordsRequest{0}, Urgency::shown);
+  asked.ask(imageOf(1), Urgency::shown);
   ASSERT_TRUE(answers(asked, 1));
   EXPECT_EQ(image(asked.answers[0]).width, 400);
   EXPECT_TRUE(asked.tickets[1].underWay()) << "begun again, in a process for words";

@@ -237,6 +237,7 @@ INSTANTIATE_TEST_SUITE_P(
         Exchange{"Document", OpenRequest{}, Opened{2, {someSize}}, true},
         Exchange{"DocumentOfOnePage", OpenRequest{}, Opened{1, {someSize}}, true},
         Exchange{"DocumentWithoutPages", OpenRequest{}, Opened{0, {}}, false},
+        Exchange{"DocumentOfMorePagesThanThereAre", OpenRequest{}, Opened{INT_MAX, {}}, false},
         Exchange{"DocumentOfFewerPagesThanSizes", OpenRequest{}, Opened{1, {someSize, someSize}}, false},
         Exchange{"Sizes", SizesRequest{4, 2}, Sizes{4, {someSize, someSize}}, true},
         Exchange{"TooFewSizes", SizesRequest{4, 2}, Sizes{4, {someSize}}, false},
@@ -309,6 +310,9 @@ INSTANTIATE_TEST_SUITE_P(
         Exchange{"AFailureWithoutACode", WordsRequest{3}, Failure{tavrel::errNone, false, "a"}, false},
         Exchange{"AFailureOfAnUnknownCode", WordsRequest{3}, Failure{tavrel::ErrorCode{8}, false, "a"}, false},
         Exchange{"AFailureOfTwoLines", WordsRequest{3}, Failure{tavrel::errDocument, false, "a\nb"}, false},
+        Exchange{"AFailureThatControlsATerminal", WordsRequest{3}, Failure{tavrel::errDocument, false, "a\u009B2J"},
+                 false},
+        Exchange{"AFailureThatIsNoText", WordsRequest{3}, Failure{tavrel::errDocument, false, "a\xFF"}, false},
         Exchange{"AFailureWithoutAnEnd", WordsRequest{3},
                  Failure{tavrel::errDocument, false, std::string(2 * PATH_MAX + 1, 'a')}, false}),
     [](const auto &exchange) { return exchange.param.name; });

@@ -184,6 +184,17 @@ TEST(Wire, AListThatClaimsMoreThanThereIsTakesNoMemory) {
     EXPECT_FALSE(answerIn(openedWithLength(length))) << length;
 }
 
+// Each word takes four bytes of the message and more of memory.
+TEST(Wire, ListsTakeNoMoreMemoryThanTheyMay) {
+  const auto isRead = [](size_t words) {
+    const Answer answer{PagePlainWords{0, std::vector<std::u32string>(words)}};
+    return answerIn(contentOf(messageOf(answer))).has_value();
+  };
+  constexpr size_t most = mostMemory / sizeof(std::u32string);
+  EXPECT_TRUE(isRead(most));
+  EXPECT_FALSE(isRead(most + 1));
+}
+
 TEST(Wire, TooLongAMessageIsNotWritten) {
   EXPECT_THROW(messageOf(Request(MatchesRequest{0, std::string(mostContent, 'a'), {}})), std::length_error);
 }

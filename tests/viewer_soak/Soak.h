@@ -121,11 +121,24 @@ protected:
   static long descriptors() {
     return static_cast<long>(std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
   }
-  // Waits until the document's two processes have nothing to do and one more is there in advance; without a document,
-  // that one alone.
+  // Waits until the document's processes, for images and for words, have nothing to do and one more is there in
+  // advance; without a document, that one alone.
   void rest() {
-    const size_t processes = session.documents.front() == nullptr ? 1 : 3;
-    until([&] { return documentProcesses().size() == processes; });
+    const viewer::OpenDocument *document = session.documents.frontDocument();
+    if (document == nullptr) return until([] { return documentProcesses().size() == 1; });
+    // What is asked for at once takes both, unless the first answer is there before the second request is made.
+    const host::PixelSize size = host::pixelSize(document->document->model->pageSize(0), 72);
+    host::Ticket image, words;
+    int awaited = 0;
+    const auto answered = [&awaited](host::Answer & /*answer*/) { --awaited; };
+    until([&] {
+      if (documentProcesses().size() == 3) return true;
+      if (awaited > 0) return false;
+      awaited = 2;
+      image = document->service->ask(host::ImageRequest{0, 72, size}, host::Urgency::shown, answered);
+      words = document->service->ask(host::WordsRequest{0}, host::Urgency::shown, answered);
+      return false;
+    });
   }
   // The least memory within some iterations: pages may be on their way into the cache or out of it, and a page is as
   // large as the growth that is tested for.

@@ -25,8 +25,8 @@
 namespace viewer {
 namespace {
 
-// Waits up to 100 ms for the first document, so that its page is drawn while the window is created. A document that takes
-// longer is shown later.
+// Waits up to 100 ms for the first document, so that its page is drawn while the window is created. A document that
+// takes longer is shown later.
 void awaitDocument(Session &session) {
   constexpr int timeout = 100; // milliseconds
   pollfd ready{session.descriptor(), POLLIN, 0};
@@ -102,8 +102,8 @@ ViewEnd run(const ViewOptions &options) {
   session.opener.openAll(options.documents, options.password);
   Toolkit toolkit(options.toolkit);
   session.documents.screenDpi = toolkit.dpi();
-  // The final width, or the page would have to be drawn again. Half of the height, because the final one is not known yet:
-  // what a plug-in scrolls to the middle stays visible there when the window becomes higher.
+  // The final width, or the page would have to be drawn again. Half of the height, because the final one is not known
+  // yet: what a plug-in scrolls to the middle stays visible there when the window becomes higher.
   const Toolkit::Size size = toolkit.windowSize();
   session.moving.setWindow(PageArea::windowWidth(toolkit, size.width), size.height / 2, PageArea::margin(toolkit));
   session.drawAhead(); // while the plug-ins start

@@ -375,20 +375,6 @@ TEST_F(ProcessesTest, StructureHasAProcessOfItsOwn) {
   EXPECT_EQ(children(), 2U);
 }
 
-TEST_F(ProcessesTest, AnImageIsDrawnAfterOneForWhichThereWasNoMemory) {
-  if (isSanitized) GTEST_SKIP() << "the address sanitizer reserves more than any limit";
-  Processes small{{documentProgram(), size_t{256} << 20}};
-  const auto file = folder.pdf(test::numberedPages(1));
-  Asked asked{std::make_shared<Service>(file, small.backend(file))};
-  asked.ask(OpenRequest{file, ""});
-  ASSERT_TRUE(asked.service->await(asked.tickets.back(), Time::max()));
-  for (const double dpi : {72.0, 1440.0, 72.0}) {
-    asked.ask(imageOf(0, dpi, imageSize({400, 600}, dpi)));
-    ASSERT_TRUE(asked.service->await(asked.tickets.back(), Time::max()));
-    EXPECT_EQ(std::holds_alternative<PageImage>(asked.answers.back().value), dpi == 72);
-  }
-}
-
 TEST_F(ProcessesTest, AProcessThatIsKilledIsStartedAgain) {
   Asked &asked = open(folder.pdf({test::endlessPage(), test::pageWith("quick")}));
   asked.ask(imageOf(0));

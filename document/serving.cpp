@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "document/serving.h"
 
+#include <malloc.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
@@ -84,6 +86,7 @@ public:
 
   int run() {
     for (;;) {
+      giveMemoryBackIfIdle();
       host::Received received = channel_.await();
       if (received.what == host::Received::ended) return exitDone;
       const auto request = received.what == host::Received::message ? host::requestIn(received.content) : std::nullopt;
@@ -93,6 +96,12 @@ public:
   }
 
 private:
+  // What has been kept for the next answer (main.cpp), unless that is asked for soon.
+  void giveMemoryBackIfIdle() const {
+    constexpr int soon = 500; // milliseconds
+    pollfd ready{channel_.socket(), POLLIN, 0};
+    if (poll(&ready, 1, soon) == 0) malloc_trim(0);
+  }
   host::Answer answer(const host::Request &request, host::Descriptor passed) {
     if (const auto *open = std::get_if<host::OpenRequest>(&request)) file_ = open->file;
     host::Answer answer;

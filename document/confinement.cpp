@@ -9,12 +9,12 @@
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <initializer_list>
 #include <memory>
 
@@ -59,11 +59,14 @@ bool restrictFiles() {
   all.handled_access_fs = forbiddable(version);
   const auto rules = static_cast<int>(landlock(SYS_landlock_create_ruleset, &all, sizeof all, 0));
   if (rules < 0) return false;
-  for (const std::string &directory : readableDirectories()) {
+  for (const std::string &readable : readablePaths()) {
     landlock_path_beneath_attr below{};
-    below.allowed_access = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
-    below.parent_fd = open(directory.c_str(), O_PATH | O_CLOEXEC);
+    below.parent_fd = open(readable.c_str(), O_PATH | O_CLOEXEC);
+    struct stat status {};
     if (below.parent_fd < 0) continue; // there is none
+    below.allowed_access = LANDLOCK_ACCESS_FS_READ_FILE;
+    if (fstat(below.parent_fd, &status) == 0 && S_ISDIR(status.st_mode))
+      below.allowed_access |= LANDLOCK_ACCESS_FS_READ_DIR;
     landlock(SYS_landlock_add_rule, rules, LANDLOCK_RULE_PATH_BENEATH, &below, 0);
     close(below.parent_fd);
   }
@@ -198,7 +201,7 @@ bool filterCalls() {
 
 } // namespace
 
-std::vector<std::string> readableDirectories() {
+std::vector<std::string> readablePaths() {
   std::vector<std::string> all = {
       "/usr/share/fonts",      "/usr/local/share/fonts", "/usr/share/fontconfig",        "/etc/fonts",
       "/var/cache/fontconfig", "/usr/share/poppler",     "/usr/share/ghostscript/fonts", "/usr/share/X11/fonts"};
@@ -214,8 +217,7 @@ std::vector<std::string> readableDirectories() {
   below("XDG_CONFIG_HOME", "/fontconfig");
   below("XDG_CACHE_HOME", "/fontconfig");
   below("FONTCONFIG_PATH", "");
-  if (const char *file = std::getenv("FONTCONFIG_FILE"); file != nullptr && *file == '/')
-    all.push_back(std::filesystem::path(file).parent_path());
+  below("FONTCONFIG_FILE", ""); // this file alone, wherever it is
   return all;
 }
 

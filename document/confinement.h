@@ -27,7 +27,7 @@ struct Layers {
 /// read.
 Layers confine(const Limits &limits);
 
-/// The directories that can be read afterwards.
-std::vector<std::string> readableDirectories();
+/// The directories and files that can be read afterwards.
+std::vector<std::string> readablePaths();
 
 } // namespace document

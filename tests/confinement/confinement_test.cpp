@@ -89,6 +89,12 @@ struct ConfinedFiles : Confined {
 
 TEST_F(ConfinedFiles, ItReadsNoOtherFile) { EXPECT_EQ(tries("read-passwords"), noAccess); }
 
+TEST_F(ConfinedFiles, AFileThatConfiguresFontsMakesNoOtherOneReadable) {
+  setenv("FONTCONFIG_FILE", "/etc/group", 1);
+  EXPECT_EQ(tries("read-passwords"), noAccess);
+  unsetenv("FONTCONFIG_FILE");
+}
+
 TEST_F(ConfinedFiles, ItDoesNotSeeTheDocumentsFolder) { EXPECT_EQ(tries("read-folder"), noAccess); }
 
 TEST_F(ConfinedFiles, ItDoesNotOpenTheDocumentByItsName) { EXPECT_EQ(tries("read-document"), noAccess); }

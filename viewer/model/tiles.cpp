@@ -80,8 +80,9 @@ std::string Tiles::failureOf(const OpenDocument &document, const PageKey &key, c
 // Takes over an answer, completely or, if memory is exhausted, not at all.
 void Tiles::take(const PageKey &key, host::Answer &answer) {
   const OpenDocument *const opened = documents_.find(key.document);
-  if (opened == nullptr) { // not open yet
-    if (auto *page = std::get_if<host::PageImage>(&answer.value)) cache_.insert(key, std::move(page->image));
+  if (opened == nullptr) { // not open yet; one of a changed file is asked for again, so that the change is reported
+    auto *page = std::get_if<host::PageImage>(&answer.value);
+    if (page != nullptr && !answer.fileChanged) cache_.insert(key, std::move(page->image));
     asked_.erase(key);
     return;
   }

@@ -40,9 +40,9 @@ const PageFrame *PageFrames::of(int32_t page) {
 }
 
 std::optional<host::Box> areaOnPage(const PopplerRectangle &area, const host::PageSize &size) {
-  if (!host::isUsable(host::Box{area.x1, area.y1, area.x2, area.y2})) return std::nullopt;
   const auto [left, right] = std::minmax(area.x1, area.x2);
   const auto [bottom, top] = std::minmax(area.y1, area.y2);
+  if (!host::isUsable({left, top, right, bottom})) return std::nullopt;
   const host::Box part{.left = std::max(left, 0.0),
                        .top = std::min(top, size.height),
                        .right = std::min(right, size.width),

@@ -78,7 +78,9 @@ WordFont fontOf(const poppler::text_box &box) {
 // `height` is that of the page in points.
 FoundWords wordsOf(const std::vector<poppler::text_box> &list, double height) {
   const auto upright = [height](const poppler::rectf &rect) {
-    const Box box{rect.left(), height - rect.top(), rect.right(), height - rect.bottom()};
+    const auto [left, right] = std::minmax({rect.left(), rect.right()});
+    const auto [below, above] = std::minmax({rect.top(), rect.bottom()}); // downwards
+    const Box box{left, height - below, right, height - above};
     return isUsable(box) ? box : Box{};
   };
   FoundWords result;

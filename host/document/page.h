@@ -17,12 +17,13 @@ struct Box {
   bool operator==(const Box &) const = default;
 };
 
-/// Whether all of it are numbers that can be computed with: none that a file has made infinite, or far beyond any page.
+/// Whether it can be computed with: its edges are in order, and none is a number that a file has made infinite, or far
+/// beyond any page.
 inline bool isUsable(const Box &box) {
   constexpr double farthest = 1e9;
   for (const double points : {box.left, box.top, box.right, box.bottom})
     if (!(std::abs(points) <= farthest)) return false;
-  return true;
+  return box.left <= box.right && box.bottom <= box.top;
 }
 
 /// Points, of the page as shown (rotated and cropped).

@@ -18,6 +18,7 @@
 #include <initializer_list>
 #include <memory>
 
+#include "host/document/openfile.h"
 #include "host/document/sanitized.h"
 
 namespace document {
@@ -32,7 +33,9 @@ bool limitResources(const Limits &limits) {
   constexpr rlim_t descriptors = 64;
   // Whatever is written goes through a socket, or into memory that is there already.
   const bool limited = limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_CORE, 0) && limit(RLIMIT_NOFILE, descriptors);
-  return limited && (limits.memory == 0 || limit(RLIMIT_AS, limits.memory));
+  // The mapping of the file is none of its memory; the call filter denies other memory that only the second one counts.
+  return limited && (limits.memory == 0 ||
+                     (limit(RLIMIT_DATA, limits.memory) && limit(RLIMIT_AS, limits.memory + host::OpenFile::largest)));
 }
 
 bool giveUpPrivileges() {
@@ -174,8 +177,12 @@ bool filterCalls() {
   for (const int call : harmless)
     filter.allow(call);
   // Memory that can be executed would be a way to run what a file brings.
-  for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mmap2), SCMP_SYS(mprotect)})
-    filter.allow(call, {argument(2, SCMP_CMP_MASKED_EQ, PROT_EXEC, 0)});
+  constexpr scmp_arg_cmp notExecuted{2, SCMP_CMP_MASKED_EQ, PROT_EXEC, 0};
+  filter.allow(SCMP_SYS(mprotect), {notExecuted});
+  // New memory is private, because the limit of memory does not count what is shared.
+  for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mmap2)})
+    for (const scmp_datum_t flag : {MAP_SHARED, MAP_ANONYMOUS})
+      filter.allow(call, {notExecuted, argument(3, SCMP_CMP_MASKED_EQ, flag, 0)});
   // Files are opened for reading. Where the kernel restricts them, only some.
   constexpr scmp_datum_t writing = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND;
   filter.allow(SCMP_SYS(openat), {argument(2, SCMP_CMP_MASKED_EQ, writing, 0)});

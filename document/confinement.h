@@ -12,7 +12,7 @@
 namespace document {
 
 struct Limits {
-  size_t memory = size_t{1} << 30; ///< address space, in bytes; 0: none
+  size_t memory = size_t{1} << 30; ///< in bytes, besides the mapping of a file; 0: none
 };
 
 /// Which layers are in force.

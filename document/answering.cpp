@@ -46,7 +46,7 @@ template <typename Make> std::string reasonFrom(const Make &make) noexcept {
 }
 
 Failure failureOf(const std::exception &error, tavrel::ErrorCode code) noexcept {
-  return {code, false, reasonFrom([&] { return std::string(error.what()); })};
+  return {code, reasonFrom([&] { return std::string(error.what()); })};
 }
 
 // The answer that `make` returns, or the failure.
@@ -100,7 +100,7 @@ struct Answering {
   }
   // Those about its structure, which only its process reads.
   template <typename Other> Value operator()(const Other & /*asked*/) const {
-    throw HostError(tavrel::errGeneric, nameInMessage(file.file()) + ": its structure is not read here");
+    throw HostError(tavrel::errBadArgument, nameInMessage(file.file()) + ": its structure is not read here");
   }
 };
 
@@ -111,16 +111,16 @@ Failure caughtFailure(const std::filesystem::path &file) noexcept {
     throw;
   } catch (const DocumentError &error) {
     Failure failure = failureOf(error, error.code);
-    failure.needsPassword = error.reason == DocumentError::wrongPassword;
+    failure.reason = error.reason;
     return failure;
   } catch (const HostError &error) {
     return failureOf(error, error.code);
   } catch (const std::invalid_argument &error) { // of Finder
     return failureOf(error, tavrel::errBadArgument);
   } catch (const std::bad_alloc &) {
-    return {tavrel::errNoMemory, false, reasonFrom([&] { return nameInMessage(file) + ": memory is exhausted"; })};
+    return {tavrel::errNoMemory, reasonFrom([&] { return nameInMessage(file) + ": memory is exhausted"; })};
   } catch (const std::exception &error) {
-    return {tavrel::errGeneric, false, reasonFrom([&] { return nameInMessage(file) + ": " + error.what(); })};
+    return {tavrel::errDocument, reasonFrom([&] { return nameInMessage(file) + ": " + error.what(); })};
   }
 }
 

@@ -21,7 +21,7 @@ public:
       name_ = open->file;
       return document::answerOpen(*open, passed.number(), file_);
     }
-    if (file_ == nullptr) return {host::Failure{tavrel::errGeneric, false, "no document is open"}};
+    if (file_ == nullptr) return {host::Failure{tavrel::errBadArgument, "no document is open"}};
     const auto *image = std::get_if<host::ImageRequest>(&request);
     if (image == nullptr) return document::answerFrom(*file_, request, name_);
     host::Answer answer =

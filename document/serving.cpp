@@ -40,7 +40,7 @@ std::string bytesOf(const host::Answer &answer) {
   try {
     return host::messageOf(answer);
   } catch (const std::length_error &) {
-    return host::messageOf(host::Answer{host::Failure{tavrel::errDocument, false, "a page has too much text"}});
+    return host::messageOf(host::Answer{host::Failure{tavrel::errDocument, "a page has too much text"}});
   }
 }
 
@@ -108,13 +108,13 @@ private:
     try {
       answer = answerer_(request, std::move(passed));
     } catch (const std::bad_alloc &) {
-      answer = {host::Failure{tavrel::errNoMemory, false, {}}};
+      answer = {host::Failure{tavrel::errNoMemory, {}}};
     }
     if (auto *opened = std::get_if<host::Opened>(&answer.value)) opened->isConfined = isConfined_;
     if (auto *failure = std::get_if<host::Failure>(&answer.value);
         failure != nullptr && failure->code == tavrel::errNoMemory)
-      *failure = {tavrel::errDocument, false,
-                  host::nameInMessage(file_) + ": it takes more memory than its process may have"};
+      *failure = {tavrel::errDocument, host::nameInMessage(file_) + ": it takes more memory than its process may have",
+                  host::DocumentError::tooMuchMemory};
     return answer;
   }
 

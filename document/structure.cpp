@@ -89,7 +89,7 @@ public:
     return host::AttachedFile{asked.index, attached.bytes};
   }
   template <typename Other> Value operator()(const Other & /*asked*/) {
-    fail(tavrel::errGeneric, name_, "this is not about its structure");
+    fail(tavrel::errBadArgument, name_, "this is not about its structure");
   }
 
 private:

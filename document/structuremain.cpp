@@ -19,7 +19,7 @@ public:
       } catch (const std::exception &) {
         return {document::caughtFailure(open->file)};
       }
-    if (structure_ == nullptr) return {host::Failure{tavrel::errGeneric, false, "no document is open"}};
+    if (structure_ == nullptr) return {host::Failure{tavrel::errBadArgument, "no document is open"}};
     return structure_->answer(request);
   }
 

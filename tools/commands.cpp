@@ -36,7 +36,7 @@ constexpr StatusLine statusLines[] = {
     {exitNothingMarked, "no hits: nothing found, or nothing marked"},
     {exitHighlightFile, "the highlight file cannot be read"},
     {exitOutput, "an output cannot be written"},
-    {exitDamagedPages, "done, but some pages of the document are damaged and left out"},
+    {exitPagesLeftOut, "done, but some pages of the document cannot be read and are left out"},
 };
 
 std::string footer() {

@@ -15,7 +15,7 @@ enum ExitStatus : int {
   exitNothingMarked = 5, ///< no hits: nothing found, or nothing in the highlight file that the document has
   exitHighlightFile = 6, ///< the highlight file cannot be read
   exitOutput = 7,        ///< an output cannot be written
-  exitDamagedPages = 8,  ///< done, except for the pages of the document that are damaged
+  exitPagesLeftOut = 8,  ///< done, except for the pages of the document that cannot be read
 };
 
 } // namespace tools

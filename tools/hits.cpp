@@ -18,9 +18,9 @@
 
 #include "host/document/documenterror.h"
 #include "tools/ahead.h"
-#include "tools/damage.h"
 #include "tools/exit.h"
 #include "tools/failure.h"
+#include "tools/leftout.h"
 #include "tools/options.h"
 #include "tools/output.h"
 #include "tools/reading.h"
@@ -121,7 +121,7 @@ struct Found {
   std::vector<PageHits> pages;
   size_t hits = 0, leftOut = 0;
   int32_t pageCount = 0;
-  DamagedPages damaged;
+  PagesLeftOut leftOutPages;
 };
 
 Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err) {
@@ -140,8 +140,8 @@ Found search(const HitsOptions &options, const Phrase &phrase, std::ostream &err
     std::vector<Hit> hits;
     try {
       hits = phrase.find(ahead.take(page).words);
-    } catch (const host::DocumentError &) {
-      found.damaged.add(page);
+    } catch (const host::DocumentError &error) {
+      found.leftOutPages.add(page, error.reason);
     }
     found.leftOut += dropUnplaceable(hits, options.units == "words");
     found.hits += hits.size();
@@ -158,17 +158,14 @@ ExitStatus searchAndWrite(const HitsOptions &options, std::ostream &out, std::os
   const Phrase phrase = phraseOf(options.words);
   const Found found = search(options, phrase, err);
   const std::string document = options.document.string();
-  const ExitStatus status = found.damaged.none() ? exitDone : exitDamagedPages;
-  if (!found.damaged.none()) {
-    const std::string line = found.damaged.report(document, found.pageCount, DamagedPages::Processed::allPages);
-    err << "tavrel: " << line << "\n";
-  }
+  const ExitStatus status = found.leftOutPages.none() ? exitDone : exitPagesLeftOut;
+  found.leftOutPages.report(err, document, found.pageCount, PagesLeftOut::Processed::allPages, options.processes);
   if (found.leftOut > 0)
     err << "tavrel: " << document << ": " << counted(found.leftOut, "hit")
         << " left out: a highlight file has positions up to " << lastPosition << "\n";
   if (found.hits == 0)
     throw CommandFailure(exitNothingMarked, document + ": " + (found.leftOut > 0 ? "no other hits of" : "no hits of") +
-                                                " \"" + joined(options.words) + "\"");
+                                                " \"" + joined(options.words) + "\"" + found.leftOutPages.otherPages());
 
   const std::string text = highlightFile(found.pages, options.units, color, options.mode);
   if (options.output == "-") {

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <iostream>
 #include <memory>
 
 #include "host/kernel/loader.h"
@@ -19,10 +20,10 @@
 #include "plugins/BRZ/content.h"
 #include "tavrel/TavrelGLT.h"
 #include "tools/ahead.h"
-#include "tools/damage.h"
 #include "tools/display.h"
 #include "tools/failure.h"
 #include "tools/highlightfile.h"
+#include "tools/leftout.h"
 #include "tools/options.h"
 #include "tools/pagewriter.h"
 #include "tools/reading.h"
@@ -125,10 +126,10 @@ void writeDuring(PageWriter &writer, int32_t pageCount, const std::function<void
 /// The fewest bytes of a highlight file that name a page: <loc pg=1 pos=1>
 constexpr size_t bytesOfAPage = 16;
 
-DamagedPages walk(Viewer &viewer, const RenderOptions &options, const std::shared_ptr<host::Service> &service,
+PagesLeftOut walk(Viewer &viewer, const RenderOptions &options, const std::shared_ptr<host::Service> &service,
                   host::ViewerDocument &document, size_t bytes, PageWriter &writer) {
   const bool all = options.pages == "all";
-  DamagedPages damaged;
+  PagesLeftOut leftOut;
   const auto drawn = [&](host::Drawing &&drawing) {
     service->collect(); // so that the processes go on while the page is written
     if (all || drawing.marks > 0)
@@ -136,7 +137,7 @@ DamagedPages walk(Viewer &viewer, const RenderOptions &options, const std::share
     else
       writer.reportOffPage(drawing);
   };
-  const PageSink sink{drawn, [&](int32_t page) { damaged.add(page); }};
+  const PageSink sink{drawn, [&](int32_t page, const host::DocumentError &error) { leftOut.add(page, error.reason); }};
   try {
     writeDuring(writer, document.model->pageCount(), [&] {
       // A press without a new page is possible for each page that the file names.
@@ -147,7 +148,7 @@ DamagedPages walk(Viewer &viewer, const RenderOptions &options, const std::share
   } catch (const host::HostError &error) { // its text names the document
     throw CommandFailure(statusOf(error), error.what());
   }
-  return damaged;
+  return leftOut;
 }
 
 ExitStatus renderPages(const RenderOptions &options) {
@@ -169,20 +170,20 @@ ExitStatus renderPages(const RenderOptions &options) {
   PageWriter writer(options.out, options.dpi, pageCount);
   host::ViewerDocument &document = viewer.app.open(std::move(model), options.document, options.dpi);
   deliver(viewer, options, document, bytes);
-  const DamagedPages damaged = walk(viewer, options, opened.service, document, bytes.size(), writer);
+  const PagesLeftOut leftOut = walk(viewer, options, opened.service, document, bytes.size(), writer);
   writer.clear();
   viewer.app.close(document); // while the plug-ins are still loaded, so that they are notified
-  using Processed = DamagedPages::Processed;
+  using Processed = PagesLeftOut::Processed;
   const Processed processed = options.pages == "all" ? Processed::allPages : Processed::somePages;
-  if (!damaged.none())
-    std::fprintf(stderr, "tavrel: %s\n", damaged.report(options.document.string(), pageCount, processed).c_str());
+  leftOut.report(std::cerr, options.document.string(), pageCount, processed, options.processes);
 
   if (writer.hits() == 0)
     throw CommandFailure(exitNothingMarked, nameOfHits(options.hits) +
                                                 (brz::isTruncated(bytes) ? ": the file is truncated and" : ": it") +
-                                                " marks nothing in " + options.document.string());
+                                                " marks nothing" + leftOut.otherPages() +
+                                                (leftOut.none() ? " in " : " of ") + options.document.string());
   std::printf("%s\n", writer.summary().c_str());
-  return damaged.none() ? exitDone : exitDamagedPages;
+  return leftOut.none() ? exitDone : exitPagesLeftOut;
 }
 
 int failed(ExitStatus status, const char *reason) {

@@ -18,9 +18,9 @@ void walkMarkedPages(host::Application &app, host::ViewerDocument &document, siz
       auto drawing = app.drawIfNeeded(document);
       if (!drawing || !seen.insert(drawing->page).second) return false;
       if (drawing->marks > 0 || drawing->offPage > 0) sink.drawn(std::move(*drawing));
-    } catch (const host::DocumentError &) {
+    } catch (const host::DocumentError &error) {
       if (!seen.insert(page).second) return false;
-      sink.damaged(page);
+      sink.failed(page, error);
     }
     return true;
   };
@@ -41,8 +41,8 @@ void walkAllPages(host::Application &app, host::ViewerDocument &document, const 
     document.view->showPage(page);
     try {
       if (auto drawing = app.draw(document)) sink.drawn(std::move(*drawing));
-    } catch (const host::DocumentError &) {
-      sink.damaged(page);
+    } catch (const host::DocumentError &error) {
+      sink.failed(page, error);
     }
   }
 }

@@ -3,6 +3,7 @@
 // Why a document, or one of its pages, cannot be read.
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -11,7 +12,13 @@
 namespace host {
 
 struct DocumentError : HostError {
-  enum Reason { unreadable, wrongPassword };
+  enum Reason : uint8_t {
+    unreadable,    ///< damaged, or no PDF
+    wrongPassword, ///< it is encrypted: a password is needed, or another one
+    tooMuchMemory, ///< for its process
+    tooLong,       ///< for its process
+    processFailed  ///< again and again
+  };
   DocumentError(Reason why, const std::string &text) : HostError(tavrel::errDocument, text), reason(why) {}
   Reason reason;
 };

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <new>
 
-#include "host/document/documenterror.h"
 #include "host/document/utf8.h"
 
 namespace host {
@@ -47,8 +46,8 @@ bool isText(const PageText &text) {
 bool isFailure(const Failure &failure) {
   constexpr size_t longest = size_t{2} * PATH_MAX;
   const std::string &line = failure.line;
-  return failure.code > tavrel::errNone && failure.code <= tavrel::errDocument && line.size() <= longest &&
-         isLine(line);
+  return failure.code > tavrel::errNone && failure.code <= tavrel::errDocument &&
+         failure.reason <= DocumentError::processFailed && line.size() <= longest && isLine(line);
 }
 
 bool isPermutation(const std::vector<uint32_t> &order, size_t count) {
@@ -112,7 +111,7 @@ bool fits(const Request &request, const Answer &answer) { return std::visit(Fits
 void raise(const Failure &failure) {
   if (failure.code == tavrel::errNoMemory) throw std::bad_alloc();
   if (failure.code != tavrel::errDocument) throw HostError(failure.code, failure.line);
-  throw DocumentError(failure.needsPassword ? DocumentError::wrongPassword : DocumentError::unreadable, failure.line);
+  throw DocumentError(failure.reason, failure.line);
 }
 
 } // namespace host

@@ -10,11 +10,11 @@
 #include <variant>
 #include <vector>
 
+#include "host/document/documenterror.h"
 #include "host/document/find.h"
 #include "host/document/image.h"
 #include "host/document/page.h"
 #include "host/document/structure.h"
-#include "host/kernel/error.h"
 
 namespace host {
 
@@ -86,8 +86,8 @@ using Request = std::variant<OpenRequest, SizesRequest, WordsRequest, ImageReque
 /// A request that could not be fulfilled.
 struct Failure {
   tavrel::ErrorCode code = tavrel::errGeneric;
-  bool needsPassword = false; ///< or another one
-  std::string line;           ///< names the file
+  std::string line;                                         ///< names the file
+  DocumentError::Reason reason = DocumentError::unreadable; ///< if the code is errDocument
 };
 
 struct Opened {

@@ -206,6 +206,7 @@ private:
   std::unique_ptr<DocumentProcess> start(ProcessKind kind) override { return group_->start(kind); }
   bool watch(int descriptor) noexcept override { return group_->watch(descriptor); }
   void noteUnconfined() noexcept override { group_->noteUnconfined(); }
+  size_t memory() const noexcept override { return group_->options.memory; }
   std::chrono::nanoseconds pageTime() const noexcept override { return group_->options.pageTime; }
 
   bool hasProcess() const noexcept override {

@@ -64,7 +64,7 @@ void Service::handOver(Orders::iterator order) {
   try {
     if (!fits(order->request, order->answer))
       order->answer.value =
-          Failure{tavrel::errDocument, false, nameInMessage(file_) + ": the PDF library has given a wrong answer"};
+          Failure{tavrel::errDocument, nameInMessage(file_) + ": the PDF library has given a wrong answer"};
     asked.mapped()(order->answer);
   } catch (...) {
     arrived_.splice(arrived_.end(), one);

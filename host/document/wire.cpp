@@ -60,7 +60,7 @@ constexpr std::tuple membersOf<PageStructureRequest>{&PageStructureRequest::page
 template <> constexpr std::tuple membersOf<AttachmentRequest>{&AttachmentRequest::index};
 template <> constexpr std::tuple membersOf<PlainWordsRequest>{&PlainWordsRequest::page};
 
-template <> constexpr std::tuple membersOf<Failure>{&Failure::code, &Failure::needsPassword, &Failure::line};
+template <> constexpr std::tuple membersOf<Failure>{&Failure::code, &Failure::reason, &Failure::line};
 template <> constexpr std::tuple membersOf<Opened>{&Opened::pageCount, &Opened::sizes, &Opened::isConfined};
 template <> constexpr std::tuple membersOf<Sizes>{&Sizes::first, &Sizes::sizes};
 template <> constexpr std::tuple membersOf<PageWords>{&PageWords::page, &PageWords::text, &PageWords::order};

@@ -18,7 +18,7 @@
 namespace host {
 
 /// Changes with every change of the layout.
-inline constexpr uint32_t wireVersion = 3;
+inline constexpr uint32_t wireVersion = 4;
 
 /// Of a message's content. The words of a page with a million characters take 40 MB.
 inline constexpr size_t mostContent = size_t{64} << 20;

@@ -74,7 +74,7 @@ void WordCache::take(int32_t number, bool order, Answer &answer) {
   if (got == nullptr)
     page.failure = std::move(std::get<Failure>(answer.value));
   else if (page.text && page.text->words.size() != got->text.words.size()) // of another file
-    page.failure = Failure{tavrel::errDocument, false, notThere(service_, number).what()};
+    page.failure = Failure{tavrel::errDocument, notThere(service_, number).what()};
   else {
     if (!page.text) page.text = std::move(got->text); // else there may be references to it
     if (order) page.order = std::move(got->order);

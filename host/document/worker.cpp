@@ -17,28 +17,31 @@ namespace host {
 namespace {
 
 constexpr char outOfMemory[] = "out of memory"; // short enough for a string without an allocation
+constexpr char answersWrongly[] = "its process has answered wrongly";
+constexpr char takesTooMuch[] = "it takes more memory than its process may have";
 constexpr char noDescriptors[] = "there are no more file descriptors";
 
 Time now() { return std::chrono::steady_clock::now(); }
 
-Failure failureOf(tavrel::ErrorCode code, const std::filesystem::path &file, const std::string &reason) noexcept {
-  try {
-    return {code, false, nameInMessage(file) + ": " + reason};
-  } catch (const std::exception &) {
-    return {tavrel::errNoMemory, false, outOfMemory};
-  }
-}
-
 Failure failureOf(const DocumentError &error) noexcept {
   try {
-    return {error.code, false, error.what()};
+    return {error.code, error.what(), error.reason};
   } catch (const std::exception &) {
-    return {tavrel::errNoMemory, false, outOfMemory};
+    return {tavrel::errNoMemory, outOfMemory};
   }
 }
 
 // For messages, which count from 1; of a request about no single page, the document.
 std::string nameOf(int32_t page) { return page < 0 ? "it" : "page " + std::to_string(int64_t{page} + 1); }
+
+Task taskOf(const Request &request) { return {pageOf(request), kindOf(request)}; }
+
+// Whether a process may have failed so. That its owner has no memory is no process's to say.
+bool isOfProcess(const Failure &failure) {
+  const bool isItsCode = failure.code == tavrel::errDocument || failure.code == tavrel::errBadPage ||
+                         failure.code == tavrel::errBadArgument;
+  return isItsCode && failure.reason <= DocumentError::tooMuchMemory;
+}
 
 } // namespace
 
@@ -67,7 +70,7 @@ Time Worker::interruptedAt() const noexcept {
 // The timer is at the next time at which something may have to be ended.
 void Worker::arm() noexcept {
   if (!process_) return;
-  const Time next = isBusy() ? std::min(interruptedAt(), checkedAt_) : Time();
+  const Time next = isBusy() ? std::min(interruptedAt(), checkedAt_) : checkedAt_;
   if (std::exchange(armed_, next) == next) return;
   const auto time = std::chrono::nanoseconds(next.time_since_epoch());
   const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
@@ -83,12 +86,29 @@ void Worker::stop() noexcept {
   opening_.reset();
   pixels_.reset();
   opened_ = false;
+  isFresh_ = true;
 }
 
-// A process that sends something without a request is not trusted any more, or has ended.
+void Worker::beginRest() noexcept {
+  rest_ = firstLook;
+  checkedAt_ = now() + rest_;
+  usedBefore_ = process_->used();
+}
+
+// A process that has nothing to do uses next to no time.
+bool Worker::restsCalmly() noexcept {
+  if (now() < checkedAt_) return true;
+  const auto used = process_->used(), usedMeanwhile = used - std::exchange(usedBefore_, used);
+  const bool isCalm = usedMeanwhile < rest_ / 4;
+  rest_ = std::min<std::chrono::nanoseconds>(2 * rest_, longestRest);
+  checkedAt_ = now() + rest_;
+  return isCalm;
+}
+
+// A process that does something without a request is not trusted any more, or has ended.
 void Worker::checkIdle() noexcept {
   try {
-    if (process_ && process_->channel().receive().what != Received::nothing) stop();
+    if (process_ && (process_->channel().receive().what != Received::nothing || !restsCalmly())) stop();
   } catch (const std::bad_alloc &) {
     stop();
   }
@@ -105,12 +125,15 @@ bool Worker::isOverdue(Orders &answered) {
       takenFrom_->insert(current_);
   } else if (checkedAt_ <= now()) {
     const auto limit = starter_.pageTime(), used = process_->used() - usedBefore_;
-    if (used >= limit || now() - begun_ >= asleep * limit)
-      failed("it takes longer than " + std::to_string(std::chrono::ceil<std::chrono::seconds>(limit).count()) +
-                 " seconds",
-             answered);
-    else
+    if (used >= limit) {
+      const auto seconds = std::chrono::ceil<std::chrono::seconds>(limit).count();
+      failed(DocumentError::tooLong,
+             "it takes longer than " + std::to_string(seconds) + (seconds == 1 ? " second" : " seconds"), answered);
+    } else if (now() - begun_ >= asleep * limit) {
+      died("it does not go on", answered);
+    } else {
       checkedAt_ = now() + std::max(limit - used, std::chrono::nanoseconds(std::chrono::milliseconds(10)));
+    }
   }
   return !isBusy();
 }
@@ -140,7 +163,7 @@ void Worker::advance(Orders &answered, OrderQueue *others) noexcept {
       if (received.what == Received::message)
         take(received.content, answered);
       else if (received.what == Received::invalid)
-        failed("its process has answered wrongly", answered);
+        failed(DocumentError::processFailed, answersWrongly, answered);
       else if (received.what == Received::ended)
         died(process_->reasonOfEnd(), answered);
       else if (!opening_ || !takeFile())
@@ -170,6 +193,8 @@ void Worker::begin(Orders &answered, OrderQueue *others) noexcept {
 void Worker::prepare() noexcept {
   if (!process_) try {
       startProcess();
+      beginRest();
+      arm();
     } catch (const std::exception &) { // it is started when it is needed
     }
 }
@@ -186,9 +211,10 @@ void Worker::startProcess() {
 // Sends the current order, or first what opens the document in a new process. False if the process has ended.
 bool Worker::sendCurrent() {
   const Request &request = current_.front().request;
-  if (const auto dead = document_.deaths.find(pageOf(request));
-      dead != document_.deaths.end() && dead->second >= mostDeaths)
-    throw HostError(tavrel::errDocument, nameOf(dead->first) + " is not read any more: its process failed each time");
+  if (const auto dead = document_.deaths.find(taskOf(request));
+      dead != document_.deaths.end() && dead->second.count >= mostDeaths)
+    throw DocumentError(dead->second.reason, nameInMessage(document_.file) + ": " + nameOf(dead->first.page) +
+                                                 " is not read any more: " + dead->second.line);
   if (!process_) startProcess();
   usedBefore_ = process_->used();
   if (const auto *open = std::get_if<OpenRequest>(&request)) {
@@ -212,6 +238,9 @@ int Worker::memoryFor(const ImageRequest &request) {
     throw HostError(tavrel::errBadArgument, reason.str());
   }
   const size_t count = static_cast<size_t>(size.width) * static_cast<size_t>(size.height);
+  if (count > starter_.memory() / sizeof(uint32_t))
+    throw DocumentError(DocumentError::tooMuchMemory,
+                        nameInMessage(document_.file) + ": " + nameOf(request.page) + ": " + takesTooMuch);
   if (pixels_ && pixels_->pixels().size() == count) return -1;
   pixels_.reset();
   pixels_ = std::make_unique<SharedPixels>(count);
@@ -245,11 +274,18 @@ void Worker::take(std::string_view content, Orders &answered) {
     image->image = {width, height, std::vector<uint32_t>(pixels.begin(), pixels.end())}; // read once: they may change
   }
   const auto *failure = answer ? std::get_if<Failure>(&answer->value) : nullptr;
-  const bool isOwnersFailure = failure != nullptr && failure->code == tavrel::errNoMemory; // no process's
-  if (!answer || isOwnersFailure || !fits(asked, *answer)) return failed("its process has answered wrongly", answered);
-  document_.deaths.erase(pageOf(asked));
+  if (!answer || !fits(asked, *answer) || (failure != nullptr && !isOfProcess(*failure)))
+    return failed(DocumentError::processFailed, answersWrongly, answered);
+  if (opened_ && failure != nullptr && failure->reason == DocumentError::tooMuchMemory) {
+    if (!isFresh_) return startAgain(); // what it keeps of other pages may have taken the memory
+    return failed(failure->reason, takesTooMuch, answered);
+  }
+  document_.deaths.erase(taskOf(asked));
   if (failure != nullptr) pixels_.reset(); // it may not have been able to map it
-  if (opened_) return finish(std::move(answer->value), answered);
+  if (opened_) {
+    isFresh_ = false;
+    return finish(std::move(answer->value), answered);
+  }
   const auto *opened = std::get_if<Opened>(&answer->value);
   opened_ = opened != nullptr;
   if (!opened_)
@@ -261,7 +297,7 @@ void Worker::take(std::string_view content, Orders &answered) {
     return finish(std::move(answer->value), answered);
   }
   if (!opened_ || (document_.pages != 0 && opened->pageCount != document_.pages)) // it has been written to since
-    return failed("the document cannot be opened any more", answered);
+    return failed(DocumentError::unreadable, "the document cannot be opened any more", answered);
   if (!sendCurrent()) died(process_->reasonOfEnd(), answered);
 }
 
@@ -271,16 +307,27 @@ void Worker::finish(decltype(Answer::value) value, Orders &answered) noexcept {
     current_.front().answer.fileChanged = document_.open->hasChanged();
   if (pixels_ && !pixels_->isWorthKeeping()) pixels_.reset();
   answered.splice(answered.end(), current_);
+  if (process_) beginRest();
   arm();
 }
 
-void Worker::fail(tavrel::ErrorCode code, const std::string &reason, Orders &answered) noexcept {
-  finish(failureOf(code, document_.file, reason), answered);
+void Worker::fail(tavrel::ErrorCode code, const std::string &reason, Orders &answered,
+                  DocumentError::Reason why) noexcept {
+  try {
+    finish(Failure{code, nameInMessage(document_.file) + ": " + reason, why}, answered);
+  } catch (const std::exception &) {
+    finish(Failure{tavrel::errNoMemory, outOfMemory}, answered);
+  }
 }
 
-// The process has ended by itself. Another one tries again, unless it has been tried often.
-void Worker::died(const std::string &reason, Orders &answered) noexcept {
-  if (++current_.front().deaths >= mostDeaths) return failed("its process failed: " + reason, answered, mostDeaths);
+// The process has ended, or hangs. Another one tries again, unless it has been tried often.
+void Worker::died(const std::string &reason, Orders &answered) {
+  if (++current_.front().deaths < mostDeaths) return startAgain();
+  failed(DocumentError::processFailed, "its process failed: " + reason, answered);
+}
+
+// The current order goes to a new process.
+void Worker::startAgain() noexcept {
   stop();
   if (unwanted_)
     current_.clear();
@@ -288,14 +335,16 @@ void Worker::died(const std::string &reason, Orders &answered) noexcept {
     takenFrom_->insert(current_);
 }
 
-// The process is not to be used any more, for a reason that another one would give, too.
-void Worker::failed(const std::string &reason, Orders &answered, int deaths) noexcept {
-  const int32_t page = pageOf(current_.front().request);
+// The process is not to be used any more, for a reason that another one would give, too; but an image of another size
+// may take less.
+void Worker::failed(DocumentError::Reason reason, std::string line, Orders &answered) {
+  const Task task = taskOf(current_.front().request);
+  const bool tookTooMuch = reason == DocumentError::tooLong || reason == DocumentError::tooMuchMemory;
+  const bool isFinal = current_.front().deaths >= mostDeaths || (tookTooMuch && task.kind != ProcessKind::images);
   stop();
-  answering(answered, [&] {
-    document_.deaths[page] += deaths;
-    fail(tavrel::errDocument, page < 0 ? reason : nameOf(page) + ": " + reason, answered);
-  });
+  Deaths &deaths = document_.deaths[task];
+  deaths = {isFinal ? mostDeaths : deaths.count + 1, reason, std::move(line)};
+  fail(tavrel::errDocument, task.page < 0 ? deaths.line : nameOf(task.page) + ": " + deaths.line, answered, reason);
 }
 
 Worker::Polled Worker::polled() const noexcept {

@@ -21,14 +21,27 @@
 
 namespace host {
 
+/// Requests of which each may cost a process what another one did: of one page, for its image or for the rest.
+struct Task {
+  int32_t page = 0; ///< pageOf() the request
+  ProcessKind kind = ProcessKind::images;
+  auto operator<=>(const Task &) const = default;
+};
+
+/// The processes that a task has cost.
+struct Deaths {
+  int count = 0;
+  DocumentError::Reason reason = DocumentError::processFailed; ///< of the last one
+  std::string line;                                            ///< the same, as a part of a message
+};
+
 /// What the processes of a document have in common.
 struct ReadDocument {
   std::filesystem::path file; ///< as messages name it
   std::string password = {};
   std::optional<OpenFile> open = {}; ///< from the first request on
   int32_t pages = 0;                 ///< known once it has been read
-  /// Of processes that a page has cost, by pageOf() its requests: up to the third.
-  std::map<int32_t, int> deaths = {};
+  std::map<Task, Deaths> deaths = {};
 };
 
 /// What workers need of the one who runs them all.
@@ -41,6 +54,8 @@ public:
   virtual bool watch(int descriptor) noexcept = 0;
   /// Called when a process has opened a document without being confined.
   virtual void noteUnconfined() noexcept = 0;
+  /// How much memory a process may take, and an image, in bytes.
+  virtual size_t memory() const noexcept = 0;
   /// How much processor time a request may take.
   virtual std::chrono::nanoseconds pageTime() const noexcept = 0;
 };
@@ -50,10 +65,12 @@ public:
   /// What a process has not survived is given to another one. A page that costs so many processes before there is an
   /// answer is not read any more.
   static constexpr int mostDeaths = 3;
-  /// A request that uses less processor time than it may is ended after so many times that.
+  /// A process that uses less processor time than it may is replaced after so many times that.
   static constexpr int asleep = 5;
   /// What nobody wants any more, or what keeps something more urgent waiting, is ended after that time.
   static constexpr auto interruptAfter = std::chrono::milliseconds(100);
+  /// A process without an order is looked at after that time, and then ever more rarely: it may not compute.
+  static constexpr auto firstLook = std::chrono::seconds(2), longestRest = std::chrono::seconds(60);
 
   /// Takes its orders from those that wait, as others may do.
   Worker(ProcessStarter &starter, ReadDocument &document, ProcessKind kind, OrderQueue &waiting)
@@ -85,6 +102,8 @@ public:
 private:
   Time interruptedAt() const noexcept;
   void arm() noexcept;
+  void beginRest() noexcept;
+  bool restsCalmly() noexcept;
   void checkIdle() noexcept;
   bool isOverdue(Orders &answered);
   OrderQueue *nextQueue(OrderQueue *others) const noexcept;
@@ -97,26 +116,30 @@ private:
   template <typename Body> void answering(Orders &answered, const Body &body) noexcept;
   void take(std::string_view content, Orders &answered);
   void finish(decltype(Answer::value) value, Orders &answered) noexcept;
-  void fail(tavrel::ErrorCode code, const std::string &reason, Orders &answered) noexcept;
-  void died(const std::string &reason, Orders &answered) noexcept;
-  void failed(const std::string &reason, Orders &answered, int deaths = 1) noexcept;
+  void fail(tavrel::ErrorCode code, const std::string &reason, Orders &answered,
+            DocumentError::Reason why = DocumentError::unreadable) noexcept;
+  void died(const std::string &reason, Orders &answered);
+  void startAgain() noexcept;
+  void failed(DocumentError::Reason reason, std::string line, Orders &answered);
 
   ProcessStarter &starter_;
   ReadDocument &document_;
   std::unique_ptr<DocumentProcess> process_;
   bool opened_ = false; ///< by this process
+  bool isFresh_ = true; ///< it has answered nothing else
   ProcessKind kind_;
   OrderQueue &waiting_;
   OrderQueue *takenFrom_ = nullptr; ///< the current order, which goes back there if another process is to answer it
   Orders current_;                  ///< one order, or none
   std::optional<Opening> opening_;  ///< the file, for the current order
   Time begun_ = {};
-  bool unwanted_ = false;                    ///< the current one
-  Descriptor timer_;                         ///< of the process
-  Time armed_ = {};                          ///< when it expires
-  Time checkedAt_ = {};                      ///< when the current one may have used its time
-  std::chrono::nanoseconds usedBefore_ = {}; ///< processor time, by the process before it
-  std::unique_ptr<SharedPixels> pixels_;     ///< of the last image, in this process
+  bool unwanted_ = false;                     ///< the current one
+  Descriptor timer_;                          ///< of the process
+  Time armed_ = {};                           ///< when it expires
+  Time checkedAt_ = {};                       ///< when the current one may have used its time, or when to look again
+  std::chrono::nanoseconds rest_ = firstLook; ///< without an order, until the next look
+  std::chrono::nanoseconds usedBefore_ = {};  ///< processor time, by the process before the current order or rest
+  std::unique_ptr<SharedPixels> pixels_;      ///< of the last image, in this process
 };
 
 } // namespace host

@@ -56,6 +56,11 @@ struct Confined : testing::Test {
     return line;
   }
 
+  static bool hasChildren() {
+    std::ifstream list("/proc/thread-self/children");
+    return list.peek() != std::ifstream::traits_type::eof();
+  }
+
   test::ScratchFolder folder;
 };
 
@@ -137,12 +142,46 @@ TEST_F(Confined, ItTakesNoMoreMemoryThanItMay) {
   EXPECT_EQ(tries("allocate"), "Cannot allocate memory");
 }
 
+// The limit does not count it.
+TEST_F(Confined, ItMakesNoMemoryThatCouldBeShared) { EXPECT_EQ(tries("share"), denied); }
+
 TEST_F(Confined, ItIsEndedWhenItComputesTooLong) {
-  EXPECT_THAT(tries("spin", std::chrono::milliseconds(200)), HasSubstr("spin.pdf: it takes longer than 1 seconds"));
+  EXPECT_THAT(tries("spin", std::chrono::milliseconds(200)), HasSubstr("spin.pdf: it takes longer than 1 second"));
+}
+
+TEST_F(Confined, ItIsEndedWhenItComputesWithoutARequest) {
+  const auto file = folder.write("answer-and-spin.pdf", "document");
+  Processes processes({STANDIN});
+  const auto service = std::make_shared<Service>(file, processes.backend(file));
+  EXPECT_EQ(answered(processes, *service, OpenRequest{file, ""}), "answered");
+  EXPECT_TRUE(hasChildren());
+  const Time deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (hasChildren() && std::chrono::steady_clock::now() < deadline) {
+    pollfd ready{processes.descriptor(), POLLIN, 0};
+    poll(&ready, 1, 60'000);
+    service->collect();
+  }
+  EXPECT_FALSE(hasChildren());
+}
+
+// What it keeps of other pages may have taken the memory.
+TEST_F(Confined, APageThatDoesNotFitIntoAUsedProcessIsReadByAnotherOne) {
+  const auto file = folder.write("take-memory.pdf", "document");
+  Processes processes({STANDIN});
+  const auto service = std::make_shared<Service>(file, processes.backend(file));
+  ASSERT_EQ(answered(processes, *service, OpenRequest{file, ""}), "answered");
+  for (const int32_t page : {0, 1, 2})
+    EXPECT_EQ(answered(processes, *service, PlainWordsRequest{page}), "answered") << page;
+  const std::string takesMore = ": it takes more memory than its process may have";
+  EXPECT_EQ(answered(processes, *service, PlainWordsRequest{9}), file.string() + ": page 10" + takesMore);
+  EXPECT_EQ(answered(processes, *service, PlainWordsRequest{9}),
+            file.string() + ": page 10 is not read any more" + takesMore);
+  EXPECT_EQ(answered(processes, *service, PlainWordsRequest{3}), "answered");
 }
 
 TEST_F(Confined, ItIsEndedWhenItSaysNothing) {
-  EXPECT_THAT(tries("say-nothing", std::chrono::milliseconds(50)), HasSubstr("it takes longer than"));
+  EXPECT_THAT(tries("say-nothing", std::chrono::milliseconds(50)),
+              HasSubstr("say-nothing.pdf: its process failed: it does not go on"));
 }
 
 TEST_F(Confined, ItIsEndedWhenItAnswersGarbage) {

@@ -17,7 +17,9 @@
 #include <cstring>
 #include <functional>
 #include <map>
+#include <new>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "document/serving.h"
@@ -74,6 +76,11 @@ std::string allocates() {
   return "";
 }
 
+// Memory that other processes could have, too.
+std::string shares() {
+  return resultOf(mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0) != MAP_FAILED);
+}
+
 std::string makesCode() {
   return resultOf(mmap(nullptr, 4096, PROT_READ | PROT_WRITE | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) !=
                   MAP_FAILED);
@@ -120,8 +127,13 @@ std::string tries(const fs::path &document) {
       {"kill-parent", [] { return resultOf(kill(getppid(), 0) == 0); }},
       {"trace-parent", [] { return resultOf(ptrace(PTRACE_ATTACH, getppid(), nullptr, nullptr) == 0); }},
       {"allocate", allocates},
+      {"share", shares},
       {"make-code", makesCode},
       {"spin", []() -> std::string { spins(); }},
+      {"answer-and-spin",
+       []() -> std::string {
+         sends(host::messageOf(host::Answer{host::Opened{1, {}}})), spins();
+       }},
       {"say-nothing", []() -> std::string { sleeps(); }},
       {"say-garbage", [] { return sends(std::string(64, 'x')), std::string(); }},
       {"say-too-much",
@@ -132,26 +144,35 @@ std::string tries(const fs::path &document) {
        }},
       {"say-it-twice",
        [] {
-         const std::string answer = host::messageOf(host::Answer{host::Failure{tavrel::errGeneric, false, "twice"}});
+         const std::string answer = host::messageOf(host::Answer{host::Failure{tavrel::errDocument, "twice"}});
          return sends(answer + answer), std::string();
        }},
       {"say-the-owner-has-no-memory",
        [] {
-         return sends(host::messageOf(host::Answer{host::Failure{tavrel::errNoMemory, false, "none"}})), std::string();
+         return sends(host::messageOf(host::Answer{host::Failure{tavrel::errNoMemory, "none"}})), std::string();
        }},
       {"close", [] { return close(host::documentSocket), sleeps(), std::string(); }},
       {"crash", [] { return abort(), std::string(); }}};
   return attempts.at(document.stem())();
 }
 
+// Each page takes as much memory as there is, for as long as the process lives; the page 9 takes more.
+host::Answer takesMemory(const host::PlainWordsRequest &request) {
+  static bool isFull = false;
+  if (std::exchange(isFull, true) || request.page == 9) throw std::bad_alloc();
+  return {host::PagePlainWords{request.page, {U"read"}}};
+}
+
 } // namespace
 
 int main(int argc, char **argv) {
   document::serve(argc, argv, [](const host::Request &request, const host::Descriptor & /*passed*/) {
+    if (const auto *words = std::get_if<host::PlainWordsRequest>(&request)) return takesMemory(*words);
     const auto *open = std::get_if<host::OpenRequest>(&request);
     if (open == nullptr) abort();
-    if (open->file.stem() == "crash-later") return host::Answer{host::Opened{1, {}}};
+    if (open->file.stem() == "crash-later" || open->file.stem() == "take-memory")
+      return host::Answer{host::Opened{10, {}}};
     const std::string reason = tries(open->file);
-    return host::Answer{host::Failure{tavrel::errGeneric, false, reason.empty() ? "it could" : reason}};
+    return host::Answer{host::Failure{tavrel::errDocument, reason.empty() ? "it could" : reason}};
   });
 }

@@ -57,7 +57,7 @@ struct Case {
   const char *name;
   void (*fails)();
   tavrel::ErrorCode code;
-  bool needsPassword;
+  DocumentError::Reason reason;
   const char *line;
 };
 
@@ -71,22 +71,26 @@ TEST_P(Failures, HaveACodeAndALine) {
   const auto *failure = std::get_if<Failure>(&answer.value);
   ASSERT_NE(failure, nullptr);
   EXPECT_EQ(failure->code, GetParam().code);
-  EXPECT_EQ(failure->needsPassword, GetParam().needsPassword);
+  EXPECT_EQ(failure->reason, GetParam().reason);
   EXPECT_EQ(failure->line, GetParam().line);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     OfAPage, Failures,
-    testing::Values(
-        Case{"Damaged", [] { throw DocumentError(DocumentError::unreadable, "paper.pdf: page 1 is damaged"); },
-             tavrel::errDocument, false, "paper.pdf: page 1 is damaged"},
-        Case{"Encrypted", [] { throw DocumentError(DocumentError::wrongPassword, "paper.pdf: is encrypted"); },
-             tavrel::errDocument, true, "paper.pdf: is encrypted"},
-        Case{"NotThere", [] { throw HostError(tavrel::errBadPage, "paper.pdf: no page 1"); }, tavrel::errBadPage, false,
-             "paper.pdf: no page 1"},
-        Case{"NoUtf8", [] { throw std::invalid_argument("not UTF-8"); }, tavrel::errBadArgument, false, "not UTF-8"},
-        Case{"NoMemory", [] { throw std::bad_alloc(); }, tavrel::errNoMemory, false, "paper.pdf: memory is exhausted"},
-        Case{"Unknown", [] { throw std::runtime_error("broken"); }, tavrel::errGeneric, false, "paper.pdf: broken"}),
+    testing::Values(Case{"Damaged",
+                         [] { throw DocumentError(DocumentError::unreadable, "paper.pdf: page 1 is damaged"); },
+                         tavrel::errDocument, DocumentError::unreadable, "paper.pdf: page 1 is damaged"},
+                    Case{"Encrypted",
+                         [] { throw DocumentError(DocumentError::wrongPassword, "paper.pdf: is encrypted"); },
+                         tavrel::errDocument, DocumentError::wrongPassword, "paper.pdf: is encrypted"},
+                    Case{"NotThere", [] { throw HostError(tavrel::errBadPage, "paper.pdf: no page 1"); },
+                         tavrel::errBadPage, DocumentError::unreadable, "paper.pdf: no page 1"},
+                    Case{"NoUtf8", [] { throw std::invalid_argument("not UTF-8"); }, tavrel::errBadArgument,
+                         DocumentError::unreadable, "not UTF-8"},
+                    Case{"NoMemory", [] { throw std::bad_alloc(); }, tavrel::errNoMemory, DocumentError::unreadable,
+                         "paper.pdf: memory is exhausted"},
+                    Case{"Unknown", [] { throw std::runtime_error("broken"); }, tavrel::errDocument,
+                         DocumentError::unreadable, "paper.pdf: broken"}),
     [](const auto &one) { return one.param.name; });
 
 TEST(Answering, TheStructureIsNotReadInThisProcess) {

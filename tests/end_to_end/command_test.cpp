@@ -162,11 +162,11 @@ TEST_F(Command, RenderOfAllPagesLeavesOutDamagedOnesAndReportsThem) {
   const std::string hits = file("hits.xml", locations("", "<loc pg=0 pos=0 len=4>"));
   const std::string document = file("damaged.pdf", damagedPages());
   const Outcome all = outcomeEitherWay("render " + document + " " + hits + " --pages all --dpi 50");
-  EXPECT_EQ(all.status, tools::exitDamagedPages);
+  EXPECT_EQ(all.status, tools::exitPagesLeftOut);
   EXPECT_EQ(all.files.size(), 18U);
   EXPECT_FALSE(all.files.contains("page-0009.png"));
   EXPECT_FALSE(all.files.contains("page-0011.png"));
-  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 of 20 pages are damaged and left out: 9, 11\n"),
+  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 of 20 pages are damaged and are left out: 9, 11\n"),
             std::string::npos)
       << all.output;
 }
@@ -176,9 +176,10 @@ TEST_F(Command, RenderOfThePagesWithHitsLeavesOutDamagedOnesAndReportsThem) {
                                                           "pos=0 len=4>\n<loc pg=12 pos=0 len=4>"));
   const std::string document = file("damaged.pdf", damagedPages());
   const Outcome all = outcome("", "render " + document + " " + hits + " --dpi 50");
-  EXPECT_EQ(all.status, tools::exitDamagedPages);
+  EXPECT_EQ(all.status, tools::exitPagesLeftOut);
   EXPECT_EQ(all.files.size(), 2U);
-  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 pages are damaged and left out: 9, 11\n"), std::string::npos)
+  EXPECT_NE(all.output.find("tavrel: " + document + ": 2 pages are damaged and are left out: 9, 11\n"),
+            std::string::npos)
       << all.output;
 }
 

@@ -330,8 +330,8 @@ protected:
 
 TEST_F(HitsOfADamagedDocument, AreThoseOfTheOtherPagesAndTheStatusIsReported) {
   damage({9, 13});
-  EXPECT_EQ(run(), exitDamagedPages);
-  EXPECT_EQ(err.str(), line("2 of 20 pages are damaged and left out: 9, 13"));
+  EXPECT_EQ(run(), exitPagesLeftOut);
+  EXPECT_EQ(err.str(), line("2 of 20 pages are damaged and are left out: 9, 13"));
   EXPECT_EQ(out.str(), "18 hits on 18 of 20 pages -> " + options.output + "\n");
   EXPECT_THAT(test::bytesOf(options.output), HasSubstr("<loc pg=\"7\" pos=\"0\" len=\"3\"/>\n<loc pg=\"9\" "));
 }
@@ -339,8 +339,8 @@ TEST_F(HitsOfADamagedDocument, AreThoseOfTheOtherPagesAndTheStatusIsReported) {
 TEST_F(HitsOfADamagedDocument, GoToStandardOutputLikewise) {
   damage({1});
   options.output = "-";
-  EXPECT_EQ(run(), exitDamagedPages);
-  EXPECT_EQ(err.str(), line("1 of 20 pages is damaged and left out: 1"));
+  EXPECT_EQ(run(), exitPagesLeftOut);
+  EXPECT_EQ(err.str(), line("1 of 20 pages is damaged and is left out: 1"));
   EXPECT_THAT(out.str(), StartsWith("<?xml"));
 }
 
@@ -348,7 +348,8 @@ TEST_F(HitsOfADamagedDocument, AreReportedAsNoneIfNoneIsFound) {
   damage({2, 3, 4});
   options.words = {"whale"};
   EXPECT_EQ(run(), exitNothingMarked);
-  EXPECT_EQ(err.str(), line("3 of 20 pages are damaged and left out: 2-4") + line("no hits of \"whale\""));
+  EXPECT_EQ(err.str(),
+            line("3 of 20 pages are damaged and are left out: 2-4") + line("no hits of \"whale\" on the other pages"));
   EXPECT_FALSE(std::filesystem::exists(options.output));
 }
 
@@ -357,8 +358,8 @@ TEST_F(HitsOfADamagedDocument, AreThoseOfPagesThatDoNotTakeTooLong) {
   all[2] = test::slowlyReadPage();
   write(test::pdfOf(all));
   options.processes.pageTime = std::chrono::milliseconds(400);
-  EXPECT_EQ(run(), exitDamagedPages);
-  EXPECT_EQ(err.str(), line("1 of 5 pages is damaged and left out: 3"));
+  EXPECT_EQ(run(), exitPagesLeftOut);
+  EXPECT_EQ(err.str(), line("1 of 5 pages takes longer than 1 second (--page-time) and is left out: 3"));
   EXPECT_EQ(out.str(), "4 hits on 4 of 5 pages -> " + options.output + "\n");
 }
 
@@ -368,8 +369,8 @@ TEST_F(HitsOfADamagedDocument, AreThoseBeforeAMalformedPage) {
   const std::string ninth = "/Contents 22 0 R";
   ASSERT_NE(bytes.find(ninth), std::string::npos);
   write(bytes.replace(bytes.find(ninth), ninth.size(), "/Contents /Nothing"));
-  EXPECT_EQ(run(), exitDamagedPages);
-  EXPECT_EQ(err.str(), line("12 of 20 pages are damaged and left out: 9-20"));
+  EXPECT_EQ(run(), exitPagesLeftOut);
+  EXPECT_EQ(err.str(), line("12 of 20 pages are damaged and are left out: 9-20"));
   EXPECT_EQ(out.str(), "8 hits on 8 of 20 pages -> " + options.output + "\n");
 }
 

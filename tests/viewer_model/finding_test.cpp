@@ -183,6 +183,15 @@ TEST_F(FindingTest, ADamagedPageIsSkipped) {
   EXPECT_EQ(session().finding.message(), fromStart);
 }
 
+TEST_F(FindingTest, PagesThatCouldNotBeReadAreToldWhereNothingIsFound) {
+  open(folder.write("damaged.pdf", test::withDamagedPages({test::pageWith("first"), test::pageWith("lamp")}, 1)));
+  find("cellar");
+  EXPECT_EQ(session().finding.message(), "\u201Ccellar\u201D is not in the document; page 3 could not be read");
+  open(folder.write("damaged2.pdf", test::withDamagedPages({test::pageWith("first"), test::pageWith("lamp")}, 2)));
+  find("cellar");
+  EXPECT_EQ(session().finding.message(), "\u201Ccellar\u201D is not in the document; 2 pages could not be read");
+}
+
 TEST_F(FindingTest, SpacesAloneAreNotFound) {
   find("  ");
   EXPECT_THAT(session().finding.message(), HasSubstr("is not in the document"));

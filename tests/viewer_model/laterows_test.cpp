@@ -117,7 +117,7 @@ TEST_F(LateRowsTest, AreWaitedForByNobodyAndComeWithTheirPages) {
 
 TEST_F(LateRowsTest, SayThatAPageHasAnErrorOnceItHasOne) {
   fetch(100, 1);
-  backstage.answer(host::Failure{tavrel::errDocument, false, "page 101 is damaged"});
+  backstage.answer(host::Failure{tavrel::errDocument, "page 101 is damaged"});
   EXPECT_TRUE(arrives());
   fetch(100, 1);
   EXPECT_EQ(text(100), "unreadable");

@@ -73,7 +73,7 @@ public:
         std::visit(OtherSize{}, one.answer.value);
         break;
       case Fault::error:
-        one.answer.value = host::Failure{tavrel::errDocument, false, "injected"};
+        one.answer.value = host::Failure{tavrel::errDocument, "injected"};
         break;
       case Fault::twice:
         answered.push_back(one);

@@ -22,7 +22,7 @@ TEST(WhitePage, IsBoundedWhereThePageTurnsOutToBeHuge) {
   session.arrivals.collect();
   session.screen.draw(); // waits in vain for the size, and asks for the image of a letter page
   backstage.answer(host::Sizes{0, {{14'000, 14'000}}});
-  backstage.answer(host::Failure{tavrel::errDocument, false, "injected"});
+  backstage.answer(host::Failure{tavrel::errDocument, "injected"});
   testing::internal::CaptureStderr();
   session.arrivals.collect();
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "tavrel: injected\n");

@@ -11,6 +11,15 @@ namespace {
 
 constexpr host::Rgb everyMatch{0xD8, 0xE6, 0xFF}, currentMatch{0x8F, 0xB8, 0xFF};
 
+// After what has not been found: pages that could not be read may have it.
+std::string readingOf(const std::vector<int32_t> &unread) {
+  if (unread.empty()) return {};
+  return "; " +
+         (unread.size() == 1 ? "page " + std::to_string(int64_t{unread.front()} + 1)
+                             : std::to_string(unread.size()) + " pages") +
+         " could not be read";
+}
+
 // Where to scroll for a stretch to be in the middle of the window, wherever a damaged page has it.
 int middle(double from, double to, int window) {
   constexpr double farthest = 1e9;
@@ -61,7 +70,7 @@ void Finding::take(Search::Result &result) {
   const bool backwards = search_->backwards();
   std::string message = result.error;
   if (result.error.empty() && result.found.empty())
-    message = "\u201C" + search_->request().text + "\u201D is not in the document";
+    message = "\u201C" + search_->request().text + "\u201D is not in the document" + readingOf(result.unread);
   else if (result.error.empty() && (result.wrapped || wrapsAtOnce_))
     message = backwards ? "Reached the start, continued from the end" : "Reached the end, continued from the start";
   if (!wanted) message.clear();

@@ -85,7 +85,7 @@ void Opener::take(const Opening::File &file) {
   status_.remove(openingLine_); // but not an error of another file
   changes_.note(allParts);
   const auto *failed = std::get_if<host::Failure>(&file.answer->value);
-  asksPassword_ = failed != nullptr && failed->needsPassword && questions != nullptr;
+  asksPassword_ = failed != nullptr && failed->reason == host::DocumentError::wrongPassword && questions != nullptr;
   if (failed == nullptr) return takeDocument(file, std::get<host::Opened>(file.answer->value));
   notify(file.opened, asksPassword_ ? "" : failed->line); // before any other dialog
   if (asksPassword_)

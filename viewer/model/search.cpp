@@ -30,14 +30,18 @@ void Search::ask() {
 
 // True if the page ends the search.
 bool Search::take(Page &page) {
-  Result result{page.number, {}, backwards_ ? page.number > first_ : page.number < first_, {}};
+  Result result{page.number, {}, backwards_ ? page.number > first_ : page.number < first_, {}, {}};
   if (auto *failure = std::get_if<host::Failure>(&page.answer->value)) {
-    const bool damaged = failure->code == tavrel::errDocument || failure->code == tavrel::errBadPage;
-    if (!damaged) result.error = std::move(failure->line); // a damaged page has no text; other pages may
+    const bool isOfPage = failure->code == tavrel::errDocument || failure->code == tavrel::errBadPage;
+    if (isOfPage) // others may have the text
+      unread_.push_back(page.number);
+    else
+      result.error = std::move(failure->line);
   } else {
     result.found = std::move(std::get<host::PageMatches>(page.answer->value).found);
   }
   if (result.found.empty() && result.error.empty() && searched_ + 1 < pages_) return false;
+  result.unread = std::move(unread_); // nothing throws any more
   result_ = std::move(result);
   return true;
 }

@@ -31,6 +31,7 @@ public:
     std::vector<host::Found> found; ///< empty: the text is not in the document
     bool wrapped = false;           ///< the search passed an end of the document
     std::string error;
+    std::vector<int32_t> unread; ///< pages that could not be read, in the order of the search
   };
 
   /// The document has `pages`; the search begins with `first` of them.
@@ -62,6 +63,7 @@ private:
   bool backwards_;
   int32_t asked_ = 0, searched_ = 0;
   std::list<Page> underWay_; ///< in the order in which they are searched
+  std::vector<int32_t> unread_;
   std::optional<Result> result_;
 };
 

@@ -225,8 +225,30 @@ TEST_F(ProcessesTest, APageThatTakesMoreMemoryThanItsProcessMayIsAnErrorOfTheDoc
   }
   const auto &failure = std::get<Failure>(asked.answers[1].value);
   EXPECT_EQ(failure.code, tavrel::errDocument);
-  EXPECT_EQ(failure.line, file.string() + ": it takes more memory than its process may have");
+  EXPECT_EQ(failure.reason, DocumentError::tooMuchMemory);
+  EXPECT_EQ(failure.line, file.string() + ": page 1: it takes more memory than its process may have");
   EXPECT_EQ(image(asked.answers[2]).width, 400);
+}
+
+TEST_F(ProcessesTest, AFileMayBeLargerThanTheMemoryOfItsProcess) {
+  const auto file = folder.write("large.pdf", "");
+  std::string bytes = test::pdfOf(test::numberedPages(1));
+  const size_t table = bytes.rfind("\nxref") + 1, pointer = bytes.rfind("startxref\n") + sizeof "startxref";
+  constexpr size_t gap = size_t{600} << 20;
+  bytes.replace(pointer, bytes.find('\n', pointer) - pointer, std::to_string(table + gap));
+  std::ofstream stream(file, std::ios::binary);
+  stream.write(bytes.data(), static_cast<std::streamsize>(table));
+  stream.seekp(static_cast<std::streamoff>(table + gap)); // takes no room on the disk
+  stream << bytes.substr(table);
+  stream.close();
+  Processes small{{documentProgram(), size_t{256} << 20}};
+  Asked asked{std::make_shared<Service>(file, small.backend(file))};
+  asked.ask(OpenRequest{file, ""}, Urgency::awaited);
+  asked.ask(imageOf(0), Urgency::awaited);
+  for (const Ticket &ticket : asked.tickets)
+    ASSERT_TRUE(asked.service->await(ticket, Time::max()));
+  EXPECT_EQ(lineOf(asked.answers[0]), "");
+  EXPECT_EQ(image(asked.answers[1]).width, 400);
 }
 
 TEST_F(ProcessesTest, NameAMissingFile) {
@@ -248,7 +270,7 @@ TEST_F(ProcessesTest, AskForAPassword) {
   for (const char *password : {"", "wrong"}) {
     Asked &asked = request(file, password);
     ASSERT_TRUE(answers(asked, 1));
-    EXPECT_TRUE(std::get<Failure>(asked.answers[0].value).needsPassword) << password;
+    EXPECT_EQ(std::get<Failure>(asked.answers[0].value).reason, DocumentError::wrongPassword) << password;
   }
   Asked &asked = open(file, "user");
   asked.ask(imageOf(0));

@@ -126,7 +126,7 @@ TEST_F(ServedTest, WordsThatComeInTimeAreNotReported) {
 }
 
 TEST_F(ServedTest, AFailureIsThrownAndAskedAboutAgain) {
-  backstage.whileWaited = [](test::Backstage &stage) { stage.answer(Failure{tavrel::errDocument, false, "damaged"}); };
+  backstage.whileWaited = [](test::Backstage &stage) { stage.answer(Failure{tavrel::errDocument, "damaged"}); };
   EXPECT_EQ(errorOfWords(3), "damaged");
   answersWords();
   EXPECT_EQ(document->pageText(3).text(), U"a bc");
@@ -134,15 +134,13 @@ TEST_F(ServedTest, AFailureIsThrownAndAskedAboutAgain) {
 
 TEST_F(ServedTest, AFailureThatComesLateIsNotReported) {
   errorOfWords(3);
-  backstage.answer(Failure{tavrel::errDocument, false, "damaged"});
+  backstage.answer(Failure{tavrel::errDocument, "damaged"});
   service->collect();
   EXPECT_THAT(late, IsEmpty());
 }
 
 TEST_F(ServedTest, ExhaustedMemoryIsThatForTheCallerToo) {
-  backstage.whileWaited = [](test::Backstage &stage) {
-    stage.answer(Failure{tavrel::errNoMemory, false, "no memory"});
-  };
+  backstage.whileWaited = [](test::Backstage &stage) { stage.answer(Failure{tavrel::errNoMemory, "no memory"}); };
   EXPECT_THROW(document->pageText(3), std::bad_alloc);
 }
 
@@ -284,7 +282,7 @@ TEST_F(ServedTest, AfterwardsTheSameWordsAreWaitedForAgain) {
 
 TEST_F(ServedTest, WithoutWaitingAFailureIsNotAskedAboutAgain) {
   document->withoutWaiting([this] { errorOfWords(3); });
-  backstage.answer(Failure{tavrel::errDocument, false, "page 4 is damaged"});
+  backstage.answer(Failure{tavrel::errDocument, "page 4 is damaged"});
   service->collect();
   EXPECT_THAT(document->withoutWaiting([this] { EXPECT_EQ(errorOfWords(3), "page 4 is damaged"); }), IsEmpty());
   EXPECT_THAT(backstage.asked, IsEmpty());
@@ -296,7 +294,7 @@ TEST_F(ServedTest, WithoutWaitingASizeThatIsNotThereIsMissingToo) {
   });
   EXPECT_THAT(missing, ElementsAre(700));
   EXPECT_TRUE(document->isAwaited(700));
-  backstage.answer(Failure{tavrel::errDocument, false, "injected"});
+  backstage.answer(Failure{tavrel::errDocument, "injected"});
   service->collect();
   EXPECT_FALSE(document->isAwaited(700));
   EXPECT_THAT(document->withoutWaiting([this] { EXPECT_EQ(document->pageSize(700).width, 612); }), IsEmpty());

@@ -220,7 +220,7 @@ TEST_P(Answers, AreFailuresWhereTheyDoNotFit) {
   const Ticket ticket = service->ask(GetParam().request, Urgency::shown, [&](Answer &answer) {
     const auto *failure = std::get_if<Failure>(&answer.value);
     line = failure == nullptr ? "none" : failure->line;
-    EXPECT_FALSE(failure != nullptr && failure->needsPassword);
+    EXPECT_FALSE(failure != nullptr && failure->reason == DocumentError::wrongPassword);
   });
   backstage.answer(GetParam().answer);
   service->collect();
@@ -285,6 +285,10 @@ INSTANTIATE_TEST_SUITE_P(
         Exchange{"AWordTurnedBack", WordsRequest{3}, changed([](WordText &word) { word.quarterTurns = -1; }), false},
         Exchange{"AWordFarAway", WordsRequest{3}, changed([](WordText &word) { word.bounds.left = -1e9; }), true},
         Exchange{"AWordTooFarAway", WordsRequest{3}, changed([](WordText &word) { word.bounds.left = -1.1e9; }), false},
+        Exchange{"AWordWithItsEdgesSwapped", WordsRequest{3},
+                 changed([](WordText &word) { word.bounds = {.left = 1}; }), false},
+        Exchange{"ACharacterUpsideDown", WordsRequest{3},
+                 changed([](WordText &word) { word.characters[0] = {.bottom = 1}; }), false},
         Exchange{"ACharacterWithoutAPlace", WordsRequest{3},
                  changed([](WordText &word) { word.characters[1].top = std::nan(""); }), false},
         Exchange{"PlainWords", PlainWordsRequest{3}, PagePlainWords{3, {U"\uD7FF", U"\U0010FFFF"}}, true},
@@ -307,14 +311,15 @@ INSTANTIATE_TEST_SUITE_P(
         Exchange{"TooLongAnAttachedFile", AttachmentRequest{7},
                  AttachedFile{7, std::string(most::attachedFile + 1, 'a')}, false},
         Exchange{"AnotherKind", ImageRequest{3, 72}, PageMatches{3, {}}, false},
-        Exchange{"AFailureWithoutACode", WordsRequest{3}, Failure{tavrel::errNone, false, "a"}, false},
-        Exchange{"AFailureOfAnUnknownCode", WordsRequest{3}, Failure{tavrel::ErrorCode{8}, false, "a"}, false},
-        Exchange{"AFailureOfTwoLines", WordsRequest{3}, Failure{tavrel::errDocument, false, "a\nb"}, false},
-        Exchange{"AFailureThatControlsATerminal", WordsRequest{3}, Failure{tavrel::errDocument, false, "a\u009B2J"},
-                 false},
-        Exchange{"AFailureThatIsNoText", WordsRequest{3}, Failure{tavrel::errDocument, false, "a\xFF"}, false},
+        Exchange{"AFailureWithoutACode", WordsRequest{3}, Failure{tavrel::errNone, "a"}, false},
+        Exchange{"AFailureOfAnUnknownCode", WordsRequest{3}, Failure{tavrel::ErrorCode{8}, "a"}, false},
+        Exchange{"AFailureForAnUnknownReason", WordsRequest{3},
+                 Failure{tavrel::errDocument, "a", DocumentError::Reason{DocumentError::processFailed + 1}}, false},
+        Exchange{"AFailureOfTwoLines", WordsRequest{3}, Failure{tavrel::errDocument, "a\nb"}, false},
+        Exchange{"AFailureThatControlsATerminal", WordsRequest{3}, Failure{tavrel::errDocument, "a\u009B2J"}, false},
+        Exchange{"AFailureThatIsNoText", WordsRequest{3}, Failure{tavrel::errDocument, "a\xFF"}, false},
         Exchange{"AFailureWithoutAnEnd", WordsRequest{3},
-                 Failure{tavrel::errDocument, false, std::string(2 * PATH_MAX + 1, 'a')}, false}),
+                 Failure{tavrel::errDocument, std::string(2 * PATH_MAX + 1, 'a')}, false}),
     [](const auto &exchange) { return exchange.param.name; });
 
 } // namespace

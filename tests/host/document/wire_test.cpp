@@ -48,7 +48,7 @@ PageStructure pageStructure() {
 }
 
 std::vector<Answer> answers() {
-  return {{Failure{tavrel::errDocument, true, "a.pdf: no"}},
+  return {{Failure{tavrel::errDocument, "a.pdf: no", DocumentError::wrongPassword}},
           {Opened{3, {{1, 2}, {3, 4}}}},
           {Sizes{5, {{612, 792}}}},
           {PageWords{4, {{word(), {U"b", 15, {}, {{}}, 0}}}, {1, 0}}},

@@ -104,7 +104,7 @@ TEST_F(Ahead, ThePageThatFailsIsTheFirstInOrderNotInTime) {
     all.asked.reverse();
     while (!all.asked.empty()) {
       const std::string page = std::to_string(pageAsked(all.asked.front()));
-      all.answer(host::Failure{tavrel::errDocument, false, "paper.pdf: page " + page});
+      all.answer(host::Failure{tavrel::errDocument, "paper.pdf: page " + page});
     }
   };
   for (const char *line : {"paper.pdf: page 3", "paper.pdf: page 4"})
@@ -114,7 +114,7 @@ TEST_F(Ahead, ThePageThatFailsIsTheFirstInOrderNotInTime) {
 TEST_F(Ahead, PagesAfterOneThatFailsAreTakenFromThoseAskedFor) {
   Words ahead = reaching({5});
   backstage.whileWaited = [](test::Backstage &all) {
-    all.answer(host::Failure{tavrel::errDocument, false, "paper.pdf: page 1"});
+    all.answer(host::Failure{tavrel::errDocument, "paper.pdf: page 1"});
     while (!all.asked.empty())
       all.answer(host::PagePlainWords{pageAsked(all.asked.front()), {}});
   };

@@ -54,7 +54,7 @@ struct Walk : test::Viewer {
   }
   tools::PageSink sink() {
     return {[this](const host::Drawing &drawing) { written.push_back(drawing.page); },
-            [this](int32_t page) { damaged.push_back(page); }};
+            [this](int32_t page, const host::DocumentError &) { damaged.push_back(page); }};
   }
   void walk(size_t limit = 10) { tools::walkMarkedPages(app, *document, limit, sink()); }
 

@@ -73,5 +73,31 @@ TEST_F(OpeningOrder, ALateFileThatIsChosenMeanwhileComesToTheFront) {
   EXPECT_EQ(front(), "late.pdf");
 }
 
+TEST(OpeningManyFiles, TakesFewProcessesAtATime) {
+  const test::ScratchFolder folder;
+  std::vector<Target> targets;
+  for (int i = 0; i < 10; ++i)
+    targets.push_back({folder.write(std::to_string(i) + ".pdf", test::pdfOf(test::numberedPages(1))), {}});
+  bool released = false;
+  int64_t asked = 0;
+  host::Runtime runtime;
+  host::Application app(runtime);
+  Session session(app, [&](const std::filesystem::path &file) {
+    ++asked;
+    return test::lateService(
+        file, [](const host::Request &) { return true; }, released);
+  });
+  session.opener.openAll(targets, {});
+  session.arrivals.collect();
+  EXPECT_EQ(asked, Opening::atOnce);
+  released = true;
+  session.arrivals.collect();
+  EXPECT_EQ(asked, 2 * Opening::atOnce) << "those that follow";
+  for (int round = 0; round < 20; ++round)
+    session.arrivals.collect();
+  EXPECT_EQ(session.documents.all().size(), targets.size());
+  EXPECT_EQ(session.documents.front()->file.filename(), "9.pdf");
+}
+
 } // namespace
 } // namespace viewer

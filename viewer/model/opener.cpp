@@ -78,6 +78,7 @@ void Opener::reload(const OpenDocument &document, const std::string &password, b
 }
 
 void Opener::takeOpened() {
+  opening_.proceed();
   if (const std::optional<Opening::File> file = opening_.take()) take(*file);
 }
 

@@ -7,16 +7,35 @@
 namespace viewer {
 
 void Opening::request(File file) {
-  files_.reserve(files_.size() + 1);
-  file.service = makeService_(file.target.file);
-  file.ticket = file.service->ask(host::OpenRequest{file.target.file, file.password}, host::Urgency::shown,
-                                  [this, number = file.number](host::Answer &answer) {
-                                    const auto found = std::find_if(files_.begin(), files_.end(), [=](const File &one) {
-                                      return one.number == number;
-                                    });
-                                    if (found != files_.end()) found->answer = std::move(answer);
-                                  });
   files_.push_back(std::move(file));
+  try {
+    proceed();
+  } catch (...) {
+    files_.pop_back();
+    throw;
+  }
+}
+
+void Opening::proceed() {
+  const auto isUnderWay = [](const File &file) { return file.service != nullptr && !isAnswered(file); };
+  const auto underWay = std::count_if(files_.begin(), files_.end(), isUnderWay);
+  auto next = files_.begin();
+  for (int64_t count = underWay; count < atOnce; ++count) {
+    next = std::find_if(next, files_.end(), [](const File &file) { return file.service == nullptr; });
+    if (next == files_.end()) return;
+    ask(*next);
+  }
+}
+
+void Opening::ask(File &file) {
+  auto service = makeService_(file.target.file);
+  file.ticket = service->ask(host::OpenRequest{file.target.file, file.password}, host::Urgency::shown,
+                             [this, number = file.number](host::Answer &answer) {
+                               const auto found = std::find_if(files_.begin(), files_.end(),
+                                                               [=](const File &one) { return one.number == number; });
+                               if (found != files_.end()) found->answer = std::move(answer);
+                             });
+  file.service = std::move(service);
 }
 
 std::optional<Opening::File> Opening::take() {
@@ -39,7 +58,7 @@ void Opening::dropReload(uint64_t document) {
 
 void Opening::addServices(Services &services) const {
   for (const File &file : files_)
-    services.push_back(file.service);
+    if (file.service != nullptr) services.push_back(file.service);
 }
 
 } // namespace viewer

@@ -33,15 +33,20 @@ public:
     uint64_t together = 0;                 ///< the number of the first file that was requested with it; 0: alone
     bool passwordIsKnown = false;          ///< it opened the document before: no answer of the user's
     std::vector<WhenOpened> opened = {};
-    std::shared_ptr<host::Service> service = {};
+    std::shared_ptr<host::Service> service = {}; ///< null while it waits
     host::Ticket ticket = {};
     std::optional<host::Answer> answer = {}; ///< host::Opened or host::Failure
   };
 
   explicit Opening(ServiceMaker makeService) : makeService_(std::move(makeService)) {}
 
-  /// Opens a file. If memory is exhausted, throws and does nothing.
+  /// How many files are opened at the same time: each takes a process.
+  static constexpr int64_t atOnce = 4;
+
+  /// Opens a file, after those that were requested before. If memory is exhausted, throws and does nothing.
   void request(File file);
+  /// Goes on with those that wait. If memory is exhausted, throws; a further call goes on.
+  void proceed();
   bool empty() const { return files_.empty(); }
   template <typename Predicate> bool any(const Predicate &predicate) const {
     return std::any_of(files_.begin(), files_.end(), predicate);
@@ -62,6 +67,7 @@ public:
   void addServices(Services &services) const;
 
 private:
+  void ask(File &file);
   static bool isAnswered(const File &file) { return file.answer.has_value(); }
 
   ServiceMaker makeService_;

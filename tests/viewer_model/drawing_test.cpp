@@ -224,6 +224,21 @@ TEST_F(DrawingTest, ADamagedPageIsReportedOnce) {
             "tavrel: " + session().documents.front()->file.string() + ": page 3 is damaged\n");
 }
 
+TEST_F(DrawingTest, ADamagedPageIsPrintedOnceAtAllSizes) {
+  open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(1), 1)));
+  session().moving.goToPage(1);
+  testing::internal::CaptureStderr();
+  int reports = 0;
+  session().status.listener = [&](const std::string &) { ++reports; };
+  for (int sizes = 0; sizes < 3; ++sizes) {
+    session().moving.zoomBy(1);
+    ASSERT_TRUE(draws());
+  }
+  EXPECT_GT(reports, 1);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "tavrel: " + session().documents.front()->file.string() + ": page 2 is damaged\n");
+}
+
 TEST_F(DrawingTest, ThePagesAroundADamagedOneHaveNoError) {
   open(folder.write("damaged.pdf", test::withDamagedPages(test::numberedPages(2), 1)));
   session().moving.goToPage(2);

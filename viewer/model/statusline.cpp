@@ -13,7 +13,10 @@ void StatusLine::set(std::string line) {
 }
 
 void StatusLine::report(std::string line) {
-  std::fprintf(stderr, "tavrel: %s\n", line.c_str());
+  if (line != printed_) { // a page that cannot be read fails at each size
+    std::fprintf(stderr, "tavrel: %s\n", line.c_str());
+    printed_ = line;
+  }
   if (listener) listener(line);
   set(std::move(line));
 }

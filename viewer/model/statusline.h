@@ -16,7 +16,7 @@ public:
 
   const std::string &message() const { return message_; }
   void set(std::string line);
-  /// Prints the line to standard error, too.
+  /// Prints the line to standard error, too, unless it was the last one that was printed.
   void report(std::string line);
   /// Called with each line that is reported.
   std::function<void(const std::string &line)> listener;
@@ -26,6 +26,7 @@ public:
 private:
   Changes &changes_;
   std::string message_;
+  std::string printed_;
 };
 
 } // namespace viewer

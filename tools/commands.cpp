@@ -3,6 +3,8 @@
 // The command line of `tavrel`. Each subcommand has a separate source.
 #include "tools/commands.h"
 
+#include <spawn.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -87,13 +89,26 @@ std::string lineOf(const CLI::App &app, const CLI::ParseError &error) {
          "--help)";
 }
 
-// What the program that reads documents says of itself.
+// What the programs that read documents say of themselves.
 int reportConfinement() {
-  std::cout << std::flush;
-  const std::string program = host::documentProgram();
-  execl(program.c_str(), program.c_str(), host::confinementOption, nullptr);
-  std::cerr << "tavrel: " << program << ": " << std::strerror(errno) << "\n";
-  return exitHostFailure;
+  for (const std::string program : {host::documentProgram(), host::structureProgram()}) {
+    std::cout << program << ":\n" << std::flush;
+    std::string name = program, option = host::confinementOption;
+    char *const arguments[] = {name.data(), option.data(), nullptr};
+    pid_t id = 0;
+    if (const int error = posix_spawn(&id, program.c_str(), nullptr, nullptr, arguments, environ); error != 0) {
+      std::cerr << "tavrel: " << program << ": " << std::strerror(error) << "\n";
+      return exitHostFailure;
+    }
+    int status = 0;
+    while (waitpid(id, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
+      std::cerr << "tavrel: " << program << ": cannot report what confines it\n";
+      return exitHostFailure;
+    }
+  }
+  return exitDone;
 }
 
 } // namespace

@@ -46,9 +46,25 @@ std::vector<std::string> environmentPassedOn() {
   return all;
 }
 
+// Where a program may be: beside the directory of this one, or where it is installed.
+std::vector<fs::path> placesOf(const fs::path &name) {
+  std::vector<fs::path> places;
+  const fs::path relative = TAVREL_LIBEXEC_FROM_PROGRAM;
+  std::error_code unreadable;
+  const fs::path self = fs::read_symlink("/proc/self/exe", unreadable);
+  if (!self.empty() && relative.is_relative())
+    places.push_back((self.parent_path() / relative / name).lexically_normal());
+  if (fs::path installed = fs::path(TAVREL_INSTALLED_LIBEXEC) / name; places.empty() || places.front() != installed)
+    places.push_back(std::move(installed));
+  return places;
+}
+
 [[noreturn]] void fail(const fs::path &program, int error) {
-  throw HostError(tavrel::errGeneric,
-                  program.string() + " cannot be started: " + std::generic_category().message(error));
+  std::string reason = program.string() + " cannot be started: " + std::generic_category().message(error);
+  const std::vector<fs::path> places = placesOf(program.filename());
+  if (error == ENOENT && places.size() > 1 && program == places.back())
+    reason += "; nor is it in " + places.front().parent_path().string();
+  throw HostError(tavrel::errGeneric, reason);
 }
 
 // How a process is started: it has nothing but its socket, not even a terminal to write to, no signal is blocked or
@@ -108,20 +124,17 @@ SocketPair socketPair(const fs::path &program) {
   return {Descriptor(ends[0]), Descriptor(ends[1])};
 }
 
-fs::path besideThisProgram(const char *name) {
-  const fs::path relative = fs::path(TAVREL_LIBEXEC_FROM_PROGRAM) / name;
+// The first place where it is, or else the last one.
+fs::path found(const char *name) {
+  const std::vector<fs::path> places = placesOf(name);
   std::error_code unreadable;
-  const fs::path self = fs::read_symlink("/proc/self/exe", unreadable);
-  if (!self.empty() && relative.is_relative())
-    if (fs::path beside = (self.parent_path() / relative).lexically_normal(); fs::exists(beside, unreadable))
-      return beside;
-  return fs::path(TAVREL_INSTALLED_LIBEXEC) / name;
+  return fs::exists(places.front(), unreadable) ? places.front() : places.back();
 }
 
 } // namespace
 
-fs::path documentProgram() { return besideThisProgram("tavrel-document"); }
-fs::path structureProgram() { return besideThisProgram("tavrel-structure"); }
+fs::path documentProgram() { return found("tavrel-document"); }
+fs::path structureProgram() { return found("tavrel-structure"); }
 
 DocumentProcess::DocumentProcess(const fs::path &program, size_t memory) : channel_(Descriptor()) {
   SocketPair pair = socketPair(program);

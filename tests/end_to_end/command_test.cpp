@@ -504,6 +504,32 @@ TEST_F(Command, AnInstallationThatWasMovedFindsItsPlugIns) {
   EXPECT_EQ(result.status, tools::exitDone) << result.output;
 }
 
+TEST_F(Command, AMissingProgramIsNamedWithThePlacesWhereItMayBe) {
+  if (fs::path(TAVREL_BINDIR).is_absolute()) GTEST_SKIP() << "absolute paths of the configuration do not move";
+  fs::create_directories(folder / "bin");
+  fs::copy_file(tavrel, folder / "bin/tavrel");
+  const std::string moved = folder / "bin/tavrel";
+  const CommandResult hits = run(moved + " hits " + documents + "/two-columns.pdf words -o -");
+  EXPECT_EQ(hits.status, tools::exitHostFailure);
+  EXPECT_NE(
+      hits.output.find("tavrel-document cannot be started: No such file or directory; nor is it in " + folder.string()),
+      std::string::npos)
+      << hits.output;
+  const CommandResult version = run(moved + " --version --verbose");
+  EXPECT_EQ(version.status, tools::exitHostFailure);
+  EXPECT_NE(version.output.find("tavrel-document: No such file or directory"), std::string::npos) << version.output;
+}
+
+TEST_F(Command, BothProgramsThatReadDocumentsReportTheirConfinement) {
+  const CommandResult result = run(tavrel + " --version --verbose");
+  EXPECT_EQ(result.status, tools::exitDone);
+  const size_t second = result.output.find(host::structureProgram().string() + ":\n");
+  EXPECT_LT(result.output.find(host::documentProgram().string() + ":\n"), second);
+  ASSERT_NE(second, std::string::npos) << result.output;
+  for (const size_t from : {size_t{0}, second})
+    EXPECT_NE(result.output.find("no privileges\n", from), std::string::npos) << result.output;
+}
+
 /// The number of processes with that text in their environment.
 int processesWith(const std::string &text) {
   int found = 0;

@@ -8,9 +8,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <clocale>
 #include <cstdlib>
 
+#include "host/document/descriptor.h"
 #include "host/kernel/error.h"
 #include "host/view/toplevel.h"
 #include "viewer/window/colors.h"
@@ -24,6 +26,8 @@ String currentLocale(::Display * /*display*/, String /*language*/, XtPointer /*c
   XSetLocaleModifiers("");
   return std::setlocale(LC_CTYPE, nullptr);
 }
+
+bool hasNoDescriptors() { return !host::Descriptor(dup(STDERR_FILENO)) && errno == EMFILE; }
 
 // Not through exit: threads still use what it would destroy.
 int endWithoutDisplay(::Display *display) {
@@ -79,10 +83,11 @@ Toolkit::Toolkit(const ToolkitOptions &options) {
                            nullptr, 0, &count, arguments);
   const char *asked = XDisplayName(options.display.empty() ? nullptr : options.display.c_str());
   if (display_ == nullptr || !Colors::usable(display_)) {
-    const std::string reason =
-        *asked == '\0' ? "no DISPLAY is set"
-                       : std::string("display ") + asked +
-                             (display_ == nullptr ? ": cannot be opened" : ": shows fewer than 24 bits of colour");
+    const std::string reason = *asked == '\0' ? "no DISPLAY is set"
+                                              : std::string("display ") + asked +
+                                                    (display_ != nullptr  ? ": shows fewer than 24 bits of colour"
+                                                     : hasNoDescriptors() ? ": there are no more file descriptors"
+                                                                          : ": cannot be opened");
     XtDestroyApplicationContext(context_);
     throw host::HostError(tavrel::errGeneric, reason);
   }

@@ -213,8 +213,9 @@ bool Worker::sendCurrent() {
   const Request &request = current_.front().request;
   if (const auto dead = document_.deaths.find(taskOf(request));
       dead != document_.deaths.end() && dead->second.count >= mostDeaths)
-    throw DocumentError(dead->second.reason, nameInMessage(document_.file) + ": " + nameOf(dead->first.page) +
-                                                 " is not read any more: " + dead->second.line);
+    throw DocumentError(dead->second.reason,
+                        nameInMessage(document_.file) + ": " + nameOf(dead->first.page) +
+                            " is not read until the document is loaded again: " + dead->second.line);
   if (!process_) startProcess();
   usedBefore_ = process_->used();
   if (const auto *open = std::get_if<OpenRequest>(&request)) {

@@ -175,7 +175,7 @@ TEST_F(Confined, APageThatDoesNotFitIntoAUsedProcessIsReadByAnotherOne) {
   const std::string takesMore = ": it takes more memory than its process may have";
   EXPECT_EQ(answered(processes, *service, PlainWordsRequest{9}), file.string() + ": page 10" + takesMore);
   EXPECT_EQ(answered(processes, *service, PlainWordsRequest{9}),
-            file.string() + ": page 10 is not read any more" + takesMore);
+            file.string() + ": page 10 is not read until the document is loaded again" + takesMore);
   EXPECT_EQ(answered(processes, *service, PlainWordsRequest{3}), "answered");
 }
 
@@ -213,7 +213,7 @@ TEST_F(Confined, ACrashAfterOpeningIsTheErrorOfThatRequestAlone) {
   const auto service = std::make_shared<Service>(file, processes.backend(file));
   ASSERT_EQ(answered(processes, *service, OpenRequest{file, ""}), "answered");
   EXPECT_THAT(answered(processes, *service, StructureRequest{1}), HasSubstr("it was ended: Aborted"));
-  EXPECT_THAT(answered(processes, *service, StructureRequest{1}), HasSubstr("it is not read any more"));
+  EXPECT_THAT(answered(processes, *service, StructureRequest{1}), HasSubstr("it is not read until"));
   EXPECT_THAT(answered(processes, *service, AttachmentRequest{0}), HasSubstr("it was ended: Aborted"));
 }
 

@@ -78,8 +78,9 @@ protected:
     const host::Drawing &drawing = *session.screen.shown().drawing;
     if (!session.tiles.error().empty()) {
       ++unreadable;
-      EXPECT_THAT(session.tiles.error(), AnyOf(HasSubstr(": its process failed: it was ended: Killed"),
-                                               HasSubstr(" is not read any more: its process failed each time")));
+      EXPECT_THAT(session.tiles.error(),
+                  AnyOf(HasSubstr(": its process failed: it was ended: Killed"),
+                        HasSubstr(" is not read until the document is loaded again: its process failed: it")));
       EXPECT_EQ(drawing.image.row(0)[0], 0xFFFFFFFF);
       return;
     }

@@ -4,6 +4,7 @@
 #include "host/document/channel.h"
 
 #include <gmock/gmock.h>
+#include <malloc.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -15,6 +16,7 @@
 #include <cstring>
 #include <ctime>
 #include <filesystem>
+#include <memory>
 #include <thread>
 #include <utility>
 
@@ -123,6 +125,25 @@ TEST_F(ChannelTest, ALongMessageIsSentWhileItIsReceived) {
   sender.join();
   EXPECT_EQ(received.what, Received::message);
   EXPECT_TRUE(received.content == content);
+}
+
+TEST_F(ChannelTest, TheMemoryOfALongMessageIsGivenBack) {
+  const auto allocated = [] {
+    const struct mallinfo2 all = mallinfo2();
+    return all.uordblks + all.hblkhd;
+  };
+  const size_t before = allocated();
+  const auto block = std::make_unique<std::string>(1'000'000, 'w');
+  if (allocated() < before + block->size()) GTEST_SKIP() << "the allocator is another one, which is not counted";
+  std::thread sender([&] {
+    Channel channel{std::move(right), Channel::Takes::descriptors};
+    EXPECT_TRUE(channel.send(message(std::string(3'000'000, 'w'))));
+  });
+  EXPECT_EQ(left->await().what, Received::message);
+  sender.join();
+  EXPECT_GT(allocated(), before + 3'000'000);
+  left->receive();
+  EXPECT_LT(allocated(), before + 2'000'000);
 }
 
 TEST_F(ChannelTest, WaitingTakesNoProcessorTime) {

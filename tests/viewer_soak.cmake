@@ -9,4 +9,4 @@ tavrel_test(NAME viewer_soak_test SOURCES ${CMAKE_CURRENT_SOURCE_DIR}/viewer_soa
             LIBRARIES viewer_window tools document_pdf test_support X11::Xt X11::X11 XRes
             PROPERTIES ENVIRONMENT GLIBC_TUNABLES=glibc.malloc.tcache_count=0)
 target_compile_definitions(viewer_soak_test PRIVATE TAVREL_PLUGINS="$<TARGET_FILE_DIR:TavrelGLT>")
-add_dependencies(viewer_soak_test TavrelGLT BRZ HitPages HitSteps)
+add_dependencies(viewer_soak_test tavrel-document tavrel-structure TavrelGLT BRZ HitPages HitSteps)

@@ -2,8 +2,8 @@
 # SPDX-License-Identifier: GPL-2.0-or-later
 """The suites of mutants.py: which test programs test which sources. Builds the programs, relinks them and runs them.
 
-A suite is the sources of a library and the test programs that link it. All work is done on copies in a temporary
-directory.
+A suite is the sources of some libraries and the test programs that link them. Tests may start further programs, which
+are then beside the test program as in the build tree. All work is done on copies in a temporary directory.
 """
 
 import collections
@@ -23,6 +23,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 SLOW = 0.01  # seconds: a slow test is run after all quick ones
 LONGEST_RUN = 60  # seconds
 LEAKS = "-fsanitize=leak"
+STARTED = "libexec"  # the directory of programs that tests start, beside the directory of the tests
 BUILD_SETTINGS = [
     "-DCMAKE_CXX_COMPILER=g++",
     "-DCMAKE_BUILD_TYPE=RelWithDebInfo",
@@ -30,17 +31,34 @@ BUILD_SETTINGS = [
     "-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g0 -DNDEBUG",  # the gcc preset's, without debugging information
 ]
 
-# A suite: the directory of its sources and those that are left out; the library that they are compiled into, and the
-# library's directory; the directories that its sources include from; its test programs, the slowest last; the percentage
-# of its mutants that must be noticed.
-Spec = collections.namedtuple("Spec", "name sources left_out library library_folder headers programs fewest_noticed")
+# A suite: the directory of its sources and those that are left out; the libraries or programs that they are compiled
+# into, and their directory; the directories that its sources include from; its test programs, the slowest last; the
+# programs that the tests start, and whether these have the mutants, too; the percentage of its mutants that must be
+# noticed.
+Spec = collections.namedtuple(
+    "Spec",
+    "name sources left_out libraries library_folder headers programs started started_have_mutants fewest_noticed",
+    defaults=((), False, 90.0),
+)
+
+READERS = ("tavrel-document", "tavrel-structure")
+# What starts processes for documents and speaks with them.
+PROCESS_PART = {
+    "host/document/" + name
+    for name in ("channel.cpp", "messages.cpp", "orders.cpp", "process.cpp", "processes.cpp", "wire.cpp", "worker.cpp")
+}
+
+
+def all_but(directory, kept):
+    return {path.relative_to(ROOT).as_posix() for path in (ROOT / directory).glob("**/*.cpp")} - kept
+
 
 SUITES = [
     Spec(
         name="plugin",
         sources="plugin",
         left_out={"plugin/pi/PIMain.cpp"},  # one line, covered by the tests of the library file
-        library="glint",
+        libraries=("glint",),
         library_folder="plugin",
         headers=["plugin", "sdk"],
         programs=["plugin_test"],
@@ -50,31 +68,54 @@ SUITES = [
         name="kernel",
         sources="host/kernel",
         left_out=set(),
-        library="host_kernel",
+        libraries=("host_kernel",),
         library_folder="host",
         headers=["host", "sdk"],
         programs=["kernel_test", "view_test", "plugins_test"],
-        fewest_noticed=90.0,
     ),
     Spec(
         name="document",
         sources="host/document",
-        left_out=set(),
-        library="host_document",
+        left_out=PROCESS_PART,
+        libraries=("host_document",),
         library_folder="host",
         headers=["host", "sdk"],
         programs=["document_test", "search_test"],
-        fewest_noticed=90.0,
+        started=READERS,
+    ),
+    # The processes have no mutants: then both ends must agree.
+    Spec(
+        name="processes",
+        sources="host/document",
+        left_out=all_but("host/document", PROCESS_PART),
+        libraries=("host_document",),
+        library_folder="host",
+        headers=["host", "sdk"],
+        programs=["document_test"],
+        started=READERS,
+    ),
+    Spec(
+        name="readers",
+        sources="document",
+        # What a process may not do is tried by a stand-in, which is not relinked. Most of the file is a list of system
+        # calls, and which of them are needed depends on the machine's libraries.
+        left_out={"document/confinement.cpp"},
+        libraries=("document_process", "document_pdf", "document_structure", *READERS),
+        library_folder="document",
+        headers=["document", "host", "sdk"],
+        programs=["document_test", "search_test"],
+        started=READERS,
+        started_have_mutants=True,
     ),
     Spec(
         name="view",
         sources="host/view",
         left_out=set(),
-        library="host_view",
+        libraries=("host_view",),
         library_folder="host",
         headers=["host", "sdk"],
         programs=["view_test", "desktop_test", "render_test", "plugins_test", "viewer_model_test"],
-        fewest_noticed=90.0,
+        started=READERS,
     ),
 ]
 
@@ -126,19 +167,22 @@ def passes(program, selection, seconds):
 
 
 class Program:
-    """A test program, split into the objects that mutants replace and the rest."""
+    """A program, split into the objects that mutants replace and the rest."""
 
     def __init__(self, spec, name, build, work):
-        self.name, self.library = name, "/%s.dir/" % spec.library
+        self.name, self.libraries = name, spec.libraries
         self.work = work / name
         self.work.mkdir()
         line = checked(["ninja", "-C", build, "-t", "commands", name]).splitlines()[-1]
         words = shlex.split(next(part for part in line.split(" && ") if " -o " in part))
         output = words.index("-o")
         self.objects, tests, self.rest = {}, [], []
+        self.linked_libraries = set()
         for word in words[1:output] + words[output + 2 :]:
-            if self.library in word:
-                self._keep(build, word, spec.library_folder)
+            library = self._library_of(word)
+            self.linked_libraries.add(library)
+            if library is not None and word.endswith(".o"):
+                self._keep(build, word, library, spec.library_folder)
             elif word.endswith(".o"):
                 tests.append(word)
             elif word.endswith((".a", ".so")) and not word.startswith("/"):
@@ -148,17 +192,29 @@ class Program:
                 self.rest.append(copy)
             else:
                 self.rest.append(word)
-        self.kept = self.work / "tests.o"
-        checked(["ld.gold", "-r", *tests, "-o", self.kept], cwd=build)
+        self.kept = [self.work / "tests.o"] if tests else []
+        if tests:
+            checked(["ld.gold", "-r", *tests, "-o", *self.kept], cwd=build)
         self.link = [words[0], "-fuse-ld=gold", "-s"]
         self.stages = {}
         self.leaks = None
 
-    def _keep(self, build, word, folder):
+    def _library_of(self, word):
+        """The suite's library that an object or an archive of a link command belongs to, or None."""
+        for library in self.libraries:
+            if "/%s.dir/" % library in word or os.path.basename(word) == "lib%s.a" % library:
+                return library
+        return None
+
+    def has(self, library):
+        """Whether the program contains the library's sources."""
+        return library in self.linked_libraries
+
+    def _keep(self, build, word, library, folder):
         copy = self.work / "kept" / word
         copy.parent.mkdir(parents=True, exist_ok=True)
         shutil.copy(build / word, copy)
-        self.objects[folder + "/" + word.split(self.library)[1][: -len(".o")]] = copy
+        self.objects[folder + "/" + word.split("/%s.dir/" % library)[1][: -len(".o")]] = copy
 
     def linked(self, directory, replaced=None, path=None, options=()):
         """The program with one object replaced; None if it cannot be linked.
@@ -169,7 +225,7 @@ class Program:
         if path is not None and replaced not in self.objects:
             objects.insert(0, path)
         program = directory / self.name
-        if not quiet([*self.link, *options, "-o", program, *objects, self.kept, *self.rest]):
+        if not quiet([*self.link, *options, "-o", program, *objects, *self.kept, *self.rest]):
             if replaced is None:
                 give_up("cannot be linked: %s %s" % (self.name, " ".join(options)))
             return None
@@ -219,8 +275,9 @@ class Suite:
         self.work.mkdir()
         if not (build / "build.ninja").exists():
             checked(["cmake", "-S", ROOT, "-B", build, "-G", "Ninja", *BUILD_SETTINGS])
-        checked(["ninja", "-C", build, *spec.programs])
-        self.compile = self._compile_commands(build)
+        checked(["ninja", "-C", build, *spec.programs, *spec.started])
+        self.compile, self.library_of = {}, {}
+        self._take_compile_commands(build)
         self.original = {}
         for file, text in sources.items():
             self.original[file] = self.object_of(file, text, self.work / "original" / file)
@@ -228,27 +285,33 @@ class Suite:
                 give_up("does not compile: " + file)
         folders = sorted({pathlib.Path(file).parent.name for file in sources})
         self.programs = [Program(spec, name, build, self.work) for name in spec.programs]
-        for program in self.programs:
+        self.started = [Program(spec, name, build, self.work) for name in spec.started]
+        for program in self.programs + self.started:
             for file in program.objects:
                 program.objects[file] = self.original.get(file, program.objects[file])
+        (self.work / STARTED).mkdir()
+        for program in self.started:
+            program.linked(self.work / STARTED)
+        for program in self.programs:
             program.measure(folders)
         digest = hashlib.sha1(LEAKS.encode())
         for program in self.programs:
-            digest.update(program.kept.read_bytes())
+            for kept in program.kept:
+                digest.update(kept.read_bytes())
         self.digest = digest.hexdigest()[:12]
 
-    def _compile_commands(self, build):
-        """The command for each source, against copies of the headers, without warnings."""
+    def _take_compile_commands(self, build):
+        """Takes the command and the library of each source; it compiles against copies of the headers, without warnings."""
         for part in self.spec.headers:
             shutil.copytree(ROOT / part, self.work / part)
-        commands = {}
         for entry in json.loads((build / "compile_commands.json").read_text()):
             file = os.path.relpath(entry["file"], ROOT)
-            if file in self.sources and "/%s.dir/" % self.spec.library in entry["command"]:
+            library = next((name for name in self.spec.libraries if "/%s.dir/" % name in entry["command"]), None)
+            if file in self.sources and library is not None:
                 words = shlex.split(entry["command"])
                 words = words[: words.index("-o")]
-                commands[file] = [word.replace("-I" + str(ROOT), "-I" + str(self.work)) for word in words] + ["-w"]
-        return commands
+                self.library_of[file] = library
+                self.compile[file] = [word.replace("-I" + str(ROOT), "-I" + str(self.work)) for word in words] + ["-w"]
 
     def object_of(self, file, text, directory):
         """The object of the text instead of the file, or None. The source keeps its name, because the object contains it."""
@@ -264,19 +327,38 @@ class Suite:
         Runs the quick tests of all programs first, then the slow ones, then the quick ones with the leak checker.
         """
         folder = pathlib.Path(file).parent.name
+        library = self.library_of[file]
+        if not self._link_started(directory, file, path):
+            return None
+        tested = directory / "bin"
+        tested.mkdir()
         linked = {}
         for speed in (0, 1):
             for program in self.programs:
                 for selection, seconds in program.stages[folder][speed]:
                     if program not in linked:
-                        linked[program] = program.linked(directory, file, path)
+                        changed = (file, path) if program.has(library) else ()
+                        linked[program] = program.linked(tested, *changed)
                     if linked[program] is None:
                         return None
                     if not passes(linked[program], selection, seconds):
                         return True
         for program in self.programs:
-            if program.leaks is not None:
-                checking = program.linked(directory, file, path, [LEAKS])
+            if program.leaks is not None and program.has(library):
+                checking = program.linked(tested, file, path, [LEAKS])
                 if checking is not None and not passes(checking, *program.leaks):
                     return True
         return False
+
+    def _link_started(self, directory, file, path):
+        """Links the programs that tests start, for those in directory/bin. False if that is not possible."""
+        if not self.spec.started_have_mutants:
+            (directory / STARTED).symlink_to(self.work / STARTED)
+            return True
+        (directory / STARTED).mkdir()
+        for program in self.started:
+            if not program.has(self.library_of[file]):
+                (directory / STARTED / program.name).symlink_to(self.work / STARTED / program.name)
+            elif program.linked(directory / STARTED, file, path) is None:
+                return False
+        return True

@@ -66,6 +66,27 @@ inline std::string withDamagedPages(const std::vector<PdfPage> &pages, int damag
 /// A PDF of one page that cannot be read.
 inline std::string allDamaged() { return replaced(pdfOf({PdfPage{}}), "5 0 obj\n<< /Type /Page ", "5 0 obj\n42 "); }
 
+/// A PDF of one page that takes years even if it is only searched for words: a drawing that is drawn 30 times by
+/// another one, and so on.
+inline std::string endlesslyRead() {
+  constexpr int drawings = 10;
+  std::string thirtyTimes;
+  for (int times = 0; times < 30; ++times)
+    thirtyTimes += "/Next Do ";
+  PdfParts parts;
+  for (int i = 1; i <= drawings; ++i) {
+    const bool isLast = i == drawings;
+    parts.objects.push_back("<< /Type /XObject /Subtype /Form /BBox [0 0 400 600] /Resources << /XObject << " +
+                            (isLast ? "" : "/Next {object " + std::to_string(i) + "}") + " >> >> /Length " +
+                            std::to_string(isLast ? 0 : thirtyTimes.size()) + " >>\nstream\n" +
+                            (isLast ? "" : thirtyTimes) + "\nendstream");
+  }
+  PdfPage page = pageWith("words");
+  page.drawing = thirtyTimes;
+  return replaced(pdfOf({page}, {}, {}, parts), "/Resources << /Font",
+                  "/Resources << /XObject << /Next 7 0 R >> /Font");
+}
+
 /// Encrypts a PDF with the password "user".
 inline std::filesystem::path locked(const std::filesystem::path &plain) {
   std::filesystem::path result = plain;

@@ -5,7 +5,11 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 
+#include <fstream>
+#include <functional>
+
 #include "LateBackend.h"
+#include "Sessions.h"
 #include "TestDocuments.h"
 #include "viewer/model/session.h"
 
@@ -13,6 +17,7 @@ namespace viewer {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 // The window is 800 pixels wide, and the pages 400 points.
@@ -71,8 +76,38 @@ TEST_F(FirstPageTest, ThatCannotBeDrawnIsAnErrorWhenTheDocumentIsOpen) {
   session.opener.open({folder.write("damaged.pdf", test::allDamaged()), {}});
   session.drawAhead();
   settle();
-  EXPECT_THAT(session.tiles.error(), testing::HasSubstr("damaged.pdf: page 1"));
+  EXPECT_THAT(session.tiles.error(), HasSubstr("damaged.pdf: page 1"));
   EXPECT_EQ(asked.size(), 2U) << "once more, for the document";
+}
+
+struct FirstPageOfAFile : test::Sessions {
+  // Hands over what has been answered until the condition holds; the document is not taken over.
+  bool untilAnswered(const std::function<bool()> &done) {
+    Services services;
+    session().opener.addServices(services);
+    return test::until(session().descriptor(), [&] {
+      for (const auto &service : services)
+        service->collect();
+      return done();
+    });
+  }
+};
+
+TEST_F(FirstPageOfAFile, ThatHasChangedIsDrawnAgainAndTheChangeReported) {
+  const auto file = write("paper.pdf", test::numberedPages(1));
+  session().opener.open({file, {}});
+  ASSERT_TRUE(untilAnswered([&] { return session().opener.hasOpened(); }));
+  std::ofstream(file, std::ios::app) << "more";
+  testing::internal::CaptureStderr();
+  session().drawAhead();
+  bool isNextDrawn = false; // after the first page, by the same process
+  const host::Ticket next = session().opener.onlyOpened()->service->ask(
+      host::ImageRequest{0, 72, {400, 600}}, host::Urgency::ahead, [&](host::Answer &) { isNextDrawn = true; });
+  ASSERT_TRUE(untilAnswered([&] { return isNextDrawn; }));
+  EXPECT_TRUE(session().documents.all().empty());
+  ASSERT_TRUE(draws());
+  EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("has changed; Reload shows it"));
+  EXPECT_THAT(session().status.message(), HasSubstr("paper.pdf: has changed"));
 }
 
 } // namespace

@@ -48,6 +48,9 @@ inline long allocated() {
   return static_cast<long>((all.uordblks + all.hblkhd) / 1024);
 }
 
+/// The name of a process that reads structure: the system keeps the first 15 characters.
+inline const std::string structureName = std::string("tavrel-structure").substr(0, 15);
+
 /// The processes of documents that have been started and not ended.
 inline std::vector<pid_t> documentProcesses() {
   std::ifstream children("/proc/thread-self/children");
@@ -55,7 +58,7 @@ inline std::vector<pid_t> documentProcesses() {
   for (pid_t child = 0; children >> child;) {
     std::string name;
     std::getline(std::ifstream("/proc/" + std::to_string(child) + "/comm"), name);
-    if (name == "tavrel-document") result.push_back(child);
+    if (name == "tavrel-document" || name == structureName) result.push_back(child);
   }
   return result;
 }
@@ -121,22 +124,25 @@ protected:
   static long descriptors() {
     return static_cast<long>(std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
   }
-  // Waits until the document's processes, for images and for words, have nothing to do and one more is there in
+  // Waits until the document's processes, for images, words and structure, have nothing to do and one more is there in
   // advance; without a document, that one alone.
   void rest() {
     const viewer::OpenDocument *document = session.documents.frontDocument();
     if (document == nullptr) return until([] { return documentProcesses().size() == 1; });
-    // What is asked for at once takes both, unless the first answer is there before the second request is made.
+    // Images and words that are asked for at once take two, unless the first answer is there before the second request
+    // is made.
     const host::PixelSize size = host::pixelSize(document->document->model->pageSize(0), 72);
-    host::Ticket image, words;
+    host::Ticket image, words, structure;
     int awaited = 0;
     const auto answered = [&awaited](host::Answer & /*answer*/) { --awaited; };
     until([&] {
-      if (documentProcesses().size() == 3) return true;
+      if (documentProcesses().size() == 4) return true;
       if (awaited > 0) return false;
-      awaited = 2;
+      awaited = 3;
       image = document->service->ask(host::ImageRequest{0, 72, size}, host::Urgency::shown, answered);
       words = document->service->ask(host::WordsRequest{0}, host::Urgency::shown, answered);
+      structure =
+          document->service->ask(host::StructureRequest{session.documents.pageCount()}, host::Urgency::shown, answered);
       return false;
     });
   }

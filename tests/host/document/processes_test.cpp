@@ -78,6 +78,14 @@ struct ProcessesTest : testing::Test {
     for (const pid_t child : childrenOf())
       kill(child, SIGKILL);
   }
+  // What a process has in memory and shares with no other one, in KB; -1 if it is not there.
+  static long privateMemory(pid_t process) {
+    std::ifstream status("/proc/" + std::to_string(process) + "/status");
+    long kilobytes = -1;
+    for (std::string name; status >> name;)
+      if (name == "RssAnon:") status >> kilobytes;
+    return kilobytes;
+  }
   // Kills what draws the document's page, once it has been begun.
   static void killImages(const Asked &asked) {
     while (!asked.tickets.back().underWay())
@@ -211,6 +219,23 @@ TEST_F(ProcessesTest, PartsOfAPageAreDrawn) {
     ASSERT_TRUE(answers(asked, asked.tickets.size() - 1));
     EXPECT_EQ(lineOf(asked.answers.back()), file.string() + ": page 1 has no such part");
   }
+}
+
+// What drawing has taken is kept for the next image, but not for long.
+TEST_F(ProcessesTest, AProcessThatHasNothingToDoGivesItsMemoryBack) {
+  if (isSanitized) GTEST_SKIP() << "the address sanitizer keeps what is freed";
+  Asked &asked = open(folder.pdf(test::numberedPages(1)));
+  ASSERT_EQ(children(), 1U);
+  const pid_t process = childrenOf().front();
+  const long before = privateMemory(process);
+  ASSERT_GT(before, 0);
+  asked.ask(imageOf(0, 360, {2000, 3000})); // 24 MB
+  ASSERT_TRUE(answers(asked, 1));
+  ASSERT_EQ(image(asked.answers[0]).width, 2000);
+  const Time deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (privateMemory(process) > before + 12'000 && std::chrono::steady_clock::now() < deadline)
+    poll(nullptr, 0, 20);
+  EXPECT_LE(privateMemory(process), before + 12'000);
 }
 
 TEST_F(ProcessesTest, APageThatTakesMoreMemoryThanItsProcessMayIsAnErrorOfTheDocument) {

@@ -11,6 +11,8 @@
 namespace host {
 namespace {
 
+using Length = uint32_t; // as it is in a message
+
 std::string_view contentOf(const std::string &message) { return std::string_view(message).substr(sizeof(WireHeader)); }
 
 std::vector<Request> requests() {
@@ -195,8 +197,38 @@ TEST(Wire, ListsTakeNoMoreMemoryThanTheyMay) {
   EXPECT_FALSE(isRead(most + 1));
 }
 
+TEST(Wire, ListsTogetherTakeNoMoreMemoryThanTheyMay) {
+  const std::string empty = messageOf(Answer{Structure{}});
+  const auto contentWith = [&](Length labels, Length entries) {
+    constexpr size_t label = sizeof(Length), entry = sizeof(int32_t) + sizeof(Length) + 2, lists = 3;
+    std::string content(contentOf(empty).substr(0, contentOf(empty).size() - lists * sizeof(Length)));
+    for (const auto &[length, bytes] : {std::pair(labels, labels * label), {entries, entries * entry}, {0, 0}})
+      content.append(reinterpret_cast<const char *>(&length), sizeof length).append(bytes, '\0');
+    return content;
+  };
+  constexpr Length labels = 5'000'000, entries = 1'000'000;
+  EXPECT_TRUE(answerIn(contentWith(labels, 0)));
+  EXPECT_TRUE(answerIn(contentWith(0, entries)));
+  EXPECT_FALSE(answerIn(contentWith(labels, entries)));
+}
+
+TEST(Wire, AFileNameLongerThanItsMessageIsNone) {
+  std::string message = messageOf(Request(OpenRequest{}));
+  const size_t length = message.size() - 2 * sizeof(Length); // that of the name; the one of the password follows
+  message.replace(length, sizeof(Length), sizeof(Length), '\xFF');
+  EXPECT_FALSE(requestIn(contentOf(message)));
+}
+
 TEST(Wire, TooLongAMessageIsNotWritten) {
   EXPECT_THROW(messageOf(Request(MatchesRequest{0, std::string(mostContent, 'a'), {}})), std::length_error);
+}
+
+TEST(Wire, TheLongestMessageIsWrittenAndRead) {
+  const size_t besides = contentOf(messageOf(Answer{AttachedFile{}})).size();
+  const std::string longest = messageOf(Answer{AttachedFile{0, std::string(mostContent - besides, 'a')}});
+  EXPECT_EQ(contentOf(longest).size(), mostContent);
+  EXPECT_TRUE(answerIn(contentOf(longest)));
+  EXPECT_THROW(messageOf(Answer{AttachedFile{0, std::string(mostContent - besides + 1, 'a')}}), std::length_error);
 }
 
 } // namespace

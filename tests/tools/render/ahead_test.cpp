@@ -72,9 +72,12 @@ TEST_F(Ahead, PagesAreAskedForInOrderUpToTheReach) {
 
 TEST_F(Ahead, NoPageIsAskedForBeyondTheLast) {
   Words ahead = reaching({4});
+  answerOnly([](int32_t page) { return page == pageCount - 2; });
   EXPECT_EQ(ahead.take(pageCount - 2).page, pageCount - 2);
+  EXPECT_THAT(pagesAsked(), ElementsAre(pageCount - 1));
+  answerOnly([](int32_t page) { return page == pageCount - 1; });
   EXPECT_EQ(ahead.take(pageCount - 1).page, pageCount - 1);
-  EXPECT_THAT(backstage.asked, IsEmpty());
+  EXPECT_THAT(pagesAsked(), IsEmpty());
 }
 
 TEST_F(Ahead, AnAnswerThatComesEarlyIsKept) {

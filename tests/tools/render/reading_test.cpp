@@ -24,11 +24,16 @@ std::vector<pid_t> children() {
   return {std::istream_iterator<pid_t>(list), {}};
 }
 
+void killAll() {
+  for (const pid_t child : children())
+    kill(child, SIGKILL);
+}
+
 // A document of so many pages, each of which is several times larger than what a system reads at once.
 constexpr int32_t pageCount = 8;
 
-std::vector<test::PdfPage> largePages() {
-  test::PdfPage page{.texts = {{.x = 50, .y = 300, .text = "word"}}};
+std::vector<test::PdfPage> pagesWith(const std::string &word) {
+  test::PdfPage page{.texts = {{.x = 50, .y = 300, .text = word}}};
   page.drawing = std::string(20'000, '\n');
   return std::vector<test::PdfPage>(pageCount, page);
 }
@@ -58,7 +63,7 @@ struct Reading : testing::Test {
   }
 
   test::ScratchFolder folder;
-  std::filesystem::path file = folder.pdf(largePages());
+  std::filesystem::path file = folder.pdf(pagesWith("word"));
 };
 
 TEST_F(Reading, PagesAreReadByAllProcesses) {
@@ -74,10 +79,6 @@ TEST_F(Reading, NoProcessIsLeft) {
 
 TEST_F(Reading, AProcessThatIsKilledIsReplaced) {
   const tools::OpenedDocument document = open(2);
-  const auto killAll = [] {
-    for (const pid_t child : children())
-      kill(child, SIGKILL);
-  };
   EXPECT_THAT(wordsOf(*document.service, killAll), testing::Each(ElementsAre(U"word")));
 }
 
@@ -88,11 +89,12 @@ TEST_F(Reading, AFileThatIsTruncatedIsAnErrorOfItsPages) {
   EXPECT_THAT(words.back(), IsEmpty());
 }
 
+// Also by processes that are started afterwards.
 TEST_F(Reading, AFileThatIsReplacedIsReadAsItWas) {
   const tools::OpenedDocument document = open(2);
   const auto replace = [this] {
-    std::filesystem::rename(folder.write("other.pdf", test::pdfOf({{.texts = {{.x = 50, .y = 300, .text = "other"}}}})),
-                            file);
+    std::filesystem::rename(folder.write("other.pdf", test::pdfOf(pagesWith("other"))), file);
+    killAll();
   };
   EXPECT_THAT(wordsOf(*document.service, replace), testing::Each(ElementsAre(U"word")));
 }

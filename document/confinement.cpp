@@ -13,10 +13,12 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <initializer_list>
 #include <memory>
+#include <utility>
 
 #include "host/document/openfile.h"
 #include "host/document/sanitized.h"
@@ -24,18 +26,29 @@
 namespace document {
 namespace {
 
+// A limit that is lower already stays.
 bool limit(__rlimit_resource_t resource, rlim_t most) {
-  const rlimit both{most, most};
+  rlimit both{};
+  if (getrlimit(resource, &both) != 0) return false;
+  both.rlim_max = std::min(both.rlim_max, most);
+  both.rlim_cur = std::min(both.rlim_cur, both.rlim_max);
   return setrlimit(resource, &both) == 0;
 }
 
 bool limitResources(const Limits &limits) {
-  constexpr rlim_t descriptors = 64;
-  // Whatever is written goes through a socket, or into memory that is there already.
-  const bool limited = limit(RLIMIT_FSIZE, 0) && limit(RLIMIT_CORE, 0) && limit(RLIMIT_NOFILE, descriptors);
-  // The mapping of the file is none of its memory; the call filter denies other memory that only the second one counts.
-  return limited && (limits.memory == 0 ||
-                     (limit(RLIMIT_DATA, limits.memory) && limit(RLIMIT_AS, limits.memory + host::OpenFile::largest)));
+  constexpr rlim_t descriptors = 64, stack = 8 << 20;
+  // Whatever is written is sent through a socket, or is in memory that is there already.
+  std::vector<std::pair<__rlimit_resource_t, rlim_t>> all = {
+      {RLIMIT_FSIZE, 0}, {RLIMIT_CORE, 0}, {RLIMIT_NOFILE, descriptors}};
+  // The mapping of the file is none of its memory; the call filter denies other memory that only the last one counts.
+  if (limits.memory != 0)
+    all.insert(
+        all.end(),
+        {{RLIMIT_STACK, stack}, {RLIMIT_DATA, limits.memory}, {RLIMIT_AS, limits.memory + host::OpenFile::largest}});
+  bool limited = true;
+  for (const auto &[resource, most] : all)
+    limited = limit(resource, most) && limited;
+  return limited;
 }
 
 bool giveUpPrivileges() {
@@ -87,6 +100,7 @@ constexpr int harmless[] = {SCMP_SYS(access),
                             SCMP_SYS(clock_gettime),
                             SCMP_SYS(clock_gettime64),
                             SCMP_SYS(clock_nanosleep),
+                            SCMP_SYS(clock_nanosleep_time64),
                             SCMP_SYS(close),
                             SCMP_SYS(dup),
                             SCMP_SYS(exit),
@@ -99,12 +113,16 @@ constexpr int harmless[] = {SCMP_SYS(access),
                             SCMP_SYS(fstatat64),
                             SCMP_SYS(fstatfs),
                             SCMP_SYS(futex),
+                            SCMP_SYS(futex_time64),
                             SCMP_SYS(getcwd),
                             SCMP_SYS(getdents),
                             SCMP_SYS(getdents64),
                             SCMP_SYS(getegid),
+                            SCMP_SYS(getegid32),
                             SCMP_SYS(geteuid),
+                            SCMP_SYS(geteuid32),
                             SCMP_SYS(getgid),
+                            SCMP_SYS(getgid32),
                             SCMP_SYS(getpid),
                             SCMP_SYS(getrandom),
                             SCMP_SYS(getrlimit),
@@ -112,6 +130,7 @@ constexpr int harmless[] = {SCMP_SYS(access),
                             SCMP_SYS(gettid),
                             SCMP_SYS(gettimeofday),
                             SCMP_SYS(getuid),
+                            SCMP_SYS(getuid32),
                             SCMP_SYS(_llseek),
                             SCMP_SYS(lseek),
                             SCMP_SYS(lstat),
@@ -122,6 +141,7 @@ constexpr int harmless[] = {SCMP_SYS(access),
                             SCMP_SYS(newfstatat),
                             SCMP_SYS(poll),
                             SCMP_SYS(ppoll),
+                            SCMP_SYS(ppoll_time64),
                             SCMP_SYS(pread64),
                             SCMP_SYS(read),
                             SCMP_SYS(readlink),
@@ -143,6 +163,7 @@ constexpr int harmless[] = {SCMP_SYS(access),
                             SCMP_SYS(statx),
                             SCMP_SYS(sysinfo),
                             SCMP_SYS(time),
+                            SCMP_SYS(ugetrlimit),
                             SCMP_SYS(uname),
                             SCMP_SYS(write),
                             SCMP_SYS(writev)};
@@ -179,10 +200,14 @@ bool filterCalls() {
   // Memory that can be executed would be a way to run what a file brings.
   constexpr scmp_arg_cmp notExecuted{2, SCMP_CMP_MASKED_EQ, PROT_EXEC, 0};
   filter.allow(SCMP_SYS(mprotect), {notExecuted});
-  // New memory is private, because the limit of memory does not count what is shared.
-  for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mmap2)})
-    for (const scmp_datum_t flag : {MAP_SHARED, MAP_ANONYMOUS})
-      filter.allow(call, {notExecuted, argument(3, SCMP_CMP_MASKED_EQ, flag, 0)});
+  // New memory is private and no stack, because the limit of memory counts neither.
+#ifdef __NR_mmap2
+  constexpr int map = SCMP_SYS(mmap2); // the other call has its arguments in memory
+#else
+  constexpr int map = SCMP_SYS(mmap);
+#endif
+  for (const scmp_datum_t flag : {MAP_SHARED, MAP_ANONYMOUS})
+    filter.allow(map, {notExecuted, argument(3, SCMP_CMP_MASKED_EQ, flag | MAP_GROWSDOWN, 0)});
   // Files are opened for reading. Where the kernel restricts them, only some.
   constexpr scmp_datum_t writing = O_WRONLY | O_RDWR | O_CREAT | O_TRUNC | O_APPEND;
   filter.allow(SCMP_SYS(openat), {argument(2, SCMP_CMP_MASKED_EQ, writing, 0)});

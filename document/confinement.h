@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
 // What keeps the code that parses an untrusted file from everything else: after confine() the process can compute,
-// speak through descriptors that it has, and read fonts. Each layer stands for itself, because a system may lack any of
+// speak through descriptors that it has, and read fonts. The layers are independent, because a system may lack any of
 // them.
 #pragma once
 

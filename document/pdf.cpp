@@ -234,7 +234,7 @@ void PopplerFile::render(const host::ImageRequest &request, std::span<uint32_t> 
     fail(file_, "page " + numberOf(page) + ": its image has a wrong size");
   const PixelBox box = request.drawn();
   if (box.left < 0 || box.top < 0 || box.right > size.width || box.bottom > size.height || box.bottom <= box.top)
-    throw HostError(tavrel::errBadArgument, nameInMessage(file_) + ": page " + numberOf(page) + " has no such part");
+    fail(file_, "page " + numberOf(page) + " has no such part");
   // The library takes twice the memory of what it draws at once, so a large image is drawn in strips.
   constexpr int mostAtOnce = 16 << 20; // pixels
   const int width = box.right - box.left, rows = std::max(1, mostAtOnce / width);

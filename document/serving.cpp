@@ -17,6 +17,7 @@
 #include <string>
 #include <string_view>
 
+#include "document/exhaustion.h"
 #include "host/document/channel.h"
 #include "host/document/documenterror.h"
 #include "host/document/process.h"
@@ -34,14 +35,6 @@ std::optional<size_t> number(const char *text) {
   const auto [stop, error] = std::from_chars(text, end, value);
   if (error != std::errc() || stop != end) return std::nullopt;
   return value;
-}
-
-std::string bytesOf(const host::Answer &answer) {
-  try {
-    return host::messageOf(answer);
-  } catch (const std::length_error &) {
-    return host::messageOf(host::Answer{host::Failure{tavrel::errDocument, "a page has too much text"}});
-  }
 }
 
 // Under the address sanitizer there is no limit: it reserves terabytes.
@@ -81,8 +74,9 @@ int report() {
 
 class Server {
 public:
-  Server(const Answerer &answerer, const Layers &layers)
-      : answerer_(answerer), isConfined_(layers.files || layers.calls) {}
+  /// `memory` is the limit, in bytes.
+  Server(const Answerer &answerer, const Layers &layers, size_t memory)
+      : answerer_(answerer), isConfined_(layers.files || layers.calls), memory_(memory) {}
 
   int run() {
     for (;;) {
@@ -91,7 +85,10 @@ public:
       if (received.what == host::Received::ended) return exitDone;
       const auto request = received.what == host::Received::message ? host::requestIn(received.content) : std::nullopt;
       if (!request) return exitInvalidRequest;
-      if (!channel_.send(bytesOf(answer(*request, std::move(received.descriptor))))) return exitDone;
+      if (const auto *open = std::get_if<host::OpenRequest>(&*request)) file_ = open->file;
+      const std::string lastWords = messageOf(host::Answer{noMemory()});
+      const LastWords scope(lastWords, memory_);
+      if (!channel_.send(messageOf(answer(*request, std::move(received.descriptor))))) return exitDone;
     }
   }
 
@@ -102,8 +99,21 @@ private:
     pollfd ready{channel_.socket(), POLLIN, 0};
     if (poll(&ready, 1, soon) == 0) malloc_trim(0);
   }
+  std::string messageOf(const host::Answer &answer) const {
+    try {
+      return host::messageOf(answer);
+    } catch (const std::length_error &) {
+      const std::string line = host::nameInMessage(file_) + ": a page has too much text";
+      return host::messageOf(host::Answer{host::Failure{tavrel::errDocument, line}});
+    } catch (const std::bad_alloc &) {
+      return host::messageOf(host::Answer{noMemory()});
+    }
+  }
+  host::Failure noMemory() const {
+    return {tavrel::errDocument, host::nameInMessage(file_) + ": it takes more memory than its process may have",
+            host::DocumentError::tooMuchMemory};
+  }
   host::Answer answer(const host::Request &request, host::Descriptor passed) {
-    if (const auto *open = std::get_if<host::OpenRequest>(&request)) file_ = open->file;
     host::Answer answer;
     try {
       answer = answerer_(request, std::move(passed));
@@ -113,13 +123,13 @@ private:
     if (auto *opened = std::get_if<host::Opened>(&answer.value)) opened->isConfined = isConfined_;
     if (auto *failure = std::get_if<host::Failure>(&answer.value);
         failure != nullptr && failure->code == tavrel::errNoMemory)
-      *failure = {tavrel::errDocument, host::nameInMessage(file_) + ": it takes more memory than its process may have",
-                  host::DocumentError::tooMuchMemory};
+      *failure = noMemory();
     return answer;
   }
 
   const Answerer &answerer_;
   const bool isConfined_;
+  const size_t memory_;
   std::filesystem::path file_;
   host::Channel channel_{host::Descriptor(host::documentSocket), host::Channel::Takes::descriptors};
 };
@@ -130,7 +140,7 @@ int statusOf(int argc, char **argv, const Answerer &answerer) {
   if (!memory) return exitUsage;
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   const Layers layers = confine({memoryLimit(*memory)});
-  return Server(answerer, layers).run();
+  return Server(answerer, layers, *memory).run();
 }
 
 } // namespace

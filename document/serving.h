@@ -14,7 +14,7 @@ namespace document {
 /// Answers a request; what came with it is the file of an OpenRequest, or the memory of an ImageRequest.
 using Answerer = std::function<host::Answer(const host::Request &request, host::Descriptor passed)>;
 
-/// Confines the process, answers until the owner is gone, and ends the process. The first argument is how much memory
+/// Confines the process, answers until the owner has ended, and ends the process. The first argument is how much memory
 /// it may take, in bytes; that an answer takes more is an error of the document, not of the owner.
 [[noreturn]] void serve(int argc, char **argv, const Answerer &answerer);
 

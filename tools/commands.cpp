@@ -91,6 +91,7 @@ std::string lineOf(const CLI::App &app, const CLI::ParseError &error) {
 
 // What the programs that read documents say of themselves.
 int reportConfinement() {
+  int result = exitDone;
   for (const std::string program : {host::documentProgram(), host::structureProgram()}) {
     std::cout << program << ":\n" << std::flush;
     std::string name = program, option = host::confinementOption;
@@ -98,17 +99,18 @@ int reportConfinement() {
     pid_t id = 0;
     if (const int error = posix_spawn(&id, program.c_str(), nullptr, nullptr, arguments, environ); error != 0) {
       std::cerr << "tavrel: " << program << ": " << std::strerror(error) << "\n";
-      return exitHostFailure;
+      result = exitHostFailure;
+      continue;
     }
     int status = 0;
     while (waitpid(id, &status, 0) < 0 && errno == EINTR) {
     }
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) {
       std::cerr << "tavrel: " << program << ": cannot report what confines it\n";
-      return exitHostFailure;
+      result = exitHostFailure;
     }
   }
-  return exitDone;
+  return result;
 }
 
 } // namespace

@@ -107,7 +107,7 @@ void addHitsLimitOption(CLI::App &command, unsigned &megabytes) {
 
 void addProcessOptions(CLI::App &command, host::ProcessOptions &options) {
   options.program = host::documentProgram();
-  constexpr double mostMegabytes = 1 << 20, longest = 3600;
+  constexpr double mostMegabytes = sizeof(size_t) > 4 ? 1 << 20 : 4095, longest = 3600;
   command
       .add_option_function<unsigned>(
           "--document-memory", [&options](unsigned megabytes) { options.memory = size_t{megabytes} << 20; },

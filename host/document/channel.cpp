@@ -50,7 +50,7 @@ bool Channel::send(std::string_view message, int descriptor) noexcept {
     if (sent < 0 && errno == EINTR) continue;
     if (sent < 0) return false;
     message.remove_prefix(static_cast<size_t>(sent));
-    descriptor = -1; // went with the first byte
+    descriptor = -1; // sent with the first byte
   }
   return true;
 }
@@ -89,18 +89,19 @@ Received Channel::receive() {
     bytes_.clear();
     if (bytes_.capacity() > kept) bytes_.shrink_to_fit();
   }
-  for (int reads = 0; reads < mostReads; ++reads) {
+  for (int reads = 0;; ++reads) {
     const std::optional<size_t> length = lengthOf(bytes_);
     if (length && (*length == 0 || bytes_.size() > *length)) return {Received::invalid};
+    const bool isComplete = length && bytes_.size() == *length;
+    if (reads >= mostReads && !isComplete) return {Received::nothing}; // a complete one makes nobody readable any more
     const Read state = read();
     if (state == Read::some) continue;
-    if (length && bytes_.size() == *length) {
+    if (isComplete) {
       taken_ = true;
       return {Received::message, std::string_view(bytes_).substr(sizeof(WireHeader)), std::move(passed_)};
     }
     return {state == Read::end ? Received::ended : Received::nothing};
   }
-  return {Received::nothing};
 }
 
 Received Channel::await() {

@@ -39,6 +39,8 @@ public:
   /// What has come, without waiting; of a long message the next part, as long as there is more. One message is followed
   /// by the next only after an answer: more is invalid.
   Received receive();
+  /// Whether a part of a message has come, after receive().
+  bool isReceiving() const { return !taken_ && !bytes_.empty(); }
   /// Waits for a message or the end.
   Received await();
 

@@ -9,6 +9,9 @@
 
 namespace host {
 
+/// For messages.
+inline constexpr char noDescriptors[] = "there are no more file descriptors";
+
 class Descriptor {
 public:
   Descriptor() = default;

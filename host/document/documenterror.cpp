@@ -2,15 +2,10 @@
 // SPDX-License-Identifier: GPL-2.0-or-later
 #include "host/document/documenterror.h"
 
-#include <algorithm>
+#include "host/document/utf8.h"
 
 namespace host {
 
-std::string nameInMessage(const std::filesystem::path &file) {
-  std::string name = file.string();
-  std::replace_if(
-      name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' ' || c == '\x7F'; }, '?');
-  return name;
-}
+std::string nameInMessage(const std::filesystem::path &file) { return printable(file.native()); }
 
 } // namespace host

@@ -23,7 +23,7 @@ struct DocumentError : HostError {
   Reason reason;
 };
 
-/// A file's name in a message: control characters are replaced, so that the message stays one line.
+/// A file's name in a message: what is no printable UTF-8 is replaced, so that the message is one line.
 std::string nameInMessage(const std::filesystem::path &file);
 
 } // namespace host

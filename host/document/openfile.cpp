@@ -28,6 +28,8 @@ OpenFile::OpenFile(const std::filesystem::path &name) : name_(name) {
   if (S_ISDIR(status_.st_mode)) fail(name, "this is a directory");
   if (!S_ISREG(status_.st_mode)) fail(name, "this is not a regular file"); // to open a pipe would wait for its writer
   file_ = Descriptor(open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+  if (!file_ && (errno == EMFILE || errno == ENFILE))
+    throw HostError(tavrel::errGeneric, nameInMessage(name) + ": " + noDescriptors);
   if (!file_ || fstat(descriptor(), &status_) != 0) fail(name, std::generic_category().message(errno));
   if (status_.st_size == 0) fail(name, "the file is empty");
   if (status_.st_size > largest) fail(name, "the file is larger than 2 GB");

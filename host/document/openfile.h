@@ -13,11 +13,11 @@ namespace host {
 
 class OpenFile {
 public:
-  /// More than the PDF library can take.
+  /// The most that the PDF library can take, in bytes.
   static constexpr off_t largest = INT32_MAX;
 
-  /// Throws DocumentError, with one clear line that names the file, if it is no file that could be a document. May
-  /// take as long as a network does.
+  /// Throws DocumentError, with one clear line that names the file, if it is no file that could be a document, and
+  /// HostError if there are no more file descriptors. May take as long as a network does.
   explicit OpenFile(const std::filesystem::path &name);
 
   int descriptor() const { return file_.number(); }

@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <deque>
 #include <list>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -33,8 +34,7 @@ protected:
 class ProcessGroup {
 public:
   explicit ProcessGroup(ProcessOptions given) : options(std::move(given)), watched_(epoll_create1(EPOLL_CLOEXEC)) {
-    if (!watched_ || !watch(waker.descriptor()))
-      throw HostError(tavrel::errGeneric, "there are no more file descriptors");
+    if (!watched_ || !watch(waker.descriptor())) throw HostError(tavrel::errGeneric, noDescriptors);
   }
   int descriptor() const { return watched_.number(); }
   bool watch(int descriptor) const noexcept {
@@ -139,7 +139,13 @@ public:
     if (isDrawn_ && hasProcess() && !isBusy) group_->prepare();
     const auto isImage = [](const Order &order) { return std::holds_alternative<ImageRequest>(order.request); };
     isDrawn_ = isDrawn_ || std::any_of(answered_.begin(), answered_.end(), isImage);
-    return std::exchange(answered_, {});
+    const bool wasFull = isFull();
+    Orders taken = std::exchange(answered_, {});
+    if (wasFull) {
+      advance();
+      announce();
+    }
+    return taken;
   }
   // Goes before what is less urgent, but no longer than the caller waits.
   Orders await(uint64_t id, Time deadline) noexcept override {
@@ -175,9 +181,16 @@ private:
     });
     OrderQueue *const words = hasWords ? nullptr : &waiting(ProcessKind::words);
     for (Worker &worker : workers_)
-      worker.advance(answered_, worker.kind() == ProcessKind::images ? words : nullptr);
+      worker.advance(answered_, worker.kind() == ProcessKind::images ? words : nullptr, !isFull());
     const auto isOpened = [](const Order &order) { return std::holds_alternative<Opened>(order.answer.value); };
     if (std::any_of(answered_.begin(), answered_.end(), isOpened)) prepareOthers();
+  }
+  // Whether so much has been answered that the rest waits until it has been taken: not what is asked for ahead decides
+  // how much memory the answers of a hostile process take.
+  bool isFull() const noexcept {
+    constexpr size_t mostAnswered = 64 << 20; // bytes of messages
+    return std::accumulate(answered_.begin(), answered_.end(), size_t{0},
+                           [](size_t all, const Order &one) { return all + one.bytes; }) > mostAnswered;
   }
   // A document that is open is read: the other processes of the kind that has opened it start now.
   void prepareOthers() noexcept {

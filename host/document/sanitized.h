@@ -3,11 +3,17 @@
 // Whether this is built with the sanitizers. Each compiler names it in its own way.
 #pragma once
 
+#if defined(__SANITIZE_ADDRESS__)
+#define TAVREL_IS_SANITIZED
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TAVREL_IS_SANITIZED
+#endif
+#endif
+
 namespace host {
 
-#ifdef __has_feature
-inline constexpr bool isSanitized = __has_feature(address_sanitizer);
-#elif defined(__SANITIZE_ADDRESS__)
+#ifdef TAVREL_IS_SANITIZED
 inline constexpr bool isSanitized = true;
 #else
 inline constexpr bool isSanitized = false;

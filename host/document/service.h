@@ -36,6 +36,7 @@ struct Order {
   Answer answer = {};
   uint64_t round = 0; ///< of collect(), for the service
   int deaths = 0;     ///< of processes that have tried to answer it
+  size_t bytes = 0;   ///< of the message that has answered it
 };
 using Orders = std::list<Order>;
 

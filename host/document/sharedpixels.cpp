@@ -6,13 +6,17 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <new>
+
+#include "host/kernel/error.h"
 
 namespace host {
 
 SharedPixels::SharedPixels(size_t pixels)
     : memory_(memfd_create("page", MFD_CLOEXEC | MFD_ALLOW_SEALING)), count_(pixels) {
   const auto bytes = static_cast<off_t>(pixels * sizeof(uint32_t));
+  if (!memory_ && (errno == EMFILE || errno == ENFILE)) throw HostError(tavrel::errGeneric, noDescriptors);
   if (!memory_ || ftruncate(descriptor(), bytes) != 0 ||
       fcntl(descriptor(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL) != 0)
     throw std::bad_alloc();

@@ -14,7 +14,7 @@ namespace host {
 
 class SharedPixels {
 public:
-  /// All zeros. Throws std::bad_alloc.
+  /// All zeros. Throws std::bad_alloc, or HostError if there are no more file descriptors.
   explicit SharedPixels(size_t pixels);
   /// Those that another process has made; to be written. Throws std::bad_alloc if there are not so many.
   SharedPixels(Descriptor made, size_t pixels);

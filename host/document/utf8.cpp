@@ -75,6 +75,19 @@ std::string_view firstBytes(std::string_view utf8, size_t most) {
 
 bool isLine(std::string_view text) { return hasOnly(text, {Kind::printable}); }
 
+std::string printable(std::string_view bytes) {
+  std::string result;
+  while (!bytes.empty()) {
+    const Character one = first(bytes);
+    if (one.kind == Kind::printable)
+      result += one.bytes;
+    else
+      result += '?';
+    bytes.remove_prefix(one.bytes.size());
+  }
+  return result;
+}
+
 bool isLines(std::string_view text) { return hasOnly(text, {Kind::printable, Kind::lineSpace, Kind::lineEnd}); }
 
 std::string lineOf(std::string_view bytes) {

@@ -20,6 +20,8 @@ bool isLine(std::string_view text);
 /// The same of several lines: with line feeds and tabs.
 bool isLines(std::string_view text);
 
+/// Any bytes as a line that is not longer: what is not UTF-8, control characters and line ends are question marks.
+std::string printable(std::string_view bytes);
 /// Any bytes as a line: what is not UTF-8 is U+FFFD, control characters and line ends are spaces; none at the ends.
 std::string lineOf(std::string_view bytes);
 /// The same as lines. "\r" and "\r\n" end a line, too.

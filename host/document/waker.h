@@ -17,7 +17,7 @@ class Waker {
 public:
   /// Throws HostError if the process has no file descriptor left.
   Waker() : event_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
-    if (!event_) throw HostError(tavrel::errGeneric, "there are no more file descriptors");
+    if (!event_) throw HostError(tavrel::errGeneric, noDescriptors);
   }
 
   /// Readable after wake(), until clear().

@@ -18,8 +18,8 @@ namespace {
 
 constexpr char outOfMemory[] = "out of memory"; // short enough for a string without an allocation
 constexpr char answersWrongly[] = "its process has answered wrongly";
-constexpr char takesTooMuch[] = "it takes more memory than its process may have";
-constexpr char noDescriptors[] = "there are no more file descriptors";
+// Of a request, in bytes: it fits into the socket, because the owner does not wait for a process to read.
+constexpr size_t mostRequest = 64 << 10;
 
 Time now() { return std::chrono::steady_clock::now(); }
 
@@ -34,13 +34,35 @@ Failure failureOf(const DocumentError &error) noexcept {
 // For messages, which count from 1; of a request about no single page, the document.
 std::string nameOf(int32_t page) { return page < 0 ? "it" : "page " + std::to_string(int64_t{page} + 1); }
 
-Task taskOf(const Request &request) { return {pageOf(request), kindOf(request)}; }
+// 0 for an image of no usable size.
+size_t pixelsOf(const ImageRequest &request) {
+  const PixelSize size = sizeOf(request.drawn());
+  if (!isImageSize(size)) return 0;
+  return static_cast<size_t>(size.width) * static_cast<size_t>(size.height);
+}
 
-// Whether a process may have failed so. That its owner has no memory is no process's to say.
-bool isOfProcess(const Failure &failure) {
-  const bool isItsCode = failure.code == tavrel::errDocument || failure.code == tavrel::errBadPage ||
-                         failure.code == tavrel::errBadArgument;
-  return isItsCode && failure.reason <= DocumentError::tooMuchMemory;
+// The options are those of all commands.
+std::string takesMoreThan(size_t memory) {
+  return "it takes more than " + std::to_string(memory >> 20) + " megabytes (--document-memory)";
+}
+
+Task taskOf(const Request &request) {
+  const auto *sizes = std::get_if<SizesRequest>(&request);
+  const auto *attachment = std::get_if<AttachmentRequest>(&request);
+  const int64_t part = sizes != nullptr ? sizes->first : attachment != nullptr ? attachment->index : 0;
+  return {pageOf(request), kindOf(request), part};
+}
+
+// Whether a process may have failed so. That its owner has no memory is no process's to say; nor that the request about
+// a page is wrong: the owner has checked it.
+bool isOfProcess(const Failure &failure, const Request &request) {
+  const bool isOpening = std::holds_alternative<OpenRequest>(request);
+  const bool isArgument = failure.code == tavrel::errBadPage || failure.code == tavrel::errBadArgument;
+  const bool mayBeWrong = isArgument && !isOpening && !std::holds_alternative<ImageRequest>(request) &&
+                          !std::holds_alternative<WordsRequest>(request) &&
+                          !std::holds_alternative<PlainWordsRequest>(request);
+  return (failure.code == tavrel::errDocument || mayBeWrong) && failure.reason <= DocumentError::tooMuchMemory &&
+         (isOpening || failure.reason != DocumentError::wrongPassword);
 }
 
 } // namespace
@@ -57,14 +79,19 @@ void Worker::setUrgency(uint64_t id, Urgency urgency) noexcept {
   arm();
 }
 
-// When the current order is interrupted, if nobody wants it or something more urgent waits for its process.
-Time Worker::interruptedAt() const noexcept {
+// Whether nobody wants the current order, or something more urgent waits for its process.
+bool Worker::isInTheWay() const noexcept {
   const Urgency urgency = current_.front().urgency;
   const Order *next = waiting_.first();
   const bool isForOthers = takenFrom_ != &waiting_;
-  const bool isInTheWay = unwanted_ || urgency == Urgency::kept ||
-                          (next != nullptr && (isForOthers ? next->urgency >= urgency : next->urgency > urgency));
-  return isInTheWay ? begun_ + interruptAfter : Time::max();
+  return unwanted_ || urgency == Urgency::kept ||
+         (next != nullptr && (isForOthers ? next->urgency >= urgency : next->urgency > urgency));
+}
+
+// When the current order is interrupted. A process that is opening the document for it is needed by the others, too.
+Time Worker::interruptedAt() const noexcept {
+  const bool isForOthers = !opened_ && !std::holds_alternative<OpenRequest>(current_.front().request);
+  return isInTheWay() && !isForOthers ? begun_ + interruptAfter : Time::max();
 }
 
 // The timer is at the next time at which something may have to be ended.
@@ -87,6 +114,7 @@ void Worker::stop() noexcept {
   pixels_.reset();
   opened_ = false;
   isFresh_ = true;
+  given_ = 0;
 }
 
 void Worker::beginRest() noexcept {
@@ -95,11 +123,11 @@ void Worker::beginRest() noexcept {
   usedBefore_ = process_->used();
 }
 
-// A process that has nothing to do uses next to no time.
+// A process that has nothing to do uses next to no time, once it has started and has given its memory back.
 bool Worker::restsCalmly() noexcept {
   if (now() < checkedAt_) return true;
   const auto used = process_->used(), usedMeanwhile = used - std::exchange(usedBefore_, used);
-  const bool isCalm = usedMeanwhile < rest_ / 4;
+  const bool isCalm = usedMeanwhile < (rest_ == firstLook ? mostAtFirst : mostLater);
   rest_ = std::min<std::chrono::nanoseconds>(2 * rest_, longestRest);
   checkedAt_ = now() + rest_;
   return isCalm;
@@ -108,7 +136,9 @@ bool Worker::restsCalmly() noexcept {
 // A process that does something without a request is not trusted any more, or has ended.
 void Worker::checkIdle() noexcept {
   try {
-    if (process_ && (process_->channel().receive().what != Received::nothing || !restsCalmly())) stop();
+    if (process_ && (process_->channel().receive().what != Received::nothing || process_->channel().isReceiving() ||
+                     !restsCalmly()))
+      stop();
   } catch (const std::bad_alloc &) {
     stop();
   }
@@ -118,17 +148,15 @@ void Worker::checkIdle() noexcept {
 // and begins again afterwards.
 bool Worker::isOverdue(Orders &answered) {
   if (interruptedAt() <= now()) {
-    stop();
-    if (unwanted_)
-      current_.clear();
-    else
-      takenFrom_->insert(current_);
+    startAgain();
   } else if (checkedAt_ <= now()) {
     const auto limit = starter_.pageTime(), used = process_->used() - usedBefore_;
     if (used >= limit) {
       const auto seconds = std::chrono::ceil<std::chrono::seconds>(limit).count();
       failed(DocumentError::tooLong,
-             "it takes longer than " + std::to_string(seconds) + (seconds == 1 ? " second" : " seconds"), answered);
+             "it takes longer than " + std::to_string(seconds) + (seconds == 1 ? " second" : " seconds") +
+                 " (--page-time)",
+             answered);
     } else if (now() - begun_ >= asleep * limit) {
       died("it does not go on", answered);
     } else {
@@ -154,7 +182,7 @@ template <typename Body> void Worker::answering(Orders &answered, const Body &bo
   }
 }
 
-void Worker::advance(Orders &answered, OrderQueue *others) noexcept {
+void Worker::advance(Orders &answered, OrderQueue *others, bool goesOn) noexcept {
   if (!isBusy()) checkIdle();
   bool waits = false;
   while (isBusy() && !waits)
@@ -169,7 +197,7 @@ void Worker::advance(Orders &answered, OrderQueue *others) noexcept {
       else if (!opening_ || !takeFile())
         waits = !isOverdue(answered);
     });
-  begin(answered, others);
+  begin(answered, others, goesOn);
   arm();
 }
 
@@ -178,8 +206,9 @@ OrderQueue *Worker::nextQueue(OrderQueue *others) const noexcept {
   return opened_ && others != nullptr && others->first() != nullptr ? others : nullptr;
 }
 
-void Worker::begin(Orders &answered, OrderQueue *others) noexcept {
+void Worker::begin(Orders &answered, OrderQueue *others, bool goesOn) noexcept {
   while (!isBusy() && (takenFrom_ = nextQueue(others)) != nullptr) {
+    if (!goesOn && takenFrom_->first()->urgency < Urgency::awaited) return;
     current_ = takenFrom_->remove(takenFrom_->first()->id);
     unwanted_ = false;
     begun_ = now();
@@ -216,6 +245,8 @@ bool Worker::sendCurrent() {
     throw DocumentError(dead->second.reason,
                         nameInMessage(document_.file) + ": " + nameOf(dead->first.page) +
                             " is not read until the document is loaded again: " + dead->second.line);
+  const auto *image = std::get_if<ImageRequest>(&request);
+  if (image != nullptr && opened_ && !hasMemoryFor(pixelsOf(*image))) stop();
   if (!process_) startProcess();
   usedBefore_ = process_->used();
   if (const auto *open = std::get_if<OpenRequest>(&request)) {
@@ -226,25 +257,33 @@ bool Worker::sendCurrent() {
   }
   if (!opened_) return sendOpening();
   const std::string message = messageOf(request);
-  const auto *image = std::get_if<ImageRequest>(&request);
+  if (message.size() > mostRequest)
+    throw HostError(tavrel::errBadArgument,
+                    "a text of " + std::to_string(message.size()) + " bytes is not searched for");
   return process_->channel().send(message, image != nullptr ? memoryFor(*image) : -1);
+}
+
+// Whether the process has the memory for an image, or may be given it: all that it has been given counts.
+bool Worker::hasMemoryFor(size_t pixels) const {
+  return (pixels_ && pixels_->pixels().size() == pixels) || given_ == 0 ||
+         given_ + pixels * sizeof(uint32_t) <= starter_.memory();
 }
 
 // The memory for an image, which is passed to the process; -1 if that of its last image is as large.
 int Worker::memoryFor(const ImageRequest &request) {
-  const PixelSize size = sizeOf(request.drawn());
-  if (!isImageSize(size)) {
+  const size_t count = pixelsOf(request);
+  if (count == 0) {
     std::ostringstream reason;
     reason << nameOf(request.page) << " at " << request.dpi << " dots per inch makes no image of a usable size";
     throw HostError(tavrel::errBadArgument, reason.str());
   }
-  const size_t count = static_cast<size_t>(size.width) * static_cast<size_t>(size.height);
   if (count > starter_.memory() / sizeof(uint32_t))
-    throw DocumentError(DocumentError::tooMuchMemory,
-                        nameInMessage(document_.file) + ": " + nameOf(request.page) + ": " + takesTooMuch);
+    throw DocumentError(DocumentError::tooMuchMemory, nameInMessage(document_.file) + ": " + nameOf(request.page) +
+                                                          ": " + takesMoreThan(starter_.memory()));
   if (pixels_ && pixels_->pixels().size() == count) return -1;
   pixels_.reset();
   pixels_ = std::make_unique<SharedPixels>(count);
+  given_ += count * sizeof(uint32_t);
   return pixels_->descriptor();
 }
 
@@ -275,30 +314,37 @@ void Worker::take(std::string_view content, Orders &answered) {
     image->image = {width, height, std::vector<uint32_t>(pixels.begin(), pixels.end())}; // read once: they may change
   }
   const auto *failure = answer ? std::get_if<Failure>(&answer->value) : nullptr;
-  if (!answer || !fits(asked, *answer) || (failure != nullptr && !isOfProcess(*failure)))
+  if (!answer || !fits(asked, *answer) || (failure != nullptr && !isOfProcess(*failure, asked)))
     return failed(DocumentError::processFailed, answersWrongly, answered);
   if (opened_ && failure != nullptr && failure->reason == DocumentError::tooMuchMemory) {
     if (!isFresh_) return startAgain(); // what it keeps of other pages may have taken the memory
-    return failed(failure->reason, takesTooMuch, answered);
+    return failed(failure->reason, takesMoreThan(starter_.memory()), answered);
   }
   document_.deaths.erase(taskOf(asked));
   if (failure != nullptr) pixels_.reset(); // it may not have been able to map it
   if (opened_) {
     isFresh_ = false;
+    current_.front().bytes = content.size();
     return finish(std::move(answer->value), answered);
   }
-  const auto *opened = std::get_if<Opened>(&answer->value);
+  takeOpened(*answer, answered);
+}
+
+// What answers that the document is to be opened, for the current order or before it.
+void Worker::takeOpened(Answer &answer, Orders &answered) {
+  const auto *opened = std::get_if<Opened>(&answer.value);
   opened_ = opened != nullptr;
   if (!opened_)
     stop();
   else if (!opened->isConfined)
     starter_.noteUnconfined();
-  if (std::holds_alternative<OpenRequest>(request)) {
-    document_.pages = opened_ ? opened->pageCount : 0;
-    return finish(std::move(answer->value), answered);
-  }
-  if (!opened_ || (document_.pages != 0 && opened->pageCount != document_.pages)) // it has been written to since
-    return failed(DocumentError::unreadable, "the document cannot be opened any more", answered);
+  const bool isAsked = std::holds_alternative<OpenRequest>(current_.front().request);
+  if (isAsked) document_.pages = opened_ ? opened->pageCount : 0;
+  if (isAsked || !opened_) return finish(std::move(answer.value), answered);
+  if (document_.pages != 0 && opened->pageCount != document_.pages) // it has been written to since
+    return failed(DocumentError::unreadable, "the document has changed, and cannot be read any more", answered);
+  if (isInTheWay()) return putBack();
+  begun_ = now();
   if (!sendCurrent()) died(process_->reasonOfEnd(), answered);
 }
 
@@ -327,13 +373,19 @@ void Worker::died(const std::string &reason, Orders &answered) {
   failed(DocumentError::processFailed, "its process failed: " + reason, answered);
 }
 
-// The current order goes to a new process.
+// The current order is given to a new process.
 void Worker::startAgain() noexcept {
   stop();
+  putBack();
+}
+
+// The current order waits again, unless nobody wants it.
+void Worker::putBack() noexcept {
   if (unwanted_)
     current_.clear();
   else
     takenFrom_->insert(current_);
+  if (process_) beginRest();
 }
 
 // The process is not to be used any more, for a reason that another one would give, too; but an image of another size

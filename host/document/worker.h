@@ -25,6 +25,7 @@ namespace host {
 struct Task {
   int32_t page = 0; ///< pageOf() the request
   ProcessKind kind = ProcessKind::images;
+  int64_t part = 0; ///< of what is about no single page: which sizes, which attached file
   auto operator<=>(const Task &) const = default;
 };
 
@@ -69,8 +70,10 @@ public:
   static constexpr int asleep = 5;
   /// What nobody wants any more, or what keeps something more urgent waiting, is ended after that time.
   static constexpr auto interruptAfter = std::chrono::milliseconds(100);
-  /// A process without an order is looked at after that time, and then ever more rarely: it may not compute.
+  /// A process without an order is looked at after that time, and then ever more rarely. It may compute for so long
+  /// until the first look, and until each other one.
   static constexpr auto firstLook = std::chrono::seconds(2), longestRest = std::chrono::seconds(60);
+  static constexpr auto mostAtFirst = std::chrono::milliseconds(600), mostLater = std::chrono::milliseconds(100);
 
   /// Takes its orders from those that wait, as others may do.
   Worker(ProcessStarter &starter, ReadDocument &document, ProcessKind kind, OrderQueue &waiting)
@@ -90,7 +93,8 @@ public:
 
   /// Takes what the process has sent, ends what takes too long, and goes on; the answers are added. A process that has
   /// opened the document and has no orders of its own gets one of `others`, unless that is null.
-  void advance(Orders &answered, OrderQueue *others) noexcept;
+  /// An order that no caller waits for is not begun unless `goesOn`.
+  void advance(Orders &answered, OrderQueue *others, bool goesOn) noexcept;
   /// What becomes readable when there is something to advance.
   using Polled = std::array<pollfd, 3>;
   Polled polled() const noexcept;
@@ -100,6 +104,7 @@ public:
   void stop() noexcept;
 
 private:
+  bool isInTheWay() const noexcept;
   Time interruptedAt() const noexcept;
   void arm() noexcept;
   void beginRest() noexcept;
@@ -107,10 +112,12 @@ private:
   void checkIdle() noexcept;
   bool isOverdue(Orders &answered);
   OrderQueue *nextQueue(OrderQueue *others) const noexcept;
-  void begin(Orders &answered, OrderQueue *others) noexcept;
+  void begin(Orders &answered, OrderQueue *others, bool goesOn) noexcept;
   void startProcess();
   bool sendCurrent();
   bool sendOpening();
+  void takeOpened(Answer &answer, Orders &answered);
+  bool hasMemoryFor(size_t pixels) const;
   int memoryFor(const ImageRequest &request);
   bool takeFile();
   template <typename Body> void answering(Orders &answered, const Body &body) noexcept;
@@ -120,6 +127,7 @@ private:
             DocumentError::Reason why = DocumentError::unreadable) noexcept;
   void died(const std::string &reason, Orders &answered);
   void startAgain() noexcept;
+  void putBack() noexcept;
   void failed(DocumentError::Reason reason, std::string line, Orders &answered);
 
   ProcessStarter &starter_;
@@ -139,7 +147,8 @@ private:
   Time checkedAt_ = {};                       ///< when the current one may have used its time, or when to look again
   std::chrono::nanoseconds rest_ = firstLook; ///< without an order, until the next look
   std::chrono::nanoseconds usedBefore_ = {};  ///< processor time, by the process before the current order or rest
-  std::unique_ptr<SharedPixels> pixels_;      ///< of the last image, in this process
+  size_t given_ = 0; ///< bytes of memory for pixels that the process has been given: it may keep all of it
+  std::unique_ptr<SharedPixels> pixels_; ///< of the last image, in this process
 };
 
 } // namespace host

@@ -5,11 +5,14 @@
 #include <gmock/gmock.h>
 #include <linux/landlock.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/syscall.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -73,10 +76,13 @@ struct Confined : testing::Test {
     return line;
   }
 
-  static bool hasChildren() {
+  static pid_t child() { // the first one; 0: none
     std::ifstream list("/proc/thread-self/children");
-    return list.peek() != std::ifstream::traits_type::eof();
+    pid_t id = 0;
+    list >> id;
+    return id;
   }
+  static bool hasChildren() { return child() != 0; }
 
   test::ScratchFolder folder;
 };
@@ -164,11 +170,25 @@ TEST_F(Confined, ItMakesNoCode) { EXPECT_EQ(tries("make-code"), denied); }
 
 TEST_F(Confined, ItTakesNoMoreMemoryThanItMay) {
   if (isSanitized) GTEST_SKIP() << "the address sanitizer reserves more than any limit";
-  EXPECT_EQ(tries("allocate"), "Cannot allocate memory");
+  EXPECT_THAT(tries("allocate"), HasSubstr("it takes more memory than its process may have"));
 }
 
 // The limit does not count it.
 TEST_F(Confined, ItMakesNoMemoryThatCouldBeShared) { EXPECT_EQ(tries("share"), denied); }
+
+TEST_F(Confined, ItMakesNoMemoryThatGrowsLikeAStack) { EXPECT_EQ(tries("grow-down"), denied); }
+
+TEST_F(Confined, ItTakesNoMoreMemoryUnderALowerLimitOfDescriptors) {
+  if (isSanitized) GTEST_SKIP() << "the address sanitizer reserves more than any limit";
+  const pid_t child = fork();
+  if (child == 0) {
+    const rlimit low{40, 40};
+    _exit(setrlimit(RLIMIT_NOFILE, &low) == 0 && tries("allocate").ends_with("may have") ? 0 : 1);
+  }
+  int status = -1;
+  EXPECT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(status, 0);
+}
 
 TEST_F(Confined, ItIsEndedWhenItComputesTooLong) {
   EXPECT_THAT(tries("spin", std::chrono::milliseconds(200)), HasSubstr("spin.pdf: it takes longer than 1 second"));
@@ -197,11 +217,21 @@ TEST_F(Confined, APageThatDoesNotFitIntoAUsedProcessIsReadByAnotherOne) {
   ASSERT_EQ(answered(processes, *service, OpenRequest{file, ""}), "answered");
   for (const int32_t page : {0, 1, 2})
     EXPECT_EQ(answered(processes, *service, PlainWordsRequest{page}), "answered") << page;
-  const std::string takesMore = ": it takes more memory than its process may have";
+  const std::string takesMore = ": it takes more than 1024 megabytes (--document-memory)";
   EXPECT_EQ(answered(processes, *service, PlainWordsRequest{9}), file.string() + ": page 10" + takesMore);
   EXPECT_EQ(answered(processes, *service, PlainWordsRequest{9}),
             file.string() + ": page 10 is not read until the document is loaded again" + takesMore);
   EXPECT_EQ(answered(processes, *service, PlainWordsRequest{3}), "answered");
+}
+
+TEST_F(Confined, APageOfWhichAPartIsMissingForLackOfMemoryIsAnError) {
+  if (isSanitized) GTEST_SKIP() << "the address sanitizer has an allocator of its own";
+  const auto file = folder.write("take-memory.pdf", "document");
+  Processes processes({STANDIN, size_t{256} << 20});
+  const auto service = std::make_shared<Service>(file, processes.backend(file));
+  ASSERT_EQ(answered(processes, *service, OpenRequest{file, ""}), "answered");
+  EXPECT_EQ(answered(processes, *service, PlainWordsRequest{8}),
+            file.string() + ": page 9: it takes more than 256 megabytes (--document-memory)");
 }
 
 TEST_F(Confined, ItIsEndedWhenItSaysNothing) {
@@ -240,6 +270,63 @@ TEST_F(Confined, ACrashAfterOpeningIsTheErrorOfThatRequestAlone) {
   EXPECT_THAT(answered(processes, *service, StructureRequest{1}), HasSubstr("it was ended: Aborted"));
   EXPECT_THAT(answered(processes, *service, StructureRequest{1}), HasSubstr("it is not read until"));
   EXPECT_THAT(answered(processes, *service, AttachmentRequest{0}), HasSubstr("it was ended: Aborted"));
+  EXPECT_THAT(answered(processes, *service, AttachmentRequest{1}), HasSubstr("it was ended: Aborted"));
+}
+
+// The owner has checked the page: the command would end instead of leaving it out.
+TEST_F(Confined, ThatTheRequestAboutAPageIsWrongIsAWrongAnswer) {
+  const auto file = folder.write("take-memory.pdf", "document");
+  Processes processes({STANDIN});
+  const auto service = std::make_shared<Service>(file, processes.backend(file));
+  ASSERT_EQ(answered(processes, *service, OpenRequest{file, ""}), "answered");
+  EXPECT_THAT(answered(processes, *service, PlainWordsRequest{5}), HasSubstr("its process has answered wrongly"));
+}
+
+// What is asked for ahead does not decide how much memory the answers take.
+TEST_F(Confined, LongAnswersAreAskedForAsTheyAreTaken) {
+  const auto file = folder.write("take-memory.pdf", "document");
+  Processes processes({STANDIN});
+  const std::unique_ptr<Backend> backend = processes.backend(file);
+  constexpr uint64_t orders = 8;
+  for (uint64_t id = 0; id <= orders; ++id) {
+    Orders order;
+    order.push_back({id, Urgency::shown, id == 0 ? Request(OpenRequest{file, ""}) : Request(PlainWordsRequest{6})});
+    backend->start(std::move(order));
+    if (id == 0) {
+      ASSERT_THAT(backend->await(0, Time::max()), testing::SizeIs(1));
+    }
+  }
+  const auto answeredOnes = [&] { // of what is begun
+    for (bool waits = true; waits;) {
+      backend->setUrgency(orders, Urgency::shown); // goes on
+      waits = false;
+      for (uint64_t id = 1; id <= orders; ++id)
+        waits = waits || backend->underWay(id);
+    }
+    return backend->take().size();
+  };
+  const size_t first = answeredOnes();
+  EXPECT_GE(first, 4U) << "the fourth is beyond 64 MB";
+  EXPECT_LE(first, 5U) << "two processes answer";
+  EXPECT_EQ(first + answeredOnes(), orders);
+}
+
+// The next request would have to open the document again.
+TEST_F(Confined, AProcessThatIsOpeningTheDocumentIsNotEndedWithItsRequest) {
+  const auto file = folder.write("open-slowly.pdf", "document");
+  Processes processes({STANDIN});
+  const auto service = std::make_shared<Service>(file, processes.backend(file));
+  ASSERT_EQ(answered(processes, *service, OpenRequest{file, ""}), "answered");
+  const pid_t first = child();
+  kill(first, SIGKILL);
+  while (child() == first)
+    service->collect();
+  Ticket unwanted = service->ask(PlainWordsRequest{0}, Urgency::shown, [](Answer &) {});
+  const pid_t second = child();
+  ASSERT_NE(second, 0);
+  unwanted.reset();
+  EXPECT_EQ(answered(processes, *service, PlainWordsRequest{1}), "answered");
+  EXPECT_EQ(child(), second);
 }
 
 } // namespace

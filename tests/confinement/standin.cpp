@@ -81,6 +81,12 @@ std::string shares() {
   return resultOf(mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0) != MAP_FAILED);
 }
 
+// Memory that the kernel takes for a stack.
+std::string growsDown() {
+  return resultOf(mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_GROWSDOWN, -1, 0) !=
+                  MAP_FAILED);
+}
+
 std::string makesCode() {
   return resultOf(mmap(nullptr, 4096, PROT_READ | PROT_WRITE | PROT_EXEC, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) !=
                   MAP_FAILED);
@@ -128,6 +134,7 @@ std::string tries(const fs::path &document) {
       {"trace-parent", [] { return resultOf(ptrace(PTRACE_ATTACH, getppid(), nullptr, nullptr) == 0); }},
       {"allocate", allocates},
       {"share", shares},
+      {"grow-down", growsDown},
       {"make-code", makesCode},
       {"spin", []() -> std::string { spins(); }},
       {"answer-and-spin",
@@ -156,9 +163,18 @@ std::string tries(const fs::path &document) {
   return attempts.at(document.stem())();
 }
 
-// Each page takes as much memory as there is, for as long as the process lives; the page 9 takes more.
+// Each page takes as much memory as there is, for as long as the process lives; the pages 8 and 9 take more.
 host::Answer takesMemory(const host::PlainWordsRequest &request) {
   static bool isFull = false;
+  if (request.page == 5) return {host::Failure{tavrel::errBadPage, "there is no such page"}};
+  if (request.page == 6) { // 20 MB
+    return {host::PagePlainWords{request.page, {std::u32string(5 << 20, U'a')}}};
+  }
+  if (request.page == 8) { // goes on without the memory, as libraries do
+    for (void *volatile made = &isFull; made != nullptr;)
+      made = std::malloc(size_t{16} << 20);
+    return {host::PagePlainWords{request.page, {U"read"}}};
+  }
   if (std::exchange(isFull, true) || request.page == 9) throw std::bad_alloc();
   return {host::PagePlainWords{request.page, {U"read"}}};
 }
@@ -170,7 +186,8 @@ int main(int argc, char **argv) {
     if (const auto *words = std::get_if<host::PlainWordsRequest>(&request)) return takesMemory(*words);
     const auto *open = std::get_if<host::OpenRequest>(&request);
     if (open == nullptr) abort();
-    if (open->file.stem() == "crash-later" || open->file.stem() == "take-memory")
+    if (open->file.stem() == "open-slowly") poll(nullptr, 0, 400);
+    if (open->file.stem() == "crash-later" || open->file.stem() == "take-memory" || open->file.stem() == "open-slowly")
       return host::Answer{host::Opened{10, {}}};
     const std::string reason = tries(open->file);
     return host::Answer{host::Failure{tavrel::errDocument, reason.empty() ? "it could" : reason}};

@@ -71,13 +71,13 @@ private:
   rlimit before_{};
 };
 
-TEST_F(PdfFileTest, FileThatCannotBeOpenedIsRefusedForTheSystemsReason) {
+TEST_F(PdfFileTest, AFileForWhichNoDescriptorIsLeftIsNamed) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the sanitizer's check of types needs a descriptor";
 #endif
   const auto file = folder.pdf({PdfPage{}});
   const NoDescriptors none;
-  EXPECT_THAT(refusal(file), EndsWith("test.pdf: Too many open files"));
+  EXPECT_THAT(refusal(file), EndsWith("test.pdf: there are no more file descriptors"));
 }
 
 TEST_F(PdfFileTest, MarkIsLookedForInTheFirst1024Bytes) {
@@ -94,6 +94,8 @@ TEST_F(PdfFileTest, NamesInMessagesHaveNoControlCharacters) {
                           "d"),
             "a?b?c?d");
   EXPECT_EQ(nameInMessage("a b~\u00E4\u20AC"), "a b~\u00E4\u20AC");
+  EXPECT_EQ(nameInMessage("caf\xE9.pdf"), "caf?.pdf") << "in another encoding";
+  EXPECT_EQ(nameInMessage("a\u0085b\u2028c"), "a?b?c");
 }
 
 // The third word's characters mean nothing in Unicode; in vertical writing, boxes need the page's fonts.

@@ -77,6 +77,15 @@ void Opener::reload(const OpenDocument &document, const std::string &password, b
                     .passwordIsKnown = known});
 }
 
+void Opener::closes(const OpenDocument &document) {
+  opening_.dropReload(document.number);
+  questionsOfReloads_.erase(document.number);
+  try {
+    opening_.proceed();
+  } catch (const std::exception &) { // takeOpened() does it
+  }
+}
+
 void Opener::takeOpened() {
   opening_.proceed();
   if (const std::optional<Opening::File> file = opening_.take()) take(*file);

@@ -48,10 +48,7 @@ public:
   /// Adds the services of the files that are being opened.
   void addServices(Services &services) const { opening_.addServices(services); }
 
-  void closes(const OpenDocument &document) override {
-    opening_.dropReload(document.number);
-    questionsOfReloads_.erase(document.number);
-  }
+  void closes(const OpenDocument &document) override;
 
 private:
   void open(const Target &target, const std::string &password, const WhenOpened &opened, uint64_t together);

@@ -17,7 +17,10 @@ void Opening::request(File file) {
 }
 
 void Opening::proceed() {
-  const auto isUnderWay = [](const File &file) { return file.service != nullptr && !isAnswered(file); };
+  const host::Time since = std::chrono::steady_clock::now() - countedFor;
+  const auto isUnderWay = [=](const File &file) {
+    return file.service != nullptr && !isAnswered(file) && file.begun > since;
+  };
   const auto underWay = std::count_if(files_.begin(), files_.end(), isUnderWay);
   auto next = files_.begin();
   for (int64_t count = underWay; count < atOnce; ++count) {
@@ -36,6 +39,7 @@ void Opening::ask(File &file) {
                                if (found != files_.end()) found->answer = std::move(answer);
                              });
   file.service = std::move(service);
+  file.begun = std::chrono::steady_clock::now();
 }
 
 std::optional<Opening::File> Opening::take() {

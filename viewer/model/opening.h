@@ -4,6 +4,7 @@
 #pragma once
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -34,14 +35,17 @@ public:
     bool passwordIsKnown = false;          ///< it opened the document before: no answer of the user's
     std::vector<WhenOpened> opened = {};
     std::shared_ptr<host::Service> service = {}; ///< null while it waits
+    host::Time begun = {};
     host::Ticket ticket = {};
     std::optional<host::Answer> answer = {}; ///< host::Opened or host::Failure
   };
 
   explicit Opening(ServiceMaker makeService) : makeService_(std::move(makeService)) {}
 
-  /// How many files are opened at the same time: each takes a process.
+  /// How many files are opened at the same time: each takes a process. One that takes long, as on a network that does
+  /// not answer, is not counted.
   static constexpr int64_t atOnce = 4;
+  static constexpr auto countedFor = std::chrono::seconds(3);
 
   /// Opens a file, after those that were requested before. If memory is exhausted, throws and does nothing.
   void request(File file);

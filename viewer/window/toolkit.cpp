@@ -86,7 +86,7 @@ Toolkit::Toolkit(const ToolkitOptions &options) {
     const std::string reason = *asked == '\0' ? "no DISPLAY is set"
                                               : std::string("display ") + asked +
                                                     (display_ != nullptr  ? ": shows fewer than 24 bits of colour"
-                                                     : hasNoDescriptors() ? ": there are no more file descriptors"
+                                                     : hasNoDescriptors() ? std::string(": ") + host::noDescriptors
                                                                           : ": cannot be opened");
     XtDestroyApplicationContext(context_);
     throw host::HostError(tavrel::errGeneric, reason);

@@ -115,6 +115,24 @@ TEST_F(ChannelTest, AMessageInManySmallPartsDoesNotHoldTheReceiverUp) {
   EXPECT_EQ(received.content, content);
 }
 
+// Whoever receives waits until there is something to read: what has come completely must not be left for later.
+TEST_F(ChannelTest, AMessageInAnyNumberOfPartsIsCompleteWithItsLastByte) {
+  const std::string content(60, 'w'), bytes = message(content);
+  for (size_t together = 1; together <= bytes.size(); ++together) {
+    int ends[2] = {};
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+    Channel sender{Descriptor(ends[0])}, receiver{Descriptor(ends[1])};
+    for (size_t sent = 0; sent < bytes.size(); sent += together)
+      ASSERT_TRUE(sender.send(std::string_view(bytes).substr(sent, together), sender.socket()));
+    Received received;
+    pollfd ready{receiver.socket(), POLLIN, 0};
+    while (received.what == Received::nothing && poll(&ready, 1, 0) > 0)
+      received = receiver.receive();
+    EXPECT_EQ(received.what, Received::message) << together << " bytes together";
+    EXPECT_EQ(received.content, content);
+  }
+}
+
 TEST_F(ChannelTest, ALongMessageIsSentWhileItIsReceived) {
   const std::string content(3'000'000, 'w');
   std::thread sender([&] {

@@ -10,6 +10,7 @@
 #include <csignal>
 #include <fstream>
 #include <iterator>
+#include <set>
 
 #include "document/pdf.h"
 #include "host/document/process.h"
@@ -251,7 +252,7 @@ TEST_F(ProcessesTest, APageThatTakesMoreMemoryThanItsProcessMayIsAnErrorOfTheDoc
   const auto &failure = std::get<Failure>(asked.answers[1].value);
   EXPECT_EQ(failure.code, tavrel::errDocument);
   EXPECT_EQ(failure.reason, DocumentError::tooMuchMemory);
-  EXPECT_EQ(failure.line, file.string() + ": page 1: it takes more memory than its process may have");
+  EXPECT_EQ(failure.line, file.string() + ": page 1: it takes more than 256 megabytes (--document-memory)");
   EXPECT_EQ(image(asked.answers[2]).width, 400);
 }
 
@@ -301,6 +302,35 @@ TEST_F(ProcessesTest, AskForAPassword) {
   asked.ask(imageOf(0));
   ASSERT_TRUE(answers(asked, 1));
   EXPECT_EQ(image(asked.answers[0]).width, 400);
+}
+
+TEST_F(ProcessesTest, AFileWhoseNameIsNoUtf8IsReadAndAsksForItsPassword) {
+  const auto locked = test::locked(folder.pdf(test::numberedPages(1)));
+  const auto file = folder.path() / "caf\xE9.pdf";
+  std::filesystem::rename(locked, file);
+  Asked &asked = request(file, "");
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(std::get<Failure>(asked.answers[0].value).reason, DocumentError::wrongPassword);
+  EXPECT_THAT(lineOf(asked.answers[0]), HasSubstr("caf?.pdf: the file is encrypted"));
+}
+
+// It may keep all of it.
+TEST_F(ProcessesTest, AProcessIsGivenNoMoreMemoryForImagesThanItMayTake) {
+  const auto file = folder.pdf({test::pageWith("lamp")});
+  const auto here = document::PdfFile::open(file, "");
+  Processes small{{documentProgram(), size_t{200} << 20}};
+  Asked asked{std::make_shared<Service>(file, small.backend(file))};
+  asked.ask(OpenRequest{file, ""}, Urgency::awaited);
+  ASSERT_TRUE(asked.service->await(asked.tickets.back(), Time::max()));
+  std::set<pid_t> seen;
+  for (double dpi = 400; dpi < 420; dpi += 2) { // 30 MB each
+    asked.ask(imageOf(0, dpi, imageSize(here->pageSize(0), dpi)), Urgency::awaited);
+    ASSERT_TRUE(asked.service->await(asked.tickets.back(), Time::max()));
+    EXPECT_EQ(image(asked.answers.back()).width, imageSize(here->pageSize(0), dpi).width) << dpi;
+    for (const pid_t child : childrenOf())
+      seen.insert(child);
+  }
+  EXPECT_EQ(seen.size(), 2U);
 }
 
 TEST_F(ProcessesTest, AnImageOfAnotherSizeThanThePagesIsRefused) {

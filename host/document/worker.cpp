@@ -340,7 +340,13 @@ void Worker::takeOpened(Answer &answer, Orders &answered) {
     starter_.noteUnconfined();
   const bool isAsked = std::holds_alternative<OpenRequest>(current_.front().request);
   if (isAsked) document_.pages = opened_ ? opened->pageCount : 0;
-  if (isAsked || !opened_) return finish(std::move(answer.value), answered);
+  if (isAsked) return finish(std::move(answer.value), answered);
+  if (!opened_) {
+    const auto &failure = std::get<Failure>(answer.value);
+    const std::string name = nameInMessage(document_.file) + ": ";
+    const std::string reason = failure.line.substr(failure.line.starts_with(name) ? name.size() : 0);
+    return failed(failure.reason, "the document cannot be opened again: " + reason, answered);
+  }
   if (document_.pages != 0 && opened->pageCount != document_.pages) // it has been written to since
     return failed(DocumentError::unreadable, "the document has changed, and cannot be read any more", answered);
   if (isInTheWay()) return putBack();

@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <tuple>
 
 #include "host/document/opening.h"
 #include "host/document/orders.h"
@@ -26,7 +27,9 @@ struct Task {
   int32_t page = 0; ///< pageOf() the request
   ProcessKind kind = ProcessKind::images;
   int64_t part = 0; ///< of what is about no single page: which sizes, which attached file
-  auto operator<=>(const Task &) const = default;
+  bool operator<(const Task &other) const {
+    return std::tie(page, kind, part) < std::tie(other.page, other.kind, other.part);
+  }
 };
 
 /// The processes that a task has cost.

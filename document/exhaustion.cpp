@@ -25,6 +25,11 @@ LastWords::LastWords(const std::string &message, size_t memory) {
 
 LastWords::~LastWords() { g_message = nullptr; }
 
+} // namespace document
+
+#if defined(__GLIBC__) && !defined(TAVREL_IS_SANITIZED)
+
+namespace document {
 namespace {
 
 // What has been allocated, or the end.
@@ -36,8 +41,6 @@ void *checked(void *made, size_t size) {
 
 } // namespace
 } // namespace document
-
-#if defined(__GLIBC__) && !defined(TAVREL_IS_SANITIZED)
 
 // NOLINTBEGIN(bugprone-reserved-identifier,cert-dcl37-c,cert-dcl51-cpp): the names that the C library gives them
 extern "C" {

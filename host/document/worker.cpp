@@ -128,6 +128,7 @@ bool Worker::restsCalmly() noexcept {
   if (now() < checkedAt_) return true;
   const auto used = process_->used(), usedMeanwhile = used - std::exchange(usedBefore_, used);
   const bool isCalm = usedMeanwhile < (rest_ == firstLook ? mostAtFirst : mostLater);
+  pixels_.reset(); // nobody draws at present: the memory would be this process's, too
   rest_ = std::min<std::chrono::nanoseconds>(2 * rest_, longestRest);
   checkedAt_ = now() + rest_;
   return isCalm;

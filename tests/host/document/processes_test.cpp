@@ -314,6 +314,28 @@ TEST_F(ProcessesTest, AFileWhoseNameIsNoUtf8IsReadAndAsksForItsPassword) {
   EXPECT_THAT(lineOf(asked.answers[0]), HasSubstr("caf?.pdf: the file is encrypted"));
 }
 
+TEST_F(ProcessesTest, WhileNothingIsDrawnTheMemoryForPixelsIsNotKept) {
+  Asked &asked = open(folder.pdf({test::pageWith("lamp"), test::pageWith("oil")}));
+  asked.ask(imageOf(0));
+  ASSERT_TRUE(answers(asked, 1));
+  const auto isMapped = [] {
+    std::ifstream maps("/proc/self/maps");
+    const std::string mapped{std::istreambuf_iterator<char>(maps), {}};
+    return mapped.find("memfd:page") != std::string::npos;
+  };
+  EXPECT_TRUE(isMapped());
+  const Time deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+  while (isMapped() && std::chrono::steady_clock::now() < deadline) {
+    pollfd ready{processes.descriptor(), POLLIN, 0};
+    poll(&ready, 1, 60'000);
+    asked.service->collect();
+  }
+  EXPECT_FALSE(isMapped());
+  asked.ask(imageOf(1));
+  ASSERT_TRUE(answers(asked, 2));
+  EXPECT_EQ(image(asked.answers[1]).width, 400) << "in other memory";
+}
+
 // It may keep all of it.
 TEST_F(ProcessesTest, AProcessIsGivenNoMoreMemoryForImagesThanItMayTake) {
   const auto file = folder.pdf({test::pageWith("lamp")});

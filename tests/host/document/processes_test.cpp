@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// Documents that are read by processes: what they answer, when they fail, and when they take too long.
+// Documents that are read by processes: what they answer, when they fail, and when they take too long or too much. It
+// is long because all of its tests share the fixture, which starts the processes and waits for their answers.
 #include "host/document/processes.h"
 
 #include <gmock/gmock.h>

@@ -40,7 +40,7 @@ bool limitResources(const Limits &limits) {
   // Whatever is written is sent through a socket, or is in memory that is there already.
   std::vector<std::pair<__rlimit_resource_t, rlim_t>> all = {
       {RLIMIT_FSIZE, 0}, {RLIMIT_CORE, 0}, {RLIMIT_NOFILE, descriptors}};
-  // The mapping of the file is none of its memory; the call filter denies other memory that only the last one counts.
+  // The mapping of the file does not count as memory. Other memory that only the last limit counts is denied below.
   if (limits.memory != 0)
     all.insert(
         all.end(),

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Tavrel developers
 // SPDX-License-Identifier: GPL-2.0-or-later
-// What the owner of a document's process receives, in parts as the process sends them. The owner waits until there is
-// something to read: what is complete must be received then, and nothing that is no message may be taken for one.
+// What the owner of a document's process receives, in parts as the process sends them. The owner waits until its
+// socket is readable, so a complete message must be received then; and only a complete message is one.
 //
 // Input: a byte for the length of each part, and the parts, one after the other.
 #include <poll.h>

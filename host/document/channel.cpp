@@ -93,7 +93,7 @@ Received Channel::receive() {
     const std::optional<size_t> length = lengthOf(bytes_);
     if (length && (*length == 0 || bytes_.size() > *length)) return {Received::invalid};
     const bool isComplete = length && bytes_.size() == *length;
-    if (reads >= mostReads && !isComplete) return {Received::nothing}; // a complete one makes nobody readable any more
+    if (reads >= mostReads && !isComplete) return {Received::nothing}; // after a complete one nothing may follow
     const Read state = read();
     if (state == Read::some) continue;
     if (isComplete) {

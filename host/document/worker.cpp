@@ -53,8 +53,8 @@ Task taskOf(const Request &request) {
   return {pageOf(request), kindOf(request), part};
 }
 
-// Whether a process may have failed so. That its owner has no memory is no process's to say; nor that the request about
-// a page is wrong: the owner has checked it.
+// Whether a process can fail in this way. It cannot know that its owner lacks memory, nor can a request about a page be
+// wrong, because the owner has checked it.
 bool isOfProcess(const Failure &failure, const Request &request) {
   const bool isOpening = std::holds_alternative<OpenRequest>(request);
   const bool isArgument = failure.code == tavrel::errBadPage || failure.code == tavrel::errBadArgument;
@@ -258,9 +258,7 @@ bool Worker::sendCurrent() {
   }
   if (!opened_) return sendOpening();
   const std::string message = messageOf(request);
-  if (message.size() > mostRequest)
-    throw HostError(tavrel::errBadArgument,
-                    "a text of " + std::to_string(message.size()) + " bytes is not searched for");
+  if (message.size() > mostRequest) throw HostError(tavrel::errBadArgument, "the text to search for is too long");
   return process_->channel().send(message, image != nullptr ? memoryFor(*image) : -1);
 }
 
@@ -331,7 +329,7 @@ void Worker::take(std::string_view content, Orders &answered) {
   takeOpened(*answer, answered);
 }
 
-// What answers that the document is to be opened, for the current order or before it.
+// Takes the answer to an opening, which was the current order or was sent before it.
 void Worker::takeOpened(Answer &answer, Orders &answered) {
   const auto *opened = std::get_if<Opened>(&answer.value);
   opened_ = opened != nullptr;
@@ -368,7 +366,8 @@ void Worker::finish(decltype(Answer::value) value, Orders &answered) noexcept {
 void Worker::fail(tavrel::ErrorCode code, const std::string &reason, Orders &answered,
                   DocumentError::Reason why) noexcept {
   try {
-    finish(Failure{code, nameInMessage(document_.file) + ": " + reason, why}, answered);
+    const std::string name = nameInMessage(document_.file) + ": ";
+    finish(Failure{code, reason.starts_with(name) ? reason : name + reason, why}, answered);
   } catch (const std::exception &) {
     finish(Failure{tavrel::errNoMemory, outOfMemory}, answered);
   }

@@ -115,7 +115,7 @@ TEST_F(ChannelTest, AMessageInManySmallPartsDoesNotHoldTheReceiverUp) {
   EXPECT_EQ(received.content, content);
 }
 
-// Whoever receives waits until there is something to read: what has come completely must not be left for later.
+// The receiver waits until its socket is readable, so a complete message must not stay unread.
 TEST_F(ChannelTest, AMessageInAnyNumberOfPartsIsCompleteWithItsLastOne) {
   for (size_t length = 0; length < 40; ++length) {
     const std::string content(length, 'w');

@@ -337,6 +337,18 @@ TEST_F(ProcessesTest, WhileNothingIsDrawnTheMemoryForPixelsIsNotKept) {
   EXPECT_EQ(image(asked.answers[1]).width, 400) << "in other memory";
 }
 
+// Its owner does not wait for the process to read.
+TEST_F(ProcessesTest, ATextThatDoesNotFitIntoTheSocketIsNotSearchedFor) {
+  const auto file = folder.pdf({test::pageWith("lamp")});
+  Asked &asked = open(file);
+  asked.ask(MatchesRequest{0, std::string(1 << 20, 'a'), {}});
+  ASSERT_TRUE(answers(asked, 1));
+  EXPECT_EQ(lineOf(asked.answers[0]), file.string() + ": the text to search for is too long");
+  asked.ask(MatchesRequest{0, "lamp", {}});
+  ASSERT_TRUE(answers(asked, 2));
+  EXPECT_EQ(std::get<PageMatches>(asked.answers[1].value).found.size(), 1U);
+}
+
 // It may keep all of it.
 TEST_F(ProcessesTest, AProcessIsGivenNoMoreMemoryForImagesThanItMayTake) {
   const auto file = folder.pdf({test::pageWith("lamp")});

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 #include <poll.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <csignal>
@@ -282,6 +283,28 @@ TEST_F(ProcessesTest, NameAMissingFile) {
   Asked &asked = request("/nowhere/missing.pdf");
   ASSERT_TRUE(answers(asked, 1));
   EXPECT_EQ(lineOf(asked.answers[0]), "/nowhere/missing.pdf: No such file or directory");
+}
+
+TEST_F(ProcessesTest, NameAFileOnceWhereverADescriptorIsMissing) {
+  if (isSanitized) GTEST_SKIP() << "the sanitizer's check of types needs a descriptor";
+  const auto file = folder.pdf(test::numberedPages(1));
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
+  int failures = 0;
+  for (rlim_t more = 0; more < 10; ++more) {
+    const int next = Descriptor(dup(STDERR_FILENO)).number();
+    const rlimit low{static_cast<rlim_t>(next) + more, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &low), 0);
+    Asked &asked = request(file);
+    const bool isAnswered = answers(asked, 1);
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &before), 0);
+    ASSERT_TRUE(isAnswered);
+    const std::string line = lineOf(asked.answers[0]);
+    if (line.empty()) continue;
+    ++failures;
+    EXPECT_EQ(line.rfind(file.string() + ": "), 0U) << line;
+  }
+  EXPECT_GT(failures, 3);
 }
 
 TEST_F(ProcessesTest, NameWhatIsNoPdf) {
